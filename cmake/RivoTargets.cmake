@@ -1,0 +1,16 @@
+# Compiler settings shared by every target of ours.
+
+add_library(rivo_settings INTERFACE)
+target_compile_options(rivo_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    # Log records carry __FILE__: relative to the repository, the same on every machine.
+    -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=
+    -ffile-prefix-map=${CMAKE_BINARY_DIR}=build)
+target_compile_definitions(rivo_settings INTERFACE QT_DEPRECATED_WARNINGS QT_NO_FOREACH)
+target_link_options(rivo_settings INTERFACE -Wl,--no-undefined -Wl,--as-needed)
+
+# rivo_settings for product code: no silent conversion between bytes and text.
+add_library(rivo_strict INTERFACE)
+target_link_libraries(rivo_strict INTERFACE rivo_settings)
+target_compile_definitions(rivo_strict INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_CAST_FROM_BYTEARRAY)

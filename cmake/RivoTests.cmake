@@ -1,0 +1,24 @@
+find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+
+# rivo_test_environment(<test>)
+# HOME, TMPDIR and the working directory of a test are folders of its own, so that neither the
+# user's configuration nor another test can change its outcome.
+function(rivo_test_environment test)
+    set(home "${CMAKE_BINARY_DIR}/tests/home/${test}")
+    file(MAKE_DIRECTORY "${home}/tmp" "${home}/work")
+    set_tests_properties(${test} PROPERTIES
+        WORKING_DIRECTORY "${home}/work"
+        TIMEOUT 300
+        ENVIRONMENT "HOME=${home};TMPDIR=${home}/tmp;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;QT_LOGGING_RULES=;${GUICORE_TEST_ENVIRONMENT}")
+endfunction()
+
+# rivo_add_test(<name> SOURCES <file>... [LIBRARIES <target>...])
+# A QtTest program that links GuiCore and runs under ctest.
+function(rivo_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE rivo_settings GuiCore Qt5::Test ${arg_LIBRARIES})
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
+    add_test(NAME ${name} COMMAND ${name})
+    rivo_test_environment(${name})
+endfunction()
