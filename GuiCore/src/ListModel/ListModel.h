@@ -1,0 +1,137 @@
+#pragma once
+
+#include "GuiCoreExport.h"
+#include "ListItem.h"
+
+#include <QAbstractListModel>
+#include <QVector>
+
+namespace rivo
+{
+namespace models
+{
+
+/// Flat list of ListItem rows for QML views: the base of every model of the library.
+///
+/// Ownership: the model never reparents, and never deletes but through removal. A row belongs to
+/// its QObject parent; removal destroys it with deleteLater(). Rows made by a model's own
+/// addItem() are children of that model and stay so after they were taken out. A row that its own
+/// parent is about to destroy must be taken out or removed first. Rows that QML may receive from
+/// itemFromRow() need a QObject parent, or the JavaScript garbage collector destroys them.
+///
+/// Rows and counts are those of the top level whatever `parent` index is given. Every change of
+/// the row count ends with countChanged(rowCount()), after the end...Rows() notification.
+/// Rejected calls change nothing and emit nothing. GUI thread only.
+class GUICORE_EXPORT ListModel : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
+
+public:
+    /// `prototype` answers roleNames() for the whole life of the model; it is neither parented nor
+    /// deleted here.
+    ListModel(ListItem* prototype, QObject* parent);
+
+    /// Deletes neither rows nor prototype and emits nothing: an owner whose rows have no QObject
+    /// parent calls clear() first.
+    ~ListModel() override;
+
+    /// Number of rows; `parent` is ignored.
+    Q_INVOKABLE int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+
+    /// The row's value of `role`; an invalid QVariant for a row out of range. Only the row of
+    /// `index` is looked at.
+    QVariant data(const QModelIndex& index, int role) const override;
+
+    /// Role table of the prototype.
+    QHash<int, QByteArray> roleNames() const override;
+
+    /// First row whose id() equals `id`; null if none. Linear.
+    ListItem* findById(const int& id) const;
+
+    /// Index of the first row that is this very object; invalid if it is no row. Linear.
+    QModelIndex indexFromItem(const ListItem* item) const;
+
+    /// Appends one row; null is ignored. An item inserted twice is two rows and two connections.
+    void appendRow(ListItem* item);
+
+    /// Appends the rows in one insertion with one countChanged(); an empty list is ignored. The
+    /// list must not hold null.
+    void appendRows(QVector<ListItem*> items);
+
+    /// Inserts one row before `row`, which is 0 to rowCount() and not checked; null is ignored.
+    void insertRow(int row, ListItem* item);
+
+    /// appendRow() for QML. `item` must be a ListItem: a debug build asserts it, a release build
+    /// does not check.
+    Q_INVOKABLE void appendRowFromQml(QObject* item);
+
+    /// Removes and destroys (deleteLater()) one row; false for a row out of range. `parent` is not
+    /// used.
+    Q_INVOKABLE bool removeRow(int row, const QModelIndex& parent = QModelIndex());
+
+    /// Removes and destroys (deleteLater()) `count` rows in one block; false, and no row removed,
+    /// unless `row` >= 0, `count` > 0 and row + count <= rowCount().
+    bool removeRows(int row, int count, const QModelIndex& parent = QModelIndex()) override;
+
+    /// Takes one row out and cuts every connection from it, to any receiver. `row` -2 means the
+    /// first row. Null for a row out of range. The item keeps its QObject parent.
+    ListItem* takeRow(int row, const QModelIndex& parent = QModelIndex());
+
+    /// Takes `count` rows out in one block, in row order; `row` -2 means the first row, `count` -1
+    /// as many as the model has. Empty if rejected. The items stay connected, unlike with
+    /// takeRow(): harmless while they are out, but an item put back into the same model then
+    /// reports each change twice.
+    QVector<ListItem*> takeRows(int row, int count, const QModelIndex& parent = QModelIndex());
+
+    /// Orders all rows by id(), not stably; `column` is ignored. Like all three sorts it emits no
+    /// signal whatever: sort before the rows are shown, or reset the views yourself.
+    void sort(int column, Qt::SortOrder order) override;
+
+    /// Orders all rows by the value of `role` under the QVariant ordering, stably; no signal.
+    void sortByRole(int column, Qt::SortOrder order, int role);
+
+    /// Orders rows `first` to `last` - 1 (`last` excluded) by the value of `role`, not stably; no
+    /// signal. Fewer than two rows are left as they are. 0 <= first and last <= rowCount() are not
+    /// checked.
+    void sortRangeByRole(int column, Qt::SortOrder order, int first, int last, int role);
+
+    /// Item of a row; null for a row out of range.
+    Q_INVOKABLE ListItem* itemFromRow(const int& iRow) const;
+
+    /// The row as a map from role name to value, an object for QML; an invalid QVariant
+    /// (undefined) for a row out of range. Nothing is cached or converted.
+    Q_INVOKABLE QVariant get(const int& index);
+    Q_INVOKABLE QVariant get(const QModelIndex& index);
+
+    /// Number of the first row whose id() equals `id`; -1 if none. Linear.
+    Q_INVOKABLE int rowIndexFromId(const int& id);
+
+    /// Removes and destroys all rows in one block; countChanged(0) follows twice, once from the
+    /// removal and once from here. Nothing happens without rows.
+    Q_INVOKABLE void clear();
+
+    /// Number of rows whose value of `role` equals `value` under the QVariant equality.
+    int countByRole(int role, QVariant value);
+
+signals:
+    /// The row count, after it may have changed.
+    void countChanged(int);
+
+private slots:
+    void onHandleItemChange();
+
+private:
+    bool hasRow(int row) const;
+    bool hasRows(int row, int count) const;
+    void connectItem(ListItem* item);
+    void destroyRows(int row, int count, const QModelIndex& parent);
+    QVector<ListItem*> extractRows(int row, int count, const QModelIndex& parent);
+    void endExtraction();
+
+    ListItem* m_prototype;
+    QVector<ListItem*> m_rows;
+};
+
+} // namespace models
+} // namespace rivo

@@ -1,0 +1,114 @@
+#include "PassengerTypeItem.h"
+
+const rivo::models::QHashStaticInit<int, QByteArray>
+    PassengerTypeItemRolesHandling::PASSENGER_TYPE_ROLES_HASH_TABLE{
+        {PassengerTypeItem::PassengerTypeIdRole, "passengerTypeId"},
+        {PassengerTypeItem::DescriptionRole, "description"},
+        {PassengerTypeItem::FareProductIconRole, "fareProductIcon"},
+        {PassengerTypeItem::PriceRole, "price"},
+        {PassengerTypeItem::FareProductIdRole, "fareProductId"},
+        {PassengerTypeItem::FareProductNameRole, "fareProductName"},
+        {PassengerTypeItem::TotalInBasketRole, "totalInBasket"},
+        {PassengerTypeItem::IsReturnFeeRole, "isReturnFee"},
+        {PassengerTypeItem::FromStopGroupIdRole, "fromStopGroupId"},
+        {PassengerTypeItem::ToStopGroupIdRole, "toStopGroupId"},
+        {PassengerTypeItem::FareProductColorRole, "fareProductColor"},
+        {PassengerTypeItem::HasExpiredRole, "hasExpired"},
+        {PassengerTypeItem::FareDiscountRole, "fareDiscount"},
+        {PassengerTypeItem::SelectedRole, "selected"},
+        {PassengerTypeItem::IsDailyRole, "isDaily"},
+        {PassengerTypeItem::PosRole, "pos"},
+    };
+
+namespace
+{
+// Counts constructions for a debugger or a core dump; nothing reads it, hence marked as used.
+__attribute__((used)) int instanceCount = 0;
+} // namespace
+
+PassengerTypeItem::PassengerTypeItem(QObject* parent) : ListItem(parent) { ++instanceCount; }
+
+PassengerTypeItem::PassengerTypeItem(const int& id, const QString& description, const QString& code,
+                                     const QString& icon, const double& price,
+                                     const int& fareProductId, const QString& fareProductName,
+                                     const int& totalInBasket, const bool& isReturnFee,
+                                     const int& fromStopGroupId, const int& toStopGroupId,
+                                     const QString& fareProductColor, const bool& hasExpired,
+                                     const double& fareDiscount, const bool& isDaily, int pos,
+                                     QObject* parent)
+    : ListItem(parent), m_id(id), m_description(description), m_code(code), m_icon(icon),
+      m_price(price), m_fareProductId(fareProductId), m_fareProductName(fareProductName),
+      m_totalInBasket(totalInBasket), m_isReturnFee(isReturnFee),
+      m_fromStopGroupId(fromStopGroupId), m_toStopGroupId(toStopGroupId),
+      m_fareProductColor(fareProductColor), m_hasExpired(hasExpired), m_fareDiscount(fareDiscount),
+      m_isDaily(isDaily), m_pos(pos)
+{
+    ++instanceCount;
+}
+
+QVariant PassengerTypeItem::data(int role) const
+{
+    switch (role) {
+    case PassengerTypeIdRole:
+        return id();
+    case DescriptionRole:
+        return m_description;
+    case FareProductIconRole:
+        return m_icon;
+    case PriceRole:
+        return m_price;
+    case FareProductIdRole:
+        return m_fareProductId;
+    case FareProductNameRole:
+        return m_fareProductName;
+    case TotalInBasketRole:
+        return m_totalInBasket;
+    case IsReturnFeeRole:
+        return m_isReturnFee;
+    case FromStopGroupIdRole:
+        return m_fromStopGroupId;
+    case ToStopGroupIdRole:
+        return m_toStopGroupId;
+    case FareProductColorRole:
+        return m_fareProductColor;
+    case HasExpiredRole:
+        return m_hasExpired;
+    case FareDiscountRole:
+        return m_fareDiscount;
+    case SelectedRole:
+        return m_selected;
+    case IsDailyRole:
+        return m_isDaily;
+    case PosRole:
+        return m_pos;
+    default:
+        return QVariant();
+    }
+}
+
+QHash<int, QByteArray> PassengerTypeItem::roleNames() const
+{
+    return PassengerTypeItemRolesHandling::PASSENGER_TYPE_ROLES_HASH_TABLE.hash;
+}
+
+int PassengerTypeItem::id() const { return m_id; }
+
+// clang-format off
+void PassengerTypeItem::setId(const int& id) { store(m_id, id); }
+void PassengerTypeItem::setDescription(const QString& description) { store(m_description, description); }
+void PassengerTypeItem::setCode(const QString& code) { store(m_code, code); }
+void PassengerTypeItem::setIcon(const QString& icon) { store(m_icon, icon); }
+void PassengerTypeItem::setPrice(const double& price) { storeFuzzy(m_price, price); }
+void PassengerTypeItem::setFareProductId(const int& fareProductId) { store(m_fareProductId, fareProductId); }
+void PassengerTypeItem::setFareProductName(const QString& fareProductName) { m_fareProductName = fareProductName; } // silent
+void PassengerTypeItem::setTotalInBasket(const int& totalInBasket) { store(m_totalInBasket, totalInBasket); }
+void PassengerTypeItem::setIsReturnFee(const bool& isReturnFee) { store(m_isReturnFee, isReturnFee); }
+void PassengerTypeItem::setFromStopGroupId(const int& fromStopGroupId) { store(m_fromStopGroupId, fromStopGroupId); }
+void PassengerTypeItem::setToStopGroupId(const int& toStopGroupId) { store(m_toStopGroupId, toStopGroupId); }
+void PassengerTypeItem::setFareProductColor(const QString& fareProductColor) { store(m_fareProductColor, fareProductColor); }
+void PassengerTypeItem::setHasExpired(const bool& hasExpired) { store(m_hasExpired, hasExpired); }
+void PassengerTypeItem::setFareDiscount(const double& fareDiscount) { store(m_fareDiscount, fareDiscount); } // exact
+void PassengerTypeItem::setSelected(const bool& selected) { store(m_selected, selected); }
+void PassengerTypeItem::setIsDaily(const bool& isDaily) { store(m_isDaily, isDaily); }
+void PassengerTypeItem::setPos(const int& pos) { store(m_pos, pos); }
+// clang-format on

@@ -1,0 +1,188 @@
+#pragma once
+
+#include "GuiCoreExport.h"
+#include "ListModel.h"
+#include "sProduct.h"
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+/// The selection grid: every sellable combination of a passenger type and a fare product, shown
+/// by QML as numberOfColumns x numberOfRows tiles (rows of the model, row by row).
+///
+/// Use: setSupportedPassengerTypeCodes() at some point; then for each product list clearData(),
+/// addItem() per product, sortAndRegroup(). Records become tiles only in sortAndRegroup(), which
+/// appends PassengerTypeItem rows that are QObject children of this model.
+///
+/// Grid slots are numbered row by row from 0; back-office positions likewise from 1. A zone is a
+/// destination stop group (sProduct::toStopGroupId). Any numbers are safe: a column count of 0
+/// counts as one column wherever the layout divides by it. A slot connected to one of the signals
+/// may call back into the model in the middle of a layout; that is safe, but what the grid then
+/// shows depends on the moment: lay it out anew.
+class GUICORE_EXPORT PassengerTypesModel : public rivo::models::ListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(int numberOfColumns READ numberOfColumns WRITE setNumberOfColumns NOTIFY
+                   numberOfColumnsChanged)
+    Q_PROPERTY(int numberOfRows READ numberOfRows WRITE setNumberOfRows NOTIFY numberOfRowsChanged)
+    Q_PROPERTY(bool logFareProducts READ logFareProducts WRITE setLogFareProducts NOTIFY
+                   logFareProductsChanged)
+    Q_PROPERTY(bool logExtraFareProducts READ logExtraFareProducts WRITE setLogExtraFareProducts
+                   NOTIFY logExtraFareProductsChanged)
+
+public:
+    /// Passenger types; 0 stands for an unknown one. 2 and 6 are not used.
+    enum PassengerType : int {
+        PT_ADULT = 1,
+        PT_STUDENT_1 = 3,
+        PT_SCHOOLBOY = 4,
+        PT_DISABLED = 5,
+        PT_MILITARY_1 = 7,
+        PT_LFS = 8,
+        PT_STUDENT_2 = 9,
+        PT_MILITARY_2 = 10
+    };
+    Q_ENUM(PassengerType)
+
+    /// Type-code text ("PT_ADULT" ...) to number; case-sensitive, value() of an unknown text is 0.
+    static const QMap<QString, PassengerType> codeMap;
+    /// Number to icon URL; unknown numbers get the adult icon.
+    static const QMap<PassengerType, QString> iconMap;
+
+    /// Largest back-office position that is laid out, and the most placeholders that fill the last
+    /// grid row.
+    static constexpr int maximumGridSlots = 100000;
+
+    /// Reads the display order of passenger types, the log levels and the marker file "debug" of
+    /// the temporary directory; the log level "log_fareproducts" is followed from then on. Logs
+    /// the display order.
+    explicit PassengerTypesModel(QObject* parent = nullptr);
+    ~PassengerTypesModel() override;
+
+    int numberOfColumns() const { return m_numberOfColumns; }  ///< grid columns; 3 at first
+    int numberOfRows() const { return m_numberOfRows; }        ///< grid rows; 0 at first
+    bool logFareProducts() const { return m_logFareProducts; } ///< write product dumps to the log
+    /// Extra diagnostics wanted: for QML and the application, not read by the library.
+    bool logExtraFareProducts() const { return m_logExtraFareProducts; }
+
+    // Each stores the value and emits its signal if it differs.
+    void setNumberOfColumns(int numberOfColumns);
+    void setNumberOfRows(int numberOfRows);
+    void setLogFareProducts(bool logFareProducts);
+    void setLogExtraFareProducts(bool logExtraFareProducts);
+
+    /// Collects one product for the next layout; no row appears and nothing is emitted.
+    /// `passengerTypeCode` is a text of codeMap, any other becomes type 0. `price` is in currency
+    /// units, `pos` the back-office position counted from 1, -1 if none. Daily products are kept
+    /// apart and laid out after the grid.
+    void addItem(const int& passengerTypeId, const QString& description,
+                 const QString& passengerTypeCode, const QString& icon, const double& price,
+                 const int& fareProductId, QString fareProductName, const bool& isReturnFee,
+                 const int& fromStopGroupId, const int& toStopGroupId, QString fareProductColor,
+                 const bool& hasExpired, const double& fareDiscount, const bool& isDaily, int pos);
+
+    /// Appends one tile per record, in order, nothing filtered. A record without an icon gets that
+    /// of its passenger type.
+    void addItemsToModel(const QVector<sProduct>& products);
+
+    /// Name of the first tile with that fare product; a null string if there is none.
+    QString getFareProductName(int fareProductId);
+
+    /// Removes all tiles and forgets all collected products. Grid size, type codes and log
+    /// switches stay.
+    void clearData();
+
+    /// Selects or deselects one tile, other tiles stay as they are; a row out of range is ignored.
+    Q_INVOKABLE void setSelected(const int& iRow, const bool&);
+
+    /// Number of tiles that have not expired; placeholders are expired.
+    Q_INVOKABLE int getNumberOfNonExpiredProducts();
+
+    /// Sorts the tiles by price, always descending whatever `order` says; the last tile keeps its
+    /// place. Emits nothing, like every sort of ListModel.
+    void sortByPrice(Qt::SortOrder order);
+
+    /// Logs one line per record while logFareProducts is on.
+    void printProducts(const QVector<sProduct>& products);
+
+    /// Tells which passenger types the terminal sells to (texts of codeMap, others count as type
+    /// 0) and completes the display order by those that the configuration forgot; without a
+    /// configured order it becomes the supported types, ascending. A configured order of the same
+    /// length is trusted as it stands. Logs what it adds; emits nothing.
+    void setSupportedPassengerTypeCodes(QStringList const& codes);
+
+    /// Lays the grid out, by back-office positions if any product has one, otherwise zone by zone
+    /// with one column per passenger type; then the daily products. `codes` are the passenger
+    /// types of the zone layout. `columns` 0 lets the model choose: the number of types of the
+    /// previous zone layout if that is 1 to 4, otherwise 3. Appends rows without clearing: call
+    /// clearData() before the products are added. Emits numberOfColumnsChanged(),
+    /// numberOfRowsChanged() and the insertions on the way.
+    void sortAndRegroup(QStringList const& codes, int const& columns);
+
+    // Steps of the layout, called by sortAndRegroup().
+
+    /// Any `pos` other than -1.
+    bool hasBackendAssignedSortingToProducts(QVector<sProduct> const& products);
+    /// Two products share a `pos`; -1 counts like any other value.
+    bool checkForPosDuplicates(QVector<sProduct> const& products);
+    /// No `pos` of -1.
+    bool hasBackendAssignedPosToProduct(QVector<sProduct> const& products);
+    /// Any `pos` of 0.
+    bool hasBackendAssignedPosToZero(QVector<sProduct> const& products);
+    /// Any `pos` below -1 or above maximumGridSlots.
+    bool hasBackendAssignedPosOutOfRange(QVector<sProduct> const& products);
+
+    /// Lays the products out by position: holes in the numbering and the rest of the last row
+    /// become placeholders. Positions that are duplicate, missing, 0 or out of range are logged
+    /// and the products appended in position order as they are. Without any product only the
+    /// daily products are laid out. The last row is not filled if that takes more than
+    /// maximumGridSlots placeholders.
+    void sortBasedOnBackendAssignment();
+
+    /// Lays the products out zone by zone for the passenger types `codes`.
+    void sortBasedOnLocalData(QStringList const& codes);
+
+    /// Appends the block of one zone to the grouped products and raises numberOfRows by its rows.
+    /// If the slots of getIndeces() are no permutation, the block stays sorted by passenger type.
+    void sortAndGroupProductsForZone(int const& zone);
+
+    /// Slot of each product of a zone, from the products' passenger types (ascending): k-th
+    /// product of a type goes to row k of that type's column. Notes removed types, and the slots
+    /// while logFareProducts is on, on standard output. The result is as long as `codes` only if
+    /// the types are evenly filled; its length is at most the number of types x length of `codes`.
+    QVector<int> getIndeces(QVector<int> codes);
+
+    /// Moves each product to the slot of the same index, in place; `indices` ends as 0, 1, 2, ...
+    /// Does nothing unless `indices` is a permutation of 0 .. length - 1 of the products' length.
+    void reOrder(QVector<sProduct>& products, QVector<int>& indices);
+
+signals:
+    void numberOfColumnsChanged(int numberOfColumns);
+    void numberOfRowsChanged(int numberOfRows);
+    void logFareProductsChanged();
+    void logExtraFareProductsChanged();
+
+private:
+    friend class PassengerTypesModelInspector; // reads the members in tests
+
+    int divisorColumns() const;
+    void raiseNumberOfRows(int rows);
+    const char* objectionToPositions();
+    void appendProductsAsTheyAre();
+    QVector<sProduct> arrangeByPosition();
+    void appendDailyProducts();
+    QVector<int> localPartOfOrder() const;
+
+    QVector<sProduct> m_products;
+    QVector<sProduct> m_dailyProducts;
+    QVector<sProduct> m_groupedProducts;
+    int m_numberOfColumns = 3;
+    QVector<int> m_supportedTypeCodes;
+    QVector<int> m_typeCodesOrder;
+    QVector<int> m_localTypeCodes;
+    bool m_logFareProducts = false;
+    int m_numberOfRows = 0;
+    bool m_logExtraFareProducts = false;
+};
