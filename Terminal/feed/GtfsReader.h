@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Feed.h"
+#include "FeedOptions.h"
+
+#include <optional>
+
+namespace rivo::feed
+{
+
+class FeedReport;
+
+/// Reads the GTFS folder `folder` with its fares (Fares V2). Every problem found goes into
+/// `report`; what is returned is of use only if there is none.
+std::optional<Feed> readGtfsFeed(const QString& folder, const FeedOptions& options,
+                                 FeedReport& report);
+
+} // namespace rivo::feed

@@ -1,0 +1,570 @@
+#include "JsonFeedReader.h"
+
+#include "FeedFile.h"
+#include "FeedProblem.h"
+#include "JsonPrescan.h"
+#include "PassengerTypes.h"
+
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocale>
+#include <QRegularExpression>
+#include <QSet>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <variant>
+
+namespace rivo::feed
+{
+
+namespace
+{
+
+/// What a value must be, beyond its type.
+struct Rule
+{
+    bool isRequired = false; ///< the key must be there; a text must not be empty
+    double min = std::numeric_limits<int>::min();
+    double max = std::numeric_limits<int>::max();
+    const char* pattern = nullptr;   ///< regular expression for the whole text
+    const char* expected = nullptr;  ///< the rule in words, where range or length do not say it
+    const char* companion = nullptr; ///< key that must be there too
+
+    constexpr Rule within(double least, double most) const
+    {
+        Rule rule = *this;
+        rule.min = least;
+        rule.max = most;
+        return rule;
+    }
+
+    constexpr Rule matching(const char* expression, const char* inWords) const
+    {
+        Rule rule = *this;
+        rule.pattern = expression;
+        rule.expected = inWords;
+        return rule;
+    }
+
+    constexpr Rule beside(const char* key) const
+    {
+        Rule rule = *this;
+        rule.companion = key;
+        return rule;
+    }
+};
+
+constexpr Rule required{true};
+constexpr Rule optional{false};
+constexpr double maxPrice = 1'000'000;
+constexpr double maxSum = 1'000'000'000;
+
+/// A whole document: the feed and what it says about itself.
+struct Document : Feed
+{
+    QString format;
+    int version = 0;
+};
+
+/// One key of an object: where its value goes and what it must be.
+template <class Record>
+struct Field
+{
+    const char* key;
+    std::variant<int Record::*, quint32 Record::*, double Record::*, bool Record::*,
+                 QString Record::*, QDateTime Record::*, QStringList Record::*,
+                 QVariantList Record::*, QVector<FeedProduct> Record::*,
+                 QVector<FeedFareProduct> Record::*, std::optional<FeedTripContext> Record::*,
+                 QVector<FeedVehicle> Record::*, QVector<FeedPeripheral> Record::*,
+                 QVector<FeedZReport> Record::*>
+        member;
+    Rule rule;
+};
+
+/// The keys of a record, in the order of its fields.
+template <class Record>
+struct Fields;
+
+template <>
+struct Fields<Document>
+{
+    using R = Document;
+    static constexpr Field<R> table[] = {
+        {"format", &R::format, required.matching("rivo-feed", "\"rivo-feed\"")},
+        {"version", &R::version, required.within(1, 1)},
+        {"name", &R::name, optional},
+        {"currency", &R::currency, required.matching("[A-Z]{3}", "a code such as \"EUR\"")},
+        {"columns", &R::columns, optional.within(0, 1'000)},
+        {"supportedPassengerTypes", &R::supportedPassengerTypes, optional},
+        {"products", &R::products, required},
+        {"fareProducts", &R::fareProducts, optional},
+        {"trip", &R::trip, optional},
+        {"vehicles", &R::vehicles, optional},
+        {"peripherals", &R::peripherals, optional},
+        {"zReports", &R::zReports, optional},
+    };
+};
+
+template <>
+struct Fields<FeedProduct>
+{
+    using R = FeedProduct;
+    static constexpr Field<R> table[] = {
+        {"passengerTypeId", &R::passengerTypeId, required},
+        {"description", &R::description, required},
+        {"passengerTypeCode", &R::passengerTypeCode, required},
+        {"icon", &R::icon, optional},
+        {"price", &R::price, required.within(0, maxPrice)},
+        {"fareProductId", &R::fareProductId, required},
+        {"fareProductName", &R::fareProductName, required},
+        {"isReturnFee", &R::isReturnFee, optional},
+        {"fromStopGroupId", &R::fromStopGroupId, required},
+        {"toStopGroupId", &R::toStopGroupId, required},
+        {"fareProductColor", &R::fareProductColor, optional},
+        {"hasExpired", &R::hasExpired, optional},
+        {"fareDiscount", &R::fareDiscount, optional.within(0, maxPrice)},
+        {"isDaily", &R::isDaily, optional},
+        {"pos", &R::pos, optional},
+    };
+};
+
+template <>
+struct Fields<FeedFareProduct>
+{
+    using R = FeedFareProduct;
+    static constexpr Field<R> table[] = {
+        {"id", &R::id, required},
+        {"description", &R::description, required},
+        {"icon", &R::icon, optional},
+        {"price", &R::price, required.within(0, maxPrice)},
+        {"discount", &R::discount, optional.within(0, maxPrice)},
+        {"freeReturn", &R::freeReturn, optional},
+        {"paperTicket", &R::paperTicket, optional},
+        {"passengerTypes", &R::passengerTypes, optional},
+        {"ticketMaterial", &R::ticketMaterial, optional},
+        {"paymentMethod", &R::paymentMethod, optional},
+        {"paymentChannel", &R::paymentChannel, optional},
+    };
+};
+
+template <>
+struct Fields<FeedTripContext>
+{
+    using R = FeedTripContext;
+    static constexpr Field<R> table[] = {
+        {"routeId", &R::routeId, required},
+        {"fromStopId", &R::fromStopId, required},
+        {"toStopId", &R::toStopId, required},
+        {"currentStopId", &R::currentStopId, required},
+        {"tripsRouteId", &R::tripsRouteId, required},
+        {"tripsExecutionId", &R::tripsExecutionId, required},
+        {"publicRouteExecutionId", &R::publicRouteExecutionId, optional},
+    };
+};
+
+template <>
+struct Fields<FeedVehicle>
+{
+    using R = FeedVehicle;
+    static constexpr Field<R> table[] = {
+        {"id", &R::id, required},
+        {"registrationNumber", &R::registrationNumber, required},
+        {"internalNumber", &R::internalNumber, optional},
+        {"drivingStatus", &R::drivingStatus, optional},
+        {"routeStatus", &R::routeStatus, optional},
+        {"routeId", &R::routeId, optional},
+        {"routeName", &R::routeName, optional},
+        {"latitude", &R::latitude, optional.within(-90, 90).beside("longitude")},
+        {"longitude", &R::longitude, optional.within(-180, 180).beside("latitude")},
+        {"altitude", &R::altitude, optional.within(-1'000, 10'000).beside("latitude")},
+        {"updated", &R::updated, optional},
+        {"inView", &R::inView, optional},
+        {"direction", &R::direction, optional.within(0, 360)},
+    };
+};
+
+template <>
+struct Fields<FeedPeripheral>
+{
+    using R = FeedPeripheral;
+    static constexpr Field<R> table[] = {
+        {"id", &R::id, required},
+        {"name", &R::name, required},
+        {"identity", &R::identity, optional.within(0, std::numeric_limits<quint32>::max())},
+        {"icon", &R::icon, optional},
+        {"warning", &R::warning, optional},
+        {"blueWarning", &R::blueWarning, optional},
+        {"yellowWarning", &R::yellowWarning, optional},
+        {"error", &R::error, optional},
+        {"deviceState", &R::deviceState, optional},
+        {"stateStr", &R::stateStr, optional},
+    };
+};
+
+template <>
+struct Fields<FeedZReport>
+{
+    using R = FeedZReport;
+    static constexpr Rule amount = optional.within(-maxSum, maxSum);
+    static constexpr Field<R> table[] = {
+        {"id", &R::id, required},
+        {"ticketCount", &R::ticketCount, optional},
+        {"ticketSumAmnt", &R::ticketSumAmnt, amount},
+        {"cardSellCount", &R::cardSellCount, optional},
+        {"cardSellAmnt", &R::cardSellAmnt, amount},
+        {"parcelCount", &R::parcelCount, optional},
+        {"parcelAmnt", &R::parcelAmnt, amount},
+        {"fromTicketNumber", &R::fromTicketNumber, optional},
+        {"toTicketNumber", &R::toTicketNumber, optional},
+        {"zSum", &R::zSum, amount},
+        {"zNumber", &R::zNumber, amount},
+        {"isClosed", &R::isClosed, optional},
+        {"commission", &R::commission, amount},
+        {"paymentDate", &R::paymentDate, optional},
+        {"currentDebt", &R::currentDebt, amount},
+        {"maxAllowedDebt", &R::maxAllowedDebt, amount},
+    };
+};
+
+/// Where a value stands in the document; a chain up to the root, so that a pointer is put
+/// together only for a problem.
+struct Place
+{
+    const Place* parent = nullptr;
+    QString key;
+
+    Place at(const QString& name) const { return {this, name}; }
+    Place at(int index) const { return {this, QString::number(index)}; }
+    QString pointer() const
+    {
+        return parent ? parent->pointer() + jsonPointerToken(key) : QString();
+    }
+};
+
+QString found(const QJsonValue& value)
+{
+    switch (value.type()) {
+    case QJsonValue::Undefined:
+        return QStringLiteral("missing");
+    case QJsonValue::Bool:
+        return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+    case QJsonValue::Double:
+        return QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
+    case QJsonValue::String:
+        return quoted(value.toString());
+    case QJsonValue::Array:
+        return QStringLiteral("a list");
+    case QJsonValue::Object:
+        return QStringLiteral("an object");
+    default:
+        return QStringLiteral("null");
+    }
+}
+
+/// Unicode characters: a pair of surrogates is one.
+int characterCount(const QString& text)
+{
+    return static_cast<int>(
+        std::count_if(text.begin(), text.end(), [](QChar unit) { return !unit.isLowSurrogate(); }));
+}
+
+bool matches(const QString& text, const char* pattern)
+{
+    const QString whole = QRegularExpression::anchoredPattern(QLatin1String(pattern));
+    return QRegularExpression(whole).match(text).hasMatch();
+}
+
+bool isNumber(const QJsonValue& value, const Rule& rule)
+{
+    const double number = value.toDouble(qQNaN());
+    return number >= rule.min && number <= rule.max;
+}
+
+bool isInteger(const QJsonValue& value, const Rule& rule)
+{
+    return isNumber(value, rule) && std::trunc(value.toDouble()) == value.toDouble();
+}
+
+class Reader
+{
+public:
+    Reader(const QString& file, const FeedLimits& limits, FeedReport& report)
+        : m_file(file), m_limits(limits), m_report(report)
+    {
+    }
+
+    template <class Record>
+    void read(const QJsonValue& value, const Place& place, Record& into)
+    {
+        if (!value.isObject())
+            return problem(place, found(value), QStringLiteral("an object"));
+        const QJsonObject object = value.toObject();
+        int known = 0;
+        for (const Field<Record>& field : Fields<Record>::table)
+            known += readField(object, place, field, into);
+        if (known < object.size())
+            reportUnknownKeys<Record>(object, place);
+    }
+
+private:
+    /// True if the object has the key.
+    template <class Record>
+    bool readField(const QJsonObject& object, const Place& place, const Field<Record>& field,
+                   Record& into)
+    {
+        const QString key = QLatin1String(field.key);
+        const QJsonValue value = object.value(key);
+        const bool isThere = !value.isUndefined();
+        if (isThere || field.rule.isRequired)
+            std::visit(
+                [&](auto member) { readValue(value, place.at(key), field.rule, into.*member); },
+                field.member);
+        if (!isThere || !field.rule.companion)
+            return isThere;
+        const QString companion = QLatin1String(field.rule.companion);
+        if (!object.contains(companion))
+            problem(place.at(companion), found(QJsonValue::Undefined),
+                    QStringLiteral("a value beside %1").arg(key));
+        return true;
+    }
+
+    template <class Record>
+    void reportUnknownKeys(const QJsonObject& object, const Place& place)
+    {
+        QStringList known;
+        for (const Field<Record>& field : Fields<Record>::table)
+            known.append(QLatin1String(field.key));
+        const QStringList keys = object.keys();
+        for (const QString& key : keys) {
+            if (!known.contains(key) && !key.startsWith(QLatin1String("x-")))
+                problem(place.at(key), QStringLiteral("unknown key"),
+                        QLatin1String("one of ") + known.join(QLatin1String(", ")));
+        }
+    }
+
+    void readValue(const QJsonValue& value, const Place& place, const Rule& rule, int& into)
+    {
+        if (!isInteger(value, rule))
+            return problem(place, found(value), range("an integer", rule));
+        into = static_cast<int>(value.toDouble());
+    }
+
+    void readValue(const QJsonValue& value, const Place& place, const Rule& rule, quint32& into)
+    {
+        if (!isInteger(value, rule))
+            return problem(place, found(value), range("an integer", rule));
+        into = static_cast<quint32>(value.toDouble());
+    }
+
+    void readValue(const QJsonValue& value, const Place& place, const Rule& rule, double& into)
+    {
+        if (!isNumber(value, rule))
+            return problem(place, found(value), range("a number", rule));
+        into = value.toDouble();
+    }
+
+    void readValue(const QJsonValue& value, const Place& place, const Rule&, bool& into)
+    {
+        if (!value.isBool())
+            return problem(place, found(value), QStringLiteral("true or false"));
+        into = value.toBool();
+    }
+
+    void readValue(const QJsonValue& value, const Place& place, const Rule& rule, QString& into)
+    {
+        into = value.toString();
+        const int length = characterCount(into);
+        const bool isFit = value.isString() && length >= int(rule.isRequired) &&
+                           length <= m_limits.textLength &&
+                           (!rule.pattern || matches(into, rule.pattern));
+        if (!isFit)
+            problem(place, found(value),
+                    rule.expected ? QString::fromLatin1(rule.expected) : textLength(rule));
+    }
+
+    void readValue(const QJsonValue& value, const Place& place, const Rule&, QDateTime& into)
+    {
+        // Qt alone would also read dates without a time or an offset, and 24:00:00.
+        const char* const pattern = "[0-9]{4}-[0-9]{2}-[0-9]{2}"
+                                    "T([01][0-9]|2[0-3]):[0-5][0-9]:[0-5][0-9](\\.[0-9]{1,3})?"
+                                    "(Z|[+-](0[0-9]|1[0-4]):[0-5][0-9])";
+        const QString text = value.toString();
+        if (matches(text, pattern))
+            into = QDateTime::fromString(text, Qt::ISODateWithMs);
+        if (!into.isValid())
+            problem(place, found(value),
+                    QStringLiteral("a date and time such as \"2024-05-31T18:30:00+02:00\""));
+    }
+
+    void readValue(const QJsonValue& value, const Place& place, const Rule&, QStringList& into)
+    {
+        readList(value, place, "texts", [&](const QJsonValue& entry, const Place& here) {
+            into.append(QString());
+            readValue(entry, here, required, into.last());
+        });
+    }
+
+    void readValue(const QJsonValue& value, const Place& place, const Rule&, QVariantList& into)
+    {
+        readList(value, place, "integers or texts",
+                 [&](const QJsonValue& entry, const Place& here) {
+                     if (entry.isString())
+                         into.append(readEntry<QString>(entry, here));
+                     else
+                         into.append(readEntry<int>(entry, here));
+                 });
+    }
+
+    template <class Record>
+    void readValue(const QJsonValue& value, const Place& place, const Rule&, QVector<Record>& into)
+    {
+        readList(value, place, "objects", [&](const QJsonValue& entry, const Place& here) {
+            into.append(Record());
+            read(entry, here, into.last());
+        });
+    }
+
+    template <class Record>
+    void readValue(const QJsonValue& value, const Place& place, const Rule&,
+                   std::optional<Record>& into)
+    {
+        read(value, place, into.emplace());
+    }
+
+    template <class Value>
+    Value readEntry(const QJsonValue& entry, const Place& place)
+    {
+        Value value{};
+        readValue(entry, place, required, value);
+        return value;
+    }
+
+    template <class EntryReader>
+    void readList(const QJsonValue& value, const Place& place, const char* kind,
+                  const EntryReader& readEntryAt)
+    {
+        const QJsonArray list = value.toArray();
+        if (!value.isArray() || list.size() > m_limits.entries)
+            return problem(place,
+                           value.isArray() ? QStringLiteral("%1 entries").arg(list.size())
+                                           : found(value),
+                           QStringLiteral("a list of at most %1 %2")
+                               .arg(m_limits.entries)
+                               .arg(QLatin1String(kind)));
+        int index = 0;
+        for (const QJsonValue entry : list)
+            readEntryAt(entry, place.at(index++));
+    }
+
+    static QString range(const char* kind, const Rule& rule)
+    {
+        if (rule.min == rule.max)
+            return QString::number(rule.min, 'f', 0);
+        return QStringLiteral("%1 from %2 to %3")
+            .arg(QLatin1String(kind))
+            .arg(rule.min, 0, 'f', 0)
+            .arg(rule.max, 0, 'f', 0);
+    }
+
+    QString textLength(const Rule& rule) const
+    {
+        return QStringLiteral("a text of %1 to %2 characters")
+            .arg(int(rule.isRequired))
+            .arg(m_limits.textLength);
+    }
+
+    void problem(const Place& place, const QString& value, const QString& expected)
+    {
+        m_report.add(FeedProblem{m_file, 0, 0, place.pointer(), place.key, value, expected});
+    }
+
+    const QString& m_file;
+    const FeedLimits& m_limits;
+    FeedReport& m_report;
+};
+
+/// Names every text that the terminal takes as type 0, at its first product.
+void noticeUnknownTypes(const Feed& feed, const QString& file, FeedReport& report)
+{
+    QSet<QString> seen;
+    for (int i = 0; i < feed.products.size(); ++i) {
+        const QString& text = feed.products.at(i).passengerTypeCode;
+        if (passengerTypeNumber(text) != 0 || seen.contains(text))
+            continue;
+        seen.insert(text);
+        report.add(FeedNotice{file, 0,
+                              QStringLiteral("/products/%1/passengerTypeCode: unknown passenger "
+                                             "type %2, taken as type 0")
+                                  .arg(i)
+                                  .arg(quoted(text))});
+    }
+}
+
+/// The line of the value that `pointer` leads to; where there is none, of what should hold it.
+int lineOf(const QString& pointer, const QHash<QString, int>& lines)
+{
+    const int line = lines.value(pointer);
+    return line > 0 ? line : lines.value(pointer.left(pointer.lastIndexOf(QLatin1Char('/'))));
+}
+
+/// Gives every problem its line and puts them in the order of the file.
+void completeProblems(const QByteArray& text, QVector<FeedProblem>& problems)
+{
+    QHash<QString, int> lines;
+    for (const FeedProblem& problem : qAsConst(problems)) {
+        lines.insert(problem.pointer, 0);
+        lines.insert(problem.pointer.left(problem.pointer.lastIndexOf(QLatin1Char('/'))), 0);
+    }
+    findJsonLines(text, lines);
+    for (FeedProblem& problem : problems) {
+        if (problem.line == 0)
+            problem.line = lineOf(problem.pointer, lines);
+    }
+    std::stable_sort(problems.begin(), problems.end(),
+                     [](const auto& left, const auto& right) { return left.line < right.line; });
+}
+
+} // namespace
+
+std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options,
+                                 FeedReport& report)
+{
+    std::optional<QByteArray> text = readFeedFile(path, options.limits.jsonBytes, report);
+    if (!text)
+        return std::nullopt;
+    // Broken bytes are replaced after they were reported, so that the rest is judged too.
+    if (!checkUtf8(*text, path, report))
+        text = QString::fromUtf8(*text).toUtf8();
+    if (!checkJson(*text, path, options.limits, report))
+        return std::nullopt;
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(*text, &error);
+    if (document.isNull()) {
+        report.add(FeedProblem{path,
+                               text->left(error.offset).count('\n') + 1,
+                               0,
+                               {},
+                               {},
+                               error.errorString(),
+                               QStringLiteral("JSON")});
+        return std::nullopt;
+    }
+    Document feed;
+    Reader(path, options.limits, report)
+        .read(document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array()),
+              Place(), feed);
+    if (report.hasProblems()) {
+        completeProblems(*text, report.keptProblems());
+        return std::nullopt;
+    }
+    if (!document.object().contains(QLatin1String("supportedPassengerTypes")))
+        feed.supportedPassengerTypes = passengerTypesOf(feed.products);
+    noticeUnknownTypes(feed, path, report);
+    return std::move(static_cast<Feed&>(feed));
+}
+
+} // namespace rivo::feed

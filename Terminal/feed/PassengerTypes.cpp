@@ -1,0 +1,66 @@
+#include "PassengerTypes.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <array>
+
+namespace rivo::feed
+{
+
+namespace
+{
+
+struct PassengerType
+{
+    QLatin1String text;
+    int number;
+};
+
+// The catalogue of GuiCore's PassengerTypesModel, which the readers do not link: they serve
+// programs without models too. A test holds the two together.
+constexpr std::array<PassengerType, 8> passengerTypes = {{
+    {QLatin1String("PT_ADULT"), 1},
+    {QLatin1String("PT_STUDENT_1"), 3},
+    {QLatin1String("PT_SCHOOLBOY"), 4},
+    {QLatin1String("PT_DISABLED"), 5},
+    {QLatin1String("PT_MILITARY_1"), 7},
+    {QLatin1String("PT_LFS"), 8},
+    {QLatin1String("PT_STUDENT_2"), 9},
+    {QLatin1String("PT_MILITARY_2"), 10},
+}};
+
+} // namespace
+
+int passengerTypeNumber(const QString& text)
+{
+    const auto* const type = std::find_if(passengerTypes.begin(), passengerTypes.end(),
+                                          [&](const auto& entry) { return entry.text == text; });
+    return type == passengerTypes.end() ? 0 : type->number;
+}
+
+QStringList passengerTypeTexts()
+{
+    QStringList texts;
+    for (const PassengerType& type : passengerTypes)
+        texts.append(type.text);
+    return texts;
+}
+
+QStringList passengerTypesOf(const QVector<FeedProduct>& products)
+{
+    QStringList texts;
+    QSet<QString> seen;
+    for (const FeedProduct& product : products) {
+        const int before = seen.size();
+        seen.insert(product.passengerTypeCode);
+        if (seen.size() > before)
+            texts.append(product.passengerTypeCode);
+    }
+    std::stable_sort(texts.begin(), texts.end(), [](const QString& left, const QString& right) {
+        return passengerTypeNumber(left) < passengerTypeNumber(right);
+    });
+    return texts;
+}
+
+} // namespace rivo::feed
