@@ -1,10 +1,14 @@
 #include <core/ConfigManager.h>
 
+#include "FileFollower.h"
+#include "LoggerConfiguration.h"
 #include "SettingsConfigPrivate.h"
 
 #include <core-private/SettingsFile.h>
 #include <core/SettingsConfig.h>
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFileInfo>
 #include <QtCore/QHash>
 
 namespace rivo::core
@@ -13,35 +17,144 @@ namespace rivo::core
 class ConfigManager::Private
 {
 public:
-    explicit Private(const QString& path) : m_file(path) { reload(); }
+    explicit Private(const QString& path);
 
-    void reload()
-    {
-        m_file.read();
-        SettingsConfigPrivate::assign(&m_settingsConfig, m_file.logLevels(),
-                                      m_file.passengerTypeCodesOrder());
-    }
+    void configureLogging();
+    void reload();
+    void follow();
+    void stopFollowing() { m_follower.stop(); }
+    SettingsConfig* settingsConfig() { return &m_settingsConfig; }
+
+    /// All managers of the process. Static initialisation of this library makes it and its unload
+    /// ends it, so that no user of this library can outlive a manager.
+    class Registry;
+    static Registry registry;
+
+private:
+    void report(const QStringList& problems);
 
     SettingsFile m_file;
-    SettingsConfig m_settingsConfig{nullptr};
+    FileFollower m_follower;
+    SettingsConfig m_settingsConfig;
+    QStringList m_reported;
 };
 
-ConfigManager* ConfigManager::instance(QString basePath, QString subFolder)
+class ConfigManager::Private::Registry
 {
-    static auto* const managers = new QHash<QString, ConfigManager*>;
-    ConfigManager*& manager = (*managers)[SettingsFile::pathIn(basePath, subFolder)];
-    if (!manager)
+public:
+    Registry() = default;
+    ~Registry();
+    Q_DISABLE_COPY(Registry)
+
+    ConfigManager* manager(const QString& basePath, const QString& subFolder);
+    void followWithApplication();
+
+private:
+    static void stopFollowing();
+
+    QHash<QString, ConfigManager*> m_managers;
+    bool m_isFollowing = false;
+};
+
+ConfigManager::Private::Registry ConfigManager::Private::registry;
+
+ConfigManager::Private::Registry::~Registry()
+{
+    if (m_isFollowing) {
+        qRemovePostRoutine(stopFollowing);
+        stopFollowing();
+    }
+    for (const ConfigManager* manager : qAsConst(m_managers))
+        delete manager;
+}
+
+ConfigManager* ConfigManager::Private::Registry::manager(const QString& basePath,
+                                                         const QString& subFolder)
+{
+    const QString path = SettingsFile::pathIn(basePath, subFolder);
+    ConfigManager* manager = m_managers.value(path);
+    if (!manager) {
         manager = new ConfigManager(basePath, subFolder);
+        // Known before it reads: whoever hears of the reading may ask for it.
+        m_managers.insert(path, manager);
+        manager->d->configureLogging();
+        if (m_isFollowing)
+            manager->d->follow();
+        else
+            manager->d->reload();
+    }
     return manager;
 }
 
+void ConfigManager::Private::Registry::followWithApplication()
+{
+    if (m_isFollowing || !QCoreApplication::instance() || QCoreApplication::closingDown())
+        return;
+    m_isFollowing = true;
+    // A watcher must not outlive the application whose event loop serves it.
+    qAddPostRoutine(stopFollowing);
+    const QList<ConfigManager*> managers = m_managers.values();
+    for (const ConfigManager* manager : managers)
+        manager->d->follow();
+}
+
+void ConfigManager::Private::Registry::stopFollowing()
+{
+    registry.m_isFollowing = false;
+    for (const ConfigManager* manager : qAsConst(registry.m_managers))
+        manager->d->stopFollowing();
+}
+
+ConfigManager::Private::Private(const QString& path)
+    : m_file(path), m_follower(path), m_settingsConfig(nullptr)
+{
+    QObject::connect(&m_follower, &FileFollower::changed, &m_follower, [this] { reload(); });
+}
+
+void ConfigManager::Private::configureLogging()
+{
+    const QString problem =
+        applyLoggerConfiguration(QFileInfo(m_file.path()).path() + QStringLiteral("/logging.conf"));
+    if (!problem.isEmpty())
+        LOG(WARNING) << qUtf8Printable(problem + QStringLiteral("; logging stays as it was"));
+}
+
+void ConfigManager::Private::follow()
+{
+    m_follower.start();
+    reload();
+}
+
+void ConfigManager::Private::reload()
+{
+    report(m_file.read());
+    SettingsConfigPrivate::assign(&m_settingsConfig, m_file.logLevels(),
+                                  m_file.passengerTypeCodesOrder());
+}
+
+void ConfigManager::Private::report(const QStringList& problems)
+{
+    for (const QString& problem : problems) {
+        if (!m_reported.contains(problem))
+            LOG(WARNING) << qUtf8Printable(problem + QStringLiteral("; the last good value stays"));
+    }
+    m_reported = problems;
+}
+
+ConfigManager* ConfigManager::instance(QString basePath, QString subFolder)
+{
+    Private::registry.followWithApplication();
+    return Private::registry.manager(basePath, subFolder);
+}
+
 ConfigManager::ConfigManager(const QString& basePath, const QString& subFolder)
-    : d(std::make_unique<Private>(SettingsFile::pathIn(basePath, subFolder)))
+    : d(std::make_unique<Private>(
+          QFileInfo(SettingsFile::pathIn(basePath, subFolder)).absoluteFilePath()))
 {
 }
 
 ConfigManager::~ConfigManager() = default;
 
-SettingsConfig* ConfigManager::settingsConfig() const { return &d->m_settingsConfig; }
+SettingsConfig* ConfigManager::settingsConfig() const { return d->settingsConfig(); }
 
 } // namespace rivo::core

@@ -2,6 +2,7 @@
 
 #include <core/CoreExport.h>
 
+#include <QtCore/QJsonObject>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
@@ -10,8 +11,10 @@ namespace rivo::core
 
 /// One settings.json: reads, judges and saves it.
 ///
-/// The file holds a JSON object; both keys are optional lists of texts, other keys are ignored:
-/// { "logLevels": ["log_fareproducts"], "passengerTypeCodesOrder": ["PT_ADULT", "PT_STUDENT"] }
+/// The file holds a JSON object in UTF-8 of at most 1 MiB. Both keys are optional lists of texts;
+/// other keys are left alone:
+///
+///     { "logLevels": ["log_fareproducts"], "passengerTypeCodesOrder": ["PT_ADULT", "PT_STUDENT"] }
 class RIVO_CORE_EXPORT SettingsFile
 {
 public:
@@ -19,20 +22,38 @@ public:
     static QString pathIn(const QString& basePath, const QString& subFolder);
 
     /// Reads nothing yet: both values are empty.
-    explicit SettingsFile(QString path);
+    explicit SettingsFile(const QString& path);
 
     QString path() const { return m_path; }
+
+    /// The names of the log levels that are switched on. Default: empty.
     QStringList logLevels() const { return m_logLevels; }
+    /// The display order of passenger types as type-code texts. Default: empty.
     QStringList passengerTypeCodesOrder() const { return m_passengerTypeCodesOrder; }
 
-    /// Takes over what the file holds. Returns the problems, each naming file, place and reason.
-    /// A missing file or key means an empty value and is no problem; a value with a problem stays.
+    /// Takes over what the file holds and forgets what was set but not saved. Returns the problems,
+    /// each naming file, place (line:column, or the JSON pointer of a key) and reason. A missing
+    /// file or key means an empty value and is no problem; a value with a problem stays as it was.
     QStringList read();
 
+    /// Replaces a value in memory; save() writes it.
+    void setLogLevels(const QStringList& logLevels);
+    void setPassengerTypeCodesOrder(const QStringList& codes);
+
+    /// Writes the values that were set since the last read() into the file, atomically, creating
+    /// its folder if needed. The file's other keys keep the values they have on disk now. Returns
+    /// false, with the file untouched and the reason in @p problem, if that cannot be done or if
+    /// what is there cannot be parsed.
+    bool save(QString* problem = nullptr);
+
 private:
+    struct Document;
+    Document load() const;
+
     QString m_path;
     QStringList m_logLevels;
     QStringList m_passengerTypeCodesOrder;
+    QJsonObject m_unsaved;
 };
 
 } // namespace rivo::core
