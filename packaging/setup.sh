@@ -1,0 +1,58 @@
+# Sourced by run.sh, test.sh and .ci/run: packages, configuration and build on Debian 12.
+# Quiet on success; what a failed step printed is shown.
+
+packages_to_run="g++ cmake ninja-build qtbase5-dev libeasyloggingpp-dev libcsv-dev"
+packages_to_test="$packages_to_run binutils libbenchmark-dev qtdeclarative5-dev python3-jsonschema"
+packages_to_lint="clang-format clang-tidy clazy shellcheck"
+
+# quietly WHAT COMMAND...: runs the command, shows its output only if it fails.
+quietly() {
+    local what="$1" log status
+    shift
+    log="$(mktemp)"
+    "$@" > "$log" 2>&1 && { rm -f "$log"; return 0; }
+    status=$?
+    cat "$log" >&2
+    rm -f "$log"
+    echo "$what failed (exit code $status)" >&2
+    return "$status"
+}
+
+# need_packages NAME...: installs those that are missing, as root or with sudo.
+need_packages() {
+    local name missing=() sudo=()
+    for name in "$@"; do
+        dpkg-query -W -f '${db:Status-Status}\n' "$name" 2> /dev/null | grep -qx installed || missing+=("$name")
+    done
+    [ "${#missing[@]}" -eq 0 ] && return 0
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo > /dev/null || {
+            echo "Missing packages: ${missing[*]}; install them as root, or install sudo." >&2
+            return 1
+        }
+        sudo=(sudo)
+    fi
+    echo "Installing ${missing[*]}" >&2
+    quietly "apt-get update" "${sudo[@]}" apt-get update
+    quietly "apt-get install" "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y --no-install-recommends "${missing[@]}"
+}
+
+# build_preset NAME: configures the preset and builds it; only what changed is built again.
+build_preset() {
+    quietly "Configuring preset $1" cmake --preset "$1"
+    quietly "Building preset $1" cmake --build --preset "$1"
+}
+
+# run_tests NAME: all tests of a built preset, one counted summary; the whole output on failure.
+run_tests() {
+    local log="build/$1/ctest.log" status=0
+    ctest --preset "$1" > "$log" 2>&1 || status=$?
+    [ "$status" -eq 0 ] || cat "$log"
+    grep -E '^Totals:' "build/$1/Testing/Temporary/LastTest.log" | awk -v preset="$1" '
+        { passed += $2; failed += $4; skipped += $6 }
+        END { printf "%s: %d checks passed, %d failed, %d skipped, in %d test programs\n",
+                     preset, passed, failed, skipped, NR }'
+    grep -E 'tests passed|Total Test time|No tests were found' "$log"
+    return "$status"
+}

@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Sets up, builds and runs all tests.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+# shellcheck source=packaging/setup.sh
+. packaging/setup.sh
+
+# shellcheck disable=SC2086 # a list of names
+need_packages $packages_to_test
+build_preset dev
+run_tests dev
