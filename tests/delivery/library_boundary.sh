@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# What the built library shows to the outside: the libraries it needs, what it calls of the core
+# library, what it exports, and no path of the machine that built it.
+# usage: library_boundary.sh LIBGUICORE SOURCE_DIR BINARY_DIR
+set -u
+library="$1" source_dir="$2" binary_dir="$3"
+failures=0
+
+# expect WHAT EXPECTED ACTUAL
+expect() {
+    [ "$2" = "$3" ] && return 0
+    printf 'FAIL: %s\n--- expected\n%s\n--- actual\n%s\n' "$1" "$2" "$3"
+    failures=$((failures + 1))
+}
+
+needed="$(readelf -d "$library" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p' |
+    grep -vE '^lib(asan|ubsan|stdc\+\+|gcc_s|m|c)\.so|^ld-linux' | sort)"
+expect "needs Qt Core and the core library, which can be swapped under its name" \
+    "libQt5Core.so.5
+libRIVO_ARM_QtLib.so" "$needed"
+
+expect "has a version in its name" "libGuiCore.so.1" \
+    "$(readelf -d "$library" | sed -nE 's/.*\(SONAME\).*\[(.*)\]/\1/p')"
+
+called="$(nm -DC --undefined-only "$library" | sed -E 's/^ +[Uw] //' |
+    grep -E '^(el::|rivo::core::|QJsonWrapper::)' | grep -v '^vtable\|^typeinfo' | sort)"
+expect "calls nothing of the core library but its declared operations" \
+    "QJsonWrapper::JsonObjectFactory::isRegistered(QString)
+QJsonWrapper::JsonObjectFactory::m_ObjectsMap()
+el::base::Writer::construct(int, char const*, ...)
+el::base::Writer::processDispatch()
+el::base::elStorage
+rivo::core::ConfigManager::instance(QString, QString)
+rivo::core::ConfigManager::settingsConfig() const
+rivo::core::SettingsConfig::SettingsConfig(QObject*)
+rivo::core::SettingsConfig::getLogLevels()
+rivo::core::SettingsConfig::logLevelsChanged(QStringList)
+rivo::core::SettingsConfig::passengerTypeCodesOrder() const
+rivo::core::SettingsConfig::staticMetaObject
+rivo::core::SettingsConfig::~SettingsConfig()" "$called"
+
+# Instances of templates from the standard library and Qt may be weak symbols of any library.
+foreign="$(nm -DC --defined-only "$library" | awk '$2 !~ /^[WVu]$/' | cut -d' ' -f3- |
+    grep -vE '^(vtable for |typeinfo (name )?for |non-virtual thunk to )?(rivo::models::List(Item|Model)|PassengerType(Item|sModel|ItemRolesHandling))(::|$)' |
+    grep -vE '^__(asan|odr_asan|ubsan|sanitizer)')"
+expect "exports its public classes and nothing else" "" "$foreign"
+
+for folder in "$source_dir" "$binary_dir"; do
+    expect "holds no path of the machine that built it" "0" "$(grep -caF "$folder/" "$library")"
+done
+
+[ "$failures" -eq 0 ]
