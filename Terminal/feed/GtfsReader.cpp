@@ -1,21 +1,887 @@
 #include "GtfsReader.h"
 
+#include "CsvTable.h"
+#include "FeedFile.h"
 #include "FeedProblem.h"
+#include "FieldRule.h"
+#include "PassengerTypes.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+#include <QPair>
+#include <QRegularExpression>
+#include <QSet>
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+#include <variant>
 
 namespace rivo::feed
 {
 
-std::optional<Feed> readGtfsFeed(const QString& folder, const FeedOptions&, FeedReport& report)
+namespace
 {
-    report.add(
-        FeedProblem{folder,
-                    0,
-                    0,
-                    {},
-                    {},
-                    QStringLiteral("a folder"),
-                    QStringLiteral("a rivo-feed JSON file (GTFS folders are not read yet)")});
-    return std::nullopt;
+
+constexpr auto agencyFile = "agency.txt";
+constexpr auto feedInfoFile = "feed_info.txt";
+constexpr auto categoriesFile = "rider_categories.txt";
+constexpr auto mappingFile = "passenger_types.txt";
+constexpr auto mediaFile = "fare_media.txt";
+constexpr auto areasFile = "areas.txt";
+constexpr auto productsFile = "fare_products.txt";
+constexpr auto legRulesFile = "fare_leg_rules.txt";
+constexpr auto stopsFile = "stops.txt";
+constexpr auto stopAreasFile = "stop_areas.txt";
+constexpr auto routesFile = "routes.txt";
+constexpr auto shapesFile = "shapes.txt";
+constexpr auto tripsFile = "trips.txt";
+constexpr auto stopTimesFile = "stop_times.txt";
+
+bool isDigits(const QString& text)
+{
+    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar c) {
+        return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+    });
+}
+
+/// `text` as a positive integer; 0 if it is none or is written otherwise than people count.
+int positiveInteger(const QString& text)
+{
+    return isDigits(text) && !text.startsWith(QLatin1Char('0')) ? text.toInt() : 0;
+}
+
+/// Seconds since the start of the service day; -1 if `text` is no H:MM:SS.
+int seconds(const QString& text)
+{
+    const QStringList parts = text.split(QLatin1Char(':'));
+    const bool isTime = parts.size() == 3 && std::all_of(parts.begin(), parts.end(), isDigits) &&
+                        parts.at(0).size() <= 3 && parts.at(1).size() == 2 &&
+                        parts.at(2).size() == 2 && parts.at(1).toInt() < 60 &&
+                        parts.at(2).toInt() < 60;
+    return isTime ? (parts.at(0).toInt() * 60 + parts.at(1).toInt()) * 60 + parts.at(2).toInt()
+                  : -1;
+}
+
+bool isDecimal(const QString& text)
+{
+    static const QRegularExpression form(QStringLiteral("\\A[0-9]+(\\.[0-9]+)?\\z"));
+    return form.match(text).hasMatch();
+}
+
+bool isColor(const QString& text)
+{
+    static const QRegularExpression digits(QStringLiteral("\\A[0-9A-Fa-f]{6}\\z"));
+    return digits.match(text).hasMatch();
+}
+
+// One record type per file: what is read of a row, and the columns that it is read from.
+
+struct Row
+{
+    int line = 0;
+};
+
+template <class R>
+struct Column
+{
+    const char* name;
+    std::variant<QString R::*, int R::*, double R::*> member;
+    FieldRule rule;
+};
+
+template <class R>
+struct Columns;
+
+struct AgencyRow : Row
+{
+    QString name;
+};
+
+template <>
+struct Columns<AgencyRow>
+{
+    static constexpr Column<AgencyRow> table[] = {{"agency_name", &AgencyRow::name, optional}};
+};
+
+struct FeedInfoRow : Row
+{
+    QString publisher;
+};
+
+template <>
+struct Columns<FeedInfoRow>
+{
+    static constexpr Column<FeedInfoRow> table[] = {
+        {"feed_publisher_name", &FeedInfoRow::publisher, optional}};
+};
+
+struct CategoryRow : Row
+{
+    QString id;
+    QString name;
+    int isDefault = 0;
+};
+
+template <>
+struct Columns<CategoryRow>
+{
+    using R = CategoryRow;
+    static constexpr Column<R> table[] = {
+        {"rider_category_id", &R::id, required},
+        {"rider_category_name", &R::name, optional},
+        {"is_default_fare_category", &R::isDefault, optional.within(0, 1)},
+    };
+};
+
+struct MappingRow : Row
+{
+    QString category;
+    QString passengerType;
+};
+
+template <>
+struct Columns<MappingRow>
+{
+    using R = MappingRow;
+    static constexpr Column<R> table[] = {
+        {"rider_category_id", &R::category, required},
+        {"passenger_type", &R::passengerType, required},
+    };
+};
+
+struct MediumRow : Row
+{
+    QString id;
+    QString name;
+};
+
+template <>
+struct Columns<MediumRow>
+{
+    using R = MediumRow;
+    static constexpr Column<R> table[] = {
+        {"fare_media_id", &R::id, required},
+        {"fare_media_name", &R::name, optional},
+    };
+};
+
+struct AreaRow : Row
+{
+    QString id;
+};
+
+template <>
+struct Columns<AreaRow>
+{
+    static constexpr Column<AreaRow> table[] = {{"area_id", &AreaRow::id, required}};
+};
+
+struct ProductRow : Row
+{
+    QString product;
+    QString name;
+    QString category;
+    QString medium;
+    QString amount;
+    QString currency;
+};
+
+template <>
+struct Columns<ProductRow>
+{
+    using R = ProductRow;
+    static constexpr Column<R> table[] = {
+        {"fare_product_id", &R::product, required},
+        {"fare_product_name", &R::name, optional},
+        {"rider_category_id", &R::category, optional},
+        {"fare_media_id", &R::medium, optional},
+        {"amount", &R::amount, required.satisfying(isDecimal, "a decimal number such as 4.50")},
+        {"currency", &R::currency, currencyRule},
+    };
+};
+
+struct LegRuleRow : Row
+{
+    QString product;
+    QString fromArea;
+    QString toArea;
+};
+
+template <>
+struct Columns<LegRuleRow>
+{
+    using R = LegRuleRow;
+    static constexpr Column<R> table[] = {
+        {"fare_product_id", &R::product, required},
+        {"from_area_id", &R::fromArea, optional},
+        {"to_area_id", &R::toArea, optional},
+    };
+};
+
+struct StopRow : Row, NetworkStop
+{
+};
+
+template <>
+struct Columns<StopRow>
+{
+    using R = StopRow;
+    static constexpr Column<R> table[] = {
+        {"stop_id", &R::id, required},
+        {"stop_code", &R::code, optional},
+        {"stop_name", &R::name, optional},
+        {"stop_lat", &R::latitude, optional.within(-90, 90)},
+        {"stop_lon", &R::longitude, optional.within(-180, 180)},
+    };
+};
+
+struct StopAreaRow : Row
+{
+    QString area;
+    QString stop;
+};
+
+template <>
+struct Columns<StopAreaRow>
+{
+    using R = StopAreaRow;
+    static constexpr Column<R> table[] = {
+        {"area_id", &R::area, required},
+        {"stop_id", &R::stop, required},
+    };
+};
+
+struct RouteRow : Row, NetworkRoute
+{
+};
+
+template <>
+struct Columns<RouteRow>
+{
+    using R = RouteRow;
+    static constexpr FieldRule color =
+        optional.satisfying(isColor, "six hexadecimal digits such as 1657BA");
+    static constexpr Column<R> table[] = {
+        {"route_id", &R::id, required},
+        {"route_short_name", &R::shortName, optional},
+        {"route_long_name", &R::longName, optional},
+        {"route_color", &R::color, color},
+        {"route_text_color", &R::textColor, color},
+    };
+};
+
+struct ShapeRow : Row, NetworkShapePoint
+{
+    QString id;
+    int sequence = 0;
+    int group = 0; ///< number of the shape
+};
+
+constexpr FieldRule sequenceRule = required.within(0, std::numeric_limits<int>::max());
+
+template <>
+struct Columns<ShapeRow>
+{
+    using R = ShapeRow;
+    static constexpr Column<R> table[] = {
+        {"shape_id", &R::id, required},
+        {"shape_pt_lat", &R::latitude, required.within(-90, 90)},
+        {"shape_pt_lon", &R::longitude, required.within(-180, 180)},
+        {"shape_pt_sequence", &R::sequence, sequenceRule},
+    };
+};
+
+struct TripRow : Row, NetworkTrip
+{
+};
+
+template <>
+struct Columns<TripRow>
+{
+    using R = TripRow;
+    static constexpr Column<R> table[] = {
+        {"route_id", &R::routeId, required}, {"service_id", &R::serviceId, optional},
+        {"trip_id", &R::id, required},       {"trip_headsign", &R::headsign, optional},
+        {"shape_id", &R::shapeId, optional},
+    };
+};
+
+struct StopTimeRow : Row, NetworkStopTime
+{
+    QString arrivalText;
+    QString departureText;
+    int group = 0; ///< number of the trip
+};
+
+template <>
+struct Columns<StopTimeRow>
+{
+    using R = StopTimeRow;
+    static constexpr Column<R> table[] = {
+        {"trip_id", &R::tripId, required},
+        {"stop_id", &R::stopId, required},
+        {"stop_sequence", &R::sequence, sequenceRule},
+        {"arrival_time", &R::arrivalText, optional},
+        {"departure_time", &R::departureText, optional},
+    };
+};
+
+/// The identifiers of one kind in order of appearance, each kept once.
+class Ids
+{
+public:
+    /// The index of `id`, which is added if it is new.
+    int add(const QString& id)
+    {
+        const auto known = m_indexes.constFind(id);
+        if (known != m_indexes.constEnd())
+            return *known;
+        m_ids.append(id);
+        m_indexes.insert(id, m_ids.size() - 1);
+        return m_ids.size() - 1;
+    }
+
+    int indexOf(const QString& id) const { return m_indexes.value(id, -1); }
+    bool contains(const QString& id) const { return m_indexes.contains(id); }
+
+    /// Whether the file that defines the identifiers could be read whole; otherwise references to
+    /// them are not judged.
+    bool isDefined() const { return m_isDefined; }
+    void setDefined(bool isDefined) { m_isDefined = isDefined; }
+
+    /// Every identifier with its number: its own if all are positive integers, else from 1 in
+    /// order of appearance.
+    QHash<QString, int> numbers() const
+    {
+        const bool areNumbers = std::all_of(
+            m_ids.begin(), m_ids.end(), [](const QString& id) { return positiveInteger(id) > 0; });
+        QHash<QString, int> numbers;
+        for (int i = 0; i < m_ids.size(); ++i)
+            numbers.insert(m_ids.at(i), areNumbers ? positiveInteger(m_ids.at(i)) : i + 1);
+        return numbers;
+    }
+
+private:
+    QStringList m_ids;
+    QHash<QString, int> m_indexes;
+    bool m_isDefined = false;
+};
+
+class Reader
+{
+public:
+    Reader(const QString& folder, const FeedOptions& options, FeedReport& report)
+        : m_folder(folder), m_options(options), m_report(report)
+    {
+    }
+
+    std::optional<Feed> read()
+    {
+        readName();
+        readCategories();
+        readMapping();
+        readMedia();
+        readAreas();
+        readProducts();
+        readLegRules();
+        readStops();
+        readStopAreas();
+        readRoutes();
+        readShapes();
+        readTrips();
+        readStopTimes();
+        if (!m_report.hasProblems())
+            buildProducts();
+        if (m_report.hasProblems())
+            return std::nullopt;
+        noticeUnmappedCategories();
+        setStopAreas();
+        return std::move(m_feed);
+    }
+
+private:
+    using Tuple = QPair<QString, QPair<QString, QString>>;
+    using AreaPair = QPair<QString, QString>;
+
+    // Files
+
+    void readName()
+    {
+        const auto take = [this](const QString& name) {
+            if (m_feed.name.isEmpty())
+                m_feed.name = name;
+        };
+        readIfThere<AgencyRow>(agencyFile, [&](const AgencyRow& row) { take(row.name); });
+        readIfThere<FeedInfoRow>(feedInfoFile,
+                                 [&](const FeedInfoRow& row) { take(row.publisher); });
+    }
+
+    void readCategories()
+    {
+        const bool isWhole = readIfThere<CategoryRow>(categoriesFile, [&](const CategoryRow& row) {
+            if (!define(m_categoryIds, row, "rider_category_id", row.id))
+                return;
+            m_categories.append(row);
+            if (row.isDefault == 0)
+                return;
+            if (!m_defaultCategory.isEmpty())
+                problem(row, "is_default_fare_category", QStringLiteral("1"),
+                        QStringLiteral("one default category, which is %1").arg(m_defaultCategory));
+            m_defaultCategory = row.id;
+        });
+        // A product cannot do without the category it names, so a missing file defines none.
+        m_categoryIds.setDefined(isWhole || !isThere(categoriesFile));
+    }
+
+    void readMapping()
+    {
+        const bool isGiven = !m_options.mappingFile.isEmpty();
+        if (isGiven || isThere(mappingFile))
+            readFile<MappingRow>(isGiven ? m_options.mappingFile : pathOf(mappingFile),
+                                 [&](const MappingRow& row) { map(row); });
+        m_file = m_folder;
+        const auto& given = m_options.riderCategories;
+        for (auto entry = given.begin(); entry != given.end(); ++entry) {
+            const QString name = QLatin1String("rider category ") + entry.key();
+            if (m_categoryIds.isDefined() && !m_categoryIds.contains(entry.key()))
+                problem(0, name, QStringLiteral("unknown"), idOf(categoriesFile));
+            if (passengerTypeNumber(entry.value()) == 0)
+                problem(0, name, quoted(entry.value()), knownTypes());
+            m_types.insert(entry.key(), entry.value());
+        }
+    }
+
+    void map(const MappingRow& row)
+    {
+        checkReference(m_categoryIds, categoriesFile, row, "rider_category_id", row.category);
+        if (!row.passengerType.isEmpty() && passengerTypeNumber(row.passengerType) == 0)
+            problem(row, "passenger_type", row.passengerType, knownTypes());
+        if (m_types.contains(row.category) && !row.category.isEmpty())
+            problem(row, "rider_category_id", row.category, QStringLiteral("each category once"));
+        m_types.insert(row.category, row.passengerType);
+    }
+
+    void readMedia()
+    {
+        const bool isWhole = readIfThere<MediumRow>(mediaFile, [&](const MediumRow& row) {
+            if (define(m_mediumIds, row, "fare_media_id", row.id))
+                m_mediumNames.insert(row.id, row.name);
+        });
+        m_mediumIds.setDefined(isWhole);
+    }
+
+    void readAreas()
+    {
+        const bool isWhole = readIfThere<AreaRow>(
+            areasFile, [&](const AreaRow& row) { define(m_areaIds, row, "area_id", row.id); });
+        m_areaIds.setDefined(isWhole);
+    }
+
+    void readProducts()
+    {
+        QSet<Tuple> tuples;
+        const bool isWhole = readFile<ProductRow>(pathOf(productsFile), [&](const ProductRow& row) {
+            checkReference(m_categoryIds, categoriesFile, row, "rider_category_id", row.category);
+            checkReference(m_mediumIds, mediaFile, row, "fare_media_id", row.medium);
+            checkAmount(row);
+            checkCurrency(row);
+            const Tuple tuple(row.product, {row.category, row.medium});
+            if (tuples.contains(tuple) && !row.product.isEmpty())
+                problem(row, "fare_product_id", row.product,
+                        QStringLiteral("each fare product once per rider category and medium"));
+            tuples.insert(tuple);
+            m_productIds.add(row.product);
+            m_products.append(row);
+        });
+        m_productIds.setDefined(isWhole);
+    }
+
+    void checkAmount(const ProductRow& row)
+    {
+        const int point = row.amount.indexOf(QLatin1Char('.'));
+        const int digits = point < 0 ? 0 : row.amount.size() - point - 1;
+        const int decimals = currencyDecimals(row.currency);
+        bool isConverted = false;
+        const double amount = row.amount.toDouble(&isConverted);
+        if (!row.amount.isEmpty() &&
+            (!isConverted || !priceRule.allows(amount) || digits > decimals))
+            problem(row, "amount", row.amount,
+                    QStringLiteral("%1 with at most %2 decimals")
+                        .arg(priceRule.inWords("a decimal number"))
+                        .arg(decimals));
+    }
+
+    void checkCurrency(const ProductRow& row)
+    {
+        if (m_feed.currency.isEmpty())
+            m_feed.currency = row.currency;
+        if (!row.currency.isEmpty() && row.currency != m_feed.currency)
+            problem(row, "currency", row.currency,
+                    m_feed.currency + QLatin1String(", one currency for the whole feed"));
+    }
+
+    void readLegRules()
+    {
+        QSet<Tuple> rules;
+        readIfThere<LegRuleRow>(legRulesFile, [&](const LegRuleRow& row) {
+            checkReference(m_productIds, productsFile, row, "fare_product_id", row.product);
+            referToArea(row, "from_area_id", row.fromArea);
+            referToArea(row, "to_area_id", row.toArea);
+            const Tuple rule(row.product, {row.fromArea, row.toArea});
+            if (!rules.contains(rule))
+                m_areaPairs[row.product].append(rule.second);
+            rules.insert(rule);
+        });
+    }
+
+    void readStops()
+    {
+        const bool isWhole = readIfThere<StopRow>(stopsFile, [&](const StopRow& row) {
+            if (define(m_stopIds, row, "stop_id", row.id))
+                m_feed.network.stops.append(row);
+        });
+        m_stopIds.setDefined(isWhole);
+    }
+
+    void readStopAreas()
+    {
+        readIfThere<StopAreaRow>(stopAreasFile, [&](const StopAreaRow& row) {
+            referToArea(row, "area_id", row.area);
+            checkReference(m_stopIds, stopsFile, row, "stop_id", row.stop);
+            m_stopAreas[row.stop].append(row.area);
+        });
+    }
+
+    void readRoutes()
+    {
+        const auto toColor = [](QString& digits) {
+            if (!digits.isEmpty())
+                digits.prepend(QLatin1Char('#'));
+        };
+        const bool isWhole = readIfThere<RouteRow>(routesFile, [&](RouteRow& row) {
+            toColor(row.color);
+            toColor(row.textColor);
+            if (define(m_routeIds, row, "route_id", row.id))
+                m_feed.network.routes.append(row);
+        });
+        m_routeIds.setDefined(isWhole);
+    }
+
+    void readShapes()
+    {
+        QVector<ShapeRow> rows;
+        const bool isWhole = readIfThere<ShapeRow>(shapesFile, [&](ShapeRow& row) {
+            row.group = m_shapeIds.add(row.id);
+            rows.append(row);
+        });
+        m_shapeIds.setDefined(isWhole);
+        putInSequence(rows, shapesFile, "shape_pt_sequence");
+        QVector<NetworkShape>& shapes = m_feed.network.shapes;
+        for (const ShapeRow& row : qAsConst(rows)) {
+            if (row.group == shapes.size())
+                shapes.append({row.id, {}});
+            shapes.last().points.append(row);
+        }
+    }
+
+    void readTrips()
+    {
+        const bool isWhole = readIfThere<TripRow>(tripsFile, [&](const TripRow& row) {
+            checkReference(m_routeIds, routesFile, row, "route_id", row.routeId);
+            checkReference(m_shapeIds, shapesFile, row, "shape_id", row.shapeId);
+            if (define(m_tripIds, row, "trip_id", row.id))
+                m_feed.network.trips.append(row);
+        });
+        m_tripIds.setDefined(isWhole);
+    }
+
+    void readStopTimes()
+    {
+        QVector<StopTimeRow> rows;
+        Ids trips = m_tripIds;
+        readIfThere<StopTimeRow>(stopTimesFile, [&](StopTimeRow& row) {
+            checkReference(m_tripIds, tripsFile, row, "trip_id", row.tripId);
+            checkReference(m_stopIds, stopsFile, row, "stop_id", row.stopId);
+            row.arrival = readTime(row, "arrival_time", row.arrivalText);
+            row.departure = readTime(row, "departure_time", row.departureText);
+            row.group = trips.add(row.tripId);
+            rows.append(row);
+        });
+        putInSequence(rows, stopTimesFile, "stop_sequence");
+        m_feed.network.stopTimes.reserve(rows.size());
+        for (const StopTimeRow& row : qAsConst(rows))
+            m_feed.network.stopTimes.append(row);
+    }
+
+    // Shared steps of reading
+
+    QString pathOf(const char* name) const { return QDir(m_folder).filePath(QLatin1String(name)); }
+
+    bool isThere(const char* name) const { return QFileInfo::exists(pathOf(name)); }
+
+    /// True if there is such a file and every record of it was handled.
+    template <class R, class Handler>
+    bool readIfThere(const char* name, const Handler& handle)
+    {
+        return isThere(name) && readFile<R>(pathOf(name), handle);
+    }
+
+    /// True if every record of the file was handled.
+    template <class R, class Handler>
+    bool readFile(const QString& path, const Handler& handle)
+    {
+        m_file = path;
+        const std::optional<QByteArray> text =
+            readFeedFile(path, m_options.limits.csvBytes, m_report);
+        if (!text)
+            return false;
+        checkUtf8(*text, path, m_report);
+        QVector<CsvColumn> columns;
+        for (const Column<R>& column : Columns<R>::table)
+            columns.append({column.name, column.rule.isRequired});
+        return readCsv(*text, path, columns, m_options.limits, m_report,
+                       [&](int line, const QVector<QString>& values) {
+                           R row;
+                           row.line = line;
+                           int index = 0;
+                           for (const Column<R>& column : Columns<R>::table)
+                               readField(values.at(index++), column, row);
+                           handle(row);
+                       });
+    }
+
+    /// Stores `text` in its member if it fits the column's rule.
+    template <class R>
+    void readField(const QString& text, const Column<R>& column, R& row)
+    {
+        if (text.isEmpty() && !column.rule.isRequired)
+            return;
+        const auto store = [&](auto member) {
+            if (!convert(text, column.rule, row.*member))
+                problem(row, column.name, text, inWords(column.rule, row.*member));
+        };
+        std::visit(store, column.member);
+    }
+
+    bool convert(const QString& text, const FieldRule& rule, QString& into)
+    {
+        const bool isFit = rule.allows(text, m_options.limits);
+        if (isFit)
+            into = *m_texts.insert(text);
+        return isFit;
+    }
+
+    bool convert(const QString& text, const FieldRule& rule, int& into)
+    {
+        bool isConverted = false;
+        into = text.toInt(&isConverted);
+        return isConverted && rule.allows(into);
+    }
+
+    bool convert(const QString& text, const FieldRule& rule, double& into)
+    {
+        bool isConverted = false;
+        into = text.toDouble(&isConverted);
+        return isConverted && rule.allows(into);
+    }
+
+    QString inWords(const FieldRule& rule, const QString&) const
+    {
+        return rule.textInWords(m_options.limits);
+    }
+
+    static QString inWords(const FieldRule& rule, int) { return rule.inWords("an integer"); }
+    static QString inWords(const FieldRule& rule, double) { return rule.inWords("a number"); }
+
+    int readTime(const Row& row, const char* column, const QString& text)
+    {
+        const int time = text.isEmpty() ? -1 : seconds(text);
+        if (time < 0 && !text.isEmpty())
+            problem(row, column, text, QStringLiteral("a time such as 8:05:00 or 25:10:00"));
+        return time;
+    }
+
+    /// Sorts the rows by group and sequence; a sequence that a group holds twice is a problem.
+    template <class R>
+    void putInSequence(QVector<R>& rows, const char* name, const char* column)
+    {
+        const auto position = [](const R& row) { return std::make_pair(row.group, row.sequence); };
+        std::stable_sort(rows.begin(), rows.end(), [&](const R& left, const R& right) {
+            return position(left) < position(right);
+        });
+        m_file = pathOf(name);
+        for (int i = 1; i < rows.size(); ++i) {
+            if (position(rows.at(i - 1)) == position(rows.at(i)))
+                problem(rows.at(i), column, QString::number(rows.at(i).sequence),
+                        QStringLiteral("each number once, it stands in line %1 too")
+                            .arg(rows.at(i - 1).line));
+        }
+    }
+
+    /// Adds an identifier that a file defines; false if it is empty or there already.
+    bool define(Ids& ids, const Row& row, const char* column, const QString& id)
+    {
+        if (ids.contains(id))
+            problem(row, column, id, QStringLiteral("each id once"));
+        if (id.isEmpty() || ids.contains(id))
+            return false;
+        ids.add(id);
+        return true;
+    }
+
+    void checkReference(const Ids& ids, const char* definedIn, const Row& row, const char* column,
+                        const QString& id)
+    {
+        if (ids.isDefined() && !id.isEmpty() && !ids.contains(id))
+            problem(row, column, id, idOf(definedIn));
+    }
+
+    /// Where no file defines the areas, being referred to does.
+    void referToArea(const Row& row, const char* column, const QString& id)
+    {
+        checkReference(m_areaIds, areasFile, row, column, id);
+        if (!m_areaIds.isDefined() && !id.isEmpty())
+            m_areaIds.add(id);
+    }
+
+    static QString idOf(const char* file)
+    {
+        return QLatin1String("an id of ") + QLatin1String(file);
+    }
+
+    static QString knownTypes()
+    {
+        return QLatin1String("one of ") + passengerTypeTexts().join(QLatin1String(", "));
+    }
+
+    void problem(const Row& row, const char* column, const QString& text, const QString& expected)
+    {
+        problem(row.line, QLatin1String(column), quoted(text), expected);
+    }
+
+    void problem(int line, const QString& field, const QString& value, const QString& expected)
+    {
+        m_report.add(FeedProblem{m_file, line, 0, {}, field, value, expected});
+    }
+
+    // Building the feed
+
+    void buildProducts()
+    {
+        const QVector<AreaPair> anywhere(1);
+        qint64 count = 0;
+        for (const ProductRow& row : qAsConst(m_products)) {
+            count += m_areaPairs.value(row.product, anywhere).size();
+            ++m_offers[{row.product, row.category}];
+        }
+        if (count > m_options.limits.entries) {
+            m_file = pathOf(productsFile);
+            problem(0, {}, QStringLiteral("%1 products over all areas").arg(count),
+                    QStringLiteral("at most %1").arg(m_options.limits.entries));
+            return;
+        }
+        m_categoryNumbers = m_categoryIds.numbers();
+        m_areaNumbers = m_areaIds.numbers();
+        for (const ProductRow& row : qAsConst(m_products)) {
+            FeedProduct product = toProduct(row);
+            for (const AreaPair& pair : m_areaPairs.value(row.product, anywhere)) {
+                product.fromStopGroupId = m_areaNumbers.value(pair.first);
+                product.toStopGroupId = m_areaNumbers.value(pair.second);
+                m_feed.products.append(product);
+            }
+        }
+        m_feed.supportedPassengerTypes = passengerTypesOf(m_feed.products);
+    }
+
+    FeedProduct toProduct(const ProductRow& row) const
+    {
+        FeedProduct product;
+        const QString category = row.category.isEmpty() ? m_defaultCategory : row.category;
+        if (category.isEmpty()) {
+            product.description = QStringLiteral("Anyone");
+            product.passengerTypeCode = QStringLiteral("PT_ADULT");
+        } else {
+            product.description = nameOf(category);
+            product.passengerTypeId = m_categoryNumbers.value(category);
+            product.passengerTypeCode = m_types.value(category, category);
+        }
+        product.fareProductId = m_productIds.indexOf(row.product) + 1;
+        product.fareProductName = nameOf(row);
+        product.price = row.amount.toDouble();
+        return product;
+    }
+
+    QString nameOf(const QString& category) const
+    {
+        const QString name = m_categories.at(m_categoryIds.indexOf(category)).name;
+        return name.isEmpty() ? category : name;
+    }
+
+    /// The fare product's name, with the medium where that is all that tells two offers apart.
+    QString nameOf(const ProductRow& row) const
+    {
+        const QString name = row.name.isEmpty() ? row.product : row.name;
+        if (row.medium.isEmpty() || m_offers.value({row.product, row.category}) < 2)
+            return name;
+        const QString medium = m_mediumNames.value(row.medium);
+        return QStringLiteral("%1 (%2)").arg(name, medium.isEmpty() ? row.medium : medium);
+    }
+
+    void setStopAreas()
+    {
+        for (NetworkStop& stop : m_feed.network.stops) {
+            const QStringList areas = m_stopAreas.value(stop.id);
+            for (const QString& area : areas)
+                stop.areas.append(m_areaNumbers.value(area));
+        }
+    }
+
+    void noticeUnmappedCategories()
+    {
+        for (const CategoryRow& row : qAsConst(m_categories)) {
+            if (!m_types.contains(row.id))
+                m_report.add(FeedNotice{pathOf(categoriesFile), row.line,
+                                        QStringLiteral("rider category %1 (%2) is mapped to no "
+                                                       "passenger type, taken as type 0")
+                                            .arg(quoted(row.id), nameOf(row.id))});
+        }
+    }
+
+    const QString& m_folder;
+    const FeedOptions& m_options;
+    FeedReport& m_report;
+    QString m_file;        ///< that is being read
+    QSet<QString> m_texts; ///< every text once: a network repeats few texts very often
+    Feed m_feed;
+
+    Ids m_categoryIds;
+    Ids m_mediumIds;
+    Ids m_areaIds;
+    Ids m_productIds;
+    Ids m_stopIds;
+    Ids m_routeIds;
+    Ids m_shapeIds;
+    Ids m_tripIds;
+    QVector<CategoryRow> m_categories; ///< in the order of m_categoryIds
+    QString m_defaultCategory;
+    QHash<QString, QString> m_types; ///< category to passenger type text
+    QHash<QString, QString> m_mediumNames;
+    QVector<ProductRow> m_products;
+    QHash<QString, QVector<AreaPair>> m_areaPairs; ///< of a fare product
+    QHash<QString, QStringList> m_stopAreas;       ///< of a stop
+    QHash<QPair<QString, QString>, int> m_offers;  ///< rows per fare product and category
+    QHash<QString, int> m_categoryNumbers;
+    QHash<QString, int> m_areaNumbers;
+};
+
+} // namespace
+
+std::optional<Feed> readGtfsFeed(const QString& folder, const FeedOptions& options,
+                                 FeedReport& report)
+{
+    return Reader(folder, options, report).read();
 }
 
 } // namespace rivo::feed

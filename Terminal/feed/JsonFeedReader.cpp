@@ -2,6 +2,7 @@
 
 #include "FeedFile.h"
 #include "FeedProblem.h"
+#include "FieldRule.h"
 #include "JsonPrescan.h"
 #include "PassengerTypes.h"
 
@@ -24,44 +25,23 @@ namespace rivo::feed
 namespace
 {
 
-/// What a value must be, beyond its type.
-struct Rule
+constexpr FieldRule discountRule = optional.within(priceRule.min, priceRule.max);
+constexpr FieldRule amountRule = optional.within(-1'000'000'000, 1'000'000'000);
+
+bool isFormatName(const QString& text) { return text == QLatin1String("rivo-feed"); }
+
+/// A date, a time and an offset from UTC. Qt alone would also read a date without the others, and
+/// 24:00:00.
+bool isDateAndTime(const QString& text)
 {
-    bool isRequired = false; ///< the key must be there; a text must not be empty
-    double min = std::numeric_limits<int>::min();
-    double max = std::numeric_limits<int>::max();
-    const char* pattern = nullptr;   ///< regular expression for the whole text
-    const char* expected = nullptr;  ///< the rule in words, where range or length do not say it
-    const char* companion = nullptr; ///< key that must be there too
-
-    constexpr Rule within(double least, double most) const
-    {
-        Rule rule = *this;
-        rule.min = least;
-        rule.max = most;
-        return rule;
-    }
-
-    constexpr Rule matching(const char* expression, const char* inWords) const
-    {
-        Rule rule = *this;
-        rule.pattern = expression;
-        rule.expected = inWords;
-        return rule;
-    }
-
-    constexpr Rule beside(const char* key) const
-    {
-        Rule rule = *this;
-        rule.companion = key;
-        return rule;
-    }
-};
-
-constexpr Rule required{true};
-constexpr Rule optional{false};
-constexpr double maxPrice = 1'000'000;
-constexpr double maxSum = 1'000'000'000;
+    static const QRegularExpression form(
+        QStringLiteral("\\A[0-9]{4}-[0-9]{2}-[0-9]{2}"
+                       "T([01][0-9]|2[0-3]):[0-5][0-9]:[0-5][0-9](\\.[0-9]{1,3})?"
+                       "(Z|[+-](0[0-9]|1[0-4]):[0-5][0-9])\\z"));
+    return form.match(text).hasMatch() && QDateTime::fromString(text, Qt::ISODateWithMs).isValid();
+}
+constexpr FieldRule dateRule =
+    required.satisfying(isDateAndTime, "a date and time such as \"2024-05-31T18:30:00+02:00\"");
 
 /// A whole document: the feed and what it says about itself.
 struct Document : Feed
@@ -82,7 +62,7 @@ struct Field
                  QVector<FeedVehicle> Record::*, QVector<FeedPeripheral> Record::*,
                  QVector<FeedZReport> Record::*>
         member;
-    Rule rule;
+    FieldRule rule;
 };
 
 /// The keys of a record, in the order of its fields.
@@ -94,10 +74,10 @@ struct Fields<Document>
 {
     using R = Document;
     static constexpr Field<R> table[] = {
-        {"format", &R::format, required.matching("rivo-feed", "\"rivo-feed\"")},
+        {"format", &R::format, required.satisfying(isFormatName, "\"rivo-feed\"")},
         {"version", &R::version, required.within(1, 1)},
         {"name", &R::name, optional},
-        {"currency", &R::currency, required.matching("[A-Z]{3}", "a code such as \"EUR\"")},
+        {"currency", &R::currency, currencyRule},
         {"columns", &R::columns, optional.within(0, 1'000)},
         {"supportedPassengerTypes", &R::supportedPassengerTypes, optional},
         {"products", &R::products, required},
@@ -118,7 +98,7 @@ struct Fields<FeedProduct>
         {"description", &R::description, required},
         {"passengerTypeCode", &R::passengerTypeCode, required},
         {"icon", &R::icon, optional},
-        {"price", &R::price, required.within(0, maxPrice)},
+        {"price", &R::price, priceRule},
         {"fareProductId", &R::fareProductId, required},
         {"fareProductName", &R::fareProductName, required},
         {"isReturnFee", &R::isReturnFee, optional},
@@ -126,7 +106,7 @@ struct Fields<FeedProduct>
         {"toStopGroupId", &R::toStopGroupId, required},
         {"fareProductColor", &R::fareProductColor, optional},
         {"hasExpired", &R::hasExpired, optional},
-        {"fareDiscount", &R::fareDiscount, optional.within(0, maxPrice)},
+        {"fareDiscount", &R::fareDiscount, discountRule},
         {"isDaily", &R::isDaily, optional},
         {"pos", &R::pos, optional},
     };
@@ -140,8 +120,8 @@ struct Fields<FeedFareProduct>
         {"id", &R::id, required},
         {"description", &R::description, required},
         {"icon", &R::icon, optional},
-        {"price", &R::price, required.within(0, maxPrice)},
-        {"discount", &R::discount, optional.within(0, maxPrice)},
+        {"price", &R::price, priceRule},
+        {"discount", &R::discount, discountRule},
         {"freeReturn", &R::freeReturn, optional},
         {"paperTicket", &R::paperTicket, optional},
         {"passengerTypes", &R::passengerTypes, optional},
@@ -209,24 +189,23 @@ template <>
 struct Fields<FeedZReport>
 {
     using R = FeedZReport;
-    static constexpr Rule amount = optional.within(-maxSum, maxSum);
     static constexpr Field<R> table[] = {
         {"id", &R::id, required},
         {"ticketCount", &R::ticketCount, optional},
-        {"ticketSumAmnt", &R::ticketSumAmnt, amount},
+        {"ticketSumAmnt", &R::ticketSumAmnt, amountRule},
         {"cardSellCount", &R::cardSellCount, optional},
-        {"cardSellAmnt", &R::cardSellAmnt, amount},
+        {"cardSellAmnt", &R::cardSellAmnt, amountRule},
         {"parcelCount", &R::parcelCount, optional},
-        {"parcelAmnt", &R::parcelAmnt, amount},
+        {"parcelAmnt", &R::parcelAmnt, amountRule},
         {"fromTicketNumber", &R::fromTicketNumber, optional},
         {"toTicketNumber", &R::toTicketNumber, optional},
-        {"zSum", &R::zSum, amount},
-        {"zNumber", &R::zNumber, amount},
+        {"zSum", &R::zSum, amountRule},
+        {"zNumber", &R::zNumber, amountRule},
         {"isClosed", &R::isClosed, optional},
-        {"commission", &R::commission, amount},
+        {"commission", &R::commission, amountRule},
         {"paymentDate", &R::paymentDate, optional},
-        {"currentDebt", &R::currentDebt, amount},
-        {"maxAllowedDebt", &R::maxAllowedDebt, amount},
+        {"currentDebt", &R::currentDebt, amountRule},
+        {"maxAllowedDebt", &R::maxAllowedDebt, amountRule},
     };
 };
 
@@ -265,28 +244,9 @@ QString found(const QJsonValue& value)
     }
 }
 
-/// Unicode characters: a pair of surrogates is one.
-int characterCount(const QString& text)
+bool isInteger(const QJsonValue& value)
 {
-    return static_cast<int>(
-        std::count_if(text.begin(), text.end(), [](QChar unit) { return !unit.isLowSurrogate(); }));
-}
-
-bool matches(const QString& text, const char* pattern)
-{
-    const QString whole = QRegularExpression::anchoredPattern(QLatin1String(pattern));
-    return QRegularExpression(whole).match(text).hasMatch();
-}
-
-bool isNumber(const QJsonValue& value, const Rule& rule)
-{
-    const double number = value.toDouble(qQNaN());
-    return number >= rule.min && number <= rule.max;
-}
-
-bool isInteger(const QJsonValue& value, const Rule& rule)
-{
-    return isNumber(value, rule) && std::trunc(value.toDouble()) == value.toDouble();
+    return value.isDouble() && std::trunc(value.toDouble()) == value.toDouble();
 }
 
 class Reader
@@ -301,7 +261,7 @@ public:
     void read(const QJsonValue& value, const Place& place, Record& into)
     {
         if (!value.isObject())
-            return problem(place, found(value), QStringLiteral("an object"));
+            return problem(place, value, QStringLiteral("an object"));
         const QJsonObject object = value.toObject();
         int known = 0;
         for (const Field<Record>& field : Fields<Record>::table)
@@ -327,7 +287,7 @@ private:
             return isThere;
         const QString companion = QLatin1String(field.rule.companion);
         if (!object.contains(companion))
-            problem(place.at(companion), found(QJsonValue::Undefined),
+            problem(place.at(companion), QJsonValue(QJsonValue::Undefined),
                     QStringLiteral("a value beside %1").arg(key));
         return true;
     }
@@ -346,61 +306,56 @@ private:
         }
     }
 
-    void readValue(const QJsonValue& value, const Place& place, const Rule& rule, int& into)
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule& rule, int& into)
     {
-        if (!isInteger(value, rule))
-            return problem(place, found(value), range("an integer", rule));
-        into = static_cast<int>(value.toDouble());
+        readInteger(value, place, rule, into);
     }
 
-    void readValue(const QJsonValue& value, const Place& place, const Rule& rule, quint32& into)
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule& rule,
+                   quint32& into)
     {
-        if (!isInteger(value, rule))
-            return problem(place, found(value), range("an integer", rule));
-        into = static_cast<quint32>(value.toDouble());
+        readInteger(value, place, rule, into);
     }
 
-    void readValue(const QJsonValue& value, const Place& place, const Rule& rule, double& into)
+    template <class Integer>
+    void readInteger(const QJsonValue& value, const Place& place, const FieldRule& rule,
+                     Integer& into)
     {
-        if (!isNumber(value, rule))
-            return problem(place, found(value), range("a number", rule));
+        if (!isInteger(value) || !rule.allows(value.toDouble()))
+            return problem(place, value, rule.inWords("an integer"));
+        into = static_cast<Integer>(value.toDouble());
+    }
+
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule& rule, double& into)
+    {
+        if (!value.isDouble() || !rule.allows(value.toDouble()))
+            return problem(place, value, rule.inWords("a number"));
         into = value.toDouble();
     }
 
-    void readValue(const QJsonValue& value, const Place& place, const Rule&, bool& into)
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule&, bool& into)
     {
         if (!value.isBool())
-            return problem(place, found(value), QStringLiteral("true or false"));
+            return problem(place, value, QStringLiteral("true or false"));
         into = value.toBool();
     }
 
-    void readValue(const QJsonValue& value, const Place& place, const Rule& rule, QString& into)
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule& rule,
+                   QString& into)
     {
         into = value.toString();
-        const int length = characterCount(into);
-        const bool isFit = value.isString() && length >= int(rule.isRequired) &&
-                           length <= m_limits.textLength &&
-                           (!rule.pattern || matches(into, rule.pattern));
-        if (!isFit)
-            problem(place, found(value),
-                    rule.expected ? QString::fromLatin1(rule.expected) : textLength(rule));
+        if (!value.isString() || !rule.allows(into, m_limits))
+            problem(place, value, rule.textInWords(m_limits));
     }
 
-    void readValue(const QJsonValue& value, const Place& place, const Rule&, QDateTime& into)
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule&, QDateTime& into)
     {
-        // Qt alone would also read dates without a time or an offset, and 24:00:00.
-        const char* const pattern = "[0-9]{4}-[0-9]{2}-[0-9]{2}"
-                                    "T([01][0-9]|2[0-3]):[0-5][0-9]:[0-5][0-9](\\.[0-9]{1,3})?"
-                                    "(Z|[+-](0[0-9]|1[0-4]):[0-5][0-9])";
-        const QString text = value.toString();
-        if (matches(text, pattern))
-            into = QDateTime::fromString(text, Qt::ISODateWithMs);
-        if (!into.isValid())
-            problem(place, found(value),
-                    QStringLiteral("a date and time such as \"2024-05-31T18:30:00+02:00\""));
+        QString text;
+        readValue(value, place, dateRule, text);
+        into = QDateTime::fromString(text, Qt::ISODateWithMs);
     }
 
-    void readValue(const QJsonValue& value, const Place& place, const Rule&, QStringList& into)
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule&, QStringList& into)
     {
         readList(value, place, "texts", [&](const QJsonValue& entry, const Place& here) {
             into.append(QString());
@@ -408,7 +363,8 @@ private:
         });
     }
 
-    void readValue(const QJsonValue& value, const Place& place, const Rule&, QVariantList& into)
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule&,
+                   QVariantList& into)
     {
         readList(value, place, "integers or texts",
                  [&](const QJsonValue& entry, const Place& here) {
@@ -420,7 +376,8 @@ private:
     }
 
     template <class Record>
-    void readValue(const QJsonValue& value, const Place& place, const Rule&, QVector<Record>& into)
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule&,
+                   QVector<Record>& into)
     {
         readList(value, place, "objects", [&](const QJsonValue& entry, const Place& here) {
             into.append(Record());
@@ -429,7 +386,7 @@ private:
     }
 
     template <class Record>
-    void readValue(const QJsonValue& value, const Place& place, const Rule&,
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule&,
                    std::optional<Record>& into)
     {
         read(value, place, into.emplace());
@@ -460,21 +417,9 @@ private:
             readEntryAt(entry, place.at(index++));
     }
 
-    static QString range(const char* kind, const Rule& rule)
+    void problem(const Place& place, const QJsonValue& value, const QString& expected)
     {
-        if (rule.min == rule.max)
-            return QString::number(rule.min, 'f', 0);
-        return QStringLiteral("%1 from %2 to %3")
-            .arg(QLatin1String(kind))
-            .arg(rule.min, 0, 'f', 0)
-            .arg(rule.max, 0, 'f', 0);
-    }
-
-    QString textLength(const Rule& rule) const
-    {
-        return QStringLiteral("a text of %1 to %2 characters")
-            .arg(int(rule.isRequired))
-            .arg(m_limits.textLength);
+        problem(place, found(value), expected);
     }
 
     void problem(const Place& place, const QString& value, const QString& expected)
