@@ -49,7 +49,7 @@ QString fileNameProblem(const QString& value)
         return QStringLiteral("expected an absolute path");
     // The logger reads out of bounds while it looks for a time stamp behind an escaped one.
     if (value.contains(QLatin1Char('%') + timeStamp))
-        return QStringLiteral("%%datetime is not allowed in a file name");
+        return QStringLiteral("%datetime must not be escaped");
 
     const int stampAt = value.indexOf(timeStamp);
     const QString folder = value.left(value.lastIndexOf(QLatin1Char('/'), stampAt) + 1);

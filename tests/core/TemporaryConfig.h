@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QString>
+#include <QTemporaryDir>
+
+/// A base path of its own with the configuration folder "ProjectLink" in it.
+class TemporaryConfig
+{
+public:
+    static QString subFolder() { return QStringLiteral("ProjectLink/"); }
+
+    TemporaryConfig() { makeFolder(); }
+
+    bool isValid() const { return m_base.isValid(); }
+    QString base() const { return m_base.path(); }
+    QString folder() const { return m_base.filePath("ProjectLink"); }
+    QString settingsPath() const { return folder() + "/settings.json"; }
+    QString loggingPath() const { return folder() + "/logging.conf"; }
+
+    bool makeFolder() const { return QDir().mkpath(folder()); }
+    bool removeFolder() const { return QDir(folder()).removeRecursively(); }
+
+    /// Truncates and rewrites, as a plain editor does.
+    static bool write(const QString& path, const QByteArray& content)
+    {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+               file.write(content) == content.size();
+    }
+
+    bool writeSettings(const QByteArray& content) const { return write(settingsPath(), content); }
+
+    static QByteArray read(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private:
+    QTemporaryDir m_base;
+};

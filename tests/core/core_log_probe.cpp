@@ -1,0 +1,26 @@
+// A process that logs what it is told to, for a test that looks at it from outside.
+//
+//   core_log_probe                        does nothing
+//   core_log_probe log                    writes one record per level
+//   core_log_probe config BASE SUBFOLDER  the same after asking for a manager
+
+#include <core/ConfigManager.h>
+#include <core/Logging.h>
+
+#include <QString>
+
+#include <cstring>
+
+int main(int argc, char** argv)
+{
+    if (argc < 2)
+        return 0;
+    if (argc == 4 && std::strcmp(argv[1], "config") == 0) {
+        rivo::core::ConfigManager::instance(QString::fromLocal8Bit(argv[2]),
+                                            QString::fromLocal8Bit(argv[3]));
+    }
+    LOG(INFO) << "count " << 3 << QString::fromUtf8(" żółć");
+    LOG(WARNING) << "careful";
+    LOG(DEBUG) << "detail";
+    return 0;
+}

@@ -1,0 +1,3 @@
+int answer();
+
+int main() { return answer() == 42 ? 0 : 1; }

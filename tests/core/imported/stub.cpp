@@ -1,0 +1,1 @@
+extern "C" int stubAnswer() { return 42; }

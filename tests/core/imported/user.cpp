@@ -1,0 +1,3 @@
+extern "C" int stubAnswer();
+
+int answer() { return stubAnswer(); }

@@ -1,0 +1,3 @@
+#include <easylogging++.h>
+
+#include <core/Logging.h>

@@ -1,0 +1,310 @@
+#include "LogCapture.h"
+#include "TemporaryConfig.h"
+
+#include <core/ConfigManager.h>
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QtTest>
+
+#include <sys/stat.h>
+
+using rivo::core::ConfigManager;
+
+namespace
+{
+
+QStringList entries(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                  QDir::NoDotAndDotDot);
+}
+
+/// One run of the probe in an empty working directory.
+struct ProbeRun
+{
+    explicit ProbeRun(const QStringList& arguments)
+    {
+        QProcess process;
+        process.setWorkingDirectory(folder.path());
+        process.start(LOG_PROBE, arguments);
+        isGood = process.waitForFinished() && process.exitStatus() == QProcess::NormalExit &&
+                 process.exitCode() == 0;
+        output = process.readAllStandardOutput();
+        lines = QString::fromUtf8(process.readAllStandardError()).split('\n', Qt::SkipEmptyParts);
+        leftovers = entries(folder.path());
+    }
+
+    QTemporaryDir folder;
+    bool isGood = false;
+    QByteArray output;
+    QStringList lines;
+    QStringList leftovers;
+};
+
+ProbeRun runWith(const TemporaryConfig& config)
+{
+    return ProbeRun({"config", config.base(), TemporaryConfig::subFolder()});
+}
+
+const QString RecordStart = R"(^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} )";
+const QString ProbeOrigin = R"(tests/core/core_log_probe\.cpp:\d+ )";
+
+QStringList defaultPatterns()
+{
+    return {RecordStart + "INFO " + ProbeOrigin + QString::fromUtf8("count 3 żółć$"),
+            RecordStart + "WARNING " + ProbeOrigin + "careful$",
+            RecordStart + "DEBUG " + ProbeOrigin + "detail$"};
+}
+
+bool matchAll(const QStringList& lines, const QStringList& patterns)
+{
+    if (lines.size() != patterns.size())
+        return false;
+    for (int i = 0; i < lines.size(); ++i) {
+        if (!QRegularExpression(patterns.at(i)).match(lines.at(i)).hasMatch())
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+class CoreLoggingTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void loadAndUnloadAreSilent();
+    void recordsAreReadableLinesOnStandardError();
+    void automaticSpacingFollowsTheFlag();
+    void captureSeesTheDefaultLoggerOnly();
+    void loggingConfOverrides();
+    void loggingConfWritesToAFile();
+    void loggingConfThatIsMissingChangesNothing();
+    void badLoggingConfIsOneWarning_data();
+    void badLoggingConfIsOneWarning();
+    void strangeLoggingConfNeverBlocks();
+    void goodLoggingConfIsTaken_data();
+    void goodLoggingConfIsTaken();
+};
+
+void CoreLoggingTest::loadAndUnloadAreSilent()
+{
+    const ProbeRun run({});
+    QVERIFY(run.isGood);
+    QCOMPARE(run.output, QByteArray());
+    QCOMPARE(run.lines, QStringList());
+    QCOMPARE(run.leftovers, QStringList());
+}
+
+void CoreLoggingTest::recordsAreReadableLinesOnStandardError()
+{
+    const ProbeRun run({"log"});
+    QVERIFY(run.isGood);
+    QCOMPARE(run.output, QByteArray());
+    QVERIFY2(matchAll(run.lines, defaultPatterns()), qPrintable(run.lines.join('\n')));
+    QCOMPARE(run.leftovers, QStringList());
+}
+
+void CoreLoggingTest::automaticSpacingFollowsTheFlag()
+{
+    const LogCapture log;
+    LOG(INFO) << "a" << 1 << QString("b") << "c";
+    el::Loggers::addFlag(el::LoggingFlag::AutoSpacing);
+    LOG(INFO) << "a" << 1 << QString("b") << "c";
+    el::Loggers::removeFlag(el::LoggingFlag::AutoSpacing);
+    QCOMPARE(log.messages(), (QStringList{"a1bc", "a 1 bc "}));
+}
+
+void CoreLoggingTest::captureSeesTheDefaultLoggerOnly()
+{
+    el::Loggers::getLogger("other");
+    LogCapture outer;
+    {
+        const LogCapture inner;
+        LOG(INFO) << QString::fromUtf8("żółć");
+        CLOG(INFO, "other") << "not ours";
+        QCOMPARE(inner.messages(), QStringList{QString::fromUtf8("żółć")});
+        const LogCapture::Record record = inner.records().first();
+        QCOMPARE(record.level, el::Level::Info);
+        QCOMPARE(record.loggerId, QString("default"));
+        QCOMPARE(record.file, QString("tests/core/tst_core_logging.cpp"));
+        QVERIFY(record.line > 0);
+        QCOMPARE(record.function,
+                 QString("void CoreLoggingTest::captureSeesTheDefaultLoggerOnly()"));
+    }
+    LOG(ERROR) << "second";
+    QCOMPARE(outer.messages().size(), 2);
+    QCOMPARE(outer.messages(el::Level::Error), QStringList{"second"});
+    outer.clear();
+    QCOMPARE(outer.messages(), QStringList());
+}
+
+void CoreLoggingTest::loggingConfOverrides()
+{
+    const TemporaryConfig config;
+    QVERIFY(TemporaryConfig::write(config.loggingPath(), "## in the field\r\n"
+                                                         "* GLOBAL:\r\n"
+                                                         "  FORMAT = \"%level|%msg\" ## short\r\n"
+                                                         "* DEBUG:\r\n"
+                                                         "  ENABLED = false\r\n"));
+    const ProbeRun run = runWith(config);
+    QVERIFY(run.isGood);
+    QCOMPARE(run.output, QByteArray());
+    QCOMPARE(run.lines, (QStringList{QString::fromUtf8("INFO|count 3 żółć"), "WARNING|careful"}));
+    QCOMPARE(run.leftovers, QStringList());
+}
+
+void CoreLoggingTest::loggingConfWritesToAFile()
+{
+    const TemporaryConfig config;
+    const QString logFile = config.base() + "/var/log/grid.log";
+    QVERIFY(TemporaryConfig::write(config.loggingPath(), "* GLOBAL:\n"
+                                                         "FORMAT = %level %msg\n"
+                                                         "TO_STANDARD_OUTPUT = false\n"
+                                                         "TO_FILE = true\n"
+                                                         "FILENAME = " +
+                                                             logFile.toUtf8()));
+    const ProbeRun run = runWith(config);
+    QVERIFY(run.isGood);
+    QCOMPARE(run.output, QByteArray());
+    QCOMPARE(run.lines, QStringList());
+    QCOMPARE(run.leftovers, QStringList());
+    QCOMPARE(TemporaryConfig::read(logFile),
+             QByteArray("INFO count 3 żółć\nWARNING careful\nDEBUG detail\n"));
+}
+
+void CoreLoggingTest::loggingConfThatIsMissingChangesNothing()
+{
+    const TemporaryConfig config;
+    const ProbeRun run = runWith(config);
+    QVERIFY(run.isGood);
+    QVERIFY2(matchAll(run.lines, defaultPatterns()), qPrintable(run.lines.join('\n')));
+    QCOMPARE(entries(config.folder()), QStringList());
+}
+
+void CoreLoggingTest::badLoggingConfIsOneWarning_data()
+{
+    QTest::addColumn<QByteArray>("content"); // BASE stands for the base path
+    QTest::addColumn<QString>("reason");     // what follows the file's path
+
+    const auto row = [](const char* name, const QByteArray& content, const char* reason) {
+        QTest::newRow(name) << content << QString(reason);
+    };
+    const char* expected = ":1: expected \"* LEVEL:\", \"KEY = value\" or \"## comment\"";
+    row("garbage", "\x01\xFF garbage \"\"\"\n", expected);
+    row("JSON", "{\"a\": 1}", expected);
+    row("a section without a colon", "* GLOBAL\n", expected);
+    row("a section without a name", "*\n", expected);
+    row("an unknown level", "* NOTICE:\n", ":1: NOTICE is not a level");
+    row("a key before any section", "\nENABLED = true\n",
+        ":2: ENABLED stands before the first \"* LEVEL:\"");
+    row("an unknown key", "* GLOBAL:\nCOLOUR = red\n", ":2: COLOUR: is not a known key");
+    row("a key without a value", "* GLOBAL:\nENABLED =\n", ":2: ENABLED: has no value");
+    row("an empty format", "* GLOBAL:\nFORMAT = \"\"\n", ":2: FORMAT: has no value");
+    row("an open quote", "* GLOBAL:\nFORMAT = \"%msg\n",
+        ":2: expected \"* LEVEL:\", \"KEY = value\" or \"## comment\"");
+    row("neither true nor false", "* GLOBAL:\nENABLED = yes\n",
+        ":2: ENABLED: expected true or false");
+    row("not a number", "* GLOBAL:\nMAX_LOG_FILE_SIZE = 1k\n",
+        ":2: MAX_LOG_FILE_SIZE: expected a number from 0 to 2147483647");
+    row("a negative number", "* GLOBAL:\nLOG_FLUSH_THRESHOLD = -1\n",
+        ":2: LOG_FLUSH_THRESHOLD: expected a number from 0 to 2147483647");
+    row("a number with a sign", "* GLOBAL:\nMAX_LOG_FILE_SIZE = +1\n",
+        ":2: MAX_LOG_FILE_SIZE: expected a number from 0 to 2147483647");
+    row("a number out of range", "* GLOBAL:\nMAX_LOG_FILE_SIZE = 99999999999999999999\n",
+        ":2: MAX_LOG_FILE_SIZE: expected a number from 0 to 2147483647");
+    row("too many digits of a second", "* GLOBAL:\nSUBSECOND_PRECISION = 7\n",
+        ":2: SUBSECOND_PRECISION: expected a number from 1 to 6");
+    row("a relative file name", "* GLOBAL:\nFILENAME = myeasylog.log\n",
+        ":2: FILENAME: expected an absolute path");
+    row("an escaped time stamp in the file name", "* GLOBAL:\nFILENAME = \"BASE/%%datetime.log\"\n",
+        ":2: FILENAME: %datetime must not be escaped");
+    row("a log folder that cannot be made", "* GLOBAL:\nFILENAME = /proc/nowhere/x.log\n",
+        ":2: FILENAME: cannot create the folder /proc/nowhere/");
+    row("a log file in place of a folder", "* GLOBAL:\nFILENAME = BASE/ProjectLink\n",
+        ":2: FILENAME: cannot write there");
+    row("a log file that is a FIFO", "* GLOBAL:\nFILENAME = BASE/fifo\n",
+        ":2: FILENAME: cannot write there");
+    row("a good beginning does not count", "* GLOBAL:\nFORMAT = \"%msg\"\nENABLED = false\nx\n",
+        ":4: expected \"* LEVEL:\", \"KEY = value\" or \"## comment\"");
+    row("over 1 MiB", QByteArray(1024 * 1024 + 1, '\n'), ": is larger than 1048576 bytes");
+}
+
+void CoreLoggingTest::badLoggingConfIsOneWarning()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
+    const TemporaryConfig config;
+    QCOMPARE(::mkfifo(qPrintable(config.base() + "/fifo"), 0600), 0);
+    QVERIFY(TemporaryConfig::write(config.loggingPath(),
+                                   content.replace("BASE", config.base().toUtf8())));
+    const ProbeRun run = runWith(config);
+    QVERIFY(run.isGood);
+    QCOMPARE(run.output, QByteArray());
+    // The default stays, for the warning itself as well.
+    const QString warning =
+        RecordStart + R"(WARNING Core/ConfigManager\.cpp:\d+ )" +
+        QRegularExpression::escape(config.loggingPath() + reason + "; logging stays as it was") +
+        "$";
+    QVERIFY2(matchAll(run.lines, QStringList{warning} + defaultPatterns()),
+             qPrintable(run.lines.join('\n')));
+    QCOMPARE(run.leftovers, QStringList());
+    QCOMPARE(entries(config.base()), (QStringList{"fifo", "ProjectLink"}));
+}
+
+void CoreLoggingTest::strangeLoggingConfNeverBlocks()
+{
+    const TemporaryConfig fifo;
+    QCOMPARE(::mkfifo(qPrintable(fifo.loggingPath()), 0600), 0);
+    const ProbeRun withFifo = runWith(fifo);
+    QVERIFY(withFifo.isGood);
+    QCOMPARE(withFifo.lines.size(), 4);
+    QVERIFY(withFifo.lines.first().contains(fifo.loggingPath() + ": is not a regular file; "));
+
+    const TemporaryConfig folder;
+    QVERIFY(QDir().mkpath(folder.loggingPath()));
+    const ProbeRun withFolder = runWith(folder);
+    QVERIFY(withFolder.isGood);
+    QCOMPARE(withFolder.lines.size(), 4);
+    QVERIFY(
+        withFolder.lines.first().contains(folder.loggingPath() + ": is a folder, not a file; "));
+}
+
+void CoreLoggingTest::goodLoggingConfIsTaken_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QStringList>("patterns");
+    QTest::newRow("an empty file is the default") << QByteArray() << defaultPatterns();
+    QTest::newRow("comments only") << QByteArray("## one\n\n   ## two") << defaultPatterns();
+    QTest::newRow("everything off") << QByteArray("* GLOBAL:\nENABLED = FALSE\n") << QStringList();
+    QTest::newRow("keys and levels in any case, blanks anywhere")
+        << QByteArray("  *global :\n\tformat=%msg\n*Warning:\nEnabled = 0")
+        << QStringList{QString::fromUtf8("^count 3 żółć$"), "^detail$"};
+    QTest::newRow("a comment mark within quotes")
+        << QByteArray("* GLOBAL:\nFORMAT = \"##%msg\"\n* DEBUG:\nENABLED=false\n")
+        << QStringList{QString::fromUtf8("^##count 3 żółć$"), "^##careful$"};
+    QTest::newRow("six digits of a second")
+        << QByteArray("* GLOBAL:\nSUBSECOND_PRECISION = 6\nFORMAT = \"%datetime{%g}\"")
+        << QStringList{R"(^\d{6}$)", R"(^\d{6}$)", R"(^\d{6}$)"};
+    QTest::newRow("a device as the log file")
+        << QByteArray("* GLOBAL:\nFILENAME = /dev/null\nTO_FILE = true\nMAX_LOG_FILE_SIZE = 10\n")
+        << defaultPatterns();
+}
+
+void CoreLoggingTest::goodLoggingConfIsTaken()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QStringList, patterns);
+    const TemporaryConfig config;
+    QVERIFY(TemporaryConfig::write(config.loggingPath(), content));
+    const ProbeRun run = runWith(config);
+    QVERIFY(run.isGood);
+    QCOMPARE(run.output, QByteArray());
+    QVERIFY2(matchAll(run.lines, patterns), qPrintable(run.lines.join('\n')));
+    QCOMPARE(run.leftovers, QStringList());
+}
+
+QTEST_GUILESS_MAIN(CoreLoggingTest)
+#include "tst_core_logging.moc"

@@ -1,0 +1,268 @@
+#include "TemporaryConfig.h"
+
+#include <core-private/SettingsFile.h>
+#include <core/ConfigManager.h>
+#include <core/SettingsConfig.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <sys/stat.h>
+
+using rivo::core::ConfigManager;
+using rivo::core::SettingsConfig;
+using rivo::core::SettingsFile;
+
+namespace
+{
+
+QJsonObject objectIn(const QString& path)
+{
+    return QJsonDocument::fromJson(TemporaryConfig::read(path)).object();
+}
+
+QStringList entries(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                  QDir::NoDotAndDotDot);
+}
+
+} // namespace
+
+class CoreSettingsFileTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void startsEmptyAndTouchesNothing();
+    void savedValuesAreReadBack_data();
+    void savedValuesAreReadBack();
+    void saveCreatesTheFolder();
+    void saveKeepsOtherKeys();
+    void saveKeepsAKeyThatWasNotSet();
+    void saveMendsABadValueThatWasSet();
+    void saveSeesWhatOthersWroteMeanwhile();
+    void saveWritesThroughASymbolicLink();
+    void readForgetsWhatWasNotSaved();
+    void saveRefuses_data();
+    void saveRefuses();
+    void saveRefusesWhatItCouldNotReadBack();
+    void managerFollowsASave();
+};
+
+void CoreSettingsFileTest::startsEmptyAndTouchesNothing()
+{
+    const TemporaryConfig config;
+    SettingsFile file(config.settingsPath());
+    QCOMPARE(file.path(), config.settingsPath());
+    QCOMPARE(file.logLevels(), QStringList());
+    QCOMPARE(file.passengerTypeCodesOrder(), QStringList());
+    QCOMPARE(file.read(), QStringList());
+    file.setLogLevels({"a"});
+    file.setPassengerTypeCodesOrder({"PT_ADULT"});
+    QCOMPARE(entries(config.folder()), QStringList());
+}
+
+void CoreSettingsFileTest::savedValuesAreReadBack_data()
+{
+    QTest::addColumn<QStringList>("logLevels");
+    QTest::addColumn<QStringList>("order");
+    QTest::newRow("both empty") << QStringList() << QStringList();
+    QTest::newRow("plain texts") << QStringList{"log_fareproducts"}
+                                 << QStringList{"PT_ADULT", "PT_STUDENT"};
+    QTest::newRow("texts that need escaping")
+        << QStringList{"\"", "\\", "\n", "", QString::fromUtf8("żółć")} << QStringList{"PT_ADULT"};
+}
+
+void CoreSettingsFileTest::savedValuesAreReadBack()
+{
+    QFETCH(QStringList, logLevels);
+    QFETCH(QStringList, order);
+    const TemporaryConfig config;
+    SettingsFile writer(config.settingsPath());
+    writer.setLogLevels(logLevels);
+    writer.setPassengerTypeCodesOrder(order);
+    QCOMPARE(writer.logLevels(), logLevels);
+    QCOMPARE(writer.passengerTypeCodesOrder(), order);
+    QString problem;
+    QVERIFY2(writer.save(&problem), qPrintable(problem));
+    QCOMPARE(problem, QString());
+
+    SettingsFile reader(config.settingsPath());
+    QCOMPARE(reader.read(), QStringList());
+    QCOMPARE(reader.logLevels(), logLevels);
+    QCOMPARE(reader.passengerTypeCodesOrder(), order);
+    QCOMPARE(entries(config.folder()), QStringList{"settings.json"});
+}
+
+void CoreSettingsFileTest::saveCreatesTheFolder()
+{
+    const TemporaryConfig config;
+    SettingsFile file(SettingsFile::pathIn(config.base() + "/deep", "/er/"));
+    file.setLogLevels({"a"});
+    QVERIFY(file.save());
+    QCOMPARE(entries(config.base() + "/deep/er"), QStringList{"settings.json"});
+}
+
+void CoreSettingsFileTest::saveKeepsOtherKeys()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(
+        R"({"logLevels": ["a"], "x": {"y": [1, null, "z"]}, "big": 9007199254740991, "": 0})"));
+    const QJsonObject before = objectIn(config.settingsPath());
+    SettingsFile file(config.settingsPath());
+    file.setLogLevels({"b"});
+    QVERIFY(file.save());
+    const QJsonObject after = objectIn(config.settingsPath());
+    QCOMPARE(after.keys(), before.keys());
+    for (const QString& key : before.keys()) {
+        if (key != "logLevels")
+            QCOMPARE(after.value(key), before.value(key));
+    }
+    QVERIFY(TemporaryConfig::read(config.settingsPath()).contains("9007199254740991"));
+}
+
+void CoreSettingsFileTest::saveKeepsAKeyThatWasNotSet()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(R"({"logLevels": ["a"], "passengerTypeCodesOrder": ["P"]})"));
+    SettingsFile file(config.settingsPath());
+    file.setLogLevels({"b"});
+    QVERIFY(file.save());
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{"b"});
+    QCOMPARE(file.passengerTypeCodesOrder(), QStringList{"P"});
+}
+
+void CoreSettingsFileTest::saveMendsABadValueThatWasSet()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(R"({"logLevels": 1, "passengerTypeCodesOrder": 2})"));
+    SettingsFile file(config.settingsPath());
+    file.setLogLevels({"b"});
+    QVERIFY(file.save());
+    QCOMPARE(file.read().size(), 1);
+    QCOMPARE(file.logLevels(), QStringList{"b"});
+    QCOMPARE(objectIn(config.settingsPath()).value("passengerTypeCodesOrder"), QJsonValue(2));
+}
+
+void CoreSettingsFileTest::saveSeesWhatOthersWroteMeanwhile()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(R"({"logLevels": ["a"], "x": 1})"));
+    SettingsFile file(config.settingsPath());
+    QCOMPARE(file.read(), QStringList());
+    QVERIFY(config.writeSettings(R"({"logLevels": ["c"], "x": 2})"));
+    file.setPassengerTypeCodesOrder({"P"});
+    QVERIFY(file.save());
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{"c"});
+    QCOMPARE(file.passengerTypeCodesOrder(), QStringList{"P"});
+    QCOMPARE(objectIn(config.settingsPath()).value("x"), QJsonValue(2));
+}
+
+void CoreSettingsFileTest::saveWritesThroughASymbolicLink()
+{
+    const TemporaryConfig config;
+    const QString target = config.base() + "/real.json";
+    QVERIFY(TemporaryConfig::write(target, "{}"));
+    QVERIFY(QFile::link(target, config.settingsPath()));
+    SettingsFile file(config.settingsPath());
+    file.setLogLevels({"a"});
+    QVERIFY(file.save());
+    QVERIFY(QFileInfo(config.settingsPath()).isSymLink());
+    QVERIFY(objectIn(target).contains("logLevels"));
+}
+
+void CoreSettingsFileTest::readForgetsWhatWasNotSaved()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(R"({"logLevels": ["a"]})"));
+    SettingsFile file(config.settingsPath());
+    file.setLogLevels({"b"});
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{"a"});
+    QVERIFY(file.save());
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{"a"});
+}
+
+void CoreSettingsFileTest::saveRefuses_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("an empty file") << QByteArray("") << ":1:1: illegal value";
+    QTest::newRow("a malformed file")
+        << QByteArray("{\n \"x\": }") << ":2:8: object is missing after a comma";
+    QTest::newRow("a list") << QByteArray("[]") << ":1:1: expected an object, found a list";
+    QTest::newRow("a file over 1 MiB")
+        << QByteArray("{}").leftJustified(1024 * 1024 + 1) << ": is larger than 1048576 bytes";
+}
+
+void CoreSettingsFileTest::saveRefuses()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(content));
+    SettingsFile file(config.settingsPath());
+    file.setLogLevels({"b"});
+    QString problem;
+    QVERIFY(!file.save(&problem));
+    QCOMPARE(problem, config.settingsPath() + reason);
+    QVERIFY(!file.save());
+    QCOMPARE(TemporaryConfig::read(config.settingsPath()), content);
+    QCOMPARE(entries(config.folder()), QStringList{"settings.json"});
+    // Nothing that was set is lost: it can be saved once the file is mended.
+    QVERIFY(config.writeSettings("{}"));
+    QVERIFY(file.save());
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{"b"});
+}
+
+void CoreSettingsFileTest::saveRefusesWhatItCouldNotReadBack()
+{
+    const TemporaryConfig config;
+    QString problem;
+
+    SettingsFile tooLarge(config.settingsPath());
+    tooLarge.setLogLevels({QString(1024 * 1024, 'x')});
+    QVERIFY(!tooLarge.save(&problem));
+    QCOMPARE(problem, config.settingsPath() + ": would be larger than 1048576 bytes");
+
+    QVERIFY(QDir().mkpath(config.settingsPath()));
+    SettingsFile folder(config.settingsPath());
+    folder.setLogLevels({"a"});
+    QVERIFY(!folder.save(&problem));
+    QCOMPARE(problem, config.settingsPath() + ": is a folder, not a file");
+    QVERIFY(QDir().rmdir(config.settingsPath()));
+
+    QCOMPARE(::mkfifo(qPrintable(config.settingsPath()), 0600), 0);
+    QVERIFY(!folder.save(&problem));
+    QCOMPARE(problem, config.settingsPath() + ": is not a regular file");
+
+    // A folder that cannot be made, even by root.
+    SettingsFile nowhere("/proc/nowhere/settings.json");
+    nowhere.setLogLevels({"a"});
+    QVERIFY(!nowhere.save(&problem));
+    QVERIFY2(problem.startsWith("/proc/nowhere/settings.json: cannot be written: "),
+             qPrintable(problem));
+}
+
+void CoreSettingsFileTest::managerFollowsASave()
+{
+    const TemporaryConfig config;
+    SettingsConfig* settings =
+        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
+    SettingsFile file(SettingsFile::pathIn(config.base(), TemporaryConfig::subFolder()));
+    file.setLogLevels({"saved"});
+    QVERIFY(file.save());
+    QTRY_COMPARE(changes.count(), 1);
+    QCOMPARE(settings->getLogLevels(), QStringList{"saved"});
+}
+
+QTEST_GUILESS_MAIN(CoreSettingsFileTest)
+#include "tst_core_settingsfile.moc"
