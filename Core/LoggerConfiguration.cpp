@@ -34,6 +34,43 @@ QString numberProblem(const QString& value, uint least, uint most)
     return QStringLiteral("expected a number from %1 to %2").arg(least).arg(most);
 }
 
+/// How long a date can become that is written as in %datetime{...}.
+int longestDate(const QByteArray& format)
+{
+    int length = 0;
+    for (int i = 0; i < format.size(); ++i) {
+        if (format.at(i) != '%' || ++i == format.size()) {
+            ++length;
+            continue;
+        }
+        switch (format.at(i)) {
+        case 'A': // Wednesday
+        case 'B': // September
+            length += 9;
+            break;
+        case 'g': // fraction of a second
+        case 'z':
+            length += 6;
+            break;
+        default:
+            length += 4;
+        }
+    }
+    return length;
+}
+
+/// The logger writes a date into 30 bytes and looks for its end behind them if it fills them.
+QString dateProblem(const QString& value)
+{
+    static const QRegularExpression date(QStringLiteral(R"(%datetime\{([^}]*))"));
+    QRegularExpressionMatchIterator dates = date.globalMatch(value);
+    while (dates.hasNext()) {
+        if (longestDate(dates.next().captured(1).toUtf8()) >= 30)
+            return QStringLiteral("the date in %datetime{...} can exceed 29 characters");
+    }
+    return {};
+}
+
 /// Opening a FIFO for writing would wait for a reader, so only files and devices will do.
 bool isWritableFile(const QString& path)
 {
@@ -50,6 +87,9 @@ QString fileNameProblem(const QString& value)
     // The logger reads out of bounds while it looks for a time stamp behind an escaped one.
     if (value.contains(QLatin1Char('%') + timeStamp))
         return QStringLiteral("%datetime must not be escaped");
+    const QString dateTrouble = dateProblem(value);
+    if (!dateTrouble.isEmpty())
+        return dateTrouble;
 
     const int stampAt = value.indexOf(timeStamp);
     const QString folder = value.left(value.lastIndexOf(QLatin1Char('/'), stampAt) + 1);
@@ -79,7 +119,7 @@ QString valueProblem(el::ConfigurationType key, const QString& value)
     case el::ConfigurationType::Filename:
         return fileNameProblem(value);
     case el::ConfigurationType::Format:
-        return {};
+        return dateProblem(value);
     case el::ConfigurationType::Unknown:
         break;
     }

@@ -11,6 +11,9 @@
 
 #include <cstring>
 
+// Once more, as two headers of a program may do.
+#include <core/Logging.h>
+
 int main(int argc, char** argv)
 {
     if (argc < 2)

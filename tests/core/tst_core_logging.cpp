@@ -221,6 +221,13 @@ void CoreLoggingTest::badLoggingConfIsOneWarning_data()
         ":2: FILENAME: expected an absolute path");
     row("an escaped time stamp in the file name", "* GLOBAL:\nFILENAME = \"BASE/%%datetime.log\"\n",
         ":2: FILENAME: %datetime must not be escaped");
+    const QByteArray longDate = "%datetime{%A, %d. %B %Y %H:%m:%s}";
+    row("a date that the logger has no room for", "* GLOBAL:\nFORMAT = \"%msg " + longDate + "\"\n",
+        ":2: FORMAT: the date in %datetime{...} can exceed 29 characters");
+    row("a date without an end", "* GLOBAL:\nFORMAT = \"%datetime{" + QByteArray(30, 'x') + "\"\n",
+        ":2: FORMAT: the date in %datetime{...} can exceed 29 characters");
+    row("such a date in the file name", "* GLOBAL:\nFILENAME = BASE/" + longDate + ".log\n",
+        ":2: FILENAME: the date in %datetime{...} can exceed 29 characters");
     row("a log folder that cannot be made", "* GLOBAL:\nFILENAME = /proc/nowhere/x.log\n",
         ":2: FILENAME: cannot create the folder /proc/nowhere/");
     row("a log file in place of a folder", "* GLOBAL:\nFILENAME = BASE/ProjectLink\n",
@@ -288,6 +295,9 @@ void CoreLoggingTest::goodLoggingConfIsTaken_data()
     QTest::newRow("six digits of a second")
         << QByteArray("* GLOBAL:\nSUBSECOND_PRECISION = 6\nFORMAT = \"%datetime{%g}\"")
         << QStringList{R"(^\d{6}$)", R"(^\d{6}$)", R"(^\d{6}$)"};
+    QTest::newRow("a date of 29 characters")
+        << QByteArray("* GLOBAL:\nFORMAT = \"%datetime{%g%gxxxxxxxxxxxxxxxxx} %level\"\n")
+        << QStringList{"x{17} INFO$", "x{17} WARNING$", "x{17} DEBUG$"};
     QTest::newRow("a device as the log file")
         << QByteArray("* GLOBAL:\nFILENAME = /dev/null\nTO_FILE = true\nMAX_LOG_FILE_SIZE = 10\n")
         << defaultPatterns();

@@ -14,7 +14,7 @@ namespace rivo::core
 /// The file holds a JSON object in UTF-8 of at most 1 MiB. Both keys are optional lists of texts;
 /// other keys are left alone:
 ///
-///     { "logLevels": ["log_fareproducts"], "passengerTypeCodesOrder": ["PT_ADULT", "PT_STUDENT"] }
+///     { "logLevels": ["log_fareproducts"], "passengerTypeCodesOrder": ["PT_ADULT", "PT_LFS"] }
 class RIVO_CORE_EXPORT SettingsFile
 {
 public:
