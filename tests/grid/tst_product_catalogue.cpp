@@ -1,6 +1,8 @@
 #include "PassengerTypesModel.h" // alone: the product record must be visible through it
 
+#include "ForeignRow.h"
 #include "GridText.h"
+#include "LogCapture.h"
 #include "PassengerTypeItem.h"
 #include "PassengerTypesModelInspector.h"
 #include "Products.h"
@@ -39,28 +41,6 @@ static_assert(std::is_same_v<decltype(&PassengerTypesModel::addItemsToModel),
 static_assert(std::is_same_v<decltype(&PassengerTypesModel::getFareProductName),
                              QString (PassengerTypesModel::*)(int)>);
 
-/// A row that is no tile, yet answers the role of the fare product number.
-class ForeignRow : public rivo::models::ListItem
-{
-public:
-    ForeignRow(const QVariant& fareProductId, QObject* parent)
-        : ListItem(parent), m_fareProductId(fareProductId)
-    {
-    }
-
-    int id() const override { return 0; }
-
-    QVariant data(int role) const override
-    {
-        return role == PassengerTypeItem::FareProductIdRole ? m_fareProductId : QVariant();
-    }
-
-    QHash<int, QByteArray> roleNames() const override { return {}; }
-
-private:
-    const QVariant m_fareProductId;
-};
-
 sProduct productWith(int fareProductId, const QString& name)
 {
     sProduct product;
@@ -86,6 +66,7 @@ class TestProductCatalogue : public QObject
 
 private slots:
     void init();
+    void cleanup();
 
     void recordHasFieldsInOrder();
     void defaultRecordIsPlaceholder();
@@ -118,10 +99,21 @@ private slots:
     void foreignRowHasNoName();
 
 private:
-    std::unique_ptr<QObject> m_owner; // of models and their prototypes
+    std::unique_ptr<QObject> m_owner;  // of models and their prototypes
+    std::unique_ptr<LogCapture> m_log; // keeps the console quiet
 };
 
-void TestProductCatalogue::init() { m_owner = std::make_unique<QObject>(); }
+void TestProductCatalogue::init()
+{
+    m_owner = std::make_unique<QObject>();
+    m_log = std::make_unique<LogCapture>();
+}
+
+void TestProductCatalogue::cleanup()
+{
+    m_log.reset();
+    m_owner.reset();
+}
 
 void TestProductCatalogue::recordHasFieldsInOrder()
 {
