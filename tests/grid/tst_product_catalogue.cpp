@@ -1,12 +1,12 @@
 #include "PassengerTypesModel.h" // alone: the product record must be visible through it
 
 #include "ForeignRow.h"
+#include "GridSignals.h"
 #include "GridText.h"
 #include "LogCapture.h"
 #include "PassengerTypeItem.h"
 #include "PassengerTypesModelInspector.h"
 #include "Products.h"
-#include "SignalLog.h"
 
 #include <QtTest>
 
@@ -47,15 +47,6 @@ sProduct productWith(int fareProductId, const QString& name)
     product.fareProductId = fareProductId;
     product.fareProductName = name;
     return product;
-}
-
-/// Rows `first` to `last` appended one by one.
-QStringList insertions(int first, int last)
-{
-    QStringList texts;
-    for (int row = first; row <= last; ++row)
-        texts += announcedInsertion(row, row, row + 1);
-    return texts;
 }
 
 } // namespace
@@ -429,7 +420,7 @@ void TestProductCatalogue::recordsBecomeRowsInVectorOrder()
     model.addItemsToModel({sold, expired, sProduct(), sold});
 
     QCOMPARE(gridText(model, 0), QString("sold@2 expired (0) sold@2"));
-    QCOMPARE(signalLog.take(), insertions(0, 3));
+    QCOMPARE(signalLog.take(), tilesAppended(0, 3));
     QCOMPARE(model.numberOfRows(), 0);
 }
 
@@ -446,7 +437,7 @@ void TestProductCatalogue::recordsAreAppendedToRowsThatAreThere()
     QCOMPARE(gridText(model, 0), QString("a b a b"));
     QCOMPARE(model.itemFromRow(0), first);
     QVERIFY(model.itemFromRow(2) != first);
-    QCOMPARE(signalLog.take(), insertions(2, 3));
+    QCOMPARE(signalLog.take(), tilesAppended(2, 3));
 }
 
 void TestProductCatalogue::emptyVectorEmitsNothing()
