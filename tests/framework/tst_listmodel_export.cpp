@@ -1,0 +1,235 @@
+#include "ListModel.h"
+#include "ModelBattery.h"
+#include "PassengerTypeFields.h"
+#include "SampleItem.h"
+#include "SignalLog.h"
+
+#include <QDateTime>
+#include <QStringListModel>
+#include <QTest>
+
+#include <climits>
+
+using rivo::models::ListItem;
+using rivo::models::ListModel;
+
+namespace
+{
+
+/// A row with twelve roles of many types, one of them without a value.
+class WideItem : public ListItem
+{
+public:
+    using ListItem::ListItem;
+
+    int id() const override { return 12; }
+
+    QVariant data(int role) const override
+    {
+        return role >= 257 && role < 257 + values().size() ? values().at(role - 257) : QVariant();
+    }
+
+    QHash<int, QByteArray> roleNames() const override
+    {
+        // Not in numeric order, and one name outside ASCII.
+        return {{268, "number"}, {267, "größe"}, {266, "list"},   {265, "date"},
+                {264, "bytes"},  {263, "none"},  {262, "map"},    {261, "long"},
+                {260, "flag"},   {259, "text"},  {258, "amount"}, {257, "id"}};
+    }
+
+    static const QVariantList& values()
+    {
+        static const QVariantList all{12,
+                                      0.1 + 0.2,
+                                      QStringLiteral("Dorosły"),
+                                      true,
+                                      QVariant::fromValue<qint64>(1LL << 40),
+                                      QVariantMap{{"a", 1}},
+                                      QVariant(),
+                                      QByteArray("\0\1", 2),
+                                      QDateTime(QDate(2026, 3, 29), QTime(2, 30), Qt::UTC),
+                                      QVariantList{1, "two"},
+                                      3.5f,
+                                      42u};
+        return all;
+    }
+};
+
+} // namespace
+
+class TestListModelExport : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aRowIsAMapOfItsRoles()
+    {
+        SampleItem prototype;
+        WideItem item;
+        ListModel model(&prototype, nullptr);
+        model.appendRow(&item);
+
+        const QVariant row = model.get(0);
+
+        QCOMPARE(row.userType(), static_cast<int>(QMetaType::QVariantMap));
+        const QVariantMap map = row.toMap();
+        QCOMPARE(map.keys(), (QStringList{"amount", "bytes", "date", "flag", "größe", "id", "list",
+                                          "long", "map", "none", "number", "text"}));
+        const QHash<int, QByteArray> names = item.roleNames();
+        for (auto name = names.cbegin(); name != names.cend(); ++name) {
+            const QVariant value = map.value(QString::fromUtf8(name.value()));
+            const QVariant expected = WideItem::values().at(name.key() - 257);
+            QVERIFY2(sameValue(value, expected), name.value());
+        }
+        QVERIFY(map.contains("none") && !map.value("none").isValid());
+    }
+
+    void theTableIsTheRowsOwnNotThePrototypes()
+    {
+        WideItem prototype;
+        SampleItem item(5, "bread");
+        ListModel model(&prototype, nullptr);
+        model.appendRow(&item);
+        QCOMPARE(model.get(0).toMap(), (QVariantMap{{"id", 5}, {"value", "bread"}}));
+        QCOMPARE(model.roleNames(), prototype.roleNames());
+    }
+
+    void aGridTileHasSixteenKeys()
+    {
+        PassengerTypeItem prototype;
+        PassengerTypeItem item(1, "Adult", "1", "qrc:/icons/adult.svg", 2.5, 7, "Single", 0, false,
+                               10, 20, "#ff0000", false, 0.25, true, 3, nullptr);
+        ListModel model(&prototype, nullptr);
+        model.appendRow(&item);
+        const QVariantMap expected{{"passengerTypeId", 1},
+                                   {"description", "Adult"},
+                                   {"fareProductIcon", "qrc:/icons/adult.svg"},
+                                   {"price", 2.5},
+                                   {"fareProductId", 7},
+                                   {"fareProductName", "Single"},
+                                   {"totalInBasket", 0},
+                                   {"isReturnFee", false},
+                                   {"fromStopGroupId", 10},
+                                   {"toStopGroupId", 20},
+                                   {"fareProductColor", "#ff0000"},
+                                   {"hasExpired", false},
+                                   {"fareDiscount", 0.25},
+                                   {"selected", false},
+                                   {"isDaily", true},
+                                   {"pos", 3}};
+        const QVariantMap row = model.get(0).toMap();
+        QCOMPARE(row.keys(), expected.keys());
+        for (auto value = expected.cbegin(); value != expected.cend(); ++value)
+            QVERIFY2(sameValue(row.value(value.key()), value.value()), qPrintable(value.key()));
+    }
+
+    void aRowByIndexIsTheRowOfThatNumber()
+    {
+        SampleItem prototype;
+        SampleItem first(1);
+        SampleItem second(2);
+        ListModel model(&prototype, nullptr);
+        model.appendRows({&first, &second});
+        QStringListModel foreign({"a", "b", "c"});
+        QCOMPARE(model.get(model.index(1, 0)), model.get(1));
+        QCOMPARE(model.get(1).toMap().value("id"), QVariant(2));
+        QCOMPARE(model.get(foreign.index(1, 0)), model.get(1));
+        QVERIFY(!model.get(foreign.index(2, 0)).isValid());
+        QVERIFY(!model.get(QModelIndex()).isValid());
+    }
+
+    void outOfRangeIsInvalid()
+    {
+        SampleItem prototype;
+        SampleItem item;
+        ListModel model(&prototype, nullptr);
+        for (int row : {-1, 0, 1, INT_MAX, INT_MIN})
+            QVERIFY(!model.get(row).isValid());
+        model.appendRow(&item);
+        for (int row : {-1, 1, INT_MAX, INT_MIN})
+            QVERIFY(!model.get(row).isValid());
+        QVERIFY(model.get(0).isValid());
+    }
+
+    void nothingIsCached()
+    {
+        SampleItem prototype;
+        SampleItem item(1, "before");
+        ListModel model(&prototype, nullptr);
+        model.appendRow(&item);
+        QCOMPARE(model.get(0).toMap().value("value"), QVariant("before"));
+        item.setValue("after");
+        QCOMPARE(model.get(0).toMap().value("value"), QVariant("after"));
+    }
+
+    void readingIsSilent()
+    {
+        SampleItem prototype;
+        SampleItem item(1, true);
+        ListModel model(&prototype, nullptr);
+        model.appendRow(&item);
+        SignalLog log(&model);
+        model.get(0);
+        model.get(model.index(0, 0));
+        model.countByRole(SampleItem::ValueRole, true);
+        QCOMPARE(log.take(), QStringList());
+    }
+
+    void countByRole_data()
+    {
+        QTest::addColumn<QVariantList>("values");
+        QTest::addColumn<int>("role");
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<int>("count");
+        constexpr int role = SampleItem::ValueRole;
+        const QVariantList flags{true, false, true};
+
+        QTest::newRow("rows whose flag is set") << flags << role << QVariant(true) << 2;
+        QTest::newRow("rows whose flag is not set") << flags << role << QVariant(false) << 1;
+        QTest::newRow("no rows") << QVariantList() << role << QVariant(true) << 0;
+        QTest::newRow("no row has the value") << QVariantList{1, 2} << role << QVariant(3) << 0;
+        QTest::newRow("every row has the value") << QVariantList{1, 1} << role << QVariant(1) << 2;
+        QTest::newRow("numbers of several types by their value")
+            << QVariantList{1, 1.0, 1u, QVariant::fromValue<qint64>(1), 2} << role << QVariant(1)
+            << 4;
+        QTest::newRow("a number equals its text")
+            << QVariantList{"5", 5, "five"} << role << QVariant(5) << 2;
+        QTest::newRow("a text equals its number")
+            << QVariantList{"5", 5, "five"} << role << QVariant("5") << 2;
+        QTest::newRow("texts are equal in case too")
+            << QVariantList{"Adult", "adult"} << role << QVariant("adult") << 1;
+        QTest::newRow("amounts that differ by noise are equal")
+            << QVariantList{0.1 + 0.2, 0.3, 0.31} << role << QVariant(0.3) << 2;
+        QTest::newRow("not a number equals nothing")
+            << QVariantList{qQNaN(), 1.0} << role << QVariant(qQNaN()) << 0;
+        QTest::newRow("rows without a value")
+            << QVariantList{QVariant(), 1} << role << QVariant() << 1;
+        QTest::newRow("the identity role") << flags << int(SampleItem::IdRole) << QVariant(0) << 1;
+        QTest::newRow("an unknown role has no value in any row") << flags << 999 << QVariant() << 3;
+        QTest::newRow("an unknown role has not this value") << flags << 999 << QVariant(1) << 0;
+    }
+
+    void countByRole()
+    {
+        QFETCH(QVariantList, values);
+        QFETCH(int, role);
+        QFETCH(QVariant, value);
+        QFETCH(int, count);
+        QObject owner;
+        SampleItem prototype;
+        ListModel model(&prototype, nullptr);
+        for (int i = 0; i < values.size(); ++i)
+            model.appendRow(new SampleItem(i, values.at(i), &owner));
+        QCOMPARE(model.countByRole(role, value), count);
+    }
+
+    void onlyGetIsForQml()
+    {
+        QCOMPARE(ListModel::staticMetaObject.indexOfMethod("countByRole(int,QVariant)"), -1);
+        QVERIFY(ListModel::staticMetaObject.indexOfMethod("get(int)") >= 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestListModelExport)
+
+#include "tst_listmodel_export.moc"

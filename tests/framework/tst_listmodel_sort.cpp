@@ -1,0 +1,359 @@
+#include "ListModel.h"
+#include "ModelBattery.h"
+#include "SampleItem.h"
+#include "SignalLog.h"
+
+#include <QDateTime>
+#include <QPersistentModelIndex>
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <algorithm>
+#include <climits>
+#include <functional>
+
+using rivo::models::ListItem;
+using rivo::models::ListModel;
+
+namespace
+{
+
+constexpr auto up = Qt::AscendingOrder;
+constexpr auto down = Qt::DescendingOrder;
+constexpr int valueRole = SampleItem::ValueRole;
+
+using Sort = std::function<void(ListModel&)>;
+
+Sort byId(Qt::SortOrder order, int column = 0)
+{
+    return [=](ListModel& model) { model.sort(column, order); };
+}
+
+Sort byRole(Qt::SortOrder order, int column = 0, int role = valueRole)
+{
+    return [=](ListModel& model) { model.sortByRole(column, order, role); };
+}
+
+Sort range(Qt::SortOrder order, int first, int last, int column = 0, int role = valueRole)
+{
+    return [=](ListModel& model) { model.sortRangeByRole(column, order, first, last, role); };
+}
+
+/// Rows with the values given; their ids count from 0, so that the ids tell who went where.
+class Model : public ListModel
+{
+public:
+    explicit Model(const QVariantList& values) : ListModel(prototype(), nullptr)
+    {
+        int id = 0;
+        QVector<ListItem*> items;
+        for (const QVariant& value : values)
+            items << new SampleItem(id++, value, this);
+        appendRows(items);
+    }
+
+    QVector<int> ids() const
+    {
+        QVector<int> numbers;
+        for (const ListItem* item : battery::itemsOf(*this))
+            numbers << item->id();
+        return numbers;
+    }
+
+private:
+    static ListItem* prototype()
+    {
+        static SampleItem item;
+        return &item;
+    }
+};
+
+QVector<int> counted(int size)
+{
+    QVector<int> numbers;
+    for (int i = 0; i < size; ++i)
+        numbers << i;
+    return numbers;
+}
+
+QVector<int> sorted(QVector<int> numbers)
+{
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Sort)
+
+class TestListModelSort : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void order_data()
+    {
+        QTest::addColumn<QVariantList>("values");
+        QTest::addColumn<Sort>("sort");
+        QTest::addColumn<QVector<int>>("after"); // former row numbers
+        using Rows = QVector<int>;
+        const QVariantList prqs{3, 1, 3, 2};
+        const QVariantList none;
+
+        QTest::newRow("ascending by role, equal values keep their order")
+            << prqs << byRole(up) << Rows{1, 3, 0, 2};
+        QTest::newRow("descending by role, equal values keep their order")
+            << prqs << byRole(down) << Rows{0, 2, 3, 1};
+        QTest::newRow("ascending by id") << prqs << byId(up) << Rows{0, 1, 2, 3};
+        QTest::newRow("descending by id") << prqs << byId(down) << Rows{3, 2, 1, 0};
+        QTest::newRow("by another role")
+            << prqs << byRole(down, 0, SampleItem::IdRole) << Rows{3, 2, 1, 0};
+        QTest::newRow("by a role that no row has: all are equal")
+            << prqs << byRole(down, 0, 999) << Rows{0, 1, 2, 3};
+
+        QTest::newRow("the column is ignored by sort") << prqs << byId(down, 5) << Rows{3, 2, 1, 0};
+        QTest::newRow("a negative column is ignored by sort")
+            << prqs << byId(down, -1) << Rows{3, 2, 1, 0};
+        QTest::newRow("the column is ignored by sortByRole")
+            << prqs << byRole(up, INT_MAX) << Rows{1, 3, 0, 2};
+        QTest::newRow("the column is ignored by sortRangeByRole")
+            << prqs << range(up, 1, 4, INT_MIN) << Rows{0, 1, 3, 2};
+
+        QTest::newRow("the whole range, ascending")
+            << QVariantList{3, 1, 4, 2} << range(up, 0, 4) << Rows{1, 3, 0, 2};
+        QTest::newRow("the end of the range is not part of it")
+            << QVariantList{5, 1, 7, 9} << range(down, 0, 3) << Rows{2, 0, 1, 3};
+        QTest::newRow("nor is what lies before its beginning")
+            << QVariantList{5, 9, 7, 8} << range(up, 1, 4) << Rows{0, 2, 3, 1};
+        QTest::newRow("a range in the middle")
+            << QVariantList{9, 5, 7, 6, 0} << range(down, 1, 4) << Rows{0, 2, 3, 1, 4};
+        QTest::newRow("a range of two")
+            << QVariantList{3, 2, 1} << range(up, 0, 2) << Rows{1, 0, 2};
+        QTest::newRow("a range of one changes nothing")
+            << QVariantList{3, 2, 1} << range(up, 1, 2) << Rows{0, 1, 2};
+        QTest::newRow("an empty range changes nothing")
+            << QVariantList{3, 2, 1} << range(up, 1, 1) << Rows{0, 1, 2};
+        QTest::newRow("an empty range at the end changes nothing")
+            << QVariantList{3, 2, 1} << range(up, 3, 3) << Rows{0, 1, 2};
+        QTest::newRow("a range that ends before it begins changes nothing")
+            << QVariantList{3, 2, 1} << range(up, 2, 0) << Rows{0, 1, 2};
+        QTest::newRow("a range that ends far before it begins changes nothing")
+            << QVariantList{3, 2, 1} << range(up, 3, INT_MIN) << Rows{0, 1, 2};
+
+        QTest::newRow("no rows by id") << none << byId(up) << Rows();
+        QTest::newRow("no rows by role") << none << byRole(up) << Rows();
+        QTest::newRow("no rows in a range") << none << range(up, 0, 0) << Rows();
+        QTest::newRow("no rows in the range that leaves out the last")
+            << none << range(down, 0, -1) << Rows();
+        QTest::newRow("one row by id") << QVariantList{1} << byId(down) << Rows{0};
+        QTest::newRow("one row by role") << QVariantList{1} << byRole(down) << Rows{0};
+        QTest::newRow("one row in a range") << QVariantList{1} << range(down, 0, 1) << Rows{0};
+
+        // The ordering of QVariant.
+        const QVariantList numbers{2.5, 2, QVariant::fromValue<qint64>(1LL << 40), -7, true};
+        QTest::newRow("numbers of several types by their value")
+            << numbers << byRole(up) << Rows{3, 4, 1, 0, 2};
+        QTest::newRow("numbers of several types by their value, descending")
+            << numbers << byRole(down) << Rows{2, 0, 1, 4, 3};
+        QTest::newRow("smallest and largest number")
+            << QVariantList{INT_MAX, INT_MIN, 0} << byRole(up) << Rows{1, 2, 0};
+        QTest::newRow("texts, whatever their case")
+            << QVariantList{"cherry", "Banana", "apple"} << byRole(up) << Rows{2, 1, 0};
+        QTest::newRow("digits in texts are texts")
+            << QVariantList{"9", "10"} << byRole(up) << Rows{1, 0};
+        QTest::newRow("numbers among texts")
+            << QVariantList{"x", "7", 5} << byRole(up) << Rows{2, 1, 0};
+        QTest::newRow("false before true")
+            << QVariantList{true, false, true} << byRole(up) << Rows{1, 0, 2};
+        QTest::newRow("dates by time")
+            << QVariantList{QDate(2026, 1, 31), QDate(2025, 12, 1), QDate(2026, 1, 4)} << byRole(up)
+            << Rows{1, 2, 0};
+        QTest::newRow("amounts that differ by noise are equal")
+            << QVariantList{0.3, 0.1 + 0.2, 0.3} << byRole(down) << Rows{0, 1, 2};
+        QTest::newRow("no values at all are equal")
+            << QVariantList{QVariant(), QVariant(), QVariant()} << byRole(down) << Rows{0, 1, 2};
+    }
+
+    void order()
+    {
+        QFETCH(QVariantList, values);
+        QFETCH(Sort, sort);
+        QFETCH(QVector<int>, after);
+        Model model(values);
+        SignalLog log(&model);
+
+        sort(model);
+
+        QCOMPARE(log.take(), QStringList());
+        QCOMPARE(model.ids(), after);
+        for (int row = 0; row < after.size(); ++row) {
+            QCOMPARE(model.get(row).toMap().value("id").toInt(), after.at(row));
+            QCOMPARE(model.data(model.index(row, 0), valueRole), values.at(after.at(row)));
+        }
+    }
+
+    void sortIsTheBasesOwn()
+    {
+        Model model({1, 2, 3});
+        static_cast<QAbstractItemModel&>(model).sort(5, down);
+        QCOMPARE(model.ids(), (QVector<int>{2, 1, 0}));
+        static_cast<QAbstractItemModel&>(model).sort(0);
+        QCOMPARE(model.ids(), (QVector<int>{0, 1, 2}));
+    }
+
+    void thousandsOfEqualKeysKeepTheirOrder_data()
+    {
+        QTest::addColumn<Qt::SortOrder>("order");
+        QTest::newRow("ascending") << up;
+        QTest::newRow("descending") << down;
+    }
+
+    void thousandsOfEqualKeysKeepTheirOrder()
+    {
+        QFETCH(Qt::SortOrder, order);
+        QVariantList values;
+        for (int i = 0; i < 10000; ++i)
+            values << 7;
+        Model model(values);
+        SignalLog log(&model);
+        model.sortByRole(0, order, valueRole);
+        QCOMPARE(model.ids(), counted(10000));
+        QCOMPARE(log.take(), QStringList());
+    }
+
+    void fewKeysInThousandsOfRowsKeepTheirOrder_data()
+    {
+        thousandsOfEqualKeysKeepTheirOrder_data();
+    }
+
+    void fewKeysInThousandsOfRowsKeepTheirOrder()
+    {
+        QFETCH(Qt::SortOrder, order);
+        constexpr int keys = 5;
+        QRandomGenerator random(1);
+        QVector<QVector<int>> rowsOfKey(keys);
+        QVariantList values;
+        for (int i = 0; i < 10000; ++i) {
+            const int key = random.bounded(keys);
+            rowsOfKey[key] << i;
+            values << key;
+        }
+        if (order == down)
+            std::reverse(rowsOfKey.begin(), rowsOfKey.end());
+        QVector<int> expected;
+        for (const QVector<int>& rows : qAsConst(rowsOfKey))
+            expected += rows;
+
+        Model model(values);
+        model.sortByRole(0, order, valueRole);
+        QCOMPARE(model.ids(), expected);
+    }
+
+    void thousandsOfRows_data()
+    {
+        QTest::addColumn<Sort>("sort");
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        QTest::addColumn<bool>("ascending");
+        QTest::newRow("by id") << byId(up) << 0 << 10000 << true;
+        QTest::newRow("by id, descending") << byId(down) << 0 << 10000 << false;
+        QTest::newRow("by role") << byRole(up) << 0 << 10000 << true;
+        QTest::newRow("a range") << range(up, 500, 9500) << 500 << 9500 << true;
+        QTest::newRow("a range, descending") << range(down, 500, 9500) << 500 << 9500 << false;
+    }
+
+    void thousandsOfRows()
+    {
+        QFETCH(Sort, sort);
+        QFETCH(int, first);
+        QFETCH(int, last);
+        QFETCH(bool, ascending);
+        QRandomGenerator random(2);
+        Model model({});
+        QVector<ListItem*> items;
+        QVector<int> expected;
+        for (int i = 0; i < 10000; ++i) {
+            expected << random.bounded(1000);
+            items << new SampleItem(expected.last(), expected.last(), &model);
+        }
+        model.appendRows(items);
+        std::sort(expected.begin() + first, expected.begin() + last);
+        if (!ascending)
+            std::reverse(expected.begin() + first, expected.begin() + last);
+        SignalLog log(&model);
+
+        sort(model);
+
+        QCOMPARE(model.ids(), expected);
+        QCOMPARE(log.take(), QStringList());
+        QVector<ListItem*> after = battery::itemsOf(model);
+        std::sort(after.begin(), after.end());
+        std::sort(items.begin(), items.end());
+        QCOMPARE(after, items); // the very same objects
+    }
+
+    // Values without a consistent order: no particular result, but the same rows, and those
+    // outside the range untouched.
+    void valuesWithoutAnOrder_data()
+    {
+        QTest::addColumn<QVariantList>("some");
+        QTest::addColumn<Sort>("sort");
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        const auto rows = [](const char* name, const QVariantList& some) {
+            QTest::addRow("%s, by role", name) << some << byRole(up) << 0 << 1000;
+            QTest::addRow("%s, by role, descending", name) << some << byRole(down) << 0 << 1000;
+            QTest::addRow("%s, in a range", name) << some << range(up, 100, 900) << 100 << 900;
+            QTest::addRow("%s, in a range, descending", name)
+                << some << range(down, 100, 900) << 100 << 900;
+        };
+        rows("amounts that are no numbers", {qQNaN(), 1.0, qQNaN(), 3.0, 2.0});
+        rows("nothing but amounts that are no numbers", {qQNaN()});
+        rows("many types", {9, "10", QVariant(), 2.5, "x", true, QDate(2026, 1, 1), qQNaN()});
+        rows("texts that differ in case, each lies after the others", {"Adult", "adult", "ADULT"});
+    }
+
+    void valuesWithoutAnOrder()
+    {
+        QFETCH(QVariantList, some);
+        QFETCH(Sort, sort);
+        QFETCH(int, first);
+        QFETCH(int, last);
+        QRandomGenerator random(3);
+        QVariantList values;
+        for (int i = 0; i < 1000; ++i)
+            values << some.at(random.bounded(some.size()));
+        Model model(values);
+        SignalLog log(&model);
+
+        sort(model);
+
+        QCOMPARE(log.take(), QStringList());
+        QCOMPARE(model.ids().mid(0, first), counted(1000).mid(0, first));
+        QCOMPARE(sorted(model.ids().mid(first, last - first)),
+                 counted(1000).mid(first, last - first));
+        QCOMPARE(model.ids().mid(last), counted(1000).mid(last));
+    }
+
+    void valuesAreFetchedAfresh()
+    {
+        Model model({1, 2, 3});
+        model.sortByRole(0, up, valueRole);
+        static_cast<SampleItem*>(model.itemFromRow(0))->setValue(9);
+        model.sortByRole(0, up, valueRole);
+        QCOMPARE(model.ids(), (QVector<int>{1, 2, 0}));
+    }
+
+    void viewsAreNotTold()
+    {
+        Model model({3, 2, 1});
+        const QPersistentModelIndex first = model.index(0, 0);
+        model.sortByRole(0, up, valueRole);
+        QCOMPARE(first.row(), 0); // stays on its row, which is another item now
+        QCOMPARE(model.data(first, SampleItem::IdRole), QVariant(2));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestListModelSort)
+
+#include "tst_listmodel_sort.moc"

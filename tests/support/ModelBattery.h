@@ -1,0 +1,827 @@
+#pragma once
+
+#include "ItemFields.h"
+#include "ListModel.h"
+#include "SignalLog.h"
+
+#include <QAbstractItemModelTester>
+#include <QCoreApplication>
+#include <QPointer>
+#include <QRandomGenerator>
+#include <QSet>
+#include <QTest>
+
+#include <algorithm>
+#include <climits>
+#include <functional>
+#include <numeric>
+#include <vector>
+
+/// What every list model must stand, whatever its rows: calls that it has to reject, and random
+/// operations beside a list of what it must show.
+///
+///     void rejectedCall_data() { battery::rejectedCallRows(); }
+///     void rejectedCall()
+///     {
+///         battery::TopLevelOnly<FareProductsModel> model;
+///         battery::runRejectedCall(model, fareProductItemClass());
+///     }
+///     void randomOperations_data() { battery::seedRows(4); }
+///     void randomOperations()
+///     {
+///         battery::TopLevelOnly<FareProductsModel> model;
+///         battery::runRandomOperations(model, fareProductItemClass(), 1000);
+///     }
+namespace battery
+{
+
+using rivo::models::ListItem;
+using rivo::models::ListModel;
+
+/// A list as QAbstractItemModelTester wants it: without rows below a row. The models themselves
+/// count their rows whatever parent they are asked about.
+template <typename Model>
+class TopLevelOnly : public Model
+{
+public:
+    using Model::Model;
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override
+    {
+        return parent.isValid() ? 0 : Model::rowCount(QModelIndex());
+    }
+};
+
+/// Lets the event loop destroy what deleteLater() was called for.
+inline void runDeferredDeletions()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+inline QVector<ListItem*> itemsOf(const ListModel& model)
+{
+    QVector<ListItem*> items;
+    for (int row = 0; ListItem* item = model.itemFromRow(row); ++row)
+        items.append(item);
+    return items;
+}
+
+/// A call that must be told by its result alone: nothing changes, nothing is emitted.
+struct RejectedCall
+{
+    const char* sentence;
+    std::function<bool(ListModel&)> isRejected; ///< makes the call and judges the result
+    bool onlyWithoutRows = false;
+};
+
+inline const std::vector<RejectedCall>& rejectedCalls()
+{
+    using Model = ListModel;
+    const auto count = [](const Model& model) { return itemsOf(model).size(); };
+    const auto insert = [](const char* sentence, std::function<void(Model&)> call,
+                           bool onlyWithoutRows = false) {
+        return RejectedCall{sentence,
+                            [call](Model& model) {
+                                call(model);
+                                return true;
+                            },
+                            onlyWithoutRows};
+    };
+    const auto removeRow = [](const char* sentence, std::function<int(const Model&)> row) {
+        return RejectedCall{sentence, [row](Model& model) {
+                                return !model.removeRow(row(model)) &&
+                                       !model.removeRow(row(model), model.index(0, 0));
+                            }};
+    };
+    const auto takeRow = [](const char* sentence, std::function<int(const Model&)> row) {
+        return RejectedCall{sentence, [row](Model& model) {
+                                return !model.takeRow(row(model)) &&
+                                       !model.takeRow(row(model), model.index(0, 0));
+                            }};
+    };
+    const auto removeRows = [](const char* sentence, std::function<int(const Model&)> row,
+                               std::function<int(const Model&)> size) {
+        return RejectedCall{sentence, [row, size](Model& model) {
+                                return !model.removeRows(row(model), size(model));
+                            }};
+    };
+    const auto takeRows = [](const char* sentence, std::function<int(const Model&)> row,
+                             std::function<int(const Model&)> size) {
+        return RejectedCall{sentence, [row, size](Model& model) {
+                                return model.takeRows(row(model), size(model)).isEmpty();
+                            }};
+    };
+    const auto read = [](const char* sentence, std::function<int(const Model&)> row) {
+        return RejectedCall{sentence, [row](Model& model) {
+                                return !model.itemFromRow(row(model)) &&
+                                       !model.get(row(model)).isValid();
+                            }};
+    };
+    const auto at = [](int row) { return [row](const Model&) { return row; }; };
+    const auto end = [count](int offset) {
+        return [count, offset](const Model& model) { return count(model) + offset; };
+    };
+
+    static const std::vector<RejectedCall> calls{
+        insert("append no item", [](Model& model) { model.appendRow(nullptr); }),
+        insert("append no item from QML", [](Model& model) { model.appendRowFromQml(nullptr); }),
+        insert("append an empty list", [](Model& model) { model.appendRows({}); }),
+        insert("insert no item at the front", [](Model& model) { model.insertRow(0, nullptr); }),
+        insert("insert no item at a row that does not exist",
+               [](Model& model) { model.insertRow(INT_MAX, nullptr); }),
+
+        removeRow("remove row -1", at(-1)),
+        removeRow("remove row -2, which means the first row to take forms only", at(-2)),
+        removeRow("remove the row after the last", end(0)),
+        removeRow("remove the largest row number", at(INT_MAX)),
+        removeRow("remove the smallest row number", at(INT_MIN)),
+
+        removeRows("remove no rows", at(0), at(0)),
+        removeRows("remove a negative count", at(0), at(-1)),
+        removeRows("remove the smallest count", at(0), at(INT_MIN)),
+        removeRows("remove rows from row -1", at(-1), at(1)),
+        removeRows("remove rows from row -1, enough to reach real ones", at(-1), at(3)),
+        removeRows("remove rows from row -2", at(-2), at(1)),
+        removeRows("remove rows from the smallest row number", at(INT_MIN), at(1)),
+        removeRows("remove one row after the last", end(0), at(1)),
+        removeRows("remove one row more than there are", at(0), end(1)),
+        removeRows("remove the last row and one more", end(-1), at(2)),
+        removeRows("remove a block that begins inside and ends outside", end(-2), at(3)),
+        removeRows("remove the largest count", at(0), at(INT_MAX)),
+        removeRows("remove rows whose end overflows", at(1), at(INT_MAX)),
+        removeRows("remove rows whose end overflows from far away", at(INT_MAX), at(1)),
+        removeRows("remove rows with the largest row number and count", at(INT_MAX), at(INT_MAX)),
+        removeRows("remove rows with the smallest row number and count", at(INT_MIN), at(INT_MIN)),
+
+        takeRow("take row -1", at(-1)),
+        takeRow("take row -3", at(-3)),
+        takeRow("take the row after the last", end(0)),
+        takeRow("take the largest row number", at(INT_MAX)),
+        takeRow("take the smallest row number", at(INT_MIN)),
+
+        takeRows("take no rows", at(0), at(0)),
+        takeRows("take no rows from the first row", at(-2), at(0)),
+        takeRows("take count -2", at(0), at(-2)),
+        takeRows("take the smallest count", at(0), at(INT_MIN)),
+        takeRows("take rows from row -1", at(-1), at(1)),
+        takeRows("take rows from row -3", at(-3), at(1)),
+        takeRows("take every row from row -1", at(-1), at(-1)),
+        takeRows("take rows from the smallest row number", at(INT_MIN), at(1)),
+        takeRows("take one row after the last", end(0), at(1)),
+        takeRows("take one row more than there are", at(0), end(1)),
+        takeRows("take one row more than there are from the first row", at(-2), end(1)),
+        takeRows("take every row from row 1", at(1), at(-1)),
+        takeRows("take every row from the largest row number", at(INT_MAX), at(-1)),
+        takeRows("take the largest count", at(-2), at(INT_MAX)),
+        takeRows("take rows whose end overflows", at(1), at(INT_MAX)),
+        takeRows("take rows whose end overflows from far away", at(INT_MAX), at(1)),
+        takeRows("take rows with the smallest row number and count", at(INT_MIN), at(INT_MIN)),
+
+        read("read row -1", at(-1)),
+        read("read row -2, which means the first row to take forms only", at(-2)),
+        read("read the row after the last", end(0)),
+        read("read the largest row number", at(INT_MAX)),
+        read("read the smallest row number", at(INT_MIN)),
+        {"read the row of an invalid index",
+         [](Model& model) {
+             return !model.get(QModelIndex()).isValid() &&
+                    !model.data(QModelIndex(), Qt::UserRole + 1).isValid();
+         }},
+        {"look for no item", [](Model& model) { return !model.indexFromItem(nullptr).isValid(); }},
+
+        // Inherited and left as they are: rows come and go through the operations above only.
+        {"insert rows without items", [](Model& model) { return !model.insertRows(0, 1); }},
+        {"insert columns", [](Model& model) { return !model.insertColumns(0, 1); }},
+        {"remove columns", [](Model& model) { return !model.removeColumns(0, 1); }},
+        {"move rows",
+         [](Model& model) { return !model.moveRows(QModelIndex(), 0, 1, QModelIndex(), 2); }},
+        {"write through the model",
+         [](Model& model) { return !model.setData(model.index(0, 0), 7, Qt::UserRole + 1); }},
+
+        {"take the first row of no rows", [](Model& model) { return !model.takeRow(-2); }, true},
+        {"take every row of no rows", [](Model& model) { return model.takeRows(0, -1).isEmpty(); },
+         true},
+        {"take every row of no rows from the first row",
+         [](Model& model) { return model.takeRows(-2, -1).isEmpty(); }, true},
+        insert(
+            "clear no rows", [](Model& model) { model.clear(); }, true),
+    };
+    return calls;
+}
+
+inline void rejectedCallRows()
+{
+    QTest::addColumn<int>("call");
+    QTest::addColumn<int>("rows");
+    const std::vector<RejectedCall>& calls = rejectedCalls();
+    for (int call = 0; call < static_cast<int>(calls.size()); ++call) {
+        const RejectedCall& rejected = calls[static_cast<std::size_t>(call)];
+        for (int rows : {0, 1, 5}) {
+            if (rows == 0 || !rejected.onlyWithoutRows)
+                QTest::addRow("%s (%d rows)", rejected.sentence, rows) << call << rows;
+        }
+    }
+}
+
+/// `model` comes without rows and leaves without rows.
+inline void runRejectedCall(ListModel& model, const ItemClass& itemClass)
+{
+    QFETCH(int, call);
+    QFETCH(int, rows);
+    QObject owner;
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    for (int row = 0; row < rows; ++row)
+        model.appendRow(itemClass.make(&owner));
+    const QVector<ListItem*> before = itemsOf(model);
+    QCOMPARE(before.size(), rows);
+    SignalLog log(&model);
+
+    QVERIFY(rejectedCalls()[static_cast<std::size_t>(call)].isRejected(model));
+    runDeferredDeletions();
+
+    QCOMPARE(log.take(), QStringList());
+    QCOMPARE(model.rowCount(), rows);
+    QCOMPARE(itemsOf(model), before);
+    for (int row = 0; row < rows; ++row) {
+        before.at(row)->triggerItemUpdate();
+        QCOMPARE(log.take(), QStringList{rowChanged(row)});
+    }
+    model.takeRows(0, rows);
+}
+
+/// Random operations on a model beside a list of what it must show.
+class RandomRun
+{
+public:
+    RandomRun(ListModel& model, const ItemClass& itemClass, quint32 seed)
+        : m_model(model), m_itemClass(itemClass), m_random(seed),
+          m_tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal), m_log(&model)
+    {
+    }
+
+    ~RandomRun()
+    {
+        m_model.clear();
+        runDeferredDeletions();
+        for (const Row& row : m_taken)
+            delete row.item;
+    }
+
+    RandomRun(const RandomRun&) = delete;
+    RandomRun& operator=(const RandomRun&) = delete;
+
+    /// Does one operation and compares; the text tells what differs, or is empty.
+    QString step()
+    {
+        m_expected.clear();
+        m_touched.clear();
+        m_problem.clear();
+        ++m_steps;
+        const Operation& operation = nextOperation();
+        m_witnessed = 0;
+        m_expectedWitnessed = 0;
+        (this->*operation.run)();
+        compareSignals();
+        compareRows();
+        for (int row : qAsConst(m_touched))
+            compareValues(row);
+        if (m_steps % 20 == 0)
+            compareEverything();
+        if (m_problem.isEmpty())
+            return QString();
+        return QString::fromLatin1("step %1, %2: %3")
+            .arg(m_steps)
+            .arg(QLatin1String(operation.name), m_problem);
+    }
+
+private:
+    /// A row as it must be.
+    struct Row
+    {
+        ListItem* item;
+        QObject* parent;
+        QVariantList values; ///< per field of the item class
+        int connections = 0; ///< to the model
+        bool isWatched = true;
+    };
+
+    struct Operation
+    {
+        const char* name;
+        int weight;
+        void (RandomRun::*run)();
+    };
+
+    static constexpr int mostRows = 60;
+    static constexpr int mostTaken = 20;
+
+    const Operation& nextOperation()
+    {
+        static const std::vector<Operation> operations{
+            {"appendRow", 12, &RandomRun::appendRow},
+            {"appendRowFromQml", 4, &RandomRun::appendRowFromQml},
+            {"appendRows", 4, &RandomRun::appendRows},
+            {"insertRow", 16, &RandomRun::insertRow},
+            {"putBack", 6, &RandomRun::putBack},
+            {"removeRow", 6, &RandomRun::removeRow},
+            {"removeRows", 4, &RandomRun::removeRows},
+            {"takeRow", 4, &RandomRun::takeRow},
+            {"takeRows", 3, &RandomRun::takeRows},
+            {"sort", 2, &RandomRun::sort},
+            {"sortByRole", 3, &RandomRun::sortByRole},
+            {"sortRangeByRole", 3, &RandomRun::sortRangeByRole},
+            {"setter of a row", 20, &RandomRun::changeRow},
+            {"setter of a former row", 5, &RandomRun::changeFormerRow},
+            {"triggerItemUpdate", 4, &RandomRun::triggerItemUpdate},
+            {"rejected call", 10, &RandomRun::callInVain},
+            {"lookups", 8, &RandomRun::lookUp},
+            {"clear", 1, &RandomRun::clear},
+            {"event loop", 3, &RandomRun::turnEventLoop},
+        };
+        static const int total =
+            std::accumulate(operations.cbegin(), operations.cend(), 0,
+                            [](int sum, const Operation& o) { return sum + o.weight; });
+        int ticket = m_random.bounded(total);
+        for (const Operation& operation : operations) {
+            ticket -= operation.weight;
+            if (ticket < 0)
+                return operation;
+        }
+        return operations.front();
+    }
+
+    // Operations. Each states in m_expected what the model must emit and brings m_rows to what it
+    // must show.
+
+    void appendRow()
+    {
+        const Row row = newRow();
+        m_model.appendRow(row.item);
+        expectInsertion(rowCount(), {row});
+    }
+
+    void appendRowFromQml()
+    {
+        const Row row = newRow();
+        m_model.appendRowFromQml(row.item);
+        expectInsertion(rowCount(), {row});
+    }
+
+    void appendRows()
+    {
+        std::vector<Row> rows;
+        for (int i = m_random.bounded(5); i > 0; --i)
+            rows.push_back(newRow());
+        m_model.appendRows(pointers(rows));
+        expectInsertion(rowCount(), rows);
+    }
+
+    void insertRow()
+    {
+        const int position = m_random.bounded(rowCount() + 1);
+        const Row row = newRow();
+        m_model.insertRow(position, row.item);
+        expectInsertion(position, {row});
+    }
+
+    /// Rows that were taken out come back.
+    void putBack()
+    {
+        if (m_taken.empty())
+            return;
+        const int size = 1 + m_random.bounded(static_cast<int>(m_taken.size()));
+        const std::vector<Row> rows(m_taken.cend() - size, m_taken.cend());
+        m_taken.resize(m_taken.size() - rows.size());
+        if (size > 1) {
+            m_model.appendRows(pointers(rows));
+            expectInsertion(rowCount(), rows);
+        } else {
+            const int position = m_random.bounded(rowCount() + 1);
+            m_model.insertRow(position, rows.front().item);
+            expectInsertion(position, rows);
+        }
+    }
+
+    void removeRow()
+    {
+        if (m_rows.empty())
+            return;
+        const int row = randomRow();
+        expect(m_model.removeRow(row), "removeRow() is false");
+        expectDestruction(row, 1);
+    }
+
+    void removeRows()
+    {
+        if (m_rows.empty())
+            return;
+        const int row = randomRow();
+        const int size = 1 + m_random.bounded(qMin(8, rowCount() - row));
+        expect(m_model.removeRows(row, size), "removeRows() is false");
+        expectDestruction(row, size);
+    }
+
+    void clear()
+    {
+        m_model.clear();
+        if (m_rows.empty())
+            return;
+        expectDestruction(0, rowCount());
+        m_expected.append(countChanged(0));
+    }
+
+    void takeRow()
+    {
+        if (m_rows.empty())
+            return;
+        const bool first = m_random.bounded(3) == 0;
+        const int row = first ? 0 : randomRow();
+        const ListItem* taken = m_model.takeRow(first ? -2 : row);
+        expect(taken == at(row).item, "takeRow() returned another item");
+        at(row).connections = 0;
+        at(row).isWatched = false;
+        expectExtraction(row, 1);
+    }
+
+    void takeRows()
+    {
+        if (m_rows.empty())
+            return;
+        const bool first = m_random.bounded(3) == 0;
+        const bool every = m_random.bounded(20) == 0;
+        const int row = first || every ? 0 : randomRow();
+        const int size = every ? rowCount() : 1 + m_random.bounded(qMin(6, rowCount() - row));
+        const QVector<ListItem*> expected =
+            pointers({m_rows.begin() + row, m_rows.begin() + row + size});
+        expect(m_model.takeRows(first ? -2 : row, every ? -1 : size) == expected,
+               "takeRows() returned other items");
+        expectExtraction(row, size);
+    }
+
+    void sort()
+    {
+        const Qt::SortOrder order = randomOrder();
+        m_model.sort(m_random.bounded(-1, 5), order);
+        adoptOrder(0, rowCount());
+        const auto isBefore = [order](const Row& a, const Row& b) {
+            const int left = a.values.first().toInt();
+            const int right = b.values.first().toInt();
+            return order == Qt::AscendingOrder ? left < right : left > right;
+        };
+        expect(std::is_sorted(m_rows.cbegin(), m_rows.cend(), isBefore), "not in order");
+    }
+
+    void sortByRole()
+    {
+        const Qt::SortOrder order = randomOrder();
+        const int field = randomShownField();
+        m_model.sortByRole(m_random.bounded(-1, 5), order, m_itemClass.fields.at(field).role);
+        std::stable_sort(m_rows.begin(), m_rows.end(), valueOrder(field, order));
+    }
+
+    void sortRangeByRole()
+    {
+        const Qt::SortOrder order = randomOrder();
+        const int field = randomShownField();
+        const int first = m_random.bounded(rowCount() + 1);
+        const int last = m_random.bounded(rowCount() + 1);
+        m_model.sortRangeByRole(m_random.bounded(-1, 5), order, first, last,
+                                m_itemClass.fields.at(field).role);
+        if (last <= first)
+            return;
+        adoptOrder(first, last);
+        expect(std::is_sorted(m_rows.cbegin() + first, m_rows.cbegin() + last,
+                              valueOrder(field, order)),
+               "not in order");
+    }
+
+    void changeRow()
+    {
+        if (m_rows.empty())
+            return;
+        const int row = randomRow();
+        expectRowChanges(row, change(at(row)));
+    }
+
+    /// Rows that left the model do not reach it any more, connected or not.
+    void changeFormerRow()
+    {
+        std::vector<Row>& former = m_random.bounded(2) == 0 ? m_taken : m_removed;
+        if (!former.empty())
+            change(former[static_cast<std::size_t>(
+                m_random.bounded(static_cast<int>(former.size())))]);
+    }
+
+    void triggerItemUpdate()
+    {
+        if (m_rows.empty())
+            return;
+        const int row = randomRow();
+        at(row).item->triggerItemUpdate();
+        m_expectedWitnessed += at(row).isWatched ? 1 : 0;
+        expectRowChanges(row, true);
+    }
+
+    void callInVain()
+    {
+        const std::vector<RejectedCall>& calls = rejectedCalls();
+        const RejectedCall& call = calls[m_random.bounded(static_cast<quint32>(calls.size()))];
+        if (!call.onlyWithoutRows || m_rows.empty())
+            expect(call.isRejected(m_model), call.sentence);
+    }
+
+    void lookUp()
+    {
+        const int id = randomSample(m_itemClass.fields.first()).toInt();
+        const auto found = std::find_if(m_rows.cbegin(), m_rows.cend(), [id](const Row& row) {
+            return row.values.first().toInt() == id;
+        });
+        const bool exists = found != m_rows.cend();
+        const int row = exists ? static_cast<int>(found - m_rows.cbegin()) : -1;
+        expect(m_model.findById(id) == (exists ? found->item : nullptr), "findById()");
+        expect(m_model.rowIndexFromId(id) == row, "rowIndexFromId()");
+        if (exists)
+            expect(m_model.indexFromItem(found->item).row() == row, "indexFromItem()");
+
+        const int field = randomShownField();
+        const QVariant value = randomSample(m_itemClass.fields.at(field));
+        const auto count =
+            std::count_if(m_rows.cbegin(), m_rows.cend(), [field, &value](const Row& counted) {
+                return counted.values.at(field) == value;
+            });
+        expect(m_model.countByRole(m_itemClass.fields.at(field).role, value) == count,
+               "countByRole()");
+        if (!m_taken.empty())
+            expect(!m_model.indexFromItem(m_taken.back().item).isValid(),
+                   "indexFromItem() of a taken item");
+        if (!m_rows.empty())
+            m_touched.append(randomRow());
+    }
+
+    void turnEventLoop()
+    {
+        for (const QPointer<ListItem>& item : qAsConst(m_dying))
+            expect(item, "a removed row was destroyed before the event loop ran");
+        runDeferredDeletions();
+        for (const QPointer<ListItem>& item : qAsConst(m_dying))
+            expect(!item, "a removed row outlived the event loop");
+        m_dying.clear();
+        m_removed.clear();
+    }
+
+    // Expectations.
+
+    void expectInsertion(int position, std::vector<Row> rows)
+    {
+        if (rows.empty())
+            return;
+        const int size = static_cast<int>(rows.size());
+        for (Row& row : rows)
+            ++row.connections;
+        m_rows.insert(m_rows.begin() + position, rows.cbegin(), rows.cend());
+        m_expected += announcedInsertion(position, position + size - 1, rowCount());
+        for (int row = position; row < position + size; ++row)
+            m_touched.append(row);
+        limitRows();
+    }
+
+    /// Keeps the model small: an insertion too many is followed by a removal.
+    void limitRows()
+    {
+        if (rowCount() <= mostRows)
+            return;
+        const int row = m_random.bounded(mostRows / 2);
+        const int size = rowCount() - mostRows / 2 - m_random.bounded(mostRows / 4);
+        m_touched.clear();
+        expect(m_model.removeRows(row, size), "removeRows() is false");
+        expectDestruction(row, size);
+    }
+
+    void expectDestruction(int row, int size)
+    {
+        for (int i = row; i < row + size; ++i)
+            m_dying.append(at(i).item);
+        m_removed.insert(m_removed.end(), m_rows.begin() + row, m_rows.begin() + row + size);
+        expectRemoval(row, size);
+    }
+
+    void expectExtraction(int row, int size)
+    {
+        m_taken.insert(m_taken.end(), m_rows.begin() + row, m_rows.begin() + row + size);
+        expectRemoval(row, size);
+        // Whoever took rows may destroy them.
+        while (m_taken.size() > mostTaken) {
+            delete m_taken.front().item;
+            m_taken.erase(m_taken.begin());
+        }
+    }
+
+    void expectRemoval(int row, int size)
+    {
+        m_rows.erase(m_rows.begin() + row, m_rows.begin() + row + size);
+        m_expected += announcedRemoval(row, row + size - 1, rowCount());
+        if (row > 0)
+            m_touched.append(row - 1);
+        if (row < rowCount())
+            m_touched.append(row);
+    }
+
+    void expectRowChanges(int row, bool announced)
+    {
+        m_touched.append(row);
+        for (int i = 0; announced && i < at(row).connections; ++i)
+            m_expected.append(rowChanged(row));
+    }
+
+    void expect(bool holds, const char* otherwise)
+    {
+        if (!holds)
+            m_problem += QLatin1String(otherwise) + QLatin1String("; ");
+    }
+
+    // Comparisons.
+
+    void compareSignals()
+    {
+        const QStringList emitted = m_log.take();
+        if (emitted != m_expected)
+            m_problem +=
+                QString::fromLatin1("emitted {%1} instead of {%2}; ")
+                    .arg(emitted.join(QLatin1String(", ")), m_expected.join(QLatin1String(", ")));
+        if (m_witnessed != m_expectedWitnessed)
+            m_problem += QString::fromLatin1("another receiver was called %1 times instead of %2; ")
+                             .arg(m_witnessed)
+                             .arg(m_expectedWitnessed);
+    }
+
+    void compareRows()
+    {
+        expect(m_model.rowCount() == rowCount(), "rowCount()");
+        expect(m_model.property("count").toInt() == rowCount(), "count");
+        expect(itemsOf(m_model) == pointers(m_rows), "other rows than expected");
+    }
+
+    void compareValues(int row)
+    {
+        const QModelIndex index = m_model.index(row, 0);
+        for (int i = 0; i < m_itemClass.fields.size(); ++i) {
+            const ItemField& field = m_itemClass.fields.at(i);
+            const QVariant expected = at(row).values.at(i);
+            expect(sameValue(field.get(*at(row).item), expected), field.name);
+            if (field.role != 0)
+                expect(sameValue(m_model.data(index, field.role), expected), field.name);
+        }
+        expect(at(row).item->id() == at(row).values.first().toInt(), "id()");
+        expect(at(row).item->parent() == at(row).parent, "the row has another parent");
+    }
+
+    void compareEverything()
+    {
+        for (int row = 0; row < rowCount(); ++row) {
+            compareValues(row);
+            const QVariantMap exported = m_model.get(row).toMap();
+            const QHash<int, QByteArray> names = m_model.roleNames();
+            expect(exported.size() == names.size(), "get() has another number of keys");
+            for (int i = 0; i < m_itemClass.fields.size(); ++i) {
+                const int role = m_itemClass.fields.at(i).role;
+                if (role != 0)
+                    expect(sameValue(exported.value(QString::fromLatin1(names.value(role))),
+                                     at(row).values.at(i)),
+                           "get()");
+            }
+        }
+    }
+
+    // Helpers.
+
+    Row& at(int row) { return m_rows.at(static_cast<std::size_t>(row)); }
+    int rowCount() const { return static_cast<int>(m_rows.size()); }
+    int randomRow() { return m_random.bounded(rowCount()); }
+
+    Qt::SortOrder randomOrder()
+    {
+        return m_random.bounded(2) == 0 ? Qt::AscendingOrder : Qt::DescendingOrder;
+    }
+
+    QVariant randomSample(const ItemField& field)
+    {
+        return field.samples.at(m_random.bounded(field.samples.size()));
+    }
+
+    int randomShownField()
+    {
+        int field = 0;
+        do {
+            field = m_random.bounded(m_itemClass.fields.size());
+        } while (m_itemClass.fields.at(field).role == 0);
+        return field;
+    }
+
+    Row newRow()
+    {
+        Row row;
+        row.parent = m_random.bounded(2) == 0 ? nullptr : &m_owner;
+        row.item = m_itemClass.make(row.parent);
+        for (const ItemField& field : qAsConst(m_itemClass.fields))
+            row.values.append(field.initial);
+        for (int i = m_random.bounded(2 * m_itemClass.fields.size()); i > 0; --i)
+            change(row);
+        QObject::connect(row.item, &ListItem::dataChanged, &m_owner, [this] { ++m_witnessed; });
+        m_witnessed = 0;
+        m_expectedWitnessed = 0;
+        return row;
+    }
+
+    /// Sets a random field; whether that must be announced.
+    bool change(Row& row)
+    {
+        const int index = m_random.bounded(m_itemClass.fields.size());
+        const ItemField& field = m_itemClass.fields.at(index);
+        const QVariant value = randomSample(field);
+        const QVariant stored = row.values.at(index);
+        field.set(*row.item, value);
+        if (!isKept(field, stored, value))
+            row.values[index] = value;
+        const bool announced = isAnnounced(field, stored, value);
+        m_expectedWitnessed += announced && row.isWatched ? 1 : 0;
+        return announced;
+    }
+
+    static QVector<ListItem*> pointers(const std::vector<Row>& rows)
+    {
+        QVector<ListItem*> items;
+        for (const Row& row : rows)
+            items.append(row.item);
+        return items;
+    }
+
+    static std::function<bool(const Row&, const Row&)> valueOrder(int field, Qt::SortOrder order)
+    {
+        return [field, order](const Row& a, const Row& b) {
+            QT_WARNING_PUSH
+            QT_WARNING_DISABLE_DEPRECATED
+            return order == Qt::AscendingOrder ? a.values.at(field) < b.values.at(field)
+                                               : a.values.at(field) > b.values.at(field);
+            QT_WARNING_POP
+        };
+    }
+
+    /// An unstable sort leaves equal rows in any order: takes over what the model has between
+    /// `first` and `last` if it is a permutation of what was there.
+    void adoptOrder(int first, int last)
+    {
+        const QVector<ListItem*> items = itemsOf(m_model).mid(first, last - first);
+        std::vector<Row> sorted;
+        for (const ListItem* item : items) {
+            const auto row = std::find_if(m_rows.cbegin() + first, m_rows.cbegin() + last,
+                                          [item](const Row& r) { return r.item == item; });
+            if (row == m_rows.cbegin() + last)
+                return expect(false, "a row came from elsewhere");
+            sorted.push_back(*row);
+        }
+        const QSet<ListItem*> different(items.cbegin(), items.cend());
+        expect(different.size() == last - first, "rows were lost or doubled");
+        if (m_problem.isEmpty())
+            std::copy(sorted.cbegin(), sorted.cend(), m_rows.begin() + first);
+    }
+
+    ListModel& m_model;
+    const ItemClass m_itemClass;
+    QObject m_owner;
+    QRandomGenerator m_random;
+    QAbstractItemModelTester m_tester;
+    SignalLog m_log;
+
+    std::vector<Row> m_rows;
+    std::vector<Row> m_taken;
+    std::vector<Row> m_removed; ///< until the event loop runs
+    QVector<QPointer<ListItem>> m_dying;
+
+    QStringList m_expected;
+    QVector<int> m_touched;
+    QString m_problem;
+    int m_witnessed = 0;
+    int m_expectedWitnessed = 0;
+    int m_steps = 0;
+};
+
+inline void seedRows(quint32 count)
+{
+    QTest::addColumn<quint32>("seed");
+    for (quint32 seed = 1; seed <= count; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
+}
+
+/// `model` comes without rows and leaves without rows.
+inline void runRandomOperations(ListModel& model, const ItemClass& itemClass, int steps)
+{
+    QFETCH(quint32, seed);
+    RandomRun run(model, itemClass, seed);
+    for (int step = 0; step < steps; ++step) {
+        const QString problem = run.step();
+        QVERIFY2(problem.isEmpty(),
+                 qPrintable(QString::fromLatin1("seed %1, %2").arg(seed).arg(problem)));
+    }
+}
+
+} // namespace battery
