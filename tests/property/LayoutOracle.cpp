@@ -1,0 +1,805 @@
+#include "LayoutOracle.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <map>
+#include <set>
+#include <tuple>
+#include <utility>
+
+namespace oracle
+{
+
+namespace
+{
+
+constexpr int lastUsablePosition = 100000;
+constexpr qint64 largestFilling = 100000;
+
+// ---- passenger types ----
+
+struct PassengerType
+{
+    const char* text;
+    int code;
+    const char* icon;
+};
+
+constexpr std::array<PassengerType, 8> passengerTypes{{
+    {"PT_ADULT", 1, "adult"},
+    {"PT_STUDENT_1", 3, "student"},
+    {"PT_SCHOOLBOY", 4, "school"},
+    {"PT_DISABLED", 5, "wheelchair"},
+    {"PT_MILITARY_1", 7, "soldier"},
+    {"PT_LFS", 8, "family_large"},
+    {"PT_STUDENT_2", 9, "student"},
+    {"PT_MILITARY_2", 10, "soldier"},
+}};
+
+constexpr std::array<int, 6> evenedOutTypes{1, 3, 4, 5, 7, 8};
+
+int codeOf(const QString& text)
+{
+    for (const PassengerType& type : passengerTypes) {
+        if (text == QLatin1String(type.text))
+            return type.code;
+    }
+    return 0;
+}
+
+QString iconOf(int code)
+{
+    const char* name = "adult";
+    for (const PassengerType& type : passengerTypes) {
+        if (type.code == code)
+            name = type.icon;
+    }
+    return QStringLiteral("qrc:/icons/%1.svg").arg(QLatin1String(name));
+}
+
+QVector<int> ascendingCodes(const QStringList& typeTexts)
+{
+    std::multiset<int> codes;
+    for (const QString& text : typeTexts)
+        codes.insert(codeOf(text));
+    return QVector<int>(codes.begin(), codes.end());
+}
+
+// ---- records ----
+
+auto fieldsOf(const Product& product)
+{
+    return std::tie(product.passengerTypeId, product.description, product.passengerTypeCode,
+                    product.icon, product.price, product.fareProductId, product.fareProductName,
+                    product.isReturnFee, product.fromStopGroupId, product.toStopGroupId,
+                    product.fareProductColor, product.hasExpired, product.fareDiscount,
+                    product.isDaily, product.pos);
+}
+
+Product placeholderAt(int pos)
+{
+    Product product;
+    product.pos = pos;
+    return product;
+}
+
+Product placeholderOf(int passengerTypeCode)
+{
+    Product product;
+    product.passengerTypeCode = passengerTypeCode;
+    return product;
+}
+
+/// Each record at the place that is the number of records which must stand before it.
+template <typename Key>
+QVector<Product> ranked(const QVector<Product>& products, Key key)
+{
+    QVector<Product> result(products.size());
+    for (int own = 0; own < products.size(); ++own) {
+        int before = 0;
+        for (int other = 0; other < products.size(); ++other) {
+            const auto left = key(products.at(other));
+            const auto right = key(products.at(own));
+            before += left < right || (left == right && other < own) ? 1 : 0;
+        }
+        result[before] = products.at(own);
+    }
+    return result;
+}
+
+QVector<Product> rankedByZone(const QVector<Product>& products)
+{
+    return ranked(products, [](const Product& product) { return product.toStopGroupId; });
+}
+
+// ---- messages ----
+
+/// A piece of a log message. Literals and numbers are followed by a blank under automatic spacing,
+/// texts are not.
+struct Piece
+{
+    QString text;
+    bool spaced;
+};
+
+Piece literal(const char* text) { return {QString::fromLatin1(text), true}; }
+Piece number(int value) { return {QString::number(value), true}; }
+Piece text(const QString& value) { return {value, false}; }
+
+using Message = QVector<Piece>;
+
+Message commonPart(const Product& product, const Piece& code)
+{
+    return {literal("FromStopGroupId: "),    number(product.fromStopGroupId),
+            literal(" ToStopGroupId: "),     number(product.toStopGroupId),
+            literal(" PassengerTypeId: "),   number(product.passengerTypeId),
+            literal(" PassengerTypeCode: "), code,
+            literal(" FareProductId: "),     number(product.fareProductId)};
+}
+
+Message recordMessage(const Product& product)
+{
+    return commonPart(product, number(product.passengerTypeCode)) +
+           Message{literal(" Name: "), text(product.fareProductName), literal(" Description: "),
+                   text(product.description)};
+}
+
+Message recordMessageWithPosition(const Product& product)
+{
+    return recordMessage(product) + Message{literal(" Pos: "), number(product.pos)};
+}
+
+Message tileMessage(const Product& product)
+{
+    return commonPart(product, text(tileOf(product).code)) +
+           Message{literal(" FareProductName: "), text(product.fareProductName),
+                   literal(" Description: "), text(product.description)};
+}
+
+// ---- the account of one call ----
+
+class Account
+{
+public:
+    explicit Account(const State& before) { outcome.state = before; }
+
+    State& state() { return outcome.state; }
+
+    void setColumns(int columns)
+    {
+        if (columns != state().columns)
+            outcome.steps.append({Step::Columns, columns, {}});
+        state().columns = columns;
+    }
+
+    void setRows(qint64 wanted)
+    {
+        const int rows =
+            static_cast<int>(std::min<qint64>(wanted, std::numeric_limits<int>::max()));
+        if (wanted != rows)
+            note("rows: saturated");
+        if (rows != state().rows)
+            outcome.steps.append({Step::Rows, rows, {}});
+        state().rows = rows;
+    }
+
+    void raiseRows(int by) { setRows(qint64(state().rows) + by); }
+
+    void show(const QVector<Product>& products)
+    {
+        for (const Product& product : products) {
+            outcome.steps.append({Step::Appended, state().tiles.size(), {}});
+            state().tiles.append(product);
+        }
+    }
+
+    void logAlways(const Message& message)
+    {
+        QString line;
+        for (const Piece& piece : message) {
+            line += piece.text;
+            if (piece.spaced && state().autoSpacing)
+                line += QLatin1Char(' ');
+        }
+        outcome.steps.append({Step::Log, 0, line});
+    }
+
+    void log(const Message& message)
+    {
+        if (state().logging)
+            logAlways(message);
+    }
+
+    template <typename Format>
+    void dump(const QVector<Product>& products, Format format)
+    {
+        if (!state().logging)
+            return;
+        for (const Product& product : products)
+            logAlways(format(product));
+    }
+
+    void note(const QString& branch) { outcome.branches.append(branch); }
+    void note(const char* branch) { note(QString::fromLatin1(branch)); }
+
+    Outcome outcome;
+};
+
+void showDailyProducts(Account& account)
+{
+    State& state = account.state();
+    if (state.dailyProducts.isEmpty())
+        return;
+    account.note("daily products");
+    state.dailyProducts = rankedByZone(state.dailyProducts);
+    account.raiseRows(state.dailyProducts.size());
+    account.show(state.dailyProducts);
+}
+
+void logGridSize(Account& account)
+{
+    account.log({text(QStringLiteral("NumberOfCols: %1").arg(account.state().columns))});
+    account.log({text(QStringLiteral("NumberOfRows: %1").arg(account.state().rows))});
+}
+
+int usableColumns(const State& state) { return state.columns == 0 ? 1 : state.columns; }
+
+// ---- layout by position ----
+
+bool hasPositions(const QVector<Product>& products)
+{
+    return std::any_of(products.begin(), products.end(),
+                       [](const Product& product) { return product.pos != -1; });
+}
+
+/// The message that forbids a layout by position, and which rule asks for it; null if there is
+/// none.
+struct Objection
+{
+    const char* message = nullptr;
+    const char* branch = nullptr;
+};
+
+Objection objectionTo(const QVector<Product>& products)
+{
+    const char* const duplicate =
+        "------------------- DUPLICATE POSITIONS IN FARE PRODUCTS --------------------";
+    const char* const unassigned =
+        "------------------- POSITION NOT ASSIGNED TO PRODUCT --------------------";
+    const char* const zero = "--- POSITION 0 ASSIGNED TO PRODUCT. THAT IS NOT ALLOWED. SHOULD "
+                             "ALWAYS START COUNTING/NUMBERING POSITION FROM 1 ---";
+
+    std::map<int, int> frequency;
+    for (const Product& product : products)
+        ++frequency[product.pos];
+
+    bool anotherRepeats = false;
+    for (const auto& [pos, count] : frequency)
+        anotherRepeats = anotherRepeats || (count > 1 && pos != -1);
+
+    if (anotherRepeats)
+        return {duplicate, "position: duplicate"};
+    if (frequency.count(-1) && frequency[-1] > 1)
+        return {duplicate, "position: several unassigned"};
+    if (frequency.count(-1))
+        return {unassigned, "position: one unassigned"};
+    if (frequency.count(0))
+        return {zero, "position: zero"};
+    if (frequency.begin()->first < -1)
+        return {unassigned, "position: below -1"};
+    if (frequency.rbegin()->first > lastUsablePosition)
+        return {unassigned, "position: above the bound"};
+    return {};
+}
+
+qint64 rowsFor(int count, int columns) { return (qint64(count) - 1) / columns + 1; }
+
+/// Placeholders behind the last position.
+int filling(Account& account, int count)
+{
+    const int columns = usableColumns(account.state());
+    if (columns < 0) {
+        account.note("position: negative columns");
+        return 0;
+    }
+    const qint64 beyondWholeRows = count % columns;
+    if (beyondWholeRows == 0) {
+        account.note("position: last row full");
+        return 0;
+    }
+    const qint64 missing = columns - beyondWholeRows;
+    if (missing > largestFilling) {
+        account.note("position: last row too long to fill");
+        return 0;
+    }
+    account.note("position: last row filled");
+    return static_cast<int>(missing);
+}
+
+void showNumbered(Account& account)
+{
+    State& state = account.state();
+    std::map<int, Product> byPosition;
+    for (const Product& product : qAsConst(state.products))
+        byPosition[product.pos] = product;
+    const int last = byPosition.rbegin()->first;
+
+    account.note("position: numbered");
+    if (byPosition.count(1) == 0) {
+        account.note("position: nothing at 1");
+        state.products.prepend(placeholderAt(1));
+        byPosition[1] = placeholderAt(1);
+    }
+    if (last != static_cast<int>(byPosition.size()))
+        account.note("position: hole");
+
+    const int length = last + filling(account, last);
+    QVector<Product> arranged;
+    for (int pos = 1; pos <= length; ++pos) {
+        const auto known = byPosition.find(pos);
+        arranged.append(known == byPosition.end() ? placeholderAt(pos) : known->second);
+    }
+
+    account.setRows(rowsFor(last, usableColumns(state)));
+    account.show(arranged);
+    account.log({literal("------------------- FARE PRODUCTS AFTER --------------------")});
+    account.dump(arranged, recordMessageWithPosition);
+}
+
+void layOutByPosition(Account& account)
+{
+    State& state = account.state();
+    account.log({literal("------------------- FARE PRODUCTS BEFORE --------------------")});
+    account.dump(state.products, recordMessageWithPosition);
+    state.products = ranked(state.products, [](const Product& product) { return product.pos; });
+
+    const Objection objection = objectionTo(state.products);
+    if (objection.message) {
+        account.note(objection.branch);
+        account.logAlways({literal(objection.message)});
+        account.show(state.products);
+        account.setRows(rowsFor(state.products.size(), usableColumns(state)));
+    } else {
+        showNumbered(account);
+    }
+    showDailyProducts(account);
+    logGridSize(account);
+}
+
+// ---- layout by zone ----
+
+/// The products of one zone, type by type: what an even block consists of.
+using TypeTable = std::map<int, QVector<Product>>;
+
+QVector<Product> flattened(const TypeTable& table)
+{
+    QVector<Product> group;
+    for (const auto& [code, products] : table)
+        group += products;
+    return group;
+}
+
+int tallestColumn(const TypeTable& table)
+{
+    int tallest = 0;
+    for (const auto& [code, products] : table) {
+        if (std::count(evenedOutTypes.begin(), evenedOutTypes.end(), code) > 0)
+            tallest = std::max(tallest, products.size());
+    }
+    return tallest;
+}
+
+void evenOut(TypeTable& table, int height, Account& account)
+{
+    for (const int code : evenedOutTypes) {
+        if (!account.state().local.contains(code))
+            continue;
+        const int present = table.count(code) ? table[code].size() : 0;
+        if (present == height)
+            continue;
+        account.note(present == 0 ? "zone: whole column of placeholders"
+                                  : "zone: column evened out");
+        table[code] += QVector<Product>(height - present, placeholderOf(code));
+    }
+}
+
+int fillerType(const QVector<int>& local)
+{
+    if (local.last() != 8)
+        return 8;
+    for (const int candidate : {7, 5, 4, 3}) {
+        if (!local.contains(candidate))
+            return candidate;
+    }
+    return 1;
+}
+
+int fillerCount(int columns, int members)
+{
+    static const std::map<std::pair<int, int>, int> counts{
+        {{3, 1}, 2}, {{3, 2}, 1}, {{3, 4}, 2}, {{3, 5}, 1}, {{4, 1}, 3},
+        {{4, 2}, 2}, {{4, 3}, 1}, {{4, 5}, 3}, {{4, 6}, 2}, {{4, 7}, 1},
+    };
+    const auto found = counts.find({columns, members});
+    return found == counts.end() ? 0 : found->second;
+}
+
+void fillShortBlock(TypeTable& table, Account& account)
+{
+    const State& state = account.state();
+    const int members = flattened(table).size();
+    const int fillers = fillerCount(state.columns, members);
+    if (fillers == 0)
+        return;
+    if (state.local.isEmpty()) {
+        account.note("filler: none without local types");
+        return;
+    }
+    if (state.columns == state.local.size()) {
+        account.note("filler: none with as many columns as types");
+        return;
+    }
+    const int code = fillerType(state.local);
+    account.note(QStringLiteral("filler: type %1").arg(code));
+    account.note(QStringLiteral("filler: %1 columns, row %2")
+                     .arg(state.columns)
+                     .arg(members < state.columns ? 1 : 2));
+    table[code] = QVector<Product>(fillers, placeholderOf(code)) + table[code];
+}
+
+/// The column that the display order gives to a type; -1 if none. Entries that are not local count
+/// only if the order is taken whole.
+int configuredColumn(const State& state, int code, bool wholeOrder)
+{
+    int column = 0;
+    for (const int entry : state.order) {
+        if (!wholeOrder && !state.local.contains(entry))
+            continue;
+        if (entry == code)
+            return column;
+        ++column;
+    }
+    return -1;
+}
+
+/// The column of each type. Those without one share the first four columns that are left over.
+QVector<int> columnsOf(const State& state, const QVector<int>& types, bool wholeOrder)
+{
+    QVector<int> columns;
+    for (const int code : types)
+        columns.append(configuredColumn(state, code, wholeOrder));
+
+    QVector<int> leftOver;
+    for (int column = 0; column < 4; ++column) {
+        if (!columns.contains(column))
+            leftOver.append(column);
+    }
+    int homeless = 0;
+    for (int& column : columns) {
+        if (column == -1)
+            column = leftOver.value(homeless++, -1);
+    }
+    return columns;
+}
+
+void noteColumns(QStringList& branches, const State& state, const QVector<int>& types,
+                 bool wholeOrder)
+{
+    const QVector<int> columns = columnsOf(state, types, wholeOrder);
+    for (int i = 0; i < types.size(); ++i) {
+        if (configuredColumn(state, types.at(i), wholeOrder) == -1)
+            branches.append(QStringLiteral("slots: free column %1").arg(columns.at(i)));
+        if (columns.at(i) >= state.columns)
+            branches.append(QStringLiteral("slots: column beyond the last"));
+    }
+}
+
+void noteMove(Account& account, const TypeTable& table, const QVector<int>& numbers, int members)
+{
+    if (isPermutation(numbers) && numbers.size() == members) {
+        const int height = table.begin()->second.size();
+        const bool even = std::all_of(table.begin(), table.end(), [height](const auto& entry) {
+            return entry.second.size() == height;
+        });
+        const bool moves = !std::is_sorted(numbers.begin(), numbers.end());
+        account.note(even ? "slots: even group" : "slots: uneven group, yet a permutation");
+        account.note(moves ? "slots: products move" : "slots: products stay");
+        return;
+    }
+    const std::set<int> distinct(numbers.begin(), numbers.end());
+    if (numbers.size() < members)
+        account.note("slots: too few");
+    else if (numbers.size() > members)
+        account.note("slots: too many");
+    else if (static_cast<int>(distinct.size()) < members)
+        account.note("slots: repeated");
+    if (*distinct.begin() < 0)
+        account.note("slots: negative");
+    if (*distinct.rbegin() >= members)
+        account.note("slots: beyond the group");
+}
+
+void groupZone(Account& account, int zone)
+{
+    State& state = account.state();
+    account.log({text(QStringLiteral("Group products for zone: %1").arg(zone))});
+
+    TypeTable table;
+    for (const Product& product : qAsConst(state.products)) {
+        if (product.toStopGroupId == zone)
+            table[product.passengerTypeCode].append(product);
+    }
+    if (table.empty()) {
+        account.note("zone: without products");
+        return;
+    }
+
+    const int height = tallestColumn(table);
+    if (height == 0)
+        account.note("zone: of no height");
+    account.raiseRows(height);
+    evenOut(table, height, account);
+    fillShortBlock(table, account);
+
+    const QVector<Product> group = flattened(table);
+    QVector<int> codes;
+    for (const Product& product : group)
+        codes.append(product.passengerTypeCode);
+    const Slots slotList = slotsOf(state, codes);
+    account.outcome.standardOutput += slotList.standardOutput;
+    account.outcome.branches += slotList.branches;
+    noteMove(account, table, slotList.numbers, group.size());
+    state.groupedProducts += reordered(group, slotList.numbers);
+}
+
+void layOutByZone(Account& account, const QStringList& typeTexts)
+{
+    State& state = account.state();
+    state.local = ascendingCodes(typeTexts);
+    account.setRows(0);
+    account.log({number(state.products.size()), literal(" products in our vector")});
+    if (state.products.isEmpty())
+        account.note("zone: no products at all");
+
+    state.products = ranked(state.products, [](const Product& product) {
+        return std::make_pair(product.fareProductId, product.toStopGroupId);
+    });
+    account.log({literal("------------------- BEFORE GROUPING --------------------")});
+    account.dump(state.products, recordMessage);
+
+    std::set<int> zones;
+    std::set<int> types;
+    for (const Product& product : qAsConst(state.products)) {
+        zones.insert(product.toStopGroupId);
+        types.insert(product.passengerTypeCode);
+    }
+    account.log({text(QStringLiteral("%1 zones will be supported").arg(zones.size()))});
+    account.log(
+        {text(QStringLiteral("%1 passengerTypeCodes will be supported").arg(types.size()))});
+
+    state.groupedProducts.clear();
+    for (const int zone : zones)
+        groupZone(account, zone);
+    account.show(state.groupedProducts);
+    showDailyProducts(account);
+
+    logGridSize(account);
+    account.log({literal("------------------- AFTER GROUPING --------------------")});
+    QVector<Product> described;
+    for (const Product& tile : qAsConst(state.tiles)) {
+        if (!tile.description.isEmpty())
+            described.append(tile);
+    }
+    account.dump(described, tileMessage);
+}
+
+int chosenColumns(Account& account)
+{
+    const int types = account.state().local.size();
+    account.note(types == 0   ? "columns: chosen without a previous layout"
+                 : types <= 4 ? "columns: as many as the previous layout had types"
+                              : "columns: chosen after a layout of many types");
+    return types >= 1 && types <= 4 ? types : 3;
+}
+
+} // namespace
+
+bool operator==(const Product& left, const Product& right)
+{
+    return fieldsOf(left) == fieldsOf(right);
+}
+
+bool operator==(const Step& left, const Step& right)
+{
+    return left.kind == right.kind && left.value == right.value && left.text == right.text;
+}
+
+Tile tileOf(const Product& product)
+{
+    const QString icon = product.icon.isEmpty() ? iconOf(product.passengerTypeCode) : product.icon;
+    return {{product.passengerTypeId, product.description, icon, product.price,
+             product.fareProductId, product.fareProductName, 0, product.isReturnFee,
+             product.fromStopGroupId, product.toStopGroupId, product.fareProductColor,
+             product.hasExpired, product.fareDiscount, false, product.isDaily, product.pos},
+            QString::number(product.passengerTypeCode)};
+}
+
+Outcome constructed(const QStringList& order, bool logging, bool autoSpacing)
+{
+    State fresh;
+    fresh.logging = logging;
+    fresh.autoSpacing = autoSpacing;
+    Account account(fresh);
+
+    QStringList entries;
+    for (const QString& entry : order) {
+        account.state().order.append(codeOf(entry));
+        entries.append(QLatin1Char('[') + QString::number(codeOf(entry)) + QLatin1String("->") +
+                       entry + QLatin1Char(']'));
+    }
+    account.note(order.isEmpty() ? "order: none configured" : "order: configured");
+    account.logAlways({text(QLatin1String("TypeCodes Order: ") +
+                            (order.isEmpty() ? QStringLiteral("Products ordering in config is "
+                                                              "empty.")
+                                             : entries.join(QLatin1Char(','))))});
+    return account.outcome;
+}
+
+State added(State state, Product product, const QString& typeText)
+{
+    product.passengerTypeCode = codeOf(typeText);
+    (product.isDaily ? state.dailyProducts : state.products).append(product);
+    return state;
+}
+
+Outcome cleared(const State& state)
+{
+    Outcome outcome;
+    outcome.state = state;
+    outcome.state.tiles.clear();
+    outcome.state.products.clear();
+    outcome.state.dailyProducts.clear();
+    outcome.state.groupedProducts.clear();
+    if (!state.tiles.isEmpty())
+        outcome.steps.append({Step::Removed, state.tiles.size(), {}});
+    return outcome;
+}
+
+Outcome supporting(const State& state, const QStringList& typeTexts)
+{
+    Account account(state);
+    QVector<int>& order = account.state().order;
+    const QVector<int> supported = ascendingCodes(typeTexts);
+    account.state().supported = supported;
+
+    if (order.isEmpty()) {
+        account.note("order: taken from the supported types");
+        order = supported;
+        QStringList entries;
+        for (const int code : supported)
+            entries.append(QStringLiteral("[%1]").arg(code));
+        account.logAlways({text(QLatin1String("Products ordering in config is empty. Set default "
+                                              "ordering. TypeCodes Order:") +
+                                (entries.isEmpty() ? QString() : QStringLiteral(" ")) +
+                                entries.join(QLatin1Char(',')))});
+        return account.outcome;
+    }
+    if (order.size() == supported.size()) {
+        account.note("order: trusted for its length");
+        return account.outcome;
+    }
+    std::set<int> missing(supported.begin(), supported.end());
+    for (const int code : qAsConst(order))
+        missing.erase(code);
+    account.note(missing.empty() ? "order: complete" : "order: completed");
+    for (const int code : missing) {
+        account.logAlways(
+            {text(QStringLiteral("Append missing type code %1 from config").arg(code))});
+        order.append(code);
+    }
+    return account.outcome;
+}
+
+Outcome withColumns(const State& state, int columns)
+{
+    Account account(state);
+    account.setColumns(columns);
+    return account.outcome;
+}
+
+Outcome withRows(const State& state, int rows)
+{
+    Account account(state);
+    account.setRows(rows);
+    return account.outcome;
+}
+
+Outcome laidOut(const State& state, const QStringList& typeTexts, int columns)
+{
+    Account account(state);
+    account.setColumns(columns != 0 ? columns : chosenColumns(account));
+    if (hasPositions(state.products))
+        layOutByPosition(account);
+    else
+        layOutByZone(account, typeTexts);
+    return account.outcome;
+}
+
+Outcome laidOutByPosition(const State& state)
+{
+    Account account(state);
+    layOutByPosition(account);
+    return account.outcome;
+}
+
+Outcome laidOutByZone(const State& state, const QStringList& typeTexts)
+{
+    Account account(state);
+    layOutByZone(account, typeTexts);
+    return account.outcome;
+}
+
+Outcome withZone(const State& state, int zone)
+{
+    Account account(state);
+    groupZone(account, zone);
+    return account.outcome;
+}
+
+Slots slotsOf(const State& state, const QVector<int>& codes)
+{
+    QVector<int> types;
+    for (int i = 0; i < codes.size(); ++i) {
+        if (i == 0 || codes.at(i) != codes.at(i - 1))
+            types.append(codes.at(i));
+    }
+
+    Slots result;
+    const bool wholeOrder = state.order.size() == types.size();
+    result.branches.append(wholeOrder ? QStringLiteral("slots: whole order")
+                                      : QStringLiteral("slots: local part of the order"));
+    for (const int entry : state.order) {
+        if (!wholeOrder && !state.local.contains(entry)) {
+            result.branches.append(QStringLiteral("slots: entry removed from the order"));
+            result.standardOutput +=
+                QStringLiteral("Remove : %1 from vTypeCodesOrderCpy\n").arg(entry);
+        }
+    }
+
+    const QVector<int> columns = columnsOf(state, types, wholeOrder);
+    noteColumns(result.branches, state, types, wholeOrder);
+    const int width = usableColumns(state);
+    const int height = std::max(1, codes.size() / width);
+    QStringList written;
+    for (int k = 0; k < types.size() * height; ++k) {
+        result.numbers.append(columns.at(k / height) + k % height * width);
+        written.append(QString::number(result.numbers.last()));
+    }
+    if (state.logging) {
+        result.standardOutput +=
+            QLatin1String("Indeces: [") + written.join(QLatin1String(", ")) + QLatin1String("]\n");
+    }
+    return result;
+}
+
+bool isPermutation(const QVector<int>& numbers)
+{
+    for (int value = 0; value < numbers.size(); ++value) {
+        if (numbers.count(value) != 1)
+            return false;
+    }
+    return true;
+}
+
+QVector<Product> reordered(const QVector<Product>& products, const QVector<int>& slotNumbers)
+{
+    if (products.size() != slotNumbers.size() || !isPermutation(slotNumbers))
+        return products;
+    QVector<Product> result;
+    for (int place = 0; place < products.size(); ++place)
+        result.append(products.at(slotNumbers.indexOf(place)));
+    return result;
+}
+
+} // namespace oracle
