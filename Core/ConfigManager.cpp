@@ -17,13 +17,13 @@ namespace rivo::core
 class ConfigManager::Private
 {
 public:
-    explicit Private(const QString& path);
+    explicit Private(const QString& path) : m_file(path), m_settingsConfig(nullptr) {}
+
+    QString path() const { return m_file.path(); }
+    SettingsConfig* settingsConfig() { return &m_settingsConfig; }
 
     void configureLogging();
     void reload();
-    void follow();
-    void stopFollowing() { m_follower.stop(); }
-    SettingsConfig* settingsConfig() { return &m_settingsConfig; }
 
     /// All managers of the process. Static initialisation of this library makes it and its unload
     /// ends it, so that no user of this library can outlive a manager.
@@ -34,7 +34,6 @@ private:
     void report(const QStringList& problems);
 
     SettingsFile m_file;
-    FileFollower m_follower;
     SettingsConfig m_settingsConfig;
     QStringList m_reported;
 };
@@ -51,19 +50,19 @@ public:
 
 private:
     static void stopFollowing();
+    void reloadAll() const;
 
     QHash<QString, ConfigManager*> m_managers;
-    bool m_isFollowing = false;
+    std::unique_ptr<FileFollower> m_follower; ///< only while there is an application
 };
 
 ConfigManager::Private::Registry ConfigManager::Private::registry;
 
 ConfigManager::Private::Registry::~Registry()
 {
-    if (m_isFollowing) {
+    if (m_follower)
         qRemovePostRoutine(stopFollowing);
-        stopFollowing();
-    }
+    m_follower.reset();
     for (const ConfigManager* manager : qAsConst(m_managers))
         delete manager;
 }
@@ -78,51 +77,43 @@ ConfigManager* ConfigManager::Private::Registry::manager(const QString& basePath
         // Known before it reads: whoever hears of the reading may ask for it.
         m_managers.insert(path, manager);
         manager->d->configureLogging();
-        if (m_isFollowing)
-            manager->d->follow();
-        else
-            manager->d->reload();
+        if (m_follower)
+            m_follower->follow(manager->d->path());
+        manager->d->reload();
     }
     return manager;
 }
 
 void ConfigManager::Private::Registry::followWithApplication()
 {
-    if (m_isFollowing || !QCoreApplication::instance() || QCoreApplication::closingDown())
+    if (m_follower || !QCoreApplication::instance() || QCoreApplication::closingDown())
         return;
-    m_isFollowing = true;
+    m_follower = std::make_unique<FileFollower>();
     // A watcher must not outlive the application whose event loop serves it.
     qAddPostRoutine(stopFollowing);
-    const QList<ConfigManager*> managers = m_managers.values();
+    QObject::connect(m_follower.get(), &FileFollower::changed, m_follower.get(),
+                     [this] { reloadAll(); });
+    for (const ConfigManager* manager : qAsConst(m_managers))
+        m_follower->follow(manager->d->path());
+    reloadAll();
+}
+
+void ConfigManager::Private::Registry::stopFollowing() { registry.m_follower.reset(); }
+
+void ConfigManager::Private::Registry::reloadAll() const
+{
+    // A copy: whoever hears of a change may ask for another manager.
+    const QHash<QString, ConfigManager*> managers = m_managers;
     for (const ConfigManager* manager : managers)
-        manager->d->follow();
-}
-
-void ConfigManager::Private::Registry::stopFollowing()
-{
-    registry.m_isFollowing = false;
-    for (const ConfigManager* manager : qAsConst(registry.m_managers))
-        manager->d->stopFollowing();
-}
-
-ConfigManager::Private::Private(const QString& path)
-    : m_file(path), m_follower(path), m_settingsConfig(nullptr)
-{
-    QObject::connect(&m_follower, &FileFollower::changed, &m_follower, [this] { reload(); });
+        manager->d->reload();
 }
 
 void ConfigManager::Private::configureLogging()
 {
     const QString problem =
-        applyLoggerConfiguration(QFileInfo(m_file.path()).path() + QStringLiteral("/logging.conf"));
+        applyLoggerConfiguration(QFileInfo(path()).path() + QStringLiteral("/logging.conf"));
     if (!problem.isEmpty())
         LOG(WARNING) << qUtf8Printable(problem + QStringLiteral("; logging stays as it was"));
-}
-
-void ConfigManager::Private::follow()
-{
-    m_follower.start();
-    reload();
 }
 
 void ConfigManager::Private::reload()

@@ -2,7 +2,6 @@
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QSet>
-#include <QtCore/QStringList>
 
 namespace rivo::core
 {
@@ -33,54 +32,29 @@ void appendWatchPoints(const QString& path, QSet<QString>* visited, QStringList*
         points->append(path);
 }
 
-QStringList watchPoints(const QString& path)
+QStringList watchPoints(const QStringList& paths)
 {
     QSet<QString> visited;
     QStringList points;
-    appendWatchPoints(path, &visited, &points);
+    for (const QString& path : paths)
+        appendWatchPoints(path, &visited, &points);
     return points;
 }
 
 } // namespace
 
-FileFollower::FileFollower(const QString& path) : QObject(nullptr), m_path(path), m_quiet(this)
+FileFollower::FileFollower()
 {
     m_quiet.setSingleShot(true);
     connect(&m_quiet, &QTimer::timeout, this, &FileFollower::announce);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &FileFollower::expectMore);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &FileFollower::expectMore);
 }
 
-void FileFollower::start()
+void FileFollower::follow(const QString& path)
 {
-    m_watcher = std::make_unique<QFileSystemWatcher>();
-    connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, this, &FileFollower::expectMore);
-    connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, this,
-            &FileFollower::expectMore);
-    arm();
-}
-
-void FileFollower::stop()
-{
-    m_quiet.stop();
-    m_watcher.reset();
-}
-
-void FileFollower::arm()
-{
-    // A watch belongs to the file or folder that was there when it was put up, not to the path.
-    const QStringList outdated = m_watcher->files() + m_watcher->directories();
-    if (!outdated.isEmpty())
-        m_watcher->removePaths(outdated);
-
-    // Twice: what appears in a folder before its watch is up is found by looking again, what
-    // appears later is told by that watch.
-    for (int round = 0; round < 2; ++round) {
-        QStringList points = watchPoints(m_path);
-        const QStringList watched = m_watcher->files() + m_watcher->directories();
-        for (const QString& point : watched)
-            points.removeOne(point);
-        if (!points.isEmpty())
-            m_watcher->addPaths(points);
-    }
+    m_paths.append(path);
+    watch();
 }
 
 void FileFollower::expectMore()
@@ -92,8 +66,30 @@ void FileFollower::expectMore()
 
 void FileFollower::announce()
 {
-    arm();
+    // A watch belongs to the file or folder that was there when it was put up, not to the path.
+    const QStringList outdated = m_watcher.files() + m_watcher.directories();
+    if (!outdated.isEmpty())
+        m_watcher.removePaths(outdated);
+    watch();
+    // Reading comes after watching, so that no change falls in between.
     emit changed();
+}
+
+void FileFollower::watch()
+{
+    // Twice: what appears in a folder before its watch is up is found by looking again, what
+    // appears later is told by that watch.
+    for (int round = 0; round < 2; ++round) {
+        const QStringList watched = m_watcher.files() + m_watcher.directories();
+        const QSet<QString> known(watched.begin(), watched.end());
+        QStringList missing;
+        for (const QString& point : watchPoints(m_paths)) {
+            if (!known.contains(point))
+                missing.append(point);
+        }
+        if (!missing.isEmpty())
+            m_watcher.addPaths(missing);
+    }
 }
 
 } // namespace rivo::core

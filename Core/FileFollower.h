@@ -4,40 +4,39 @@
 #include <QtCore/QFileSystemWatcher>
 #include <QtCore/QObject>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QTimer>
-
-#include <memory>
 
 namespace rivo::core
 {
 
-/// Tells when what a path leads to may have changed: the file rewritten, replaced, removed or
+/// Tells when what some paths lead to may have changed: a file rewritten, replaced, removed or
 /// created, and the same for every folder and symbolic link on the way to it.
+///
+/// Must not outlive the QCoreApplication. One is enough for the whole process, and kinder to the
+/// system, which allows a user only so many watchers.
 class FileFollower : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @p path is absolute. Follows nothing yet.
-    explicit FileFollower(const QString& path);
+    FileFollower();
 
-    /// Needs a QCoreApplication, which must outlive the following. Read the file after this call:
-    /// what changes from here on is told.
-    void start();
-    void stop();
-    bool isFollowing() const { return m_watcher != nullptr; }
+    /// Follows @p path, an absolute one, as well. Read the file after this call: what changes from
+    /// here on is told.
+    void follow(const QString& path);
 
 signals:
-    /// Read the file now. Told once for changes in quick succession, after they have calmed down.
+    /// Read the files now. Told once for changes in quick succession, after they have calmed down.
     void changed();
 
 private:
-    void arm();
     void expectMore();
     void announce();
+    void watch();
 
-    const QString m_path;
-    std::unique_ptr<QFileSystemWatcher> m_watcher;
+    QStringList m_paths;
+    QFileSystemWatcher m_watcher;
     QTimer m_quiet;
     QElapsedTimer m_sinceFirstChange;
 };

@@ -289,6 +289,9 @@ void CoreConfigTest::strangeFileIsReportedAndNeverBlocks_data()
     QTest::newRow("a device that never ends")
         << Make([](const QString& path) { return QFile::link("/dev/zero", path); })
         << ": is not a regular file";
+    QTest::newRow("a file that opens and cannot be read")
+        << Make([](const QString& path) { return QFile::link("/proc/self/mem", path); })
+        << ": cannot be read: " + qt_error_string(EIO);
     QTest::newRow("a symbolic link to itself")
         << Make([](const QString& path) { return QFile::link(path, path); })
         << ": cannot be read: " + qt_error_string(ELOOP);
@@ -328,6 +331,8 @@ void CoreConfigTest::unreadableFileIsReported()
     SettingsConfig* settings = nullptr;
     {
         const WithoutRootRights rights;
+        if (QDir(config.folder()).entryList({"settings.json"}).isEmpty())
+            QSKIP("The build lies where only root can go");
         settings = managerOf(config)->settingsConfig();
     }
     QCOMPARE(log.messages(el::Level::Warning),
