@@ -82,8 +82,9 @@ void FileFollower::watch()
     for (int round = 0; round < 2; ++round) {
         const QStringList watched = m_watcher.files() + m_watcher.directories();
         const QSet<QString> known(watched.begin(), watched.end());
+        const QStringList points = watchPoints(m_paths);
         QStringList missing;
-        for (const QString& point : watchPoints(m_paths)) {
+        for (const QString& point : points) {
             if (!known.contains(point))
                 missing.append(point);
         }

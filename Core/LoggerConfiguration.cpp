@@ -87,7 +87,7 @@ QString fileNameProblem(const QString& value)
     // The logger reads out of bounds while it looks for a time stamp behind an escaped one.
     if (value.contains(QLatin1Char('%') + timeStamp))
         return QStringLiteral("%datetime must not be escaped");
-    const QString dateTrouble = dateProblem(value);
+    QString dateTrouble = dateProblem(value);
     if (!dateTrouble.isEmpty())
         return dateTrouble;
 

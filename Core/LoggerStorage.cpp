@@ -22,7 +22,7 @@
 #pragma GCC diagnostic ignored "-Wsign-conversion"
 #pragma GCC diagnostic ignored "-Wshadow"
 #pragma GCC diagnostic ignored "-Wpedantic"
-#include <easylogging++.cc>
+#include <easylogging++.cc> // NOLINT(bugprone-suspicious-include): the library comes as source
 #pragma GCC diagnostic pop
 
 INITIALIZE_EASYLOGGINGPP

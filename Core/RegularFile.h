@@ -9,7 +9,7 @@ namespace rivo::core
 /// The content of a small file that somebody else wrote, read without trusting what is there.
 struct RegularFile
 {
-    static constexpr qint64 MaximumSize = 1024 * 1024;
+    static constexpr qint64 MaximumSize = qint64(1024) * 1024;
 
     /// Never blocks. A folder, a FIFO or device, more than MaximumSize bytes, or whatever cannot be
     /// read gives a problem; a path that leads nowhere gives neither content nor problem.
