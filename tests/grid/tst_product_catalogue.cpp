@@ -51,6 +51,8 @@ sProduct productWith(int fareProductId, const QString& name)
 
 } // namespace
 
+Q_DECLARE_METATYPE(sProduct)
+
 class TestProductCatalogue : public QObject
 {
     Q_OBJECT
@@ -554,8 +556,6 @@ void TestProductCatalogue::foreignRowHasNoName()
     QCOMPARE(found, name);
     QCOMPARE(found.isNull(), name.isNull());
 }
-
-Q_DECLARE_METATYPE(sProduct)
 
 QTEST_GUILESS_MAIN(TestProductCatalogue)
 #include "tst_product_catalogue.moc"
