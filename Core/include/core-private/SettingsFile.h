@@ -1,7 +1,5 @@
 #pragma once
 
-#include <core/CoreExport.h>
-
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -15,7 +13,7 @@ namespace rivo::core
 /// other keys are left alone:
 ///
 ///     { "logLevels": ["log_fareproducts"], "passengerTypeCodesOrder": ["PT_ADULT", "PT_LFS"] }
-class RIVO_CORE_EXPORT SettingsFile
+class SettingsFile
 {
 public:
     /// The settings file of @p subFolder below @p basePath, whatever slashes the two carry.
