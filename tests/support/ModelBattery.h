@@ -78,8 +78,8 @@ inline const std::vector<RejectedCall>& rejectedCalls()
 {
     using Model = ListModel;
     const auto count = [](const Model& model) { return itemsOf(model).size(); };
-    const auto insert = [](const char* sentence, std::function<void(Model&)> call,
-                           bool onlyWithoutRows = false) {
+    const auto withoutResult = [](const char* sentence, std::function<void(Model&)> call,
+                                  bool onlyWithoutRows = false) {
         return RejectedCall{sentence,
                             [call](Model& model) {
                                 call(model);
@@ -123,12 +123,14 @@ inline const std::vector<RejectedCall>& rejectedCalls()
     };
 
     static const std::vector<RejectedCall> calls{
-        insert("append no item", [](Model& model) { model.appendRow(nullptr); }),
-        insert("append no item from QML", [](Model& model) { model.appendRowFromQml(nullptr); }),
-        insert("append an empty list", [](Model& model) { model.appendRows({}); }),
-        insert("insert no item at the front", [](Model& model) { model.insertRow(0, nullptr); }),
-        insert("insert no item at a row that does not exist",
-               [](Model& model) { model.insertRow(INT_MAX, nullptr); }),
+        withoutResult("append no item", [](Model& model) { model.appendRow(nullptr); }),
+        withoutResult("append no item from QML",
+                      [](Model& model) { model.appendRowFromQml(nullptr); }),
+        withoutResult("append an empty list", [](Model& model) { model.appendRows({}); }),
+        withoutResult("insert no item at the front",
+                      [](Model& model) { model.insertRow(0, nullptr); }),
+        withoutResult("insert no item at a row that does not exist",
+                      [](Model& model) { model.insertRow(INT_MAX, nullptr); }),
 
         removeRow("remove row -1", at(-1)),
         removeRow("remove row -2, which means the first row to take forms only", at(-2)),
@@ -203,7 +205,7 @@ inline const std::vector<RejectedCall>& rejectedCalls()
          true},
         {"take every row of no rows from the first row",
          [](Model& model) { return model.takeRows(-2, -1).isEmpty(); }, true},
-        insert(
+        withoutResult(
             "clear no rows", [](Model& model) { model.clear(); }, true),
     };
     return calls;

@@ -40,8 +40,6 @@ public:
         return taken;
     }
 
-    bool isEmpty() const { return m_texts.isEmpty(); }
-
     int qt_metacall(QMetaObject::Call call, int id, void** arguments) override
     {
         id = QObject::qt_metacall(call, id, arguments);
