@@ -74,8 +74,8 @@ private:
         if (parsed == length)
             return;
         const int position = static_cast<int>(parsed);
-        problem(m_line, QString::fromUtf8(line.left(position)).size() + 1, {},
-                quoted(QString::fromUtf8(line.mid(position).trimmed())),
+        problem(m_line, toText(line.left(position)).size() + 1, {},
+                quoted(toText(line.mid(position).trimmed())),
                 QStringLiteral("a comma or the end of the line after a closing quote, and two "
                                "quotes for one within a text%1")
                     .arg(m_recordLine == m_line

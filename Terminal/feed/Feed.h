@@ -146,7 +146,7 @@ struct NetworkStopTime
 {
     QString tripId;
     QString stopId;
-    int sequence = 0;
+    int sequence = -1;  ///< from 0, with gaps
     int arrival = -1;   ///< seconds since the start of the service day, may pass 86400; -1 = none
     int departure = -1; ///< as arrival
 };

@@ -44,13 +44,8 @@ int openRegular(const QString& path, FeedReport& report)
     if (isOpen && S_ISREG(status.st_mode))
         return handle;
     const bool isOther = isFound && !S_ISREG(status.st_mode);
-    report.add(FeedProblem{path,
-                           0,
-                           0,
-                           {},
-                           {},
-                           isOther ? kindOf(status.st_mode) : systemError(errno),
-                           QStringLiteral("a readable file")});
+    report.add(path, 0, isOther ? kindOf(status.st_mode) : systemError(errno),
+               QStringLiteral("a readable file"));
     if (handle >= 0)
         ::close(handle);
     return -1;
@@ -64,26 +59,20 @@ std::optional<QByteArray> readFeedFile(const QString& path, qint64 maxBytes, Fee
     if (handle < 0)
         return std::nullopt;
     QFile file;
-    if (!file.open(handle, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
-        return std::nullopt;
+    file.open(handle, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
     QByteArray content;
     if (file.size() <= maxBytes)
-        content = file.read(maxBytes + 1);
-    if (file.size() > maxBytes || content.size() > maxBytes) {
-        report.add(FeedProblem{path,
-                               0,
-                               0,
-                               {},
-                               {},
-                               QStringLiteral("%1 bytes").arg(file.size()),
-                               QStringLiteral("at most %1 bytes").arg(maxBytes)});
+        content = file.read(file.size() + 1);
+    if (content.size() > file.size()) // it has grown, or is a file of the system that has no size
+        content += file.read(maxBytes + 1 - content.size());
+    const qint64 size = qMax<qint64>(file.size(), content.size());
+    if (file.error() != QFileDevice::NoError)
+        report.add(path, 0, file.errorString(), QStringLiteral("a readable file"));
+    else if (size > maxBytes)
+        report.add(path, 0, QStringLiteral("%1 bytes").arg(size),
+                   QStringLiteral("at most %1 bytes").arg(maxBytes));
+    if (file.error() != QFileDevice::NoError || size > maxBytes)
         return std::nullopt;
-    }
-    if (file.error() != QFileDevice::NoError) {
-        report.add(
-            FeedProblem{path, 0, 0, {}, {}, file.errorString(), QStringLiteral("a readable file")});
-        return std::nullopt;
-    }
     if (content.startsWith("\xEF\xBB\xBF"))
         content.remove(0, 3);
     return content;
@@ -100,6 +89,8 @@ int lineLength(const QByteArray& text, int from)
     return text.size() - from;
 }
 
+QString toText(const QByteArray& utf8) { return QString::fromUtf8(utf8.constData(), utf8.size()); }
+
 bool checkUtf8(const QByteArray& text, const QString& file, FeedReport& report)
 {
     QTextCodec* const codec = QTextCodec::codecForName("UTF-8");
@@ -112,13 +103,8 @@ bool checkUtf8(const QByteArray& text, const QString& file, FeedReport& report)
         if (state.invalidChars == 0 && state.remainingChars == 0)
             continue;
         isValid = false;
-        report.add(FeedProblem{file,
-                               line,
-                               0,
-                               {},
-                               {},
-                               QStringLiteral("bytes that are no UTF-8"),
-                               QStringLiteral("text in UTF-8")});
+        report.add(file, line, QStringLiteral("bytes that are no UTF-8"),
+                   QStringLiteral("text in UTF-8"));
     }
     return isValid;
 }

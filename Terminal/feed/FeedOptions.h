@@ -16,7 +16,7 @@ struct FeedLimits
     int csvRecords = 2'000'000;          ///< records of one file of a GTFS folder
     int csvColumns = 1'000;              ///< columns of one file of a GTFS folder
     int entries = 100'000;               ///< products, and entries of every other list of a feed
-    int textLength = 1'000;              ///< Unicode characters of one text
+    int textLength = 1'000;              ///< Unicode characters of one text, or of a key
 };
 
 /// How a feed is read.

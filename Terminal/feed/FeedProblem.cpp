@@ -66,6 +66,11 @@ void FeedReport::add(FeedProblem problem)
     keep(std::move(problem), m_problems, m_furtherProblems);
 }
 
+void FeedReport::add(const QString& file, int line, const QString& value, const QString& expected)
+{
+    add(FeedProblem{file, line, 0, {}, {}, value, expected});
+}
+
 void FeedReport::add(FeedNotice notice) { keep(std::move(notice), m_notices, m_furtherNotices); }
 
 QString printable(const QString& text)

@@ -40,6 +40,8 @@ public:
     static constexpr int maxKept = 1'000;
 
     void add(FeedProblem problem);
+    /// A problem of a whole file (line 0) or of a line of it.
+    void add(const QString& file, int line, const QString& value, const QString& expected);
     void add(FeedNotice notice);
 
     bool hasProblems() const { return !m_problems.isEmpty(); }

@@ -275,7 +275,7 @@ struct Columns<RouteRow>
 struct ShapeRow : Row, NetworkShapePoint
 {
     QString id;
-    int sequence = 0;
+    int sequence = -1;
     int group = 0; ///< number of the shape
 };
 
@@ -574,13 +574,14 @@ private:
         QVector<ShapeRow> rows;
         const bool isWhole = readIfThere<ShapeRow>(shapesFile, [&](ShapeRow& row) {
             row.group = m_shapeIds.add(row.id);
-            rows.append(row);
+            if (!row.id.isEmpty() && row.sequence >= 0)
+                rows.append(row);
         });
         m_shapeIds.setDefined(isWhole);
         putInSequence(rows, shapesFile, "shape_pt_sequence");
         QVector<NetworkShape>& shapes = m_feed.network.shapes;
         for (const ShapeRow& row : qAsConst(rows)) {
-            if (row.group == shapes.size())
+            if (shapes.isEmpty() || shapes.last().id != row.id)
                 shapes.append({row.id, {}});
             shapes.last().points.append(row);
         }
@@ -607,7 +608,8 @@ private:
             row.arrival = readTime(row, "arrival_time", row.arrivalText);
             row.departure = readTime(row, "departure_time", row.departureText);
             row.group = trips.add(row.tripId);
-            rows.append(row);
+            if (!row.tripId.isEmpty() && row.sequence >= 0)
+                rows.append(row);
         });
         putInSequence(rows, stopTimesFile, "stop_sequence");
         m_feed.network.stopTimes.reserve(rows.size());
@@ -673,18 +675,26 @@ private:
         return isFit;
     }
 
-    bool convert(const QString& text, const FieldRule& rule, int& into)
+    static bool convert(const QString& text, const FieldRule& rule, int& into)
     {
         bool isConverted = false;
-        into = text.toInt(&isConverted);
-        return isConverted && rule.allows(into);
+        const int number = text.toInt(&isConverted);
+        return isConverted && store(number, rule, into);
     }
 
-    bool convert(const QString& text, const FieldRule& rule, double& into)
+    static bool convert(const QString& text, const FieldRule& rule, double& into)
     {
         bool isConverted = false;
-        into = text.toDouble(&isConverted);
-        return isConverted && rule.allows(into);
+        const double number = text.toDouble(&isConverted);
+        return isConverted && store(number, rule, into);
+    }
+
+    template <class Number>
+    static bool store(Number number, const FieldRule& rule, Number& into)
+    {
+        if (rule.allows(number))
+            into = number;
+        return rule.allows(number);
     }
 
     QString inWords(const FieldRule& rule, const QString&) const

@@ -35,7 +35,7 @@ bool isFormatName(const QString& text) { return text == QLatin1String("rivo-feed
 bool isDateAndTime(const QString& text)
 {
     static const QRegularExpression form(
-        QStringLiteral("\\A[0-9]{4}-[0-9]{2}-[0-9]{2}"
+        QStringLiteral("\\A[0-9]{4}-(0[1-9]|1[0-2])-(0[1-9]|[12][0-9]|3[01])"
                        "T([01][0-9]|2[0-3]):[0-5][0-9]:[0-5][0-9](\\.[0-9]{1,3})?"
                        "(Z|[+-](0[0-9]|1[0-4]):[0-5][0-9])\\z"));
     return form.match(text).hasMatch() && QDateTime::fromString(text, Qt::ISODateWithMs).isValid();
@@ -483,25 +483,18 @@ std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options
         return std::nullopt;
     // Broken bytes are replaced after they were reported, so that the rest is judged too.
     if (!checkUtf8(*text, path, report))
-        text = QString::fromUtf8(*text).toUtf8();
+        text = toText(*text).toUtf8();
     if (!checkJson(*text, path, options.limits, report))
         return std::nullopt;
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(*text, &error);
     if (document.isNull()) {
-        report.add(FeedProblem{path,
-                               text->left(error.offset).count('\n') + 1,
-                               0,
-                               {},
-                               {},
-                               error.errorString(),
-                               QStringLiteral("JSON")});
+        report.add(path, text->left(error.offset).count('\n') + 1, error.errorString(),
+                   QStringLiteral("JSON"));
         return std::nullopt;
     }
     Document feed;
-    Reader(path, options.limits, report)
-        .read(document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array()),
-              Place(), feed);
+    Reader(path, options.limits, report).read(document.object(), Place(), feed);
     if (report.hasProblems()) {
         completeProblems(*text, report.keptProblems());
         return std::nullopt;

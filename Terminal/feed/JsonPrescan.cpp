@@ -27,7 +27,7 @@ bool isOneOf(char character, const char* characters)
 QString decoded(const QByteArray& key)
 {
     if (!key.contains('\\'))
-        return QString::fromUtf8(key.constData() + 1, key.size() - 2);
+        return toText(key.mid(1, key.size() - 2));
     return QJsonDocument::fromJson('[' + key + ']').array().at(0).toString();
 }
 
@@ -39,6 +39,8 @@ public:
     bool scan()
     {
         skipBlanks();
+        if (peek() != '{')
+            return fail(QStringLiteral("an object"));
         if (!value())
             return false;
         skipBlanks();
@@ -134,6 +136,8 @@ private:
         if (!text())
             return false;
         const QString key = decoded(m_text.mid(start, m_position - start));
+        if (key.size() > m_limits.textLength)
+            return fail(QStringLiteral("keys of at most %1 characters").arg(m_limits.textLength));
         const int outer = enter(key);
         const int before = keys.size();
         keys.insert(key);
@@ -186,8 +190,10 @@ private:
         if (isOneOf(peek(), "\"\\/bfnrt"))
             return ++m_position > 0;
         bool isValid = take('u');
-        for (int digit = 0; digit < 4 && isValid; ++digit, ++m_position)
+        for (int digit = 0; digit < 4 && isValid; ++digit) {
             isValid = isOneOf(peek(), "0123456789abcdefABCDEF");
+            m_position += isValid;
+        }
         return isValid || fail(QStringLiteral("an escape such as \\n or \\u00e9"));
     }
 
@@ -253,13 +259,7 @@ private:
     bool fail(const QString& expected)
     {
         const QByteArray before = m_text.mid(m_lineStart, m_position - m_lineStart);
-        add({m_file,
-             m_line,
-             QString::fromUtf8(before).size() + 1,
-             m_pointer,
-             {},
-             found(),
-             expected});
+        add({m_file, m_line, toText(before).size() + 1, m_pointer, {}, found(), expected});
         return false;
     }
 
@@ -269,8 +269,7 @@ private:
             return QStringLiteral("the end of the file");
         const int length = lineLength(m_text, m_position);
         const QByteArray rest = m_text.mid(m_position, length).trimmed();
-        return rest.isEmpty() ? QStringLiteral("the end of the line")
-                              : quoted(QString::fromUtf8(rest));
+        return rest.isEmpty() ? QStringLiteral("the end of the line") : quoted(toText(rest));
     }
 
     void add(FeedProblem problem)
@@ -307,6 +306,7 @@ void findJsonLines(const QByteArray& text, QHash<QString, int>& lines)
     FeedLimits limits;
     limits.jsonDepth = std::numeric_limits<int>::max();
     limits.jsonValues = std::numeric_limits<int>::max();
+    limits.textLength = std::numeric_limits<int>::max();
     Scanner scanner(text, limits);
     scanner.findLines(lines);
     scanner.scan();

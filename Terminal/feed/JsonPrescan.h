@@ -15,7 +15,7 @@ class FeedReport;
 /// keys without a word, accepts more than JSON, has no limits and forgets the lines.
 
 /// Reports the first break of the JSON grammar or of a limit, which ends the walk, and every key
-/// that an object holds twice. True if the walk came to the end of the text.
+/// that an object holds twice. True if the walk came to the end of the text, which is an object.
 bool checkJson(const QByteArray& text, const QString& file, const FeedLimits& limits,
                FeedReport& report);
 

@@ -1,0 +1,231 @@
+#include "FeedFiles.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace rivo::feed;
+
+namespace
+{
+
+const QByteArray emptyFeed =
+    R"({"format": "rivo-feed", "version": 1, "currency": "EUR", "products": []})";
+
+} // namespace
+
+Q_DECLARE_METATYPE(rivo::feed::FeedProblem)
+
+class FeedLoaderTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_files = std::make_unique<FeedFiles>(); }
+    void cleanup() { m_files.reset(); }
+
+    void aFileIsJsonAndAFolderIsGtfs();
+    void thePathIsShownAsGiven();
+    void whatIsNoFileIsNotRead_data();
+    void whatIsNoFileIsNotRead();
+    void unreadableFile();
+    void hugeFileIsNotRead();
+    void linksAreFollowed();
+    void specialFilesInAGtfsFolder();
+    void problemsAsText_data();
+    void problemsAsText();
+    void noticesAsText();
+    void textForATerminal_data();
+    void textForATerminal();
+    void decimalsOfCurrencies();
+
+private:
+    std::unique_ptr<FeedFiles> m_files;
+};
+
+void FeedLoaderTest::aFileIsJsonAndAFolderIsGtfs()
+{
+    FeedFiles::write("feed", emptyFeed);
+    REQUIRE_FEED(load("feed"));
+    FeedFiles::write("folder.json/fare_products.txt", "fare_product_id,amount,currency\na,1,CHF\n");
+    const FeedResult result = load("folder.json");
+    REQUIRE_FEED(result);
+    QCOMPARE(result.feed->currency, QString("CHF"));
+}
+
+void FeedLoaderTest::thePathIsShownAsGiven()
+{
+    FeedFiles::write("sub/feed.json", "?");
+    QVERIFY(load("sub/feed.json").problemLines().first().startsWith("sub/feed.json:1:1: "));
+    QVERIFY(load("./sub/../sub/feed.json").problemLines().first().startsWith("./sub/../sub/feed"));
+    QVERIFY(load("sub").problemLines().first().startsWith("sub/fare_products.txt: "));
+    QVERIFY(load("sub/").problemLines().first().startsWith("sub/fare_products.txt: "));
+    FeedFiles::write("a\x1B[2Jb.json", "?");
+    QVERIFY(load("a\x1B[2Jb.json").problemLines().first().startsWith("a\\u001b[2Jb.json:1:1: "));
+}
+
+void FeedLoaderTest::whatIsNoFileIsNotRead_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("found");
+    QTest::newRow("nothing there") << "none.json"
+                                   << "No such file or directory";
+    QTest::newRow("empty path") << ""
+                                << "No such file or directory";
+    QTest::newRow("below a file") << "feed.json/x"
+                                  << "Not a directory";
+    QTest::newRow("pipe that nobody writes") << "pipe"
+                                             << "a pipe";
+    QTest::newRow("device without an end") << "/dev/zero"
+                                           << "a device";
+    QTest::newRow("device without content") << "/dev/null"
+                                            << "a device";
+    QTest::newRow("link to nothing") << "dangling"
+                                     << "No such file or directory";
+    QTest::newRow("link to a pipe") << "link"
+                                    << "a pipe";
+}
+
+void FeedLoaderTest::whatIsNoFileIsNotRead()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, found);
+    FeedFiles::write("feed.json", emptyFeed);
+    QCOMPARE(::mkfifo("pipe", 0600), 0);
+    QVERIFY(QFile::link("nowhere", "dangling"));
+    QVERIFY(QFile::link("pipe", "link"));
+    QCOMPARE(load(path).problemLines(),
+             QStringList(path + ": " + found + ", expected a readable file"));
+}
+
+void FeedLoaderTest::unreadableFile()
+{
+    if (::geteuid() == 0)
+        QSKIP("root may read every file");
+    FeedFiles::write("feed.json", emptyFeed);
+    QFile::setPermissions("feed.json", QFile::WriteOwner);
+    QCOMPARE(load("feed.json").problemLines(),
+             QStringList("feed.json: Permission denied, expected a readable file"));
+}
+
+void FeedLoaderTest::hugeFileIsNotRead()
+{
+    const qint64 size = 1LL << 40; // a hole, it takes no room
+    QFile file("feed.json");
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(size));
+    QCOMPARE(load("feed.json").problemLines(),
+             QStringList("feed.json: 1099511627776 bytes, expected at most 33554432 bytes"));
+    QDir().mkdir("gtfs");
+    QVERIFY(file.rename("gtfs/fare_products.txt"));
+    QCOMPARE(load("gtfs").problemLines(),
+             QStringList("gtfs/fare_products.txt: 1099511627776 bytes, expected at most 67108864 "
+                         "bytes"));
+}
+
+void FeedLoaderTest::linksAreFollowed()
+{
+    FeedFiles::write("feed.json", emptyFeed);
+    FeedFiles::write("gtfs/fare_products.txt", "fare_product_id,amount,currency\na,1,CHF\n");
+    QVERIFY(QFile::link("feed.json", "current"));
+    QVERIFY(QFile::link("gtfs", "folder"));
+    REQUIRE_FEED(load("current"));
+    REQUIRE_FEED(load("folder"));
+}
+
+void FeedLoaderTest::specialFilesInAGtfsFolder()
+{
+    FeedFiles::write("gtfs/fare_products.txt", "fare_product_id,amount,currency\na,1,CHF\n");
+    QCOMPARE(::mkfifo("gtfs/areas.txt", 0600), 0);
+    QVERIFY(QDir().mkdir("gtfs/routes.txt"));
+    QVERIFY(QFile::link("/dev/zero", "gtfs/stops.txt"));
+    QCOMPARE(load("gtfs").problemLines(),
+             QStringList({"gtfs/areas.txt: a pipe, expected a readable file",
+                          "gtfs/stops.txt: a device, expected a readable file",
+                          "gtfs/routes.txt: a folder, expected a readable file"}));
+}
+
+void FeedLoaderTest::problemsAsText_data()
+{
+    QTest::addColumn<FeedProblem>("problem");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("everything known")
+        << FeedProblem{"a.json", 3, 7, "/products/3/price", "price", "\"abc\"", "a number"}
+        << "a.json:3:7: /products/3/price: \"abc\", expected a number";
+    QTest::newRow("no line, the column alone says nothing")
+        << FeedProblem{"a.json", 0, 7, "/products/3/price", "price", "\"abc\"", "a number"}
+        << "a.json: /products/3/price: \"abc\", expected a number";
+    QTest::newRow("no pointer") << FeedProblem{"a.txt", 3, 0, "", "amount", "\"abc\"", "a number"}
+                                << "a.txt:3: amount: \"abc\", expected a number";
+    QTest::newRow("no field") << FeedProblem{"a.txt", 3, 0, "", "", "a pipe", "a file"}
+                              << "a.txt:3: a pipe, expected a file";
+    QTest::newRow("no value") << FeedProblem{"a.txt", 0, 0, "", "", "", "a file"}
+                              << "a.txt: expected a file";
+    QTest::newRow("line breaks in names stay in the line")
+        << FeedProblem{"a\n.json", 0, 0, "/x\ny", "", "1", "2\r"}
+        << "a\\u000a.json: /x\\u000ay: 1, expected 2\\u000d";
+}
+
+void FeedLoaderTest::problemsAsText()
+{
+    QFETCH(FeedProblem, problem);
+    QFETCH(QString, text);
+    QCOMPARE(problem.toString(), text);
+}
+
+void FeedLoaderTest::noticesAsText()
+{
+    QCOMPARE((FeedNotice{"a.txt", 4, "so\nit is"}.toString()), QString("a.txt:4: so\\u000ait is"));
+    QCOMPARE((FeedNotice{"a.txt", 0, "so it is"}.toString()), QString("a.txt: so it is"));
+}
+
+void FeedLoaderTest::textForATerminal_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+    const auto row = [](const char* name, const QString& text, const QString& shown) {
+        QTest::newRow(name) << text << shown;
+    };
+    row("letters of any script", QString::fromUtf8("Żółć автобус バス"),
+        QString::fromUtf8("Żółć автобус バス"));
+    row("pair of surrogates", QString::fromUtf8("\xF0\x9F\x9A\x8C"),
+        QString::fromUtf8("\xF0\x9F\x9A\x8C"));
+    row("escape and bell", QStringLiteral("\x1B[0m\x07"), QStringLiteral("\\u001b[0m\\u0007"));
+    row("delete and the second control block", QString(QChar(0x7F)) + QChar(0x9B),
+        QStringLiteral("\\u007f\\u009b"));
+    row("zero byte", QString(QChar(0)), QStringLiteral("\\u0000"));
+    row("line ends of every kind", QStringLiteral("\n\r") + QChar(0x2028) + QChar(0x2029),
+        QStringLiteral("\\u000a\\u000d\\u2028\\u2029"));
+    row("change of direction", QString(QChar(0x202E)) + QChar(0x2066),
+        QStringLiteral("\\u202e\\u2066"));
+    row("halves of pairs in the wrong order", QString(QChar(0xDE8C)) + QChar(0xD83D),
+        QStringLiteral("\\ude8c\\ud83d"));
+    row("half a pair at the end", QStringLiteral("a") + QChar(0xD83D), QStringLiteral("a\\ud83d"));
+}
+
+void FeedLoaderTest::textForATerminal()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, shown);
+    QCOMPARE(printable(text), shown);
+    QCOMPARE(quoted(text), '"' + shown + '"');
+    const QString longText = QString(80, 'a') + text;
+    QCOMPARE(quoted(longText), '"' + QString(80, 'a') + "...\"");
+    QCOMPARE(quoted(QString(80, 'a')), '"' + QString(80, 'a') + '"');
+    // A pair of surrogates is not cut in two.
+    QCOMPARE(quoted(QString(79, 'a') + QString::fromUtf8("\xF0\x9F\x9A\x8C")),
+             '"' + QString(79, 'a') + "...\"");
+}
+
+void FeedLoaderTest::decimalsOfCurrencies()
+{
+    const QMap<QString, int> decimals = {{"EUR", 2}, {"PLN", 2}, {"JPY", 0}, {"ISK", 0}, {"HUF", 2},
+                                         {"KWD", 3}, {"TND", 3}, {"CLF", 4}, {"XXX", 2}, {"", 2}};
+    for (auto currency = decimals.begin(); currency != decimals.end(); ++currency) {
+        Feed feed;
+        feed.currency = currency.key();
+        QCOMPARE(feed.currencyDecimals(), currency.value());
+        QCOMPARE(currencyDecimals(currency.key()), currency.value());
+    }
+}
+
+QTEST_GUILESS_MAIN(FeedLoaderTest)
+#include "tst_feed_loader.moc"

@@ -1,0 +1,186 @@
+#include "FeedFiles.h"
+
+using namespace rivo::feed;
+
+namespace
+{
+
+const QByteArray json = R"({"format": "rivo-feed", "version": 1, "currency": "EUR", "columns": 3,
+"products": [{"passengerTypeId": 1, "description": "Ad\u00fclt", "passengerTypeCode": "PT_ADULT",
+ "price": 2.5, "fareProductId": 3, "fareProductName": "Sing\\le", "fromStopGroupId": -4,
+ "toStopGroupId": 5e0, "isDaily": false}], "x-a": [null, [], {"b": true}],
+"vehicles": [{"id": 1, "registrationNumber": "R", "latitude": 1, "longitude": 2}]})";
+
+const QMap<QString, QByteArray> gtfs = {
+    {"fare_products.txt", "fare_product_id,amount,currency,rider_category_id,fare_media_id\r\n"
+                          "s,2.50,EUR,1,m\r\n\"p \"\"x\"\"\",4,EUR,,\r\n"},
+    {"rider_categories.txt", "rider_category_id,rider_category_name\n1,\"A,\nb\"\n"},
+    {"passenger_types.txt", "rider_category_id,passenger_type\n1,PT_ADULT\n"},
+    {"fare_media.txt", "fare_media_id\nm\n"},
+    {"areas.txt", "area_id\n1\n2\n"},
+    {"fare_leg_rules.txt", "fare_product_id,from_area_id,to_area_id\ns,1,2\n"},
+    {"stops.txt", "stop_id,stop_lat,stop_lon\nA,1,2\n"},
+    {"stop_areas.txt", "area_id,stop_id\n1,A\n"},
+    {"routes.txt", "route_id,route_color\nR,00ff00\n"},
+    {"shapes.txt",
+     "shape_id,shape_pt_lat,shape_pt_lon,shape_pt_sequence\nS,1,2,3\nS,1,2,4\nU,1,2,4\n"},
+    {"trips.txt", "route_id,trip_id,shape_id\nR,T,S\n"},
+    {"stop_times.txt", "trip_id,stop_id,stop_sequence,arrival_time\nT,A,1,25:00:00\nT,A,2,\n"},
+};
+
+/// Bytes that mean something to one of the formats, and bytes that are no UTF-8.
+const QByteArray replacements = QByteArray("\0\"\n\r,{]\\9 -\x7F\x80\xFF", 15);
+
+} // namespace
+
+/// load() fails the test unless a feed is loaded whole or refused with problems.
+class FeedRobustnessTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_files = std::make_unique<FeedFiles>(); }
+    void cleanup() { m_files.reset(); }
+
+    void jsonCutAnywhereIsRefused();
+    void jsonWithAnyByteReplacedIsLoadedOrRefused();
+    void gtfsCutAnywhereIsLoadedOrRefused();
+    void gtfsWithAnyByteReplacedIsLoadedOrRefused();
+    void hostileJsonEndsSoon_data();
+    void hostileJsonEndsSoon();
+    void hostileCsvEndsSoon_data();
+    void hostileCsvEndsSoon();
+
+private:
+    std::unique_ptr<FeedFiles> m_files;
+};
+
+void FeedRobustnessTest::jsonCutAnywhereIsRefused()
+{
+    REQUIRE_FEED(loadJson(json));
+    for (int length = 0; length < json.size(); ++length)
+        QVERIFY2(!loadJson(json.left(length)).feed, qPrintable(QString::number(length)));
+}
+
+void FeedRobustnessTest::jsonWithAnyByteReplacedIsLoadedOrRefused()
+{
+    int refused = 0;
+    for (int at = 0; at < json.size(); ++at) {
+        for (const char replacement : replacements) {
+            QByteArray broken = json;
+            broken[at] = replacement;
+            refused += !loadJson(broken).feed;
+        }
+    }
+    QVERIFY(refused > json.size()); // and not everything was taken as it came
+    QVERIFY(refused < json.size() * replacements.size());
+}
+
+void FeedRobustnessTest::gtfsCutAnywhereIsLoadedOrRefused()
+{
+    for (auto file = gtfs.begin(); file != gtfs.end(); ++file)
+        FeedFiles::write("gtfs/" + file.key(), file.value());
+    REQUIRE_FEED(load("gtfs"));
+    for (auto file = gtfs.begin(); file != gtfs.end(); ++file) {
+        int refused = 0;
+        for (int length = 0; length < file.value().size(); ++length) {
+            FeedFiles::write("gtfs/" + file.key(), file.value().left(length));
+            refused += !load("gtfs").feed;
+        }
+        QVERIFY2(refused > 0, qPrintable(file.key()));
+        FeedFiles::write("gtfs/" + file.key(), file.value());
+    }
+    REQUIRE_FEED(load("gtfs"));
+}
+
+void FeedRobustnessTest::gtfsWithAnyByteReplacedIsLoadedOrRefused()
+{
+    for (auto file = gtfs.begin(); file != gtfs.end(); ++file)
+        FeedFiles::write("gtfs/" + file.key(), file.value());
+    for (auto file = gtfs.begin(); file != gtfs.end(); ++file) {
+        int refused = 0;
+        for (int at = 0; at < file.value().size(); ++at) {
+            for (const char replacement : replacements) {
+                QByteArray broken = file.value();
+                broken[at] = replacement;
+                FeedFiles::write("gtfs/" + file.key(), broken);
+                refused += !load("gtfs").feed;
+            }
+        }
+        QVERIFY2(refused > 0, qPrintable(file.key()));
+        FeedFiles::write("gtfs/" + file.key(), file.value());
+    }
+    REQUIRE_FEED(load("gtfs"));
+}
+
+void FeedRobustnessTest::hostileJsonEndsSoon_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    const auto within = [](const QByteArray& value) { return "{\"x-a\": " + value + '}'; };
+    const int size = 8 * 1024 * 1024;
+    QTest::newRow("nothing but opening brackets") << within(QByteArray(size, '['));
+    QTest::newRow("nothing but quotes") << QByteArray(size, '"');
+    QTest::newRow("nothing but zero bytes") << QByteArray(size, '\0');
+    QTest::newRow("nothing but bytes that are no UTF-8") << QByteArray(size, '\xFF');
+    QTest::newRow("nothing but lines that are no UTF-8") << QByteArray("\xFF\n").repeated(size / 2);
+    QTest::newRow("one long text") << within('"' + QByteArray(size, 'a') + '"');
+    QTest::newRow("one long number") << within(QByteArray(size, '9'));
+    QTest::newRow("one long key") << "{\"" + QByteArray(size, 'k') + "\": 1}";
+    QTest::newRow("very many empty objects") << within('[' + QByteArray("{},").repeated(size / 3));
+    QTest::newRow("one key given again and again")
+        << within('{' + QByteArray("\"a\":1,").repeated(size / 6) + "\"a\":1}");
+    QTest::newRow("very many unknown keys") << [&] {
+        QByteArray text = "{";
+        for (int i = 0; i < 500'000; ++i)
+            text += '"' + QByteArray::number(i) + "\":1,";
+        return text + "\"last\":1}";
+    }();
+    QTest::newRow("very many escapes")
+        << within('"' + QByteArray("\\u0000").repeated(size / 6) + '"');
+}
+
+void FeedRobustnessTest::hostileJsonEndsSoon()
+{
+    QFETCH(QByteArray, json);
+    QElapsedTimer timer;
+    timer.start();
+    const FeedResult result = loadJson(json);
+    QVERIFY(!result.feed);
+    for (const QString& line : result.problemLines())
+        QVERIFY2(line.size() < 20'000'000, qPrintable(line.left(200)));
+    QVERIFY2(timer.elapsed() < 60'000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void FeedRobustnessTest::hostileCsvEndsSoon_data()
+{
+    QTest::addColumn<QByteArray>("csv");
+    const QByteArray header = "fare_product_id,amount,currency,fare_product_name\n";
+    const int size = 8 * 1024 * 1024;
+    QTest::newRow("nothing but commas") << QByteArray(size, ',');
+    QTest::newRow("a record of nothing but commas") << header + QByteArray(size, ',');
+    QTest::newRow("very many empty records") << header + QByteArray(",\n").repeated(500'000);
+    QTest::newRow("nothing but quotes") << header + QByteArray(size + 1, '"');
+    QTest::newRow("a quote that is never closed") << header + '"' + QByteArray(size, 'a');
+    QTest::newRow("a quote that is never closed, over many lines")
+        << header + '"' + QByteArray("a\n").repeated(size / 2);
+    QTest::newRow("very many broken records") << header + QByteArray("\"a\"b\n").repeated(size / 5);
+    QTest::newRow("one long field") << header + QByteArray(size, 'a') + ",1,EUR,";
+    QTest::newRow("one long amount") << header + "a," + QByteArray(size, '9') + ",EUR,";
+    QTest::newRow("nothing but zero bytes") << QByteArray(size, '\0');
+}
+
+void FeedRobustnessTest::hostileCsvEndsSoon()
+{
+    QFETCH(QByteArray, csv);
+    QElapsedTimer timer;
+    timer.start();
+    FeedFiles::write("gtfs/fare_products.txt", csv);
+    const FeedResult result = load("gtfs");
+    QVERIFY(!result.feed);
+    for (const QString& line : result.problemLines())
+        QVERIFY2(line.size() < 1'000, qPrintable(line.left(200)));
+    QVERIFY2(timer.elapsed() < 60'000, qPrintable(QString::number(timer.elapsed())));
+}
+
+QTEST_GUILESS_MAIN(FeedRobustnessTest)
+#include "tst_feed_robustness.moc"
