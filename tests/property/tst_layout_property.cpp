@@ -5,6 +5,7 @@
 #include "PassengerTypesModel.h"
 #include "PassengerTypesModelInspector.h"
 
+#include <QFile>
 #include <QMap>
 #include <QRandomGenerator>
 #include <QtTest>
@@ -23,7 +24,9 @@ Q_DECLARE_METATYPE(LayoutRunner::Distortion)
 ///   RIVO_LAYOUT_SEED    seed of all cases (1)
 ///   RIVO_LAYOUT_FIRST   number of the first case (0)
 ///   RIVO_LAYOUT_COUNTS  set: print how often each rule decided
-/// A failure prints the seed, the number and the shrunk case.
+/// A failure prints the seed, the number and the shrunk case. A crash or a hang leaves the number
+/// in the file layout-case.txt of the working directory. More than 50000 cases need more than the
+/// five minutes that QtTest allows: QTEST_FUNCTION_TIMEOUT=3600000 (milliseconds).
 class tst_layout_property : public QObject
 {
     Q_OBJECT
@@ -148,6 +151,26 @@ void printCounts(const QMap<QString, int>& counts)
         qInfo("%8d %s", it.value(), qPrintable(it.key()));
 }
 
+/// Leaves the number of the running case behind if the process dies.
+class RunningCase
+{
+public:
+    RunningCase() { m_file.open(QIODevice::WriteOnly); }
+    ~RunningCase() { m_file.remove(); }
+    RunningCase(const RunningCase&) = delete;
+    RunningCase& operator=(const RunningCase&) = delete;
+
+    void set(int number)
+    {
+        m_file.seek(0);
+        m_file.write(QByteArray::number(number).rightJustified(10) + '\n');
+        m_file.flush();
+    }
+
+private:
+    QFile m_file{QStringLiteral("layout-case.txt")};
+};
+
 QString report(LayoutRunner& runner, const Case& failing, quint64 seed, int number)
 {
     const Case smallest = shrunk(failing, [&runner](const Case& candidate) {
@@ -254,10 +277,12 @@ void tst_layout_property::modelAgreesWithTheOracle()
     const QVector<Configuration> configurations = randomConfigurations(seed, configurationCount);
 
     LayoutRunner runner;
+    RunningCase running;
     QMap<QString, int> counts;
     int layouts = 0;
     int products = 0;
     for (int number = first; number < first + cases; ++number) {
+        running.set(number);
         const Case layoutCase = randomCase(seed, number, configurations);
         const Verdict verdict = runner.run(layoutCase);
         if (!verdict.difference.isEmpty())
