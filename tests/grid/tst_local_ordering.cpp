@@ -79,6 +79,7 @@ private slots:
     void signalsComeInOrder();
     void secondLayoutAppendsAgain();
     void groupedProductsKeepTheLastLayout();
+    void listsChangeStepByStep();
 
 private:
     /// A model of the configured display order, laid out once for `localTypes` without products.
@@ -532,6 +533,33 @@ void TestLocalOrdering::groupedProductsKeepTheLastLayout()
     QCOMPARE(gridText(inspector.groupedProducts()), QString("1a 1b"));
     model.clearData();
     QVERIFY(inspector.groupedProducts().isEmpty());
+}
+
+void TestLocalOrdering::listsChangeStepByStep()
+{
+    PassengerTypesModel& model = makeModel({1}, {1, 3}, 1);
+    const PassengerTypesModelInspector inspector(model);
+    addProducts(model, "1b#2>2 1a#1>1");
+    model.sortBasedOnLocalData({"PT_ADULT"});
+    model.clear();
+    addProducts(model, "1c#0>0");
+
+    // What a handler sees at each step of the next layout.
+    QStringList steps;
+    connect(&model, &PassengerTypesModel::numberOfRowsChanged, &model, [&](int rows) {
+        steps.append(
+            QString("%1 rows: %2 local types, products %3, grouped %4")
+                .arg(rows)
+                .arg(inspector.localTypeCodes().size())
+                .arg(gridText(inspector.products()), gridText(inspector.groupedProducts())));
+    });
+    model.sortBasedOnLocalData({"PT_ADULT", "PT_STUDENT_1", "PT_LFS"});
+
+    QCOMPARE(steps.size(), 4);
+    QCOMPARE(steps.at(0), QString("0 rows: 0 local types, products 1a 1b 1c, grouped 1a 1b"));
+    QCOMPARE(steps.at(1), QString("1 rows: 3 local types, products 1c 1a 1b, grouped "));
+    QVERIFY2(steps.at(2).startsWith("2 rows: 3 local types, products 1c 1a 1b, grouped 1c"),
+             qPrintable(steps.at(2)));
 }
 
 QTEST_GUILESS_MAIN(TestLocalOrdering)

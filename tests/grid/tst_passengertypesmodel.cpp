@@ -738,7 +738,6 @@ void TestPassengerTypesModel::settingsConfigIsRegisteredAtLoad()
         const Model model(m_owner.get());
     }
     QCOMPARE(JsonObjectFactory::m_ObjectsMap().value("settingsConfig"), registeredAtLoad);
-    QCOMPARE(JsonObjectFactory::m_ObjectsMap().size(), 1);
     QVERIFY(!JsonObjectFactory::isRegistered("SettingsConfig"));
     QVERIFY(!JsonObjectFactory::isRegistered(""));
 }
@@ -754,10 +753,11 @@ void TestPassengerTypesModel::registrationLeavesEntryAsItIs()
 
 void TestPassengerTypesModel::emptyRegistrationIsReported()
 {
+    const QStringList before = JsonObjectFactory::m_ObjectsMap().keys();
     QTest::ignoreMessage(QtDebugMsg, "\n\n\n Requested empty class registration \n\n\n");
     const JsonObjectFactory::JsonObjectRegistration<SettingsConfig> empty{QString()};
     QVERIFY(!JsonObjectFactory::isRegistered(""));
-    QCOMPARE(JsonObjectFactory::m_ObjectsMap().size(), 1);
+    QCOMPARE(JsonObjectFactory::m_ObjectsMap().keys(), before);
 }
 
 // Products

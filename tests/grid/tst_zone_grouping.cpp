@@ -42,6 +42,8 @@ private slots:
     void columnsAreChosen_data();
     void columnsAreChosen();
     void columnsAreChosenFromThePreviousZoneLayout();
+    void layoutIsChosenBeforeTheColumns_data();
+    void layoutIsChosenBeforeTheColumns();
 
     void zoneBecomesBlock_data();
     void zoneBecomesBlock();
@@ -49,6 +51,8 @@ private slots:
     void slotsThatAreNoPermutationLeaveTheBlockSorted();
     void oddColumnCountIsSafe_data();
     void oddColumnCountIsSafe();
+    void columnsMayBeWrittenInTheMiddleOfLayout_data();
+    void columnsMayBeWrittenInTheMiddleOfLayout();
 
     void shortBlockIsFilled_data();
     void shortBlockIsFilled();
@@ -171,6 +175,34 @@ void TestZoneGrouping::columnsAreChosenFromThePreviousZoneLayout()
     QCOMPARE(model.numberOfColumns(), 1);
     layOut("1a", {}, 0);
     QCOMPARE(model.numberOfColumns(), 3);
+}
+
+void TestZoneGrouping::layoutIsChosenBeforeTheColumns_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("meanwhile");
+    QTest::addColumn<QString>("grid");
+
+    QTest::newRow("position that comes with the columns is too late") << "1a"
+                                                                      << "1b@1"
+                                                                      << "1a | 1b@1";
+    QTest::newRow("product without position that comes with the columns joins the others")
+        << "1a@2"
+        << "1b"
+        << "1b | 1a@2";
+}
+
+void TestZoneGrouping::layoutIsChosenBeforeTheColumns()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, meanwhile);
+    QFETCH(QString, grid);
+
+    PassengerTypesModel& model = makeModel({1});
+    connect(&model, &PassengerTypesModel::numberOfColumnsChanged, &model,
+            [&] { addProducts(model, meanwhile); });
+    layOut(before, {1}, 1);
+    QCOMPARE(gridText(model), grid);
 }
 
 // Blocks
@@ -329,6 +361,37 @@ void TestZoneGrouping::oddColumnCountIsSafe()
     model.sortBasedOnLocalData({"PT_ADULT", "PT_STUDENT_1"});
     QCOMPARE(gridText(model, 0), grid);
     QCOMPARE(model.numberOfRows(), 2);
+    QCOMPARE(model.numberOfColumns(), columns);
+}
+
+void TestZoneGrouping::columnsMayBeWrittenInTheMiddleOfLayout_data()
+{
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<QString>("grid");
+
+    // Two columns at first, in the order 3, 1.
+    QTest::newRow("two as before") << 2 << "3a 1a";
+    QTest::newRow("one: slots repeat") << 1 << "1a 3a";
+    QTest::newRow("none counts as one") << 0 << "1a 3a";
+    QTest::newRow("three: the row is filled") << 3 << "3a 1a (8)";
+    QTest::newRow("four: the row is filled, the slots do not reach") << 4 << "1a 3a (8) (8)";
+    QTest::newRow("five: too long to be filled") << 5 << "3a 1a";
+    QTest::newRow("minus one") << -1 << "3a 1a";
+    QTest::newRow("lowest number") << lowest << "3a 1a";
+    QTest::newRow("highest number") << highest << "3a 1a";
+}
+
+void TestZoneGrouping::columnsMayBeWrittenInTheMiddleOfLayout()
+{
+    QFETCH(int, columns);
+    QFETCH(QString, grid);
+
+    PassengerTypesModel& model = makeModel({3, 1});
+    connect(&model, &PassengerTypesModel::numberOfRowsChanged, &model,
+            [&] { model.setNumberOfColumns(columns); });
+    layOut("1a 3a", {1, 3}, 2);
+    QCOMPARE(gridText(model, 0), grid);
+    QCOMPARE(model.numberOfRows(), 1);
     QCOMPARE(model.numberOfColumns(), columns);
 }
 
