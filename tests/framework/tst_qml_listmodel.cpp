@@ -61,7 +61,8 @@ public:
         battery::runDeferredDeletions();
     }
 
-    PassengerTypesModel model;
+    QObject owner; // frees the model's prototype
+    PassengerTypesModel model{&owner};
     QQmlEngine engine;
 };
 
