@@ -873,6 +873,10 @@ private slots:
         QTest::newRow("clear while a row is about to arrive")
             << append << arriving << clear << "9"
             << inside(announcedInsertion(3, 3, 1), 1, cleared);
+        QTest::newRow("clear while a row is about to be inserted at the end") << Call([](Model& m) {
+            m.insertRow(3, m.newItem(9));
+            return QString();
+        }) << arriving << clear << "9" << inside(announcedInsertion(3, 3, 1), 1, cleared);
         QTest::newRow("remove a row when it changed") << Call([](Model& m) {
             m.item(1)->setValue(1);
             return QString();

@@ -1,18 +1,9 @@
 #include "ListItem.h"
 
-#include <QMetaType>
-
 namespace rivo
 {
 namespace models
 {
-
-namespace
-{
-// ListModel::itemFromRow() is declared as returning "ListItem*" inside the namespace, and that
-// unqualified text is what its meta-object records. QML engines look the type up by that text.
-[[maybe_unused]] const int unqualifiedPointerType = qRegisterMetaType<ListItem*>("ListItem*");
-} // namespace
 
 ListItem::ListItem(QObject* parent) : QObject(parent) {}
 

@@ -55,7 +55,8 @@ protected:
     }
 
     /// store() for doubles whose noise must not repaint the row: the values are equal when
-    /// qFuzzyCompare() finds both, shifted by one, equal. The shift makes it work near zero.
+    /// qFuzzyCompare() finds both, shifted by one, equal. The shift makes it work near zero. NaN
+    /// and infinities always count as different.
     void storeFuzzy(double& field, double value);
 };
 

@@ -1,5 +1,6 @@
 #include "ListModel.h"
 
+#include <QMetaType>
 #include <QVariantMap>
 
 #include <algorithm>
@@ -11,6 +12,10 @@ namespace models
 
 namespace
 {
+
+// ListModel::itemFromRow() is declared as returning "ListItem*" inside the namespace, and that
+// unqualified text is what the meta-object records. QML engines look the type up by that text.
+[[maybe_unused]] const int unqualifiedPointerType = qRegisterMetaType<ListItem*>("ListItem*");
 
 // Values that the take operations accept in place of a row and a count.
 constexpr int firstRow = -2;
@@ -77,14 +82,8 @@ QModelIndex ListModel::indexFromItem(const ListItem* item) const
 
 void ListModel::appendRow(ListItem* item)
 {
-    if (!item)
-        return;
-    const int row = rowCount();
-    beginInsertRows(QModelIndex(), row, row);
-    connectItem(item);
-    m_rows.append(item);
-    endInsertRows();
-    emit countChanged(rowCount());
+    if (item)
+        appendRows({item});
 }
 
 void ListModel::appendRows(QVector<ListItem*> items)
@@ -106,7 +105,8 @@ void ListModel::insertRow(int row, ListItem* item)
         return;
     beginInsertRows(QModelIndex(), row, row);
     connectItem(item);
-    m_rows.insert(row, item);
+    // Bounded by what is there now: a slot of rowsAboutToBeInserted() may have removed rows.
+    m_rows.insert(qMin(row, m_rows.size()), item);
     endInsertRows();
     emit countChanged(rowCount());
 }
@@ -250,8 +250,8 @@ void ListModel::connectItem(ListItem* item)
 void ListModel::destroyRows(int row, int count, const QModelIndex& parent)
 {
     const QVector<ListItem*> removed = extractRows(row, count, parent);
-    // Front to back: deferred deletions run in posting order, and a parent finds its first child
-    // at once.
+    // Front to back: deferred deletions run in posting order, and then each item is the first that
+    // its parent finds among its children.
     for (ListItem* item : removed)
         item->deleteLater();
     endExtraction();
@@ -261,7 +261,7 @@ void ListModel::destroyRows(int row, int count, const QModelIndex& parent)
 QVector<ListItem*> ListModel::extractRows(int row, int count, const QModelIndex& parent)
 {
     beginRemoveRows(parent, row, row + count - 1);
-    // Bounded by what is there now: a slot of rowsAboutToBeRemoved() may have removed rows itself.
+    // Bounded by what is there now, as in insertRow().
     const QVector<ListItem*> extracted = m_rows.mid(row, count);
     if (!extracted.isEmpty())
         m_rows.remove(row, extracted.size());

@@ -4,6 +4,10 @@
 #include "ListItem.h"
 
 #include <QAbstractListModel>
+#include <QByteArray>
+#include <QHash>
+#include <QModelIndex>
+#include <QVariant>
 #include <QVector>
 
 namespace rivo
@@ -19,17 +23,24 @@ namespace models
 /// parent is about to destroy must be taken out or removed first. Rows that QML may receive from
 /// itemFromRow() need a QObject parent, or the JavaScript garbage collector destroys them.
 ///
+/// A row's dataChanged() is passed on as dataChanged() of its current row with an empty role list
+/// (any role may have changed); that of an item which is no row any more is ignored.
+///
 /// Rows and counts are those of the top level whatever `parent` index is given. Every change of
-/// the row count ends with countChanged(rowCount()), after the end...Rows() notification.
-/// Rejected calls change nothing and emit nothing. GUI thread only.
+/// the row count ends with countChanged(rowCount()), after the end...Rows() notification. That
+/// count, the place where rows are appended and what clear() removes are read through the virtual
+/// rowCount(); ranges are checked against the rows that are there.
+/// Rejected calls change nothing and emit nothing. Do not insert or remove rows from a slot of
+/// rowsAboutToBe...(): nothing crashes, but other rows than the announced ones move. GUI thread
+/// only.
 class GUICORE_EXPORT ListModel : public QAbstractListModel
 {
     Q_OBJECT
     Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
 
 public:
-    /// `prototype` answers roleNames() for the whole life of the model; it is neither parented nor
-    /// deleted here.
+    /// `prototype` answers roleNames(): not null, and not destroyed before the model's last use.
+    /// It is neither parented nor deleted here.
     ListModel(ListItem* prototype, QObject* parent);
 
     /// Deletes neither rows nor prototype and emits nothing: an owner whose rows have no QObject
@@ -52,7 +63,8 @@ public:
     /// Index of the first row that is this very object; invalid if it is no row. Linear.
     QModelIndex indexFromItem(const ListItem* item) const;
 
-    /// Appends one row; null is ignored. An item inserted twice is two rows and two connections.
+    /// Appends one row; null is ignored. An item inserted twice is two rows and two
+    /// connections, and removing either row destroys the item of both.
     void appendRow(ListItem* item);
 
     /// Appends the rows in one insertion with one countChanged(); an empty list is ignored. The
@@ -84,15 +96,18 @@ public:
     /// reports each change twice.
     QVector<ListItem*> takeRows(int row, int count, const QModelIndex& parent = QModelIndex());
 
-    /// Orders all rows by id(), not stably; `column` is ignored. Like all three sorts it emits no
-    /// signal whatever: sort before the rows are shown, or reset the views yourself.
+    // The three sorts emit no signal whatever: sort before the rows are shown, or reset the views
+    // yourself. Persistent indexes stay at their row number. `column` is ignored; any order but
+    // Qt::AscendingOrder is descending.
+
+    /// Orders all rows by id(), not stably.
     void sort(int column, Qt::SortOrder order) override;
 
-    /// Orders all rows by the value of `role` under the QVariant ordering, stably; no signal.
+    /// Orders all rows by the value of `role` under the QVariant ordering, stably.
     void sortByRole(int column, Qt::SortOrder order, int role);
 
-    /// Orders rows `first` to `last` - 1 (`last` excluded) by the value of `role`, not stably; no
-    /// signal. Fewer than two rows are left as they are. 0 <= first and last <= rowCount() are not
+    /// Orders rows `first` to `last` - 1 (`last` excluded) by the value of `role`, not stably.
+    /// Fewer than two rows are left as they are. 0 <= first and last <= rowCount() are not
     /// checked.
     void sortRangeByRole(int column, Qt::SortOrder order, int first, int last, int role);
 
@@ -100,7 +115,8 @@ public:
     Q_INVOKABLE ListItem* itemFromRow(const int& iRow) const;
 
     /// The row as a map from role name to value, an object for QML; an invalid QVariant
-    /// (undefined) for a row out of range. Nothing is cached or converted.
+    /// (undefined) for a row out of range. The names are those of the row's own class. Nothing is
+    /// cached or converted.
     Q_INVOKABLE QVariant get(const int& index);
     Q_INVOKABLE QVariant get(const QModelIndex& index);
 

@@ -46,6 +46,8 @@ PassengerTypeItem::PassengerTypeItem(const int& id, const QString& description, 
     ++instanceCount;
 }
 
+PassengerTypeItem::~PassengerTypeItem() = default;
+
 QVariant PassengerTypeItem::data(int role) const
 {
     switch (role) {
@@ -93,22 +95,47 @@ QHash<int, QByteArray> PassengerTypeItem::roleNames() const
 
 int PassengerTypeItem::id() const { return m_id; }
 
-// clang-format off
 void PassengerTypeItem::setId(const int& id) { store(m_id, id); }
-void PassengerTypeItem::setDescription(const QString& description) { store(m_description, description); }
+void PassengerTypeItem::setDescription(const QString& description)
+{
+    store(m_description, description);
+}
 void PassengerTypeItem::setCode(const QString& code) { store(m_code, code); }
 void PassengerTypeItem::setIcon(const QString& icon) { store(m_icon, icon); }
 void PassengerTypeItem::setPrice(const double& price) { storeFuzzy(m_price, price); }
-void PassengerTypeItem::setFareProductId(const int& fareProductId) { store(m_fareProductId, fareProductId); }
-void PassengerTypeItem::setFareProductName(const QString& fareProductName) { m_fareProductName = fareProductName; } // silent
-void PassengerTypeItem::setTotalInBasket(const int& totalInBasket) { store(m_totalInBasket, totalInBasket); }
-void PassengerTypeItem::setIsReturnFee(const bool& isReturnFee) { store(m_isReturnFee, isReturnFee); }
-void PassengerTypeItem::setFromStopGroupId(const int& fromStopGroupId) { store(m_fromStopGroupId, fromStopGroupId); }
-void PassengerTypeItem::setToStopGroupId(const int& toStopGroupId) { store(m_toStopGroupId, toStopGroupId); }
-void PassengerTypeItem::setFareProductColor(const QString& fareProductColor) { store(m_fareProductColor, fareProductColor); }
+void PassengerTypeItem::setFareProductId(const int& fareProductId)
+{
+    store(m_fareProductId, fareProductId);
+}
+void PassengerTypeItem::setFareProductName(const QString& fareProductName)
+{
+    m_fareProductName = fareProductName;
+}
+void PassengerTypeItem::setTotalInBasket(const int& totalInBasket)
+{
+    store(m_totalInBasket, totalInBasket);
+}
+void PassengerTypeItem::setIsReturnFee(const bool& isReturnFee)
+{
+    store(m_isReturnFee, isReturnFee);
+}
+void PassengerTypeItem::setFromStopGroupId(const int& fromStopGroupId)
+{
+    store(m_fromStopGroupId, fromStopGroupId);
+}
+void PassengerTypeItem::setToStopGroupId(const int& toStopGroupId)
+{
+    store(m_toStopGroupId, toStopGroupId);
+}
+void PassengerTypeItem::setFareProductColor(const QString& fareProductColor)
+{
+    store(m_fareProductColor, fareProductColor);
+}
 void PassengerTypeItem::setHasExpired(const bool& hasExpired) { store(m_hasExpired, hasExpired); }
-void PassengerTypeItem::setFareDiscount(const double& fareDiscount) { store(m_fareDiscount, fareDiscount); } // exact
+void PassengerTypeItem::setFareDiscount(const double& fareDiscount)
+{
+    store(m_fareDiscount, fareDiscount);
+}
 void PassengerTypeItem::setSelected(const bool& selected) { store(m_selected, selected); }
 void PassengerTypeItem::setIsDaily(const bool& isDaily) { store(m_isDaily, isDaily); }
 void PassengerTypeItem::setPos(const int& pos) { store(m_pos, pos); }
-// clang-format on

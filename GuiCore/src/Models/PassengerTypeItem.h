@@ -4,7 +4,10 @@
 #include "ListItem.h"
 #include "QHashStaticInit.h"
 
+#include <QByteArray>
+#include <QHash>
 #include <QString>
+#include <QVariant>
 
 struct GUICORE_EXPORT PassengerTypeItemRolesHandling
 {
@@ -22,22 +25,22 @@ class GUICORE_EXPORT PassengerTypeItem : public rivo::models::ListItem
 public:
     /// Role numbers; QML uses the names in PASSENGER_TYPE_ROLES_HASH_TABLE.
     enum Role {
-        PassengerTypeIdRole = Qt::UserRole + 1, // 257
-        DescriptionRole,
-        FareProductIconRole,
-        PriceRole,
-        FareProductIdRole,
-        FareProductNameRole,
-        TotalInBasketRole,
-        IsReturnFeeRole,
-        FromStopGroupIdRole,
-        ToStopGroupIdRole,
-        FareProductColorRole,
-        HasExpiredRole,
-        FareDiscountRole,
-        SelectedRole,
-        IsDailyRole,
-        PosRole // 272
+        PassengerTypeIdRole = 257,
+        DescriptionRole = 258,
+        FareProductIconRole = 259,
+        PriceRole = 260,
+        FareProductIdRole = 261,
+        FareProductNameRole = 262,
+        TotalInBasketRole = 263,
+        IsReturnFeeRole = 264,
+        FromStopGroupIdRole = 265,
+        ToStopGroupIdRole = 266,
+        FareProductColorRole = 267,
+        HasExpiredRole = 268,
+        FareDiscountRole = 269,
+        SelectedRole = 270,
+        IsDailyRole = 271,
+        PosRole = 272
     };
 
     /// A tile with empty texts, identifiers and position -1, amounts 0 and flags false.
@@ -51,6 +54,8 @@ public:
                       const QString& fareProductColor, const bool& hasExpired,
                       const double& fareDiscount, const bool& isDaily, int pos, QObject* parent);
 
+    ~PassengerTypeItem() override;
+
     int id() const override; ///< passenger type identifier
     QVariant data(int role) const override;
     QHash<int, QByteArray> roleNames() const override;
@@ -63,11 +68,11 @@ public:
     QString fareProductName() const { return m_fareProductName; }
     int totalInBasket() const { return m_totalInBasket; } ///< tickets of this tile in the basket
     bool isReturnFee() const { return m_isReturnFee; }
-    int fromStopGroupId() const { return m_fromStopGroupId; } ///< origin zone
-    int toStopGroupId() const { return m_toStopGroupId; }     ///< destination zone
-    QString fareProductColor() const { return m_fareProductColor; }
-    bool hasExpired() const { return m_hasExpired; } ///< not for sale; true for placeholders
-    double fareDiscount() const { return m_fareDiscount; }
+    int fromStopGroupId() const { return m_fromStopGroupId; }       ///< origin zone
+    int toStopGroupId() const { return m_toStopGroupId; }           ///< destination zone
+    QString fareProductColor() const { return m_fareProductColor; } ///< as in sProduct
+    bool hasExpired() const { return m_hasExpired; } ///< no longer valid; true for placeholders
+    double fareDiscount() const { return m_fareDiscount; } ///< as in sProduct
     bool selected() const { return m_selected; }
     bool isDaily() const { return m_isDaily; }
     int pos() const { return m_pos; } ///< back-office position, counted from 1; -1 if none

@@ -1,7 +1,7 @@
 #include "PassengerTypesModel.h"
 
 #include "PassengerTypeItem.h"
-#include "ProductRecord.h"
+#include "ProductDump.h"
 
 #include <core/ConfigManager.h>
 #include <core/JsonObjectFactory.h>
@@ -22,11 +22,21 @@ namespace
 const QJsonWrapper::JsonObjectFactory::JsonObjectRegistration<SettingsConfig>
     settingsConfigRegistration(QStringLiteral("settingsConfig"));
 
-QString adultIcon() { return QStringLiteral("qrc:/icons/adult.svg"); }
+const QString adultIcon = QStringLiteral("qrc:/icons/adult.svg");
 
 ConfigManager* configManager()
 {
     return ConfigManager::instance(QDir::homePath(), QStringLiteral("ProjectLink/"));
+}
+
+/// Stores `value`; false if it is what was stored already.
+template <typename T>
+bool replace(T& field, const T& value)
+{
+    if (field == value)
+        return false;
+    field = value;
+    return true;
 }
 
 bool wantsFareProducts(const QStringList& logLevels)
@@ -48,7 +58,7 @@ const QMap<QString, PassengerTypesModel::PassengerType> PassengerTypesModel::cod
 };
 
 const QMap<PassengerTypesModel::PassengerType, QString> PassengerTypesModel::iconMap{
-    {PT_ADULT, adultIcon()},
+    {PT_ADULT, adultIcon},
     {PT_STUDENT_1, QStringLiteral("qrc:/icons/student.svg")},
     {PT_SCHOOLBOY, QStringLiteral("qrc:/icons/school.svg")},
     {PT_DISABLED, QStringLiteral("qrc:/icons/wheelchair.svg")},
@@ -89,34 +99,26 @@ PassengerTypesModel::~PassengerTypesModel() = default;
 
 void PassengerTypesModel::setNumberOfColumns(int numberOfColumns)
 {
-    if (m_numberOfColumns == numberOfColumns)
-        return;
-    m_numberOfColumns = numberOfColumns;
-    emit numberOfColumnsChanged(numberOfColumns);
+    if (replace(m_numberOfColumns, numberOfColumns))
+        emit numberOfColumnsChanged(numberOfColumns);
 }
 
 void PassengerTypesModel::setNumberOfRows(int numberOfRows)
 {
-    if (m_numberOfRows == numberOfRows)
-        return;
-    m_numberOfRows = numberOfRows;
-    emit numberOfRowsChanged(numberOfRows);
+    if (replace(m_numberOfRows, numberOfRows))
+        emit numberOfRowsChanged(numberOfRows);
 }
 
 void PassengerTypesModel::setLogFareProducts(bool logFareProducts)
 {
-    if (m_logFareProducts == logFareProducts)
-        return;
-    m_logFareProducts = logFareProducts;
-    emit logFareProductsChanged();
+    if (replace(m_logFareProducts, logFareProducts))
+        emit logFareProductsChanged();
 }
 
 void PassengerTypesModel::setLogExtraFareProducts(bool logExtraFareProducts)
 {
-    if (m_logExtraFareProducts == logExtraFareProducts)
-        return;
-    m_logExtraFareProducts = logExtraFareProducts;
-    emit logExtraFareProductsChanged();
+    if (replace(m_logExtraFareProducts, logExtraFareProducts))
+        emit logExtraFareProductsChanged();
 }
 
 void PassengerTypesModel::addItem(const int& passengerTypeId, const QString& description,
@@ -152,7 +154,7 @@ void PassengerTypesModel::addItemsToModel(const QVector<sProduct>& products)
     for (const sProduct& record : records) {
         const QString icon =
             record.icon.isEmpty()
-                ? iconMap.value(static_cast<PassengerType>(record.passengerTypeCode), adultIcon())
+                ? iconMap.value(static_cast<PassengerType>(record.passengerTypeCode), adultIcon)
                 : record.icon;
         appendRow(new PassengerTypeItem(
             record.passengerTypeId, record.description, QString::number(record.passengerTypeCode),

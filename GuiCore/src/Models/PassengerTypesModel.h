@@ -48,16 +48,19 @@ public:
 
     /// Type-code text ("PT_ADULT" ...) to number; case-sensitive, value() of an unknown text is 0.
     static const QMap<QString, PassengerType> codeMap;
-    /// Number to icon URL; unknown numbers get the adult icon.
+    /// Number to icon URL. Look up with the adult icon as default, as addItemsToModel() does.
     static const QMap<PassengerType, QString> iconMap;
 
     /// Largest back-office position that is laid out, and the most placeholders that fill the last
     /// grid row.
     static constexpr int maximumGridSlots = 100000;
 
-    /// Reads the display order of passenger types, the log levels and the marker file "debug" of
-    /// the temporary directory; the log level "log_fareproducts" is followed from then on. Logs
-    /// the display order.
+    /// Reads the configuration in ProjectLink/ of the home directory: the display order of
+    /// passenger types (once, and logs it) and whether the log levels hold "log_fareproducts"
+    /// (followed from then on). Checks once for the marker file "debug" in the temporary directory.
+    ///
+    /// A prototype tile becomes a child of `parent`, which must outlive the model's last use;
+    /// without a parent the prototype is never freed.
     explicit PassengerTypesModel(QObject* parent = nullptr);
     ~PassengerTypesModel() override;
 
@@ -76,7 +79,7 @@ public:
     /// Collects one product for the next layout; no row appears and nothing is emitted.
     /// `passengerTypeCode` is a text of codeMap, any other becomes type 0. `price` is in currency
     /// units, `pos` the back-office position counted from 1, -1 if none. Daily products are kept
-    /// apart and laid out after the grid.
+    /// apart and laid out after the grid. The other values are those of sProduct.
     void addItem(const int& passengerTypeId, const QString& description,
                  const QString& passengerTypeCode, const QString& icon, const double& price,
                  const int& fareProductId, QString fareProductName, const bool& isReturnFee,
@@ -84,17 +87,19 @@ public:
                  const bool& hasExpired, const double& fareDiscount, const bool& isDaily, int pos);
 
     /// Appends one tile per record, in order, nothing filtered. A record without an icon gets that
-    /// of its passenger type.
+    /// of its passenger type. Each tile becomes a child of the model and is an insertion of its own
+    /// with its own countChanged().
     void addItemsToModel(const QVector<sProduct>& products);
 
     /// Name of the first tile with that fare product; a null string if there is none.
     QString getFareProductName(int fareProductId);
 
-    /// Removes all tiles and forgets all collected products. Grid size, type codes and log
-    /// switches stay.
+    /// Removes all tiles, as clear() does, and forgets all collected products. Grid size, type
+    /// codes and log switches stay.
     void clearData();
 
-    /// Selects or deselects one tile, other tiles stay as they are; a row out of range is ignored.
+    /// Selects or deselects one tile; its dataChanged() follows if that is a change. Other tiles
+    /// stay as they are; a row out of range or of another class is ignored.
     Q_INVOKABLE void setSelected(const int& iRow, const bool&);
 
     /// Number of tiles that have not expired; placeholders are expired.
@@ -132,7 +137,7 @@ public:
     /// Any `pos` of 0.
     bool hasBackendAssignedPosToZero(QVector<sProduct> const& products);
     /// Any `pos` below -1 or above maximumGridSlots.
-    bool hasBackendAssignedPosOutOfRange(QVector<sProduct> const& products);
+    static bool hasBackendAssignedPosOutOfRange(QVector<sProduct> const& products);
 
     /// Lays the products out by position: holes in the numbering and the rest of the last row
     /// become placeholders. Positions that are duplicate, missing, 0 or out of range are logged

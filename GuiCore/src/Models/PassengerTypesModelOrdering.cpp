@@ -1,7 +1,7 @@
 #include "PassengerTypesModel.h"
 
 #include "PassengerTypeItem.h"
-#include "ProductRecord.h"
+#include "ProductDump.h"
 #include "ZoneIndex.h"
 
 #include <core/Logging.h>

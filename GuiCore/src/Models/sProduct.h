@@ -7,19 +7,19 @@
 /// expired, so that it never counts as sellable.
 struct sProduct
 {
-    int passengerTypeId = 0; ///< identifier of the passenger type
+    int passengerTypeId = 0; ///< becomes the identity of the tile
     QString description = QStringLiteral("---NOT FOR SALE---"); ///< of the passenger type
     int passengerTypeCode = 0; ///< PassengerTypesModel::PassengerType number; 0 if unknown
     QString icon;              ///< icon URL; empty takes the passenger type's own icon
     double price = 0.0;        ///< currency units
-    int fareProductId = 0;     ///< identifier of the fare product
-    QString fareProductName = QStringLiteral("---DUMMY---"); ///< of the fare product
-    bool isReturnFee = false;                                ///< a return fee
-    int fromStopGroupId = 0;                                 ///< origin zone
+    int fareProductId = 0;
+    QString fareProductName = QStringLiteral("---DUMMY---");
+    bool isReturnFee = false;  ///< a return fare
+    int fromStopGroupId = 0;   ///< origin zone
     int toStopGroupId = 0;     ///< destination zone; groups the local layout
-    QString fareProductColor;  ///< colour of the tile
-    bool hasExpired = true;    ///< no longer valid
-    double fareDiscount = 0.0; ///< discount of the fare
+    QString fareProductColor;  ///< colour of the tile, "#rrggbb" or a colour name
+    bool hasExpired = true;    ///< no longer valid; true for placeholders
+    double fareDiscount = 0.0; ///< as the back office states it; carried, never computed with
     bool isDaily = false;      ///< daily product, laid out on a row of its own after the grid
     int pos = -1;              ///< back-office grid position, counted from 1; -1 if none
 };

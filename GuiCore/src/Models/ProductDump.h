@@ -3,6 +3,8 @@
 #include "PassengerTypeItem.h"
 #include "sProduct.h"
 
+#include <QString>
+
 // Product dumps. The caller opens the record (LOG) itself, so that its own signature is logged;
 // these add the pieces. Labels are character strings and numbers ints, each followed by a blank
 // under automatic spacing; names are QStrings, which are not.
