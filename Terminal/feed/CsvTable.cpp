@@ -68,7 +68,7 @@ private:
         if (!m_isRecordOpen)
             m_recordLine = m_line;
         m_isRecordOpen = true;
-        const size_t length = static_cast<size_t>(line.size());
+        const auto length = static_cast<size_t>(line.size());
         const size_t parsed =
             csv_parse(m_parser.get(), line.constData(), length, onField, onRow, this);
         if (parsed == length)

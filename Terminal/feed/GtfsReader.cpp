@@ -832,7 +832,7 @@ private:
     /// The fare product's name, with the medium where that is all that tells two offers apart.
     QString nameOf(const ProductRow& row) const
     {
-        const QString name = row.name.isEmpty() ? row.product : row.name;
+        QString name = row.name.isEmpty() ? row.product : row.name;
         if (row.medium.isEmpty() || m_offers.value({row.product, row.category}) < 2)
             return name;
         const QString medium = m_mediumNames.value(row.medium);

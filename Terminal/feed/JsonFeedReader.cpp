@@ -412,9 +412,8 @@ private:
                            QStringLiteral("a list of at most %1 %2")
                                .arg(m_limits.entries)
                                .arg(QLatin1String(kind)));
-        int index = 0;
-        for (const QJsonValue entry : list)
-            readEntryAt(entry, place.at(index++));
+        for (int i = 0; i < list.size(); ++i)
+            readEntryAt(list.at(i), place.at(i));
     }
 
     void problem(const Place& place, const QJsonValue& value, const QString& expected)

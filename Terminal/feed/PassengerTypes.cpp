@@ -13,29 +13,30 @@ namespace
 
 struct PassengerType
 {
-    QLatin1String text;
+    const char* text;
     int number;
 };
 
 // The catalogue of GuiCore's PassengerTypesModel, which the readers do not link: they serve
 // programs without models too. A test holds the two together.
 constexpr std::array<PassengerType, 8> passengerTypes = {{
-    {QLatin1String("PT_ADULT"), 1},
-    {QLatin1String("PT_STUDENT_1"), 3},
-    {QLatin1String("PT_SCHOOLBOY"), 4},
-    {QLatin1String("PT_DISABLED"), 5},
-    {QLatin1String("PT_MILITARY_1"), 7},
-    {QLatin1String("PT_LFS"), 8},
-    {QLatin1String("PT_STUDENT_2"), 9},
-    {QLatin1String("PT_MILITARY_2"), 10},
+    {"PT_ADULT", 1},
+    {"PT_STUDENT_1", 3},
+    {"PT_SCHOOLBOY", 4},
+    {"PT_DISABLED", 5},
+    {"PT_MILITARY_1", 7},
+    {"PT_LFS", 8},
+    {"PT_STUDENT_2", 9},
+    {"PT_MILITARY_2", 10},
 }};
 
 } // namespace
 
 int passengerTypeNumber(const QString& text)
 {
-    const auto* const type = std::find_if(passengerTypes.begin(), passengerTypes.end(),
-                                          [&](const auto& entry) { return entry.text == text; });
+    const auto* const type =
+        std::find_if(passengerTypes.begin(), passengerTypes.end(),
+                     [&](const auto& entry) { return text == QLatin1String(entry.text); });
     return type == passengerTypes.end() ? 0 : type->number;
 }
 
@@ -43,7 +44,7 @@ QStringList passengerTypeTexts()
 {
     QStringList texts;
     for (const PassengerType& type : passengerTypes)
-        texts.append(type.text);
+        texts.append(QLatin1String(type.text));
     return texts;
 }
 

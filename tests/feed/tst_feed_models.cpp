@@ -60,7 +60,8 @@ void FeedModelsTest::everyFieldReachesTheModel()
 {
     Feed feed;
     feed.products = {distinctProduct()};
-    PassengerTypesModel model;
+    QObject owner; // of the prototype row
+    PassengerTypesModel model(&owner);
     addProducts(feed, model);
     const PassengerTypesModelInspector inside(model);
     QCOMPARE(model.rowCount(), 0);
@@ -92,7 +93,8 @@ void FeedModelsTest::dailyProductsReachTheDailyOnes()
     feed.products.first().isDaily = true;
     feed.products.first().isReturnFee = false;
     feed.products.first().hasExpired = true;
-    PassengerTypesModel model;
+    QObject owner; // of the prototype row
+    PassengerTypesModel model(&owner);
     addProducts(feed, model);
     const PassengerTypesModelInspector inside(model);
     QVERIFY(inside.products().isEmpty());
@@ -109,7 +111,8 @@ void FeedModelsTest::productsAreAddedInTheOrderOfTheFeed()
     feed.products[0].passengerTypeId = 3;
     feed.products[1].passengerTypeId = 1;
     feed.products[2].passengerTypeId = 2;
-    PassengerTypesModel model;
+    QObject owner; // of the prototype row
+    PassengerTypesModel model(&owner);
     addProducts({}, model);
     addProducts(feed, model);
     addProducts(feed, model);
