@@ -200,6 +200,7 @@ private slots:
     void addedTypeTextIsMapped();
 
     void clearDataForgetsProductsAndRows();
+    void clearDataRemovesRowsWithoutProducts();
     void clearDataWithoutRowsEmitsNothing();
     void clearDataOfNewModelEmitsNothing();
 
@@ -869,6 +870,16 @@ void TestPassengerTypesModel::clearDataForgetsProductsAndRows()
     QVERIFY(tile);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!tile);
+}
+
+void TestPassengerTypesModel::clearDataRemovesRowsWithoutProducts()
+{
+    Model model(m_owner.get());
+    model.addItemsToModel({sProduct(), sProduct()});
+    SignalLog signalLog(&model);
+    model.clearData();
+    QCOMPARE(model.rowCount(), 0);
+    QCOMPARE(signalLog.take(), announcedRemoval(0, 1, 0) + QStringList(countChanged(0)));
 }
 
 void TestPassengerTypesModel::clearDataWithoutRowsEmitsNothing()

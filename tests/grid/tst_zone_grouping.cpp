@@ -438,12 +438,13 @@ void TestZoneGrouping::typeOfFiller_data()
     QTest::newRow("8 though it is a local type, if it is not the last") << Codes{8, 9} << "(8)";
     QTest::newRow("8 for an unknown type") << Codes{0} << "(8)";
     QTest::newRow("7 if 8 is the only local type") << Codes{8} << "(7)";
-    QTest::newRow("7 if 8 is the last local type") << Codes{1, 3, 4, 5, 8} << "(7)";
+    QTest::newRow("7 if 8 is the last local type") << Codes{1, 8} << "(7)";
     QTest::newRow("7 if 8 is repeated") << Codes{8, 8} << "(7)";
-    QTest::newRow("5 if 7 is local") << Codes{1, 3, 4, 7, 8} << "(5)";
-    QTest::newRow("4 if 5 and 7 are local") << Codes{1, 3, 5, 7, 8} << "(4)";
-    QTest::newRow("3 if 4, 5 and 7 are local") << Codes{0, 1, 4, 5, 7, 8} << "(3)";
-    QTest::newRow("1 if all of them are local") << Codes{3, 4, 5, 7, 8} << "(1)";
+    QTest::newRow("7 if all others are local") << Codes{1, 3, 4, 5, 8} << "(7)";
+    QTest::newRow("5 if 7 is local") << Codes{7, 8} << "(5)";
+    QTest::newRow("4 if 5 and 7 are local") << Codes{5, 7, 8} << "(4)";
+    QTest::newRow("3 if 4, 5 and 7 are local") << Codes{4, 5, 7, 8} << "(3)";
+    QTest::newRow("1 if 3, 4, 5 and 7 are local") << Codes{3, 4, 5, 7, 8} << "(1)";
     QTest::newRow("1 though it is a local type") << Codes{1, 3, 4, 5, 7, 8} << "(1)";
     QTest::newRow("no filler without local types") << Codes{} << "";
 }
