@@ -381,7 +381,8 @@ void CoreConfigTest::pathIsJoinedWithOneSlash()
     const TemporaryConfig config;
     QVERIFY(config.writeSettings("["));
     const LogCapture log;
-    ConfigManager::instance(config.base() + afterBase, subFolder);
+    const ConfigManager* manager = ConfigManager::instance(config.base() + afterBase, subFolder);
+    QCOMPARE(manager, managerOf(config));
     QCOMPARE(log.messages().size(), 1);
     QVERIFY(log.messages().first().startsWith(config.settingsPath() + ":1:2: "));
 }

@@ -40,6 +40,10 @@ bool replaceLink(const QString& target, const QString& link)
            std::rename(qPrintable(link + ".new"), qPrintable(link)) == 0;
 }
 
+/// Lets the news of other folders, such as those of the test before, pass by: whatever is noticed
+/// afterwards was noticed for its own sake. Too short a pause could only hide a defect.
+void settle() { QTest::qWait(150); }
+
 using Step = std::function<bool(const TemporaryConfig&)>;
 
 } // namespace
@@ -197,6 +201,7 @@ void CoreFollowTest::changeOnDiskIsFollowed()
     QCOMPARE(settings->getLogLevels(), before);
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
 
+    settle();
     QVERIFY(change(config));
     QTRY_COMPARE(changes.count(), 1);
     QCOMPARE(changes.first().first().toStringList(), after);
@@ -204,6 +209,7 @@ void CoreFollowTest::changeOnDiskIsFollowed()
     QCOMPARE(log.messages(), QStringList());
 
     // The watches hold on to what is there now.
+    settle();
     QVERIFY(config.makeFolder() && config.writeSettings(settingsWith({"last"})));
     QTRY_COMPARE(settings->getLogLevels(), QStringList{"last"});
     QCOMPARE(changes.count(), 2);
@@ -218,6 +224,7 @@ void CoreFollowTest::changeIsFollowedAgainAndAgain()
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
     for (int round = 1; round <= 12; ++round) {
         const QStringList levels{QString::number(round)};
+        settle();
         switch (round % 4) {
         case 0:
             QVERIFY(config.removeFolder() && config.makeFolder());
@@ -245,10 +252,11 @@ void CoreFollowTest::basePathMayComeLater()
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
 
     // Step by step, so that every step is followed from the one before.
+    settle();
     QVERIFY(QDir().mkpath(config.base() + "/not"));
-    QTest::qWait(1);
+    settle();
     QVERIFY(QDir().mkpath(base + "/a"));
-    QTest::qWait(1);
+    settle();
     QVERIFY(QDir().mkpath(base + "/a/b"));
     QVERIFY(TemporaryConfig::write(base + "/a/b/settings.json", settingsWith({"here"})));
     QTRY_COMPARE(settings->getLogLevels(), QStringList{"here"});
@@ -264,8 +272,10 @@ void CoreFollowTest::basePathMayComeBack()
     SettingsConfig* settings = ConfigManager::instance(base, "sub")->settingsConfig();
     QCOMPARE(settings->getLogLevels(), QStringList{"one"});
 
+    settle();
     QVERIFY(QDir().rename(base, base + ".gone"));
     QTRY_COMPARE(settings->getLogLevels(), QStringList());
+    settle();
     // A change in the folder that is no longer ours means nothing.
     QVERIFY(TemporaryConfig::write(base + ".gone/sub/settings.json", settingsWith({"two"})));
     QVERIFY(QDir().mkpath(base + "/sub"));

@@ -81,6 +81,7 @@ private slots:
     void captureSeesTheDefaultLoggerOnly();
     void loggingConfOverrides();
     void loggingConfWritesToAFile();
+    void fileNameAloneWritesNoRecordThere();
     void loggingConfThatIsMissingChangesNothing();
     void badLoggingConfIsOneWarning_data();
     void badLoggingConfIsOneWarning();
@@ -173,6 +174,18 @@ void CoreLoggingTest::loggingConfWritesToAFile()
     QCOMPARE(run.leftovers, QStringList());
     QCOMPARE(TemporaryConfig::read(logFile),
              QByteArray("INFO count 3 żółć\nWARNING careful\nDEBUG detail\n"));
+}
+
+void CoreLoggingTest::fileNameAloneWritesNoRecordThere()
+{
+    const TemporaryConfig config;
+    const QString logFile = config.base() + "/grid.log";
+    QVERIFY(
+        TemporaryConfig::write(config.loggingPath(), "* GLOBAL:\nFILENAME = " + logFile.toUtf8()));
+    const ProbeRun run = runWith(config);
+    QVERIFY(run.isGood);
+    QVERIFY2(matchAll(run.lines, defaultPatterns()), qPrintable(run.lines.join('\n')));
+    QCOMPARE(TemporaryConfig::read(logFile), QByteArray());
 }
 
 void CoreLoggingTest::loggingConfThatIsMissingChangesNothing()

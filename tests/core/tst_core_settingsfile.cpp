@@ -36,6 +36,8 @@ class CoreSettingsFileTest : public QObject
     Q_OBJECT
 
 private slots:
+    void pathHasOneSlashBetweenItsParts_data();
+    void pathHasOneSlashBetweenItsParts();
     void startsEmptyAndTouchesNothing();
     void savedValuesAreReadBack_data();
     void savedValuesAreReadBack();
@@ -51,6 +53,41 @@ private slots:
     void saveRefusesWhatItCouldNotReadBack();
     void managerFollowsASave();
 };
+
+void CoreSettingsFileTest::pathHasOneSlashBetweenItsParts_data()
+{
+    QTest::addColumn<QString>("basePath");
+    QTest::addColumn<QString>("subFolder");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("as the list models ask") << "/home/bus"
+                                            << "ProjectLink/"
+                                            << "/home/bus/ProjectLink/settings.json";
+    QTest::newRow("no slash at all") << "/home/bus"
+                                     << "a"
+                                     << "/home/bus/a/settings.json";
+    QTest::newRow("slashes everywhere") << "//home/bus//"
+                                        << "//a//b//"
+                                        << "/home/bus/a/b/settings.json";
+    QTest::newRow("no sub folder") << "/home/bus"
+                                   << ""
+                                   << "/home/bus/settings.json";
+    QTest::newRow("the root") << "/"
+                              << "a"
+                              << "/a/settings.json";
+    QTest::newRow("dots") << "/home/./bus"
+                          << "../a/."
+                          << "/home/a/settings.json";
+    QTest::newRow("a relative base") << "conf"
+                                     << "a/"
+                                     << "conf/a/settings.json";
+}
+
+void CoreSettingsFileTest::pathHasOneSlashBetweenItsParts()
+{
+    QFETCH(QString, basePath);
+    QFETCH(QString, subFolder);
+    QTEST(SettingsFile::pathIn(basePath, subFolder), "path");
+}
 
 void CoreSettingsFileTest::startsEmptyAndTouchesNothing()
 {
