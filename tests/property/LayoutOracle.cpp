@@ -63,7 +63,7 @@ QVector<int> ascendingCodes(const QStringList& typeTexts)
     std::multiset<int> codes;
     for (const QString& text : typeTexts)
         codes.insert(codeOf(text));
-    return QVector<int>(codes.begin(), codes.end());
+    return {codes.begin(), codes.end()};
 }
 
 // ---- records ----

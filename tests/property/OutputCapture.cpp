@@ -13,7 +13,8 @@ namespace
 void flush()
 {
     std::cout.flush();
-    std::fflush(stdout);
+    if (std::fflush(stdout) != 0)
+        qFatal("OutputCapture: standard output cannot be written");
 }
 
 } // namespace
@@ -28,7 +29,7 @@ OutputCapture::~OutputCapture()
 {
     if (m_original != -1)
         stop();
-    std::fclose(m_file);
+    static_cast<void>(std::fclose(m_file));
 }
 
 void OutputCapture::start()
