@@ -1,7 +1,5 @@
 #include "FieldRule.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
 
 namespace rivo::feed
@@ -18,12 +16,6 @@ int characterCount(const QString& text)
 }
 
 } // namespace
-
-bool isCurrencyCode(const QString& text)
-{
-    static const QRegularExpression code(QStringLiteral("\\A[A-Z]{3}\\z"));
-    return code.match(text).hasMatch();
-}
 
 bool FieldRule::allows(const QString& text, const FeedLimits& limits) const
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FeedOptions.h"
+#include "TextForms.h"
 
 #include <QString>
 
@@ -55,9 +56,6 @@ struct FieldRule
 
 constexpr FieldRule required{true};
 constexpr FieldRule optional{false};
-
-/// Three capital letters, as the codes of ISO 4217.
-bool isCurrencyCode(const QString& text);
 
 constexpr FieldRule currencyRule = required.satisfying(isCurrencyCode, "a code such as \"EUR\"");
 constexpr FieldRule priceRule = required.within(0, 1'000'000);

@@ -26,7 +26,7 @@ const Files network = {
     {"stops.txt", "stop_id,stop_code,stop_name,stop_lat,stop_lon\n"
                   "A,01,Market,52.5,-13.25\n"
                   "B,02,Station,52.6,13.5\n"},
-    {"stop_areas.txt", "area_id,stop_id\n20,A\n10,B\n10,A\n"},
+    {"stop_areas.txt", "area_id,stop_id\n20,A\n10,B\n10,A\n20,A\n"},
     {"routes.txt", "route_id,route_short_name,route_long_name,route_color,route_text_color\n"
                    "R1,1,Market - Station,1657ba,FFFFFF\n"},
     {"shapes.txt", "shape_id,shape_pt_lat,shape_pt_lon,shape_pt_sequence\n"

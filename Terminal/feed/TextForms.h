@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+namespace rivo::feed
+{
+
+// The forms that texts of a feed have.
+
+/// The format name of JSON feeds.
+bool isFormatName(const QString& text);
+
+/// Three capital letters, as the codes of ISO 4217.
+bool isCurrencyCode(const QString& text);
+
+/// ISO 8601 with a date, a time and an offset from UTC, of a day that the calendar has.
+bool isDateAndTime(const QString& text);
+
+/// Digits, perhaps with a point and further digits.
+bool isDecimal(const QString& text);
+
+/// Six hexadecimal digits.
+bool isColor(const QString& text);
+
+/// `text` as a positive integer; 0 if it is none or is written otherwise than people count ("07").
+int positiveInteger(const QString& text);
+
+/// H:MM:SS as seconds since the start of the service day; hours may pass 24. -1 if `text` is none.
+int seconds(const QString& text);
+
+} // namespace rivo::feed
