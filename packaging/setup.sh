@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034 # the lists are used by those who source this
 # Sourced by run.sh, test.sh and .ci/run: packages, configuration and build on Debian 12.
 # Quiet on success; what a failed step printed is shown.
 

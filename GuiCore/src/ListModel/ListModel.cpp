@@ -76,7 +76,7 @@ QModelIndex ListModel::indexFromItem(const ListItem* item) const
 {
     const auto found = std::find(m_rows.cbegin(), m_rows.cend(), item);
     if (found == m_rows.cend())
-        return QModelIndex();
+        return {};
     return index(static_cast<int>(found - m_rows.cbegin()), 0);
 }
 
@@ -194,7 +194,7 @@ QVariant ListModel::get(const int& index)
 {
     const ListItem* item = itemFromRow(index);
     if (!item)
-        return QVariant();
+        return {};
     const QHash<int, QByteArray> names = item->roleNames();
     QVariantMap row;
     for (auto name = names.cbegin(); name != names.cend(); ++name)

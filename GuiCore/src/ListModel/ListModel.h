@@ -1,5 +1,8 @@
 #pragma once
 
+// itemFromRow() returns "ListItem*" by that very name, which the library registers at load.
+// clazy:excludeall=fully-qualified-moc-types
+
 #include "GuiCoreExport.h"
 #include "ListItem.h"
 

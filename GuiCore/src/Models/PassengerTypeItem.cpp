@@ -84,7 +84,7 @@ QVariant PassengerTypeItem::data(int role) const
     case PosRole:
         return m_pos;
     default:
-        return QVariant();
+        return {};
     }
 }
 

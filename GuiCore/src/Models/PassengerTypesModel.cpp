@@ -20,7 +20,8 @@ namespace
 {
 
 const QJsonWrapper::JsonObjectFactory::JsonObjectRegistration<SettingsConfig>
-    settingsConfigRegistration(QStringLiteral("settingsConfig"));
+    settingsConfigRegistration( // clazy:exclude=non-pod-global-static
+        QStringLiteral("settingsConfig"));
 
 const QString adultIcon = QStringLiteral("qrc:/icons/adult.svg");
 
@@ -150,7 +151,8 @@ void PassengerTypesModel::addItem(const int& passengerTypeId, const QString& des
 
 void PassengerTypesModel::addItemsToModel(const QVector<sProduct>& products)
 {
-    const QVector<sProduct> records = products; // a slot of ours may change the caller's list
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): slots may change the list
+    const QVector<sProduct> records = products;
     for (const sProduct& record : records) {
         const QString icon =
             record.icon.isEmpty()
@@ -169,7 +171,7 @@ QString PassengerTypesModel::getFareProductName(int fareProductId)
     const QModelIndexList hits = match(index(0, 0), PassengerTypeItem::FareProductIdRole,
                                        QVariant(fareProductId), 1, Qt::MatchExactly);
     if (hits.isEmpty())
-        return QString();
+        return {};
     const auto* item = qobject_cast<PassengerTypeItem*>(itemFromRow(hits.first().row()));
     return item ? item->fareProductName() : QString();
 }
@@ -207,7 +209,8 @@ void PassengerTypesModel::sortByPrice(Qt::SortOrder order)
 
 void PassengerTypesModel::printProducts(const QVector<sProduct>& products)
 {
-    const QVector<sProduct> records = products; // writing a record may call back into the model
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): log callbacks may change it
+    const QVector<sProduct> records = products;
     for (const sProduct& record : records) {
         if (m_logFareProducts)
             writeProduct(LOG(INFO), record) << " Pos: " << record.pos;

@@ -17,10 +17,13 @@
 /// appends PassengerTypeItem rows that are QObject children of this model.
 ///
 /// Grid slots are numbered row by row from 0; back-office positions likewise from 1. A zone is a
-/// destination stop group (sProduct::toStopGroupId). Any numbers are safe: a column count of 0
-/// counts as one column wherever the layout divides by it. A slot connected to one of the signals
-/// may call back into the model in the middle of a layout; that is safe, but what the grid then
-/// shows depends on the moment: lay it out anew.
+/// destination stop group (sProduct::toStopGroupId). numberOfRows counts the rows of each zone's
+/// largest type and one per daily product; it need not be tiles / columns.
+///
+/// Layouts, checks and reOrder() are safe for any numbers: a column count of 0 counts as one column
+/// wherever the layout divides by it, negative ones give no columns of use but no harm. A slot
+/// connected to one of the signals may call back into the model in the middle of a layout (but not
+/// delete it); that is safe, but what the grid then shows depends on the moment: lay it out anew.
 class GUICORE_EXPORT PassengerTypesModel : public rivo::models::ListModel
 {
     Q_OBJECT
@@ -139,28 +142,36 @@ public:
     /// Any `pos` below -1 or above maximumGridSlots.
     static bool hasBackendAssignedPosOutOfRange(QVector<sProduct> const& products);
 
-    /// Lays the products out by position: holes in the numbering and the rest of the last row
-    /// become placeholders. Positions that are duplicate, missing, 0 or out of range are logged
-    /// and the products appended in position order as they are. Without any product only the
-    /// daily products are laid out. The last row is not filled if that takes more than
-    /// maximumGridSlots placeholders.
+    /// Appends the products by position: holes in the numbering and the rest of the last row become
+    /// placeholders, unless the rest is more than maximumGridSlots. numberOfRows comes before the
+    /// tiles. Duplicate, missing and 0 positions are logged, those out of range as missing, and the
+    /// products are appended in position order as they are; numberOfRows comes after them. The
+    /// products stay sorted, with a placeholder in front if position 1 is missing. Then the daily
+    /// products, by zone. Without products only those are laid out.
     void sortBasedOnBackendAssignment();
 
-    /// Lays the products out zone by zone for the passenger types `codes`.
+    /// Appends the products zone by zone for the passenger types `codes`, then the daily products.
+    /// numberOfRows starts from 0 and grows with each zone. The products stay sorted by fare
+    /// product and zone.
     void sortBasedOnLocalData(QStringList const& codes);
 
-    /// Appends the block of one zone to the grouped products and raises numberOfRows by its rows.
-    /// If the slots of getIndeces() are no permutation, the block stays sorted by passenger type.
+    /// Appends the block of one zone to the grouped products and raises numberOfRows by its rows,
+    /// for the passenger types of the last zone layout; nothing happens for a zone without
+    /// products. If the slots of getIndeces() are no permutation, the block stays sorted by type.
     void sortAndGroupProductsForZone(int const& zone);
 
-    /// Slot of each product of a zone, from the products' passenger types (ascending): k-th
-    /// product of a type goes to row k of that type's column. Notes removed types, and the slots
-    /// while logFareProducts is on, on standard output. The result is as long as `codes` only if
-    /// the types are evenly filled; its length is at most the number of types x length of `codes`.
+    /// Slots for the products of a zone, from their passenger types (ascending): per distinct type
+    /// one run column, column + W, ... of length (size of `codes`) / W, at least one, W being
+    /// numberOfColumns. The column is the type's place in the display order (without the types that
+    /// the layout is not made for, unless it has as many entries as there are distinct types),
+    /// otherwise the first of 0 to 3 that no other type has, otherwise -1. Notes left-out types,
+    /// and the slots while logFareProducts is on, on standard output. Memory: distinct types x
+    /// length of the runs.
     QVector<int> getIndeces(QVector<int> codes);
 
-    /// Moves each product to the slot of the same index, in place; `indices` ends as 0, 1, 2, ...
-    /// Does nothing unless `indices` is a permutation of 0 .. length - 1 of the products' length.
+    /// Moves the product at k to place indices[k], for every k, in place; `indices` ends as 0, 1,
+    /// 2, ... Nothing happens unless both lists are equally long and `indices` holds each of 0 ..
+    /// length - 1 once.
     void reOrder(QVector<sProduct>& products, QVector<int>& indices);
 
 signals:

@@ -6,6 +6,8 @@
 
 #include <core/Logging.h>
 
+#include <QSet>
+
 #include <algorithm>
 #include <array>
 #include <iostream>
@@ -44,12 +46,6 @@ bool isBeforeByProductAndZone(const sProduct& a, const sProduct& b)
 bool isBeforeByType(const sProduct& a, const sProduct& b)
 {
     return a.passengerTypeCode < b.passengerTypeCode;
-}
-
-void sortAndDropDuplicates(QVector<int>& values)
-{
-    std::sort(values.begin(), values.end());
-    values.erase(std::unique(values.begin(), values.end()), values.end());
 }
 
 QVector<int> ascendingTypeCodes(const QStringList& texts)
@@ -98,7 +94,7 @@ QVector<sProduct> withHolesFilled(const QVector<sProduct>& products)
     return arranged;
 }
 
-/// Grid rows that `count` tiles take in `columns` columns.
+/// Grid rows that `count` tiles take in `columns` columns; none without tiles.
 int rowsFor(int count, int columns) { return count == 0 ? 0 : (count - 1) / columns + 1; }
 
 using TypeCounts = std::array<int, evenedTypes.size()>;
@@ -221,7 +217,8 @@ void PassengerTypesModel::setSupportedPassengerTypeCodes(QStringList const& code
 
 void PassengerTypesModel::sortAndRegroup(QStringList const& codes, int const& columns)
 {
-    const QStringList typeCodes = codes; // a slot of ours may change the caller's list
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): slots may change the list
+    const QStringList typeCodes = codes;
     const bool isPositioned = hasBackendAssignedSortingToProducts(m_products);
 
     // The types are those of the previous layout: the count is chosen before they are replaced.
@@ -333,7 +330,8 @@ QVector<sProduct> PassengerTypesModel::arrangeByPosition()
 
     setNumberOfRows(rowsFor(arranged.size(), divisorColumns()));
     if (arranged.size() % divisorColumns() != 0) {
-        const qint64 missing = qint64(m_numberOfColumns) * m_numberOfRows - arranged.size();
+        const qint64 missing = qint64(divisorColumns()) * m_numberOfRows - arranged.size();
+        // A column count that needs more is a mistake, and would take the memory of the terminal.
         if (missing <= maximumGridSlots) {
             for (qint64 i = 0; i < missing; ++i)
                 arranged.append(placeholderAt(arranged.last().pos + 1));
@@ -370,7 +368,8 @@ void PassengerTypesModel::raiseNumberOfRows(int rows)
 
 void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
 {
-    const QStringList typeCodes = codes; // a slot of ours may change the caller's list
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): slots may change the list
+    const QStringList typeCodes = codes;
     m_localTypeCodes.resize(0);
     setNumberOfRows(0);
     m_localTypeCodes = ascendingTypeCodes(typeCodes);
@@ -381,14 +380,14 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
     if (m_logFareProducts)
         LOG(INFO) << "------------------- BEFORE GROUPING --------------------";
 
-    const ZoneIndex index(m_products);
-    QVector<int> types;
-    for (const sProduct& product : index.products()) {
+    const QVector<sProduct> ordered = m_products;
+    QSet<int> types;
+    for (const sProduct& product : ordered) {
         if (m_logFareProducts)
             writeProduct(LOG(INFO), product);
-        types.append(product.passengerTypeCode);
+        types.insert(product.passengerTypeCode);
     }
-    sortAndDropDuplicates(types);
+    const ZoneIndex index(ordered);
     const QVector<int> zones = index.zones();
     if (m_logFareProducts)
         LOG(INFO) << QStringLiteral("%1 zones will be supported").arg(zones.size());
@@ -409,17 +408,18 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
         LOG(INFO) << "------------------- AFTER GROUPING --------------------";
     for (int row = 0; row < rowCount(); ++row) {
         const auto* tile = qobject_cast<PassengerTypeItem*>(itemFromRow(row));
-        if (tile && !tile->description().isEmpty() && m_logFareProducts)
+        if (m_logFareProducts && tile && !tile->description().isEmpty())
             writeTile(LOG(INFO), *tile);
     }
 }
 
 void PassengerTypesModel::sortAndGroupProductsForZone(int const& zone)
 {
+    const int wantedZone = zone; // the caller's number may change while the record is written
     if (m_logFareProducts)
-        LOG(INFO) << QStringLiteral("Group products for zone: %1").arg(zone);
+        LOG(INFO) << QStringLiteral("Group products for zone: %1").arg(wantedZone);
 
-    QVector<sProduct> block = ZoneIndex::productsOf(m_products, zone);
+    QVector<sProduct> block = ZoneIndex::productsOf(m_products, wantedZone);
     if (block.isEmpty())
         return;
 
@@ -470,7 +470,8 @@ QVector<int> PassengerTypesModel::localPartOfOrder() const
         if (m_localTypeCodes.contains(code))
             order.append(code);
         else
-            std::cout << "Remove : " << code << " from vTypeCodesOrderCpy" << std::endl;
+            std::cout << "Remove : " << std::to_string(code) << " from vTypeCodesOrderCpy"
+                      << std::endl;
     }
     return order;
 }

@@ -7,21 +7,31 @@
 namespace
 {
 
-const ZoneIndex* newestIndex = nullptr;
+ZoneIndex* newestIndex = nullptr;
 
 } // namespace
 
-ZoneIndex::ZoneIndex(const QVector<sProduct>& products)
-    : m_products(products), m_rows(products.size()), m_outer(newestIndex)
+ZoneIndex::ZoneIndex(const QVector<sProduct>& products) : m_outer(newestIndex)
 {
+    build(products);
+    newestIndex = this;
+}
+
+ZoneIndex::~ZoneIndex()
+{
+    Q_ASSERT(newestIndex == this);
+    newestIndex = m_outer;
+}
+
+void ZoneIndex::build(const QVector<sProduct>& products)
+{
+    m_products = products;
+    m_rows.resize(products.size());
     std::iota(m_rows.begin(), m_rows.end(), 0);
     std::stable_sort(m_rows.begin(), m_rows.end(), [this](int a, int b) {
         return m_products.at(a).toStopGroupId < m_products.at(b).toStopGroupId;
     });
-    newestIndex = this;
 }
-
-ZoneIndex::~ZoneIndex() { newestIndex = m_outer; }
 
 QVector<int> ZoneIndex::zones() const
 {
@@ -36,16 +46,18 @@ QVector<int> ZoneIndex::zones() const
 
 QVector<sProduct> ZoneIndex::productsOf(const QVector<sProduct>& products, int zone)
 {
-    if (newestIndex && newestIndex->m_products.constData() == products.constData())
-        return newestIndex->productsOf(zone);
-
+    if (newestIndex) {
+        if (newestIndex->m_products.constData() != products.constData())
+            newestIndex->build(products);
+        return newestIndex->block(zone);
+    }
     QVector<sProduct> found;
     std::copy_if(products.cbegin(), products.cend(), std::back_inserter(found),
                  [zone](const sProduct& product) { return product.toStopGroupId == zone; });
     return found;
 }
 
-QVector<sProduct> ZoneIndex::productsOf(int zone) const
+QVector<sProduct> ZoneIndex::block(int zone) const
 {
     const auto first =
         std::lower_bound(m_rows.cbegin(), m_rows.cend(), zone, [this](int row, int value) {

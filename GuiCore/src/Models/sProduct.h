@@ -20,6 +20,6 @@ struct sProduct
     QString fareProductColor;  ///< colour of the tile, "#rrggbb" or a colour name
     bool hasExpired = true;    ///< no longer valid; true for placeholders
     double fareDiscount = 0.0; ///< as the back office states it; carried, never computed with
-    bool isDaily = false;      ///< daily product, laid out on a row of its own after the grid
+    bool isDaily = false;      ///< daily product, laid out after the grid, counted as a grid row
     int pos = -1;              ///< back-office grid position, counted from 1; -1 if none
 };
