@@ -40,8 +40,6 @@ FeedResult loadFeed(const QString& path, const FeedOptions& options)
     FeedReport report;
     std::optional<Feed> feed = QFileInfo(path).isDir() ? readGtfsFeed(path, options, report)
                                                        : readJsonFeed(path, options, report);
-    if (report.hasProblems())
-        feed.reset();
     return {std::move(feed), report.problems(), report.furtherProblems(), report.notices(),
             report.furtherNotices()};
 }

@@ -10,8 +10,8 @@ namespace rivo::feed
 
 class FeedReport;
 
-/// Reads the GTFS folder `folder` with its fares (Fares V2). Every problem found goes into
-/// `report`; what is returned is of use only if there is none.
+/// Reads the GTFS folder `folder` with its fares (Fares V2).
+/// Every problem goes into `report`; nothing is returned if there is any.
 std::optional<Feed> readGtfsFeed(const QString& folder, const FeedOptions& options,
                                  FeedReport& report);
 

@@ -10,8 +10,8 @@ namespace rivo::feed
 
 class FeedReport;
 
-/// Reads the rivo-feed JSON file `path`. Every problem found goes into `report`; what is returned
-/// is of use only if there is none.
+/// Reads the rivo-feed JSON file `path`.
+/// Every problem goes into `report`; nothing is returned if there is any.
 std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options,
                                  FeedReport& report);
 

@@ -29,6 +29,7 @@ private slots:
     void whatIsNoFileIsNotRead();
     void unreadableFile();
     void hugeFileIsNotRead();
+    void systemFileThatSaysItIsEmptyIsRead();
     void linksAreFollowed();
     void specialFilesInAGtfsFolder();
     void problemsAsText_data();
@@ -119,6 +120,15 @@ void FeedLoaderTest::hugeFileIsNotRead()
     QCOMPARE(load("gtfs").problemLines(),
              QStringList("gtfs/fare_products.txt: 1099511627776 bytes, expected at most 67108864 "
                          "bytes"));
+}
+
+void FeedLoaderTest::systemFileThatSaysItIsEmptyIsRead()
+{
+    QCOMPARE(QFileInfo("/proc/self/status").size(), qint64(0));
+    QVERIFY(load("/proc/self/status")
+                .problemLines()
+                .first()
+                .startsWith("/proc/self/status:1:1: \"Name:"));
 }
 
 void FeedLoaderTest::linksAreFollowed()

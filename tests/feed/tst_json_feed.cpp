@@ -475,6 +475,8 @@ void JsonFeedTest::problems_data()
          "feed.json:4: bytes that are no UTF-8, expected text in UTF-8"});
     row("UTF-8 that encodes a surrogate", document(product().replace("Adult", "\xED\xA0\x80")),
         {"feed.json:2: bytes that are no UTF-8, expected text in UTF-8"});
+    row("line of a value is that of its key", document(product(", \"pos\"\n:\n null")),
+        {"feed.json:2: /products/0/pos: null, expected an integer from -2147483648 to 2147483647"});
     row("lines are counted over all line ends",
         document(product() + ",\r\n" + product() + ",\r" + product(", \"pos\": null")),
         {"feed.json:4: /products/2/pos: null, expected an integer from -2147483648 to 2147483647"});
