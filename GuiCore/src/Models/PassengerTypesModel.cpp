@@ -19,9 +19,10 @@ using rivo::core::SettingsConfig;
 namespace
 {
 
-const QJsonWrapper::JsonObjectFactory::JsonObjectRegistration<SettingsConfig>
-    settingsConfigRegistration( // clazy:exclude=non-pod-global-static
-        QStringLiteral("settingsConfig"));
+// clang-format off
+const QJsonWrapper::JsonObjectFactory::JsonObjectRegistration<SettingsConfig> // clazy:exclude=non-pod-global-static
+    settingsConfigRegistration(QStringLiteral("settingsConfig"));
+// clang-format on
 
 const QString adultIcon = QStringLiteral("qrc:/icons/adult.svg");
 
