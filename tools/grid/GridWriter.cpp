@@ -188,7 +188,10 @@ QByteArray gridAsJson(const Feed& feed, const PassengerTypesModel& model)
 QByteArray gridAsCsv(const PassengerTypesModel& model)
 {
     const QMap<int, QString> names = roles(model);
-    QByteArray csv = names.values().join(QLatin1Char(',')).toLatin1() + "\r\n";
+    QByteArrayList header;
+    for (const QString& name : names)
+        header.append(name.toLatin1());
+    QByteArray csv = header.join(',') + "\r\n";
     for (int row = 0; row < model.rowCount(); ++row) {
         QByteArrayList fields;
         for (auto role = names.cbegin(); role != names.cend(); ++role)

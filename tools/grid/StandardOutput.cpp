@@ -15,7 +15,7 @@ namespace
 void flushAll()
 {
     std::cout.flush();
-    std::fflush(stdout);
+    static_cast<void>(std::fflush(stdout));
 }
 
 } // namespace

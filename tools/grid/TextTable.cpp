@@ -4,8 +4,8 @@
 
 #include <QRegularExpression>
 
+#include <cwchar>
 #include <numeric>
-#include <wchar.h>
 
 namespace
 {
@@ -17,7 +17,7 @@ const QLatin1String noColour("\x1b[0m");
 /// `text` without control characters, cut to `width` columns.
 QString cut(const QString& text, int width)
 {
-    const QString shown = rivo::feed::printable(text);
+    QString shown = rivo::feed::printable(text);
     if (displayWidth(shown) <= width)
         return shown;
     QString kept = shown;

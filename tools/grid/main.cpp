@@ -88,7 +88,7 @@ int main(int argc, char* argv[])
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("rivo-grid"));
     QCoreApplication::setApplicationVersion(QStringLiteral(RIVO_VERSION));
-    std::setlocale(LC_CTYPE, "C.UTF-8"); // for the width of characters
+    static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8")); // for the width of characters
 
     const std::optional<GridOptions> options = parseCommandLine(QCoreApplication::arguments());
     if (!options)
