@@ -189,6 +189,8 @@ private slots:
     void modelMayBeCalledInTheMiddleOfClearing();
     void modelMayBeCalledInTheMiddleOfSelecting();
     void argumentsMayChangeInTheMiddleOfLayout();
+    void otherModelMayBeLaidOutInTheMiddleOfLayout_data();
+    void otherModelMayBeLaidOutInTheMiddleOfLayout();
 
 private:
     std::unique_ptr<PassengerTypesModel> newModel(const QString& products, bool logFareProducts);
@@ -393,6 +395,54 @@ void TestLayoutReentrancy::argumentsMayChangeInTheMiddleOfLayout()
     }
     QVERIFY(codes.isEmpty());
     QCOMPARE(PassengerTypesModelInspector(*model).localTypeCodes(), (QVector<int>{1, 3}));
+}
+
+void TestLayoutReentrancy::otherModelMayBeLaidOutInTheMiddleOfLayout_data()
+{
+    QTest::addColumn<Action>("action");
+    QTest::addColumn<QString>("otherGrouped");
+
+    const QString block = "3y 1x (3) 1z";
+    QTest::newRow("whole layout") << Action([](PassengerTypesModel& other) {
+        other.sortAndRegroup(layoutTypes, 2);
+    }) << block;
+    QTest::newRow("one zone") << Action([](PassengerTypesModel& other) {
+        other.sortAndGroupProductsForZone(2);
+    }) << block + " (3) 1z";
+    QTest::newRow("one zone without products")
+        << Action([](PassengerTypesModel& other) { other.sortAndGroupProductsForZone(7); })
+        << block;
+}
+
+void TestLayoutReentrancy::otherModelMayBeLaidOutInTheMiddleOfLayout()
+{
+    QFETCH(Action, action);
+    QFETCH(QString, otherGrouped);
+
+    const QString products = "1a>1 3b>1 1c>2 3d>3 1e>7";
+    QString expected;
+    QString grid;
+    QString otherGrid;
+    {
+        const StdoutCapture quiet;
+        const auto undisturbed = newModel(products, false);
+        undisturbed->sortAndRegroup(layoutTypes, 2);
+        expected = gridText(*undisturbed);
+
+        const auto model = newModel(products, false);
+        const auto other = newModel("1x>1 3y>1 1z>2", false);
+        other->sortAndRegroup(layoutTypes, 2);
+        connect(model.get(), &PassengerTypesModel::numberOfRowsChanged, model.get(), [&] {
+            other->sortBasedOnLocalData(layoutTypes);
+            action(*other);
+        });
+        model->sortAndRegroup(layoutTypes, 2);
+        grid = gridText(*model);
+        otherGrid = gridText(PassengerTypesModelInspector(*other).groupedProducts());
+    }
+    QCOMPARE(expected, QString("3b 1a | (3) 1c | 3d (1) | (3) 1e"));
+    QCOMPARE(grid, expected);
+    QCOMPARE(otherGrid, otherGrouped);
 }
 
 QTEST_GUILESS_MAIN(TestLayoutReentrancy)

@@ -194,6 +194,7 @@ private slots:
     void emptyRegistrationIsReported();
 
     void addedItemIsKeptAsRecord();
+    void flagsOfAddedItemAreNotConfused();
     void dailyItemIsKeptApart();
     void addItemEmitsNothing();
     void addedTypeTextIsMapped_data();
@@ -788,6 +789,22 @@ void TestPassengerTypesModel::addedItemIsKeptAsRecord()
     QCOMPARE(product.isDaily, false);
     QCOMPARE(product.pos, 12);
     QVERIFY(inspector.dailyProducts().isEmpty());
+}
+
+void TestPassengerTypesModel::flagsOfAddedItemAreNotConfused()
+{
+    Model model(m_owner.get());
+    Product("PT_ADULT").returnFee().addTo(model);
+    Product("PT_ADULT").expired().addTo(model);
+    Product("PT_ADULT").daily().addTo(model);
+
+    const PassengerTypesModelInspector inspector(model);
+    const auto flags = [](const sProduct& product) {
+        return QList<bool>{product.isReturnFee, product.hasExpired, product.isDaily};
+    };
+    QCOMPARE(flags(inspector.products().at(0)), (QList<bool>{true, false, false}));
+    QCOMPARE(flags(inspector.products().at(1)), (QList<bool>{false, true, false}));
+    QCOMPARE(flags(inspector.dailyProducts().at(0)), (QList<bool>{false, false, true}));
 }
 
 void TestPassengerTypesModel::dailyItemIsKeptApart()

@@ -180,27 +180,32 @@ void TestZoneGrouping::columnsAreChosenFromThePreviousZoneLayout()
 void TestZoneGrouping::layoutIsChosenBeforeTheColumns_data()
 {
     QTest::addColumn<QString>("before");
+    QTest::addColumn<bool>("isCleared");
     QTest::addColumn<QString>("meanwhile");
     QTest::addColumn<QString>("grid");
 
-    QTest::newRow("position that comes with the columns is too late") << "1a"
-                                                                      << "1b@1"
-                                                                      << "1a | 1b@1";
-    QTest::newRow("product without position that comes with the columns joins the others")
-        << "1a@2"
-        << "1b"
-        << "1b | 1a@2";
+    // By position "1b@-5" would come first; zone by zone "1a" would.
+    QTest::newRow("position that comes with the columns is too late")
+        << "1a#1" << false << "1b#2@-5"
+        << "1a | 1b@-5";
+    QTest::newRow("position that goes with the columns has done its work")
+        << "1c@2" << true << "1b#2 1a#1"
+        << "1b | 1a";
 }
 
 void TestZoneGrouping::layoutIsChosenBeforeTheColumns()
 {
     QFETCH(QString, before);
+    QFETCH(bool, isCleared);
     QFETCH(QString, meanwhile);
     QFETCH(QString, grid);
 
     PassengerTypesModel& model = makeModel({1});
-    connect(&model, &PassengerTypesModel::numberOfColumnsChanged, &model,
-            [&] { addProducts(model, meanwhile); });
+    connect(&model, &PassengerTypesModel::numberOfColumnsChanged, &model, [&] {
+        if (isCleared)
+            model.clearData();
+        addProducts(model, meanwhile);
+    });
     layOut(before, {1}, 1);
     QCOMPARE(gridText(model), grid);
 }
