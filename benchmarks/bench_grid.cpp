@@ -40,7 +40,7 @@ void layOut(benchmark::State& state, Positions positions)
 {
     const int count = static_cast<int>(state.range(0));
     const int zones = static_cast<int>(state.range(1));
-    PassengerTypesModel model;
+    PassengerTypesModel model(QCoreApplication::instance());
     model.setSupportedPassengerTypeCodes(types);
     for (auto _ : state) {
         state.PauseTiming();
@@ -62,7 +62,7 @@ void byPosition(benchmark::State& state) { layOut(state, Positions::Shuffled); }
 
 void checkForPosDuplicates(benchmark::State& state)
 {
-    PassengerTypesModel model;
+    PassengerTypesModel model(QCoreApplication::instance());
     QVector<sProduct> products(static_cast<int>(state.range(0)));
     for (int i = 0; i < products.size(); ++i)
         products[i].pos = i + 1;

@@ -64,7 +64,7 @@ int run(const GridOptions& options, const rivo::feed::Feed& feed)
                                       : DiagnosticsElsewhere::Destination::Nowhere);
     if (!options.verbose)
         keepInfoOffTheTerminal();
-    PassengerTypesModel model;
+    PassengerTypesModel model(QCoreApplication::instance());
     layOut(feed, options, model);
     elsewhere.reset();
 
