@@ -14,7 +14,7 @@ struct sProduct
     double price = 0.0;        ///< currency units
     int fareProductId = 0;
     QString fareProductName = QStringLiteral("---DUMMY---");
-    bool isReturnFee = false;  ///< a return fare
+    bool isReturnFee = false;  ///< a return fee
     int fromStopGroupId = 0;   ///< origin zone
     int toStopGroupId = 0;     ///< destination zone; groups the local layout
     QString fareProductColor;  ///< colour of the tile, "#rrggbb" or a colour name
