@@ -323,6 +323,8 @@ void TestRivoGrid::coloursOnlyOnATerminal()
     QVERIFY(!runner.run({feed}, {{"TERM", "xterm-256color"}}).output.contains('\x1b'));
 
     // script(1) gives the program a terminal to write to.
+    if (QProcess::execute("script", {"-qec", "true", "/dev/null"}) != 0)
+        QSKIP("this machine has no pseudo-terminals");
     const auto onTerminal = [&](const QVector<QPair<QString, QString>>& variables) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.remove("NO_COLOR");
