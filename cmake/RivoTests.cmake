@@ -12,13 +12,20 @@ function(rivo_test_environment test)
         ENVIRONMENT "HOME=${home};TMPDIR=${home}/tmp;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;QT_LOGGING_RULES=;${GUICORE_TEST_ENVIRONMENT}")
 endfunction()
 
-# rivo_add_test(<name> SOURCES <file>... [LIBRARIES <target>...])
-# A QtTest program that links GuiCore and runs under ctest.
-function(rivo_add_test name)
+# rivo_add_program_test(<name> SOURCES <file>... LIBRARIES <target>...)
+# A QtTest program that runs under ctest.
+function(rivo_add_program_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE rivo_settings GuiCore Qt5::Test ${arg_LIBRARIES})
+    target_link_libraries(${name} PRIVATE rivo_settings ${arg_LIBRARIES} Qt5::Test)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
     add_test(NAME ${name} COMMAND ${name})
     rivo_test_environment(${name})
+endfunction()
+
+# rivo_add_test(<name> SOURCES <file>... [LIBRARIES <target>...])
+# The same for a program that tests GuiCore.
+function(rivo_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+    rivo_add_program_test(${name} SOURCES ${arg_SOURCES} LIBRARIES GuiCore ${arg_LIBRARIES})
 endfunction()

@@ -18,7 +18,8 @@
 ///
 /// Grid slots are numbered row by row from 0; back-office positions likewise from 1. A zone is a
 /// destination stop group (sProduct::toStopGroupId). numberOfRows counts the rows of each zone's
-/// largest type and one per daily product; it need not be tiles / columns.
+/// largest type (9, 10 and 0 do not count) and one per daily product; it need not be tiles /
+/// columns.
 ///
 /// Layouts, checks and reOrder() are safe for any numbers: a column count of 0 counts as one column
 /// wherever the layout divides by it, negative ones give no columns of use but no harm. A slot
