@@ -15,8 +15,9 @@ expect() {
 
 needed="$(readelf -d "$library" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p' |
     grep -vE '^lib(asan|ubsan|stdc\+\+|gcc_s|m|c)\.so|^ld-linux' | sort)"
-expect "needs Qt Core and the core library, which can be swapped under its name" \
+expect "needs Qt Core, Qt Positioning and the core library, which can be swapped under its name" \
     "libQt5Core.so.5
+libQt5Positioning.so.5
 libRIVO_ARM_QtLib.so" "$needed"
 
 expect "has a version in its name" "libGuiCore.so.1" \
@@ -41,7 +42,7 @@ rivo::core::SettingsConfig::~SettingsConfig()" "$called"
 
 # Instances of templates from the standard library and Qt may be weak symbols of any library.
 foreign="$(nm -DC --defined-only "$library" | awk '$2 !~ /^[WVu]$/' | cut -d' ' -f3- |
-    grep -vE '^(vtable for |typeinfo (name )?for |non-virtual thunk to )?(rivo::models::List(Item|Model)|PassengerType(Item|sModel|ItemRolesHandling))(::|$)' |
+    grep -vE '^(vtable for |typeinfo (name )?for |non-virtual thunk to )?(rivo::models::List(Item|Model)|(Asset|FareProduct|PassengerType|Peripheral|Shopping|ZReport)(Item|ItemRolesHandling)|(Assets|FareProducts|PassengerTypes|Peripherals|ShoppingBasket|ZReport)Model)(::|$)' |
     grep -vE '^__(asan|odr_asan|ubsan|sanitizer)')"
 expect "exports its public classes and nothing else" "" "$foreign"
 

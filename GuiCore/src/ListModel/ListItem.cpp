@@ -11,9 +11,11 @@ ListItem::~ListItem() = default;
 
 void ListItem::triggerItemUpdate() { emit dataChanged(); }
 
+bool ListItem::fuzzilyEqual(double a, double b) { return qFuzzyCompare(a + 1.0, b + 1.0); }
+
 void ListItem::storeFuzzy(double& field, double value)
 {
-    if (qFuzzyCompare(field + 1.0, value + 1.0))
+    if (fuzzilyEqual(field, value))
         return;
     field = value;
     emit dataChanged();

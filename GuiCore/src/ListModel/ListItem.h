@@ -54,9 +54,12 @@ protected:
         emit dataChanged();
     }
 
-    /// store() for doubles whose noise must not repaint the row: the values are equal when
-    /// qFuzzyCompare() finds both, shifted by one, equal. The shift makes it work near zero. NaN
-    /// and infinities always count as different.
+    /// Equality of doubles whose noise must not repaint the row: qFuzzyCompare() of both values
+    /// shifted by one. The shift makes it work near zero. NaN and infinities always count as
+    /// different.
+    static bool fuzzilyEqual(double a, double b);
+
+    /// store() under fuzzilyEqual().
     void storeFuzzy(double& field, double value);
 };
 

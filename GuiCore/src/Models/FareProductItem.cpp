@@ -1,0 +1,101 @@
+#include "FareProductItem.h"
+
+const rivo::models::QHashStaticInit<int, QByteArray>
+    FareProductItemRolesHandling::PASSENGER_TYPE_ROLES_HASH_TABLE{
+        {FareProductItem::FareProductIdRole, "fareProductId"},
+        {FareProductItem::DescriptionRole, "description"},
+        {FareProductItem::ProductFairIconRole, "productFairIcon"},
+        {FareProductItem::PriceRole, "price"},
+        {FareProductItem::DiscountRole, "discount"},
+        {FareProductItem::FreeReturnRole, "freeReturn"},
+        {FareProductItem::PaperTicketRole, "paperTicket"},
+        {FareProductItem::TotalInBasketRole, "totalInBasket"},
+    };
+
+namespace
+{
+// Counts constructions for a debugger or a core dump; nothing reads it, hence marked as used.
+__attribute__((used)) int instanceCount = 0;
+} // namespace
+
+FareProductItem::FareProductItem(QObject* parent) : ListItem(parent) { ++instanceCount; }
+
+FareProductItem::FareProductItem(const int& id, const QString& description, const QString& icon,
+                                 const double& price, const double& discount,
+                                 const bool& freeReturn, const bool& paperTicket,
+                                 const QList<QVariant>& passengerTypes,
+                                 const QList<QVariant>& ticketMaterial,
+                                 const QList<QVariant>& paymentMethod,
+                                 const QList<QVariant>& paymentChannel, const int& totalInBasket,
+                                 QObject* parent)
+    : ListItem(parent), m_id(id), m_description(description), m_icon(icon), m_price(price),
+      m_discount(discount), m_freeReturn(freeReturn), m_paperTicket(paperTicket),
+      m_passengerTypes(passengerTypes), m_ticketMaterial(ticketMaterial),
+      m_paymentMethod(paymentMethod), m_paymentChannel(paymentChannel),
+      m_totalInBasket(totalInBasket)
+{
+    ++instanceCount;
+}
+
+FareProductItem::~FareProductItem() = default;
+
+QVariant FareProductItem::data(int role) const
+{
+    switch (role) {
+    case FareProductIdRole:
+        return id();
+    case DescriptionRole:
+        return m_description;
+    case ProductFairIconRole:
+        return m_icon;
+    case PriceRole:
+        return m_price;
+    case DiscountRole:
+        return m_discount;
+    case FreeReturnRole:
+        return m_freeReturn;
+    case PaperTicketRole:
+        return m_paperTicket;
+    case TotalInBasketRole:
+        return m_totalInBasket;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> FareProductItem::roleNames() const
+{
+    return FareProductItemRolesHandling::PASSENGER_TYPE_ROLES_HASH_TABLE.hash;
+}
+
+int FareProductItem::id() const { return m_id; }
+
+void FareProductItem::setDescription(const QString& description)
+{
+    store(m_description, description);
+}
+void FareProductItem::setIcon(const QString& icon) { store(m_icon, icon); }
+void FareProductItem::setPrice(const double& price) { storeFuzzy(m_price, price); }
+void FareProductItem::setDiscount(const double& discount) { storeFuzzy(m_discount, discount); }
+void FareProductItem::setFreeReturn(const bool& freeReturn) { store(m_freeReturn, freeReturn); }
+void FareProductItem::setPaperTicket(const bool& paperTicket) { store(m_paperTicket, paperTicket); }
+void FareProductItem::setTotalInBasket(const int& totalInBasket)
+{
+    store(m_totalInBasket, totalInBasket);
+}
+void FareProductItem::setPassengerTypes(const QList<QVariant>& passengerTypes)
+{
+    store(m_passengerTypes, passengerTypes);
+}
+void FareProductItem::setTicketMaterial(const QList<QVariant>& ticketMaterial)
+{
+    store(m_ticketMaterial, ticketMaterial);
+}
+void FareProductItem::setPaymentMethod(const QList<QVariant>& paymentMethod)
+{
+    store(m_paymentMethod, paymentMethod);
+}
+void FareProductItem::setPaymentChannel(const QList<QVariant>& paymentChannel)
+{
+    store(m_paymentChannel, paymentChannel);
+}
