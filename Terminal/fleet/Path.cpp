@@ -1,0 +1,85 @@
+#include "Path.h"
+
+#include <QtMath>
+
+#include <algorithm>
+#include <limits>
+
+namespace rivo::fleet
+{
+
+namespace
+{
+
+/// How far along the way from `a` to `b` the foot of `p` lies, 0 to 1; on a plane, which holds over
+/// the length of one piece of a shape.
+double footOf(const QGeoCoordinate& p, const QGeoCoordinate& a, const QGeoCoordinate& b)
+{
+    const double eastScale = qCos(qDegreesToRadians(a.latitude()));
+    const double abEast = (b.longitude() - a.longitude()) * eastScale;
+    const double abNorth = b.latitude() - a.latitude();
+    const double apEast = (p.longitude() - a.longitude()) * eastScale;
+    const double apNorth = p.latitude() - a.latitude();
+    const double square = abEast * abEast + abNorth * abNorth;
+    return square > 0.0 ? qBound(0.0, (apEast * abEast + apNorth * abNorth) / square, 1.0) : 0.0;
+}
+
+QGeoCoordinate between(const QGeoCoordinate& a, const QGeoCoordinate& b, double share)
+{
+    return {a.latitude() + (b.latitude() - a.latitude()) * share,
+            a.longitude() + (b.longitude() - a.longitude()) * share};
+}
+
+} // namespace
+
+Path::Path(const QVector<QGeoCoordinate>& points)
+{
+    double metres = 0.0;
+    for (const QGeoCoordinate& point : points) {
+        const double step = m_points.isEmpty() ? 0.0 : m_points.last().distanceTo(point);
+        // Points on the spot have no direction.
+        if (!m_points.isEmpty() && step <= 0.0)
+            continue;
+        metres += step;
+        m_points.append(point);
+        m_metres.append(metres);
+    }
+}
+
+double Path::length() const { return m_metres.isEmpty() ? 0.0 : m_metres.last(); }
+
+Path::Place Path::at(double metres) const
+{
+    if (m_points.size() < 2)
+        return {m_points.value(0), 0.0};
+    const auto next = std::upper_bound(m_metres.cbegin() + 1, m_metres.cend() - 1, metres);
+    const int end = static_cast<int>(next - m_metres.cbegin());
+    const QGeoCoordinate& a = m_points.at(end - 1);
+    const QGeoCoordinate& b = m_points.at(end);
+    const double size = m_metres.at(end) - m_metres.at(end - 1);
+    const double share = qBound(0.0, (metres - m_metres.at(end - 1)) / size, 1.0);
+    return {between(a, b, share), a.azimuthTo(b)};
+}
+
+double Path::nearest(const QGeoCoordinate& coordinate, double from) const
+{
+    double best = std::numeric_limits<double>::infinity();
+    double metres = qBound(0.0, from, length());
+    for (int i = 1; i < m_points.size(); ++i) {
+        const double size = m_metres.at(i) - m_metres.at(i - 1);
+        const double foot = footOf(coordinate, m_points.at(i - 1), m_points.at(i));
+        const double candidate = std::max(m_metres.at(i - 1) + foot * size, from);
+        if (candidate > m_metres.at(i))
+            continue;
+        const double share = (candidate - m_metres.at(i - 1)) / size;
+        const double distance =
+            coordinate.distanceTo(between(m_points.at(i - 1), m_points.at(i), share));
+        if (distance < best) {
+            best = distance;
+            metres = candidate;
+        }
+    }
+    return metres;
+}
+
+} // namespace rivo::fleet

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QGeoCoordinate>
+#include <QVector>
+
+namespace rivo::fleet
+{
+
+/// A line on the ground that vehicles follow, measured in metres from its first point.
+class Path
+{
+public:
+    struct Place
+    {
+        QGeoCoordinate coordinate; ///< invalid on a path without points
+        double direction = 0.0;    ///< of travel, degrees clockwise from north
+    };
+
+    Path() = default;
+    explicit Path(const QVector<QGeoCoordinate>& points);
+
+    const QVector<QGeoCoordinate>& points() const { return m_points; }
+    double length() const; ///< metres; 0 for less than two points
+
+    /// The place at `metres`, which is limited to the path.
+    Place at(double metres) const;
+
+    /// Metres of the point of the path that is nearest to `coordinate`, not before `from`.
+    double nearest(const QGeoCoordinate& coordinate, double from) const;
+
+private:
+    QVector<QGeoCoordinate> m_points;
+    QVector<double> m_metres; ///< of each point
+};
+
+} // namespace rivo::fleet

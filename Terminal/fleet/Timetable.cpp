@@ -1,0 +1,196 @@
+#include "Timetable.h"
+
+#include <Feed.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace rivo::fleet
+{
+
+namespace
+{
+
+using feed::Network;
+
+template <typename Records>
+QHash<QString, int> numbersOf(const Records& records)
+{
+    const auto own = [](const QString& id) {
+        bool isNumber = false;
+        const int number = id.toInt(&isNumber);
+        return isNumber && number > 0 && QString::number(number) == id ? number : 0;
+    };
+    const bool areNumbers = std::all_of(records.cbegin(), records.cend(),
+                                        [&own](const auto& record) { return own(record.id) > 0; });
+    QHash<QString, int> numbers;
+    int next = 1;
+    for (const auto& record : records) {
+        numbers.insert(record.id, areNumbers ? own(record.id) : next);
+        ++next;
+    }
+    return numbers;
+}
+
+/// The service with the most trips, the first one of equals.
+QString mainService(const Network& network)
+{
+    QHash<QString, int> sizes;
+    for (const feed::NetworkTrip& trip : network.trips)
+        ++sizes[trip.serviceId];
+    QString best;
+    for (const feed::NetworkTrip& trip : network.trips) {
+        if (sizes.value(trip.serviceId) > sizes.value(best))
+            best = trip.serviceId;
+    }
+    return best;
+}
+
+QGeoCoordinate coordinateOf(double latitude, double longitude) { return {latitude, longitude}; }
+
+/// Fills in the times that calls do not have; false if fewer than two have one or time runs back.
+bool completeTimes(QVector<Call>& calls)
+{
+    const auto isTimed = [](const Call& call) { return call.arrival >= 0; };
+    for (Call& call : calls) {
+        if (call.arrival < 0)
+            call.arrival = call.departure;
+        if (call.departure < 0)
+            call.departure = call.arrival;
+    }
+    // Nothing is known of the way before the first time and after the last.
+    while (!calls.isEmpty() && !isTimed(calls.first()))
+        calls.removeFirst();
+    while (!calls.isEmpty() && !isTimed(calls.last()))
+        calls.removeLast();
+    if (calls.size() < 2)
+        return false;
+
+    int last = 0;
+    for (int i = 1; i < calls.size(); ++i) {
+        if (!isTimed(calls.at(i)))
+            continue;
+        const Seconds from = calls.at(last).departure;
+        const Seconds span = calls.at(i).arrival - from;
+        for (int between = last + 1; between < i; ++between) {
+            const Seconds time = from + span / (i - last) * (between - last);
+            calls[between].arrival = time;
+            calls[between].departure = time;
+        }
+        last = i;
+    }
+    for (int i = 0; i < calls.size(); ++i) {
+        if (calls.at(i).departure < calls.at(i).arrival ||
+            (i > 0 && calls.at(i).arrival < calls.at(i - 1).departure))
+            return false;
+    }
+    return true;
+}
+
+std::shared_ptr<const Path> pathThrough(const QVector<Call>& calls)
+{
+    QVector<QGeoCoordinate> points;
+    for (const Call& call : calls) {
+        if (call.coordinate.isValid())
+            points.append(call.coordinate);
+    }
+    return std::make_shared<Path>(points);
+}
+
+void measure(QVector<Call>& calls, const Path& path)
+{
+    double metres = 0.0;
+    for (Call& call : calls) {
+        if (call.coordinate.isValid())
+            metres = path.nearest(call.coordinate, metres);
+        call.metres = metres;
+    }
+}
+
+} // namespace
+
+Trip::Moment Trip::at(Seconds time) const
+{
+    if (time <= calls.first().departure)
+        return {calls.first().metres, 0, true};
+    const auto next = std::find_if(calls.cbegin() + 1, calls.cend(),
+                                   [time](const Call& call) { return time <= call.departure; });
+    if (next == calls.cend())
+        return {calls.last().metres, calls.size() - 1, true};
+    const int reached = static_cast<int>(next - calls.cbegin());
+    if (time >= next->arrival)
+        return {next->metres, reached, true};
+    const Call& from = *std::prev(next);
+    const double share =
+        static_cast<double>(time - from.departure) / (next->arrival - from.departure);
+    return {from.metres + (next->metres - from.metres) * share, reached - 1, false};
+}
+
+Timetable::Timetable(const Network& network)
+{
+    const QHash<QString, int> routeNumbers = numbersOf(network.routes);
+    const QHash<QString, int> tripNumbers = numbersOf(network.trips);
+    const QHash<QString, int> stopNumbers = numbersOf(network.stops);
+
+    for (const feed::NetworkRoute& route : network.routes) {
+        const bool hasShort = !route.shortName.isEmpty();
+        const bool hasLong = !route.longName.isEmpty();
+        m_routes.append({routeNumbers.value(route.id), hasShort ? route.shortName : route.longName,
+                         hasLong ? route.longName : route.shortName, route.color});
+    }
+
+    QHash<QString, const feed::NetworkStop*> stops;
+    for (const feed::NetworkStop& stop : network.stops)
+        stops.insert(stop.id, &stop);
+    QHash<QString, std::shared_ptr<const Path>> shapes;
+    for (const feed::NetworkShape& shape : network.shapes) {
+        QVector<QGeoCoordinate> points;
+        for (const feed::NetworkShapePoint& point : shape.points)
+            points.append(coordinateOf(point.latitude, point.longitude));
+        shapes.insert(shape.id, std::make_shared<Path>(points));
+    }
+    QHash<QString, QVector<Call>> callsOfTrips;
+    for (const feed::NetworkStopTime& time : network.stopTimes) {
+        const feed::NetworkStop* stop = stops.value(time.stopId);
+        if (stop == nullptr)
+            continue;
+        callsOfTrips[time.tripId].append({stopNumbers.value(stop->id), stop->name,
+                                          coordinateOf(stop->latitude, stop->longitude),
+                                          stop->areas, 0.0, time.arrival, time.departure});
+    }
+
+    const QString service = mainService(network);
+    for (const feed::NetworkTrip& record : network.trips) {
+        Trip trip{tripNumbers.value(record.id),
+                  routeNumbers.value(record.routeId, -1),
+                  record.id,
+                  record.headsign,
+                  shapes.value(record.shapeId),
+                  callsOfTrips.value(record.id)};
+        if (record.serviceId != service || !completeTimes(trip.calls))
+            continue;
+        if (!trip.path)
+            trip.path = pathThrough(trip.calls);
+        measure(trip.calls, *trip.path);
+        m_trips.append(trip);
+    }
+    std::stable_sort(m_trips.begin(), m_trips.end(),
+                     [](const Trip& a, const Trip& b) { return a.start() < b.start(); });
+}
+
+const Trip* Timetable::trip(int number) const
+{
+    const auto found = std::find_if(m_trips.cbegin(), m_trips.cend(),
+                                    [number](const Trip& trip) { return trip.number == number; });
+    return found == m_trips.cend() ? nullptr : &*found;
+}
+
+const Route* Timetable::route(int number) const
+{
+    const auto found =
+        std::find_if(m_routes.cbegin(), m_routes.cend(),
+                     [number](const Route& route) { return route.number == number; });
+    return found == m_routes.cend() ? nullptr : &*found;
+}
+
+} // namespace rivo::fleet

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "Records.h"
+
+#include <QDateTime>
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+class QSqlDatabase;
+class QSqlQuery;
+
+namespace rivo::sales
+{
+
+/// Why the journal cannot be used.
+struct JournalFault
+{
+    enum class Kind {
+        Locked,     ///< another program has it open
+        Full,       ///< no space left
+        Damaged,    ///< its content is broken
+        Foreign,    ///< not a journal of this terminal, of a newer version, or in another currency
+        Unreachable ///< cannot be opened, read or written
+    };
+    Kind kind = Kind::Unreachable;
+    QString detail; ///< what the database says; for the log, not for the driver
+};
+
+/// The sales of one terminal in an SQLite file (write-ahead log, synchronous=FULL), for one
+/// program at a time. What a function of this class reports as done is on the disk.
+///
+/// Every write is one transaction: after a power cut it is there as a whole or not at all. The
+/// first fault ends all writing until open() succeeds again, and nothing but transactions ever
+/// changes a file that exists.
+class Journal
+{
+public:
+    Journal();
+    ~Journal();
+    Journal(const Journal&) = delete;
+    Journal& operator=(const Journal&) = delete;
+
+    /// Opens `file`, or makes it with its first shift, numbered `firstZNumber`. Checks an existing
+    /// one from end to end. A second call closes what was open.
+    std::optional<JournalFault> open(const QString& file, const Currency& currency,
+                                     qint64 firstZNumber);
+
+    /// What stopped it; nothing while it works.
+    const std::optional<JournalFault>& fault() const { return m_fault; }
+
+    // All below are false, empty or nothing when stopped, and stop the journal when they fail.
+
+    /// Replaces the unfinished basket.
+    bool storeBasket(const QVector<Ticket>& tickets);
+    QVector<Ticket> basket();
+
+    /// Sells `tickets` (at least one) in the running shift, in one transaction that also empties
+    /// the unfinished basket. Returns them with their numbers, not printed yet.
+    std::optional<QVector<Ticket>> confirmSale(const QVector<Ticket>& tickets, PayMethod method,
+                                               const QDateTime& at);
+
+    bool markPrinted(qint64 ticketNumber);
+
+    /// Tickets that were sold but not printed, in the order of their numbers.
+    QVector<Ticket> unprintedTickets();
+
+    std::optional<ShiftReport> runningShift();
+
+    /// Closed shifts, the oldest first.
+    QVector<ShiftReport> closedShifts();
+
+    /// Closes the running shift and starts the next number.
+    std::optional<ShiftReport> closeShift(const QDateTime& at);
+
+private:
+    QSqlDatabase database() const;
+    void close();
+    std::optional<JournalFault> openFile(const QString& file);
+    std::optional<JournalFault> prepareFile(const Currency& currency, qint64 firstZNumber);
+    std::optional<JournalFault> createTables(const Currency& currency, qint64 firstZNumber);
+    template <typename Steps>
+    bool inTransaction(Steps steps);
+    bool run(QSqlQuery& query);
+    bool run(const QString& statement);
+    std::optional<qint64> insertTicket(const QString& table, const Ticket& ticket,
+                                       const QVector<QVariant>& keys);
+    QVector<Ticket> readTickets(const QString& selection);
+    std::optional<ShiftReport> sumUp(qint64 zNumber, const QDateTime& closedAt);
+    void stop(const JournalFault& fault);
+
+    QString m_connection; ///< empty if not open
+    std::optional<JournalFault> m_fault;
+};
+
+} // namespace rivo::sales

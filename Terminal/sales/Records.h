@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Currency.h"
+
+#include <QDateTime>
+#include <QString>
+
+namespace rivo::sales
+{
+
+/// The ways of payment, as ShoppingItem::payMethod and the journal have them.
+enum class PayMethod { Cash = 1, Card = 2 };
+
+/// The driver sells; the only ShoppingItem::payChannel of this terminal.
+constexpr int driverChannel = 1;
+
+/// One ticket as it is sold: what it is, what it costs, and the trip it was sold on.
+struct Ticket
+{
+    qint64 number = 0; ///< given by the journal when the sale is confirmed; 0 before
+    int passengerTypeId = -1;
+    int fareProductId = -1;
+    int fromStopGroupId = -1;
+    int toStopGroupId = -1;
+    QString description;
+    QString fareProductName;
+    QString icon;
+    Minor price = 0;
+    QString origin;
+    QString destination;
+    bool isReturnFee = false;
+    bool isDaily = false;
+    int routeId = -1;
+    int fromStopId = -1;
+    int toStopId = -1;
+    int currentStopId = -1;
+    int tripsRouteId = -1;
+    int tripsExecutionId = -1;
+    QString publicRouteExecutionId;
+};
+
+/// What one shift sold so far, or in all once it is closed.
+struct ShiftReport
+{
+    qint64 zNumber = 0;
+    int ticketCount = 0;
+    Minor ticketSum = 0;
+    int cardCount = 0;      ///< tickets paid by card
+    Minor cardSum = 0;      ///< of ticketSum, paid by card
+    qint64 firstTicket = 0; ///< 0 if none was sold
+    qint64 lastTicket = 0;  ///< 0 if none was sold
+    QDateTime closedAt;     ///< invalid while the shift runs
+};
+
+} // namespace rivo::sales

@@ -1,0 +1,420 @@
+#include "SalesDesk.h"
+
+#include "SimulatedPrinter.h"
+
+#include <FareProductItem.h>
+#include <FareProductsModel.h>
+#include <PassengerTypeItem.h>
+#include <PassengerTypesModel.h>
+#include <ShoppingBasketModel.h>
+#include <ShoppingItem.h>
+#include <ZReportItem.h>
+#include <ZReportModel.h>
+
+#include <QHash>
+
+#include <algorithm>
+#include <map>
+#include <tuple>
+#include <utility>
+
+namespace rivo::sales
+{
+
+namespace
+{
+
+/// What makes two tickets the same for the count on a tile.
+template <typename Item>
+auto tileKey(const Item& item)
+{
+    return std::make_tuple(item.fareProductId(), item.fromStopGroupId(), item.toStopGroupId(),
+                           item.isReturnFee(), item.isDaily(), item.description(),
+                           item.fareProductName());
+}
+
+/// What a tile and a line of the basket say under the same names.
+template <typename Item>
+Ticket productOf(const Item& item)
+{
+    Ticket ticket;
+    ticket.fareProductId = item.fareProductId();
+    ticket.fromStopGroupId = item.fromStopGroupId();
+    ticket.toStopGroupId = item.toStopGroupId();
+    ticket.description = item.description();
+    ticket.fareProductName = item.fareProductName();
+    ticket.icon = item.icon();
+    ticket.isReturnFee = item.isReturnFee();
+    ticket.isDaily = item.isDaily();
+    return ticket;
+}
+
+/// The trip of a ticket that was sold before, for ShoppingBasketModel::addItem().
+void describeTrip(const Ticket& ticket, QObject& trip)
+{
+    trip.setProperty("routeId", ticket.routeId);
+    trip.setProperty("fromStopId", ticket.fromStopId);
+    trip.setProperty("toStopId", ticket.toStopId);
+    trip.setProperty("currentStopId", ticket.currentStopId);
+    trip.setProperty("tripsRouteId", ticket.tripsRouteId);
+    trip.setProperty("tripsExecutionId", ticket.tripsExecutionId);
+    trip.setProperty("publicRouteExecutionId", ticket.publicRouteExecutionId);
+}
+
+QString ticketNumberText(qint64 number)
+{
+    return number == 0 ? QString() : QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0'));
+}
+
+} // namespace
+
+SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrinter& printer,
+                     const Currency& currency, ZoneName zoneName, QObject* trip, QObject* parent)
+    : QObject(parent), m_models(models), m_journal(journal), m_printer(printer),
+      m_currency(currency), m_zoneName(std::move(zoneName)), m_trip(trip)
+{
+    connect(&m_printer, &SimulatedPrinter::printed, this, &SalesDesk::ticketPrinted);
+    connect(&m_printer, &SimulatedPrinter::failed, this, &SalesDesk::printNext);
+    connect(&m_printer, &SimulatedPrinter::faultChanged, this, [this] {
+        emit obstacleChanged();
+        if (m_state == WaitingForPrinter)
+            printNext();
+    });
+}
+
+void SalesDesk::restore(double maxDebt)
+{
+    m_maxDebt = maxDebt;
+    showShifts();
+    QVector<Ticket> left = m_journal.unprintedTickets();
+    for (const Ticket& ticket : qAsConst(left))
+        m_toPrint.append(ticket.number);
+    if (left.isEmpty())
+        left = m_journal.basket();
+    for (const Ticket& ticket : qAsConst(left))
+        show(ticket);
+    basketChanged();
+    emit obstacleChanged();
+    if (!m_toPrint.isEmpty())
+        printNext();
+}
+
+QString SalesDesk::obstacle() const
+{
+    if (m_journal.fault()) {
+        switch (m_journal.fault()->kind) {
+        case JournalFault::Kind::Locked:
+            return tr("The sales journal is in use by another program. Nothing can be sold.");
+        case JournalFault::Kind::Full:
+            return tr("There is no space left for the sales journal. Nothing can be sold.");
+        case JournalFault::Kind::Damaged:
+            return tr("The sales journal is damaged. Nothing can be sold.");
+        case JournalFault::Kind::Foreign:
+            return tr("The file given as sales journal is not one of this terminal. Nothing can be "
+                      "sold.");
+        case JournalFault::Kind::Unreachable:
+            return tr("The sales journal cannot be written. Nothing can be sold.");
+        }
+    }
+    if (!m_printer.fault().isEmpty())
+        return tr("The ticket printer cannot print: %1").arg(m_printer.fault());
+    return {};
+}
+
+double SalesDesk::total() const { return static_cast<double>(m_total); }
+
+QString SalesDesk::totalText() const { return m_currency.text(m_total); }
+
+QString SalesDesk::priceText(double units) const
+{
+    return m_currency.text(m_currency.fromUnits(units).value_or(0));
+}
+
+bool SalesDesk::refuse(const QString& reason)
+{
+    emit refused(reason);
+    return false;
+}
+
+bool SalesDesk::mayChangeBasket()
+{
+    if (m_journal.fault())
+        return refuse(obstacle());
+    if (m_state != Selling)
+        return refuse(tr("Tickets are being printed."));
+    return true;
+}
+
+void SalesDesk::setState(State state)
+{
+    if (m_state == state)
+        return;
+    m_state = state;
+    emit stateChanged();
+}
+
+// The basket.
+
+ShoppingItem* SalesDesk::item(int row) const
+{
+    return qobject_cast<ShoppingItem*>(m_models.basket.itemFromRow(row));
+}
+
+Ticket SalesDesk::ticketOf(const ShoppingItem& item) const
+{
+    Ticket ticket = productOf(item);
+    ticket.passengerTypeId = item.passengerTypeId();
+    ticket.price = m_currency.fromUnits(item.price()).value_or(0);
+    ticket.origin = item.origin();
+    ticket.destination = item.destination();
+    ticket.routeId = item.routeId();
+    ticket.fromStopId = item.fromStopId();
+    ticket.toStopId = item.toStopId();
+    ticket.currentStopId = item.currentStopId();
+    ticket.tripsRouteId = item.tripsRouteId();
+    ticket.tripsExecutionId = item.tripsExecutionId();
+    ticket.publicRouteExecutionId = item.publicRouteExecutionId();
+    return ticket;
+}
+
+QVector<Ticket> SalesDesk::tickets() const
+{
+    QVector<Ticket> tickets;
+    for (int row = 0; row < m_models.basket.rowCount(); ++row)
+        tickets.append(ticketOf(*item(row)));
+    return tickets;
+}
+
+void SalesDesk::show(const Ticket& ticket)
+{
+    QObject trip;
+    describeTrip(ticket, trip);
+    m_models.basket.addItem(ticket.passengerTypeId, ticket.fareProductId, ticket.fromStopGroupId,
+                            ticket.toStopGroupId, ticket.description, ticket.fareProductName,
+                            ticket.icon, m_currency.toUnits(ticket.price), ticket.origin,
+                            ticket.destination, ticket.isReturnFee, ticket.isDaily, &trip);
+}
+
+bool SalesDesk::add(int row)
+{
+    const auto* tile = qobject_cast<PassengerTypeItem*>(m_models.grid.itemFromRow(row));
+    if (tile == nullptr || tile->hasExpired())
+        return refuse(tr("This tile is not for sale."));
+    if (!mayChangeBasket())
+        return false;
+    const std::optional<Minor> price = m_currency.fromUnits(tile->price());
+    if (!price || *price < 0)
+        return refuse(tr("This tile has no valid price."));
+    QVector<Ticket> all = tickets();
+    if (all.size() >= mostTickets)
+        return refuse(tr("The basket is full."));
+
+    Ticket ticket = productOf(*tile);
+    ticket.passengerTypeId = tile->id();
+    ticket.price = *price;
+    ticket.origin = m_zoneName(tile->fromStopGroupId());
+    ticket.destination = m_zoneName(tile->toStopGroupId());
+    ticket.routeId = m_trip->property("routeId").toInt();
+    ticket.fromStopId = m_trip->property("fromStopId").toInt();
+    ticket.toStopId = m_trip->property("toStopId").toInt();
+    ticket.currentStopId = m_trip->property("currentStopId").toInt();
+    ticket.tripsRouteId = m_trip->property("tripsRouteId").toInt();
+    ticket.tripsExecutionId = m_trip->property("tripsExecutionId").toInt();
+    ticket.publicRouteExecutionId = m_trip->property("publicRouteExecutionId").toString();
+    all.append(ticket);
+    if (!storeBasket(all))
+        return false;
+    show(ticket);
+    basketChanged();
+    return true;
+}
+
+bool SalesDesk::remove(int row)
+{
+    if (!mayChangeBasket())
+        return false;
+    if (item(row) == nullptr)
+        return refuse(tr("There is no such line."));
+    QVector<Ticket> rest = tickets();
+    rest.remove(row);
+    if (!storeBasket(rest))
+        return false;
+    m_models.basket.removeRow(row);
+    basketChanged();
+    return true;
+}
+
+bool SalesDesk::clear()
+{
+    if (!mayChangeBasket() || !storeBasket({}))
+        return false;
+    m_models.basket.clear();
+    basketChanged();
+    return true;
+}
+
+bool SalesDesk::storeBasket(const QVector<Ticket>& tickets)
+{
+    return m_journal.storeBasket(tickets) || refuseByJournal();
+}
+
+/// The journal has just failed.
+bool SalesDesk::refuseByJournal()
+{
+    emit obstacleChanged();
+    return refuse(obstacle());
+}
+
+void SalesDesk::basketChanged()
+{
+    m_total = 0;
+    for (const Ticket& ticket : tickets())
+        m_total += ticket.price;
+    updateBadges();
+    emit totalChanged();
+}
+
+void SalesDesk::updateBadges()
+{
+    using Key = decltype(tileKey(std::declval<ShoppingItem>()));
+    std::map<Key, int> ofTile;
+    QHash<int, int> ofProduct;
+    for (int row = 0; row < m_models.basket.rowCount(); ++row) {
+        ++ofTile[tileKey(*item(row))];
+        ++ofProduct[item(row)->fareProductId()];
+    }
+    for (int row = 0; row < m_models.grid.rowCount(); ++row) {
+        auto* tile = qobject_cast<PassengerTypeItem*>(m_models.grid.itemFromRow(row));
+        const auto found = ofTile.find(tileKey(*tile));
+        tile->setTotalInBasket(found == ofTile.end() ? 0 : found->second);
+    }
+    for (int row = 0; row < m_models.fareProducts.rowCount(); ++row) {
+        auto* product = qobject_cast<FareProductItem*>(m_models.fareProducts.itemFromRow(row));
+        product->setTotalInBasket(ofProduct.value(product->id()));
+    }
+}
+
+// Payment and printing.
+
+bool SalesDesk::pay(SalesDesk::Payment payment)
+{
+    if (!mayChangeBasket())
+        return false;
+    if (!obstacle().isEmpty())
+        return refuse(obstacle());
+    if (m_models.basket.rowCount() == 0)
+        return refuse(tr("The basket is empty."));
+    const auto sold = m_journal.confirmSale(tickets(), static_cast<PayMethod>(payment),
+                                            QDateTime::currentDateTime());
+    if (!sold)
+        return refuseByJournal();
+    for (int row = 0; row < sold->size(); ++row) {
+        m_toPrint.append(sold->at(row).number);
+        item(row)->setPayMethod(payment);
+        item(row)->setPayChannel(driverChannel);
+    }
+    if (const auto report = m_journal.runningShift())
+        updateRunningReport(*report);
+    emit saleConfirmed(sold->size());
+    printNext();
+    return true;
+}
+
+void SalesDesk::printNext()
+{
+    if (m_toPrint.isEmpty())
+        return finishSale();
+    if (!m_printer.fault().isEmpty())
+        return setState(WaitingForPrinter);
+    setState(Printing);
+    item(m_models.basket.rowCount() - m_toPrint.size())->setAccepted(true);
+    m_printer.print();
+}
+
+void SalesDesk::ticketPrinted()
+{
+    if (m_toPrint.isEmpty())
+        return;
+    item(m_models.basket.rowCount() - m_toPrint.size())->setPrinted(true);
+    if (!m_journal.markPrinted(m_toPrint.takeFirst()))
+        emit obstacleChanged(); // the paper is out, and the rest has been paid: go on
+    printNext();
+}
+
+void SalesDesk::finishSale()
+{
+    m_models.basket.clear();
+    basketChanged();
+    setState(Selling);
+    emit saleFinished();
+}
+
+// Shifts. The running one is the first row of the Z report model.
+
+void SalesDesk::showShifts()
+{
+    const auto running = m_journal.runningShift();
+    if (!running)
+        return;
+    addReport(*running);
+    QVector<ShiftReport> closed = m_journal.closedShifts();
+    std::reverse(closed.begin(), closed.end());
+    for (const ShiftReport& report : qAsConst(closed))
+        addReport(report);
+}
+
+void SalesDesk::addReport(const ShiftReport& report)
+{
+    const double cash = m_currency.toUnits(report.ticketSum - report.cardSum);
+    const bool isClosed = report.closedAt.isValid();
+    m_models.zReports.addItem(
+        static_cast<int>(report.zNumber), report.ticketCount, m_currency.toUnits(report.ticketSum),
+        report.cardCount, m_currency.toUnits(report.cardSum), 0, 0.0,
+        ticketNumberText(report.firstTicket), ticketNumberText(report.lastTicket),
+        m_currency.toUnits(report.ticketSum), static_cast<double>(report.zNumber), isClosed, 0.0,
+        report.closedAt, isClosed ? 0.0 : cash, m_maxDebt);
+}
+
+void SalesDesk::updateRunningReport(const ShiftReport& report)
+{
+    auto* item = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(0));
+    if (item == nullptr)
+        return;
+    const double sum = m_currency.toUnits(report.ticketSum);
+    const double cardSum = m_currency.toUnits(report.cardSum);
+    item->setTicketCount(report.ticketCount);
+    // An amount equal to the ticket sum of the moment is not taken: offered before and after the
+    // ticket sum changes, one of the two is.
+    item->setCardSellAmnt(cardSum);
+    item->setTicketSumAmnt(sum);
+    item->setCardSellAmnt(cardSum);
+    item->setCardSellCount(report.cardCount);
+    item->setFromTicketNumber(ticketNumberText(report.firstTicket));
+    item->setToTicketNumber(ticketNumberText(report.lastTicket));
+    item->setZSum(sum);
+    item->setCurrentDebt(m_currency.toUnits(report.ticketSum - report.cardSum));
+}
+
+bool SalesDesk::closeShift()
+{
+    if (!mayChangeBasket())
+        return false;
+    if (m_models.basket.rowCount() > 0)
+        return refuse(tr("There are unpaid tickets in the basket."));
+    const auto report = m_journal.closeShift(QDateTime::currentDateTime());
+    if (!report)
+        return refuseByJournal();
+    if (auto* item = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(0))) {
+        item->setIsClosed(true);
+        item->setPaymentDate(report->closedAt);
+        item->setCurrentDebt(0.0);
+    }
+    ShiftReport next;
+    next.zNumber = report->zNumber + 1;
+    addReport(next);
+    m_models.zReports.insertRow(0, m_models.zReports.takeRow(m_models.zReports.rowCount() - 1));
+    emit shiftClosed(static_cast<double>(report->zNumber));
+    return true;
+}
+
+} // namespace rivo::sales
