@@ -1,0 +1,79 @@
+#include "DeviceDesk.h"
+
+#include <PeripheralItem.h>
+#include <PeripheralsModel.h>
+#include <SimulatedPrinter.h>
+
+namespace rivo::terminal
+{
+
+namespace
+{
+
+bool isPrinter(const PeripheralItem& device)
+{
+    return device.icon() == QLatin1String("qrc:/icons/printer.svg") ||
+           device.name().contains(QLatin1String("printer"), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+DeviceDesk::DeviceDesk(PeripheralsModel& devices, sales::SimulatedPrinter& printer, QObject* parent)
+    : QObject(parent), m_devices(devices), m_printer(printer)
+{
+}
+
+PeripheralItem* DeviceDesk::device(int row) const
+{
+    return qobject_cast<PeripheralItem*>(m_devices.itemFromRow(row));
+}
+
+void DeviceDesk::findPrinter()
+{
+    for (int row = 0; row < m_devices.rowCount() && m_printerDevice.isNull(); ++row) {
+        if (isPrinter(*device(row)))
+            m_printerDevice = device(row);
+    }
+    if (m_printerDevice.isNull()) {
+        m_printerDevice =
+            new PeripheralItem(0, tr("Ticket printer"), 0, QStringLiteral("qrc:/icons/printer.svg"),
+                               false, false, false, false, 0, tr("Ready"), &m_devices);
+        m_devices.appendRow(m_printerDevice);
+    }
+    for (int row = 0; row < m_devices.rowCount(); ++row)
+        connect(device(row), &PeripheralItem::dataChanged, this, &DeviceDesk::deviceChanged);
+    deviceChanged();
+}
+
+void DeviceDesk::deviceChanged()
+{
+    const PeripheralItem& printer = *m_printerDevice;
+    m_printer.setFault(!printer.error()               ? QString()
+                       : printer.stateStr().isEmpty() ? tr("no report from the printer")
+                                                      : printer.stateStr());
+    int faults = 0;
+    for (int row = 0; row < m_devices.rowCount(); ++row)
+        faults += device(row)->error() ? 1 : 0;
+    if (faults == m_faults)
+        return;
+    m_faults = faults;
+    emit faultsChanged();
+}
+
+int DeviceDesk::faults() const { return m_faults; }
+
+bool DeviceDesk::report(int row, DeviceDesk::Event event, const QString& text)
+{
+    PeripheralItem* device = this->device(row);
+    if (device == nullptr)
+        return false;
+    device->setStateStr(text);
+    device->setDeviceState(event);
+    device->setBlueWarning(event == Notice);
+    device->setYellowWarning(event == Warning);
+    device->setWarning(event == SeriousWarning);
+    device->setError(event == Fault);
+    return true;
+}
+
+} // namespace rivo::terminal

@@ -1,0 +1,126 @@
+#include "Options.h"
+
+#include <QCommandLineParser>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTextStream>
+#include <QTime>
+
+namespace rivo::terminal
+{
+
+namespace
+{
+
+constexpr int smallestSide = 320;
+constexpr int largestSide = 8192;
+
+std::optional<QSize> sizeOf(const QString& text)
+{
+    static const QRegularExpression form(QStringLiteral("^([0-9]{1,5})x([0-9]{1,5})$"));
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
+    const auto fits = [](int side) { return side >= smallestSide && side <= largestSide; };
+    return fits(size.width()) && fits(size.height()) ? std::make_optional(size) : std::nullopt;
+}
+
+std::nullopt_t complain(const QString& what)
+{
+    QTextStream(stderr) << QStringLiteral("rivo-terminal: ") << what << '\n';
+    return std::nullopt;
+}
+
+} // namespace
+
+QStringList pageNames()
+{
+    return {QStringLiteral("sell"),  QStringLiteral("products"), QStringLiteral("zreport"),
+            QStringLiteral("fleet"), QStringLiteral("devices"),  QStringLiteral("settings")};
+}
+
+std::optional<Options> parseCommandLine(const QStringList& arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Sells tickets on board."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const auto option = [&parser](const char* name, const char* description,
+                                  const char* value = nullptr, const QString& initial = {}) {
+        const QCommandLineOption made(QLatin1String(name), QLatin1String(description),
+                                      QLatin1String(value), initial);
+        parser.addOption(made);
+        return made;
+    };
+    const auto feed = option("feed", "Feed to sell from, rivo-feed JSON.", "file");
+    const auto gtfs = option("gtfs", "Feed to sell from, a GTFS folder with Fares V2.", "folder");
+    const auto category = option(
+        "rider-category", "Passenger type of a GTFS rider category; may be repeated.", "id=PT_X");
+    const auto categories =
+        option("rider-categories", "Passenger types of all GTFS rider categories.", "file");
+    const auto page = option("page", "Page to open.", "name", QStringLiteral("sell"));
+    const auto size =
+        option("size", "Size of the window in pixels.", "WxH", QStringLiteral("1024x600"));
+    const auto screenshot = option("screenshot", "Save a picture of the window and end.", "file");
+    const auto timeScale = option("time-scale", "Seconds of the timetable per second, 0 to 600.",
+                                  "factor", QStringLiteral("1"));
+    const auto time = option("time", "Time of the timetable to start at.", "HH:MM");
+    const auto journal = option("journal", "File that keeps the sales.", "file");
+    const auto language = option("language", "Language of the screen: en or de.", "code");
+    const auto night = option("night", "Start with dark colours.");
+    const auto fullscreen = option("fullscreen", "Fill the screen.");
+    const auto fileIcons = option("allow-file-icons", "Show icons of a feed that are local files.");
+    const auto benchmark = option("benchmark", "Measure start, tap and scrolling, and end.");
+    parser.process(arguments);
+
+    if (!parser.positionalArguments().isEmpty())
+        return complain(
+            QStringLiteral("unexpected argument %1").arg(parser.positionalArguments().first()));
+    if (parser.isSet(feed) == parser.isSet(gtfs))
+        return complain(QStringLiteral("one of --feed and --gtfs is needed"));
+
+    Options options;
+    options.feed = parser.isSet(feed) ? parser.value(feed) : parser.value(gtfs);
+    options.reading.mappingFile = parser.value(categories);
+    for (const QString& mapping : parser.values(category)) {
+        const int equals = mapping.lastIndexOf(QLatin1Char('='));
+        if (equals < 1 || equals == mapping.size() - 1)
+            return complain(
+                QStringLiteral("--rider-category: \"%1\", expected ID=PT_X").arg(mapping));
+        options.reading.riderCategories.insert(mapping.left(equals), mapping.mid(equals + 1));
+    }
+    options.page = parser.value(page);
+    if (!pageNames().contains(options.page))
+        return complain(
+            QStringLiteral("--page is one of %1").arg(pageNames().join(QStringLiteral(", "))));
+    const std::optional<QSize> wantedSize = sizeOf(parser.value(size));
+    if (!wantedSize)
+        return complain(QStringLiteral("--size is WIDTHxHEIGHT, %1 to %2 each")
+                            .arg(smallestSide)
+                            .arg(largestSide));
+    options.size = *wantedSize;
+    bool isNumber = false;
+    options.timeScale = parser.value(timeScale).toDouble(&isNumber);
+    if (!isNumber || !(options.timeScale >= 0.0 && options.timeScale <= 600.0))
+        return complain(QStringLiteral("--time-scale is a number from 0 to 600"));
+    if (parser.isSet(time)) {
+        const QTime start = QTime::fromString(parser.value(time), QStringLiteral("HH:mm"));
+        if (!start.isValid())
+            return complain(QStringLiteral("--time is HH:MM"));
+        options.startTime = QTime(0, 0).secsTo(start);
+    }
+    options.screenshot = parser.value(screenshot);
+    options.journal = parser.isSet(journal)
+                          ? parser.value(journal)
+                          : QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) +
+                                QStringLiteral("/sales.journal");
+    options.language = parser.value(language);
+    options.night = parser.isSet(night);
+    options.fullscreen = parser.isSet(fullscreen);
+    options.allowFileIcons = parser.isSet(fileIcons);
+    options.benchmark = parser.isSet(benchmark);
+    return options;
+}
+
+} // namespace rivo::terminal

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <FeedOptions.h>
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace rivo::terminal
+{
+
+/// What the command line asks for.
+struct Options
+{
+    QString feed; ///< a feed file, or a GTFS folder
+    feed::FeedOptions reading;
+    QString page = QStringLiteral("sell");
+    QSize size{1024, 600};
+    QString screenshot; ///< file to save the window to, then end; empty = stay
+    double timeScale = 1.0;
+    int startTime = -1; ///< seconds of the service day; -1 = now
+    QString journal;
+    QString language; ///< "en", "de" ...; empty = the system's
+    bool night = false;
+    bool fullscreen = false;
+    bool allowFileIcons = false;
+    bool benchmark = false;
+};
+
+/// The pages by the names that --page takes, in the order of the navigation.
+QStringList pageNames();
+
+/// Reads the command line. Prints and ends the program for --help and --version; on a wrong
+/// command line prints what is wrong on standard error and returns nothing.
+std::optional<Options> parseCommandLine(const QStringList& arguments);
+
+} // namespace rivo::terminal

@@ -1,0 +1,75 @@
+#include "Screen.h"
+
+#include "Terminal.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QImage>
+#include <QQuickWindow>
+#include <QSaveFile>
+#include <QTimer>
+
+namespace rivo::terminal
+{
+
+namespace
+{
+
+/// Long enough for pages that load on demand, and for animations to end.
+constexpr int settlingTime = 1200;
+
+template <typename T>
+void registerUncreatable(const char* name)
+{
+    qmlRegisterUncreatableType<T>("Rivo.Terminal", 1, 0, name,
+                                  QStringLiteral("Made by the terminal, not by QML."));
+}
+
+} // namespace
+
+void Screen::registerTypes()
+{
+    registerUncreatable<Terminal>("Terminal");
+    registerUncreatable<sales::SalesDesk>("SalesDesk");
+    registerUncreatable<fleet::FleetSimulator>("FleetSimulator");
+    registerUncreatable<TripDesk>("TripDesk");
+    registerUncreatable<DeviceDesk>("DeviceDesk");
+}
+
+Screen::Screen(Terminal& terminal, const QString& page, const QSize& size)
+{
+    load(QStringLiteral("Main.qml"), {{QStringLiteral("terminal"), QVariant::fromValue(&terminal)},
+                                      {QStringLiteral("page"), page},
+                                      {QStringLiteral("width"), size.width()},
+                                      {QStringLiteral("height"), size.height()}});
+}
+
+Screen::Screen(const QStringList& problems, const QSize& size)
+{
+    load(QStringLiteral("ProblemsWindow.qml"), {{QStringLiteral("problems"), problems},
+                                                {QStringLiteral("width"), size.width()},
+                                                {QStringLiteral("height"), size.height()}});
+}
+
+void Screen::load(const QString& document, const QVariantMap& properties)
+{
+    // In the build tree; an installed module is on Qt's own path.
+    m_engine.addImportPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../qml"));
+    m_engine.setInitialProperties(properties);
+    m_engine.load(QUrl(QStringLiteral("qrc:/qml/") + document));
+    if (!m_engine.rootObjects().isEmpty())
+        m_window = qobject_cast<QQuickWindow*>(m_engine.rootObjects().constFirst());
+}
+
+bool Screen::savePicture(const QString& file)
+{
+    QEventLoop settle;
+    QTimer::singleShot(settlingTime, &settle, &QEventLoop::quit);
+    settle.exec();
+    QSaveFile target(file);
+    return target.open(QIODevice::WriteOnly) && m_window->grabWindow().save(&target, "PNG") &&
+           target.commit();
+}
+
+} // namespace rivo::terminal

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QObject>
+#include <QQmlApplicationEngine>
+#include <QSize>
+#include <QStringList>
+
+class QQuickWindow;
+
+namespace rivo::terminal
+{
+
+class Terminal;
+
+/// The window of the terminal: loads the QML and holds the engine.
+class Screen
+{
+public:
+    /// Registers the types of the import Rivo.Terminal 1.0. Once per process, before any Screen.
+    static void registerTypes();
+
+    /// Shows `terminal`, opened at `page`. `terminal` outlives the screen.
+    Screen(Terminal& terminal, const QString& page, const QSize& size);
+
+    /// Shows the problems that kept a feed from being loaded, and nothing else.
+    Screen(const QStringList& problems, const QSize& size);
+
+    QQuickWindow* window() const { return m_window; } ///< null if the QML could not be loaded
+
+    /// Saves the window as it is drawn next; false if it cannot be written.
+    bool savePicture(const QString& file);
+
+private:
+    void load(const QString& document, const QVariantMap& properties);
+
+    QQmlApplicationEngine m_engine;
+    QQuickWindow* m_window = nullptr;
+};
+
+} // namespace rivo::terminal

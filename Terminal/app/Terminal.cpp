@@ -1,0 +1,132 @@
+#include "Terminal.h"
+
+#include <FeedToModels.h>
+
+#include <QDateTime>
+#include <QFile>
+#include <QTime>
+
+#include <algorithm>
+#include <cmath>
+
+namespace rivo::terminal
+{
+
+namespace
+{
+
+/// The report that the feed's back office expects next.
+qint64 nextZNumber(const feed::Feed& feed)
+{
+    double last = 0.0;
+    for (const feed::FeedZReport& report : feed.zReports)
+        last = std::max(last, report.isClosed ? report.zNumber : report.zNumber - 1.0);
+    return static_cast<qint64>(std::floor(last)) + 1;
+}
+
+double maxDebt(const feed::Feed& feed)
+{
+    return feed.zReports.isEmpty() ? 0.0 : feed.zReports.last().maxAllowedDebt;
+}
+
+/// The feed with what the journal of this terminal does not know: the shifts before its first.
+feed::Feed withClosedShiftsOnly(feed::Feed feed)
+{
+    feed.zReports.erase(
+        std::remove_if(feed.zReports.begin(), feed.zReports.end(),
+                       [](const feed::FeedZReport& report) { return !report.isClosed; }),
+        feed.zReports.end());
+    std::stable_sort(feed.zReports.begin(), feed.zReports.end(),
+                     [](const feed::FeedZReport& a, const feed::FeedZReport& b) {
+                         return a.zNumber > b.zNumber;
+                     });
+    return feed;
+}
+
+/// Relative luminance as the web's accessibility guidelines define it, 0 to 1.
+double luminance(const QColor& color)
+{
+    const auto linear = [](double channel) {
+        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+} // namespace
+
+Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent)
+    : QObject(parent), m_feed(withClosedShiftsOnly(feed)), m_settings(settings), m_zoneNames(feed),
+      m_currency(feed.currency, feed.currencyDecimals()), m_grid(&m_prototypes),
+      m_basket(&m_prototypes), m_fareProducts(&m_prototypes), m_zReports(&m_prototypes),
+      m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
+      m_trip(feed, fleet::Timetable(feed.network)), m_devices(m_peripherals, m_printer),
+      m_desk(
+          {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, m_printer, m_currency,
+          [this](int zone) { return m_zoneNames.name(zone); }, m_trip.context()),
+      m_night(settings.night)
+{
+    layOutGrid();
+    feed::addFareProducts(m_feed, m_fareProducts);
+    feed::addPeripherals(m_feed, m_peripherals);
+    m_devices.findPrinter();
+    m_printer.setTicketTime(settings.ticketTime);
+
+    m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));
+    m_desk.restore(maxDebt(feed));
+    feed::addZReports(m_feed, m_zReports);
+
+    feed::addVehicles(m_feed, m_vehicles);
+    m_fleet = std::make_unique<fleet::FleetSimulator>(fleet::Timetable(feed.network), m_vehicles);
+    m_fleet->setPace(settings.pace);
+    m_fleet->setTime(settings.startTime >= 0 ? settings.startTime
+                                             : QTime(0, 0).secsTo(QTime::currentTime()));
+    m_fleet->start();
+}
+
+void Terminal::layOutGrid()
+{
+    m_grid.setSupportedPassengerTypeCodes(m_feed.supportedPassengerTypes);
+    m_grid.clearData();
+    feed::addProducts(m_feed, m_grid);
+    m_grid.sortAndRegroup(m_feed.supportedPassengerTypes, m_feed.columns);
+}
+
+void Terminal::setNight(bool night)
+{
+    if (m_night == night)
+        return;
+    m_night = night;
+    emit nightChanged();
+}
+
+QString Terminal::zoneName(int zone) const { return m_zoneNames.name(zone); }
+
+QUrl Terminal::icon(const QString& url, const QUrl& fallback) const
+{
+    const QUrl wanted(url, QUrl::StrictMode);
+    if (wanted.scheme() == QLatin1String("qrc"))
+        return QFile::exists(QLatin1Char(':') + wanted.path()) ? wanted : fallback;
+    if (m_settings.allowFileIcons && wanted.isLocalFile())
+        return QFile::exists(wanted.toLocalFile()) ? wanted : fallback;
+    return fallback;
+}
+
+QColor Terminal::color(const QString& name, const QColor& fallback) const
+{
+    QColor color;
+    if (name.isEmpty() || name.size() > 64 || !QColor::isValidColor(name))
+        return fallback;
+    color.setNamedColor(name);
+    color.setAlpha(255);
+    return color;
+}
+
+QColor Terminal::textOn(const QColor& background) const
+{
+    const double light = luminance(background);
+    // The contrasts (L1 + 0.05) / (L2 + 0.05) with white and with black.
+    return 1.05 / (light + 0.05) >= (light + 0.05) / 0.05 ? QColor(Qt::white) : QColor(Qt::black);
+}
+
+} // namespace rivo::terminal

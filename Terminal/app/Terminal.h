@@ -1,0 +1,115 @@
+#pragma once
+
+#include "DeviceDesk.h"
+#include "TripDesk.h"
+
+#include <AssetsModel.h>
+#include <FareProductsModel.h>
+#include <Feed.h>
+#include <FleetSimulator.h>
+#include <Journal.h>
+#include <PassengerTypesModel.h>
+#include <PeripheralsModel.h>
+#include <SalesDesk.h>
+#include <ShoppingBasketModel.h>
+#include <SimulatedPrinter.h>
+#include <ZReportModel.h>
+#include <ZoneNames.h>
+
+#include <QColor>
+#include <QObject>
+#include <QUrl>
+
+#include <memory>
+
+namespace rivo::terminal
+{
+
+/// One terminal behind its screen: the six models filled from a feed, and the desks that act on
+/// them. What QML gets as its one root object.
+class Terminal : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString operatorName READ operatorName CONSTANT)
+    Q_PROPERTY(PassengerTypesModel* grid READ grid CONSTANT)
+    Q_PROPERTY(ShoppingBasketModel* basket READ basket CONSTANT)
+    Q_PROPERTY(FareProductsModel* fareProducts READ fareProducts CONSTANT)
+    Q_PROPERTY(ZReportModel* zReports READ zReports CONSTANT)
+    Q_PROPERTY(AssetsModel* vehicles READ vehicles CONSTANT)
+    Q_PROPERTY(PeripheralsModel* peripherals READ peripherals CONSTANT)
+    Q_PROPERTY(rivo::sales::SalesDesk* desk READ desk CONSTANT)
+    Q_PROPERTY(rivo::terminal::TripDesk* trip READ trip CONSTANT)
+    Q_PROPERTY(rivo::terminal::DeviceDesk* devices READ devices CONSTANT)
+    Q_PROPERTY(rivo::fleet::FleetSimulator* fleet READ fleet CONSTANT)
+    Q_PROPERTY(bool night READ night WRITE setNight NOTIFY nightChanged)
+
+public:
+    struct Settings
+    {
+        QString journalFile;
+        bool allowFileIcons = false; ///< otherwise icons of feeds come from qrc: only
+        bool night = false;
+        double pace = 1.0;    ///< of the fleet, see FleetSimulator::pace
+        int startTime = -1;   ///< second of the service day; -1 = now
+        int ticketTime = 350; ///< of the printer, milliseconds
+    };
+
+    Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent = nullptr);
+
+    QString operatorName() const { return m_feed.name; }
+    PassengerTypesModel* grid() { return &m_grid; }
+    ShoppingBasketModel* basket() { return &m_basket; }
+    FareProductsModel* fareProducts() { return &m_fareProducts; }
+    ZReportModel* zReports() { return &m_zReports; }
+    AssetsModel* vehicles() { return &m_vehicles; }
+    PeripheralsModel* peripherals() { return &m_peripherals; }
+    sales::SalesDesk* desk() { return &m_desk; }
+    TripDesk* trip() { return &m_trip; }
+    DeviceDesk* devices() { return &m_devices; }
+    fleet::FleetSimulator* fleet() { return m_fleet.get(); }
+    sales::SimulatedPrinter& printer() { return m_printer; }
+
+    bool night() const { return m_night; } ///< dark colours for driving at night
+    void setNight(bool night);
+
+    /// What a zone is called; empty for zone 0, which is no zone.
+    Q_INVOKABLE QString zoneName(int zone) const;
+
+    /// `url` if the terminal may load it, otherwise `fallback`. An icon that is not in the
+    /// resources is `fallback` too.
+    Q_INVOKABLE QUrl icon(const QString& url, const QUrl& fallback) const;
+
+    /// The colour that a feed names, `fallback` for a text that names none. Never translucent.
+    Q_INVOKABLE QColor color(const QString& name, const QColor& fallback) const;
+
+    /// Black or white, whichever is easier to read on `background`.
+    Q_INVOKABLE QColor textOn(const QColor& background) const;
+
+signals:
+    void nightChanged();
+
+private:
+    void layOutGrid();
+    void fillZReports();
+
+    const feed::Feed m_feed;
+    const Settings m_settings;
+    const feed::ZoneNames m_zoneNames;
+    const sales::Currency m_currency;
+    QObject m_prototypes; ///< frees the models' prototype rows
+    PassengerTypesModel m_grid;
+    ShoppingBasketModel m_basket;
+    FareProductsModel m_fareProducts;
+    ZReportModel m_zReports;
+    AssetsModel m_vehicles;
+    PeripheralsModel m_peripherals;
+    std::unique_ptr<fleet::FleetSimulator> m_fleet;
+    TripDesk m_trip;
+    sales::SimulatedPrinter m_printer;
+    DeviceDesk m_devices;
+    sales::Journal m_journal;
+    sales::SalesDesk m_desk;
+    bool m_night;
+};
+
+} // namespace rivo::terminal

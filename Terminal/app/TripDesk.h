@@ -1,0 +1,56 @@
+#pragma once
+
+#include <Timetable.h>
+#include <TripContext.h>
+
+#include <QObject>
+#include <QStringList>
+
+namespace rivo::feed
+{
+struct Feed;
+}
+
+namespace rivo::terminal
+{
+
+/// The trip that this vehicle is on, and where on it: what every ticket is sold with.
+///
+/// The feed's trip, if it has one; otherwise the first of the timetable. Its stops are known if the
+/// timetable has the trip, or another one of its route.
+class TripDesk : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString route READ route CONSTANT)
+    Q_PROPERTY(QStringList stops READ stops CONSTANT)
+    Q_PROPERTY(int stop READ stop WRITE setStop NOTIFY stopChanged)
+    Q_PROPERTY(QString stopName READ stopName NOTIFY stopChanged)
+
+public:
+    TripDesk(const feed::Feed& feed, const fleet::Timetable& timetable, QObject* parent = nullptr);
+
+    /// The trip context for tickets; lives as long as this.
+    feed::TripContext* context() { return &m_context; }
+
+    QString route() const { return m_route; } ///< name and destination, for people
+    QStringList stops() const { return m_stops; }
+
+    /// Index of the current stop in stops(); -1 if it is not one of them.
+    int stop() const { return m_stop; }
+    /// Ignored if there is no such stop.
+    void setStop(int stop);
+    /// Name of the current stop, or its number where no name is known; empty without a trip.
+    QString stopName() const;
+
+signals:
+    void stopChanged();
+
+private:
+    feed::TripContext m_context;
+    QString m_route;
+    QStringList m_stops;
+    QVector<int> m_stopNumbers;
+    int m_stop = -1;
+};
+
+} // namespace rivo::terminal

@@ -1,0 +1,24 @@
+import QtQuick 2.15
+
+/// A count in a round; hidden while it is 0.
+Rectangle {
+    id: root
+
+    property int count: 0
+    property color textColor: Theme.onAccent
+
+    visible: count > 0
+    width: Math.max(height, label.implicitWidth + 10)
+    height: 24
+    radius: height / 2
+    color: Theme.accent
+    PlainText {
+        id: label
+
+        anchors.centerIn: parent
+        text: root.count
+        font.pixelSize: Theme.smallText
+        font.weight: Font.Bold
+        color: root.textColor
+    }
+}

@@ -1,0 +1,139 @@
+import QtQuick 2.15
+import Rivo.GuiCore 1.0
+import Rivo.Terminal 1.0
+
+/// The tickets of the sale in progress, and what can be done with them.
+Rectangle {
+    id: root
+
+    required property Terminal terminal
+    readonly property bool isSelling: terminal.desk.state === SalesDesk.Selling
+    readonly property bool isEmpty: terminal.basket.count === 0
+
+    color: Theme.surface
+
+    PlainText {
+        id: title
+
+        x: Theme.gap
+        width: parent.width - clearButton.width - 3 * Theme.gap
+        height: Theme.touch
+        text: root.isEmpty ? qsTr("Basket") : qsTr("%n ticket(s)", "", root.terminal.basket.count)
+        font.pixelSize: Theme.largeText
+        font.weight: Font.DemiBold
+    }
+    PanelButton {
+        id: clearButton
+
+        objectName: "clearButton"
+        anchors.right: parent.right
+        text: ""
+        iconSource: "qrc:/icons/clear.svg"
+        enabled: root.isSelling && !root.isEmpty
+        Accessible.name: qsTr("Clear the basket")
+        onClicked: clearing.open()
+    }
+    ListView {
+        id: lines
+
+        objectName: "basketLines"
+        anchors.top: title.bottom
+        anchors.bottom: footer.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        clip: true
+        model: root.terminal.basket
+        boundsBehavior: Flickable.StopAtBounds
+        onCountChanged: Qt.callLater(positionViewAtEnd)
+        delegate: BasketLine {
+            width: lines.width
+            terminal: root.terminal
+            removable: root.isSelling
+            onRemoveRequested: root.terminal.desk.remove(index)
+        }
+        PlainText {
+            anchors.centerIn: parent
+            visible: root.isEmpty
+            text: qsTr("Tap a tile to add a ticket")
+            color: Theme.mutedText
+        }
+    }
+    Column {
+        id: footer
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: Theme.gap
+        spacing: Theme.gap
+        Rectangle {
+            width: parent.width
+            height: obstacleText.implicitHeight + 16
+            visible: obstacleText.text !== ""
+            radius: Theme.radius
+            color: Theme.error
+            PlainText {
+                id: obstacleText
+
+                objectName: "obstacleText"
+                anchors.fill: parent
+                anchors.margins: 8
+                text: root.terminal.desk.obstacle
+                wrapMode: Text.Wrap
+                elide: Text.ElideNone
+                color: Theme.onError
+                font.pixelSize: Theme.smallText
+                font.weight: Font.DemiBold
+            }
+        }
+        Item {
+            width: parent.width
+            height: 40
+            PlainText {
+                anchors.verticalCenter: parent.verticalCenter
+                text: root.isSelling ? qsTr("Total") : qsTr("Printing")
+                color: Theme.mutedText
+            }
+            PlainText {
+                objectName: "totalText"
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                text: root.terminal.desk.totalText
+                font.pixelSize: Theme.hugeText
+                font.weight: Font.Bold
+            }
+        }
+        Row {
+            width: parent.width
+            spacing: Theme.gap
+            Repeater {
+                model: [
+                    { name: "payCash", payment: SalesDesk.Cash, icon: "qrc:/icons/cash.svg",
+                      text: qsTr("Cash") },
+                    { name: "payCard", payment: SalesDesk.Card, icon: "qrc:/icons/paycard.svg",
+                      text: qsTr("Card") }
+                ]
+                PanelButton {
+                    required property var modelData
+
+                    objectName: modelData.name
+                    width: (parent.width - Theme.gap) / 2
+                    height: 64
+                    look: PanelButton.Accent
+                    text: modelData.text
+                    iconSource: modelData.icon
+                    enabled: root.isSelling && !root.isEmpty && root.terminal.desk.obstacle === ""
+                    onClicked: root.terminal.desk.pay(modelData.payment)
+                }
+            }
+        }
+    }
+    Confirmation {
+        id: clearing
+
+        objectName: "clearConfirmation"
+        question: qsTr("Remove all tickets from the basket?")
+        confirmText: qsTr("Remove all")
+        onConfirmed: root.terminal.desk.clear()
+    }
+}

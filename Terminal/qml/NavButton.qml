@@ -1,0 +1,46 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+
+/// One entry of the navigation: icon above its name, with a count of what needs attention.
+T.AbstractButton {
+    id: root
+
+    property url iconSource
+    property int alerts: 0
+
+    focusPolicy: Qt.NoFocus
+    checkable: true
+    autoExclusive: true
+    Accessible.name: root.text
+
+    background: Rectangle {
+        color: root.checked ? Theme.accent : root.down ? Theme.raised : "transparent"
+    }
+    contentItem: Item {
+        Column {
+            anchors.centerIn: parent
+            spacing: 2
+            Icon {
+                anchors.horizontalCenter: parent.horizontalCenter
+                source: root.iconSource
+                size: 28
+                color: root.checked ? Theme.onAccent : Theme.text
+            }
+            PlainText {
+                width: root.width - 4
+                horizontalAlignment: Text.AlignHCenter
+                text: root.text
+                font.pixelSize: Theme.smallText
+                color: root.checked ? Theme.onAccent : Theme.text
+            }
+        }
+        Badge {
+            anchors.right: parent.right
+            anchors.top: parent.top
+            anchors.margins: 4
+            count: root.alerts
+            color: Theme.error
+            textColor: Theme.onError
+        }
+    }
+}

@@ -1,0 +1,48 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+
+/// A button for fingers: at least Theme.touch high, with an icon, a text or both.
+T.AbstractButton {
+    id: root
+
+    enum Look { Plain, Accent, Danger }
+    property int look: PanelButton.Plain
+    property url iconSource
+    readonly property color face: root.look === PanelButton.Accent ? Theme.accent
+                                : root.look === PanelButton.Danger ? Theme.error : Theme.raised
+    readonly property color ink: root.look === PanelButton.Accent ? Theme.onAccent
+                               : root.look === PanelButton.Danger ? Theme.onError : Theme.text
+
+    implicitHeight: Theme.touch
+    implicitWidth: Math.max(Theme.touch, row.implicitWidth + 2 * Theme.gap)
+    focusPolicy: Qt.NoFocus
+    Accessible.name: root.text
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: root.enabled ? (root.down ? Qt.darker(root.face, 1.2) : root.face) : Theme.inert
+        border.width: root.checked ? 3 : 0
+        border.color: Theme.accent
+    }
+    contentItem: Item {
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: Theme.gap
+            Icon {
+                visible: root.iconSource.toString() !== ""
+                source: root.iconSource
+                color: root.enabled ? root.ink : Theme.onInert
+                anchors.verticalCenter: parent.verticalCenter
+            }
+            PlainText {
+                visible: root.text !== ""
+                text: root.text
+                color: root.enabled ? root.ink : Theme.onInert
+                font.weight: Font.DemiBold
+                anchors.verticalCenter: parent.verticalCenter
+            }
+        }
+    }
+}

@@ -1,0 +1,45 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+import "."
+
+/// Why the feed was not loaded. Shown instead of the terminal: no part of a broken feed is sold.
+T.ApplicationWindow {
+    id: root
+
+    property var problems: []
+
+    title: qsTr("Ticket terminal")
+    color: Theme.background
+
+    PlainText {
+        id: title
+
+        x: 2 * Theme.gap
+        width: parent.width - 4 * Theme.gap
+        height: 64
+        text: qsTr("The feed cannot be used. Nothing is sold.")
+        font.pixelSize: Theme.largeText
+        font.weight: Font.DemiBold
+        color: Theme.error
+    }
+    ListView {
+        objectName: "problemLines"
+        anchors.top: title.bottom
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: 2 * Theme.gap
+        anchors.rightMargin: 2 * Theme.gap
+        clip: true
+        spacing: Theme.gap
+        model: root.problems
+        delegate: PlainText {
+            required property string modelData
+
+            width: ListView.view.width
+            text: modelData
+            wrapMode: Text.WrapAnywhere
+            elide: Text.ElideNone
+        }
+    }
+}

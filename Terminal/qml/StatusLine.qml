@@ -1,0 +1,97 @@
+import QtQuick 2.15
+import Rivo.Terminal 1.0
+
+/// Route, stop, time and faults; the current stop can be changed here.
+Rectangle {
+    id: root
+
+    required property Terminal terminal
+    signal devicesRequested
+
+    color: Theme.raised
+
+    Row {
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.gap
+        anchors.right: right.left
+        anchors.rightMargin: Theme.gap
+        height: parent.height
+        spacing: Theme.gap
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            source: "qrc:/icons/fleet.svg"
+        }
+        PlainText {
+            objectName: "routeText"
+            height: parent.height
+            width: Math.min(implicitWidth, parent.width * 0.4)
+            text: root.terminal.trip.route === "" ? qsTr("No trip") : root.terminal.trip.route
+            font.weight: Font.DemiBold
+        }
+        PanelButton {
+            objectName: "previousStop"
+            height: parent.height
+            width: 48
+            visible: root.terminal.trip.stops.length > 0
+            enabled: root.terminal.trip.stop > 0
+            iconSource: "qrc:/icons/previous.svg"
+            Accessible.name: qsTr("Previous stop")
+            onClicked: root.terminal.trip.stop -= 1
+        }
+        PlainText {
+            objectName: "stopText"
+            height: parent.height
+            width: Math.min(implicitWidth, parent.width * 0.3)
+            text: root.terminal.trip.stopName
+        }
+        PanelButton {
+            objectName: "nextStop"
+            height: parent.height
+            width: 48
+            visible: root.terminal.trip.stops.length > 0
+            enabled: root.terminal.trip.stop < root.terminal.trip.stops.length - 1
+            iconSource: "qrc:/icons/next.svg"
+            Accessible.name: qsTr("Next stop")
+            onClicked: root.terminal.trip.stop += 1
+        }
+    }
+    Row {
+        id: right
+
+        anchors.right: parent.right
+        height: parent.height
+        spacing: Theme.gap
+        PlainText {
+            objectName: "logMark"
+            height: parent.height
+            visible: root.terminal.grid.logFareProducts || root.terminal.grid.logExtraFareProducts
+            text: qsTr("LOG")
+            color: Theme.warning
+            font.weight: Font.Bold
+        }
+        PanelButton {
+            objectName: "faultsButton"
+            height: parent.height
+            visible: root.terminal.devices.faults > 0
+            look: PanelButton.Danger
+            iconSource: "qrc:/icons/error.svg"
+            text: root.terminal.devices.faults
+            Accessible.name: qsTr("%n device fault(s)", "", root.terminal.devices.faults)
+            onClicked: root.devicesRequested()
+        }
+        PlainText {
+            objectName: "clockText"
+            height: parent.height
+            text: root.terminal.fleet.timeText
+            font.pixelSize: Theme.largeText
+            font.weight: Font.DemiBold
+        }
+        PanelButton {
+            objectName: "nightButton"
+            height: parent.height
+            iconSource: root.terminal.night ? "qrc:/icons/sun.svg" : "qrc:/icons/moon.svg"
+            Accessible.name: root.terminal.night ? qsTr("Day colours") : qsTr("Night colours")
+            onClicked: root.terminal.night = !root.terminal.night
+        }
+    }
+}

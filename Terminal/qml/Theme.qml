@@ -1,0 +1,33 @@
+pragma Singleton
+import QtQuick 2.15
+
+/// Colours and sizes of the whole screen, by day and by night. Every text has a contrast of at least
+/// 4.5:1 to what it stands on.
+QtObject {
+    property bool night: false
+
+    readonly property color background: night ? "#0e1216" : "#eef1f4"
+    readonly property color surface: night ? "#1a2026" : "#ffffff"
+    readonly property color raised: night ? "#252d35" : "#e1e6eb"
+    readonly property color line: night ? "#3a444e" : "#c3ccd5"
+    readonly property color text: night ? "#e6e9ec" : "#14191e"
+    readonly property color mutedText: night ? "#a9b3bd" : "#4a5560"
+    readonly property color accent: night ? "#5aa9e6" : "#0b5a94"
+    readonly property color onAccent: night ? "#08131c" : "#ffffff"
+    readonly property color ok: night ? "#6fcf97" : "#1b7a43"
+    readonly property color warning: night ? "#f2c94c" : "#8a5a00"
+    readonly property color error: night ? "#ff8a80" : "#b3261e"
+    readonly property color onError: night ? "#1c0807" : "#ffffff"
+    readonly property color notice: night ? "#8ab4f8" : "#1a56b0"
+    readonly property color tile: night ? "#33404c" : "#cfe3f3"
+    readonly property color inert: night ? "#171c21" : "#e6eaee"
+    readonly property color onInert: night ? "#7f8a95" : "#5c6670"
+
+    readonly property int touch: 56
+    readonly property int gap: 8
+    readonly property int radius: 6
+    readonly property int smallText: 14
+    readonly property int normalText: 16
+    readonly property int largeText: 20
+    readonly property int hugeText: 28
+}

@@ -1,0 +1,39 @@
+import QtQuick 2.15
+
+/// Says for a few seconds why something was refused.
+Rectangle {
+    id: root
+
+    function show(message) {
+        label.text = message
+        opacity = 1
+        timer.restart()
+    }
+
+    width: Math.min(parent.width - 40, label.implicitWidth + 40)
+    height: Math.max(Theme.touch, label.implicitHeight + 20)
+    radius: Theme.radius
+    color: Theme.error
+    opacity: 0
+    visible: opacity > 0
+    z: 10
+    Behavior on opacity {
+        NumberAnimation { duration: 120 }
+    }
+    Timer {
+        id: timer
+
+        interval: 4000
+        onTriggered: root.opacity = 0
+    }
+    PlainText {
+        id: label
+
+        objectName: "toastText"
+        anchors.centerIn: parent
+        width: Math.min(implicitWidth, root.parent.width - 80)
+        wrapMode: Text.Wrap
+        color: Theme.onError
+        font.weight: Font.DemiBold
+    }
+}
