@@ -5,7 +5,7 @@ Rectangle {
     id: root
 
     property int count: 0
-    property color textColor: Theme.onAccent
+    property color textColor: Theme.accentInk
 
     visible: count > 0
     width: Math.max(height, label.implicitWidth + 10)

@@ -1,5 +1,4 @@
 import QtQuick 2.15
-import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 
 /// The tickets of the sale in progress, and what can be done with them.
@@ -81,7 +80,7 @@ Rectangle {
                 text: root.terminal.desk.obstacle
                 wrapMode: Text.Wrap
                 elide: Text.ElideNone
-                color: Theme.onError
+                color: Theme.errorInk
                 font.pixelSize: Theme.smallText
                 font.weight: Font.DemiBold
             }

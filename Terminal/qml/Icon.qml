@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQuick.Controls 2.15
 import QtQuick.Controls.impl 2.15
 
 /// A picture of the resources in one colour.

@@ -24,14 +24,14 @@ T.AbstractButton {
                 anchors.horizontalCenter: parent.horizontalCenter
                 source: root.iconSource
                 size: 28
-                color: root.checked ? Theme.onAccent : Theme.text
+                color: root.checked ? Theme.accentInk : Theme.text
             }
             PlainText {
                 width: root.width - 4
                 horizontalAlignment: Text.AlignHCenter
                 text: root.text
                 font.pixelSize: Theme.smallText
-                color: root.checked ? Theme.onAccent : Theme.text
+                color: root.checked ? Theme.accentInk : Theme.text
             }
         }
         Badge {
@@ -40,7 +40,7 @@ T.AbstractButton {
             anchors.margins: 4
             count: root.alerts
             color: Theme.error
-            textColor: Theme.onError
+            textColor: Theme.errorInk
         }
     }
 }

@@ -10,8 +10,8 @@ T.AbstractButton {
     property url iconSource
     readonly property color face: root.look === PanelButton.Accent ? Theme.accent
                                 : root.look === PanelButton.Danger ? Theme.error : Theme.raised
-    readonly property color ink: root.look === PanelButton.Accent ? Theme.onAccent
-                               : root.look === PanelButton.Danger ? Theme.onError : Theme.text
+    readonly property color ink: root.look === PanelButton.Accent ? Theme.accentInk
+                               : root.look === PanelButton.Danger ? Theme.errorInk : Theme.text
 
     implicitHeight: Theme.touch
     implicitWidth: Math.max(Theme.touch, row.implicitWidth + 2 * Theme.gap)
@@ -33,13 +33,13 @@ T.AbstractButton {
             Icon {
                 visible: root.iconSource.toString() !== ""
                 source: root.iconSource
-                color: root.enabled ? root.ink : Theme.onInert
+                color: root.enabled ? root.ink : Theme.inertInk
                 anchors.verticalCenter: parent.verticalCenter
             }
             PlainText {
                 visible: root.text !== ""
                 text: root.text
-                color: root.enabled ? root.ink : Theme.onInert
+                color: root.enabled ? root.ink : Theme.inertInk
                 font.weight: Font.DemiBold
                 anchors.verticalCenter: parent.verticalCenter
             }

@@ -1,5 +1,4 @@
 import QtQuick 2.15
-import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 
 /// The selection grid, and the basket beside it.
@@ -23,7 +22,7 @@ Item {
         clip: true
         model: root.terminal.grid
         cellWidth: Math.floor(width / columns)
-        cellHeight: Math.min(132, Math.max(92, Math.floor(height / rows)))
+        cellHeight: Math.min(132, Math.max(104, Math.floor(height / rows)))
         boundsBehavior: Flickable.StopAtBounds
         cacheBuffer: cellHeight * 2
         delegate: Tile {
@@ -50,7 +49,7 @@ Item {
         anchors.right: parent.right
         anchors.top: parent.top
         anchors.bottom: parent.bottom
-        width: Math.max(264, Math.min(360, parent.width * 0.32))
+        width: Math.max(250, Math.min(340, parent.width * 0.3))
         terminal: root.terminal
     }
 }

@@ -13,15 +13,15 @@ QtObject {
     readonly property color text: night ? "#e6e9ec" : "#14191e"
     readonly property color mutedText: night ? "#a9b3bd" : "#4a5560"
     readonly property color accent: night ? "#5aa9e6" : "#0b5a94"
-    readonly property color onAccent: night ? "#08131c" : "#ffffff"
+    readonly property color accentInk: night ? "#08131c" : "#ffffff"
     readonly property color ok: night ? "#6fcf97" : "#1b7a43"
     readonly property color warning: night ? "#f2c94c" : "#8a5a00"
     readonly property color error: night ? "#ff8a80" : "#b3261e"
-    readonly property color onError: night ? "#1c0807" : "#ffffff"
+    readonly property color errorInk: night ? "#1c0807" : "#ffffff"
     readonly property color notice: night ? "#8ab4f8" : "#1a56b0"
     readonly property color tile: night ? "#33404c" : "#cfe3f3"
     readonly property color inert: night ? "#171c21" : "#e6eaee"
-    readonly property color onInert: night ? "#7f8a95" : "#5c6670"
+    readonly property color inertInk: night ? "#7f8a95" : "#5c6670"
 
     readonly property int touch: 56
     readonly property int gap: 8

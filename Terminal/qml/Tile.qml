@@ -25,7 +25,7 @@ T.AbstractButton {
     readonly property bool isPlaceholder: hasExpired && fareProductName === "---DUMMY---"
     readonly property color face: hasExpired ? Theme.inert
                                              : terminal.color(fareProductColor, Theme.tile)
-    readonly property color ink: hasExpired ? Theme.onInert : terminal.textOn(face)
+    readonly property color ink: hasExpired ? Theme.inertInk : terminal.textOn(face)
 
     enabled: !hasExpired
     focusPolicy: Qt.NoFocus
@@ -47,90 +47,112 @@ T.AbstractButton {
         Icon {
             id: icon
 
-            x: 12
-            y: 10
-            size: 32
+            x: 10
+            y: 8
+            size: 30
             source: root.terminal.icon(root.fareProductIcon, "qrc:/icons/adult.svg")
             color: root.ink
         }
-        Row {
+        PlainText {
             anchors.left: icon.right
             anchors.leftMargin: 6
+            anchors.right: discount.left
+            anchors.rightMargin: 4
             anchors.verticalCenter: icon.verticalCenter
+            text: root.description
+            font.pixelSize: Theme.smallText
+            color: root.ink
+        }
+        Rectangle {
+            id: discount
+
+            anchors.right: parent.right
+            anchors.rightMargin: 10
+            anchors.verticalCenter: icon.verticalCenter
+            visible: root.fareDiscount > 0
+            width: visible ? discountText.implicitWidth + 6 : 0
+            height: 22
+            radius: 4
+            color: "transparent"
+            border.color: root.ink
+            PlainText {
+                id: discountText
+
+                objectName: "discountText"
+                anchors.centerIn: parent
+                text: "−" + Number(root.fareDiscount).toLocaleString(Qt.locale(), "f", 0) + "%"
+                font.pixelSize: 12
+                color: root.ink
+            }
+        }
+        PlainText {
+            objectName: "productText"
+            anchors.left: parent.left
+            anchors.leftMargin: 10
+            anchors.right: parent.right
+            anchors.rightMargin: 10
+            anchors.top: icon.bottom
+            anchors.bottom: priceText.top
+            text: root.fareProductName
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
+            lineHeight: 0.9
+            font.pixelSize: root.height < 112 ? Theme.smallText : Theme.normalText
+            font.weight: Font.DemiBold
+            color: root.ink
+        }
+        Row {
+            id: marks
+
+            anchors.left: parent.left
+            anchors.leftMargin: 10
+            anchors.verticalCenter: priceText.verticalCenter
             spacing: 4
             Icon {
                 visible: root.isReturnFee
+                anchors.verticalCenter: parent.verticalCenter
                 source: "qrc:/icons/return.svg"
-                size: 20
+                size: 18
                 color: root.ink
             }
             Icon {
                 visible: root.isDaily
+                anchors.verticalCenter: parent.verticalCenter
                 source: "qrc:/icons/day.svg"
-                size: 20
+                size: 18
                 color: root.ink
             }
             PlainText {
-                objectName: "discountMark"
-                visible: root.fareDiscount > 0
-                text: "−" + Number(root.fareDiscount).toLocaleString(Qt.locale(), "f", 0) + " %"
+                objectName: "zoneText"
+                width: Math.min(implicitWidth, priceText.x - marks.x - x - 4)
+                text: {
+                    const zone = root.terminal.zoneName(root.toStopGroupId)
+                    return zone === String(root.toStopGroupId) ? qsTr("Zone %1").arg(zone) : zone
+                }
                 font.pixelSize: Theme.smallText
                 color: root.ink
             }
         }
         PlainText {
+            id: priceText
+
             objectName: "priceText"
             anchors.right: parent.right
-            anchors.rightMargin: 12
+            anchors.rightMargin: 10
             anchors.bottom: parent.bottom
-            anchors.bottomMargin: 8
+            anchors.bottomMargin: 6
             text: root.hasExpired ? qsTr("expired") : root.terminal.desk.priceText(root.price)
             font.pixelSize: root.hasExpired ? Theme.smallText : Theme.largeText
             font.weight: Font.Bold
             color: root.ink
         }
-        Column {
-            anchors.left: parent.left
-            anchors.leftMargin: 12
-            anchors.right: parent.right
-            anchors.rightMargin: 12
-            anchors.top: icon.bottom
-            anchors.topMargin: 2
-            PlainText {
-                width: parent.width
-                text: root.fareProductName
-                font.weight: Font.DemiBold
-                color: root.ink
-                maximumLineCount: 1
-            }
-            PlainText {
-                width: parent.width
-                visible: root.height >= 112
-                text: root.description
-                font.pixelSize: Theme.smallText
-                color: root.ink
-            }
-        }
-        PlainText {
-            objectName: "zoneText"
-            anchors.left: parent.left
-            anchors.leftMargin: 12
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: 10
-            width: parent.width * 0.45
-            text: {
-                const zone = root.terminal.zoneName(root.toStopGroupId)
-                return zone === "" ? "" : qsTr("Zone %1").arg(zone)
-            }
-            font.pixelSize: Theme.smallText
-            color: root.ink
-        }
     }
     Badge {
         objectName: "badge"
-        anchors.right: parent.right
-        anchors.top: parent.top
-        anchors.margins: 10
+        x: 0
+        y: 0
         count: root.totalInBasket
+        border.width: 2
+        border.color: Theme.background
     }
 }

@@ -33,7 +33,7 @@ Rectangle {
         anchors.centerIn: parent
         width: Math.min(implicitWidth, root.parent.width - 80)
         wrapMode: Text.Wrap
-        color: Theme.onError
+        color: Theme.errorInk
         font.weight: Font.DemiBold
     }
 }
