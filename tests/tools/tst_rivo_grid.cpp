@@ -1,12 +1,11 @@
 #include "Golden.h"
+#include "ToolRunner.h"
 
-#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <algorithm>
@@ -15,46 +14,7 @@
 namespace
 {
 
-struct Outcome
-{
-    int exitCode = -1;
-    QByteArray output;
-    QByteArray messages;
-};
-
-/// Runs rivo-grid with a home directory of its own, so that no configuration is found unless the
-/// test wrote one.
-class Runner
-{
-public:
-    Outcome run(const QStringList& arguments,
-                const QVector<QPair<QString, QString>>& variables = {}) const
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("HOME"), home.path());
-        for (const auto& variable : variables)
-            environment.insert(variable.first, variable.second);
-        QProcess process;
-        process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(RIVO_GRID), arguments);
-        if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
-            return {};
-        return {process.exitCode(), process.readAllStandardOutput(),
-                process.readAllStandardError()};
-    }
-
-    void writeSettings(const QByteArray& json) const
-    {
-        QDir(home.path()).mkpath(QStringLiteral("ProjectLink"));
-        QFile file(home.filePath(QStringLiteral("ProjectLink/settings.json")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(json);
-    }
-
-    QTemporaryDir home;
-};
-
-QString writeFeed(const QTemporaryDir& folder, const QJsonArray& products, int columns = 0)
+QString writeFeed(const ToolRunner& runner, const QJsonArray& products, int columns = 0)
 {
     const QJsonObject feed{{"format", "rivo-feed"},
                            {"version", 1},
@@ -62,11 +22,7 @@ QString writeFeed(const QTemporaryDir& folder, const QJsonArray& products, int c
                            {"columns", columns},
                            {"supportedPassengerTypes", QJsonArray{"PT_ADULT", "PT_LFS"}},
                            {"products", products}};
-    const QString path = folder.filePath(QStringLiteral("feed.json"));
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(QJsonDocument(feed).toJson());
-    return path;
+    return runner.writeFeed(feed);
 }
 
 QJsonObject product(int pos, int fareProductId = 1, const QString& type = "PT_ADULT")
@@ -148,7 +104,7 @@ void TestRivoGrid::helpAndVersion()
     QFETCH(QString, option);
     QFETCH(QByteArray, expected);
 
-    const Outcome outcome = Runner().run({option});
+    const Outcome outcome = ToolRunner(RIVO_GRID).run({option});
     QCOMPARE(outcome.exitCode, 0);
     QVERIFY2(outcome.output.contains(expected), outcome.output);
     QCOMPARE(outcome.messages, QByteArray());
@@ -183,7 +139,7 @@ void TestRivoGrid::wrongCommandLine()
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, message);
 
-    const Outcome outcome = Runner().run(arguments);
+    const Outcome outcome = ToolRunner(RIVO_GRID).run(arguments);
     QCOMPARE(outcome.exitCode, 2);
     QCOMPARE(outcome.output, QByteArray());
     QVERIFY2(outcome.messages.contains(message), outcome.messages);
@@ -191,11 +147,11 @@ void TestRivoGrid::wrongCommandLine()
 
 void TestRivoGrid::badFeedIsReportedWithExitCode2()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     QJsonObject bad = product(1);
     bad.insert("price", "two");
     bad.insert("fareProductId", 1.5);
-    const QString feed = writeFeed(runner.home, {bad});
+    const QString feed = writeFeed(runner, {bad});
 
     const Outcome outcome = runner.run({feed});
     QCOMPARE(outcome.exitCode, 2);
@@ -211,10 +167,10 @@ void TestRivoGrid::badFeedIsReportedWithExitCode2()
 
 void TestRivoGrid::unwritableOutputIsReported()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     QProcess process;
     process.setStandardOutputFile("/dev/full");
-    process.start(QStringLiteral(RIVO_GRID), {writeFeed(runner.home, productsAt({1}))});
+    process.start(QStringLiteral(RIVO_GRID), {writeFeed(runner, productsAt({1}))});
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 2);
     QVERIFY(process.readAllStandardError().contains("cannot write to standard output"));
@@ -248,7 +204,7 @@ void TestRivoGrid::golden()
     QFETCH(QString, file);
 
     for (const char* seed : {"0", "1", "42", "4711"}) {
-        const Outcome outcome = Runner().run(arguments, {{"QT_HASH_SEED", seed}});
+        const Outcome outcome = ToolRunner(RIVO_GRID).run(arguments, {{"QT_HASH_SEED", seed}});
         QCOMPARE(outcome.exitCode, 0);
         QVERIFY(matchesGolden(QStringLiteral(GOLDEN "/") + file, outcome.output));
     }
@@ -262,7 +218,8 @@ void TestRivoGrid::realFeed()
     const QStringList mapping{"--rider-category", "0=PT_ADULT",       "--rider-category",
                               "1=PT_SCHOOLBOY",   "--rider-category", "2=PT_STUDENT_1",
                               "--rider-category", "3=PT_DISABLED"};
-    const Outcome outcome = Runner().run(QStringList{feed, "--format", "json"} + mapping);
+    const Outcome outcome =
+        ToolRunner(RIVO_GRID).run(QStringList{feed, "--format", "json"} + mapping);
     QCOMPARE(outcome.exitCode, 0);
     QCOMPARE(outcome.messages, QByteArray());
     const QJsonObject grid = QJsonDocument::fromJson(outcome.output).object();
@@ -281,19 +238,19 @@ void TestRivoGrid::realFeed()
         {0, {0, 70, 88.2, 140}}, {1, {0, 4, 5}}, {2, {0, 4, 4}}, {3, {0, 4, 5}}};
     QCOMPARE(pricesByZone, expected);
 
-    const Outcome unmapped = Runner().run({feed});
+    const Outcome unmapped = ToolRunner(RIVO_GRID).run({feed});
     QCOMPARE(unmapped.exitCode, 0);
     QVERIFY2(unmapped.messages.contains("Bilet ulgowy (Seniorzy)"), unmapped.messages);
 }
 
 void TestRivoGrid::standardOutputCarriesTheGridAlone()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     // PT_STUDENT_1 is in the order but not sold: the layout notes on standard output that it is
     // left out, and with log_fareproducts the slots.
     runner.writeSettings(R"({"logLevels": ["log_fareproducts"],
                              "passengerTypeCodesOrder": ["PT_LFS", "PT_STUDENT_1", "PT_ADULT"]})");
-    const QString feed = writeFeed(runner.home, {product(-1), product(-1, 1, "PT_LFS")}, 2);
+    const QString feed = writeFeed(runner, {product(-1), product(-1, 1, "PT_LFS")}, 2);
     for (const QStringList& more : {QStringList{}, QStringList{"--verbose"}}) {
         const Outcome outcome = runner.run(QStringList{feed, "--format", "json"} + more);
         QCOMPARE(outcome.exitCode, 0);
@@ -306,10 +263,10 @@ void TestRivoGrid::standardOutputCarriesTheGridAlone()
 
 void TestRivoGrid::verboseShowsTheLogOnStandardError()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     runner.writeSettings(R"({"passengerTypeCodesOrder": ["PT_LFS", "PT_STUDENT_1", "PT_ADULT"]})");
-    const Outcome outcome = runner.run(
-        {"--verbose", writeFeed(runner.home, {product(-1), product(-1, 1, "PT_LFS")}, 2)});
+    const Outcome outcome =
+        runner.run({"--verbose", writeFeed(runner, {product(-1), product(-1, 1, "PT_LFS")}, 2)});
     QCOMPARE(outcome.exitCode, 0);
     QVERIFY2(outcome.messages.contains("[8->PT_LFS],[3->PT_STUDENT_1],[1->PT_ADULT]"),
              outcome.messages);
@@ -318,7 +275,7 @@ void TestRivoGrid::verboseShowsTheLogOnStandardError()
 
 void TestRivoGrid::coloursOnlyOnATerminal()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     const QString feed = QStringLiteral(FEEDS "/coast-line.json");
     QVERIFY(!runner.run({feed}, {{"TERM", "xterm-256color"}}).output.contains('\x1b'));
 
@@ -345,10 +302,10 @@ void TestRivoGrid::coloursOnlyOnATerminal()
 
 void TestRivoGrid::controlCharactersNeverReachTheTerminal()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     QJsonObject hostile = product(1);
     hostile.insert("fareProductName", QString("a\x1b[31mb\nc\t\x7f"));
-    const QString feed = writeFeed(runner.home, {hostile});
+    const QString feed = writeFeed(runner, {hostile});
     for (const QStringList& arguments : {QStringList{feed}, QStringList{"check", feed}}) {
         const Outcome outcome = runner.run(arguments);
         for (const char byte : outcome.output + outcome.messages)
@@ -359,10 +316,10 @@ void TestRivoGrid::controlCharactersNeverReachTheTerminal()
 
 void TestRivoGrid::csvQuotesTexts()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     QJsonObject odd = product(1);
     odd.insert("fareProductName", "Single \"city\", day");
-    const Outcome outcome = runner.run({writeFeed(runner.home, {odd}, 1), "--format", "csv"});
+    const Outcome outcome = runner.run({writeFeed(runner, {odd}, 1), "--format", "csv"});
     QCOMPARE(outcome.output,
              QByteArray("passengerTypeId,description,fareProductIcon,price,fareProductId,"
                         "fareProductName,totalInBasket,isReturnFee,fromStopGroupId,"
@@ -374,8 +331,8 @@ void TestRivoGrid::csvQuotesTexts()
 
 void TestRivoGrid::columns()
 {
-    const Runner runner;
-    const QString feed = writeFeed(runner.home, productsAt({1, 2, 3}), 2);
+    const ToolRunner runner(RIVO_GRID);
+    const QString feed = writeFeed(runner, productsAt({1, 2, 3}), 2);
     const auto columnsOf = [&](const QStringList& more) {
         const Outcome outcome = runner.run(QStringList{feed, "--format", "json"} + more);
         return QJsonDocument::fromJson(outcome.output).object().value("numberOfColumns").toInt();
@@ -387,9 +344,9 @@ void TestRivoGrid::columns()
 
 void TestRivoGrid::orderFromConfiguration()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     const QString feed =
-        writeFeed(runner.home, {product(-1, 1, "PT_ADULT"), product(-1, 1, "PT_LFS")}, 2);
+        writeFeed(runner, {product(-1, 1, "PT_ADULT"), product(-1, 1, "PT_LFS")}, 2);
     const auto firstIcon = [&] {
         const QByteArray json = runner.run({feed, "--format", "json"}).output;
         return QJsonDocument::fromJson(json)
@@ -408,11 +365,11 @@ void TestRivoGrid::orderFromConfiguration()
 
 void TestRivoGrid::orderFromCommandLineLeavesTheConfigurationAlone()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     const QByteArray settings = R"({"passengerTypeCodesOrder": ["PT_ADULT", "PT_LFS"]})";
     runner.writeSettings(settings);
     const QString feed =
-        writeFeed(runner.home, {product(-1, 1, "PT_ADULT"), product(-1, 1, "PT_LFS")}, 2);
+        writeFeed(runner, {product(-1, 1, "PT_ADULT"), product(-1, 1, "PT_LFS")}, 2);
     const Outcome outcome = runner.run({feed, "--format", "csv", "--order", "PT_LFS, PT_ADULT"});
     QVERIFY2(outcome.output.split('\n').value(1).contains("family_large"), outcome.output);
 
@@ -423,9 +380,9 @@ void TestRivoGrid::orderFromCommandLineLeavesTheConfigurationAlone()
 
 void TestRivoGrid::supported()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     const QString feed =
-        writeFeed(runner.home, {product(-1, 1, "PT_ADULT"), product(-1, 1, "PT_LFS")}, 3);
+        writeFeed(runner, {product(-1, 1, "PT_ADULT"), product(-1, 1, "PT_LFS")}, 3);
     const auto tiles = [&](const QString& types) {
         const QByteArray json = runner.run({feed, "--format", "json", "--supported", types}).output;
         return QJsonDocument::fromJson(json).object().value("rows").toArray().size();
@@ -475,8 +432,8 @@ void TestRivoGrid::check()
     QFETCH(int, exitCode);
     QFETCH(QByteArrayList, findings);
 
-    const Runner runner;
-    const QString feed = writeFeed(runner.home, productsAt(positions), 3);
+    const ToolRunner runner(RIVO_GRID);
+    const QString feed = writeFeed(runner, productsAt(positions), 3);
     const Outcome outcome = runner.run({"check", feed});
     QCOMPARE(outcome.exitCode, exitCode);
     QCOMPARE(outcome.messages, QByteArray());
@@ -496,11 +453,11 @@ void TestRivoGrid::check()
 
 void TestRivoGrid::checkNamesTheProducts()
 {
-    const Runner runner;
+    const ToolRunner runner(RIVO_GRID);
     QJsonObject daily = product(2, 9);
     daily.insert("isDaily", true);
     const QString feed =
-        writeFeed(runner.home, {product(2, 5), product(2, 6, "PT_LFS"), product(1, 7), daily});
+        writeFeed(runner, {product(2, 5), product(2, 6, "PT_LFS"), product(1, 7), daily});
     const Outcome outcome = runner.run({"check", feed});
     QCOMPARE(outcome.output,
              QByteArray("3 products, 3 with a position; daily products, whose positions are not "

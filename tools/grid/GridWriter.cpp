@@ -1,17 +1,11 @@
 #include "GridWriter.h"
 
-#include "TextTable.h"
-
+#include <GridLayout.h>
 #include <PassengerTypeItem.h>
 #include <PassengerTypesModel.h>
+#include <TextTable.h>
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLocale>
-#include <QMap>
-
-#include <csv.h>
 
 #include <algorithm>
 
@@ -19,21 +13,6 @@ using rivo::feed::Feed;
 
 namespace
 {
-
-QVector<const PassengerTypeItem*> tilesOf(const PassengerTypesModel& model)
-{
-    QVector<const PassengerTypeItem*> tiles;
-    for (int row = 0; row < model.rowCount(); ++row)
-        tiles.append(qobject_cast<const PassengerTypeItem*>(model.itemFromRow(row)));
-    return tiles;
-}
-
-bool isPlaceholder(const PassengerTypeItem& tile)
-{
-    static const sProduct placeholder;
-    return tile.description() == placeholder.description &&
-           tile.fareProductName() == placeholder.fareProductName;
-}
 
 QString amount(double price, const Feed& feed)
 {
@@ -124,30 +103,6 @@ QString summary(const Feed& feed, PassengerTypesModel& model)
         .arg(feed.currency.isEmpty() ? QStringLiteral("?") : feed.currency);
 }
 
-/// Role numbers in ascending order with their names.
-QMap<int, QString> roles(const PassengerTypesModel& model)
-{
-    QMap<int, QString> roles;
-    const QHash<int, QByteArray> names = model.roleNames();
-    for (auto name = names.cbegin(); name != names.cend(); ++name)
-        roles.insert(name.key(), QString::fromLatin1(name.value()));
-    return roles;
-}
-
-QByteArray csvField(const QVariant& value)
-{
-    if (value.userType() != QMetaType::QString)
-        return value.userType() == QMetaType::Double
-                   ? QByteArray::number(value.toDouble(), 'g', QLocale::FloatingPointShortest)
-                   : value.toString().toLatin1();
-    const QByteArray text = value.toString().toUtf8();
-    const auto size = static_cast<size_t>(text.size());
-    QByteArray field(2 * text.size() + 2, Qt::Uninitialized);
-    field.resize(static_cast<int>(
-        ::csv_write(field.data(), static_cast<size_t>(field.size()), text.constData(), size)));
-    return field;
-}
-
 } // namespace
 
 QByteArray gridAsText(const Feed& feed, PassengerTypesModel& model, bool withColours)
@@ -157,46 +112,11 @@ QByteArray gridAsText(const Feed& feed, PassengerTypesModel& model, bool withCol
     while (!tiles.isEmpty() && tiles.last()->isDaily())
         daily.prepend(tiles.takeLast());
 
-    TextTable table;
+    TextTable table(TextTable::Spacing::BlankLine);
     addGrid(table, tiles, qMax(1, model.numberOfColumns()), feed);
     if (!daily.isEmpty())
         table.addHeading(QStringLiteral("Daily products"));
     for (const PassengerTypeItem* tile : qAsConst(daily))
         table.addRow({cellOf(*tile, feed)});
     return (summary(feed, model) + QLatin1Char('\n') + table.toString(withColours)).toUtf8();
-}
-
-QByteArray gridAsJson(const Feed& feed, const PassengerTypesModel& model)
-{
-    const QMap<int, QString> names = roles(model);
-    QJsonArray rows;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        QJsonObject tile;
-        for (auto role = names.cbegin(); role != names.cend(); ++role)
-            tile.insert(role.value(),
-                        QJsonValue::fromVariant(model.data(model.index(row, 0), role.key())));
-        rows.append(tile);
-    }
-    const QJsonObject grid{{QStringLiteral("name"), feed.name},
-                           {QStringLiteral("currency"), feed.currency},
-                           {QStringLiteral("numberOfColumns"), model.numberOfColumns()},
-                           {QStringLiteral("numberOfRows"), model.numberOfRows()},
-                           {QStringLiteral("rows"), rows}};
-    return QJsonDocument(grid).toJson();
-}
-
-QByteArray gridAsCsv(const PassengerTypesModel& model)
-{
-    const QMap<int, QString> names = roles(model);
-    QByteArrayList header;
-    for (const QString& name : names)
-        header.append(name.toLatin1());
-    QByteArray csv = header.join(',') + "\r\n";
-    for (int row = 0; row < model.rowCount(); ++row) {
-        QByteArrayList fields;
-        for (auto role = names.cbegin(); role != names.cend(); ++role)
-            fields.append(csvField(model.data(model.index(row, 0), role.key())));
-        csv += fields.join(',') + "\r\n";
-    }
-    return csv;
 }

@@ -38,7 +38,7 @@ QString fitted(const TextCell::Line& line, int width)
            right;
 }
 
-/// Control sequence that starts the look of a tile; empty for a tile without one.
+/// Control sequence that starts the look of a cell; empty for a cell without one.
 QString startOf(const TextCell& cell)
 {
     if (cell.style == TextCell::Style::Inert)
@@ -49,7 +49,7 @@ QString startOf(const TextCell& cell)
         return {};
     const uint colour = match.captured(1).toUInt(nullptr, 16);
     const uint red = colour >> 16, green = (colour >> 8) & 0xff, blue = colour & 0xff;
-    // Dark text on light tiles and the other way round, by perceived brightness.
+    // Dark text on light cells and the other way round, by perceived brightness.
     const bool isLight = red * 299 + green * 587 + blue * 114 > 128000;
     return QStringLiteral("\x1b[%1;48;2;%2;%3;%4m")
         .arg(isLight ? 30 : 97)
@@ -91,7 +91,7 @@ QString TextTable::toString(bool withColours) const
             isFirstRowBelowHeading = true;
             continue;
         }
-        if (!isFirstRowBelowHeading)
+        if (!isFirstRowBelowHeading && m_spacing == Spacing::BlankLine)
             lines.append(QString());
         isFirstRowBelowHeading = false;
         int height = 0;

@@ -1,8 +1,9 @@
 #include "StandardOutput.h"
 
+#include "ToolProgram.h"
+
 #include <QByteArray>
 #include <QFile>
-#include <QTextStream>
 
 #include <cstdio>
 #include <fcntl.h>
@@ -50,8 +51,7 @@ bool writeToStandardOutput(const QByteArray& bytes)
     if (output.open(stdout, QIODevice::WriteOnly) && output.write(bytes) == bytes.size() &&
         output.flush())
         return true;
-    QTextStream(stderr) << "rivo-grid: cannot write to standard output: " << output.errorString()
-                        << '\n';
+    reportFailure(QStringLiteral("cannot write to standard output: ") + output.errorString());
     return false;
 }
 

@@ -5,7 +5,7 @@
 class QByteArray;
 
 /// While it lives, what the library writes to standard output (the slot lists of the layout, the
-/// types left out) goes to standard error, or nowhere: standard output carries the grid alone.
+/// types left out) goes to standard error, or nowhere: standard output carries the result alone.
 class DiagnosticsElsewhere
 {
 public:

@@ -4,7 +4,8 @@
 #include <QStringList>
 #include <QVector>
 
-/// One tile of a printed grid: lines of a left and a right part, shown in one style.
+/// One cell of a printed table, such as a tile of the grid: lines of a left and a right part, shown
+/// in one style.
 struct TextCell
 {
     enum class Style { Plain, Inert };
@@ -17,7 +18,7 @@ struct TextCell
 
     QVector<Line> lines;
     Style style = Style::Plain;
-    QString colour; ///< "#rrggbb" of the tile; anything else is no colour
+    QString colour; ///< "#rrggbb" of the cell; anything else is no colour
 };
 
 /// Columns that a text takes on a terminal: 2 for wide characters, 0 for combining ones.
@@ -28,6 +29,11 @@ class TextTable
 {
 public:
     static constexpr int maximumColumnWidth = 36;
+
+    /// What is between two rows of cells.
+    enum class Spacing { BlankLine, None };
+
+    explicit TextTable(Spacing spacing) : m_spacing(spacing) {}
 
     /// A line of its own above the rows that follow.
     void addHeading(const QString& heading);
@@ -45,5 +51,6 @@ private:
 
     QVector<int> columnWidths() const;
 
+    Spacing m_spacing;
     QVector<Row> m_rows;
 };

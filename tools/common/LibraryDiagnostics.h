@@ -1,0 +1,17 @@
+#pragma once
+
+#include "StandardOutput.h"
+
+/// Decides, while it lives, where the log of the library and its notes on standard output go:
+/// nowhere, or (verbose) all to standard error. Make it before the models.
+///
+/// The library logs at level Info whatever it is asked for; people who print a feed did not ask.
+/// Other levels, and a log file that logging.conf names, stay as they are.
+class LibraryDiagnostics
+{
+public:
+    explicit LibraryDiagnostics(bool verbose);
+
+private:
+    DiagnosticsElsewhere m_notes;
+};
