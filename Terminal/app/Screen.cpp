@@ -10,6 +10,13 @@
 #include <QSaveFile>
 #include <QTimer>
 
+// The resources of a static library. The macro wants a function outside of all namespaces.
+static void initResources()
+{
+    Q_INIT_RESOURCE(icons);
+    Q_INIT_RESOURCE(qml);
+}
+
 namespace rivo::terminal
 {
 
@@ -30,11 +37,13 @@ void registerUncreatable(const char* name)
 
 void Screen::registerTypes()
 {
+    initResources();
     registerUncreatable<Terminal>("Terminal");
     registerUncreatable<sales::SalesDesk>("SalesDesk");
     registerUncreatable<fleet::FleetSimulator>("FleetSimulator");
     registerUncreatable<TripDesk>("TripDesk");
     registerUncreatable<DeviceDesk>("DeviceDesk");
+    registerUncreatable<CatalogueDesk>("CatalogueDesk");
 }
 
 Screen::Screen(Terminal& terminal, const QString& page, const QSize& size)

@@ -1,3 +1,4 @@
+#include "Benchmark.h"
 #include "Options.h"
 #include "Screen.h"
 #include "Terminal.h"
@@ -10,6 +11,7 @@
 #include <QLocale>
 #include <QQuickStyle>
 #include <QQuickWindow>
+#include <QTemporaryDir>
 #include <QTextStream>
 #include <QTranslator>
 
@@ -54,6 +56,35 @@ Terminal::Settings settingsOf(const Options& options)
     return settings;
 }
 
+/// Prints what the program measures of itself; sales go to a journal of their own.
+int measure(const feed::Feed& feed, const Options& options)
+{
+    const QTemporaryDir folder;
+    const auto settings = [&](const char* journal) {
+        Terminal::Settings made = settingsOf(options);
+        made.journalFile = folder.filePath(QLatin1String(journal));
+        return made;
+    };
+    QStringList lines;
+    {
+        Terminal terminal(feed, settings("taps"));
+        Screen screen(terminal, QStringLiteral("sell"), options.size);
+        if (screen.window() == nullptr)
+            return Failed;
+        screen.window()->show();
+        lines.append(terminal::benchmark::start(screen));
+        lines.append(terminal::benchmark::taps(screen, terminal));
+    }
+    Terminal terminal(terminal::benchmark::withTiles(feed, 2000), settings("scrolling"));
+    Screen screen(terminal, QStringLiteral("sell"), options.size);
+    if (screen.window() == nullptr)
+        return Failed;
+    screen.window()->show();
+    lines.append(terminal::benchmark::scrolling(screen));
+    QTextStream(stdout) << lines.join(QLatin1Char('\n')) << '\n';
+    return Done;
+}
+
 int show(QGuiApplication& application, Screen& screen, const Options& options, ExitCode otherwise)
 {
     if (screen.window() == nullptr)
@@ -94,6 +125,8 @@ int main(int argc, char* argv[])
         return show(application, screen, *options, BadInput);
     }
 
+    if (options->benchmark)
+        return measure(*result.feed, *options);
     QDir().mkpath(QFileInfo(options->journal).absolutePath());
     Terminal terminal(*result.feed, settingsOf(*options));
     Screen screen(terminal, options->page, options->size);

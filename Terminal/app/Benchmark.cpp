@@ -1,0 +1,169 @@
+#include "Benchmark.h"
+
+#include "Screen.h"
+#include "Terminal.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QMouseEvent>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTimer>
+
+#include <algorithm>
+
+#include <ctime>
+#include <unistd.h>
+
+namespace rivo::terminal::benchmark
+{
+
+namespace
+{
+
+constexpr int tapCount = 50;
+constexpr int frameCount = 400;
+constexpr int patience = 5000; ///< milliseconds until a frame is given up
+
+/// Milliseconds since the process was started, to the kernel's clock tick.
+double processAge()
+{
+    constexpr int startTimeField = 22;
+    QFile stat(QStringLiteral("/proc/self/stat"));
+    if (!stat.open(QIODevice::ReadOnly))
+        return 0.0;
+    const QByteArray line = stat.readAll();
+    // Fields are counted behind the program's name, which is the second one and may hold blanks.
+    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+    const double ticks = fields.value(startTimeField - 3).toDouble();
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    return static_cast<double>(now.tv_sec) * 1000.0 + static_cast<double>(now.tv_nsec) / 1e6 -
+           ticks * 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+/// Waits for the next frame on the screen.
+bool waitForFrame(QQuickWindow& window)
+{
+    QEventLoop loop;
+    bool isDrawn = false;
+    QObject::connect(
+        &window, &QQuickWindow::frameSwapped, &loop,
+        [&] {
+            isDrawn = true;
+            loop.quit();
+        },
+        Qt::QueuedConnection);
+    QTimer::singleShot(patience, &loop, &QEventLoop::quit);
+    window.update();
+    loop.exec();
+    return isDrawn;
+}
+
+QString spread(QVector<double> times)
+{
+    if (times.isEmpty())
+        return QStringLiteral("not measured");
+    std::sort(times.begin(), times.end());
+    const auto at = [&times](int percent) {
+        return QString::number(times.at((times.size() - 1) * percent / 100), 'f', 1);
+    };
+    return QStringLiteral("median %1 p95 %2").arg(at(50), at(95));
+}
+
+void tap(QQuickWindow& window, const QPointF& place)
+{
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        const bool isPress = type == QEvent::MouseButtonPress;
+        QMouseEvent event(type, place, place, window.mapToGlobal(place.toPoint()), Qt::LeftButton,
+                          isPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&window, &event);
+    }
+}
+
+QQuickItem* gridOf(Screen& screen)
+{
+    return screen.window()->findChild<QQuickItem*>(QStringLiteral("grid"));
+}
+
+/// The middle of the first tile on the screen that can be tapped.
+QPointF firstTile(QQuickItem& grid)
+{
+    auto* content = qvariant_cast<QQuickItem*>(grid.property("contentItem"));
+    for (QQuickItem* tile : content->childItems()) {
+        if (tile->isVisible() && tile->isEnabled() && tile->property("price").isValid())
+            return tile->mapToScene({tile->width() / 2, tile->height() / 2});
+    }
+    return {};
+}
+
+} // namespace
+
+feed::Feed withTiles(feed::Feed feed, int tiles)
+{
+    const QVector<feed::FeedProduct> products = feed.products;
+    feed.products.clear();
+    for (int zone = 1; !products.isEmpty() && feed.products.size() < tiles; ++zone) {
+        for (feed::FeedProduct product : products) {
+            product.toStopGroupId = zone;
+            product.pos = -1;
+            product.isDaily = false;
+            if (feed.products.size() < tiles)
+                feed.products.append(product);
+        }
+    }
+    return feed;
+}
+
+QString start(Screen& screen)
+{
+    if (!waitForFrame(*screen.window()) || gridOf(screen) == nullptr)
+        return QStringLiteral("start_to_grid_ms not measured");
+    return QStringLiteral("start_to_grid_ms %1").arg(qRound(processAge()));
+}
+
+QString taps(Screen& screen, Terminal& terminal)
+{
+    QVector<double> times;
+    QQuickItem* grid = gridOf(screen);
+    const QPointF place = grid == nullptr ? QPointF() : firstTile(*grid);
+    for (int i = 0; i < tapCount && !place.isNull(); ++i) {
+        const int before = terminal.basket()->rowCount();
+        QElapsedTimer timer;
+        timer.start();
+        tap(*screen.window(), place);
+        if (terminal.basket()->rowCount() == before || !waitForFrame(*screen.window()))
+            break;
+        times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    terminal.desk()->clear();
+    return QStringLiteral("tap_to_basket_ms %1 (%2 taps)").arg(spread(times)).arg(times.size());
+}
+
+QString scrolling(Screen& screen)
+{
+    QVector<double> times;
+    QQuickItem* grid = gridOf(screen);
+    if (grid == nullptr)
+        return QStringLiteral("scroll_frame_ms not measured");
+    const double end = std::max(0.0, grid->property("contentHeight").toDouble() - grid->height());
+    waitForFrame(*screen.window());
+    QElapsedTimer timer;
+    timer.start();
+    for (int frame = 0; frame < frameCount; ++frame) {
+        const double share = 2.0 * frame / frameCount;
+        grid->setProperty("contentY", end * (share <= 1.0 ? share : 2.0 - share));
+        if (!waitForFrame(*screen.window()))
+            break;
+        times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+        timer.start();
+    }
+    return QStringLiteral("scroll_frame_ms %1 (%2 tiles, %3 frames)")
+        .arg(spread(times))
+        .arg(grid->property("count").toInt())
+        .arg(times.size());
+}
+
+} // namespace rivo::terminal::benchmark
