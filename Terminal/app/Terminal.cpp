@@ -1,6 +1,7 @@
 #include "Terminal.h"
 
 #include <FeedToModels.h>
+#include <ZReportItem.h>
 
 #include <QDateTime>
 #include <QFile>
@@ -43,6 +44,14 @@ feed::Feed withClosedShiftsOnly(feed::Feed feed)
     return feed;
 }
 
+/// `reports` has the rows of `all` that are closed, or those that are not.
+void showReports(QSortFilterProxyModel& reports, ZReportModel& all, bool areClosed)
+{
+    reports.setFilterRole(ZReportItem::IsClosedDataRole);
+    reports.setFilterFixedString(QVariant(areClosed).toString());
+    reports.setSourceModel(&all);
+}
+
 /// Relative luminance as the web's accessibility guidelines define it, 0 to 1.
 double luminance(const QColor& color)
 {
@@ -61,6 +70,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_basket(&m_prototypes), m_fareProducts(&m_prototypes), m_zReports(&m_prototypes),
       m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
       m_trip(feed, fleet::Timetable(feed.network)), m_devices(m_peripherals, m_printer),
+      m_catalogue(m_fareProducts, m_feed),
       m_desk(
           {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, m_printer, m_currency,
           [this](int zone) { return m_zoneNames.name(zone); }, m_trip.context()),
@@ -75,6 +85,8 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));
     m_desk.restore(maxDebt(feed));
     feed::addZReports(m_feed, m_zReports);
+    showReports(m_runningShift, m_zReports, false);
+    showReports(m_closedShifts, m_zReports, true);
 
     feed::addVehicles(m_feed, m_vehicles);
     m_fleet = std::make_unique<fleet::FleetSimulator>(fleet::Timetable(feed.network), m_vehicles);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CatalogueDesk.h"
 #include "DeviceDesk.h"
 #include "TripDesk.h"
 
@@ -18,6 +19,7 @@
 
 #include <QColor>
 #include <QObject>
+#include <QSortFilterProxyModel>
 #include <QUrl>
 
 #include <memory>
@@ -35,12 +37,16 @@ class Terminal : public QObject
     Q_PROPERTY(ShoppingBasketModel* basket READ basket CONSTANT)
     Q_PROPERTY(FareProductsModel* fareProducts READ fareProducts CONSTANT)
     Q_PROPERTY(ZReportModel* zReports READ zReports CONSTANT)
+    Q_PROPERTY(QAbstractItemModel* runningShift READ runningShift CONSTANT)
+    Q_PROPERTY(QAbstractItemModel* closedShifts READ closedShifts CONSTANT)
     Q_PROPERTY(AssetsModel* vehicles READ vehicles CONSTANT)
     Q_PROPERTY(PeripheralsModel* peripherals READ peripherals CONSTANT)
     Q_PROPERTY(rivo::sales::SalesDesk* desk READ desk CONSTANT)
     Q_PROPERTY(rivo::terminal::TripDesk* trip READ trip CONSTANT)
     Q_PROPERTY(rivo::terminal::DeviceDesk* devices READ devices CONSTANT)
+    Q_PROPERTY(rivo::terminal::CatalogueDesk* catalogue READ catalogue CONSTANT)
     Q_PROPERTY(rivo::fleet::FleetSimulator* fleet READ fleet CONSTANT)
+    Q_PROPERTY(QString journalFile READ journalFile CONSTANT)
     Q_PROPERTY(bool night READ night WRITE setNight NOTIFY nightChanged)
 
 public:
@@ -61,14 +67,19 @@ public:
     ShoppingBasketModel* basket() { return &m_basket; }
     FareProductsModel* fareProducts() { return &m_fareProducts; }
     ZReportModel* zReports() { return &m_zReports; }
+    /// The one row of zReports() that is not closed; none if the journal cannot be used.
+    QAbstractItemModel* runningShift() { return &m_runningShift; }
+    QAbstractItemModel* closedShifts() { return &m_closedShifts; } ///< the other rows
     AssetsModel* vehicles() { return &m_vehicles; }
     PeripheralsModel* peripherals() { return &m_peripherals; }
     sales::SalesDesk* desk() { return &m_desk; }
     TripDesk* trip() { return &m_trip; }
     DeviceDesk* devices() { return &m_devices; }
+    CatalogueDesk* catalogue() { return &m_catalogue; }
     fleet::FleetSimulator* fleet() { return m_fleet.get(); }
     sales::SimulatedPrinter& printer() { return m_printer; }
 
+    QString journalFile() const { return m_settings.journalFile; }
     bool night() const { return m_night; } ///< dark colours for driving at night
     void setNight(bool night);
 
@@ -101,12 +112,15 @@ private:
     ShoppingBasketModel m_basket;
     FareProductsModel m_fareProducts;
     ZReportModel m_zReports;
+    QSortFilterProxyModel m_runningShift;
+    QSortFilterProxyModel m_closedShifts;
     AssetsModel m_vehicles;
     PeripheralsModel m_peripherals;
     std::unique_ptr<fleet::FleetSimulator> m_fleet;
     TripDesk m_trip;
     sales::SimulatedPrinter m_printer;
     DeviceDesk m_devices;
+    CatalogueDesk m_catalogue;
     sales::Journal m_journal;
     sales::SalesDesk m_desk;
     bool m_night;

@@ -1,6 +1,56 @@
 import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
 import Rivo.Terminal 1.0
 
+/// The fare catalogue, and beside it the product that was tapped.
 Item {
+    id: root
+
     required property Terminal terminal
+
+    ListView {
+        id: products
+
+        objectName: "productLines"
+        anchors.left: parent.left
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        width: Math.floor(parent.width * 0.55)
+        clip: true
+        model: root.terminal.fareProducts
+        boundsBehavior: Flickable.StopAtBounds
+        T.ScrollBar.vertical: ScrollMark {}
+        delegate: ProductRow {
+            terminal: root.terminal
+            width: products.width
+            checked: ListView.isCurrentItem
+            onClicked: products.currentIndex = index
+        }
+    }
+    Rectangle {
+        anchors.left: products.right
+        anchors.right: parent.right
+        height: parent.height
+        visible: products.count > 0
+        color: Theme.surface
+        Rectangle {
+            width: 1
+            height: parent.height
+            color: Theme.line
+        }
+        Loader {
+            anchors.fill: parent
+            active: products.currentItem !== null
+            sourceComponent: ProductDetail {
+                objectName: "productDetail"
+                product: products.currentItem
+            }
+        }
+    }
+    EmptyText {
+        objectName: "emptyCatalogueText"
+        visible: products.count === 0
+        text: qsTr("This feed has no fare catalogue.")
+        font.pixelSize: Theme.largeText
+    }
 }

@@ -1,6 +1,82 @@
 import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
 import Rivo.Terminal 1.0
 
-Item {
+/// How the screen looks, what is logged, and what this terminal is. Nothing here can stop sales.
+Flickable {
+    id: root
+
     required property Terminal terminal
+
+    contentHeight: Math.max(settings.height, facts.height) + 4 * Theme.gap
+    clip: true
+    boundsBehavior: Flickable.StopAtBounds
+    T.ScrollBar.vertical: ScrollMark {}
+
+    Column {
+        id: settings
+
+        x: 2 * Theme.gap
+        y: 2 * Theme.gap
+        width: Math.floor((root.width - 6 * Theme.gap) / 2)
+        spacing: 2 * Theme.gap
+        Panel {
+            width: parent.width
+            title: qsTr("Screen")
+            SettingSwitch {
+                objectName: "nightSwitch"
+                width: parent.width
+                text: qsTr("Night colours")
+                hint: qsTr("Light text on dark ground, for driving in the dark")
+                checked: root.terminal.night
+                onToggled: root.terminal.night = checked
+            }
+        }
+        Panel {
+            width: parent.width
+            title: qsTr("Log")
+            SettingSwitch {
+                objectName: "logSwitch"
+                width: parent.width
+                text: qsTr("Layout of the tiles")
+                hint: qsTr("Writes down how the tiles were put in order")
+                checked: root.terminal.grid.logFareProducts
+                onToggled: root.terminal.grid.logFareProducts = checked
+            }
+            SettingSwitch {
+                objectName: "extraLogSwitch"
+                width: parent.width
+                text: qsTr("Extra diagnostics")
+                hint: qsTr("Only if the support asks for it")
+                checked: root.terminal.grid.logExtraFareProducts
+                onToggled: root.terminal.grid.logExtraFareProducts = checked
+            }
+        }
+    }
+    Panel {
+        id: facts
+
+        anchors.left: settings.right
+        anchors.leftMargin: 2 * Theme.gap
+        y: 2 * Theme.gap
+        width: settings.width
+        title: qsTr("This terminal")
+        Repeater {
+            model: [
+                { label: qsTr("Operator"), value: root.terminal.operatorName },
+                { label: qsTr("Language"),
+                  value: qsTr("English", "name of the language of these texts") },
+                { label: qsTr("Version of terminal and library"),
+                  value: Qt.application.version },
+                { label: qsTr("Sales journal"), value: root.terminal.journalFile }
+            ]
+            Fact {
+                required property var modelData
+
+                width: parent.width
+                label: modelData.label
+                value: modelData.value
+            }
+        }
+    }
 }

@@ -1,6 +1,98 @@
 import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
 import Rivo.Terminal 1.0
 
+/// The running shift, and beside it those that are closed.
 Item {
+    id: root
+
     required property Terminal terminal
+    property string closedNumber
+
+    Connections {
+        target: root.terminal.desk
+        function onShiftClosed(zNumber) {
+            root.closedNumber = zNumber.toFixed(0)
+        }
+    }
+    Item {
+        id: running
+
+        anchors.left: parent.left
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        width: Math.floor(parent.width * 0.55)
+        Repeater {
+            id: shifts
+
+            model: root.terminal.runningShift
+            RunningShift {
+                objectName: "runningShift"
+                anchors.fill: parent
+                terminal: root.terminal
+                closedNumber: root.closedNumber
+                onCloseRequested: {
+                    closing.question = qsTr("Close shift %1?").arg(number)
+                    closing.consequence = consequence
+                    closing.open()
+                }
+            }
+        }
+        EmptyText {
+            objectName: "noShiftText"
+            visible: shifts.count === 0
+            text: root.terminal.desk.obstacle
+            color: Theme.error
+            font.pixelSize: Theme.largeText
+            font.weight: Font.DemiBold
+        }
+    }
+    Rectangle {
+        anchors.left: running.right
+        anchors.right: parent.right
+        height: parent.height
+        color: Theme.surface
+        PlainText {
+            id: title
+
+            x: 2 * Theme.gap
+            width: parent.width - 2 * x
+            height: Theme.touch
+            text: qsTr("Closed shifts")
+            font.pixelSize: Theme.largeText
+            font.weight: Font.DemiBold
+        }
+        ListView {
+            id: closed
+
+            objectName: "closedShifts"
+            anchors.top: title.bottom
+            anchors.bottom: parent.bottom
+            width: parent.width
+            clip: true
+            model: root.terminal.closedShifts
+            boundsBehavior: Flickable.StopAtBounds
+            T.ScrollBar.vertical: ScrollMark {}
+            delegate: ClosedShift {
+                width: closed.width
+                terminal: root.terminal
+            }
+            EmptyText {
+                visible: closed.count === 0
+                text: qsTr("No shift has been closed yet.")
+            }
+        }
+        Rectangle {
+            width: 1
+            height: parent.height
+            color: Theme.line
+        }
+    }
+    Confirmation {
+        id: closing
+
+        objectName: "closeConfirmation"
+        confirmText: qsTr("Close shift")
+        onConfirmed: root.terminal.desk.closeShift()
+    }
 }

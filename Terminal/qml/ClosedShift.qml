@@ -1,0 +1,115 @@
+import QtQuick 2.15
+import Rivo.Terminal 1.0
+
+/// One shift that is over.
+ShiftReport {
+    id: root
+
+    required property int parcelCountData
+    required property double parcelAmountData
+    required property double commission
+    required property var paymentDate ///< an invalid date if not paid yet
+
+    readonly property bool isPaid: !isNaN(paymentDate)
+
+    implicitHeight: content.height + 3 * Theme.gap
+
+    Column {
+        id: content
+
+        x: 2 * Theme.gap
+        y: 1.5 * Theme.gap
+        width: parent.width - 2 * x
+        spacing: 4
+        Item {
+            width: parent.width
+            height: sum.height
+            PlainText {
+                anchors.left: parent.left
+                anchors.right: sum.left
+                anchors.rightMargin: Theme.gap
+                anchors.verticalCenter: parent.verticalCenter
+                text: qsTr("Z report %1").arg(root.number)
+                font.weight: Font.DemiBold
+            }
+            PlainText {
+                id: sum
+
+                anchors.right: parent.right
+                text: root.money(root.zSumData)
+                font.pixelSize: Theme.largeText
+                font.weight: Font.DemiBold
+            }
+        }
+        Repeater {
+            model: [
+                { label: qsTr("Tickets"),
+                  value: root.ticketCountData < 0 ? "–" : root.ticketCountData },
+                { label: qsTr("Numbers"),
+                  value: root.fromTicketData === "" ? "–"
+                         : root.fromTicketData + " – " + root.toTicketData },
+                { label: qsTr("Paid by card"), value: root.cardText },
+                { label: qsTr("Parcels"),
+                  value: root.countText(root.parcelCountData, root.parcelAmountData) },
+                { label: qsTr("Commission"), value: root.money(root.commission) }
+            ]
+            Item {
+                id: line
+
+                required property var modelData
+
+                width: content.width
+                height: Math.max(label.height, value.height)
+                PlainText {
+                    id: label
+
+                    width: 100
+                    text: line.modelData.label
+                    font.pixelSize: Theme.smallText
+                    color: Theme.mutedText
+                }
+                PlainText {
+                    id: value
+
+                    anchors.left: label.right
+                    anchors.right: parent.right
+                    text: line.modelData.value
+                    wrapMode: Text.Wrap
+                    font.pixelSize: Theme.smallText
+                }
+            }
+        }
+        Row {
+            width: parent.width
+            spacing: 6
+            Icon {
+                id: mark
+
+                anchors.verticalCenter: parent.verticalCenter
+                size: 20
+                source: root.isPaid ? "qrc:/icons/ok.svg" : "qrc:/icons/warning.svg"
+                color: payment.color
+            }
+            PlainText {
+                id: payment
+
+                objectName: "paymentText"
+                width: parent.width - mark.width - parent.spacing
+                text: root.isPaid ? qsTr("Paid %1").arg(root.paymentDate.toLocaleString(
+                                        Qt.locale(), Locale.ShortFormat))
+                                  : qsTr("Not paid, %1 due").arg(
+                                        root.money(root.currentDebt))
+                wrapMode: Text.Wrap
+                font.pixelSize: Theme.smallText
+                font.weight: Font.DemiBold
+                color: root.isPaid ? Theme.ok : Theme.warning
+            }
+        }
+    }
+    Rectangle {
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 1
+        color: Theme.line
+    }
+}

@@ -1,0 +1,79 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+import Rivo.Terminal 1.0
+
+/// All that is known of one fare product, with who may buy it and how.
+Flickable {
+    id: root
+
+    required property ProductRow product
+    readonly property CatalogueDesk catalogue: product.terminal.catalogue
+
+    clip: true
+    contentHeight: content.height + 4 * Theme.gap
+    boundsBehavior: Flickable.StopAtBounds
+    T.ScrollBar.vertical: ScrollMark {}
+
+    Column {
+        id: content
+
+        x: 2 * Theme.gap
+        y: 2 * Theme.gap
+        width: root.width - 4 * Theme.gap
+        spacing: 2 * Theme.gap
+        PlainText {
+            objectName: "detailTitle"
+            width: parent.width
+            text: root.product.description
+            wrapMode: Text.Wrap
+            font.pixelSize: Theme.largeText
+            font.weight: Font.DemiBold
+        }
+        Fact {
+            width: parent.width
+            label: qsTr("Passengers")
+            value: root.catalogue.passengerTypes(root.product.index).join(", ")
+        }
+        Rectangle {
+            width: parent.width
+            height: 1
+            color: Theme.line
+        }
+        Grid {
+            id: facts
+
+            readonly property real cellWidth: (width - columnSpacing) / columns
+
+            width: parent.width
+            columns: 2
+            columnSpacing: 2 * Theme.gap
+            rowSpacing: Theme.gap + 4
+            Repeater {
+                model: [
+                    { label: qsTr("Price"),
+                      value: root.product.terminal.desk.priceText(root.product.price) },
+                    { label: qsTr("Discount"), value: root.product.discountText },
+                    { label: qsTr("Way back"),
+                      value: root.product.freeReturn ? qsTr("included") : qsTr("not included") },
+                    { label: qsTr("Paper ticket"),
+                      value: root.product.paperTicket ? qsTr("yes") : qsTr("no") },
+                    { label: qsTr("Means of payment"),
+                      value: root.catalogue.paymentMethods(root.product.index).join(", ") },
+                    { label: qsTr("Sales channels"),
+                      value: root.catalogue.paymentChannels(root.product.index).join(", ") },
+                    { label: qsTr("Ticket materials"),
+                      value: root.catalogue.ticketMaterials(root.product.index).join(", ") },
+                    { label: qsTr("Product number"), value: root.product.fareProductId },
+                    { label: qsTr("In the basket"), value: root.product.totalInBasket }
+                ]
+                Fact {
+                    required property var modelData
+
+                    width: facts.cellWidth
+                    label: modelData.label
+                    value: modelData.value
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,177 @@
+import QtQuick 2.15
+import Rivo.Terminal 1.0
+
+/// The shift that is being worked: what was sold, and the cash that the driver has to hand over.
+ShiftReport {
+    id: root
+
+    required property double maxAllowedDebt
+    property string closedNumber ///< of the shift before, if it was closed on this page
+
+    readonly property bool hasLimit: maxAllowedDebt > 0
+    readonly property bool isLimitReached: hasLimit && currentDebt >= maxAllowedDebt
+    /// What closing means, for the question before it.
+    readonly property string consequence:
+        qsTr("%n ticket(s) for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.",
+             "", ticketCountData).arg(money(zSumData)).arg(money(currentDebt))
+                                 .arg((zNumberData + 1).toFixed(0))
+    signal closeRequested
+
+    Column {
+        anchors.top: parent.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: 2 * Theme.gap
+        spacing: root.height < 500 ? Theme.gap + 2 : 2 * Theme.gap + 2
+
+        Item {
+            width: parent.width
+            height: sum.height
+            Column {
+                anchors.left: parent.left
+                anchors.right: sum.left
+                anchors.rightMargin: Theme.gap
+                anchors.verticalCenter: parent.verticalCenter
+                PlainText {
+                    objectName: "runningNumber"
+                    width: parent.width
+                    text: qsTr("Z report %1").arg(root.number)
+                    font.pixelSize: Theme.largeText
+                    font.weight: Font.DemiBold
+                }
+                PlainText {
+                    objectName: "runningState"
+                    width: parent.width
+                    text: root.closedNumber !== "" && root.ticketCountData === 0
+                          ? qsTr("Shift %1 is closed.").arg(root.closedNumber)
+                          : qsTr("Running shift")
+                    color: Theme.ok
+                    font.weight: Font.DemiBold
+                }
+            }
+            PlainText {
+                id: sum
+
+                objectName: "runningSum"
+                anchors.right: parent.right
+                text: root.money(root.zSumData)
+                font.pixelSize: 40
+                font.weight: Font.Bold
+            }
+        }
+        Grid {
+            id: facts
+
+            readonly property real cellWidth: (width - columnSpacing) / columns
+
+            width: parent.width
+            columns: 2
+            columnSpacing: 2 * Theme.gap
+            rowSpacing: Theme.gap + 4
+            Repeater {
+                model: [
+                    { label: qsTr("Tickets"),
+                      value: root.ticketCountData < 0 ? "" : root.ticketCountData },
+                    { label: qsTr("Paid by card"), value: root.cardText },
+                    { label: qsTr("First ticket"), value: root.fromTicketData },
+                    { label: qsTr("Last ticket"), value: root.toTicketData }
+                ]
+                Fact {
+                    required property var modelData
+
+                    width: facts.cellWidth
+                    label: modelData.label
+                    value: modelData.value
+                    valueFont.pixelSize: Theme.largeText
+                }
+            }
+        }
+        Rectangle {
+            id: cashBox
+
+            readonly property color ink: root.isLimitReached ? Theme.errorInk : Theme.text
+
+            width: parent.width
+            height: cash.height + 2 * Theme.gap
+            radius: Theme.radius
+            color: root.isLimitReached ? Theme.error : Theme.raised
+
+            Column {
+                id: cash
+
+                x: Theme.gap + 4
+                y: Theme.gap
+                width: parent.width - 2 * x
+                spacing: 6
+                Item {
+                    width: parent.width
+                    height: amount.height
+                    Icon {
+                        id: mark
+
+                        anchors.verticalCenter: parent.verticalCenter
+                        source: root.isLimitReached ? "qrc:/icons/warning.svg"
+                                                    : "qrc:/icons/cash.svg"
+                        color: cashBox.ink
+                    }
+                    PlainText {
+                        anchors.left: mark.right
+                        anchors.leftMargin: Theme.gap
+                        anchors.right: amount.left
+                        anchors.rightMargin: Theme.gap
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: qsTr("Cash to hand over")
+                        color: cashBox.ink
+                    }
+                    PlainText {
+                        id: amount
+
+                        objectName: "debtText"
+                        anchors.right: parent.right
+                        text: root.money(root.currentDebt)
+                        font.pixelSize: Theme.largeText
+                        font.weight: Font.Bold
+                        color: cashBox.ink
+                    }
+                }
+                Rectangle {
+                    width: parent.width
+                    height: 8
+                    radius: 4
+                    visible: root.hasLimit && !root.isLimitReached
+                    color: Theme.line
+                    Rectangle {
+                        width: parent.width * Math.max(0, root.currentDebt / root.maxAllowedDebt)
+                        height: parent.height
+                        radius: parent.radius
+                        color: Theme.accent
+                    }
+                }
+                PlainText {
+                    objectName: "limitText"
+                    width: parent.width
+                    text: !root.hasLimit ? qsTr("There is no limit.")
+                        : root.isLimitReached
+                          ? qsTr("The limit of %1 is reached: hand the cash over.")
+                                .arg(root.money(root.maxAllowedDebt))
+                          : qsTr("Limit %1").arg(root.money(root.maxAllowedDebt))
+                    wrapMode: Text.Wrap
+                    font.pixelSize: Theme.smallText
+                    font.weight: root.isLimitReached ? Font.DemiBold : Font.Normal
+                    color: root.isLimitReached ? Theme.errorInk : Theme.mutedText
+                }
+            }
+        }
+    }
+    PanelButton {
+        objectName: "closeShiftButton"
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        anchors.margins: 2 * Theme.gap
+        look: PanelButton.Accent
+        text: qsTr("Close shift")
+        iconSource: "qrc:/icons/zreport.svg"
+        onClicked: root.closeRequested()
+    }
+}
