@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace rivo::sales
@@ -10,7 +11,10 @@ namespace rivo::sales
 namespace
 {
 
-constexpr double mostUnits = 1e12;
+constexpr double mostMinor = 1e12;
+/// More than the error of a decimal text as a double times a power of ten, less than a thousandth
+/// of a minor unit for all amounts.
+constexpr double tolerance = 4.0 * std::numeric_limits<double>::epsilon();
 constexpr std::array<double, 5> powersOfTen{1.0, 10.0, 100.0, 1000.0, 10000.0};
 
 struct Symbol
@@ -47,9 +51,10 @@ Currency::Currency(QString code, int decimals)
 
 std::optional<Minor> Currency::fromUnits(double units) const
 {
-    if (!(std::abs(units) <= mostUnits)) // NaN too
+    const double minor = units * powersOfTen.at(static_cast<std::size_t>(m_decimals));
+    if (!(std::abs(minor) <= mostMinor)) // NaN too
         return std::nullopt;
-    return std::llround(units * powersOfTen.at(static_cast<std::size_t>(m_decimals)));
+    return std::llround(minor * (1.0 + tolerance));
 }
 
 double Currency::toUnits(Minor amount) const

@@ -21,8 +21,8 @@ public:
     QString code() const { return m_code; }
     int decimals() const { return m_decimals; }
 
-    /// Nearest amount, half away from zero; nothing for NaN, infinities and amounts beyond
-    /// 10^12 currency units.
+    /// Nearest amount, half away from zero: 1.005 is 1.01, although the double is a trifle less.
+    /// Nothing for NaN, infinities and amounts beyond 10^12 minor units.
     std::optional<Minor> fromUnits(double units) const;
 
     /// As the models and the Z report carry it.

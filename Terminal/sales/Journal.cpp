@@ -1,11 +1,13 @@
 #include "Journal.h"
 
+#include <QFile>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStringList>
 #include <QUuid>
 #include <QVariant>
+#include <QtEndian>
 
 #include <array>
 
@@ -92,9 +94,14 @@ QVariant storable(const QVariant& value)
     return value.type() == QVariant::String && value.isNull() ? QVariant(QLatin1String("")) : value;
 }
 
+JournalFault foreign(const QString& detail) { return {JournalFault::Kind::Foreign, detail}; }
+
+JournalFault damaged(const QString& detail) { return {JournalFault::Kind::Damaged, detail}; }
+
 JournalFault faultOf(const QSqlError& error)
 {
     // SQLite's result codes; extended codes carry the primary one in their lowest byte.
+    constexpr int misfit = 1; // a statement does not fit the tables
     constexpr int busy = 5;
     constexpr int locked = 6;
     constexpr int corrupt = 11;
@@ -104,6 +111,7 @@ JournalFault faultOf(const QSqlError& error)
     case busy:
     case locked:
         return {JournalFault::Kind::Locked, error.text()};
+    case misfit:
     case corrupt:
     case notADatabase:
         return {JournalFault::Kind::Damaged, error.text()};
@@ -113,6 +121,43 @@ JournalFault faultOf(const QSqlError& error)
         return {JournalFault::Kind::Unreachable, error.text()};
     }
 }
+
+/// Why a file that is there is not ours. Read without SQLite, which would finish the interrupted
+/// transactions of any database that it opens.
+std::optional<JournalFault> headerFault(const QString& file)
+{
+    constexpr int idOffset = 68;
+    constexpr int headerSize = idOffset + static_cast<int>(sizeof(qint32));
+    QFile content(file);
+    if (!content.open(QIODevice::ReadOnly))
+        return std::nullopt; // not there, or SQLite will say why
+    const QByteArray header = content.read(headerSize);
+    if (header.isEmpty())
+        return std::nullopt;
+    if (header.size() < headerSize || !header.startsWith("SQLite format 3"))
+        return damaged(QStringLiteral("not a database"));
+    const auto id = qFromBigEndian<qint32>(header.constData() + idOffset);
+    if (id != applicationId)
+        return foreign(QStringLiteral("application id %1").arg(id));
+    return std::nullopt;
+}
+
+/// What holds in every journal.
+struct Check
+{
+    const char* statement;
+    const char* result;
+};
+
+constexpr std::array<Check, 4> checks{
+    {{"PRAGMA quick_check(1)", "ok"},
+     {"SELECT COUNT(*) FROM shift WHERE closed_at IS NULL", "1"},
+     {"SELECT COUNT(*) FROM sale WHERE total IS NOT"
+      " (SELECT SUM(price) FROM ticket WHERE ticket.sale = sale.id)",
+      "0"},
+     {"SELECT COUNT(*) FROM shift WHERE closed_at IS NOT NULL AND ticket_sum IS NOT"
+      " (SELECT IFNULL(SUM(total), 0) FROM sale WHERE sale.shift = shift.z_number)",
+      "0"}}};
 
 } // namespace
 
@@ -131,91 +176,74 @@ void Journal::close()
     m_connection.clear();
 }
 
-void Journal::stop(const JournalFault& fault)
+bool Journal::stop(const JournalFault& fault)
 {
     if (!m_fault)
         m_fault = fault;
+    return false;
 }
 
 std::optional<JournalFault> Journal::open(const QString& file, const Currency& currency,
                                           qint64 firstZNumber)
 {
     close();
-    m_fault = openFile(file);
-    if (!m_fault) {
-        const std::optional<JournalFault> fault = prepareFile(currency, firstZNumber);
-        if (fault)
-            m_fault = fault;
-    }
+    m_fault = headerFault(file);
+    if (!m_fault && !(connectTo(file) && prepare(currency, firstZNumber)))
+        close();
     return m_fault;
 }
 
-std::optional<JournalFault> Journal::openFile(const QString& file)
+bool Journal::connectTo(const QString& file)
 {
     m_connection = QUuid::createUuid().toString();
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
     db.setDatabaseName(file);
     db.setConnectOptions(lockTimeout);
-    if (!db.open())
-        return faultOf(db.lastError());
-    return std::nullopt;
+    return db.open() || stop(faultOf(db.lastError()));
 }
 
 /// Looks before it writes: a file that is not ours stays as it is.
-std::optional<JournalFault> Journal::prepareFile(const Currency& currency, qint64 firstZNumber)
+bool Journal::prepare(const Currency& currency, qint64 firstZNumber)
 {
-    const auto value = [this](const char* statement) {
-        QSqlQuery query(database());
-        return query.exec(QLatin1String(statement)) && query.next()
-                   ? std::make_pair(query.value(0), std::optional<JournalFault>())
-                   : std::make_pair(QVariant(), std::make_optional(faultOf(query.lastError())));
-    };
-    const auto foreign = [](const QString& detail) {
-        return JournalFault{JournalFault::Kind::Foreign, detail};
-    };
-
-    for (const char* setting : {"PRAGMA locking_mode=EXCLUSIVE", "PRAGMA application_id"}) {
-        if (const auto [ignored, fault] = value(setting); fault)
-            return fault;
-    }
-    const auto [objects, fault] = value("SELECT COUNT(*) FROM sqlite_master");
-    if (fault)
-        return fault;
-    const int id = value("PRAGMA application_id").first.toInt();
-    const bool isNew = id == 0 && objects.toInt() == 0;
-    if (!isNew) {
-        if (id != applicationId)
-            return foreign(QStringLiteral("application id %1").arg(id));
-        const int version = value("PRAGMA user_version").first.toInt();
-        if (version != schemaVersion)
-            return foreign(QStringLiteral("version %1").arg(version));
-        const auto [check, unchecked] = value("PRAGMA quick_check(1)");
-        if (unchecked)
-            return unchecked;
-        if (check.toString() != QLatin1String("ok"))
-            return JournalFault{JournalFault::Kind::Damaged, check.toString()};
-    }
-
-    if (!run(QStringLiteral("PRAGMA journal_mode=WAL")) ||
-        !run(QStringLiteral("PRAGMA synchronous=FULL")) ||
+    const std::optional<QVariant> objects = setUp("locking_mode", "exclusive")
+                                                ? value("SELECT COUNT(*) FROM sqlite_master")
+                                                : std::nullopt;
+    if (!objects || !run(QStringLiteral("PRAGMA synchronous=FULL")) ||
         !run(QStringLiteral("PRAGMA foreign_keys=ON")))
-        return m_fault;
-    if (isNew)
-        return createTables(currency, firstZNumber);
-    const auto [code, unread] = value("SELECT currency FROM journal");
-    if (unread)
-        return unread;
-    if (code.toString() != currency.code())
-        return foreign(
-            QStringLiteral("kept in %1, not in %2").arg(code.toString(), currency.code()));
-    // Takes the lock that a reader alone would not hold.
-    inTransaction([] { return true; });
-    return m_fault;
+        return false;
+    // The tables come before the write-ahead log, so that the file itself says what it is.
+    const bool isReady =
+        objects->toInt() == 0 ? createTables(currency, firstZNumber) : hasValidContent(currency);
+    return isReady && setUp("journal_mode", "wal") &&
+           inTransaction([] { return true; }); // fails if it may only be read
 }
 
-std::optional<JournalFault> Journal::createTables(const Currency& currency, qint64 firstZNumber)
+bool Journal::hasValidContent(const Currency& currency)
 {
-    inTransaction([&] {
+    const std::optional<QVariant> version = value("PRAGMA user_version");
+    if (!version)
+        return false;
+    if (version->toInt() != schemaVersion)
+        return stop(foreign(QStringLiteral("version %1").arg(version->toInt())));
+    for (const Check& check : checks) {
+        const std::optional<QVariant> result = value(check.statement);
+        if (!result)
+            return false;
+        if (result->toString() != QLatin1String(check.result))
+            return stop(damaged(
+                QStringLiteral("%1: %2").arg(QLatin1String(check.statement), result->toString())));
+    }
+    const std::optional<QVariant> code = value("SELECT currency FROM journal");
+    if (!code)
+        return false;
+    return code->toString() == currency.code() ||
+           stop(foreign(
+               QStringLiteral("kept in %1, not in %2").arg(code->toString(), currency.code())));
+}
+
+bool Journal::createTables(const Currency& currency, qint64 firstZNumber)
+{
+    return inTransaction([&] {
         const QStringList statements{
             QStringLiteral("PRAGMA application_id=%1").arg(applicationId),
             QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion),
@@ -247,28 +275,59 @@ std::optional<JournalFault> Journal::createTables(const Currency& currency, qint
         shift.addBindValue(firstZNumber);
         return run(journal) && run(shift);
     });
-    return m_fault;
 }
 
-bool Journal::run(QSqlQuery& query)
+/// The one value that `statement` yields.
+std::optional<QVariant> Journal::value(const char* statement)
 {
-    if (query.exec())
-        return true;
-    stop(faultOf(query.lastError()));
-    return false;
+    QSqlQuery query(database());
+    if (!query.exec(QLatin1String(statement)) || (!query.next() && query.lastError().isValid())) {
+        stop(faultOf(query.lastError()));
+        return std::nullopt;
+    }
+    if (!query.isValid()) {
+        stop(damaged(QStringLiteral("%1: nothing").arg(QLatin1String(statement))));
+        return std::nullopt;
+    }
+    return query.value(0);
 }
+
+/// Settings that SQLite answers with what it made of them.
+bool Journal::setUp(const char* setting, const char* wanted)
+{
+    const QString statement =
+        QStringLiteral("PRAGMA %1=%2").arg(QLatin1String(setting), QLatin1String(wanted));
+    const std::optional<QVariant> result = value(statement.toLatin1().constData());
+    if (!result)
+        return false;
+    return result->toString() == QLatin1String(wanted) ||
+           stop({JournalFault::Kind::Unreachable, statement});
+}
+
+bool Journal::run(QSqlQuery& query) { return query.exec() || stop(faultOf(query.lastError())); }
 
 bool Journal::run(const QString& statement)
 {
     QSqlQuery query(database());
-    return query.prepare(statement) ? run(query) : (stop(faultOf(query.lastError())), false);
+    return query.prepare(statement) ? run(query) : stop(faultOf(query.lastError()));
+}
+
+/// Runs `query` and calls `use` on each row. False if not all rows could be read.
+template <typename Use>
+bool Journal::forEachRow(QSqlQuery& query, Use use)
+{
+    if (!run(query))
+        return false;
+    while (query.next())
+        use();
+    return !query.lastError().isValid() || stop(faultOf(query.lastError()));
 }
 
 /// Runs `steps`, which say whether they succeeded, as one transaction.
 template <typename Steps>
 bool Journal::inTransaction(Steps steps)
 {
-    if (m_fault || m_connection.isEmpty() || !run(QStringLiteral("BEGIN IMMEDIATE")))
+    if (m_fault || !run(QStringLiteral("BEGIN IMMEDIATE")))
         return false;
     if (steps() && run(QStringLiteral("COMMIT")))
         return true;
@@ -299,31 +358,38 @@ QVector<Ticket> Journal::readTickets(const QString& selection)
         return {};
     QSqlQuery query(database());
     query.prepare(QStringLiteral("SELECT %1, %2").arg(columnNames(), selection));
-    if (!run(query))
-        return {};
     QVector<Ticket> tickets;
-    while (query.next()) {
+    const bool isRead = forEachRow(query, [&] {
         Ticket ticket;
         int at = 0;
         for (const Column& each : columns)
             each.set(ticket, query.value(at++));
         ticket.number = query.value(at).toLongLong();
         tickets.append(ticket);
-    }
-    return tickets;
+    });
+    return isRead ? tickets : QVector<Ticket>();
 }
 
-bool Journal::storeBasket(const QVector<Ticket>& tickets)
+bool Journal::appendToBasket(const Ticket& ticket)
+{
+    return inTransaction(
+        [&] { return insertTicket(QStringLiteral("basket"), ticket, {QVariant()}).has_value(); });
+}
+
+bool Journal::removeFromBasket(int row)
 {
     return inTransaction([&] {
-        if (!run(QStringLiteral("DELETE FROM basket")))
-            return false;
-        for (int line = 0; line < tickets.size(); ++line) {
-            if (!insertTicket(QStringLiteral("basket"), tickets.at(line), {line}))
-                return false;
-        }
-        return true;
+        QSqlQuery query(database());
+        query.prepare(QStringLiteral("DELETE FROM basket WHERE line ="
+                                     " (SELECT line FROM basket ORDER BY line LIMIT 1 OFFSET ?)"));
+        query.addBindValue(row);
+        return run(query);
     });
+}
+
+bool Journal::clearBasket()
+{
+    return inTransaction([&] { return run(QStringLiteral("DELETE FROM basket")); });
 }
 
 QVector<Ticket> Journal::basket()
@@ -349,10 +415,8 @@ std::optional<QVector<Ticket>> Journal::confirmSale(const QVector<Ticket>& ticke
         sale.addBindValue(total);
         if (!run(sale))
             return false;
-        if (sale.numRowsAffected() != 1) {
-            stop({JournalFault::Kind::Damaged, QStringLiteral("not exactly one running shift")});
-            return false;
-        }
+        if (sale.numRowsAffected() != 1)
+            return stop(damaged(QStringLiteral("not exactly one running shift")));
         const QVariant saleId = sale.lastInsertId();
         for (Ticket& ticket : sold) {
             const auto number =
@@ -382,7 +446,7 @@ QVector<Ticket> Journal::unprintedTickets()
 }
 
 /// The figures of one shift from its tickets.
-std::optional<ShiftReport> Journal::sumUp(qint64 zNumber, const QDateTime& closedAt)
+std::optional<ShiftReport> Journal::sumUp(qint64 zNumber)
 {
     QSqlQuery query(database());
     query.prepare(
@@ -394,52 +458,44 @@ std::optional<ShiftReport> Journal::sumUp(qint64 zNumber, const QDateTime& close
     query.addBindValue(static_cast<int>(PayMethod::Card));
     query.addBindValue(static_cast<int>(PayMethod::Card));
     query.addBindValue(zNumber);
-    if (!run(query) || !query.next())
-        return std::nullopt;
     ShiftReport report;
     report.zNumber = zNumber;
-    report.ticketCount = query.value(0).toInt();
-    report.ticketSum = query.value(1).toLongLong();
-    report.cardCount = query.value(2).toInt();
-    report.cardSum = query.value(3).toLongLong();
-    report.firstTicket = query.value(4).toLongLong();
-    report.lastTicket = query.value(5).toLongLong();
-    report.closedAt = closedAt;
-    return report;
+    const bool isRead = forEachRow(query, [&] {
+        report.ticketCount = query.value(0).toInt();
+        report.ticketSum = query.value(1).toLongLong();
+        report.cardCount = query.value(2).toInt();
+        report.cardSum = query.value(3).toLongLong();
+        report.firstTicket = query.value(4).toLongLong();
+        report.lastTicket = query.value(5).toLongLong();
+    });
+    return isRead ? std::make_optional(report) : std::nullopt;
 }
 
 std::optional<ShiftReport> Journal::runningShift()
 {
-    if (m_fault || m_connection.isEmpty())
+    if (m_fault)
         return std::nullopt;
-    QSqlQuery query(database());
-    query.prepare(QStringLiteral("SELECT z_number FROM shift WHERE closed_at IS NULL"));
-    if (!run(query))
-        return std::nullopt;
-    if (!query.next()) {
-        stop({JournalFault::Kind::Damaged, QStringLiteral("no running shift")});
-        return std::nullopt;
-    }
-    return sumUp(query.value(0).toLongLong(), QDateTime());
+    const std::optional<QVariant> zNumber =
+        value("SELECT z_number FROM shift WHERE closed_at IS NULL");
+    return zNumber ? sumUp(zNumber->toLongLong()) : std::nullopt;
 }
 
 QVector<ShiftReport> Journal::closedShifts()
 {
-    if (m_fault || m_connection.isEmpty())
+    if (m_fault)
         return {};
     QSqlQuery query(database());
     query.prepare(QStringLiteral("SELECT z_number, ticket_count, ticket_sum, card_count, card_sum,"
                                  " first_ticket, last_ticket, closed_at FROM shift"
                                  " WHERE closed_at IS NOT NULL ORDER BY z_number"));
-    if (!run(query))
-        return {};
     QVector<ShiftReport> reports;
-    while (query.next())
+    const bool isRead = forEachRow(query, [&] {
         reports.append({query.value(0).toLongLong(), query.value(1).toInt(),
                         query.value(2).toLongLong(), query.value(3).toInt(),
                         query.value(4).toLongLong(), query.value(5).toLongLong(),
                         query.value(6).toLongLong(), timeOf(query.value(7))});
-    return reports;
+    });
+    return isRead ? reports : QVector<ShiftReport>();
 }
 
 std::optional<ShiftReport> Journal::closeShift(const QDateTime& at)

@@ -10,6 +10,7 @@
 
 class QSqlDatabase;
 class QSqlQuery;
+class QVariant;
 
 namespace rivo::sales
 {
@@ -29,7 +30,8 @@ struct JournalFault
 };
 
 /// The sales of one terminal in an SQLite file (write-ahead log, synchronous=FULL), for one
-/// program at a time. What a function of this class reports as done is on the disk.
+/// program, and one Journal in it, at a time. What a function of this class reports as done is on
+/// the disk.
 ///
 /// Every write is one transaction: after a power cut it is there as a whole or not at all. The
 /// first fault ends all writing until open() succeeds again, and nothing but transactions ever
@@ -42,18 +44,21 @@ public:
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;
 
-    /// Opens `file`, or makes it with its first shift, numbered `firstZNumber`. Checks an existing
-    /// one from end to end. A second call closes what was open.
+    /// Opens `file`; one that is missing or empty is made, with its first shift numbered
+    /// `firstZNumber`. An existing one is checked from end to end: pages, sums of sales and of
+    /// shifts. A second call closes what was open.
     std::optional<JournalFault> open(const QString& file, const Currency& currency,
                                      qint64 firstZNumber);
 
-    /// What stopped it; nothing while it works.
+    /// What stopped it; nothing while it works. Stopped until it is opened.
     const std::optional<JournalFault>& fault() const { return m_fault; }
 
     // All below are false, empty or nothing when stopped, and stop the journal when they fail.
 
-    /// Replaces the unfinished basket.
-    bool storeBasket(const QVector<Ticket>& tickets);
+    // The unfinished basket.
+    bool appendToBasket(const Ticket& ticket);
+    bool removeFromBasket(int row); ///< counted from 0; a row that is not there is no failure
+    bool clearBasket();
     QVector<Ticket> basket();
 
     /// Sells `tickets` (at least one) in the running shift, in one transaction that also empties
@@ -77,9 +82,14 @@ public:
 private:
     QSqlDatabase database() const;
     void close();
-    std::optional<JournalFault> openFile(const QString& file);
-    std::optional<JournalFault> prepareFile(const Currency& currency, qint64 firstZNumber);
-    std::optional<JournalFault> createTables(const Currency& currency, qint64 firstZNumber);
+    bool connectTo(const QString& file);
+    bool prepare(const Currency& currency, qint64 firstZNumber);
+    bool hasValidContent(const Currency& currency);
+    bool createTables(const Currency& currency, qint64 firstZNumber);
+    std::optional<QVariant> value(const char* statement);
+    bool setUp(const char* setting, const char* wanted);
+    template <typename Use>
+    bool forEachRow(QSqlQuery& query, Use use);
     template <typename Steps>
     bool inTransaction(Steps steps);
     bool run(QSqlQuery& query);
@@ -87,11 +97,11 @@ private:
     std::optional<qint64> insertTicket(const QString& table, const Ticket& ticket,
                                        const QVector<QVariant>& keys);
     QVector<Ticket> readTickets(const QString& selection);
-    std::optional<ShiftReport> sumUp(qint64 zNumber, const QDateTime& closedAt);
-    void stop(const JournalFault& fault);
+    std::optional<ShiftReport> sumUp(qint64 zNumber);
+    bool stop(const JournalFault& fault);
 
     QString m_connection; ///< empty if not open
-    std::optional<JournalFault> m_fault;
+    std::optional<JournalFault> m_fault = JournalFault{JournalFault::Kind::Unreachable, {}};
 };
 
 } // namespace rivo::sales

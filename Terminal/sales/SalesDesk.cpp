@@ -24,15 +24,6 @@ namespace rivo::sales
 namespace
 {
 
-/// What makes two tickets the same for the count on a tile.
-template <typename Item>
-auto tileKey(const Item& item)
-{
-    return std::make_tuple(item.fareProductId(), item.fromStopGroupId(), item.toStopGroupId(),
-                           item.isReturnFee(), item.isDaily(), item.description(),
-                           item.fareProductName());
-}
-
 /// What a tile and a line of the basket say under the same names.
 template <typename Item>
 Ticket productOf(const Item& item)
@@ -47,6 +38,14 @@ Ticket productOf(const Item& item)
     ticket.isReturnFee = item.isReturnFee();
     ticket.isDaily = item.isDaily();
     return ticket;
+}
+
+/// What makes two tickets the same for the count on a tile.
+auto tileKey(const Ticket& ticket)
+{
+    return std::make_tuple(ticket.passengerTypeId, ticket.fareProductId, ticket.fromStopGroupId,
+                           ticket.toStopGroupId, ticket.isReturnFee, ticket.isDaily, ticket.price,
+                           ticket.description, ticket.fareProductName);
 }
 
 /// The trip of a ticket that was sold before, for ShoppingBasketModel::addItem().
@@ -160,6 +159,14 @@ ShoppingItem* SalesDesk::item(int row) const
     return qobject_cast<ShoppingItem*>(m_models.basket.itemFromRow(row));
 }
 
+Ticket SalesDesk::ticketOf(const PassengerTypeItem& tile) const
+{
+    Ticket ticket = productOf(tile);
+    ticket.passengerTypeId = tile.id();
+    ticket.price = m_currency.fromUnits(tile.price()).value_or(0);
+    return ticket;
+}
+
 Ticket SalesDesk::ticketOf(const ShoppingItem& item) const
 {
     Ticket ticket = productOf(item);
@@ -205,13 +212,10 @@ bool SalesDesk::add(int row)
     const std::optional<Minor> price = m_currency.fromUnits(tile->price());
     if (!price || *price < 0)
         return refuse(tr("This tile has no valid price."));
-    QVector<Ticket> all = tickets();
-    if (all.size() >= mostTickets)
+    if (m_models.basket.rowCount() >= mostTickets)
         return refuse(tr("The basket is full."));
 
-    Ticket ticket = productOf(*tile);
-    ticket.passengerTypeId = tile->id();
-    ticket.price = *price;
+    Ticket ticket = ticketOf(*tile);
     ticket.origin = m_zoneName(tile->fromStopGroupId());
     ticket.destination = m_zoneName(tile->toStopGroupId());
     ticket.routeId = m_trip->property("routeId").toInt();
@@ -221,9 +225,8 @@ bool SalesDesk::add(int row)
     ticket.tripsRouteId = m_trip->property("tripsRouteId").toInt();
     ticket.tripsExecutionId = m_trip->property("tripsExecutionId").toInt();
     ticket.publicRouteExecutionId = m_trip->property("publicRouteExecutionId").toString();
-    all.append(ticket);
-    if (!storeBasket(all))
-        return false;
+    if (!m_journal.appendToBasket(ticket))
+        return refuseByJournal();
     show(ticket);
     basketChanged();
     return true;
@@ -235,10 +238,8 @@ bool SalesDesk::remove(int row)
         return false;
     if (item(row) == nullptr)
         return refuse(tr("There is no such line."));
-    QVector<Ticket> rest = tickets();
-    rest.remove(row);
-    if (!storeBasket(rest))
-        return false;
+    if (!m_journal.removeFromBasket(row))
+        return refuseByJournal();
     m_models.basket.removeRow(row);
     basketChanged();
     return true;
@@ -246,16 +247,13 @@ bool SalesDesk::remove(int row)
 
 bool SalesDesk::clear()
 {
-    if (!mayChangeBasket() || !storeBasket({}))
+    if (!mayChangeBasket())
         return false;
+    if (!m_journal.clearBasket())
+        return refuseByJournal();
     m_models.basket.clear();
     basketChanged();
     return true;
-}
-
-bool SalesDesk::storeBasket(const QVector<Ticket>& tickets)
-{
-    return m_journal.storeBasket(tickets) || refuseByJournal();
 }
 
 /// The journal has just failed.
@@ -267,25 +265,25 @@ bool SalesDesk::refuseByJournal()
 
 void SalesDesk::basketChanged()
 {
+    const QVector<Ticket> all = tickets();
     m_total = 0;
-    for (const Ticket& ticket : tickets())
+    for (const Ticket& ticket : all)
         m_total += ticket.price;
-    updateBadges();
+    updateBadges(all);
     emit totalChanged();
 }
 
-void SalesDesk::updateBadges()
+void SalesDesk::updateBadges(const QVector<Ticket>& tickets)
 {
-    using Key = decltype(tileKey(std::declval<ShoppingItem>()));
-    std::map<Key, int> ofTile;
+    std::map<decltype(tileKey(Ticket())), int> ofTile;
     QHash<int, int> ofProduct;
-    for (int row = 0; row < m_models.basket.rowCount(); ++row) {
-        ++ofTile[tileKey(*item(row))];
-        ++ofProduct[item(row)->fareProductId()];
+    for (const Ticket& ticket : tickets) {
+        ++ofTile[tileKey(ticket)];
+        ++ofProduct[ticket.fareProductId];
     }
     for (int row = 0; row < m_models.grid.rowCount(); ++row) {
         auto* tile = qobject_cast<PassengerTypeItem*>(m_models.grid.itemFromRow(row));
-        const auto found = ofTile.find(tileKey(*tile));
+        const auto found = ofTile.find(tileKey(ticketOf(*tile)));
         tile->setTotalInBasket(found == ofTile.end() ? 0 : found->second);
     }
     for (int row = 0; row < m_models.fareProducts.rowCount(); ++row) {
@@ -304,10 +302,13 @@ bool SalesDesk::pay(SalesDesk::Payment payment)
         return refuse(obstacle());
     if (m_models.basket.rowCount() == 0)
         return refuse(tr("The basket is empty."));
+    if (payment != Cash && payment != Card) // QML may pass any number
+        return refuse(tr("There is no such way of payment."));
     const auto sold = m_journal.confirmSale(tickets(), static_cast<PayMethod>(payment),
                                             QDateTime::currentDateTime());
     if (!sold)
         return refuseByJournal();
+    setState(Printing); // before anything is announced: whoever reacts cannot sell it again
     for (int row = 0; row < sold->size(); ++row) {
         m_toPrint.append(sold->at(row).number);
         item(row)->setPayMethod(payment);
@@ -315,6 +316,8 @@ bool SalesDesk::pay(SalesDesk::Payment payment)
     }
     if (const auto report = m_journal.runningShift())
         updateRunningReport(*report);
+    else
+        emit obstacleChanged(); // the sale is in the journal, but nothing else will be
     emit saleConfirmed(sold->size());
     printNext();
     return true;
@@ -335,9 +338,10 @@ void SalesDesk::ticketPrinted()
 {
     if (m_toPrint.isEmpty())
         return;
-    item(m_models.basket.rowCount() - m_toPrint.size())->setPrinted(true);
-    if (!m_journal.markPrinted(m_toPrint.takeFirst()))
+    if (!m_journal.markPrinted(m_toPrint.first()))
         emit obstacleChanged(); // the paper is out, and the rest has been paid: go on
+    item(m_models.basket.rowCount() - m_toPrint.size())->setPrinted(true);
+    m_toPrint.removeFirst();
     printNext();
 }
 

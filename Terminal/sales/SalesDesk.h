@@ -22,7 +22,8 @@ namespace rivo::sales
 
 class SimulatedPrinter;
 
-/// The models that a sale moves through; all outlive the desk.
+/// The models that a sale moves through; all outlive the desk. Only the desk adds, removes and
+/// orders rows of the basket.
 struct SalesModels
 {
     PassengerTypesModel& grid;
@@ -112,13 +113,13 @@ private:
     bool mayChangeBasket();
     void setState(State state);
     QVector<Ticket> tickets() const;
+    Ticket ticketOf(const PassengerTypeItem& tile) const;
     Ticket ticketOf(const ShoppingItem& item) const;
     ShoppingItem* item(int row) const;
-    bool storeBasket(const QVector<Ticket>& tickets);
     bool refuseByJournal();
     void show(const Ticket& ticket);
     void basketChanged();
-    void updateBadges();
+    void updateBadges(const QVector<Ticket>& tickets);
     void printNext();
     void ticketPrinted();
     void finishSale();

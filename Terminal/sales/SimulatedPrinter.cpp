@@ -8,10 +8,10 @@ SimulatedPrinter::SimulatedPrinter(QObject* parent) : QObject(parent)
     m_work.setSingleShot(true);
     m_work.setInterval(350);
     connect(&m_work, &QTimer::timeout, this, [this] {
-        if (m_fault.isEmpty())
-            emit printed();
-        else
+        if (m_isSpoiled)
             emit failed();
+        else
+            emit printed();
     });
 }
 
@@ -22,9 +22,14 @@ void SimulatedPrinter::setFault(const QString& fault)
     if (m_fault == fault)
         return;
     m_fault = fault;
+    m_isSpoiled = m_isSpoiled || !m_fault.isEmpty();
     emit faultChanged();
 }
 
-void SimulatedPrinter::print() { m_work.start(); }
+void SimulatedPrinter::print()
+{
+    m_isSpoiled = !m_fault.isEmpty();
+    m_work.start();
+}
 
 } // namespace rivo::sales

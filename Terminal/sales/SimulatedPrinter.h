@@ -22,7 +22,8 @@ public:
     /// Why it cannot print; empty if it can.
     QString fault() const { return m_fault; }
 
-    /// A fault while a ticket is being printed spoils that ticket: failed().
+    /// A fault while a ticket is being printed spoils that ticket, even if it is gone before the
+    /// ticket would be out: failed().
     void setFault(const QString& fault);
 
     /// Starts one ticket, not while another is being printed. printed() or failed() follows from
@@ -37,6 +38,7 @@ signals:
 private:
     QTimer m_work;
     QString m_fault;
+    bool m_isSpoiled = false;
 };
 
 } // namespace rivo::sales
