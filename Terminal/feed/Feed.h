@@ -114,6 +114,12 @@ struct FeedZReport
     double maxAllowedDebt = 0.0;
 };
 
+struct NetworkZone
+{
+    int number = 0; ///< as in FeedProduct::fromStopGroupId
+    QString name;   ///< empty = none given
+};
+
 struct NetworkRoute
 {
     QString id;
@@ -163,9 +169,10 @@ struct NetworkShape
     QVector<NetworkShapePoint> points; ///< in the order of travel
 };
 
-/// Where the vehicles run; only GTFS feeds have it.
+/// Where the vehicles run.
 struct Network
 {
+    QVector<NetworkZone> zones;
     QVector<NetworkRoute> routes;
     QVector<NetworkTrip> trips;
     QVector<NetworkStop> stops;

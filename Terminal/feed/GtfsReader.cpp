@@ -110,6 +110,7 @@ public:
         if (m_report.hasProblems())
             return std::nullopt;
         noticeUnmappedCategories();
+        setZones();
         setStopAreas();
         return std::move(m_feed);
     }
@@ -187,8 +188,10 @@ private:
 
     void readAreas()
     {
-        const bool isWhole = readIfThere<AreaRow>(
-            areasFile, [&](const AreaRow& row) { define(m_areaIds, row, "area_id", row.id); });
+        const bool isWhole = readIfThere<AreaRow>(areasFile, [&](const AreaRow& row) {
+            if (define(m_areaIds, row, "area_id", row.id))
+                m_areas.append(row);
+        });
         m_areaIds.setDefined(isWhole);
     }
 
@@ -555,6 +558,12 @@ private:
         return QStringLiteral("%1 (%2)").arg(name, medium.isEmpty() ? row.medium : medium);
     }
 
+    void setZones()
+    {
+        for (const AreaRow& area : qAsConst(m_areas))
+            m_feed.network.zones.append({m_areaNumbers.value(area.id), area.name});
+    }
+
     void setStopAreas()
     {
         for (NetworkStop& stop : m_feed.network.stops) {
@@ -591,6 +600,7 @@ private:
     Ids m_shapeIds;
     Ids m_tripIds;
     QVector<CategoryRow> m_categories; ///< in the order of m_categoryIds
+    QVector<AreaRow> m_areas;
     QString m_defaultCategory;
     QHash<QString, QString> m_types; ///< category to passenger type text
     QHash<QString, QString> m_mediumNames;

@@ -106,12 +106,17 @@ struct Columns<MediumRow>
 struct AreaRow : Row
 {
     QString id;
+    QString name;
 };
 
 template <>
 struct Columns<AreaRow>
 {
-    static constexpr Column<AreaRow> table[] = {{"area_id", &AreaRow::id, required}};
+    using R = AreaRow;
+    static constexpr Column<R> table[] = {
+        {"area_id", &R::id, required},
+        {"area_name", &R::name, optional},
+    };
 };
 
 struct ProductRow : Row

@@ -3,6 +3,7 @@
 #include "FeedFile.h"
 #include "FeedProblem.h"
 #include "JsonFields.h"
+#include "JsonNetwork.h"
 #include "JsonPrescan.h"
 #include "PassengerTypes.h"
 
@@ -191,6 +192,29 @@ private:
                  });
     }
 
+    /// The zones of a stop.
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule&,
+                   QVector<int>& into)
+    {
+        readList(value, place, "integers", [&](const QJsonValue& entry, const Place& here) {
+            into.append(0);
+            readValue(entry, here, networkIdRule, into.last());
+        });
+    }
+
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule&,
+                   QVector<NetworkShapePoint>& into)
+    {
+        readList(value, place, "points", [&](const QJsonValue& entry, const Place& here) {
+            into.append(NetworkShapePoint());
+            const QJsonArray pair = entry.toArray();
+            if (pair.size() != 2)
+                return problem(here, entry, QStringLiteral("[latitude, longitude]"));
+            readValue(pair.at(0), here.at(0), latitudeRule, into.last().latitude);
+            readValue(pair.at(1), here.at(1), longitudeRule, into.last().longitude);
+        });
+    }
+
     template <class Record>
     void readValue(const QJsonValue& value, const Place& place, const FieldRule&,
                    QVector<Record>& into)
@@ -310,12 +334,17 @@ std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options
     }
     Document feed;
     Reader(path, options.limits, report).read(document.object(), Place(), feed);
+    if (feed.networkEntry)
+        checkNetwork(*feed.networkEntry,
+                     document.object().value(QLatin1String("network")).toObject(), path, report);
     if (report.hasProblems()) {
         completeProblems(*text, report.keptProblems());
         return std::nullopt;
     }
     if (!document.object().contains(QLatin1String("supportedPassengerTypes")))
         feed.supportedPassengerTypes = passengerTypesOf(feed.products);
+    if (feed.networkEntry)
+        feed.network = toNetwork(*feed.networkEntry);
     noticeUnknownTypes(feed, path, report);
     return std::move(static_cast<Feed&>(feed));
 }

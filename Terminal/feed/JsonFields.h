@@ -22,11 +22,68 @@ constexpr FieldRule amountRule = optional.within(-1'000'000'000, 1'000'000'000);
 constexpr FieldRule dateRule =
     required.satisfying(isDateAndTime, "a date and time such as \"2024-05-31T18:30:00+02:00\"");
 
+/// Identifiers of the network are positive, so that everybody knows a stop, route or trip by its
+/// own number; 0 = could not be read.
+constexpr FieldRule networkIdRule = required.within(1, std::numeric_limits<int>::max());
+
+constexpr FieldRule sharpColorRule =
+    optional.satisfying(isSharpColor, "a colour such as \"#1657BA\"");
+constexpr FieldRule timeRule =
+    optional.satisfying(isTime, "a time such as \"08:05:00\" or \"25:10:00\"");
+constexpr FieldRule latitudeRule = optional.within(-90, 90);
+constexpr FieldRule longitudeRule = optional.within(-180, 180);
+
+struct StopEntry
+{
+    int id = 0;
+    QString name;
+    double latitude = qQNaN();
+    double longitude = qQNaN();
+    QVector<int> zones;
+};
+
+struct RouteEntry
+{
+    int id = 0;
+    QString shortName;
+    QString longName;
+    QString color;
+    QString textColor;
+};
+
+struct StopTimeEntry
+{
+    int stopId = 0;
+    QString arrival;
+    QString departure;
+};
+
+struct TripEntry
+{
+    int id = 0;
+    int routeId = 0;
+    QString serviceId;
+    QString headsign;
+    QString shapeId;
+    QVector<StopTimeEntry> stopTimes;
+};
+
+/// The network as it is written: identifiers are numbers, stop times stand in their trip.
+struct NetworkEntry
+{
+    QVector<NetworkZone> zones;
+    QVector<StopEntry> stops;
+    QVector<RouteEntry> routes;
+    QVector<NetworkShape> shapes;
+    QVector<TripEntry> trips;
+};
+
 /// A whole document: the feed and what it says about itself.
 struct Document : Feed
 {
     QString format;
     int version = 0;
+    std::optional<NetworkEntry> networkEntry;
 };
 
 /// One key of an object: where its value goes and what it must be.
@@ -39,7 +96,11 @@ struct Field
                  QVariantList Record::*, QVector<FeedProduct> Record::*,
                  QVector<FeedFareProduct> Record::*, std::optional<FeedTripContext> Record::*,
                  QVector<FeedVehicle> Record::*, QVector<FeedPeripheral> Record::*,
-                 QVector<FeedZReport> Record::*>
+                 QVector<FeedZReport> Record::*, std::optional<NetworkEntry> Record::*,
+                 QVector<NetworkZone> Record::*, QVector<StopEntry> Record::*,
+                 QVector<RouteEntry> Record::*, QVector<NetworkShape> Record::*,
+                 QVector<TripEntry> Record::*, QVector<StopTimeEntry> Record::*,
+                 QVector<NetworkShapePoint> Record::*, QVector<int> Record::*>
         member;
     FieldRule rule;
 };
@@ -65,6 +126,7 @@ struct Fields<Document>
         {"vehicles", &R::vehicles, optional},
         {"peripherals", &R::peripherals, optional},
         {"zReports", &R::zReports, optional},
+        {"network", &R::networkEntry, optional},
     };
 };
 
@@ -137,8 +199,8 @@ struct Fields<FeedVehicle>
         {"routeStatus", &R::routeStatus, optional},
         {"routeId", &R::routeId, optional},
         {"routeName", &R::routeName, optional},
-        {"latitude", &R::latitude, optional.within(-90, 90).beside("longitude")},
-        {"longitude", &R::longitude, optional.within(-180, 180).beside("latitude")},
+        {"latitude", &R::latitude, latitudeRule.beside("longitude")},
+        {"longitude", &R::longitude, longitudeRule.beside("latitude")},
         {"altitude", &R::altitude, optional.within(-1'000, 10'000).beside("latitude")},
         {"updated", &R::updated, optional},
         {"inView", &R::inView, optional},
@@ -185,6 +247,85 @@ struct Fields<FeedZReport>
         {"paymentDate", &R::paymentDate, optional},
         {"currentDebt", &R::currentDebt, amountRule},
         {"maxAllowedDebt", &R::maxAllowedDebt, amountRule},
+    };
+};
+
+template <>
+struct Fields<NetworkEntry>
+{
+    using R = NetworkEntry;
+    static constexpr Field<R> table[] = {
+        {"zones", &R::zones, optional},   {"stops", &R::stops, optional},
+        {"routes", &R::routes, optional}, {"shapes", &R::shapes, optional},
+        {"trips", &R::trips, optional},
+    };
+};
+
+template <>
+struct Fields<NetworkZone>
+{
+    using R = NetworkZone;
+    static constexpr Field<R> table[] = {
+        {"id", &R::number, networkIdRule},
+        {"name", &R::name, required},
+    };
+};
+
+template <>
+struct Fields<StopEntry>
+{
+    using R = StopEntry;
+    static constexpr Field<R> table[] = {
+        {"id", &R::id, networkIdRule},
+        {"name", &R::name, required},
+        {"latitude", &R::latitude, latitudeRule.beside("longitude")},
+        {"longitude", &R::longitude, longitudeRule.beside("latitude")},
+        {"zones", &R::zones, optional},
+    };
+};
+
+template <>
+struct Fields<RouteEntry>
+{
+    using R = RouteEntry;
+    static constexpr Field<R> table[] = {
+        {"id", &R::id, networkIdRule},
+        {"shortName", &R::shortName, optional},
+        {"longName", &R::longName, optional},
+        {"color", &R::color, sharpColorRule},
+        {"textColor", &R::textColor, sharpColorRule},
+    };
+};
+
+template <>
+struct Fields<NetworkShape>
+{
+    using R = NetworkShape;
+    static constexpr Field<R> table[] = {
+        {"id", &R::id, required},
+        {"points", &R::points, required},
+    };
+};
+
+template <>
+struct Fields<TripEntry>
+{
+    using R = TripEntry;
+    static constexpr Field<R> table[] = {
+        {"id", &R::id, networkIdRule},          {"routeId", &R::routeId, networkIdRule},
+        {"serviceId", &R::serviceId, optional}, {"headsign", &R::headsign, optional},
+        {"shapeId", &R::shapeId, optional},     {"stopTimes", &R::stopTimes, required},
+    };
+};
+
+template <>
+struct Fields<StopTimeEntry>
+{
+    using R = StopTimeEntry;
+    static constexpr Field<R> table[] = {
+        {"stopId", &R::stopId, networkIdRule},
+        {"arrival", &R::arrival, timeRule},
+        {"departure", &R::departure, timeRule},
     };
 };
 

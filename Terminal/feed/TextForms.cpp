@@ -37,6 +37,8 @@ int seconds(const QString& text)
                   : -1;
 }
 
+bool isTime(const QString& text) { return seconds(text) >= 0; }
+
 bool isDecimal(const QString& text)
 {
     static const QRegularExpression form(QStringLiteral("\\A[0-9]+(\\.[0-9]+)?\\z"));
@@ -47,6 +49,11 @@ bool isColor(const QString& text)
 {
     static const QRegularExpression form(QStringLiteral("\\A[0-9A-Fa-f]{6}\\z"));
     return form.match(text).hasMatch();
+}
+
+bool isSharpColor(const QString& text)
+{
+    return text.startsWith(QLatin1Char('#')) && isColor(text.mid(1));
 }
 
 bool isFormatName(const QString& text) { return text == QLatin1String("rivo-feed"); }

@@ -22,10 +22,14 @@ bool isDecimal(const QString& text);
 /// Six hexadecimal digits.
 bool isColor(const QString& text);
 
+/// The same behind a "#".
+bool isSharpColor(const QString& text);
+
 /// `text` as a positive integer; 0 if it is none or is written otherwise than people count ("07").
 int positiveInteger(const QString& text);
 
 /// H:MM:SS as seconds since the start of the service day; hours may pass 24. -1 if `text` is none.
 int seconds(const QString& text);
+bool isTime(const QString& text);
 
 } // namespace rivo::feed

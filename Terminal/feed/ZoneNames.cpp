@@ -7,6 +7,8 @@ namespace rivo::feed
 
 ZoneNames::ZoneNames(const Feed& feed)
 {
+    for (const NetworkZone& zone : feed.network.zones)
+        m_ownNames.insert(zone.number, zone.name);
     for (const NetworkStop& stop : feed.network.stops) {
         for (const int zone : stop.areas) {
             const auto known = m_stopNames.find(zone);
@@ -22,8 +24,9 @@ QString ZoneNames::name(int zone) const
 {
     if (zone == 0)
         return {};
-    const QString stopName = m_stopNames.value(zone);
-    return stopName.isEmpty() ? QString::number(zone) : stopName;
+    const QString ownName = m_ownNames.value(zone);
+    const QString name = ownName.isEmpty() ? m_stopNames.value(zone) : ownName;
+    return name.isEmpty() ? QString::number(zone) : name;
 }
 
 } // namespace rivo::feed

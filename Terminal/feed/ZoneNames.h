@@ -14,11 +14,12 @@ class ZoneNames
 public:
     explicit ZoneNames(const Feed& feed);
 
-    /// The name that all stops of the zone bear (platforms of one station), otherwise the zone's
-    /// number. Empty for zone 0, which is no zone: a pass is valid anywhere.
+    /// The zone's own name, otherwise the one that all its stops bear (platforms of one station),
+    /// otherwise its number. Empty for zone 0, which is no zone: a pass is valid anywhere.
     QString name(int zone) const;
 
 private:
+    QHash<int, QString> m_ownNames;
     QHash<int, QString> m_stopNames; // empty where the stops of a zone differ
 };
 

@@ -5,7 +5,8 @@ usage: schema_agreement.py SCHEMA VERDICT_PROGRAM BASE TABLE SAMPLE...
 
 BASE is a feed with every key. TABLE lists edits of it with the verdict that both must give (or,
 where it says "schema", the schema alone). On top of the table, every key that the schema knows is
-removed, misspelt and given a range of values, at the limits that the schema states and beyond.
+removed, misspelt and given a range of values, at the limits that the schema states and beyond; the
+reader may then also refuse an identifier that is unknown or given twice, which no schema sees.
 SAMPLE are feeds that both must accept.
 """
 
@@ -18,6 +19,7 @@ import sys
 import jsonschema
 
 BATCH = 500
+UNSEEN_BY_SCHEMA = ("expected an id of ", "expected each id once")
 
 
 def parent_of(document, pointer):
@@ -68,11 +70,14 @@ def derived(schema, part, pointer):
     part = resolved(schema, part)
     if pointer:
         for value in probes(part):
-            yield {"row": f"{pointer} = {str(value)[:40]}", "set": {pointer: value}}
+            yield {"row": f"{pointer} = {str(value)[:40]}", "set": {pointer: value},
+                   "derived": True}
     if part.get("type") == "array":
-        yield from derived(schema, part["items"], pointer + "/0")
+        for index, item in enumerate(part.get("prefixItems") or [part["items"]]):
+            yield from derived(schema, item, f"{pointer}/{index}")
     for key, member in part.get("properties", {}).items():
-        yield {"row": f"{pointer}/{key} removed", "remove": [f"{pointer}/{key}"]}
+        yield {"row": f"{pointer}/{key} removed", "remove": [f"{pointer}/{key}"],
+               "derived": True}
         yield from derived(schema, member, f"{pointer}/{key}")
     if "properties" in part:
         for key in ("zzz", "x_a", "X-a", "x-", "x-a", ""):
@@ -115,6 +120,8 @@ def main():
         by_schema = "good" if validator.is_valid(document) else "bad"
         by_reader = line.split(" ", 1)[0]
         good += by_reader == "good"
+        if row.get("derived") and any(reason in line for reason in UNSEEN_BY_SCHEMA):
+            by_reader = "good"
         expected = row.get("verdict", by_schema)
         if by_reader != expected or by_schema != row.get("schema", expected):
             failures += 1

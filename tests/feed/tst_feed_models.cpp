@@ -561,6 +561,9 @@ void FeedModelsTest::zoneNames_data()
     QTest::newRow("several stops, the first name again at the end: the number") << 4 << "4";
     QTest::newRow("a stop without a name: the number") << 5 << "5";
     QTest::newRow("no stop: the number") << 6 << "6";
+    QTest::newRow("the zone's own name, whatever its stops are called") << 9 << "Old Town";
+    QTest::newRow("a zone that is named but nowhere") << 10 << "Hills";
+    QTest::newRow("a name of nothing: the stop's") << 11 << "Mill";
     QTest::newRow("negative number") << -7 << "-7";
     QTest::newRow("zone 0 is no zone") << 0 << "";
     QTest::newRow("the only stop, of two zones") << 8 << "Brenno Spa";
@@ -577,7 +580,9 @@ void FeedModelsTest::zoneNames()
                           stop("Pier", {3, 4, 0}),
                           stop("Camp Site", {3, 4}),
                           stop("Pier", {4}),
-                          stop("", {5})};
+                          stop("", {5}),
+                          stop("Mill", {9, 11})};
+    feed.network.zones = {{9, "Old Town"}, {10, "Hills"}, {11, ""}, {0, "Everywhere"}};
     QCOMPARE(ZoneNames(feed).name(zone), name);
 }
 

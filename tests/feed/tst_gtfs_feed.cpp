@@ -425,6 +425,12 @@ void GtfsFeedTest::theNetwork()
     QCOMPARE(read.stops.at(0).areas, QVector<int>({20, 10}));
     QCOMPARE(read.stops.at(1).areas, QVector<int>({10}));
 
+    QCOMPARE(read.zones.size(), 2);
+    QCOMPARE(read.zones.at(0).number, 10);
+    QCOMPARE(read.zones.at(0).name, QString("Town"));
+    QCOMPARE(read.zones.at(1).number, 20);
+    QCOMPARE(read.zones.at(1).name, QString("Hills"));
+
     QCOMPARE(read.routes.size(), 1);
     QCOMPARE(read.routes.at(0).id, QString("R1"));
     QCOMPARE(read.routes.at(0).shortName, QString("1"));
@@ -468,6 +474,18 @@ void GtfsFeedTest::theNetwork()
     QVERIFY(qIsNaN(bare.feed->network.stops.at(0).longitude));
     QCOMPARE(bare.feed->network.stops.at(0).areas, QVector<int>({1, 2}));
     QCOMPARE(bare.feed->network.routes.at(0).color, QString());
+    QVERIFY(bare.feed->network.zones.isEmpty());
+
+    // Areas that are no numbers, one of them without a name.
+    const FeedResult areas =
+        loadGtfs(base + Files{{"areas.txt", "area_id,area_name\nhills,\n10,Old Town\n"},
+                              {"fare_leg_rules.txt", "fare_product_id\nsingle\n"}});
+    REQUIRE_FEED(areas);
+    QCOMPARE(areas.feed->network.zones.size(), 2);
+    QCOMPARE(areas.feed->network.zones.at(0).number, 1);
+    QCOMPARE(areas.feed->network.zones.at(0).name, QString());
+    QCOMPARE(areas.feed->network.zones.at(1).number, 2);
+    QCOMPARE(areas.feed->network.zones.at(1).name, QString("Old Town"));
 }
 
 void GtfsFeedTest::stopTimesAndShapesInAnyOrder()
@@ -708,7 +726,7 @@ void GtfsFeedTest::limitsAreInclusive()
              QStringList("gtfs/areas.txt:4: area_id: \"1234567890123\", expected a text of 1 to 12 "
                          "characters"));
     // A column that is not read may be as long as it likes.
-    QCOMPARE(lines(base + Files{{"areas.txt", "area_id,area_name\n10,1234567890123\n20\n"}}),
+    QCOMPARE(lines(base + Files{{"areas.txt", "area_id,area_desc\n10,1234567890123\n20\n"}}),
              QStringList());
     QCOMPARE(lines(base + Files{{"fare_leg_rules.txt", ruleHeader + "pass,10,20\npass,20,10\n"}}),
              QStringList("gtfs/fare_products.txt: 4 products over all areas, expected at most 3"));

@@ -115,6 +115,43 @@ QString dump(const FeedPeripheral& p)
            p.stateStr;
 }
 
+/// One line per record.
+QStringList dump(const Network& network)
+{
+    QStringList lines;
+    for (const NetworkZone& zone : network.zones)
+        lines.append(QStringLiteral("zone %1|%2").arg(zone.number).arg(zone.name));
+    for (const NetworkStop& s : network.stops) {
+        QStringList areas;
+        for (const int area : s.areas)
+            areas.append(QString::number(area));
+        lines.append(QStringLiteral("stop %1|%2|%3|%4|%5|%6")
+                         .arg(s.id, s.code, s.name)
+                         .arg(s.latitude)
+                         .arg(s.longitude)
+                         .arg(areas.join(QLatin1Char(','))));
+    }
+    for (const NetworkRoute& r : network.routes)
+        lines.append(QStringLiteral("route %1|%2|%3|%4|%5")
+                         .arg(r.id, r.shortName, r.longName, r.color, r.textColor));
+    for (const NetworkTrip& t : network.trips)
+        lines.append(QStringLiteral("trip %1|%2|%3|%4|%5")
+                         .arg(t.id, t.routeId, t.serviceId, t.headsign, t.shapeId));
+    for (const NetworkStopTime& t : network.stopTimes)
+        lines.append(QStringLiteral("time %1|%2|%3|%4|%5")
+                         .arg(t.tripId, t.stopId)
+                         .arg(t.sequence)
+                         .arg(t.arrival)
+                         .arg(t.departure));
+    for (const NetworkShape& shape : network.shapes) {
+        QStringList points;
+        for (const NetworkShapePoint& point : shape.points)
+            points.append(QStringLiteral("%1 %2").arg(point.latitude).arg(point.longitude));
+        lines.append(QStringLiteral("shape %1|%2").arg(shape.id, points.join(QLatin1Char(','))));
+    }
+    return lines;
+}
+
 QString dump(const FeedZReport& z)
 {
     return QStringLiteral("%1|%2|%3|%4|%5|%6|%7|%8|%9|")
@@ -163,6 +200,7 @@ private slots:
     void limitsAreInclusive_data();
     void limitsAreInclusive();
     void theLimitsAre();
+    void listsOfTheNetworkAreLimited();
     void emptyFeedIsNoFeed();
 
 private:
@@ -198,7 +236,11 @@ void JsonFeedTest::everyKeyReachesItsField()
     QCOMPARE(dump(feed.zReports.first()),
              QStringLiteral("91|92|93.5|94|95.5|96|97.5|N1|N92|98.5|99.5|1|100.5|"
                             "2024-05-31T18:30:00.250+02:00|101.5|102.5"));
-    QVERIFY(feed.network.routes.isEmpty() && feed.network.stopTimes.isEmpty());
+    QCOMPARE(dump(feed.network),
+             QStringList({"zone 31|Harbour", "zone 32|Hills", "stop 62||Quay|52.5|-13.25|31,32",
+                          "stop 63||Summit|nan|nan|", "route 61|6|Quay - Summit|#1a2B3c|#FFFFFF",
+                          "trip 66|61|W|Summit|up", "time 66|62|0|86100|86190",
+                          "time 66|63|1|87600|-1", "shape up|52.5 -13.25,52.75 -13.5"}));
     QVERIFY(result.notices.isEmpty());
 }
 
@@ -222,6 +264,15 @@ void JsonFeedTest::whatIsLeftOutHasItsDefault()
     QCOMPARE(dump(feed.peripherals.first()), QStringLiteral("1|N|0||1111|0|"));
     QCOMPARE(dump(feed.zReports.first()), QStringLiteral("1|-1|0|-1|0|-1|0|||0|0|0|0||0|0"));
     QVERIFY(!loadJson(document({})).feed->trip.has_value());
+    QVERIFY(dump(loadJson(document({})).feed->network).isEmpty());
+    const FeedResult bare =
+        loadJson(document({}, R"(, "network": {"zones": [], "stops": [{"id": 1, "name": "S"}],
+            "routes": [{"id": 2}], "shapes": [{"id": "p", "points": []}],
+            "trips": [{"id": 3, "routeId": 2, "stopTimes": [{"stopId": 1}]}]})"));
+    REQUIRE_FEED(bare);
+    QCOMPARE(dump(bare.feed->network),
+             QStringList({"stop 1||S|nan|nan|", "route 2||||", "trip 3|2|||", "time 3|1|0|-1|-1",
+                          "shape p|"}));
 }
 
 void JsonFeedTest::numbersOfAnyKind()
@@ -409,7 +460,7 @@ void JsonFeedTest::problems_data()
     row("unknown key with characters that pointers escape", document({}, R"(, "a/b~c": 1)"),
         {"feed.json:1: /a~1b~0c: unknown key, expected one of format, version, name, currency, "
          "columns, supportedPassengerTypes, products, fareProducts, trip, vehicles, peripherals, "
-         "zReports"});
+         "zReports, network"});
     row("unknown key in a section", document({}, R"(, "trip": {"routeId": 1, "fromStopId": 1,
         "toStopId": 1, "currentStopId": 1, "tripsRouteId": 1, "tripsExecutionId": 1,
         "routeID": 2})"),
@@ -446,6 +497,64 @@ void JsonFeedTest::problems_data()
     row("altitude alone", document({}, R"(, "vehicles": [
         {"id": 1, "registrationNumber": "R", "altitude": 3}])"),
         {"feed.json:2: /vehicles/0/latitude: missing, expected a value beside altitude"});
+    row("network that is a list", document({}, ", \"network\": []"),
+        {"feed.json:1: /network: a list, expected an object"});
+    row("stop with an id of no sign", document({}, R"(, "network": {"stops": [
+        {"id": 0, "name": "A"},
+        {"id": 0, "name": "B", "latitude": 1}]})"),
+        {"feed.json:2: /network/stops/0/id: 0, expected an integer from 1 to 2147483647",
+         "feed.json:3: /network/stops/1/id: 0, expected an integer from 1 to 2147483647",
+         "feed.json:3: /network/stops/1/longitude: missing, expected a value beside latitude"});
+    row("colours and times in other forms", document({}, R"(, "network": {
+        "routes": [{"id": 1, "color": "#12345", "textColor": "red"}],
+        "trips": [{"id": 1, "routeId": 1, "stopTimes": [
+        {"stopId": 1, "arrival": "8:5:00", "departure": 29100}]}]})"),
+        {"feed.json:2: /network/routes/0/color: \"#12345\", expected a colour such as "
+         "\"#1657BA\"",
+         "feed.json:2: /network/routes/0/textColor: \"red\", expected a colour such as "
+         "\"#1657BA\"",
+         "feed.json:4: /network/trips/0/stopTimes/0/arrival: \"8:5:00\", expected a time such as "
+         "\"08:05:00\" or \"25:10:00\"",
+         "feed.json:4: /network/trips/0/stopTimes/0/departure: 29100, expected a time such as "
+         "\"08:05:00\" or \"25:10:00\""});
+    row("points that are none", document({}, R"(, "network": {"shapes": [{"id": "s", "points": [
+        [91, 181], [1],
+        7, [1, "2"], [1, 2, 3]]}]})"),
+        {"feed.json:2: /network/shapes/0/points/0/0: 91, expected a number from -90 to 90",
+         "feed.json:2: /network/shapes/0/points/0/1: 181, expected a number from -180 to 180",
+         "feed.json:2: /network/shapes/0/points/1: a list, expected [latitude, longitude]",
+         "feed.json:3: /network/shapes/0/points/2: 7, expected [latitude, longitude]",
+         "feed.json:3: /network/shapes/0/points/3/1: \"2\", expected a number from -180 to 180",
+         "feed.json:3: /network/shapes/0/points/4: a list, expected [latitude, longitude]"});
+    row("ids of the network given twice", document({}, R"(, "network": {
+        "zones": [{"id": 1, "name": "A"}, {"id": 1, "name": "B"}],
+        "stops": [{"id": 1, "name": "A"}, {"id": 1, "name": "A"}],
+        "routes": [{"id": 2}, {"id": 1}, {"id": 2}],
+        "shapes": [{"id": "s", "points": []}, {"id": "s", "points": []}],
+        "trips": [{"id": 3, "routeId": 2, "stopTimes": []},
+                  {"id": 3, "routeId": 2, "stopTimes": []}]})"),
+        {"feed.json:2: /network/zones/1/id: 1, expected each id once",
+         "feed.json:3: /network/stops/1/id: 1, expected each id once",
+         "feed.json:4: /network/routes/2/id: 2, expected each id once",
+         "feed.json:5: /network/shapes/1/id: \"s\", expected each id once",
+         "feed.json:7: /network/trips/1/id: 3, expected each id once"});
+    row("references to nothing in the network", document({}, R"(, "network": {
+        "zones": [{"id": 1, "name": "A"}],
+        "stops": [{"id": 5, "name": "A", "zones": [1, 2]}],
+        "routes": [], "shapes": [{"id": "s", "points": []}],
+        "trips": [{"id": 3, "routeId": 2, "shapeId": "S", "stopTimes": [
+        {"stopId": 5}, {"stopId": 1}]}]})"),
+        {"feed.json:3: /network/stops/0/zones/1: 2, expected an id of /network/zones",
+         "feed.json:5: /network/trips/0/routeId: 2, expected an id of /network/routes",
+         "feed.json:5: /network/trips/0/shapeId: \"S\", expected an id of /network/shapes",
+         "feed.json:6: /network/trips/0/stopTimes/1/stopId: 1, expected an id of "
+         "/network/stops"});
+    row("references to a list that cannot be read are not judged", document({}, R"(, "network": {
+        "zones": null, "stops": 5, "routes": {},
+        "trips": [{"id": 3, "routeId": 2, "stopTimes": [{"stopId": 5}]}]})"),
+        {"feed.json:2: /network/zones: null, expected a list of at most 100000 objects",
+         "feed.json:2: /network/stops: 5, expected a list of at most 100000 objects",
+         "feed.json:2: /network/routes: an object, expected a list of at most 100000 objects"});
     row("day that is in no calendar", document({}, R"(, "zReports": [{"id": 1,
         "paymentDate": "2023-02-29T10:00:00Z"}])"),
         {"feed.json:2: /zReports/0/paymentDate: \"2023-02-29T10:00:00Z\", expected a date and time "
@@ -605,6 +714,30 @@ void JsonFeedTest::theLimitsAre()
         tooMany.problemLines(),
         QStringList("feed.json:1: /products: 100001 entries, expected a list of at most 100000 "
                     "objects"));
+}
+
+void JsonFeedTest::listsOfTheNetworkAreLimited()
+{
+    const auto network = [](int zones, int points, int times) {
+        return document({}, R"(, "network": {
+            "stops": [{"id": 1, "name": "A", "zones": [)" +
+                                joined(zones, "1") + R"(]}],
+            "shapes": [{"id": "s", "points": [)" +
+                                joined(points, "[1, 2]") + R"(]}],
+            "trips": [{"id": 1, "routeId": 1, "stopTimes": [)" +
+                                joined(times, R"({"stopId": 1})") + "]}]}");
+    };
+    FeedOptions options;
+    options.limits.entries = 3;
+    REQUIRE_FEED(loadJson(network(3, 3, 3), options));
+    QStringList problems = loadJson(network(4, 4, 4), options).problemLines();
+    QCOMPARE(problems.size(), 3);
+    QVERIFY(problems.at(0).endsWith("/network/stops/0/zones: 4 entries, expected a list of at "
+                                    "most 3 integers"));
+    QVERIFY(problems.at(1).endsWith("/network/shapes/0/points: 4 entries, expected a list of at "
+                                    "most 3 points"));
+    QVERIFY(problems.at(2).endsWith("/network/trips/0/stopTimes: 4 entries, expected a list of "
+                                    "at most 3 objects"));
 }
 
 void JsonFeedTest::emptyFeedIsNoFeed()
