@@ -44,7 +44,6 @@ void Screen::registerTypes()
     registerUncreatable<TripDesk>("TripDesk");
     registerUncreatable<DeviceDesk>("DeviceDesk");
     registerUncreatable<CatalogueDesk>("CatalogueDesk");
-    registerUncreatable<CatalogueDesk>("CatalogueDesk");
 }
 
 Screen::Screen(Terminal& terminal, const QString& page, const QSize& size)
