@@ -2,7 +2,7 @@
 # Sourced by run.sh, test.sh and .ci/run: packages, configuration and build on Debian 12.
 # Quiet on success; what a failed step printed is shown.
 
-packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev libeasyloggingpp-dev libcsv-dev libqt5svg5"
+packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev libeasyloggingpp-dev libcsv-dev qttools5-dev libqt5svg5"
 packages_to_test="$packages_to_run binutils libbenchmark-dev qtdeclarative5-dev python3-jsonschema libqt5svg5-dev"
 packages_to_lint="clang-format clang-tidy clazy shellcheck"
 

@@ -29,8 +29,8 @@ CatalogueDesk::CatalogueDesk(const FareProductsModel& catalogue, const feed::Fee
                        {QStringLiteral("PT_DISABLED"), tr("Passenger with a disability")},
                        {QStringLiteral("PT_MILITARY_1"), tr("Military")},
                        {QStringLiteral("PT_LFS"), tr("Large family")},
-                       {QStringLiteral("PT_STUDENT_2"), tr("Student, second group")},
-                       {QStringLiteral("PT_MILITARY_2"), tr("Military, second group")}}
+                       {QStringLiteral("PT_STUDENT_2"), tr("Student (second group)")},
+                       {QStringLiteral("PT_MILITARY_2"), tr("Military (second group)")}}
 {
     for (const feed::FeedProduct& product : feed.products) {
         const QString id = QString::number(product.passengerTypeId);

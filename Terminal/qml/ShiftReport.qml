@@ -20,6 +20,8 @@ Item {
         return terminal.desk.priceText(amount)
     }
     function countText(count, amount) {
-        return count < 0 ? "–" : qsTr("%1 for %2", "a count, an amount").arg(count).arg(money(amount))
+        return count < 0 ? "–"
+             : count === 0 ? "0"
+             : qsTr("%1 for %2", "a count, an amount").arg(count).arg(money(amount))
     }
 }

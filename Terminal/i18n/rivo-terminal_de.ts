@@ -1,0 +1,563 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>BasketLine</name>
+    <message>
+        <source>printed</source>
+        <translation>gedruckt</translation>
+    </message>
+    <message>
+        <source>being printed</source>
+        <translation>wird gedruckt</translation>
+    </message>
+    <message>
+        <source>%1, return</source>
+        <translation>%1, hin und zurück</translation>
+    </message>
+    <message>
+        <source>Remove this ticket</source>
+        <translation>Diese Fahrkarte entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>BasketPanel</name>
+    <message>
+        <source>Basket</source>
+        <translation>Warenkorb</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n ticket(s)</source>
+        <translation>
+            <numerusform>%n Fahrkarte</numerusform>
+            <numerusform>%n Fahrkarten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Clear the basket</source>
+        <translation>Warenkorb leeren</translation>
+    </message>
+    <message>
+        <source>Tap a tile to add a ticket</source>
+        <translation>Kachel antippen für eine Fahrkarte</translation>
+    </message>
+    <message>
+        <source>Total</source>
+        <translation>Summe</translation>
+    </message>
+    <message>
+        <source>Printing</source>
+        <translation>Druck läuft</translation>
+    </message>
+    <message>
+        <source>Cash</source>
+        <translation>Bar</translation>
+    </message>
+    <message>
+        <source>Card</source>
+        <translation>Karte</translation>
+    </message>
+    <message>
+        <source>Remove all tickets from the basket?</source>
+        <translation>Alle Fahrkarten aus dem Warenkorb entfernen?</translation>
+    </message>
+    <message>
+        <source>Remove all</source>
+        <translation>Alle entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>ClosedShift</name>
+    <message>
+        <source>Z report %1</source>
+        <translation>Z-Bericht %1</translation>
+    </message>
+    <message>
+        <source>Tickets</source>
+        <translation>Fahrkarten</translation>
+    </message>
+    <message>
+        <source>Numbers</source>
+        <translation>Nummern</translation>
+    </message>
+    <message>
+        <source>Paid by card</source>
+        <translation>Mit Karte</translation>
+    </message>
+    <message>
+        <source>Parcels</source>
+        <translation>Pakete</translation>
+    </message>
+    <message>
+        <source>Commission</source>
+        <translation>Provision</translation>
+    </message>
+    <message>
+        <source>Paid %1</source>
+        <translation>Bezahlt %1</translation>
+    </message>
+    <message>
+        <source>Not paid, %1 due</source>
+        <translation>Unbezahlt, %1 offen</translation>
+    </message>
+</context>
+<context>
+    <name>Confirmation</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>Main</name>
+    <message>
+        <source>Sell</source>
+        <translation>Verkauf</translation>
+    </message>
+    <message>
+        <source>Products</source>
+        <translation>Produkte</translation>
+    </message>
+    <message>
+        <source>Z report</source>
+        <translation>Z-Bericht</translation>
+    </message>
+    <message>
+        <source>Fleet</source>
+        <translation>Flotte</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Geräte</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Ticket terminal</source>
+        <translation>Fahrkartenterminal</translation>
+    </message>
+</context>
+<context>
+    <name>ProblemsWindow</name>
+    <message>
+        <source>Ticket terminal</source>
+        <translation>Fahrkartenterminal</translation>
+    </message>
+    <message>
+        <source>The feed cannot be used. Nothing is sold.</source>
+        <translation>Die Daten sind nicht verwendbar. Kein Verkauf möglich.</translation>
+    </message>
+</context>
+<context>
+    <name>ProductDetail</name>
+    <message>
+        <source>Passengers</source>
+        <translation>Fahrgäste</translation>
+    </message>
+    <message>
+        <source>Price</source>
+        <translation>Preis</translation>
+    </message>
+    <message>
+        <source>Discount</source>
+        <translation>Ermäßigung</translation>
+    </message>
+    <message>
+        <source>Way back</source>
+        <translation>Rückfahrt</translation>
+    </message>
+    <message>
+        <source>included</source>
+        <translation>enthalten</translation>
+    </message>
+    <message>
+        <source>not included</source>
+        <translation>nicht enthalten</translation>
+    </message>
+    <message>
+        <source>Paper ticket</source>
+        <translation>Papierfahrkarte</translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation>ja</translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation>nein</translation>
+    </message>
+    <message>
+        <source>Means of payment</source>
+        <translation>Zahlungsmittel</translation>
+    </message>
+    <message>
+        <source>Sales channels</source>
+        <translation>Verkaufswege</translation>
+    </message>
+    <message>
+        <source>Ticket materials</source>
+        <translation>Fahrkartenträger</translation>
+    </message>
+    <message>
+        <source>Product number</source>
+        <translation>Produktnummer</translation>
+    </message>
+    <message>
+        <source>In the basket</source>
+        <translation>Im Warenkorb</translation>
+    </message>
+</context>
+<context>
+    <name>ProductsPage</name>
+    <message>
+        <source>This feed has no fare catalogue.</source>
+        <translation>Diese Daten enthalten keinen Tarifkatalog.</translation>
+    </message>
+</context>
+<context>
+    <name>RunningShift</name>
+    <message numerus="yes">
+        <source>%n ticket(s) for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.</source>
+        <translation>
+            <numerusform>%n Fahrkarte für %1, davon %2 bar. Schicht %3 beginnt sofort; eine abgeschlossene Schicht lässt sich nicht wieder öffnen.</numerusform>
+            <numerusform>%n Fahrkarten für %1, davon %2 bar. Schicht %3 beginnt sofort; eine abgeschlossene Schicht lässt sich nicht wieder öffnen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Z report %1</source>
+        <translation>Z-Bericht %1</translation>
+    </message>
+    <message>
+        <source>Shift %1 is closed.</source>
+        <translation>Schicht %1 ist abgeschlossen.</translation>
+    </message>
+    <message>
+        <source>Running shift</source>
+        <translation>Laufende Schicht</translation>
+    </message>
+    <message>
+        <source>Tickets</source>
+        <translation>Fahrkarten</translation>
+    </message>
+    <message>
+        <source>Paid by card</source>
+        <translation>Mit Karte</translation>
+    </message>
+    <message>
+        <source>First ticket</source>
+        <translation>Erste Fahrkarte</translation>
+    </message>
+    <message>
+        <source>Last ticket</source>
+        <translation>Letzte Fahrkarte</translation>
+    </message>
+    <message>
+        <source>Cash to hand over</source>
+        <translation>Abzugebendes Bargeld</translation>
+    </message>
+    <message>
+        <source>There is no limit.</source>
+        <translation>Ohne Grenze.</translation>
+    </message>
+    <message>
+        <source>The limit of %1 is reached: hand the cash over.</source>
+        <translation>Die Grenze von %1 ist erreicht: Bargeld abgeben.</translation>
+    </message>
+    <message>
+        <source>Limit %1</source>
+        <translation>Grenze %1</translation>
+    </message>
+    <message>
+        <source>Close shift</source>
+        <translation>Schicht abschließen</translation>
+    </message>
+</context>
+<context>
+    <name>SellPage</name>
+    <message>
+        <source>This feed has nothing to sell.</source>
+        <translation>Diese Daten enthalten nichts zu verkaufen.</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsPage</name>
+    <message>
+        <source>Screen</source>
+        <translation>Anzeige</translation>
+    </message>
+    <message>
+        <source>Night colours</source>
+        <translation>Nachtfarben</translation>
+    </message>
+    <message>
+        <source>Light text on dark ground, for driving in the dark</source>
+        <translation>Helle Schrift auf dunklem Grund, für Fahrten im Dunkeln</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Layout of the tiles</source>
+        <translation>Anordnung der Kacheln</translation>
+    </message>
+    <message>
+        <source>Writes down how the tiles were put in order</source>
+        <translation>Hält fest, wie die Kacheln geordnet wurden</translation>
+    </message>
+    <message>
+        <source>Extra diagnostics</source>
+        <translation>Zusätzliche Diagnose</translation>
+    </message>
+    <message>
+        <source>Only if the support asks for it</source>
+        <translation>Nur auf Anfrage der Betreuung</translation>
+    </message>
+    <message>
+        <source>This terminal</source>
+        <translation>Dieses Terminal</translation>
+    </message>
+    <message>
+        <source>Operator</source>
+        <translation>Betreiber</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Sprache</translation>
+    </message>
+    <message>
+        <source>English</source>
+        <comment>name of the language of these texts</comment>
+        <translation>Deutsch</translation>
+    </message>
+    <message>
+        <source>Version of terminal and library</source>
+        <translation>Version von Terminal und Bibliothek</translation>
+    </message>
+    <message>
+        <source>Sales journal</source>
+        <translation>Verkaufsjournal</translation>
+    </message>
+</context>
+<context>
+    <name>ShiftReport</name>
+    <message>
+        <source>%1 for %2</source>
+        <comment>a count, an amount</comment>
+        <translation>%1 für %2</translation>
+    </message>
+</context>
+<context>
+    <name>StatusLine</name>
+    <message>
+        <source>No trip</source>
+        <translation>Keine Fahrt</translation>
+    </message>
+    <message>
+        <source>Previous stop</source>
+        <translation>Vorige Haltestelle</translation>
+    </message>
+    <message>
+        <source>Next stop</source>
+        <translation>Nächste Haltestelle</translation>
+    </message>
+    <message>
+        <source>LOG</source>
+        <translation>LOG</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n device fault(s)</source>
+        <translation>
+            <numerusform>%n Gerätestörung</numerusform>
+            <numerusform>%n Gerätestörungen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Day colours</source>
+        <translation>Tagfarben</translation>
+    </message>
+    <message>
+        <source>Night colours</source>
+        <translation>Nachtfarben</translation>
+    </message>
+</context>
+<context>
+    <name>Tile</name>
+    <message>
+        <source>Zone %1</source>
+        <translation>Zone %1</translation>
+    </message>
+    <message>
+        <source>expired</source>
+        <translation>abgelaufen</translation>
+    </message>
+</context>
+<context>
+    <name>ZReportPage</name>
+    <message>
+        <source>Close shift %1?</source>
+        <translation>Schicht %1 abschließen?</translation>
+    </message>
+    <message>
+        <source>Closed shifts</source>
+        <translation>Abgeschlossene Schichten</translation>
+    </message>
+    <message>
+        <source>No shift has been closed yet.</source>
+        <translation>Noch keine Schicht abgeschlossen.</translation>
+    </message>
+    <message>
+        <source>Close shift</source>
+        <translation>Schicht abschließen</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::fleet::FleetSimulator</name>
+    <message>
+        <source>Bus %1</source>
+        <translation>Bus %1</translation>
+    </message>
+    <message>
+        <source>no report</source>
+        <translation>keine Meldung</translation>
+    </message>
+    <message>
+        <source>off-line</source>
+        <translation>außer Betrieb</translation>
+    </message>
+    <message>
+        <source>waiting</source>
+        <translation>wartet</translation>
+    </message>
+    <message>
+        <source>at a stop</source>
+        <translation>an Haltestelle</translation>
+    </message>
+    <message>
+        <source>driving</source>
+        <translation>fährt</translation>
+    </message>
+    <message>
+        <source>to %1</source>
+        <translation>nach %1</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::sales::SalesDesk</name>
+    <message>
+        <source>The sales journal is in use by another program. Nothing can be sold.</source>
+        <translation>Das Verkaufsjournal wird von einem anderen Programm benutzt. Kein Verkauf möglich.</translation>
+    </message>
+    <message>
+        <source>There is no space left for the sales journal. Nothing can be sold.</source>
+        <translation>Für das Verkaufsjournal ist kein Platz mehr. Kein Verkauf möglich.</translation>
+    </message>
+    <message>
+        <source>The sales journal is damaged. Nothing can be sold.</source>
+        <translation>Das Verkaufsjournal ist beschädigt. Kein Verkauf möglich.</translation>
+    </message>
+    <message>
+        <source>The file given as sales journal is not one of this terminal. Nothing can be sold.</source>
+        <translation>Die angegebene Datei ist kein Verkaufsjournal dieses Terminals. Kein Verkauf möglich.</translation>
+    </message>
+    <message>
+        <source>The sales journal cannot be written. Nothing can be sold.</source>
+        <translation>Das Verkaufsjournal lässt sich nicht beschreiben. Kein Verkauf möglich.</translation>
+    </message>
+    <message>
+        <source>The ticket printer cannot print: %1</source>
+        <translation>Der Fahrkartendrucker kann nicht drucken: %1</translation>
+    </message>
+    <message>
+        <source>Tickets are being printed.</source>
+        <translation>Fahrkarten werden gedruckt.</translation>
+    </message>
+    <message>
+        <source>This tile is not for sale.</source>
+        <translation>Diese Kachel ist nicht verkäuflich.</translation>
+    </message>
+    <message>
+        <source>This tile has no valid price.</source>
+        <translation>Diese Kachel hat keinen gültigen Preis.</translation>
+    </message>
+    <message>
+        <source>The basket is full.</source>
+        <translation>Der Warenkorb ist voll.</translation>
+    </message>
+    <message>
+        <source>There is no such line.</source>
+        <translation>Diese Zeile gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>The basket is empty.</source>
+        <translation>Der Warenkorb ist leer.</translation>
+    </message>
+    <message>
+        <source>There is no such way of payment.</source>
+        <translation>Diese Zahlungsart gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>There are unpaid tickets in the basket.</source>
+        <translation>Im Warenkorb sind unbezahlte Fahrkarten.</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::terminal::CatalogueDesk</name>
+    <message>
+        <source>Adult</source>
+        <translation>Erwachsene</translation>
+    </message>
+    <message>
+        <source>Student</source>
+        <translation>Studierende</translation>
+    </message>
+    <message>
+        <source>School pupil</source>
+        <translation>Schulkinder</translation>
+    </message>
+    <message>
+        <source>Passenger with a disability</source>
+        <translation>Menschen mit Behinderung</translation>
+    </message>
+    <message>
+        <source>Military</source>
+        <translation>Militär</translation>
+    </message>
+    <message>
+        <source>Large family</source>
+        <translation>Großfamilien</translation>
+    </message>
+    <message>
+        <source>Student (second group)</source>
+        <translation>Studierende (zweite Gruppe)</translation>
+    </message>
+    <message>
+        <source>Military (second group)</source>
+        <translation>Militär (zweite Gruppe)</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::terminal::DeviceDesk</name>
+    <message>
+        <source>Ticket printer</source>
+        <translation>Fahrkartendrucker</translation>
+    </message>
+    <message>
+        <source>Ready</source>
+        <translation>Bereit</translation>
+    </message>
+    <message>
+        <source>no report from the printer</source>
+        <translation>keine Meldung vom Drucker</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::terminal::TripDesk</name>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 nach %2</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,34 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>BasketPanel</name>
+    <message numerus="yes">
+        <source>%n ticket(s)</source>
+        <translation>
+            <numerusform>%n ticket</numerusform>
+            <numerusform>%n tickets</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>RunningShift</name>
+    <message numerus="yes">
+        <source>%n ticket(s) for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.</source>
+        <translation>
+            <numerusform>%n ticket for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.</numerusform>
+            <numerusform>%n tickets for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>StatusLine</name>
+    <message numerus="yes">
+        <source>%n device fault(s)</source>
+        <translation>
+            <numerusform>%n device fault</numerusform>
+            <numerusform>%n device faults</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>
