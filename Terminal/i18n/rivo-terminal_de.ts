@@ -39,7 +39,7 @@
     </message>
     <message>
         <source>Tap a tile to add a ticket</source>
-        <translation>Kachel antippen für eine Fahrkarte</translation>
+        <translation>Kachel antippen</translation>
     </message>
     <message>
         <source>Total</source>
@@ -402,7 +402,7 @@
     </message>
     <message>
         <source>Closed shifts</source>
-        <translation>Abgeschlossene Schichten</translation>
+        <translation>Frühere Schichten</translation>
     </message>
     <message>
         <source>No shift has been closed yet.</source>

@@ -71,6 +71,7 @@ ShiftReport {
                 PlainText {
                     id: value
 
+                    objectName: "lineText"
                     anchors.left: label.right
                     anchors.right: parent.right
                     text: line.modelData.value

@@ -19,7 +19,8 @@ T.AbstractButton {
 
     readonly property url picture: terminal.icon(productFairIcon, "qrc:/icons/products.svg")
     readonly property string discountText: discount === 0 ? ""
-        : "−" + Number(discount).toLocaleString(Qt.locale(), "f", -128) + " %"
+        : (discount > 0 ? "−" : "+")
+          + Math.abs(discount).toLocaleString(Qt.locale(), "f", -128) + "%"
 
     implicitHeight: 76
     checkable: true

@@ -55,7 +55,7 @@ ShiftReport {
                 objectName: "runningSum"
                 anchors.right: parent.right
                 text: root.money(root.zSumData)
-                font.pixelSize: 40
+                font.pixelSize: root.width < 440 ? Theme.hugeText : 40
                 font.weight: Font.Bold
             }
         }
