@@ -2,8 +2,8 @@
 # Sourced by run.sh, test.sh and .ci/run: packages, configuration and build on Debian 12.
 # Quiet on success; what a failed step printed is shown.
 
-packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev libeasyloggingpp-dev libcsv-dev"
-packages_to_test="$packages_to_run binutils libbenchmark-dev qtdeclarative5-dev python3-jsonschema"
+packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev libeasyloggingpp-dev libcsv-dev qtdeclarative5-dev qtdeclarative5-dev-tools"
+packages_to_test="$packages_to_run binutils libbenchmark-dev qml-module-qtquick2 python3-jsonschema"
 packages_to_lint="clang-format clang-tidy clazy shellcheck"
 
 # quietly WHAT COMMAND...: runs the command, shows its output only if it fails.
