@@ -3,6 +3,7 @@
 #include "ListModel.h"
 #include "LogCapture.h"
 #include "PassengerTypesModel.h"
+#include "PeripheralsModel.h"
 #include "PrototypeOwner.h"
 #include "QmlScreen.h"
 #include "SampleItem.h"
@@ -72,6 +73,8 @@ private slots:
         QVERIFY(!model->parent());
         QVERIFY(model->children().isEmpty());
         QVERIFY(model->roleNames().values().contains(roleOfTheirs));
+        QVERIFY(dynamic_cast<PrototypeOwner<AssetsModel>*>(model) ||
+                dynamic_cast<PrototypeOwner<PeripheralsModel>*>(model));
     }
 
     void typeThatQmlMayNotCreate_data()

@@ -3,6 +3,7 @@
 #include "QmlScreen.h"
 #include "TerminalHome.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickView>
@@ -257,6 +258,18 @@ void viewRows()
     }
 }
 
+/// The example of the documentation, a QML document.
+QByteArray documentedExample()
+{
+    QFile file(QStringLiteral(QML_DOCUMENTATION));
+    if (!file.open(QIODevice::ReadOnly))
+        return QByteArray();
+    const QByteArray text = file.readAll();
+    const QByteArray opening = "```qml\n";
+    const int begin = text.indexOf(opening) + opening.size();
+    return text.mid(begin, text.indexOf("```", begin) - begin);
+}
+
 } // namespace
 
 class TestQmlViews : public QObject
@@ -270,6 +283,38 @@ class TestQmlViews : public QObject
 private slots:
     void init() { m_messages.listen(); }
     void cleanup() { QCOMPARE(m_messages.stop(), QString()); }
+
+    void theDocumentedExampleSelectsTheTileThatIsTapped()
+    {
+        QObject owner;
+        PassengerTypesModel grid(&owner);
+        grid.addItemsToModel({sProduct(), sProduct(), sProduct()});
+        QTemporaryDir folder;
+        QFile file(folder.filePath("Example.qml"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.write(documentedExample()) > 0);
+        file.close();
+        QQuickView window;
+        window.engine()->addImportPath(QStringLiteral(RIVO_QML_IMPORT_PATH));
+        window.setResizeMode(QQuickView::SizeRootObjectToView);
+        window.setInitialProperties({{"grid", QVariant::fromValue(&grid)}});
+        window.setSource(QUrl::fromLocalFile(file.fileName()));
+        window.resize(300, 100);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto selected = [&grid] {
+            QString text;
+            for (int row = 0; row < grid.rowCount(); ++row)
+                text += grid.get(row).toMap().value("selected").toBool() ? '1' : '0';
+            return text;
+        };
+        QTest::mouseClick(&window, Qt::LeftButton, Qt::NoModifier, QPoint(150, 50));
+        QCOMPARE(selected(), QStringLiteral("010"));
+        QTest::mouseClick(&window, Qt::LeftButton, Qt::NoModifier, QPoint(250, 50));
+        QCOMPARE(selected(), QStringLiteral("011"));
+        QTest::mouseClick(&window, Qt::LeftButton, Qt::NoModifier, QPoint(150, 50));
+        QCOMPARE(selected(), QStringLiteral("001"));
+    }
 
     void aViewFollowsEachOperation_data() { viewRows(); }
     void aViewFollowsEachOperation()
