@@ -109,12 +109,13 @@ class TestRolesDocument : public QObject
     Q_OBJECT
 
 public:
-    /// Before the application: a screen without a window system, and nothing to complain about.
+    /// Before the application: the platform without a window system that frees its screen, and
+    /// nothing to complain about.
     static void initMain()
     {
         static const QTemporaryDir runtimeFiles;
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtimeFiles.path()));
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_QPA_PLATFORM", "minimal");
         qputenv("QT_QUICK_BACKEND", "software");
     }
 
