@@ -120,7 +120,7 @@ QJsonValue jsonOf(const QVariant& value)
 
 QByteArray csvFieldOf(const QVariant& value)
 {
-    const QByteArray text = textOf(value).toUtf8();
+    QByteArray text = textOf(value).toUtf8();
     if (value.userType() != QMetaType::QString)
         return text;
     const auto size = static_cast<size_t>(text.size());
