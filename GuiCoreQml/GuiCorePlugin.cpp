@@ -5,11 +5,11 @@
 
 #include <QQmlEngine>
 
+// Generated from GuiCoreTypes.h: registers the types when an engine first imports the module.
+#include <GuiCoreRegistration.inc>
+
 using rivo::models::ListItem;
 using rivo::models::ListModel;
-
-// Generated from GuiCoreTypes.h; runs when an engine first imports the module.
-void qml_register_types_Rivo_GuiCore();
 
 namespace
 {
@@ -23,10 +23,6 @@ void keepFromGarbageCollection(ListItem* row)
 
 GuiCorePlugin::GuiCorePlugin(QObject* parent) : QQmlEngineExtensionPlugin(parent)
 {
-    // The generated registration must be linked in even if nothing else refers to it.
-    volatile auto registration = &qml_register_types_Rivo_GuiCore;
-    Q_UNUSED(registration)
-
     ListModel::setRowExposureHandler(keepFromGarbageCollection);
 }
 
