@@ -2,8 +2,14 @@
 # Sourced by run.sh, test.sh and .ci/run: packages, configuration and build on Debian 12.
 # Quiet on success; what a failed step printed is shown.
 
-packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev libeasyloggingpp-dev libcsv-dev qttools5-dev libqt5svg5"
-packages_to_test="$packages_to_run binutils libbenchmark-dev qtdeclarative5-dev python3-jsonschema libqt5svg5-dev"
+packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarative5-dev
+    qtdeclarative5-dev-tools qtquickcontrols2-5-dev qttools5-dev qttools5-dev-tools
+    libeasyloggingpp-dev libcsv-dev libqt5sql5-sqlite libqt5svg5
+    qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-controls2
+    qml-module-qtquick-templates2 qml-module-qtlocation qml-module-qtpositioning
+    xvfb xauth libgl1-mesa-dri fonts-dejavu-core"
+packages_to_test="$packages_to_run binutils libbenchmark-dev python3-jsonschema libqt5svg5-dev
+    qml-module-qttest"
 packages_to_lint="clang-format clang-tidy clazy shellcheck"
 
 # quietly WHAT COMMAND...: runs the command, shows its output only if it fails.

@@ -16,6 +16,13 @@ inline ItemClass passengerTypeItemClass()
     const QList<double> amounts{1e-13, 2.5, 2.5 + 1e-13, -0.75, 1000000.01};
     return {
         [](QObject* parent) { return new Item(parent); },
+        [](const QVariantList& v, QObject* parent) {
+            return new Item(v[0].toInt(), v[1].toString(), v[2].toString(), v[3].toString(),
+                            v[4].toDouble(), v[5].toInt(), v[6].toString(), v[7].toInt(),
+                            v[8].toBool(), v[9].toInt(), v[10].toInt(), v[11].toString(),
+                            v[12].toBool(), v[13].toDouble(), v[15].toBool(), v[16].toInt(),
+                            parent);
+        },
         {
             itemField("id", 257, -1, ints, &Item::id, &Item::setId),
             itemField("description", 258, empty, texts, &Item::description, &Item::setDescription),
@@ -39,7 +46,8 @@ inline ItemClass passengerTypeItemClass()
             itemField("hasExpired", 268, false, yes, &Item::hasExpired, &Item::setHasExpired),
             itemField("fareDiscount", 269, 0.0, amounts, &Item::fareDiscount,
                       &Item::setFareDiscount),
-            itemField("selected", 270, false, yes, &Item::selected, &Item::setSelected),
+            notAnArgument(
+                itemField("selected", 270, false, yes, &Item::selected, &Item::setSelected)),
             itemField("isDaily", 271, false, yes, &Item::isDaily, &Item::setIsDaily),
             itemField("pos", 272, -1, ints, &Item::pos, &Item::setPos),
         }};

@@ -59,6 +59,9 @@ inline ItemClass sampleItemClass()
             static_cast<SampleItem&>(item).setValue(changed);
         }};
     return {[](QObject* parent) { return new SampleItem(0, QStringLiteral("none"), parent); },
+            [](const QVariantList& v, QObject* parent) {
+                return new SampleItem(v[0].toInt(), v[1], parent);
+            },
             {itemField("id", SampleItem::IdRole, 0, {-1, 1, 2, 3, INT_MAX, INT_MIN},
                        &SampleItem::id, &SampleItem::setId),
              value}};

@@ -12,13 +12,13 @@ using rivo::feed::quoted;
 namespace
 {
 
-constexpr QLatin1String columnsOption("columns");
-constexpr QLatin1String orderOption("order");
-constexpr QLatin1String supportedOption("supported");
-constexpr QLatin1String formatOption("format");
-constexpr QLatin1String riderCategoryOption("rider-category");
-constexpr QLatin1String riderCategoriesOption("rider-categories");
-constexpr QLatin1String verboseOption("verbose");
+const QLatin1String columnsOption("columns");
+const QLatin1String orderOption("order");
+const QLatin1String supportedOption("supported");
+const QLatin1String formatOption("format");
+const QLatin1String riderCategoryOption("rider-category");
+const QLatin1String riderCategoriesOption("rider-categories");
+const QLatin1String verboseOption("verbose");
 
 QString takeColumns(const QString& text, FeedToolOptions& options)
 {

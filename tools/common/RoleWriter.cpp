@@ -120,7 +120,7 @@ QJsonValue jsonOf(const QVariant& value)
 
 QByteArray csvFieldOf(const QVariant& value)
 {
-    const QByteArray text = textOf(value).toUtf8();
+    QByteArray text = textOf(value).toUtf8();
     if (value.userType() != QMetaType::QString)
         return text;
     const auto size = static_cast<size_t>(text.size());
@@ -180,7 +180,10 @@ QByteArray modelAsJson(const Feed& feed, const ListModel& model)
 QByteArray modelAsCsv(const ListModel& model)
 {
     const QMap<int, QString> roles = rolesOf(model);
-    QByteArray csv = QStringList(roles.values()).join(QLatin1Char(',')).toLatin1() + "\r\n";
+    QByteArrayList header;
+    for (const QString& name : roles)
+        header.append(name.toLatin1());
+    QByteArray csv = header.join(',') + "\r\n";
     for (int row = 0; row < model.rowCount(); ++row) {
         QByteArrayList fields;
         for (auto role = roles.cbegin(); role != roles.cend(); ++role)

@@ -26,7 +26,7 @@ constexpr std::array<ModelChoice, 6> choices{{
     {ModelKind::Devices, "devices", "peripherals of the terminal"},
 }};
 
-constexpr QLatin1String ticketsOption("tickets");
+const QLatin1String ticketsOption("tickets");
 
 /// "  fleet          vehicles", one line per model.
 QString choicesExplained()

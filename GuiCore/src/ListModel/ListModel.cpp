@@ -21,6 +21,15 @@ namespace
 constexpr int firstRow = -2;
 constexpr int everyRow = -1;
 
+ListModel::RowExposureHandler exposureHandler = nullptr;
+
+ListItem* exposed(ListItem* row)
+{
+    if (row && exposureHandler)
+        exposureHandler(row);
+    return row;
+}
+
 // The ordering of QVariant is what role values are compared by, and Qt 5 has no successor that
 // covers every type.
 QT_WARNING_PUSH
@@ -59,7 +68,7 @@ int ListModel::rowCount(const QModelIndex& parent) const
 
 QVariant ListModel::data(const QModelIndex& index, int role) const
 {
-    const ListItem* item = itemFromRow(index.row());
+    const ListItem* item = rowAt(index.row());
     return item ? item->data(role) : QVariant();
 }
 
@@ -114,7 +123,7 @@ void ListModel::insertRow(int row, ListItem* item)
 void ListModel::appendRowFromQml(QObject* item)
 {
     Q_ASSERT(!item || qobject_cast<ListItem*>(item));
-    appendRow(static_cast<ListItem*>(item));
+    appendRow(exposed(static_cast<ListItem*>(item)));
 }
 
 bool ListModel::removeRow(int row, const QModelIndex& parent)
@@ -185,14 +194,11 @@ void ListModel::sortRangeByRole(int column, Qt::SortOrder order, int first, int 
     std::sort_heap(begin, end, RoleOrder{role, order});
 }
 
-ListItem* ListModel::itemFromRow(const int& iRow) const
-{
-    return hasRow(iRow) ? m_rows.at(iRow) : nullptr;
-}
+ListItem* ListModel::itemFromRow(const int& iRow) const { return exposed(rowAt(iRow)); }
 
 QVariant ListModel::get(const int& index)
 {
-    const ListItem* item = itemFromRow(index);
+    const ListItem* item = rowAt(index);
     if (!item)
         return {};
     const QHash<int, QByteArray> names = item->roleNames();
@@ -225,6 +231,10 @@ int ListModel::countByRole(int role, QVariant value)
                       [role, &value](const ListItem* item) { return item->data(role) == value; }));
 }
 
+void ListModel::setRowExposureHandler(RowExposureHandler handler) { exposureHandler = handler; }
+
+ListModel::RowExposureHandler ListModel::rowExposureHandler() { return exposureHandler; }
+
 void ListModel::onHandleItemChange()
 {
     const auto* item = qobject_cast<const ListItem*>(sender());
@@ -234,6 +244,9 @@ void ListModel::onHandleItemChange()
     if (changed.isValid())
         emit dataChanged(changed, changed, QVector<int>());
 }
+
+/// Item of a row for use in here, which exposes nothing; null for a row out of range.
+ListItem* ListModel::rowAt(int row) const { return hasRow(row) ? m_rows.at(row) : nullptr; }
 
 bool ListModel::hasRow(int row) const { return row >= 0 && row < m_rows.size(); }
 

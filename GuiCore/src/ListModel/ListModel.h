@@ -23,8 +23,9 @@ namespace models
 /// Ownership: the model never reparents, and never deletes but through removal. A row belongs to
 /// its QObject parent; removal destroys it with deleteLater(). Rows made by a model's own
 /// addItem() are children of that model and stay so after they were taken out. A row that its own
-/// parent is about to destroy must be taken out or removed first. Rows that QML may receive from
-/// itemFromRow() need a QObject parent, or the JavaScript garbage collector destroys them.
+/// parent is about to destroy must be taken out or removed first. A row that QML receives from
+/// itemFromRow() needs a QObject parent, or the JavaScript garbage collector destroys it; not so
+/// once the QML module Rivo.GuiCore is loaded, see setRowExposureHandler().
 ///
 /// A row's dataChanged() is passed on as dataChanged() of its current row with an empty role list
 /// (any role may have changed); that of an item which is no row any more is ignored.
@@ -78,7 +79,7 @@ public:
     void insertRow(int row, ListItem* item);
 
     /// appendRow() for QML. `item` must be a ListItem: a debug build asserts it, a release build
-    /// does not check.
+    /// does not check. The item goes to the row exposure handler first.
     Q_INVOKABLE void appendRowFromQml(QObject* item);
 
     /// Removes and destroys (deleteLater()) one row; false for a row out of range. `parent` is not
@@ -114,7 +115,7 @@ public:
     /// checked.
     void sortRangeByRole(int column, Qt::SortOrder order, int first, int last, int role);
 
-    /// Item of a row; null for a row out of range.
+    /// Item of a row; null for a row out of range. An item goes to the row exposure handler first.
     Q_INVOKABLE ListItem* itemFromRow(const int& iRow) const;
 
     /// The row as a map from role name to value, an object for QML; an invalid QVariant
@@ -133,6 +134,15 @@ public:
     /// Number of rows whose value of `role` equals `value` under the QVariant equality.
     int countByRole(int role, QVariant value);
 
+    /// Called with each row that itemFromRow() hands out and each item that appendRowFromQml() is
+    /// given, never null, whoever calls them. Must not change the model.
+    using RowExposureHandler = void (*)(ListItem* row);
+
+    /// The one handler of all models; null, as at first, for none. The QML module Rivo.GuiCore sets
+    /// one that keeps rows from the garbage collector and resets it when it is unloaded.
+    static void setRowExposureHandler(RowExposureHandler handler);
+    static RowExposureHandler rowExposureHandler();
+
 signals:
     /// The row count, after it may have changed.
     void countChanged(int);
@@ -141,6 +151,7 @@ private slots:
     void onHandleItemChange();
 
 private:
+    ListItem* rowAt(int row) const;
     bool hasRow(int row) const;
     bool hasRows(int row, int count) const;
     void connectItem(ListItem* item);

@@ -1,5 +1,8 @@
 #pragma once
 
+// Properties without a notify signal are part of the interface.
+// clazy:excludeall=qproperty-without-notify
+
 #include "GuiCoreExport.h"
 #include "ListItem.h"
 #include "QHashStaticInit.h"

@@ -1,0 +1,326 @@
+#include "AssetItem.h"
+#include "AssetsModel.h"
+#include "ListModel.h"
+#include "LogCapture.h"
+#include "PassengerTypesModel.h"
+#include "PeripheralsModel.h"
+#include "PrototypeOwner.h"
+#include "QmlScreen.h"
+#include "SampleItem.h"
+#include "TerminalHome.h"
+
+#include <QPointer>
+#include <QQmlProperty>
+#include <QTest>
+
+using rivo::models::ListModel;
+
+namespace
+{
+
+/// A model whose prototype can be watched.
+class WatchedModel : public ListModel
+{
+public:
+    explicit WatchedModel(QObject* parent = nullptr)
+        : WatchedModel(new SampleItem(0, QVariant(), parent), parent)
+    {
+    }
+
+    static QPointer<SampleItem> newestPrototype;
+
+private:
+    WatchedModel(SampleItem* prototype, QObject* parent) : ListModel(prototype, parent)
+    {
+        newestPrototype = prototype;
+    }
+};
+
+QPointer<SampleItem> WatchedModel::newestPrototype;
+
+} // namespace
+
+class TestQmlModule : public QObject
+{
+    Q_OBJECT
+
+    Messages m_messages;
+    TerminalHome m_home;
+    LogCapture m_log; // off the console
+
+private slots:
+    void init() { m_messages.listen(); }
+    void cleanup() { QCOMPARE(m_messages.stop(), QString()); }
+
+    void typeThatQmlMayCreate_data()
+    {
+        QTest::addColumn<QByteArray>("roleOfTheirs");
+        QTest::newRow("AssetsModel") << QByteArray("assetCoordinate");
+        QTest::newRow("PeripheralsModel") << QByteArray("peripheralName");
+    }
+
+    void typeThatQmlMayCreate()
+    {
+        QFETCH(QByteArray, roleOfTheirs);
+        QmlScreen screen;
+        const QString type = QString::fromLatin1(QTest::currentDataTag());
+        const std::unique_ptr<QObject> object = screen.create(type + " { objectName: 'mine' }");
+        auto* model = qobject_cast<ListModel*>(object.get());
+        QVERIFY(model);
+        QCOMPARE(QString::fromLatin1(model->metaObject()->className()), type);
+        QCOMPARE(model->objectName(), QStringLiteral("mine"));
+        QCOMPARE(model->rowCount(), 0);
+        QVERIFY(!model->parent());
+        QVERIFY(model->children().isEmpty());
+        QVERIFY(model->roleNames().values().contains(roleOfTheirs));
+        QVERIFY(dynamic_cast<PrototypeOwner<AssetsModel>*>(model) ||
+                dynamic_cast<PrototypeOwner<PeripheralsModel>*>(model));
+    }
+
+    void typeThatQmlMayNotCreate_data()
+    {
+        QTest::addColumn<QString>("reason");
+        for (const char* type : {"ListItem", "ListModel"})
+            QTest::newRow(type) << QStringLiteral(
+                "is the common base of the types of Rivo.GuiCore");
+        for (const char* type : {"PassengerTypeItem", "ShoppingItem", "FareProductItem",
+                                 "ZReportItem", "AssetItem", "PeripheralItem"})
+            QTest::newRow(type) << QStringLiteral(
+                "is a row that the application creates; itemFromRow() of its model hands it out");
+        for (const char* type :
+             {"PassengerTypesModel", "ShoppingBasketModel", "FareProductsModel", "ZReportModel"})
+            QTest::newRow(type) << QStringLiteral(
+                "is filled by the application, which creates it and shows it to QML as a context "
+                "property");
+    }
+
+    void typeThatQmlMayNotCreate()
+    {
+        QFETCH(QString, reason);
+        QmlScreen screen;
+        const QString type = QString::fromLatin1(QTest::currentDataTag());
+        QString error;
+        QVERIFY(!screen.create(type + " {}", &error));
+        QVERIFY2(error.contains(QStringLiteral(":3 %1 %2").arg(type, reason)), qPrintable(error));
+    }
+
+    void versionsThatAreNotThere_data()
+    {
+        QTest::addColumn<QString>("version");
+        QTest::newRow("a later minor version") << "1.1";
+        QTest::newRow("a later major version") << "2.0";
+    }
+
+    void versionsThatAreNotThere()
+    {
+        QFETCH(QString, version);
+        QmlScreen screen;
+        QString error;
+        QVERIFY(!screen.createWith(
+            QStringLiteral("import QtQml 2.15\nimport Rivo.GuiCore %1\n").arg(version),
+            "QtObject {}", &error));
+        QVERIFY2(error.contains("is not installed"), qPrintable(error));
+    }
+
+    void enumKeys_data()
+    {
+        QTest::addColumn<int>("number");
+        QTest::newRow("PT_ADULT") << 1;
+        QTest::newRow("PT_STUDENT_1") << 3;
+        QTest::newRow("PT_SCHOOLBOY") << 4;
+        QTest::newRow("PT_DISABLED") << 5;
+        QTest::newRow("PT_MILITARY_1") << 7;
+        QTest::newRow("PT_LFS") << 8;
+        QTest::newRow("PT_STUDENT_2") << 9;
+        QTest::newRow("PT_MILITARY_2") << 10;
+    }
+
+    void enumKeys()
+    {
+        QFETCH(int, number);
+        QmlScreen screen;
+        const QString key = QString::fromLatin1(QTest::currentDataTag());
+        QCOMPARE(screen.evaluate("PassengerTypesModel." + key), QVariant(number));
+        const std::unique_ptr<QObject> bound = screen.create(
+            QStringLiteral("QtObject { property int type: PassengerTypesModel.%1 }").arg(key));
+        QVERIFY(bound);
+        QCOMPARE(bound->property("type"), QVariant(number));
+    }
+
+    void anUnknownEnumKeyIsUndefined()
+    {
+        QmlScreen screen;
+        QCOMPARE(screen.evaluate("PassengerTypesModel.PT_STUDENT === undefined"), QVariant(true));
+    }
+
+    // A model made in C++ and one made in QML are of the same type to QML.
+
+    void modelsAreAssignableByType()
+    {
+        QmlScreen screen;
+        QObject owner;
+        AssetsModel assets(&owner);
+        PassengerTypesModel grid(&owner);
+        screen.show("cppAssets", &assets);
+        screen.show("cppGrid", &grid);
+        const std::unique_ptr<QObject> object =
+            screen.create("QtObject {\n"
+                          "    property PassengerTypesModel grid: cppGrid\n"
+                          "    property ListModel base: cppGrid\n"
+                          "    property AssetsModel fromCpp: cppAssets\n"
+                          "    property AssetsModel fromQml: AssetsModel {}\n"
+                          "    property ListModel baseFromQml: fromQml\n"
+                          "}\n");
+        QVERIFY(object);
+        QCOMPARE(object->property("grid").value<QObject*>(), &grid);
+        QCOMPARE(object->property("base").value<QObject*>(), &grid);
+        QCOMPARE(object->property("fromCpp").value<QObject*>(), &assets);
+        QVERIFY(object->property("fromQml").value<QObject*>());
+        QCOMPARE(object->property("baseFromQml").value<QObject*>(),
+                 object->property("fromQml").value<QObject*>());
+    }
+
+    void rowsAreAssignableByType()
+    {
+        QmlScreen screen;
+        QObject owner;
+        AssetsModel assets(&owner);
+        auto* vehicle = new AssetItem(&assets);
+        assets.appendRow(vehicle);
+        screen.show("assets", &assets);
+        const std::unique_ptr<QObject> object =
+            screen.create("QtObject {\n"
+                          "    property AssetItem vehicle: assets.itemFromRow(0)\n"
+                          "    property ListItem row: assets.itemFromRow(0)\n"
+                          "    property bool isVehicle: row instanceof AssetItem\n"
+                          "    property bool isTicket: row instanceof ShoppingItem\n"
+                          "}\n");
+        QVERIFY(object);
+        QCOMPARE(object->property("vehicle").value<QObject*>(), vehicle);
+        QCOMPARE(object->property("row").value<QObject*>(), vehicle);
+        QCOMPARE(object->property("isVehicle"), QVariant(true));
+        QCOMPARE(object->property("isTicket"), QVariant(false));
+    }
+
+    // QtQuick has a ListModel too: the last import wins.
+
+    void theListModelOfQtIsThatOfTheLastImport()
+    {
+        QmlScreen screen;
+        const std::unique_ptr<QObject> qtLast = screen.createWith(
+            "import Rivo.GuiCore 1.0\nimport QtQuick 2.15\n", "ListModel { dynamicRoles: true }");
+        QVERIFY(qtLast);
+        QString error;
+        QVERIFY(!screen.createWith("import QtQuick 2.15\nimport Rivo.GuiCore 1.0\n",
+                                   "ListModel { }", &error));
+        QVERIFY(screen.createWith("import QtQuick 2.15\nimport Rivo.GuiCore 1.0 as Rivo\n",
+                                  "ListModel { property Rivo.ListModel other }"));
+    }
+
+    void theModuleMayBeImportedTwice()
+    {
+        QmlScreen screen;
+        const std::unique_ptr<QObject> object = screen.createWith(
+            "import QtQml 2.15\nimport Rivo.GuiCore 1.0\nimport Rivo.GuiCore 1.0\n"
+            "import Rivo.GuiCore 1.0 as Rivo\n",
+            "QtObject { property var plain: AssetsModel {} property var named: Rivo.AssetsModel {}"
+            " property int number: Rivo.PassengerTypesModel.PT_LFS }");
+        QVERIFY(object);
+        QVERIFY(qobject_cast<AssetsModel*>(object->property("plain").value<QObject*>()));
+        QVERIFY(qobject_cast<AssetsModel*>(object->property("named").value<QObject*>()));
+        QCOMPARE(object->property("number").toInt(), 8);
+    }
+
+    void twoEnginesMayShowOneModel()
+    {
+        QObject owner;
+        AssetsModel model(&owner);
+        QmlScreen first;
+        QmlScreen second;
+        first.show("model", &model);
+        second.show("model", &model);
+        const QString counter = "QtObject { property int rows: model.count }";
+        const std::unique_ptr<QObject> here = first.create(counter);
+        const std::unique_ptr<QObject> there = second.create(counter);
+        QVERIFY(here && there);
+        const QPointer<AssetItem> row = new AssetItem;
+        model.appendRow(row);
+        QCOMPARE(here->property("rows").toInt(), 1);
+        QCOMPARE(there->property("rows").toInt(), 1);
+        QCOMPARE(first.evaluate("model.itemFromRow(0).objectName"), QVariant(QString()));
+        QCOMPARE(second.evaluate("model.itemFromRow(0).objectName"), QVariant(QString()));
+        first.engine.collectGarbage();
+        second.engine.collectGarbage();
+        runDeferredDeletions();
+        QVERIFY(row);
+        model.clear();
+        runDeferredDeletions();
+        QVERIFY(!row);
+    }
+
+    void anEngineAfterAnother()
+    {
+        QObject owner;
+        AssetsModel model(&owner);
+        const QPointer<AssetItem> row = new AssetItem;
+        model.appendRow(row);
+        for (int round = 0; round < 3; ++round) {
+            {
+                QmlScreen screen;
+                screen.show("model", &model);
+                const std::unique_ptr<QObject> own = screen.create("AssetsModel {}");
+                QVERIFY(own);
+                QCOMPARE(screen.evaluate("model.itemFromRow(0) instanceof AssetItem"),
+                         QVariant(true));
+                screen.engine.collectGarbage();
+            }
+            runDeferredDeletions();
+            QVERIFY(row);
+            QCOMPARE(model.itemFromRow(0), row.data());
+        }
+        model.clear();
+        runDeferredDeletions();
+    }
+
+    // The prototype of a model that QML made.
+
+    void thePrototypeLivesAsLongAsItsModel()
+    {
+        {
+            const PrototypeOwner<WatchedModel> model;
+            QVERIFY(WatchedModel::newestPrototype);
+            QVERIFY(!model.parent());
+            QCOMPARE(model.roleNames(), WatchedModel::newestPrototype->roleNames());
+        }
+        QVERIFY(!WatchedModel::newestPrototype);
+    }
+
+    void thePrototypeGoesWithAModelThatItsParentDestroys()
+    {
+        auto parent = std::make_unique<QObject>();
+        const QPointer<QObject> model = new PrototypeOwner<WatchedModel>;
+        model->setParent(parent.get());
+        QCOMPARE(parent->children(), QObjectList{model});
+        QVERIFY(WatchedModel::newestPrototype);
+        parent.reset();
+        QVERIFY(!model);
+        QVERIFY(!WatchedModel::newestPrototype);
+    }
+
+    void aModelMadeInQmlWorksWithoutItsEngine()
+    {
+        std::unique_ptr<QObject> object;
+        {
+            QmlScreen screen;
+            object = screen.create("AssetsModel {}");
+        }
+        auto* model = qobject_cast<AssetsModel*>(object.get());
+        QVERIFY(model);
+        QCOMPARE(model->roleNames().size(), 10);
+        model->appendRow(new AssetItem(model));
+        QCOMPARE(model->get(0).toMap().size(), 10);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestQmlModule)
+#include "tst_qml_module.moc"
