@@ -351,7 +351,8 @@ std::optional<qint64> Journal::insertTicket(const QString& table, const Ticket& 
     return run(query) ? std::make_optional(query.lastInsertId().toLongLong()) : std::nullopt;
 }
 
-/// `selection`: what stands after the columns' names in the statement.
+/// `selection`: what stands after the columns' names in the statement: number, way of payment, and
+/// which tickets.
 QVector<Ticket> Journal::readTickets(const QString& selection)
 {
     if (m_fault)
@@ -364,7 +365,8 @@ QVector<Ticket> Journal::readTickets(const QString& selection)
         int at = 0;
         for (const Column& each : columns)
             each.set(ticket, query.value(at++));
-        ticket.number = query.value(at).toLongLong();
+        ticket.number = query.value(at++).toLongLong();
+        ticket.payMethod = query.value(at).toInt();
         tickets.append(ticket);
     });
     return isRead ? tickets : QVector<Ticket>();
@@ -394,7 +396,7 @@ bool Journal::clearBasket()
 
 QVector<Ticket> Journal::basket()
 {
-    return readTickets(QStringLiteral("0 FROM basket ORDER BY line"));
+    return readTickets(QStringLiteral("0, -1 FROM basket ORDER BY line"));
 }
 
 std::optional<QVector<Ticket>> Journal::confirmSale(const QVector<Ticket>& tickets,
@@ -424,6 +426,7 @@ std::optional<QVector<Ticket>> Journal::confirmSale(const QVector<Ticket>& ticke
             if (!number)
                 return false;
             ticket.number = *number;
+            ticket.payMethod = static_cast<int>(method);
         }
         return run(QStringLiteral("DELETE FROM basket"));
     });
@@ -442,7 +445,9 @@ bool Journal::markPrinted(qint64 ticketNumber)
 
 QVector<Ticket> Journal::unprintedTickets()
 {
-    return readTickets(QStringLiteral("number FROM ticket WHERE printed = 0 ORDER BY number"));
+    return readTickets(
+        QStringLiteral("number, pay_method FROM ticket JOIN sale ON ticket.sale = sale.id"
+                       " WHERE printed = 0 ORDER BY number"));
 }
 
 /// The figures of one shift from its tickets.

@@ -17,7 +17,8 @@ constexpr int driverChannel = 1;
 /// One ticket as it is sold: what it is, what it costs, and the trip it was sold on.
 struct Ticket
 {
-    qint64 number = 0; ///< given by the journal when the sale is confirmed; 0 before
+    qint64 number = 0;  ///< given by the journal when the sale is confirmed; 0 before
+    int payMethod = -1; ///< PayMethod as a number once the sale is confirmed; -1 before
     int passengerTypeId = -1;
     int fareProductId = -1;
     int fromStopGroupId = -1;

@@ -85,13 +85,16 @@ void SalesDesk::restore(double maxDebt)
 {
     m_maxDebt = maxDebt;
     showShifts();
-    QVector<Ticket> left = m_journal.unprintedTickets();
-    for (const Ticket& ticket : qAsConst(left))
-        m_toPrint.append(ticket.number);
-    if (left.isEmpty())
-        left = m_journal.basket();
-    for (const Ticket& ticket : qAsConst(left))
+    const QVector<Ticket> unprinted = m_journal.unprintedTickets();
+    for (const Ticket& ticket : unprinted) {
         show(ticket);
+        queueForPrinting(*item(m_models.basket.rowCount() - 1), ticket);
+    }
+    if (unprinted.isEmpty()) {
+        const QVector<Ticket> basket = m_journal.basket();
+        for (const Ticket& ticket : basket)
+            show(ticket);
+    }
     basketChanged();
     emit obstacleChanged();
     if (!m_toPrint.isEmpty())
@@ -309,11 +312,8 @@ bool SalesDesk::pay(SalesDesk::Payment payment)
     if (!sold)
         return refuseByJournal();
     setState(Printing); // before anything is announced: whoever reacts cannot sell it again
-    for (int row = 0; row < sold->size(); ++row) {
-        m_toPrint.append(sold->at(row).number);
-        item(row)->setPayMethod(payment);
-        item(row)->setPayChannel(driverChannel);
-    }
+    for (int row = 0; row < sold->size(); ++row)
+        queueForPrinting(*item(row), sold->at(row));
     if (const auto report = m_journal.runningShift())
         updateRunningReport(*report);
     else
@@ -323,8 +323,18 @@ bool SalesDesk::pay(SalesDesk::Payment payment)
     return true;
 }
 
+/// Sends the ticket of a line on its way to the printer.
+void SalesDesk::queueForPrinting(ShoppingItem& line, const Ticket& ticket)
+{
+    m_toPrint.append(ticket.number);
+    line.setPayMethod(ticket.payMethod);
+    line.setPayChannel(driverChannel);
+}
+
 void SalesDesk::printNext()
 {
+    if (m_state == Selling && m_toPrint.isEmpty())
+        return; // the printer worked for someone else
     if (m_toPrint.isEmpty())
         return finishSale();
     if (!m_printer.fault().isEmpty())

@@ -120,6 +120,7 @@ private:
     void show(const Ticket& ticket);
     void basketChanged();
     void updateBadges(const QVector<Ticket>& tickets);
+    void queueForPrinting(ShoppingItem& line, const Ticket& ticket);
     void printNext();
     void ticketPrinted();
     void finishSale();

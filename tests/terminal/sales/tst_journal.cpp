@@ -1,0 +1,723 @@
+#include "Counter.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <functional>
+#include <memory>
+#include <sys/fsuid.h>
+#include <sys/resource.h>
+
+using namespace rivo::sales;
+using Kind = JournalFault::Kind;
+
+namespace
+{
+
+const QDateTime noon(QDate(2026, 3, 29), QTime(12, 0, 0, 250), Qt::UTC);
+
+Ticket ticket(Minor price, const QString& name = QStringLiteral("single"))
+{
+    Ticket made;
+    made.fareProductName = name;
+    made.price = price;
+    return made;
+}
+
+/// A ticket in which no two fields of a type are equal.
+Ticket distinctTicket()
+{
+    Ticket made;
+    made.passengerTypeId = 1;
+    made.fareProductId = 2;
+    made.fromStopGroupId = 3;
+    made.toStopGroupId = 4;
+    made.description = QStringLiteral("Dziecko 'do' lat 7; \"--\" 😀");
+    made.fareProductName = QStringLiteral("Jednorazowy");
+    made.icon = QStringLiteral("qrc:/icons/child.svg");
+    made.price = 9007199254740993; // not a double
+    made.origin = QStringLiteral("Zakręt");
+    made.destination = QStringLiteral("Łąka");
+    made.isReturnFee = true;
+    made.isDaily = false;
+    made.routeId = 5;
+    made.fromStopId = 6;
+    made.toStopId = 7;
+    made.currentStopId = 8;
+    made.tripsRouteId = 9;
+    made.tripsExecutionId = -10;
+    made.publicRouteExecutionId = QStringLiteral("exec");
+    return made;
+}
+
+QString text(const Ticket& t)
+{
+    return (QStringList{t.description, t.fareProductName, t.icon, t.origin, t.destination,
+                        t.publicRouteExecutionId} +
+            [&t] {
+                QStringList numbers;
+                for (const qint64 number :
+                     {t.number, qint64(t.passengerTypeId), qint64(t.fareProductId),
+                      qint64(t.fromStopGroupId), qint64(t.toStopGroupId), t.price,
+                      qint64(t.isReturnFee), qint64(t.isDaily), qint64(t.routeId),
+                      qint64(t.fromStopId), qint64(t.toStopId), qint64(t.currentStopId),
+                      qint64(t.tripsRouteId), qint64(t.tripsExecutionId)})
+                    numbers.append(QString::number(number));
+                return numbers;
+            }())
+        .join('|');
+}
+
+QVector<Minor> prices(const QVector<Ticket>& tickets)
+{
+    QVector<Minor> all;
+    for (const Ticket& each : tickets)
+        all.append(each.price);
+    return all;
+}
+
+QVector<qint64> numbers(const QVector<Ticket>& tickets)
+{
+    QVector<qint64> all;
+    for (const Ticket& each : tickets)
+        all.append(each.number);
+    return all;
+}
+
+/// "17: 3 tickets 475, 1 by card 190, 1-3".
+QString text(const ShiftReport& report)
+{
+    return QStringLiteral("%1: %2 tickets %3, %4 by card %5, %6-%7")
+        .arg(report.zNumber)
+        .arg(report.ticketCount)
+        .arg(report.ticketSum)
+        .arg(report.cardCount)
+        .arg(report.cardSum)
+        .arg(report.firstTicket)
+        .arg(report.lastTicket);
+}
+
+QString text(const std::optional<ShiftReport>& report)
+{
+    return report ? text(*report) : QStringLiteral("none");
+}
+
+QByteArray contentOf(const QString& file)
+{
+    QFile content(file);
+    return content.open(QIODevice::ReadOnly) ? content.readAll() : QByteArray("unreadable");
+}
+
+void write(const QString& file, const QByteArray& content)
+{
+    QFile target(file);
+    if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size())
+        qFatal("%s cannot be written", qPrintable(file));
+}
+
+/// Executes statements in `file` with plain SQL, outside any journal.
+void executeIn(const QString& file, const QStringList& statements)
+{
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "plain");
+        db.setDatabaseName(file);
+        if (!db.open())
+            qFatal("%s cannot be opened", qPrintable(file));
+        for (const QString& statement : statements) {
+            QSqlQuery query(db);
+            if (!query.exec(statement))
+                qFatal("%s: %s", qPrintable(statement), qPrintable(query.lastError().text()));
+        }
+    }
+    QSqlDatabase::removeDatabase("plain");
+}
+
+bool sell(Journal& journal, const QVector<Minor>& ticketPrices, PayMethod method = PayMethod::Cash)
+{
+    QVector<Ticket> tickets;
+    for (const Minor price : ticketPrices)
+        tickets.append(ticket(price));
+    return journal.confirmSale(tickets, method, noon).has_value();
+}
+
+/// The kind of fault as text; "none" without.
+QString kindOf(const std::optional<JournalFault>& fault)
+{
+    if (!fault)
+        return QStringLiteral("none");
+    switch (fault->kind) {
+    case Kind::Locked:
+        return QStringLiteral("locked");
+    case Kind::Full:
+        return QStringLiteral("full");
+    case Kind::Damaged:
+        return QStringLiteral("damaged");
+    case Kind::Foreign:
+        return QStringLiteral("foreign");
+    case Kind::Unreachable:
+        return QStringLiteral("unreachable");
+    }
+    return {};
+}
+
+/// Limits the size of all files that this process writes while it lives.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        m_handler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limit = m_before;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_before{};
+    void (*m_handler)(int) = nullptr;
+};
+
+/// Something that the journal writes.
+struct Step
+{
+    const char* name;
+    std::function<bool(Journal&)> run;
+};
+
+const std::vector<Step>& steps()
+{
+    static const QString longText(20000, 'x');
+    static const std::vector<Step> all{
+        {"a line of the basket", [](Journal& j) { return j.appendToBasket(ticket(95, longText)); }},
+        {"a sale",
+         [](Journal& j) {
+             return j
+                 .confirmSale({ticket(190), ticket(95, longText), ticket(95)}, PayMethod::Card,
+                              noon)
+                 .has_value();
+         }},
+        {"a printed ticket", [](Journal& j) { return j.markPrinted(1); }},
+        {"a removed line", [](Journal& j) { return j.removeFromBasket(0); }},
+        {"an emptied basket", [](Journal& j) { return j.clearBasket(); }},
+        {"a closed shift", [](Journal& j) { return j.closeShift(noon).has_value(); }}};
+    return all;
+}
+
+} // namespace
+
+class TestJournal : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
+    }
+
+    void notOpenedIsStopped()
+    {
+        Journal journal;
+        QCOMPARE(kindOf(journal.fault()), "unreachable");
+        for (const Step& step : steps())
+            QVERIFY2(!step.run(journal), step.name);
+        QVERIFY(journal.basket().isEmpty());
+        QVERIFY(journal.unprintedTickets().isEmpty());
+        QVERIFY(journal.closedShifts().isEmpty());
+        QVERIFY(!journal.runningShift());
+    }
+
+    void newFileStartsTheFirstShift()
+    {
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+        QCOMPARE(kindOf(journal.fault()), "none");
+        QCOMPARE(text(journal.runningShift()), "17: 0 tickets 0, 0 by card 0, 0-0");
+        QVERIFY(journal.closedShifts().isEmpty());
+        QVERIFY(journal.basket().isEmpty());
+        QVERIFY(journal.unprintedTickets().isEmpty());
+        QCOMPARE(rowsOf(onlyConnection(), "PRAGMA journal_mode"), QStringList("wal"));
+        QCOMPARE(rowsOf(onlyConnection(), "PRAGMA synchronous"), QStringList("2"));
+    }
+
+    void emptyFileIsTakenAsNew()
+    {
+        write(file(), {});
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 3)), "none");
+        QCOMPARE(text(journal.runningShift()), "3: 0 tickets 0, 0 by card 0, 0-0");
+    }
+
+    void everythingIsThereAfterReopening()
+    {
+        {
+            Journal journal;
+            journal.open(file(), euro, 17);
+            QVERIFY(sell(journal, {190, 95}));
+            QVERIFY(journal.closeShift(noon));
+            QVERIFY(sell(journal, {450}, PayMethod::Card));
+            QVERIFY(journal.appendToBasket(distinctTicket()));
+        }
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 99)), "none");
+        QCOMPARE(text(journal.runningShift()), "18: 1 tickets 450, 1 by card 450, 3-3");
+        QCOMPARE(journal.closedShifts().size(), 1);
+        QCOMPARE(text(journal.closedShifts().at(0)), "17: 2 tickets 285, 0 by card 0, 1-2");
+        QCOMPARE(journal.closedShifts().at(0).closedAt, noon);
+        QCOMPARE(journal.basket().size(), 1);
+        QCOMPARE(text(journal.basket().at(0)), text(distinctTicket()));
+        QCOMPARE(numbers(journal.unprintedTickets()), (QVector<qint64>{1, 2, 3}));
+    }
+
+    void openingAgainClosesFirst()
+    {
+        Journal journal;
+        journal.open(file(), euro, 17);
+        QVERIFY(sell(journal, {190}));
+        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+        QCOMPARE(text(journal.runningShift()), "17: 1 tickets 190, 0 by card 0, 1-1");
+        QCOMPARE(QSqlDatabase::connectionNames().size(), 1);
+    }
+
+    /// A journal as shipped is read by what ships later: the tables are an interface.
+    void fileSaysWhatItIs()
+    {
+        {
+            Journal journal;
+            journal.open(file(), euro, 17);
+        }
+        const QByteArray header = contentOf(file()).left(72);
+        QCOMPARE(header.mid(68, 4), QByteArray("RivJ"));
+        QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\1", 4));
+    }
+
+    void refusedFileStaysAsItIs_data()
+    {
+        QTest::addColumn<QByteArray>("content"); // of the file; if empty, `statements` make it
+        QTest::addColumn<QStringList>("statements");
+        QTest::addColumn<QString>("fault");
+
+        const auto file = [](const char* name, const QByteArray& content) {
+            QTest::newRow(name) << content << QStringList() << "damaged";
+        };
+        file("text", "Dear diary, today I sold nothing at all.\n");
+        file("one byte", "S");
+        file("zeros", QByteArray(8192, '\0'));
+        file("database that ends in its header", "SQLite format 3");
+        const auto database = [](const char* name, const QStringList& statements,
+                                 const char* fault) {
+            QTest::newRow(name) << QByteArray() << statements << fault;
+        };
+        database("database of another program", {"CREATE TABLE diary (day)"}, "foreign");
+        database("another program's, with a write-ahead log",
+                 {"PRAGMA journal_mode=WAL", "CREATE TABLE diary (day)"}, "foreign");
+        database("another program's identifier",
+                 {"PRAGMA application_id=77", "CREATE TABLE journal (currency)"}, "foreign");
+        const QString ours = QStringLiteral("PRAGMA application_id=%1").arg(0x5269764a);
+        database("newer version", {ours, "PRAGMA user_version=2", "CREATE TABLE journal (a)"},
+                 "foreign");
+        database("our identifier, other tables",
+                 {ours, "PRAGMA user_version=1", "CREATE TABLE journal (a)"}, "damaged");
+    }
+
+    void refusedFileStaysAsItIs()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QStringList, statements);
+        if (content.isEmpty())
+            executeIn(file(), statements);
+        else
+            write(file(), content);
+        QFETCH(QString, fault);
+        checkRefusal(fault);
+    }
+
+    /// SQLite itself would move the log into the database of anyone who crashed.
+    void unfinishedLogOfAnotherProgramStays()
+    {
+        const QString living = m_folder->filePath("living.db");
+        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "other");
+        db.setDatabaseName(living);
+        QVERIFY(db.open());
+        QSqlQuery query(db);
+        QVERIFY(query.exec("PRAGMA journal_mode=WAL") && query.exec("CREATE TABLE diary (day)"));
+        query.finish();
+        QVERIFY(QFile::copy(living, file()));
+        QVERIFY(QFile::copy(living + "-wal", file() + "-wal"));
+        query = QSqlQuery();
+        db.close();
+        db = QSqlDatabase();
+        QSqlDatabase::removeDatabase("other");
+
+        const QByteArray log = contentOf(file() + "-wal");
+        QVERIFY(!log.isEmpty());
+        const QByteArray before = contentOf(file());
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "foreign");
+        QCOMPARE(contentOf(file()), before);
+        QCOMPARE(contentOf(file() + "-wal"), log);
+    }
+
+    void journalInAnotherCurrencyStaysAsItIs()
+    {
+        {
+            Journal journal;
+            journal.open(file(), Currency("PLN", 2), 17);
+            QVERIFY(sell(journal, {190}));
+        }
+        checkRefusal("foreign");
+    }
+
+    void damageIsFoundAtOpening_data()
+    {
+        QTest::addColumn<int>("page"); // counted from the end; 0 = by statement
+        QTest::addColumn<QString>("statement");
+
+        QTest::newRow("last page is zeros") << 1 << "";
+        QTest::newRow("page in the middle is zeros") << 20 << "";
+        QTest::newRow("total differs from the tickets")
+            << 0 << "UPDATE sale SET total = total + 1 WHERE id = 7";
+        QTest::newRow("ticket is missing") << 0 << "DELETE FROM ticket WHERE number = 12";
+        QTest::newRow("sale is missing") << 0 << "DELETE FROM sale WHERE id = 1";
+        QTest::newRow("all tickets of a sale are missing")
+            << 0 << "DELETE FROM ticket WHERE sale = 3";
+        QTest::newRow("sum of a shift differs from the sales")
+            << 0 << "UPDATE shift SET ticket_sum = 0 WHERE z_number = 17";
+        QTest::newRow("no running shift") << 0 << "DELETE FROM shift WHERE closed_at IS NULL";
+        QTest::newRow("two running shifts") << 0 << "INSERT INTO shift (z_number) VALUES (99)";
+        QTest::newRow("no currency") << 0 << "DELETE FROM journal";
+        QTest::newRow("table is missing") << 0 << "DROP TABLE ticket";
+    }
+
+    void damageIsFoundAtOpening()
+    {
+        QFETCH(int, page);
+        QFETCH(QString, statement);
+        {
+            Journal journal;
+            journal.open(file(), euro, 17);
+            for (int sale = 0; sale < 100; ++sale)
+                QVERIFY(journal.confirmSale({ticket(190, QString(900, 'x')), ticket(95)},
+                                            PayMethod::Cash, noon));
+            QVERIFY(journal.closeShift(noon));
+        }
+        if (page == 0) {
+            executeIn(file(), {statement});
+        } else {
+            QByteArray content = contentOf(file());
+            content.replace(content.size() - page * 4096, 4096, QByteArray(4096, '\0'));
+            write(file(), content);
+        }
+        checkRefusal("damaged");
+    }
+
+    void cutOffFileIsDamaged()
+    {
+        {
+            Journal journal;
+            journal.open(file(), euro, 17);
+            QVERIFY(sell(journal, QVector<Minor>(100, 190)));
+        }
+        QVERIFY(QFile::resize(file(), QFile(file()).size() / 2 / 4096 * 4096));
+        checkRefusal("damaged");
+    }
+
+    void missingFolderIsUnreachable()
+    {
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(m_folder->filePath("none/journal.db"), euro, 17)),
+                 "unreachable");
+        QVERIFY(!QDir(m_folder->filePath("none")).exists());
+    }
+
+    void folderInsteadOfAFileIsUnreachable()
+    {
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(m_folder->path(), euro, 17)), "unreachable");
+    }
+
+    /// As a user who may read the file and no more.
+    void readOnlyFileIsUnreachable()
+    {
+        {
+            Journal journal;
+            journal.open(file(), euro, 17);
+            QVERIFY(sell(journal, {190}));
+        }
+        const QByteArray before = contentOf(file());
+        QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner | QFile::ReadGroup));
+        QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner |
+                                                            QFile::ReadOther | QFile::ExeGroup));
+        constexpr uid_t nobody = 65534;
+        const auto self = static_cast<uid_t>(setfsuid(nobody));
+        const QByteArray readable = contentOf(file());
+        Journal journal;
+        const std::optional<JournalFault> fault = journal.open(file(), euro, 17);
+        const bool isSold = sell(journal, {95});
+        setfsuid(self);
+        QVERIFY(QFile::setPermissions(m_folder->path(),
+                                      QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QCOMPARE(readable, before);
+        QCOMPARE(kindOf(fault), "unreachable");
+        QVERIFY(!isSold);
+        QCOMPARE(contentOf(file()), before);
+    }
+
+    void secondOpenerFindsItLocked()
+    {
+        Journal second;
+        {
+            Journal first;
+            first.open(file(), euro, 17);
+            QCOMPARE(kindOf(second.open(file(), euro, 17)), "locked");
+            QVERIFY(!sell(second, {95}));
+            QVERIFY(sell(first, {190}));
+        }
+        QCOMPARE(kindOf(second.open(file(), euro, 17)), "none");
+        QCOMPARE(text(second.runningShift()), "17: 1 tickets 190, 0 by card 0, 1-1");
+    }
+
+    /// The terminal stays locked out by its twin even if nothing was ever sold.
+    void secondOpenerFindsAnUntouchedOneLocked()
+    {
+        {
+            Journal maker;
+            maker.open(file(), euro, 17);
+        }
+        Journal first;
+        first.open(file(), euro, 17);
+        Journal second;
+        QCOMPARE(kindOf(second.open(file(), euro, 17)), "locked");
+    }
+
+    void basketLines()
+    {
+        Journal journal;
+        journal.open(file(), euro, 17);
+        for (const Minor price : {1, 2, 3, 4})
+            QVERIFY(journal.appendToBasket(ticket(price)));
+        QVERIFY(journal.removeFromBasket(1));
+        QCOMPARE(prices(journal.basket()), (QVector<Minor>{1, 3, 4}));
+        QVERIFY(journal.removeFromBasket(2));
+        QVERIFY(journal.appendToBasket(ticket(5)));
+        QCOMPARE(prices(journal.basket()), (QVector<Minor>{1, 3, 5}));
+        QVERIFY(journal.removeFromBasket(3));
+        QCOMPARE(prices(journal.basket()), (QVector<Minor>{1, 3, 5}));
+        QVERIFY(journal.removeFromBasket(0));
+        QCOMPARE(prices(journal.basket()), (QVector<Minor>{3, 5}));
+        QVERIFY(journal.clearBasket());
+        QVERIFY(journal.basket().isEmpty());
+    }
+
+    void saleNumbersItsTicketsAndEmptiesTheBasket()
+    {
+        Journal journal;
+        journal.open(file(), euro, 17);
+        QVERIFY(journal.appendToBasket(distinctTicket()));
+        const auto sold =
+            journal.confirmSale({distinctTicket(), ticket(95)}, PayMethod::Card, noon);
+        QVERIFY(sold);
+        QCOMPARE(numbers(*sold), (QVector<qint64>{1, 2}));
+        Ticket expected = distinctTicket();
+        expected.number = 1;
+        QCOMPARE(text(sold->at(0)), text(expected));
+        QCOMPARE(text(journal.unprintedTickets().at(0)), text(expected));
+        QVERIFY(journal.basket().isEmpty());
+        QCOMPARE(rowsOf(onlyConnection(), "SELECT shift, sold_at, pay_method, total FROM sale"),
+                 QStringList("17|2026-03-29T12:00:00.250Z|2|9007199254741088"));
+    }
+
+    void nothingCannotBeSold()
+    {
+        Journal journal;
+        journal.open(file(), euro, 17);
+        const QStringList before = journalContent();
+        QVERIFY(!journal.confirmSale({}, PayMethod::Cash, noon));
+        QCOMPARE(journalContent(), before);
+        QCOMPARE(kindOf(journal.fault()), "none");
+    }
+
+    void ticketsArePrintedOneByOne()
+    {
+        Journal journal;
+        journal.open(file(), euro, 17);
+        QVERIFY(sell(journal, {190, 95, 450}));
+        QVERIFY(journal.markPrinted(1));
+        QCOMPARE(numbers(journal.unprintedTickets()), (QVector<qint64>{2, 3}));
+        QVERIFY(journal.markPrinted(3));
+        QCOMPARE(numbers(journal.unprintedTickets()), (QVector<qint64>{2}));
+        QVERIFY(journal.markPrinted(2));
+        QVERIFY(journal.unprintedTickets().isEmpty());
+    }
+
+    void ticketNumbersAreNeverUsedAgain()
+    {
+        {
+            Journal journal;
+            journal.open(file(), euro, 17);
+            QVERIFY(sell(journal, {190, 95}));
+        }
+        executeIn(file(), {"DELETE FROM ticket", "DELETE FROM sale"});
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+        const auto sold = journal.confirmSale({ticket(95)}, PayMethod::Cash, noon);
+        QVERIFY(sold);
+        QCOMPARE(numbers(*sold), (QVector<qint64>{3}));
+    }
+
+    void shiftsAreSummedUpAndNumberedOn()
+    {
+        Journal journal;
+        journal.open(file(), euro, 17);
+        QVERIFY(sell(journal, {190, 95}));
+        QVERIFY(sell(journal, {450}, PayMethod::Card));
+        QVERIFY(sell(journal, {0, 10}, PayMethod::Card));
+        QCOMPARE(text(journal.runningShift()), "17: 5 tickets 745, 3 by card 460, 1-5");
+        const auto closed = journal.closeShift(noon);
+        QCOMPARE(text(closed), "17: 5 tickets 745, 3 by card 460, 1-5");
+        QCOMPARE(closed->closedAt, noon);
+        QCOMPARE(text(journal.runningShift()), "18: 0 tickets 0, 0 by card 0, 0-0");
+        QVERIFY(sell(journal, {7}));
+        QCOMPARE(text(journal.closeShift(noon.addDays(1))), "18: 1 tickets 7, 0 by card 0, 6-6");
+        QCOMPARE(text(journal.closeShift(noon.addDays(2))), "19: 0 tickets 0, 0 by card 0, 0-0");
+        const QVector<ShiftReport> shifts = journal.closedShifts();
+        QCOMPARE(shifts.size(), 3);
+        QCOMPARE(text(shifts.at(0)), text(closed));
+        QCOMPARE(text(shifts.at(1)), "18: 1 tickets 7, 0 by card 0, 6-6");
+        QCOMPARE(shifts.at(1).closedAt, noon.addDays(1));
+        QCOMPARE(text(shifts.at(2)), "19: 0 tickets 0, 0 by card 0, 0-0");
+        QCOMPARE(text(journal.runningShift()), "20: 0 tickets 0, 0 by card 0, 0-0");
+    }
+
+    void fullDiskStopsWithNothingHalfDone_data()
+    {
+        QTest::addColumn<int>("step");
+        QTest::addColumn<bool>("isRefusedByTheSystem");
+
+        for (int step = 0; step < 2; ++step) {
+            QTest::addRow("no page left for %s", steps().at(step).name) << step << false;
+        }
+        for (int step = 0; step < static_cast<int>(steps().size()); ++step)
+            QTest::addRow("no byte left for %s", steps().at(step).name) << step << true;
+    }
+
+    void fullDiskStopsWithNothingHalfDone()
+    {
+        QFETCH(int, step);
+        QFETCH(bool, isRefusedByTheSystem);
+        prepareDay();
+        QStringList before;
+        {
+            Journal journal;
+            QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+            before = journalContent();
+            bool isDone = true;
+            if (isRefusedByTheSystem) {
+                const FileSizeLimit limit(16); // not even the start of a log
+                isDone = steps().at(step).run(journal);
+            } else {
+                const QString pages = rowsOf(onlyConnection(), "PRAGMA page_count").at(0);
+                rowsOf(onlyConnection(), "PRAGMA max_page_count=" + pages);
+                isDone = steps().at(step).run(journal);
+            }
+            QVERIFY(!isDone);
+            QCOMPARE(kindOf(journal.fault()), isRefusedByTheSystem ? "unreachable" : "full");
+            QCOMPARE(journalContent(), before);
+            for (const Step& each : steps())
+                QVERIFY2(!each.run(journal), each.name); // until it is opened anew
+            QCOMPARE(journalContent(), before);
+            QVERIFY(journal.basket().isEmpty());
+        }
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+        QCOMPARE(journalContent(), before);
+        QVERIFY(steps().at(step).run(journal));
+    }
+
+    /// The system takes some of a transaction's bytes and not the rest.
+    void transactionCutOffAtAnyByteIsUndone()
+    {
+        int cuts = 0;
+        for (rlim_t extra = 0;; extra += 1500) {
+            QFile::remove(file());
+            prepareDay();
+            QStringList before;
+            bool isDone = false;
+            {
+                Journal journal;
+                QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+                before = journalContent();
+                const FileSizeLimit limit(extra);
+                isDone = steps().at(1).run(journal);
+                QCOMPARE(isDone, !journal.fault().has_value());
+            }
+            if (isDone)
+                break;
+            ++cuts;
+            Journal journal;
+            QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+            QCOMPARE(journalContent(), before);
+        }
+        QVERIFY2(cuts > 10, qPrintable(QString::number(cuts)));
+    }
+
+    void fullDiskLeavesNoNewFileBehindThatIsRefusedLater()
+    {
+        for (const rlim_t bytes : {0, 100, 4096, 5000, 12288, 20000}) {
+            QFile::remove(file());
+            Journal journal;
+            {
+                const FileSizeLimit limit(bytes);
+                QCOMPARE(kindOf(journal.open(file(), euro, 17)), "unreachable");
+                QVERIFY(!sell(journal, {95}));
+            }
+            QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+            QCOMPARE(text(journal.runningShift()), "17: 0 tickets 0, 0 by card 0, 0-0");
+        }
+    }
+
+private:
+    QString file() const { return m_folder->filePath("journal.db"); }
+
+    void checkRefusal(const QString& fault)
+    {
+        const QByteArray before = contentOf(file());
+        const QStringList entries = QDir(m_folder->path()).entryList(QDir::Files);
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 17)), fault);
+        QVERIFY(!sell(journal, {95}));
+        QVERIFY(!journal.appendToBasket(ticket(95)));
+        QVERIFY(!journal.runningShift());
+        QVERIFY(QSqlDatabase::connectionNames().isEmpty());
+        QCOMPARE(contentOf(file()), before);
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), entries);
+    }
+
+    /// A sale, of which one ticket is printed, and an unfinished basket.
+    void prepareDay()
+    {
+        Journal journal;
+        journal.open(file(), euro, 17);
+        sell(journal, {190, 95});
+        journal.markPrinted(2);
+        journal.appendToBasket(ticket(450));
+        journal.appendToBasket(ticket(95));
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_GUILESS_MAIN(TestJournal)
+#include "tst_journal.moc"
