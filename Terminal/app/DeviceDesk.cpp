@@ -10,7 +10,7 @@ namespace rivo::terminal
 namespace
 {
 
-bool isPrinter(const PeripheralItem& device)
+bool looksLikePrinter(const PeripheralItem& device)
 {
     return device.icon() == QLatin1String("qrc:/icons/printer.svg") ||
            device.name().contains(QLatin1String("printer"), Qt::CaseInsensitive);
@@ -31,7 +31,7 @@ PeripheralItem* DeviceDesk::device(int row) const
 void DeviceDesk::findPrinter()
 {
     for (int row = 0; row < m_devices.rowCount() && m_printerDevice.isNull(); ++row) {
-        if (isPrinter(*device(row)))
+        if (looksLikePrinter(*device(row)))
             m_printerDevice = device(row);
     }
     if (m_printerDevice.isNull()) {
@@ -47,10 +47,11 @@ void DeviceDesk::findPrinter()
 
 void DeviceDesk::deviceChanged()
 {
-    const PeripheralItem& printer = *m_printerDevice;
-    m_printer.setFault(!printer.error()               ? QString()
-                       : printer.stateStr().isEmpty() ? tr("no report from the printer")
-                                                      : printer.stateStr());
+    const bool isFaulty = m_printerDevice.isNull() || m_printerDevice->error();
+    const QString state = m_printerDevice.isNull() ? QString() : m_printerDevice->stateStr();
+    m_printer.setFault(!isFaulty         ? QString()
+                       : state.isEmpty() ? tr("no report from the printer")
+                                         : state);
     int faults = 0;
     for (int row = 0; row < m_devices.rowCount(); ++row)
         faults += device(row)->error() ? 1 : 0;
@@ -62,11 +63,20 @@ void DeviceDesk::deviceChanged()
 
 int DeviceDesk::faults() const { return m_faults; }
 
+bool DeviceDesk::isPrinter(int row) const
+{
+    const PeripheralItem* device = this->device(row);
+    return device != nullptr && looksLikePrinter(*device);
+}
+
 bool DeviceDesk::report(int row, DeviceDesk::Event event, const QString& text)
 {
     PeripheralItem* device = this->device(row);
     if (device == nullptr)
         return false;
+    // Signals follow every step: a fault is gone before its text is, and there after it.
+    if (event != Fault)
+        device->setError(false);
     device->setStateStr(text);
     device->setDeviceState(event);
     device->setBlueWarning(event == Notice);

@@ -42,6 +42,9 @@ public:
 
     int faults() const; ///< devices with an error
 
+    /// False for no such row.
+    Q_INVOKABLE bool isPrinter(int row) const;
+
     /// What the device of `row` reports: flags, state number and text. False for no such row.
     Q_INVOKABLE bool report(int row, rivo::terminal::DeviceDesk::Event event, const QString& text);
 

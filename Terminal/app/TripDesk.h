@@ -21,6 +21,7 @@ namespace rivo::terminal
 class TripDesk : public QObject
 {
     Q_OBJECT
+    Q_PROPERTY(rivo::feed::TripContext* context READ context CONSTANT)
     Q_PROPERTY(QString route READ route CONSTANT)
     Q_PROPERTY(QStringList stops READ stops CONSTANT)
     Q_PROPERTY(int stop READ stop WRITE setStop NOTIFY stopChanged)

@@ -18,14 +18,20 @@ constexpr Seconds day = 86400;
 constexpr int ticksPerSecond = 4;
 constexpr double highestPace = 600.0;
 
+Seconds secondOfDay(Seconds time) { return (time % day + day) % day; }
+
+Seconds duration(const Trip& trip) { return trip.end() - trip.start(); }
+
+/// A trip that takes a day would meet itself; one without places leads nowhere.
+bool canRun(const Trip& trip) { return duration(trip) < day && !trip.path->points().isEmpty(); }
+
 } // namespace
 
 FleetSimulator::FleetSimulator(const Timetable& timetable, AssetsModel& fleet, QObject* parent)
     : QObject(parent), m_timetable(timetable), m_fleet(fleet)
 {
-    if (m_fleet.rowCount() == 0)
-        makeVehicles();
     distributeTrips();
+    keepStatusOfParkedVehicles();
     describeNetwork();
     m_ticks.setInterval(1000 / ticksPerSecond);
     connect(&m_ticks, &QTimer::timeout, this, [this] {
@@ -42,46 +48,99 @@ AssetItem* FleetSimulator::vehicle(int row) const
     return qobject_cast<AssetItem*>(m_fleet.itemFromRow(row));
 }
 
-/// As many vehicles per route as it has trips at the same time.
-void FleetSimulator::makeVehicles()
+void FleetSimulator::distributeTrips()
 {
-    int id = 0;
+    const bool makesVehicles = m_fleet.rowCount() == 0;
+    QHash<int, QVector<AssetItem*>> vehiclesOfRoutes;
+    for (int row = 0; row < m_fleet.rowCount(); ++row)
+        vehiclesOfRoutes[vehicle(row)->routeId()].append(vehicle(row));
+    QHash<int, QVector<const Trip*>> tripsOfRoutes;
+    for (const Trip& trip : m_timetable.trips()) {
+        if (canRun(trip))
+            tripsOfRoutes[trip.route].append(&trip);
+    }
     for (const Route& route : m_timetable.routes()) {
-        QVector<Seconds> freeAt;
-        for (const Trip& trip : m_timetable.trips()) {
-            if (trip.route != route.number)
-                continue;
-            const auto free = std::find_if(freeAt.begin(), freeAt.end(),
-                                           [&trip](Seconds time) { return time <= trip.start(); });
-            if (free != freeAt.end()) {
-                *free = trip.end();
-                continue;
+        QVector<AssetItem*>& vehicles = vehiclesOfRoutes[route.number];
+        for (const Trip* trip : tripsOfRoutes.value(route.number)) {
+            AssetItem* chosen = freeVehicle(vehicles, *trip);
+            if (chosen == nullptr && makesVehicles && m_fleet.rowCount() < mostNewVehicles) {
+                chosen = makeVehicle(route);
+                vehicles.append(chosen);
             }
-            if (id == mostNewVehicles)
-                continue;
-            freeAt.append(trip.end());
-            ++id;
-            m_fleet.appendRow(new AssetItem(id, tr("Bus %1").arg(id), QString::number(id),
-                                            QString(), QString(), route.number, route.title,
-                                            QGeoCoordinate(), false, true, 0.0, &m_fleet));
+            if (chosen != nullptr)
+                m_duties[chosen->id()].insert(secondOfDay(trip->start()), trip);
         }
     }
 }
 
-void FleetSimulator::distributeTrips()
+FleetSimulator::Neighbours FleetSimulator::neighboursOf(const Trip& trip, const Duty& duty)
 {
-    for (const Trip& trip : m_timetable.trips()) {
-        for (int row = 0; row < m_fleet.rowCount(); ++row) {
-            const AssetItem* candidate = vehicle(row);
-            if (candidate->routeId() != trip.route)
-                continue;
-            QVector<const Trip*>& duty = m_duties[candidate->id()];
-            if (!duty.isEmpty() && duty.last()->end() > trip.start())
-                continue;
-            duty.append(&trip);
-            break;
+    // The day is a circle: behind its last trip comes its first.
+    const auto next = duty.lowerBound(secondOfDay(trip.start()));
+    return {next != duty.begin() ? std::prev(next).value() : duty.last(),
+            next != duty.end() ? next.value() : duty.first()};
+}
+
+AssetItem* FleetSimulator::freeVehicle(const QVector<AssetItem*>& vehicles, const Trip& trip) const
+{
+    AssetItem* first = nullptr;
+    for (AssetItem* candidate : vehicles) {
+        const Duty duty = m_duties.value(candidate->id());
+        if (duty.isEmpty()) {
+            first = first == nullptr ? candidate : first;
+            continue;
+        }
+        const Neighbours neighbours = neighboursOf(trip, duty);
+        if (!isBetween(trip, neighbours))
+            continue;
+        if (neighbours.before->calls.last().stop == trip.calls.first().stop)
+            return candidate;
+        first = first == nullptr ? candidate : first;
+    }
+    return first;
+}
+
+/// A trip that starts with another one is not free of it, however short both are.
+bool FleetSimulator::isBetween(const Trip& trip, const Neighbours& neighbours)
+{
+    const Seconds sinceBefore = secondOfDay(trip.start() - neighbours.before->start());
+    const Seconds untilAfter = secondOfDay(neighbours.after->start() - trip.start());
+    return untilAfter > 0 && sinceBefore >= duration(*neighbours.before) &&
+           untilAfter >= duration(trip);
+}
+
+AssetItem* FleetSimulator::makeVehicle(const Route& route)
+{
+    const int id = m_fleet.rowCount() + 1;
+    auto* made =
+        new AssetItem(id, tr("Bus %1").arg(id), QString::number(id), QString(), QString(),
+                      route.number, route.title, QGeoCoordinate(), false, true, 0.0, &m_fleet);
+    m_fleet.appendRow(made);
+    return made;
+}
+
+void FleetSimulator::keepStatusOfParkedVehicles()
+{
+    for (int row = 0; row < m_fleet.rowCount(); ++row) {
+        const AssetItem* parked = vehicle(row);
+        if (!m_duties.contains(parked->id()))
+            m_parkedStatus.insert(parked->id(), parked->drivingStatus());
+    }
+}
+
+int FleetSimulator::vehicleOf(int trip, int route) const
+{
+    for (auto duty = m_duties.cbegin(); duty != m_duties.cend(); ++duty) {
+        for (const Trip* of : *duty) {
+            if (of->number == trip)
+                return duty.key();
         }
     }
+    for (int row = 0; row < m_fleet.rowCount(); ++row) {
+        if (vehicle(row)->routeId() == route)
+            return vehicle(row)->id();
+    }
+    return -1;
 }
 
 void FleetSimulator::describeNetwork()
@@ -120,13 +179,14 @@ QString FleetSimulator::timeText() const
 
 void FleetSimulator::setTime(int time)
 {
-    const Seconds wanted = (time % day + day) % day;
-    const Seconds passed = (wanted - m_time + day) % day;
+    const Seconds wanted = secondOfDay(time);
+    const Seconds passed = secondOfDay(wanted - m_time);
     m_time = wanted;
     for (int id : qAsConst(m_silent))
         m_silentFor[id] = std::min(m_silentFor.value(id) + passed, day);
     report();
-    emit timeChanged();
+    if (passed > 0)
+        emit timeChanged();
 }
 
 void FleetSimulator::setPace(double pace)
@@ -147,6 +207,8 @@ void FleetSimulator::start()
 
 void FleetSimulator::setSilent(int id, bool silent)
 {
+    if (silent == isSilent(id))
+        return;
     if (silent) {
         m_silent.insert(id);
     } else {
@@ -154,6 +216,7 @@ void FleetSimulator::setSilent(int id, bool silent)
         m_silentFor.remove(id);
     }
     report();
+    emit silentChanged(id);
 }
 
 FleetSimulator::Reporting FleetSimulator::reportingOf(int id) const
@@ -167,10 +230,19 @@ FleetSimulator::Reporting FleetSimulator::reportingOf(int id) const
 
 const Trip* FleetSimulator::tripOf(int id) const
 {
-    const QVector<const Trip*> duty = m_duties.value(id);
-    const auto now = std::find_if(duty.cbegin(), duty.cend(),
-                                  [this](const Trip* trip) { return m_time <= trip->end(); });
-    return now != duty.cend() ? *now : duty.isEmpty() ? nullptr : duty.last();
+    const Duty duty = m_duties.value(id);
+    if (duty.isEmpty())
+        return nullptr;
+    const auto next = duty.upperBound(m_time);
+    const Trip* last = next != duty.begin() ? std::prev(next).value() : duty.last();
+    if (isRunning(*last))
+        return last;
+    return next != duty.end() ? next.value() : duty.first();
+}
+
+bool FleetSimulator::isRunning(const Trip& trip) const
+{
+    return secondOfDay(m_time - trip.start()) <= duration(trip);
 }
 
 void FleetSimulator::report()
@@ -194,12 +266,17 @@ void FleetSimulator::reportVehicle(AssetItem& vehicle)
             return;
         }
     }
-    const Trip* trip = tripOf(vehicle.id());
-    if (!vehicle.updated() || trip == nullptr)
+    if (!vehicle.updated())
         return;
-    const Trip::Moment moment = trip->at(m_time);
+    const Trip* trip = tripOf(vehicle.id());
+    if (trip == nullptr) {
+        vehicle.setDrivingStatus(m_parkedStatus.value(vehicle.id()));
+        return;
+    }
+    const bool isWaiting = !isRunning(*trip);
+    const Trip::Moment moment =
+        trip->at(isWaiting ? trip->start() : trip->start() + secondOfDay(m_time - trip->start()));
     const Path::Place place = trip->path->at(moment.metres);
-    const bool isWaiting = m_time < trip->start() || m_time > trip->end();
     vehicle.setAssetCoordinate(place.coordinate);
     vehicle.setDirection(place.direction);
     vehicle.setDrivingStatus(isWaiting          ? tr("waiting")

@@ -4,6 +4,7 @@
 
 #include <QElapsedTimer>
 #include <QHash>
+#include <QMap>
 #include <QObject>
 #include <QSet>
 #include <QTimer>
@@ -18,9 +19,11 @@ namespace rivo::fleet
 /// Runs the vehicles of a fleet along the shapes of a feed by its timetable, and reports their
 /// positions into the fleet's model as a radio would. No network is needed.
 ///
-/// Trips of a route go to the vehicles of that route, each to the first that is free; what no
-/// vehicle is left for does not run. A fleet without vehicles gets as many as its timetable needs.
-/// Vehicles that have no trip of their route stay as the feed has them.
+/// Every day is the same: a trip that passes midnight also runs in the first hours. Trips of a
+/// route go to the vehicles of that route, each to one that is free, best to one that ended its
+/// last trip where this one starts; what no vehicle is left for does not run. A fleet without
+/// vehicles gets as many as its timetable needs. Vehicles that have no trip of their route stay as
+/// the feed has them.
 class FleetSimulator : public QObject
 {
     Q_OBJECT
@@ -63,6 +66,10 @@ public:
     Q_INVOKABLE void setSilent(int id, bool silent);
     Q_INVOKABLE bool isSilent(int id) const { return m_silent.contains(id); }
 
+    /// The vehicle that runs trip `trip` on some part of the day, otherwise the first one of route
+    /// `route`; -1 if there is none.
+    Q_INVOKABLE int vehicleOf(int trip, int route) const;
+
     /// How current a vehicle's row is. Bindings re-evaluate with the role drivingStatus, which
     /// changes with it.
     Q_INVOKABLE rivo::fleet::FleetSimulator::Reporting reportingOf(int id) const;
@@ -72,25 +79,42 @@ public:
     /// Stops to draw: maps of "number", "name" and "coordinate".
     QVariantList stops() const { return m_stops; }
 
-    /// The trip that vehicle `id` runs now, or runs next; null if it has none.
+    /// The trip that vehicle `id` runs now, or runs next, which may be tomorrow; null if it has
+    /// none.
     const Trip* tripOf(int id) const;
 
 signals:
     void timeChanged();
     void paceChanged();
+    void silentChanged(int id);
 
 private:
-    void makeVehicles();
+    /// Trips of one vehicle by the second of the day that they start at; they never overlap.
+    using Duty = QMap<Seconds, const Trip*>;
+
+    struct Neighbours
+    {
+        const Trip* before;
+        const Trip* after;
+    };
+
+    static Neighbours neighboursOf(const Trip& trip, const Duty& duty);
+    static bool isBetween(const Trip& trip, const Neighbours& neighbours);
     void distributeTrips();
+    AssetItem* freeVehicle(const QVector<AssetItem*>& vehicles, const Trip& trip) const;
+    AssetItem* makeVehicle(const Route& route);
+    void keepStatusOfParkedVehicles();
     void describeNetwork();
+    bool isRunning(const Trip& trip) const;
     void report();
     void reportVehicle(AssetItem& vehicle);
     AssetItem* vehicle(int row) const;
 
     const Timetable m_timetable;
     AssetsModel& m_fleet;
-    QHash<int, QVector<const Trip*>> m_duties; ///< trips by vehicle, by start time
-    QHash<int, Seconds> m_silentFor;           ///< since its last report, by vehicle
+    QHash<int, Duty> m_duties;          ///< by vehicle
+    QHash<int, QString> m_parkedStatus; ///< what the feed says of a vehicle without a duty
+    QHash<int, Seconds> m_silentFor;    ///< since its last report, by vehicle
     QSet<int> m_silent;
     QVariantList m_lines;
     QVariantList m_stops;

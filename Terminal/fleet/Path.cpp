@@ -3,6 +3,7 @@
 #include <QtMath>
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 namespace rivo::fleet
@@ -10,6 +11,9 @@ namespace rivo::fleet
 
 namespace
 {
+
+/// Metres; a way that comes back this close to a place has come back to it.
+constexpr double samePlace = 15.0;
 
 /// How far along the way from `a` to `b` the foot of `p` lies, 0 to 1; on a plane, which holds over
 /// the length of one piece of a shape.
@@ -63,23 +67,37 @@ Path::Place Path::at(double metres) const
 
 double Path::nearest(const QGeoCoordinate& coordinate, double from) const
 {
-    double best = std::numeric_limits<double>::infinity();
-    double metres = qBound(0.0, from, length());
+    struct Candidate
+    {
+        double metres;
+        double distance;
+    };
+    QVector<Candidate> candidates; // the nearest point of every piece that is not before `from`
+    double least = std::numeric_limits<double>::infinity();
     for (int i = 1; i < m_points.size(); ++i) {
         const double size = m_metres.at(i) - m_metres.at(i - 1);
         const double foot = footOf(coordinate, m_points.at(i - 1), m_points.at(i));
-        const double candidate = std::max(m_metres.at(i - 1) + foot * size, from);
-        if (candidate > m_metres.at(i))
+        const double metres = std::max(m_metres.at(i - 1) + foot * size, from);
+        if (metres > m_metres.at(i))
             continue;
-        const double share = (candidate - m_metres.at(i - 1)) / size;
+        const double share = (metres - m_metres.at(i - 1)) / size;
         const double distance =
             coordinate.distanceTo(between(m_points.at(i - 1), m_points.at(i), share));
-        if (distance < best) {
-            best = distance;
-            metres = candidate;
-        }
+        candidates.append({metres, distance});
+        least = std::min(least, distance);
     }
-    return metres;
+    if (candidates.isEmpty())
+        return qBound(0.0, from, length());
+
+    auto pass = std::find_if(candidates.cbegin(), candidates.cend(), [least](const Candidate& c) {
+        return c.distance <= least + samePlace;
+    });
+    for (auto next = std::next(pass);
+         next != candidates.cend() &&
+         (next->distance < pass->distance || next->metres <= pass->metres);
+         ++next)
+        pass = next;
+    return pass->metres;
 }
 
 } // namespace rivo::fleet

@@ -25,7 +25,8 @@ public:
     /// The place at `metres`, which is limited to the path.
     Place at(double metres) const;
 
-    /// Metres of the point of the path that is nearest to `coordinate`, not before `from`.
+    /// Metres of the point of the path that is nearest to `coordinate`, not before `from`. Where
+    /// the path passes it several times, as loops do, of the first pass.
     double nearest(const QGeoCoordinate& coordinate, double from) const;
 
 private:

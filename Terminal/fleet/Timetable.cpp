@@ -38,12 +38,12 @@ QString mainService(const Network& network)
     QHash<QString, int> sizes;
     for (const feed::NetworkTrip& trip : network.trips)
         ++sizes[trip.serviceId];
-    QString best;
-    for (const feed::NetworkTrip& trip : network.trips) {
-        if (sizes.value(trip.serviceId) > sizes.value(best))
-            best = trip.serviceId;
-    }
-    return best;
+    const auto largest =
+        std::max_element(network.trips.cbegin(), network.trips.cend(),
+                         [&sizes](const feed::NetworkTrip& a, const feed::NetworkTrip& b) {
+                             return sizes.value(a.serviceId) < sizes.value(b.serviceId);
+                         });
+    return largest == network.trips.cend() ? QString() : largest->serviceId;
 }
 
 QGeoCoordinate coordinateOf(double latitude, double longitude) { return {latitude, longitude}; }
@@ -71,9 +71,9 @@ bool completeTimes(QVector<Call>& calls)
         if (!isTimed(calls.at(i)))
             continue;
         const Seconds from = calls.at(last).departure;
-        const Seconds span = calls.at(i).arrival - from;
+        const qint64 span = calls.at(i).arrival - from;
         for (int between = last + 1; between < i; ++between) {
-            const Seconds time = from + span / (i - last) * (between - last);
+            const Seconds time = from + static_cast<Seconds>(span * (between - last) / (i - last));
             calls[between].arrival = time;
             calls[between].departure = time;
         }
@@ -85,6 +85,14 @@ bool completeTimes(QVector<Call>& calls)
             return false;
     }
     return true;
+}
+
+QVector<int> stopsOf(const QVector<Call>& calls)
+{
+    QVector<int> stops;
+    for (const Call& call : calls)
+        stops.append(call.stop);
+    return stops;
 }
 
 std::shared_ptr<const Path> pathThrough(const QVector<Call>& calls)
@@ -159,6 +167,7 @@ Timetable::Timetable(const Network& network)
                                           stop->areas, 0.0, time.arrival, time.departure});
     }
 
+    QHash<QVector<int>, std::shared_ptr<const Path>> pathsByStops;
     const QString service = mainService(network);
     for (const feed::NetworkTrip& record : network.trips) {
         Trip trip{tripNumbers.value(record.id),
@@ -169,8 +178,12 @@ Timetable::Timetable(const Network& network)
                   callsOfTrips.value(record.id)};
         if (record.serviceId != service || !completeTimes(trip.calls))
             continue;
-        if (!trip.path)
-            trip.path = pathThrough(trip.calls);
+        if (!trip.path || trip.path->length() <= 0.0) {
+            std::shared_ptr<const Path>& path = pathsByStops[stopsOf(trip.calls)];
+            if (!path)
+                path = pathThrough(trip.calls);
+            trip.path = path;
+        }
         measure(trip.calls, *trip.path);
         m_trips.append(trip);
     }

@@ -1,6 +1,137 @@
 import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
 import Rivo.Terminal 1.0
 
+/// Where the vehicles are: the map, the list of all of them, and the pace of the simulation.
 Item {
+    id: root
+
     required property Terminal terminal
+    readonly property FleetSimulator fleet: terminal.fleet
+    readonly property int ownId: fleet.vehicleOf(terminal.trip.context.tripsExecutionId,
+                                                 terminal.trip.context.routeId)
+    property int chosenId: ownId
+    property bool follow: false
+    property bool chosenIsSilent: false
+
+    function readSilence() {
+        chosenIsSilent = fleet.isSilent(chosenId)
+    }
+
+    onChosenIdChanged: readSilence()
+    Component.onCompleted: readSilence()
+    Connections {
+        target: root.fleet
+        function onSilentChanged() {
+            root.readSilence()
+        }
+    }
+
+    FleetMap {
+        anchors.left: parent.left
+        anchors.right: panel.left
+        height: parent.height
+        clip: true
+        terminal: root.terminal
+        chosenId: root.chosenId
+        ownId: root.ownId
+        follow: root.follow
+        onPanned: root.follow = false
+        onVehicleTapped: root.chosenId = id
+    }
+    Rectangle {
+        id: panel
+
+        anchors.right: parent.right
+        width: Math.max(290, Math.min(340, parent.width * 0.3))
+        height: parent.height
+        color: Theme.surface
+
+        ListView {
+            id: vehicles
+
+            objectName: "vehicleLines"
+            anchors.top: parent.top
+            anchors.bottom: tools.top
+            anchors.left: parent.left
+            anchors.right: parent.right
+            clip: true
+            model: root.terminal.vehicles
+            boundsBehavior: Flickable.StopAtBounds
+            T.ScrollBar.vertical: ScrollMark {}
+            delegate: VehicleLine {
+                width: vehicles.width
+                reporting: drivingStatus, root.fleet.reportingOf(model.id)
+                own: model.id === root.ownId
+                checked: model.id === root.chosenId
+                onClicked: {
+                    root.chosenId = model.id
+                    checked = Qt.binding(() => model.id === root.chosenId)
+                }
+            }
+            EmptyText {
+                visible: vehicles.count === 0
+                text: qsTr("This feed has no vehicles.")
+            }
+        }
+        Column {
+            id: tools
+
+            anchors.bottom: parent.bottom
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.margins: Theme.gap
+            topPadding: Theme.gap
+            spacing: Theme.gap
+            Row {
+                width: parent.width
+                spacing: Theme.gap
+                PanelButton {
+                    objectName: "followButton"
+                    width: (parent.width - Theme.gap) / 2
+                    look: root.follow ? PanelButton.Accent : PanelButton.Plain
+                    iconSource: "qrc:/icons/gps.svg"
+                    text: qsTr("Follow")
+                    enabled: root.chosenId >= 0
+                    Accessible.checkable: true
+                    Accessible.checked: root.follow
+                    onClicked: root.follow = !root.follow
+                }
+                PanelButton {
+                    objectName: "silenceButton"
+                    width: (parent.width - Theme.gap) / 2
+                    look: root.chosenIsSilent ? PanelButton.Accent : PanelButton.Plain
+                    iconSource: "qrc:/icons/offline.svg"
+                    text: qsTr("Radio off")
+                    enabled: root.chosenId >= 0
+                    Accessible.checkable: true
+                    Accessible.checked: root.chosenIsSilent
+                    onClicked: root.fleet.setSilent(root.chosenId, !root.chosenIsSilent)
+                }
+            }
+            Row {
+                width: parent.width
+                spacing: Theme.gap
+                Repeater {
+                    model: [1, 10, 60]
+                    PanelButton {
+                        required property int modelData
+
+                        objectName: "pace" + modelData
+                        width: (parent.width - 2 * Theme.gap) / 3
+                        look: root.fleet.pace === modelData ? PanelButton.Accent
+                                                            : PanelButton.Plain
+                        text: "×" + modelData
+                        Accessible.name: qsTr("%1 times the pace of the clock").arg(modelData)
+                        onClicked: root.fleet.pace = modelData
+                    }
+                }
+            }
+        }
+        Rectangle {
+            width: 1
+            height: parent.height
+            color: Theme.line
+        }
+    }
 }

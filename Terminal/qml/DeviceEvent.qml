@@ -1,0 +1,66 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+import Rivo.Terminal 1.0
+
+/// One event that a device may be made to report.
+T.AbstractButton {
+    id: root
+
+    required property var modelData
+    readonly property int event: modelData.event
+
+    objectName: "event-" + modelData.text
+    implicitHeight: Theme.touch
+    focusPolicy: Qt.NoFocus
+    Accessible.name: modelData.text
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: root.down ? Theme.line : Theme.raised
+        Rectangle {
+            width: 6
+            height: parent.height
+            radius: 3
+            color: icon.color
+        }
+    }
+    contentItem: Item {
+        Icon {
+            id: icon
+
+            x: Theme.gap + 6
+            anchors.verticalCenter: parent.verticalCenter
+            source: root.event === DeviceDesk.Ready ? "qrc:/icons/ok.svg"
+                  : root.event === DeviceDesk.Notice ? "qrc:/icons/info.svg"
+                  : root.event === DeviceDesk.Fault ? "qrc:/icons/error.svg"
+                  : "qrc:/icons/warning.svg"
+            color: root.event === DeviceDesk.Ready ? Theme.ok
+                 : root.event === DeviceDesk.Notice ? Theme.notice
+                 : root.event === DeviceDesk.Warning ? Theme.warning
+                 : root.event === DeviceDesk.Fault ? Theme.error
+                 : Theme.night ? "#ffb074" : "#b84a00"
+        }
+        PlainText {
+            anchors.left: icon.right
+            anchors.leftMargin: Theme.gap
+            anchors.right: kind.left
+            anchors.rightMargin: Theme.gap
+            height: parent.height
+            text: root.modelData.text
+            font.weight: Font.DemiBold
+        }
+        PlainText {
+            id: kind
+
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.gap
+            height: parent.height
+            text: root.event === DeviceDesk.Ready ? ""
+                : root.event === DeviceDesk.Notice ? qsTr("notice")
+                : root.event === DeviceDesk.Warning ? qsTr("warning")
+                : root.event === DeviceDesk.SeriousWarning ? qsTr("serious") : qsTr("fault")
+            font.pixelSize: Theme.smallText
+            color: Theme.mutedText
+        }
+    }
+}

@@ -1,0 +1,173 @@
+import QtQuick 2.15
+import QtLocation 5.15 as Location
+import QtPositioning 5.15
+import Rivo.Terminal 1.0
+
+/// Lines, stops and vehicles on a map without tiles, which needs no network.
+Item {
+    id: root
+
+    required property Terminal terminal
+    property int chosenId: -1
+    property int ownId: -1
+    property bool follow: false
+    /// The map was moved by a finger.
+    signal panned
+    signal vehicleTapped(int id)
+
+    readonly property int margin: 40
+    readonly property int ownRoute: terminal.trip.context.routeId
+
+    function zoomBy(steps) {
+        map.zoomLevel = Math.max(map.minimumZoomLevel,
+                                 Math.min(map.maximumZoomLevel, map.zoomLevel + steps))
+    }
+
+    /// Brings the line of this vehicle's trip into view; all lines if it has none, and where
+    /// there are no lines what else there is.
+    function fit() {
+        const lines = root.terminal.fleet.lines
+        const own = lines.filter(line => line.route === root.ownRoute)
+        let points = []
+        for (const line of own.length > 0 ? own : lines)
+            points = points.concat(line.path)
+        if (points.length < 2) {
+            map.fitViewportToVisibleMapItems()
+            return
+        }
+        // Room for the buttons, which lie on the map's east.
+        const region = QtPositioning.rectangle(points)
+        const covered = buttons.width / Math.max(1, map.width - buttons.width - 2 * margin)
+        const east = region.bottomRight
+        east.longitude = Math.min(180, east.longitude + region.width * covered)
+        region.bottomRight = east
+        map.fitViewportToGeoShape(region, margin)
+    }
+
+    onWidthChanged: fitting.restart()
+    onHeightChanged: fitting.restart()
+    Timer {
+        id: fitting
+
+        interval: 0
+        onTriggered: if (!root.follow && map.width > 0 && map.height > 0) root.fit()
+    }
+
+    Location.Map {
+        id: map
+
+        objectName: "map"
+        anchors.fill: parent
+        plugin: Location.Plugin { name: "itemsoverlay" }
+        color: Theme.background
+        copyrightsVisible: false
+        minimumZoomLevel: 6
+        maximumZoomLevel: 18
+        gesture.acceptedGestures: Location.MapGestureArea.PanGesture | Location.MapGestureArea.FlickGesture
+                                  | Location.MapGestureArea.PinchGesture
+        gesture.onPanStarted: root.panned()
+
+        Location.MapItemView {
+            model: root.terminal.fleet.lines
+            delegate: Location.MapPolyline {
+                required property var modelData
+                readonly property color own: root.terminal.color(modelData.color, Theme.accent)
+
+                path: modelData.path
+                line.width: modelData.route === root.ownRoute ? 6 : 4
+                line.color: Theme.night ? Qt.lighter(own, 1.4) : own
+            }
+        }
+        Location.MapItemView {
+            model: root.terminal.fleet.stops
+            delegate: Location.MapQuickItem {
+                id: stop
+
+                required property var modelData
+
+                coordinate: modelData.coordinate
+                anchorPoint.x: 7
+                anchorPoint.y: 7
+                sourceItem: Item {
+                    width: 14
+                    height: 14
+                    Rectangle {
+                        anchors.fill: parent
+                        radius: 7
+                        color: Theme.surface
+                        border.width: 3
+                        border.color: Theme.mutedText
+                    }
+                    PlainText {
+                        x: 18
+                        anchors.verticalCenter: parent.verticalCenter
+                        visible: map.zoomLevel >= 12.2
+                        text: stop.modelData.name
+                        font.pixelSize: Theme.smallText
+                        color: Theme.mutedText
+                        style: Text.Outline
+                        styleColor: Theme.background
+                    }
+                }
+            }
+        }
+        Location.MapItemView {
+            model: root.terminal.vehicles
+            delegate: VehicleMark {
+                id: mark
+
+                readonly property bool isFollowed: root.follow && chosen
+
+                reporting: drivingStatus, root.terminal.fleet.reportingOf(model.id)
+                chosen: model.id === root.chosenId
+                own: model.id === root.ownId
+                onTapped: root.vehicleTapped(model.id)
+                onAssetCoordinateChanged: center()
+                onIsFollowedChanged: center()
+                function center() {
+                    if (isFollowed && assetCoordinate.isValid)
+                        map.center = assetCoordinate
+                }
+            }
+        }
+    }
+    Rectangle {
+        anchors.fill: parent
+        visible: root.terminal.fleet.lines.length === 0 && root.terminal.vehicles.count === 0
+        color: Theme.background
+        EmptyText {
+            objectName: "emptyMapText"
+            text: qsTr("This feed has no lines and no vehicles.")
+            font.pixelSize: Theme.largeText
+        }
+    }
+    Column {
+        id: buttons
+
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.margins: Theme.gap
+        spacing: Theme.gap
+        PanelButton {
+            objectName: "zoomIn"
+            text: "+"
+            Accessible.name: qsTr("Closer")
+            onClicked: root.zoomBy(1)
+        }
+        PanelButton {
+            objectName: "zoomOut"
+            text: "−"
+            Accessible.name: qsTr("Further away")
+            onClicked: root.zoomBy(-1)
+        }
+        PanelButton {
+            objectName: "showLine"
+            iconSource: "qrc:/icons/fleet.svg"
+            Accessible.name: qsTr("Show the whole line")
+            onClicked: {
+                root.panned()
+                root.fit()
+            }
+        }
+    }
+}

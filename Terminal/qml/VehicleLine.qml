@@ -1,0 +1,120 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+import Rivo.Terminal 1.0
+
+/// One vehicle of the list: registration, route, what it does and how current that is.
+T.AbstractButton {
+    id: root
+
+    required property var model
+    required property string registrationNumber
+    required property string drivingStatus
+    required property string routeStatus
+    required property string routeName
+    /// How current the vehicle is; FleetSimulator.Reporting.
+    property int reporting: FleetSimulator.Live
+    property bool own: false
+
+    implicitHeight: 68
+    checkable: true
+    focusPolicy: Qt.NoFocus
+    Accessible.name: root.registrationNumber + ", " + root.drivingStatus
+
+    ReportingLook {
+        id: look
+
+        reporting: root.reporting
+    }
+    background: Rectangle {
+        color: root.checked || root.down ? Theme.raised : Theme.surface
+        Rectangle {
+            width: 6
+            height: parent.height
+            color: look.color
+        }
+        Rectangle {
+            anchors.bottom: parent.bottom
+            width: parent.width
+            height: 1
+            color: Theme.line
+        }
+    }
+    contentItem: Item {
+        Column {
+            x: Theme.gap + 6
+            width: parent.width - x - Theme.gap
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 1
+            Item {
+                width: parent.width
+                height: 22
+                PlainText {
+                    id: registration
+
+                    height: parent.height
+                    width: Math.min(implicitWidth, parent.width - status.width - ownTag.width
+                                                   - 2 * Theme.gap)
+                    text: root.registrationNumber
+                    font.weight: Font.DemiBold
+                    color: root.reporting === FleetSimulator.Offline ? Theme.mutedText : Theme.text
+                }
+                Rectangle {
+                    id: ownTag
+
+                    anchors.left: registration.right
+                    anchors.leftMargin: 6
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: root.own
+                    width: visible ? ownText.implicitWidth + 10 : 0
+                    height: 18
+                    radius: 4
+                    color: Theme.accent
+                    PlainText {
+                        id: ownText
+
+                        anchors.centerIn: parent
+                        text: qsTr("this bus")
+                        font.pixelSize: 12
+                        font.weight: Font.DemiBold
+                        color: Theme.accentInk
+                    }
+                }
+                Row {
+                    id: status
+
+                    anchors.right: parent.right
+                    height: parent.height
+                    spacing: 4
+                    Icon {
+                        anchors.verticalCenter: parent.verticalCenter
+                        size: 16
+                        source: look.icon
+                        color: look.color
+                    }
+                    PlainText {
+                        objectName: "statusText"
+                        height: parent.height
+                        text: root.drivingStatus
+                        font.pixelSize: Theme.smallText
+                        font.weight: Font.DemiBold
+                        color: root.reporting === FleetSimulator.Offline ? Theme.mutedText
+                                                                         : look.color
+                    }
+                }
+            }
+            PlainText {
+                width: parent.width
+                text: root.routeName === "" ? qsTr("no route") : root.routeName
+                font.pixelSize: Theme.smallText
+                color: root.routeName === "" ? Theme.mutedText : Theme.text
+            }
+            PlainText {
+                width: parent.width
+                visible: text !== ""
+                text: root.routeStatus
+                font.pixelSize: Theme.smallText
+                color: Theme.mutedText
+            }
+        }
+    }
+}

@@ -1,0 +1,115 @@
+import QtQuick 2.15
+import QtLocation 5.15 as Location
+import Rivo.Terminal 1.0
+
+/// One vehicle on the map: an arrow in the direction of travel, with its number.
+Location.MapQuickItem {
+    id: root
+
+    required property var model
+    required property string registrationNumber
+    required property string internalNumber
+    required property var assetCoordinate
+    required property string drivingStatus
+    required property double direction
+    required property bool inView
+    /// How current the vehicle is; FleetSimulator.Reporting.
+    property int reporting: FleetSimulator.Live
+    property bool chosen: false
+    property bool own: false
+    signal tapped
+
+    coordinate: assetCoordinate
+    visible: inView && assetCoordinate.isValid
+    z: root.chosen ? 3 : root.own ? 2 : 1
+    anchorPoint.x: sourceItem.width / 2
+    anchorPoint.y: sourceItem.height / 2
+
+    sourceItem: Item {
+        width: Theme.touch + 20
+        height: arrow.height + 2 * tag.height
+
+        ReportingLook {
+            id: look
+
+            reporting: root.reporting
+        }
+        Item {
+            id: arrow
+
+            objectName: "arrow"
+            anchors.centerIn: parent
+            width: Theme.touch
+            height: Theme.touch
+            rotation: root.direction
+            Rectangle {
+                anchors.horizontalCenter: parent.horizontalCenter
+                y: 5
+                width: 24
+                height: 24
+                rotation: 45
+                antialiasing: true
+                color: look.color
+            }
+            Rectangle {
+                anchors.centerIn: parent
+                width: 36
+                height: 36
+                radius: 18
+                antialiasing: true
+                color: look.color
+                border.width: 3
+                border.color: root.chosen ? Theme.text : root.own ? Theme.accent : look.color
+            }
+            Icon {
+                anchors.centerIn: parent
+                size: 24
+                source: "qrc:/icons/vehicle.svg"
+                color: Theme.surface
+            }
+        }
+        Rectangle {
+            id: tag
+
+            // Behind the vehicle, where it does not cover the arrow's head.
+            readonly property bool isAbove: root.direction > 90 && root.direction < 270
+
+            y: isAbove ? 6 : parent.height - height - 6
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: tagText.implicitWidth + 12
+            height: 20
+            radius: 4
+            color: root.own ? Theme.accent : Theme.surface
+            border.width: 1
+            border.color: root.chosen ? Theme.text : look.color
+            PlainText {
+                id: tagText
+
+                anchors.centerIn: parent
+                text: root.internalNumber === "" ? root.registrationNumber : root.internalNumber
+                font.pixelSize: 13
+                font.weight: Font.DemiBold
+                color: root.own ? Theme.accentInk : Theme.text
+            }
+        }
+        Rectangle {
+            anchors.left: arrow.right
+            anchors.leftMargin: -16
+            anchors.top: arrow.top
+            visible: root.reporting !== FleetSimulator.Live
+            width: 22
+            height: 22
+            radius: 11
+            color: Theme.surface
+            Icon {
+                anchors.centerIn: parent
+                size: 16
+                source: look.icon
+                color: look.color
+            }
+        }
+        TapHandler {
+            onTapped: root.tapped()
+        }
+    }
+}
