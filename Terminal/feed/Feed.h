@@ -169,10 +169,18 @@ struct NetworkShape
     QVector<NetworkShapePoint> points; ///< in the order of travel
 };
 
+/// The days of the week that trips run on.
+struct NetworkService
+{
+    QString id;
+    int days = 0; ///< bit 0 = Monday ... bit 6 = Sunday
+};
+
 /// Where the vehicles run.
 struct Network
 {
     QVector<NetworkZone> zones;
+    QVector<NetworkService> services; ///< empty = nothing is known of the days
     QVector<NetworkRoute> routes;
     QVector<NetworkTrip> trips;
     QVector<NetworkStop> stops;

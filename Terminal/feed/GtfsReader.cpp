@@ -38,6 +38,7 @@ constexpr auto stopsFile = "stops.txt";
 constexpr auto stopAreasFile = "stop_areas.txt";
 constexpr auto routesFile = "routes.txt";
 constexpr auto shapesFile = "shapes.txt";
+constexpr auto calendarFile = "calendar.txt";
 constexpr auto tripsFile = "trips.txt";
 constexpr auto stopTimesFile = "stop_times.txt";
 
@@ -103,6 +104,7 @@ public:
         readStopAreas();
         readRoutes();
         readShapes();
+        readCalendar();
         readTrips();
         readStopTimes();
         if (!m_report.hasProblems())
@@ -304,6 +306,21 @@ private:
                 shapes.append({row.id, {}});
             shapes.last().points.append(row);
         }
+    }
+
+    void readCalendar()
+    {
+        Ids services;
+        readIfThere<CalendarRow>(calendarFile, [&](const CalendarRow& row) {
+            if (!define(services, row, "service_id", row.service))
+                return;
+            int days = 0;
+            int bit = 0;
+            for (const int runs : {row.monday, row.tuesday, row.wednesday, row.thursday, row.friday,
+                                   row.saturday, row.sunday})
+                days |= runs << bit++;
+            m_feed.network.services.append({row.service, days});
+        });
     }
 
     void readTrips()

@@ -249,6 +249,31 @@ struct Columns<TripRow>
     };
 };
 
+struct CalendarRow : Row
+{
+    QString service;
+    int monday = 0;
+    int tuesday = 0;
+    int wednesday = 0;
+    int thursday = 0;
+    int friday = 0;
+    int saturday = 0;
+    int sunday = 0;
+};
+
+template <>
+struct Columns<CalendarRow>
+{
+    using R = CalendarRow;
+    static constexpr FieldRule day = required.within(0, 1);
+    static constexpr Column<R> table[] = {
+        {"service_id", &R::service, required}, {"monday", &R::monday, day},
+        {"tuesday", &R::tuesday, day},         {"wednesday", &R::wednesday, day},
+        {"thursday", &R::thursday, day},       {"friday", &R::friday, day},
+        {"saturday", &R::saturday, day},       {"sunday", &R::sunday, day},
+    };
+};
+
 struct StopTimeRow : Row, NetworkStopTime
 {
     QString arrivalText;

@@ -2,6 +2,8 @@
 
 #include <Feed.h>
 
+#include <QSet>
+
 #include <algorithm>
 #include <iterator>
 
@@ -32,18 +34,37 @@ QHash<QString, int> numbersOf(const Records& records)
     return numbers;
 }
 
-/// The service with the most trips, the first one of equals.
-QString mainService(const Network& network)
+/// The services of the day of the week with the most trips, the first one of equals. Where nothing
+/// is known of the days it is the service with the most trips.
+QSet<QString> servicesOfBusiestDay(const Network& network)
 {
     QHash<QString, int> sizes;
     for (const feed::NetworkTrip& trip : network.trips)
         ++sizes[trip.serviceId];
+    QSet<QString> busiest;
+    int most = 0;
+    for (int day = 0; day < 7; ++day) {
+        QSet<QString> services;
+        int trips = 0;
+        for (const feed::NetworkService& service : network.services) {
+            if ((service.days >> day & 1) == 0)
+                continue;
+            services.insert(service.id);
+            trips += sizes.value(service.id);
+        }
+        if (trips > most) {
+            most = trips;
+            busiest = services;
+        }
+    }
+    if (most > 0)
+        return busiest;
     const auto largest =
         std::max_element(network.trips.cbegin(), network.trips.cend(),
                          [&sizes](const feed::NetworkTrip& a, const feed::NetworkTrip& b) {
                              return sizes.value(a.serviceId) < sizes.value(b.serviceId);
                          });
-    return largest == network.trips.cend() ? QString() : largest->serviceId;
+    return largest == network.trips.cend() ? QSet<QString>() : QSet<QString>({largest->serviceId});
 }
 
 QGeoCoordinate coordinateOf(double latitude, double longitude) { return {latitude, longitude}; }
@@ -168,7 +189,7 @@ Timetable::Timetable(const Network& network)
     }
 
     QHash<QVector<int>, std::shared_ptr<const Path>> pathsByStops;
-    const QString service = mainService(network);
+    const QSet<QString> services = servicesOfBusiestDay(network);
     for (const feed::NetworkTrip& record : network.trips) {
         Trip trip{tripNumbers.value(record.id),
                   routeNumbers.value(record.routeId, -1),
@@ -176,7 +197,7 @@ Timetable::Timetable(const Network& network)
                   record.headsign,
                   shapes.value(record.shapeId),
                   callsOfTrips.value(record.id)};
-        if (record.serviceId != service || !completeTimes(trip.calls))
+        if (!services.contains(record.serviceId) || !completeTimes(trip.calls))
             continue;
         if (!trip.path || trip.path->length() <= 0.0) {
             std::shared_ptr<const Path>& path = pathsByStops[stopsOf(trip.calls)];

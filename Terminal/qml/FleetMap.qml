@@ -15,7 +15,7 @@ Item {
     signal panned
     signal vehicleTapped(int id)
 
-    readonly property int margin: 40
+    readonly property int margin: 52
     readonly property int ownRoute: terminal.trip.context.routeId
 
     function zoomBy(steps) {

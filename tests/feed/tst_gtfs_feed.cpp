@@ -152,6 +152,7 @@ void GtfsFeedTest::theLakesideFeed()
     QCOMPARE(network.stopTimes.size(), 13);
     QCOMPARE(network.stopTimes.at(9).arrival, 24 * 3600 + 18 * 60);
     QCOMPARE(network.shapes.size(), 2);
+    QVERIFY(!network.services.isEmpty());
 }
 
 void GtfsFeedTest::products_data()
@@ -475,6 +476,20 @@ void GtfsFeedTest::theNetwork()
     QCOMPARE(bare.feed->network.stops.at(0).areas, QVector<int>({1, 2}));
     QCOMPARE(bare.feed->network.routes.at(0).color, QString());
     QVERIFY(bare.feed->network.zones.isEmpty());
+    QVERIFY(bare.feed->network.services.isEmpty());
+
+    // Days of the week, and a service of none.
+    const FeedResult calendar = loadGtfs(
+        base + Files{{"calendar.txt",
+                      "service_id,monday,tuesday,wednesday,thursday,friday,saturday,sunday,"
+                      "start_date\nWD,1,1,0,1,1,0,0,20240101\nSU,0,0,0,0,0,0,1,\nX,0,0,0,0,0,0,0,"
+                      "\n"}});
+    REQUIRE_FEED(calendar);
+    QStringList services;
+    for (const NetworkService& service : calendar.feed->network.services)
+        services.append(
+            QStringLiteral("%1 %2").arg(service.id).arg(service.days, 7, 2, QLatin1Char('0')));
+    QCOMPARE(services, QStringList({"WD 0011011", "SU 1000000", "X 0000000"}));
 
     // Areas that are no numbers, one of them without a name.
     const FeedResult areas =
@@ -591,6 +606,14 @@ void GtfsFeedTest::problems_data()
     row("default that is neither 0 nor 1", {{"rider_categories.txt", categoryHeader + "1,,2\n2,,"}},
         {"gtfs/rider_categories.txt:2: is_default_fare_category: \"2\", expected an integer from 0 "
          "to 1"});
+    row("service defined twice, and a day that is none",
+        {{"calendar.txt", "service_id,monday,tuesday,wednesday,thursday,friday,saturday,sunday\n"
+                          "W,1,1,1,1,1,0,0\nW,1,1,1,1,1,0,2\n"}},
+        {"gtfs/calendar.txt:3: sunday: \"2\", expected an integer from 0 to 1",
+         "gtfs/calendar.txt:3: service_id: \"W\", expected each id once"});
+    row("calendar without Sundays",
+        {{"calendar.txt", "service_id,monday,tuesday,wednesday,thursday,friday,saturday\n"}},
+        {"gtfs/calendar.txt:1: sunday: missing, expected a column of this name"});
     row("area defined twice", {{"areas.txt", "area_id\n10\n20\n10\n"}},
         {"gtfs/areas.txt:4: area_id: \"10\", expected each id once"});
     row("unknown areas and product in a leg rule",
