@@ -10,6 +10,7 @@
 #include <QQuickWindow>
 #include <QtTest>
 
+#include <cstdio>
 #include <functional>
 #include <memory>
 
@@ -68,7 +69,9 @@ QStringList g_warnings;
 
 void keepWarnings(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
-    if (type != QtDebugMsg && type != QtInfoMsg)
+    if (type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+    else if (type != QtDebugMsg && type != QtInfoMsg)
         g_warnings.append(message);
 }
 
@@ -104,6 +107,8 @@ struct Shown
     void show(const QString& page, const QSize& size)
     {
         screen = std::make_unique<Screen>(terminal, page, size);
+        if (screen->window() == nullptr)
+            qFatal("%s", qPrintable(g_warnings.join('\n')));
         screen->window()->show();
         QVERIFY(QTest::qWaitForWindowExposed(screen->window()));
     }
