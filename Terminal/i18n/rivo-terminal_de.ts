@@ -109,6 +109,137 @@
     </message>
 </context>
 <context>
+    <name>DeviceCard</name>
+    <message>
+        <source>No. %1</source>
+        <translation>Nr. %1</translation>
+    </message>
+    <message>
+        <source>has not reported yet</source>
+        <translation>noch keine Meldung</translation>
+    </message>
+    <message>
+        <source>no details</source>
+        <translation>keine Angaben</translation>
+    </message>
+    <message>
+        <source>Notice</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Serious</source>
+        <translation>Ernst</translation>
+    </message>
+    <message>
+        <source>Fault</source>
+        <translation>Störung</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceEvent</name>
+    <message>
+        <source>notice</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>serious</source>
+        <translation>ernst</translation>
+    </message>
+    <message>
+        <source>fault</source>
+        <translation>Störung</translation>
+    </message>
+</context>
+<context>
+    <name>DevicesPage</name>
+    <message>
+        <source>Simulated: choose what it reports.</source>
+        <translation>Simuliert: wählen, was es meldet.</translation>
+    </message>
+    <message>
+        <source>Ready</source>
+        <translation>Bereit</translation>
+    </message>
+    <message>
+        <source>Updating</source>
+        <translation>Wird aktualisiert</translation>
+    </message>
+    <message>
+        <source>Paper low</source>
+        <translation>Wenig Papier</translation>
+    </message>
+    <message>
+        <source>Weak signal</source>
+        <translation>Schwaches Signal</translation>
+    </message>
+    <message>
+        <source>Too hot</source>
+        <translation>Zu heiß</translation>
+    </message>
+    <message>
+        <source>Paper jam</source>
+        <translation>Papierstau</translation>
+    </message>
+    <message>
+        <source>Cover open</source>
+        <translation>Klappe offen</translation>
+    </message>
+    <message>
+        <source>Out of paper</source>
+        <translation>Papier leer</translation>
+    </message>
+    <message>
+        <source>No connection</source>
+        <translation>Keine Verbindung</translation>
+    </message>
+</context>
+<context>
+    <name>FleetMap</name>
+    <message>
+        <source>This feed has no lines and no vehicles.</source>
+        <translation>Diese Daten enthalten weder Linien noch Fahrzeuge.</translation>
+    </message>
+    <message>
+        <source>Closer</source>
+        <translation>Näher</translation>
+    </message>
+    <message>
+        <source>Further away</source>
+        <translation>Weiter weg</translation>
+    </message>
+    <message>
+        <source>Show the whole line</source>
+        <translation>Ganze Linie zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>FleetPage</name>
+    <message>
+        <source>This feed has no vehicles.</source>
+        <translation>Diese Daten enthalten keine Fahrzeuge.</translation>
+    </message>
+    <message>
+        <source>Follow</source>
+        <translation>Folgen</translation>
+    </message>
+    <message>
+        <source>Radio off</source>
+        <translation>Funk aus</translation>
+    </message>
+    <message>
+        <source>%1 times the pace of the clock</source>
+        <translation>%1-fache Geschwindigkeit der Uhr</translation>
+    </message>
+</context>
+<context>
     <name>Main</name>
     <message>
         <source>Sell</source>
@@ -392,6 +523,17 @@
     <message>
         <source>expired</source>
         <translation>abgelaufen</translation>
+    </message>
+</context>
+<context>
+    <name>VehicleLine</name>
+    <message>
+        <source>this bus</source>
+        <translation>dieser Bus</translation>
+    </message>
+    <message>
+        <source>no route</source>
+        <translation>keine Linie</translation>
     </message>
 </context>
 <context>
