@@ -1,6 +1,6 @@
 #include "Screen.h"
 
-#include "Terminal.h"
+#include "TerminalTypes.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -9,6 +9,9 @@
 #include <QQuickWindow>
 #include <QSaveFile>
 #include <QTimer>
+
+// Generated from TerminalTypes.h: registers the types when an engine first imports them.
+#include <TerminalRegistration.inc>
 
 // The resources of a static library. The macro wants a function outside of all namespaces.
 static void initResources()
@@ -26,25 +29,9 @@ namespace
 /// Long enough for pages that load on demand, and for animations to end.
 constexpr int settlingTime = 1200;
 
-template <typename T>
-void registerUncreatable(const char* name)
-{
-    qmlRegisterUncreatableType<T>("Rivo.Terminal", 1, 0, name,
-                                  QStringLiteral("Made by the terminal, not by QML."));
-}
-
 } // namespace
 
-void Screen::registerTypes()
-{
-    initResources();
-    registerUncreatable<Terminal>("Terminal");
-    registerUncreatable<sales::SalesDesk>("SalesDesk");
-    registerUncreatable<fleet::FleetSimulator>("FleetSimulator");
-    registerUncreatable<TripDesk>("TripDesk");
-    registerUncreatable<DeviceDesk>("DeviceDesk");
-    registerUncreatable<CatalogueDesk>("CatalogueDesk");
-}
+void Screen::registerTypes() { initResources(); }
 
 Screen::Screen(Terminal& terminal, const QString& page, const QSize& size)
 {

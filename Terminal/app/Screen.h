@@ -16,7 +16,7 @@ class Terminal;
 class Screen
 {
 public:
-    /// Registers the types of the import Rivo.Terminal 1.0. Once per process, before any Screen.
+    /// Makes the QML documents and icons known. Once per process, before any Screen.
     static void registerTypes();
 
     /// Shows `terminal`, opened at `page`. `terminal` outlives the screen.

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "CatalogueDesk.h"
+#include "DeviceDesk.h"
+#include "Terminal.h"
+#include "TripDesk.h"
+
+#include <FleetSimulator.h>
+#include <SalesDesk.h>
+#include <TripContext.h>
+
+#include <QObject>
+#include <QtQml>
+
+// The types of the import Rivo.Terminal 1.0: each declaration gives a class its QML name. Both the
+// registration with the engine and what qmllint knows of them are generated from these. All are
+// made by the terminal, none by QML.
+
+#define RIVO_TERMINAL_TYPE(TYPE, NAME)                                                             \
+    Q_GADGET                                                                                       \
+    QML_FOREIGN(TYPE)                                                                              \
+    QML_NAMED_ELEMENT(NAME)                                                                        \
+    QML_UNCREATABLE("is made by the terminal, not by QML")
+
+struct TerminalType
+{
+    RIVO_TERMINAL_TYPE(rivo::terminal::Terminal, Terminal)
+};
+
+struct CatalogueDeskType
+{
+    RIVO_TERMINAL_TYPE(rivo::terminal::CatalogueDesk, CatalogueDesk)
+};
+
+struct DeviceDeskType
+{
+    RIVO_TERMINAL_TYPE(rivo::terminal::DeviceDesk, DeviceDesk)
+};
+
+struct TripDeskType
+{
+    RIVO_TERMINAL_TYPE(rivo::terminal::TripDesk, TripDesk)
+};
+
+struct TripContextType
+{
+    RIVO_TERMINAL_TYPE(rivo::feed::TripContext, TripContext)
+};
+
+struct FleetSimulatorType
+{
+    RIVO_TERMINAL_TYPE(rivo::fleet::FleetSimulator, FleetSimulator)
+};
+
+struct SalesDeskType
+{
+    RIVO_TERMINAL_TYPE(rivo::sales::SalesDesk, SalesDesk)
+};
