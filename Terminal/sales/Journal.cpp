@@ -1,6 +1,7 @@
 #include "Journal.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -122,24 +123,32 @@ JournalFault faultOf(const QSqlError& error)
     }
 }
 
-/// Why a file that is there is not ours. Read without SQLite, which would finish the interrupted
-/// transactions of any database that it opens.
+/// Why a file is neither ours nor to be made. Read without SQLite, which would finish the
+/// interrupted transactions of any database that it opens, and throw away the log of an empty one.
 std::optional<JournalFault> headerFault(const QString& file)
 {
     constexpr int idOffset = 68;
     constexpr int headerSize = idOffset + static_cast<int>(sizeof(qint32));
     QFile content(file);
-    if (!content.open(QIODevice::ReadOnly))
-        return std::nullopt; // not there, or SQLite will say why
-    const QByteArray header = content.read(headerSize);
+    if (content.exists() && !content.open(QIODevice::ReadOnly))
+        return std::nullopt; // SQLite will say why
+    const QByteArray header = content.isOpen() ? content.read(headerSize) : QByteArray();
     if (header.isEmpty())
-        return std::nullopt;
+        return QFileInfo(file + QLatin1String("-wal")).size() > 0
+                   ? std::make_optional(damaged(QStringLiteral("a log without its database")))
+                   : std::nullopt;
     if (header.size() < headerSize || !header.startsWith("SQLite format 3"))
         return damaged(QStringLiteral("not a database"));
     const auto id = qFromBigEndian<qint32>(header.constData() + idOffset);
     if (id != applicationId)
         return foreign(QStringLiteral("application id %1").arg(id));
     return std::nullopt;
+}
+
+/// What an amount of the journal means: "EUR 2".
+QString moneyText(const Currency& currency)
+{
+    return QStringLiteral("%1 %2").arg(currency.code()).arg(currency.decimals());
 }
 
 /// What holds in every journal.
@@ -233,12 +242,12 @@ bool Journal::hasValidContent(const Currency& currency)
             return stop(damaged(
                 QStringLiteral("%1: %2").arg(QLatin1String(check.statement), result->toString())));
     }
-    const std::optional<QVariant> code = value("SELECT currency FROM journal");
-    if (!code)
+    const std::optional<QVariant> kept = value("SELECT currency || ' ' || decimals FROM journal");
+    if (!kept)
         return false;
-    return code->toString() == currency.code() ||
+    return kept->toString() == moneyText(currency) ||
            stop(foreign(
-               QStringLiteral("kept in %1, not in %2").arg(code->toString(), currency.code())));
+               QStringLiteral("kept in %1, not in %2").arg(kept->toString(), moneyText(currency))));
 }
 
 bool Journal::createTables(const Currency& currency, qint64 firstZNumber)
@@ -247,7 +256,8 @@ bool Journal::createTables(const Currency& currency, qint64 firstZNumber)
         const QStringList statements{
             QStringLiteral("PRAGMA application_id=%1").arg(applicationId),
             QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion),
-            QStringLiteral("CREATE TABLE journal (currency TEXT NOT NULL)"),
+            QStringLiteral(
+                "CREATE TABLE journal (currency TEXT NOT NULL, decimals INTEGER NOT NULL)"),
             QStringLiteral("CREATE TABLE shift (z_number INTEGER PRIMARY KEY, closed_at TEXT,"
                            " ticket_count INTEGER, ticket_sum INTEGER, card_count INTEGER,"
                            " card_sum INTEGER, first_ticket INTEGER, last_ticket INTEGER)"),
@@ -268,8 +278,9 @@ bool Journal::createTables(const Currency& currency, qint64 firstZNumber)
                 return false;
         }
         QSqlQuery journal(database());
-        journal.prepare(QStringLiteral("INSERT INTO journal VALUES (?)"));
+        journal.prepare(QStringLiteral("INSERT INTO journal VALUES (?, ?)"));
         journal.addBindValue(currency.code());
+        journal.addBindValue(currency.decimals());
         QSqlQuery shift(database());
         shift.prepare(QStringLiteral("INSERT INTO shift (z_number) VALUES (?)"));
         shift.addBindValue(firstZNumber);

@@ -22,7 +22,7 @@ struct JournalFault
         Locked,     ///< another program has it open
         Full,       ///< no space left
         Damaged,    ///< its content is broken
-        Foreign,    ///< not a journal of this terminal, of a newer version, or in another currency
+        Foreign,    ///< not a journal of this terminal, of another version, or of other money
         Unreachable ///< cannot be opened, read or written
     };
     Kind kind = Kind::Unreachable;

@@ -370,14 +370,44 @@ private slots:
         QCOMPARE(contentOf(file() + "-wal"), log);
     }
 
-    void journalInAnotherCurrencyStaysAsItIs()
+    void journalOfOtherMoneyStaysAsItIs_data()
     {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<int>("decimals");
+
+        QTest::newRow("another currency") << "PLN" << 2;
+        QTest::newRow("same code, other minor units") << "EUR" << 3;
+    }
+
+    void journalOfOtherMoneyStaysAsItIs()
+    {
+        QFETCH(QString, code);
+        QFETCH(int, decimals);
         {
             Journal journal;
-            journal.open(file(), Currency("PLN", 2), 17);
+            journal.open(file(), Currency(code, decimals), 17);
             QVERIFY(sell(journal, {190}));
         }
         checkRefusal("foreign");
+    }
+
+    /// The sales may be in the log: a new journal would throw it away.
+    void logWithoutItsDatabaseStays_data()
+    {
+        QTest::addColumn<bool>("isThere");
+
+        QTest::newRow("database is empty") << true;
+        QTest::newRow("database is missing") << false;
+    }
+
+    void logWithoutItsDatabaseStays()
+    {
+        QFETCH(bool, isThere);
+        if (isThere)
+            write(file(), {});
+        write(file() + "-wal", "all that was sold today");
+        checkRefusal("damaged");
+        QCOMPARE(contentOf(file() + "-wal"), QByteArray("all that was sold today"));
     }
 
     void damageIsFoundAtOpening_data()
