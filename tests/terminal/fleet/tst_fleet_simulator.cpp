@@ -1,0 +1,629 @@
+#include "FleetSimulator.h"
+#include "SignalLog.h"
+#include "TestNetwork.h"
+
+#include <AssetItem.h>
+#include <AssetsModel.h>
+#include <FeedLoader.h>
+#include <FeedToModels.h>
+
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <limits>
+
+using namespace rivo;
+using fleet::FleetSimulator;
+using fleet::Timetable;
+using fleet::Trip;
+
+namespace
+{
+
+/// From stop 1 to stop 4, three thousandths of a degree east, and back.
+QStringList out(const QString& start, const QString& end) { return {"1 " + start, "4 " + end}; }
+
+QStringList back(const QString& start, const QString& end) { return {"4 " + start, "1 " + end}; }
+
+/// A fleet with a simulator on it.
+struct Fleet
+{
+    explicit Fleet(const feed::Network& network, const QVector<int>& routesOfVehicles = {})
+        : model(&owner)
+    {
+        int id = 100;
+        for (const int route : routesOfVehicles) {
+            ++id;
+            model.appendRow(new AssetItem(id, QString("R %1").arg(id), "", "in the depot",
+                                          "off duty", route, "", QGeoCoordinate(1, 2), false, true,
+                                          15.0, &model));
+        }
+        simulator = std::make_unique<FleetSimulator>(Timetable(network), model);
+    }
+
+    AssetItem& vehicle(int id) { return *qobject_cast<AssetItem*>(model.findById(id)); }
+
+    /// Thousandths of a degree east of the origin.
+    double east(int id) { return vehicle(id).assetCoordinate().longitude() * 1000.0; }
+
+    int tripOf(int id) const
+    {
+        const Trip* trip = simulator->tripOf(id);
+        return trip == nullptr ? -1 : trip->number;
+    }
+
+    QObject owner;
+    AssetsModel model;
+    std::unique_ptr<FleetSimulator> simulator;
+};
+
+constexpr int hour = 3600;
+constexpr int minute = 60;
+
+} // namespace
+
+class FleetSimulatorTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void vehiclesFollowTheirPathExactly_data();
+    void vehiclesFollowTheirPathExactly();
+    void directionsAndStops();
+    void timeIsTakenModuloTheDay_data();
+    void timeIsTakenModuloTheDay();
+    void tripsPassMidnight_data();
+    void tripsPassMidnight();
+    void whatCannotRunStands_data();
+    void whatCannotRunStands();
+    void vehiclesAreMadeForAFeedWithout();
+    void notMoreThanFiftyVehiclesAreMade();
+    void tripsGoToVehiclesThatAreFree();
+    void vehiclesGoOnFromWhereTheyAre();
+    void dutiesNeverOverlap_data();
+    void dutiesNeverOverlap();
+    void pace_data();
+    void pace();
+    void silence();
+    void silenceOfAParkedVehicle();
+    void neverHeardOf();
+    void signalsOfAVehicleThatMoves();
+    void noSignalsForAVehicleThatStands();
+    void linesAndStops();
+    void vehicleOf();
+    void timeText_data();
+    void timeText();
+    void runsByItself();
+    void shippedFeeds_data();
+    void shippedFeeds();
+    void aRealFeed();
+};
+
+void FleetSimulatorTest::vehiclesFollowTheirPathExactly_data()
+{
+    QTest::addColumn<int>("time");
+    QTest::addColumn<double>("east");
+    QTest::addColumn<QString>("status");
+    QTest::newRow("waiting at the first stop") << 0 << 1.0 << "waiting";
+    QTest::newRow("second of departure") << 8 * hour << 1.0 << "at a stop";
+    QTest::newRow("a third of the way") << 8 * hour + 10 * minute << 2.0 << "driving";
+    QTest::newRow("one second") << 8 * hour + 1 << 1.0 + 3.0 / 1800 << "driving";
+    QTest::newRow("half of the way") << 8 * hour + 15 * minute << 2.5 << "driving";
+    QTest::newRow("second of arrival") << 8 * hour + 30 * minute << 4.0 << "at a stop";
+    QTest::newRow("then it waits for tomorrow") << 8 * hour + 30 * minute + 1 << 1.0 << "waiting";
+}
+
+void FleetSimulatorTest::vehiclesFollowTheirPathExactly()
+{
+    QFETCH(int, time);
+    QFETCH(double, east);
+    QFETCH(QString, status);
+    Fleet fleet(TestNetwork().trip("1", "5", out("8:00:00", "8:30:00")), {5});
+    fleet.simulator->setTime(time);
+    QCOMPARE(fleet.simulator->time(), time);
+    QVERIFY2(qAbs(fleet.east(101) - east) < 1e-6, qPrintable(QString::number(fleet.east(101))));
+    QCOMPARE(fleet.vehicle(101).assetCoordinate().latitude(), 0.0);
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), status);
+    QCOMPARE(fleet.vehicle(101).routeStatus(), QString("to Stop 4"));
+    QVERIFY(fleet.vehicle(101).updated());
+    QCOMPARE(fleet.vehicle(101).registrationNumber(), QString("R 101"));
+}
+
+void FleetSimulatorTest::directionsAndStops()
+{
+    Fleet fleet(TestNetwork()
+                    .trip("1", "5", {"1 8:00:00", "2 8:10:00 8:20:00", "4 8:30:00"}, {}, {}, "Sea")
+                    .trip("2", "5", back("9:00:00", "9:30:00")),
+                {5});
+    fleet.simulator->setTime(8 * hour + 5 * minute);
+    QVERIFY(qAbs(fleet.vehicle(101).direction() - 90.0) < 0.01);
+    QCOMPARE(fleet.vehicle(101).routeStatus(), QString("to Sea"));
+    fleet.simulator->setTime(8 * hour + 15 * minute);
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("at a stop"));
+    QVERIFY(qAbs(fleet.east(101) - 2.0) < 1e-6);
+    fleet.simulator->setTime(9 * hour + 10 * minute);
+    QVERIFY(qAbs(fleet.vehicle(101).direction() - 270.0) < 0.01);
+    QVERIFY(qAbs(fleet.east(101) - 3.0) < 1e-6);
+    QCOMPARE(fleet.tripOf(101), 2);
+}
+
+void FleetSimulatorTest::timeIsTakenModuloTheDay_data()
+{
+    QTest::addColumn<int>("time");
+    QTest::addColumn<int>("wanted");
+    QTest::newRow("midnight") << 0 << 0;
+    QTest::newRow("last second of the day") << 86399 << 86399;
+    QTest::newRow("24:00 is 0:00") << 86400 << 0;
+    QTest::newRow("tomorrow") << 86400 + 5 << 5;
+    QTest::newRow("one second before") << -1 << 86399;
+    QTest::newRow("yesterday") << -86400 << 0;
+    QTest::newRow("the largest number") << std::numeric_limits<int>::max() << 2147483647 % 86400;
+    QTest::newRow("the smallest number")
+        << std::numeric_limits<int>::min() << 86400 - (2147483647 % 86400) - 1;
+}
+
+void FleetSimulatorTest::timeIsTakenModuloTheDay()
+{
+    QFETCH(int, time);
+    QFETCH(int, wanted);
+    Fleet fleet(TestNetwork().trip("1", "5", out("8:00:00", "8:30:00")), {5});
+    fleet.simulator->setTime(time);
+    QCOMPARE(fleet.simulator->time(), wanted);
+}
+
+void FleetSimulatorTest::tripsPassMidnight_data()
+{
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<int>("time");
+    QTest::addColumn<double>("east");
+    QTest::addColumn<QString>("status");
+    const QStringList over = out("23:45:00", "24:15:00");
+    QTest::newRow("before midnight") << over << 86400 - 5 * minute << 2.0 << "driving";
+    QTest::newRow("at midnight") << over << 0 << 2.5 << "driving";
+    QTest::newRow("after midnight") << over << 5 * minute << 3.0 << "driving";
+    QTest::newRow("arrival") << over << 15 * minute << 4.0 << "at a stop";
+    QTest::newRow("the rest of the day") << over << 15 * minute + 1 << 1.0 << "waiting";
+    const QStringList behind = out("25:00:00", "25:30:00");
+    QTest::newRow("a trip behind midnight") << behind << hour + 10 * minute << 2.0 << "driving";
+    QTest::newRow("a trip behind midnight, before it") << behind << hour - 1 << 1.0 << "waiting";
+    const QStringList late = out("49:00:00", "49:30:00");
+    QTest::newRow("a trip behind the second midnight")
+        << late << hour + 20 * minute << 3.0 << "driving";
+}
+
+void FleetSimulatorTest::tripsPassMidnight()
+{
+    QFETCH(QStringList, calls);
+    QFETCH(int, time);
+    QFETCH(double, east);
+    QFETCH(QString, status);
+    Fleet fleet(TestNetwork().trip("1", "5", calls), {5});
+    fleet.simulator->setTime(time);
+    QVERIFY2(qAbs(fleet.east(101) - east) < 1e-6, qPrintable(QString::number(fleet.east(101))));
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), status);
+}
+
+void FleetSimulatorTest::whatCannotRunStands_data()
+{
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<int>("route");
+    QTest::newRow("a trip of a whole day") << out("8:00:00", "32:00:00") << 5;
+    QTest::newRow("a trip whose stops are nowhere") << QStringList{"8 8:00:00", "9 9:00:00"} << 5;
+    QTest::newRow("a trip of another route") << out("8:00:00", "9:00:00") << 6;
+    QTest::newRow("no times") << QStringList{"1", "4"} << 5;
+}
+
+void FleetSimulatorTest::whatCannotRunStands()
+{
+    QFETCH(QStringList, calls);
+    QFETCH(int, route);
+    TestNetwork network;
+    network.stops[7].latitude = qQNaN();
+    network.stops[8].longitude = qQNaN();
+    Fleet fleet(network.trip("1", "5", calls), {route});
+    SignalLog signalLog(&fleet.model);
+    fleet.simulator->setTime(8 * hour + 60);
+    QCOMPARE(signalLog.take(), QStringList());
+    QCOMPARE(fleet.vehicle(101).assetCoordinate(), QGeoCoordinate(1, 2));
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("in the depot"));
+    QCOMPARE(fleet.tripOf(101), -1);
+    QCOMPARE(fleet.tripOf(4711), -1);
+}
+
+void FleetSimulatorTest::vehiclesAreMadeForAFeedWithout()
+{
+    Fleet fleet(TestNetwork()
+                    .trip("1", "5", out("8:00:00", "9:00:00"))
+                    .trip("2", "6", out("8:30:00", "9:30:00"))
+                    .trip("3", "5", back("8:30:00", "9:30:00"))
+                    .trip("4", "5", back("9:00:00", "9:20:00"))
+                    .trip("5", "5", out("23:30:00", "32:45:00")));
+    // Route 5 needs a third one for the trip that comes back from yesterday.
+    QCOMPARE(fleet.model.rowCount(), 4);
+    QVector<int> routes;
+    for (int id = 1; id <= 4; ++id) {
+        const AssetItem& made = fleet.vehicle(id);
+        QCOMPARE(made.registrationNumber(), QString("Bus %1").arg(id));
+        QCOMPARE(made.internalNumber(), QString::number(id));
+        QVERIFY(made.inView());
+        routes.append(made.routeId());
+    }
+    QCOMPARE(routes, QVector<int>({5, 5, 5, 6}));
+    QCOMPARE(fleet.vehicle(1).routeName(), QString("East - West"));
+    fleet.simulator->setTime(9 * hour + 10 * minute);
+    QCOMPARE(fleet.tripOf(1), 4);
+    QCOMPARE(fleet.tripOf(2), 3);
+    QCOMPARE(fleet.tripOf(3), 5);
+    QCOMPARE(fleet.tripOf(4), 2);
+    QVERIFY(fleet.vehicle(1).assetCoordinate().isValid());
+
+    QCOMPARE(Fleet(TestNetwork()).model.rowCount(), 0);
+}
+
+void FleetSimulatorTest::notMoreThanFiftyVehiclesAreMade()
+{
+    TestNetwork network;
+    for (int id = 1; id <= 70; ++id)
+        network.trip(QString::number(id), id <= 35 ? "5" : "6", out("8:00:00", "9:00:00"));
+    Fleet fleet(network);
+    QCOMPARE(fleet.model.rowCount(), FleetSimulator::mostNewVehicles);
+    QCOMPARE(fleet.vehicle(50).routeId(), 6);
+}
+
+void FleetSimulatorTest::tripsGoToVehiclesThatAreFree()
+{
+    Fleet fleet(TestNetwork()
+                    .trip("1", "5", out("8:00:00", "9:00:00"))
+                    .trip("2", "5", out("8:30:00", "9:30:00"))
+                    .trip("3", "5", out("8:40:00", "8:50:00")) // nobody is left
+                    .trip("4", "6", out("8:00:00", "9:00:00")),
+                {5, 7, 5});
+    fleet.simulator->setTime(8 * hour + 45 * minute);
+    QCOMPARE(fleet.tripOf(101), 1);
+    QCOMPARE(fleet.tripOf(102), -1);
+    QCOMPARE(fleet.tripOf(103), 2);
+    QCOMPARE(fleet.model.rowCount(), 3);
+}
+
+void FleetSimulatorTest::vehiclesGoOnFromWhereTheyAre()
+{
+    // Both are free at 9:00, at opposite ends.
+    Fleet fleet(TestNetwork()
+                    .trip("1", "5", out("8:00:00", "9:00:00"))
+                    .trip("2", "5", back("8:00:00", "9:00:00"))
+                    .trip("3", "5", out("9:00:00", "9:30:00"))
+                    .trip("4", "5", back("9:00:00", "9:30:00")),
+                {5, 5});
+    fleet.simulator->setTime(9 * hour + 10 * minute);
+    QCOMPARE(fleet.tripOf(101), 4);
+    QCOMPARE(fleet.tripOf(102), 3);
+}
+
+void FleetSimulatorTest::dutiesNeverOverlap_data()
+{
+    QTest::addColumn<int>("vehicles");
+    QTest::newRow("fewer vehicles than needed") << 3;
+    QTest::newRow("vehicles as they are needed") << 0;
+}
+
+void FleetSimulatorTest::dutiesNeverOverlap()
+{
+    QFETCH(int, vehicles);
+    // Trips of 1 to 400 minutes at odd times over one and a half days.
+    TestNetwork network;
+    constexpr int trips = 40;
+    for (int id = 1; id <= trips; ++id) {
+        const int start = id * 7919 % 129600;
+        const int end = start + minute + id * 3571 % 24000;
+        const auto text = [](int time) {
+            return QString("%1:%2:%3")
+                .arg(time / 3600)
+                .arg(time / 60 % 60, 2, 10, QLatin1Char('0'))
+                .arg(time % 60, 2, 10, QLatin1Char('0'));
+        };
+        network.trip(QString::number(id), "5", out(text(start), text(end)));
+    }
+    Fleet fleet(network, QVector<int>(vehicles, 5));
+    QVERIFY(fleet.model.rowCount() > 0);
+
+    // Whoever runs a trip at its start runs it to its end.
+    const Timetable timetable(network);
+    int run = 0;
+    for (const Trip& trip : timetable.trips()) {
+        QSet<int> runners;
+        bool isWhole = true;
+        for (int time = trip.start() + 1; time < trip.end(); time += 30) {
+            fleet.simulator->setTime(time);
+            QSet<int> now;
+            for (int row = 0; row < fleet.model.rowCount(); ++row) {
+                const AssetItem* vehicle = qobject_cast<AssetItem*>(fleet.model.itemFromRow(row));
+                if (vehicle->drivingStatus() == "driving" &&
+                    fleet.tripOf(vehicle->id()) == trip.number)
+                    now.insert(vehicle->id());
+            }
+            QVERIFY(now.size() <= 1);
+            isWhole = isWhole && (runners.isEmpty() || runners == now);
+            runners.unite(now);
+        }
+        QVERIFY(isWhole && runners.size() <= 1);
+        run += runners.size();
+    }
+    if (vehicles == 0)
+        QCOMPARE(run, trips);
+    else
+        QVERIFY(run > 0 && run < trips);
+}
+
+void FleetSimulatorTest::pace_data()
+{
+    QTest::addColumn<double>("pace");
+    QTest::addColumn<double>("kept");
+    QTest::newRow("standing still") << 0.0 << 0.0;
+    QTest::newRow("half") << 0.5 << 0.5;
+    QTest::newRow("ten times") << 10.0 << 10.0;
+    QTest::newRow("the highest") << 600.0 << 600.0;
+    QTest::newRow("too high") << 600.1 << 600.0;
+    QTest::newRow("infinite") << std::numeric_limits<double>::infinity() << 600.0;
+    QTest::newRow("backwards") << -2.0 << 0.0;
+    QTest::newRow("infinite backwards") << -std::numeric_limits<double>::infinity() << 0.0;
+    QTest::newRow("no number") << qQNaN() << 0.0;
+}
+
+void FleetSimulatorTest::pace()
+{
+    QFETCH(double, pace);
+    QFETCH(double, kept);
+    Fleet fleet{TestNetwork()};
+    QCOMPARE(fleet.simulator->pace(), 1.0);
+    SignalLog signalLog(fleet.simulator.get());
+    fleet.simulator->setPace(pace);
+    QCOMPARE(fleet.simulator->pace(), kept);
+    QCOMPARE(signalLog.take(), QStringList("paceChanged()"));
+    fleet.simulator->setPace(pace);
+    QCOMPARE(signalLog.take(), QStringList());
+}
+
+void FleetSimulatorTest::silence()
+{
+    Fleet fleet(TestNetwork().trip("1", "5", out("8:00:00", "9:00:00")), {5});
+    FleetSimulator& simulator = *fleet.simulator;
+    simulator.setTime(8 * hour + 20 * minute);
+    SignalLog signalLog(&simulator);
+    simulator.setSilent(101, true);
+    QCOMPARE(signalLog.take(), QStringList("silentChanged(101)"));
+    simulator.setSilent(101, true);
+    QCOMPARE(signalLog.take(), QStringList());
+    QVERIFY(simulator.isSilent(101) && !simulator.isSilent(102));
+    QVERIFY(!fleet.vehicle(101).updated());
+
+    const auto after = [&](int seconds) {
+        simulator.setTime(8 * hour + 20 * minute + seconds);
+        QVERIFY(qAbs(fleet.east(101) - 2.0) < 1e-6); // where it was last heard of
+    };
+    after(60);
+    QCOMPARE(simulator.reportingOf(101), FleetSimulator::Live);
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("driving"));
+    after(61);
+    QCOMPARE(simulator.reportingOf(101), FleetSimulator::Stale);
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("no report"));
+    after(300);
+    QCOMPARE(simulator.reportingOf(101), FleetSimulator::Stale);
+    after(301);
+    QCOMPARE(simulator.reportingOf(101), FleetSimulator::Offline);
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("off-line"));
+    after(1200);
+    QCOMPARE(simulator.reportingOf(101), FleetSimulator::Offline);
+
+    simulator.setSilent(101, false);
+    QCOMPARE(simulator.reportingOf(101), FleetSimulator::Live);
+    QVERIFY(fleet.vehicle(101).updated());
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("driving"));
+    QVERIFY(qAbs(fleet.east(101) - 3.0) < 1e-6);
+
+    // A second silence is counted from its own start.
+    simulator.setSilent(101, true);
+    simulator.setTime(simulator.time() + 30);
+    QCOMPARE(simulator.reportingOf(101), FleetSimulator::Live);
+}
+
+void FleetSimulatorTest::silenceOfAParkedVehicle()
+{
+    Fleet fleet(TestNetwork(), {7});
+    fleet.simulator->setSilent(101, true);
+    fleet.simulator->setTime(61);
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("no report"));
+    fleet.simulator->setTime(301);
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("off-line"));
+    fleet.simulator->setSilent(101, false);
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("in the depot"));
+    QCOMPARE(fleet.vehicle(101).assetCoordinate(), QGeoCoordinate(1, 2));
+}
+
+void FleetSimulatorTest::neverHeardOf()
+{
+    Fleet fleet(TestNetwork().trip("1", "5", out("8:00:00", "9:00:00")), {5, 7});
+    fleet.vehicle(102).setAssetCoordinate(QGeoCoordinate());
+    fleet.vehicle(101).setAssetCoordinate(QGeoCoordinate());
+    QCOMPARE(fleet.simulator->reportingOf(101), FleetSimulator::Offline);
+    QCOMPARE(fleet.simulator->reportingOf(102), FleetSimulator::Offline);
+    QCOMPARE(fleet.simulator->reportingOf(4711), FleetSimulator::Offline);
+    fleet.simulator->setTime(10);
+    QCOMPARE(fleet.simulator->reportingOf(101), FleetSimulator::Live);
+    QCOMPARE(fleet.simulator->reportingOf(102), FleetSimulator::Offline);
+    QCOMPARE(fleet.vehicle(102).drivingStatus(), QString("in the depot"));
+}
+
+void FleetSimulatorTest::signalsOfAVehicleThatMoves()
+{
+    Fleet fleet(TestNetwork()
+                    .trip("1", "5", out("8:00:00", "9:00:00"))
+                    .trip("2", "5", back("10:00:00", "11:00:00")),
+                {5, 7});
+    fleet.simulator->setTime(8 * hour + 10 * minute);
+    SignalLog signalLog(&fleet.model);
+    SignalLog ownSignals(fleet.simulator.get());
+    fleet.simulator->setTime(8 * hour + 11 * minute);
+    QCOMPARE(signalLog.take().size(), 1); // on a straight road only the place differs
+    QCOMPARE(ownSignals.take(), QStringList("timeChanged()"));
+    fleet.simulator->setTime(10 * hour + 10 * minute);
+    // Place, direction and destination; it is driving again.
+    QCOMPARE(signalLog.take().size(), 3);
+    ownSignals.take();
+    fleet.simulator->setTime(10 * hour + 10 * minute);
+    QCOMPARE(signalLog.take(), QStringList());
+    QCOMPARE(ownSignals.take(), QStringList());
+}
+
+void FleetSimulatorTest::noSignalsForAVehicleThatStands()
+{
+    Fleet fleet(TestNetwork()
+                    .trip("1", "5", {"1 8:00:00", "2 8:10:00 8:30:00", "4 9:00:00"})
+                    .trip("2", "6", out("8:00:00", "9:00:00")),
+                {5, 6, 7});
+    fleet.simulator->setTime(8 * hour + 11 * minute);
+    SignalLog standing(&fleet.vehicle(101));
+    SignalLog moving(&fleet.vehicle(102));
+    SignalLog parked(&fleet.vehicle(103));
+    fleet.simulator->setTime(8 * hour + 29 * minute);
+    QCOMPARE(standing.take(), QStringList());
+    QCOMPARE(parked.take(), QStringList());
+    QVERIFY(!moving.take().isEmpty());
+    // Waiting the whole night.
+    fleet.simulator->setTime(10 * hour);
+    standing.take();
+    fleet.simulator->setTime(7 * hour);
+    QCOMPARE(standing.take(), QStringList());
+}
+
+void FleetSimulatorTest::linesAndStops()
+{
+    TestNetwork network;
+    network.shape("way", {{0, 0.001}, {0.001, 0.002}, {0, 0.004}});
+    network.stops[1].latitude = qQNaN();
+    network.trip("1", "5", out("8:00:00", "9:00:00"), "way")
+        .trip("2", "5", {"1 9:00:00", "2 9:30:00", "4 10:00:00"}, "way")
+        .trip("3", "6", back("8:00:00", "9:00:00"))
+        .trip("4", "6", back("9:00:00", "10:00:00"));
+    Fleet fleet(network);
+    const QVariantList lines = fleet.simulator->lines();
+    QCOMPARE(lines.size(), 2);
+    QCOMPARE(lines.at(0).toMap().value("route").toInt(), 5);
+    QCOMPARE(lines.at(0).toMap().value("name").toString(), QString("5"));
+    QCOMPARE(lines.at(0).toMap().value("color").toString(), QString("#112233"));
+    const QVariantList path = lines.at(0).toMap().value("path").toList();
+    QCOMPARE(path.size(), 3);
+    QCOMPARE(path.at(1).value<QGeoCoordinate>(), QGeoCoordinate(0.001, 0.002));
+    QCOMPARE(lines.at(1).toMap().value("route").toInt(), 6);
+    QStringList stops;
+    for (const QVariant& stop : fleet.simulator->stops())
+        stops.append(stop.toMap().value("number").toString() + " " +
+                     stop.toMap().value("name").toString());
+    QCOMPARE(stops, QStringList({"1 Stop 1", "4 Stop 4"}));
+}
+
+void FleetSimulatorTest::vehicleOf()
+{
+    Fleet fleet(TestNetwork()
+                    .trip("1", "5", out("8:00:00", "9:00:00"))
+                    .trip("2", "5", out("8:30:00", "9:30:00")),
+                {6, 5, 5});
+    QCOMPARE(fleet.simulator->vehicleOf(1, 5), 102);
+    QCOMPARE(fleet.simulator->vehicleOf(2, 5), 103);
+    QCOMPARE(fleet.simulator->vehicleOf(3, 5), 102);
+    QCOMPARE(fleet.simulator->vehicleOf(3, 6), 101);
+    QCOMPARE(fleet.simulator->vehicleOf(-1, -1), -1);
+}
+
+void FleetSimulatorTest::timeText_data()
+{
+    QTest::addColumn<int>("time");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("midnight") << 0 << "00:00";
+    QTest::newRow("seconds are not shown") << 36359 << "10:05";
+    QTest::newRow("last minute") << 86399 << "23:59";
+}
+
+void FleetSimulatorTest::timeText()
+{
+    QFETCH(int, time);
+    QFETCH(QString, text);
+    Fleet fleet{TestNetwork()};
+    fleet.simulator->setTime(time);
+    QCOMPARE(fleet.simulator->timeText(), text);
+}
+
+void FleetSimulatorTest::runsByItself()
+{
+    Fleet fleet(TestNetwork().trip("1", "5", out("8:00:00", "9:00:00")), {5});
+    fleet.simulator->setTime(8 * hour);
+    fleet.simulator->setPace(600.0);
+    fleet.simulator->start();
+    QTRY_VERIFY(fleet.simulator->time() > 8 * hour);
+    QVERIFY(fleet.east(101) > 1.0);
+}
+
+void FleetSimulatorTest::shippedFeeds_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("own");
+    QTest::newRow("with a trip of the timetable") << SHIPPED_FEEDS "/coast-line.json" << 31;
+    QTest::newRow("with a trip of no timetable") << SHIPPED_FEEDS "/hill-valley.json" << 804;
+}
+
+void FleetSimulatorTest::shippedFeeds()
+{
+    QFETCH(QString, file);
+    QFETCH(int, own);
+    const feed::FeedResult result = feed::loadFeed(file);
+    QVERIFY(result.feed);
+    const feed::Feed& feed = *result.feed;
+    QObject owner;
+    AssetsModel model(&owner);
+    feed::addVehicles(feed, model);
+    FleetSimulator simulator(Timetable(feed.network), model);
+    QCOMPARE(model.rowCount(), feed.vehicles.size());
+    QCOMPARE(simulator.vehicleOf(feed.trip->tripsExecutionId, feed.trip->routeId), own);
+    for (int time = 0; time < 86400; time += 30) {
+        simulator.setTime(time);
+        int driving = 0;
+        for (int row = 0; row < model.rowCount(); ++row) {
+            const auto* vehicle = qobject_cast<AssetItem*>(model.itemFromRow(row));
+            const bool isOnTheWay =
+                vehicle->drivingStatus() == "driving" || vehicle->drivingStatus() == "at a stop";
+            driving += isOnTheWay && vehicle->inView() ? 1 : 0;
+        }
+        QVERIFY2(driving > 0, qPrintable("nothing drives at " + simulator.timeText()));
+    }
+}
+
+void FleetSimulatorTest::aRealFeed()
+{
+    const QString folder = QStringLiteral(REAL_GTFS_FEED);
+    if (folder.isEmpty())
+        QSKIP("GUICORE_REAL_GTFS_FEED is not set");
+    const feed::FeedResult result = feed::loadFeed(folder);
+    QVERIFY(result.feed);
+    const Timetable timetable(result.feed->network);
+    QVERIFY(timetable.trips().size() > 20);
+    for (const Trip& trip : timetable.trips()) {
+        // Stops lie in order along the path, and near to it.
+        for (int i = 0; i < trip.calls.size(); ++i) {
+            const fleet::Call& call = trip.calls.at(i);
+            QVERIFY(i == 0 || call.metres >= trip.calls.at(i - 1).metres);
+        }
+        QVERIFY(trip.calls.last().metres > trip.path->length() / 2);
+    }
+    Fleet fleet(result.feed->network);
+    QVERIFY(fleet.model.rowCount() >= 3);
+    QSet<int> routes;
+    for (int row = 0; row < fleet.model.rowCount(); ++row)
+        routes.insert(qobject_cast<AssetItem*>(fleet.model.itemFromRow(row))->routeId());
+    QCOMPARE(routes.size(), timetable.routes().size());
+    fleet.simulator->setTime(8 * hour);
+    for (int row = 0; row < fleet.model.rowCount(); ++row)
+        QVERIFY(
+            qobject_cast<AssetItem*>(fleet.model.itemFromRow(row))->assetCoordinate().isValid());
+}
+
+QTEST_GUILESS_MAIN(FleetSimulatorTest)
+#include "tst_fleet_simulator.moc"
