@@ -27,9 +27,9 @@ constexpr FieldRule dateRule =
 constexpr FieldRule networkIdRule = required.within(1, std::numeric_limits<int>::max());
 
 constexpr FieldRule sharpColorRule =
-    optional.satisfying(isSharpColor, "a colour such as \"#1657BA\"");
+    optional.satisfying(isSharpColor, R"(a colour such as "#1657BA")");
 constexpr FieldRule timeRule =
-    optional.satisfying(isTime, "a time such as \"08:05:00\" or \"25:10:00\"");
+    optional.satisfying(isTime, R"(a time such as "08:05:00" or "25:10:00")");
 constexpr FieldRule latitudeRule = optional.within(-90, 90);
 constexpr FieldRule longitudeRule = optional.within(-180, 180);
 
