@@ -24,6 +24,7 @@ class TripDesk : public QObject
     Q_PROPERTY(rivo::feed::TripContext* context READ context CONSTANT)
     Q_PROPERTY(QString route READ route CONSTANT)
     Q_PROPERTY(QStringList stops READ stops CONSTANT)
+    Q_PROPERTY(int stopCount READ stopCount CONSTANT)
     Q_PROPERTY(int stop READ stop WRITE setStop NOTIFY stopChanged)
     Q_PROPERTY(QString stopName READ stopName NOTIFY stopChanged)
 
@@ -35,6 +36,7 @@ public:
 
     QString route() const { return m_route; } ///< name and destination, for people
     QStringList stops() const { return m_stops; }
+    int stopCount() const { return m_stops.size(); }
 
     /// Index of the current stop in stops(); -1 if it is not one of them.
     int stop() const { return m_stop; }

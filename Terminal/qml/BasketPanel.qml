@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 
 /// The tickets of the sale in progress, and what can be done with them.
@@ -8,6 +9,7 @@ Rectangle {
     required property Terminal terminal
     readonly property bool isSelling: terminal.desk.state === SalesDesk.Selling
     readonly property bool isEmpty: terminal.basket.count === 0
+    readonly property bool isPayable: isSelling && !isEmpty && terminal.desk.obstacle === ""
 
     color: Theme.surface
 
@@ -105,25 +107,25 @@ Rectangle {
         Row {
             width: parent.width
             spacing: Theme.gap
-            Repeater {
-                model: [
-                    { name: "payCash", payment: SalesDesk.Cash, icon: "qrc:/icons/cash.svg",
-                      text: qsTr("Cash") },
-                    { name: "payCard", payment: SalesDesk.Card, icon: "qrc:/icons/paycard.svg",
-                      text: qsTr("Card") }
-                ]
-                PanelButton {
-                    required property var modelData
-
-                    objectName: modelData.name
-                    width: (parent.width - Theme.gap) / 2
-                    height: 64
-                    look: PanelButton.Accent
-                    text: modelData.text
-                    iconSource: modelData.icon
-                    enabled: root.isSelling && !root.isEmpty && root.terminal.desk.obstacle === ""
-                    onClicked: root.terminal.desk.pay(modelData.payment)
-                }
+            PanelButton {
+                objectName: "payCash"
+                width: (parent.width - Theme.gap) / 2
+                height: 64
+                accent: true
+                text: qsTr("Cash")
+                iconSource: "qrc:/icons/cash.svg"
+                enabled: root.isPayable
+                onClicked: root.terminal.desk.pay(SalesDesk.Cash)
+            }
+            PanelButton {
+                objectName: "payCard"
+                width: (parent.width - Theme.gap) / 2
+                height: 64
+                accent: true
+                text: qsTr("Card")
+                iconSource: "qrc:/icons/paycard.svg"
+                enabled: root.isPayable
+                onClicked: root.terminal.desk.pay(SalesDesk.Card)
             }
         }
     }

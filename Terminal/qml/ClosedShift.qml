@@ -8,7 +8,7 @@ ShiftReport {
     required property int parcelCountData
     required property double parcelAmountData
     required property double commission
-    required property var paymentDate ///< an invalid date if not paid yet
+    required property date paymentDate ///< an invalid date if not paid yet
 
     readonly property bool isPaid: !isNaN(paymentDate)
 
@@ -41,44 +41,31 @@ ShiftReport {
                 font.weight: Font.DemiBold
             }
         }
-        Repeater {
-            model: [
-                { label: qsTr("Tickets"),
-                  value: root.ticketCountData < 0 ? "–" : root.ticketCountData },
-                { label: qsTr("Numbers"),
-                  value: root.fromTicketData === "" ? "–"
-                         : root.fromTicketData + " – " + root.toTicketData },
-                { label: qsTr("Paid by card"), value: root.cardText },
-                { label: qsTr("Parcels"),
-                  value: root.countText(root.parcelCountData, root.parcelAmountData) },
-                { label: qsTr("Commission"), value: root.money(root.commission) }
-            ]
-            Item {
-                id: line
-
-                required property var modelData
-
-                width: content.width
-                height: Math.max(label.height, value.height)
-                PlainText {
-                    id: label
-
-                    width: 100
-                    text: line.modelData.label
-                    font.pixelSize: Theme.smallText
-                    color: Theme.mutedText
-                }
-                PlainText {
-                    id: value
-
-                    objectName: "lineText"
-                    anchors.left: label.right
-                    anchors.right: parent.right
-                    text: line.modelData.value
-                    wrapMode: Text.Wrap
-                    font.pixelSize: Theme.smallText
-                }
-            }
+        ReportLine {
+            width: parent.width
+            label: qsTr("Tickets")
+            value: root.ticketCountData < 0 ? "–" : root.ticketCountData
+        }
+        ReportLine {
+            width: parent.width
+            label: qsTr("Numbers")
+            value: root.fromTicketData === "" ? "–"
+                 : root.fromTicketData + " – " + root.toTicketData
+        }
+        ReportLine {
+            width: parent.width
+            label: qsTr("Paid by card")
+            value: root.cardText
+        }
+        ReportLine {
+            width: parent.width
+            label: qsTr("Parcels")
+            value: root.countText(root.parcelCountData, root.parcelAmountData)
+        }
+        ReportLine {
+            width: parent.width
+            label: qsTr("Commission")
+            value: root.money(root.commission)
         }
         Row {
             width: parent.width
@@ -96,8 +83,8 @@ ShiftReport {
 
                 objectName: "paymentText"
                 width: parent.width - mark.width - parent.spacing
-                text: root.isPaid ? qsTr("Paid %1").arg(root.paymentDate.toLocaleString(
-                                        Qt.locale(), Locale.ShortFormat))
+                text: root.isPaid ? qsTr("Paid %1").arg(Qt.formatDateTime(
+                                        root.paymentDate, Qt.DefaultLocaleShortDate))
                                   : qsTr("Not paid, %1 due").arg(
                                         root.money(root.currentDebt))
                 wrapMode: Text.Wrap

@@ -10,7 +10,7 @@ T.Popup {
     property string confirmText
     signal confirmed
 
-    parent: T.Overlay.overlay
+    parent: T.Overlay["overlay"] // qmllint reads no attached properties
     anchors.centerIn: parent
     width: Math.min(460, parent ? parent.width - 40 : 460)
     height: column.implicitHeight + 40
@@ -58,7 +58,7 @@ T.Popup {
                     objectName: "confirmButton"
                     text: root.confirmText
                     width: Math.max(140, implicitWidth)
-                    look: PanelButton.Danger
+                    danger: true
                     onClicked: {
                         root.close()
                         root.confirmed()

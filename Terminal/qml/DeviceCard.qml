@@ -16,20 +16,20 @@ T.AbstractButton {
     required property bool yellowWarning
     required property bool error
     required property string stateStr
+    property bool chosen: false
 
     readonly property bool hasReported: stateStr !== ""
                                         || !(warning && blueWarning && yellowWarning && error)
 
     implicitHeight: 116
-    checkable: true
     focusPolicy: Qt.NoFocus
     Accessible.name: root.peripheralName + ", " + stateText.text
 
     background: Rectangle {
         radius: Theme.radius
         color: root.down ? Theme.raised : Theme.surface
-        border.width: root.checked ? 3 : 1
-        border.color: root.checked ? Theme.accent : Theme.line
+        border.width: root.chosen ? 3 : 1
+        border.color: root.chosen ? Theme.accent : Theme.line
     }
     contentItem: Item {
         Icon {
@@ -59,7 +59,7 @@ T.AbstractButton {
             anchors.right: parent.right
             anchors.rightMargin: 2 * Theme.gap
             anchors.baseline: name.baseline
-            text: root.identity === 0 ? "" : qsTr("No. %1").arg(root.identity.toFixed(0))
+            text: root.identity === 0 ? "" : qsTr("No. %1").arg(Number(root.identity).toFixed(0))
             font.pixelSize: Theme.smallText
             color: Theme.mutedText
         }

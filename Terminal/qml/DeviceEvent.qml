@@ -6,13 +6,16 @@ import Rivo.Terminal 1.0
 T.AbstractButton {
     id: root
 
-    required property var modelData
-    readonly property int event: modelData.event
+    property DeviceDesk desk
+    property int row ///< of the device
+    property int event: DeviceDesk.Ready
 
-    objectName: "event-" + modelData.text
+    objectName: "event-" + root.text
+    width: parent.width
     implicitHeight: Theme.touch
     focusPolicy: Qt.NoFocus
-    Accessible.name: modelData.text
+    Accessible.name: root.text
+    onClicked: desk.report(row, event, text)
 
     background: Rectangle {
         radius: Theme.radius
@@ -46,7 +49,7 @@ T.AbstractButton {
             anchors.right: kind.left
             anchors.rightMargin: Theme.gap
             height: parent.height
-            text: root.modelData.text
+            text: root.text
             font.weight: Font.DemiBold
         }
         PlainText {

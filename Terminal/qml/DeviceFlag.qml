@@ -17,7 +17,7 @@ Rectangle {
     color: root.on ? root.face : "transparent"
     border.width: 1
     border.color: root.on ? root.face : Theme.line
-    Accessible.role: Accessible.Indicator
+    Accessible.role: Accessible["Indicator"]
     Accessible.name: root.text
     Accessible.checked: root.on
 

@@ -7,6 +7,8 @@ Item {
     id: root
 
     required property Terminal terminal
+    readonly property DeviceCard current: devices.currentItem
+    readonly property bool isPrinter: terminal.devices.isPrinter(devices.currentIndex)
 
     ListView {
         id: devices
@@ -27,11 +29,8 @@ Item {
         delegate: DeviceCard {
             terminal: root.terminal
             width: devices.width - 2 * Theme.gap
-            checked: ListView.isCurrentItem
-            onClicked: {
-                devices.currentIndex = index
-                checked = Qt.binding(() => devices.currentIndex === index)
-            }
+            chosen: devices.currentIndex === index
+            onClicked: devices.currentIndex = index
         }
     }
     Rectangle {
@@ -48,7 +47,7 @@ Item {
             x: 2 * Theme.gap
             width: parent.width - 4 * Theme.gap
             height: Theme.touch
-            text: devices.currentItem === null ? "" : devices.currentItem.peripheralName
+            text: root.current === null ? "" : root.current.peripheralName
             font.pixelSize: Theme.largeText
             font.weight: Font.DemiBold
         }
@@ -63,37 +62,80 @@ Item {
             font.pixelSize: Theme.smallText
             color: Theme.mutedText
         }
-        ListView {
-            id: events
-
+        Flickable {
             objectName: "deviceEvents"
             anchors.top: hint.bottom
             anchors.topMargin: Theme.gap
             anchors.bottom: parent.bottom
-            anchors.left: parent.left
-            anchors.right: parent.right
-            leftMargin: Theme.gap
-            rightMargin: Theme.gap
-            bottomMargin: Theme.gap
-            spacing: Theme.gap
+            width: parent.width
+            contentHeight: events.height + Theme.gap
             clip: true
             boundsBehavior: Flickable.StopAtBounds
             T.ScrollBar.vertical: ScrollMark {}
-            model: [
-                { event: DeviceDesk.Ready, text: qsTr("Ready"), printer: false },
-                { event: DeviceDesk.Notice, text: qsTr("Updating"), printer: false },
-                { event: DeviceDesk.Warning, text: qsTr("Paper low"), printer: true },
-                { event: DeviceDesk.Warning, text: qsTr("Weak signal"), printer: false },
-                { event: DeviceDesk.SeriousWarning, text: qsTr("Too hot"), printer: false },
-                { event: DeviceDesk.Fault, text: qsTr("Paper jam"), printer: true },
-                { event: DeviceDesk.Fault, text: qsTr("Cover open"), printer: true },
-                { event: DeviceDesk.Fault, text: qsTr("Out of paper"), printer: true },
-                { event: DeviceDesk.Fault, text: qsTr("No connection"), printer: false }
-            ].filter(entry => !entry.printer || root.terminal.devices.isPrinter(devices.currentIndex))
-            delegate: DeviceEvent {
-                width: events.width - 2 * Theme.gap
-                onClicked: root.terminal.devices.report(devices.currentIndex, modelData.event,
-                                                        modelData.text)
+            Column {
+                id: events
+
+                x: Theme.gap
+                width: parent.width - 2 * Theme.gap
+                spacing: Theme.gap
+                DeviceEvent {
+                    desk: root.terminal.devices
+                    row: devices.currentIndex
+                    event: DeviceDesk.Ready
+                    text: qsTr("Ready")
+                }
+                DeviceEvent {
+                    desk: root.terminal.devices
+                    row: devices.currentIndex
+                    event: DeviceDesk.Notice
+                    text: qsTr("Updating")
+                }
+                DeviceEvent {
+                    desk: root.terminal.devices
+                    row: devices.currentIndex
+                    event: DeviceDesk.Warning
+                    text: qsTr("Paper low")
+                    visible: root.isPrinter
+                }
+                DeviceEvent {
+                    desk: root.terminal.devices
+                    row: devices.currentIndex
+                    event: DeviceDesk.Warning
+                    text: qsTr("Weak signal")
+                }
+                DeviceEvent {
+                    desk: root.terminal.devices
+                    row: devices.currentIndex
+                    event: DeviceDesk.SeriousWarning
+                    text: qsTr("Too hot")
+                }
+                DeviceEvent {
+                    desk: root.terminal.devices
+                    row: devices.currentIndex
+                    event: DeviceDesk.Fault
+                    text: qsTr("Paper jam")
+                    visible: root.isPrinter
+                }
+                DeviceEvent {
+                    desk: root.terminal.devices
+                    row: devices.currentIndex
+                    event: DeviceDesk.Fault
+                    text: qsTr("Cover open")
+                    visible: root.isPrinter
+                }
+                DeviceEvent {
+                    desk: root.terminal.devices
+                    row: devices.currentIndex
+                    event: DeviceDesk.Fault
+                    text: qsTr("Out of paper")
+                    visible: root.isPrinter
+                }
+                DeviceEvent {
+                    desk: root.terminal.devices
+                    row: devices.currentIndex
+                    event: DeviceDesk.Fault
+                    text: qsTr("No connection")
+                }
             }
         }
         Rectangle {

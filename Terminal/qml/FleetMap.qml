@@ -1,7 +1,9 @@
+import QtQml 2.15
 import QtQuick 2.15
-import QtLocation 5.15 as Location
+import QtLocation 5.15
 import QtPositioning 5.15
 import Rivo.Terminal 1.0
+import "." // before the types of QtLocation
 
 /// Lines, stops and vehicles on a map without tiles, which needs no network.
 Item {
@@ -53,39 +55,39 @@ Item {
         onTriggered: if (!root.follow && map.width > 0 && map.height > 0) root.fit()
     }
 
-    Location.Map {
+    Map {
         id: map
 
         objectName: "map"
         anchors.fill: parent
-        plugin: Location.Plugin { name: "itemsoverlay" }
+        plugin: Plugin { name: "itemsoverlay" }
         color: Theme.background
         copyrightsVisible: false
         minimumZoomLevel: 6
         maximumZoomLevel: 18
-        gesture.acceptedGestures: Location.MapGestureArea.PanGesture | Location.MapGestureArea.FlickGesture
-                                  | Location.MapGestureArea.PinchGesture
+        gesture.acceptedGestures: MapGestureArea.PanGesture | MapGestureArea.FlickGesture
+                                  | MapGestureArea.PinchGesture
         gesture.onPanStarted: root.panned()
 
-        Location.MapItemView {
+        MapItemView {
             model: root.terminal.fleet.lines
-            delegate: Location.MapPolyline {
+            delegate: MapPolyline {
                 required property var modelData
-                readonly property color own: root.terminal.color(modelData.color, Theme.accent)
+                readonly property color own: root.terminal.color(modelData["color"], Theme.accent)
 
-                path: modelData.path
-                line.width: modelData.route === root.ownRoute ? 6 : 4
+                path: modelData["path"]
+                line.width: modelData["route"] === root.ownRoute ? 6 : 4
                 line.color: Theme.night ? Qt.lighter(own, 1.4) : own
             }
         }
-        Location.MapItemView {
+        MapItemView {
             model: root.terminal.fleet.stops
-            delegate: Location.MapQuickItem {
+            delegate: MapQuickItem {
                 id: stop
 
                 required property var modelData
 
-                coordinate: modelData.coordinate
+                coordinate: modelData["coordinate"]
                 anchorPoint.x: 7
                 anchorPoint.y: 7
                 sourceItem: Item {
@@ -102,7 +104,7 @@ Item {
                         x: 18
                         anchors.verticalCenter: parent.verticalCenter
                         visible: map.zoomLevel >= 12.2
-                        text: stop.modelData.name
+                        text: stop.modelData["name"]
                         font.pixelSize: Theme.smallText
                         color: Theme.mutedText
                         style: Text.Outline
@@ -111,29 +113,29 @@ Item {
                 }
             }
         }
-        Location.MapItemView {
+        MapItemView {
             model: root.terminal.vehicles
             delegate: VehicleMark {
                 id: mark
 
                 readonly property bool isFollowed: root.follow && chosen
 
-                reporting: drivingStatus, root.terminal.fleet.reportingOf(model.id)
-                chosen: model.id === root.chosenId
-                own: model.id === root.ownId
-                onTapped: root.vehicleTapped(model.id)
-                onAssetCoordinateChanged: center()
+                reporting: drivingStatus, root.terminal.fleet.reportingOf(vehicle)
+                chosen: vehicle === root.chosenId
+                own: vehicle === root.ownId
+                onTapped: root.vehicleTapped(vehicle)
+                onCoordinateChanged: center()
                 onIsFollowedChanged: center()
                 function center() {
-                    if (isFollowed && assetCoordinate.isValid)
-                        map.center = assetCoordinate
+                    if (isFollowed && isPlaced)
+                        map.center = coordinate
                 }
             }
         }
     }
     Rectangle {
         anchors.fill: parent
-        visible: root.terminal.fleet.lines.length === 0 && root.terminal.vehicles.count === 0
+        visible: root.terminal.fleet.lines["length"] === 0 && root.terminal.vehicles.count === 0
         color: Theme.background
         EmptyText {
             objectName: "emptyMapText"

@@ -1,3 +1,4 @@
+import QtQml 2.15
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import Rivo.Terminal 1.0
@@ -37,7 +38,9 @@ Item {
         ownId: root.ownId
         follow: root.follow
         onPanned: root.follow = false
-        onVehicleTapped: root.chosenId = id
+        onVehicleTapped: function (id) {
+            root.chosenId = id
+        }
     }
     Rectangle {
         id: panel
@@ -61,13 +64,10 @@ Item {
             T.ScrollBar.vertical: ScrollMark {}
             delegate: VehicleLine {
                 width: vehicles.width
-                reporting: drivingStatus, root.fleet.reportingOf(model.id)
-                own: model.id === root.ownId
-                checked: model.id === root.chosenId
-                onClicked: {
-                    root.chosenId = model.id
-                    checked = Qt.binding(() => model.id === root.chosenId)
-                }
+                reporting: drivingStatus, root.fleet.reportingOf(vehicle)
+                own: vehicle === root.ownId
+                chosen: vehicle === root.chosenId
+                onClicked: root.chosenId = vehicle
             }
             EmptyText {
                 visible: vehicles.count === 0
@@ -89,7 +89,7 @@ Item {
                 PanelButton {
                     objectName: "followButton"
                     width: (parent.width - Theme.gap) / 2
-                    look: root.follow ? PanelButton.Accent : PanelButton.Plain
+                    accent: root.follow
                     iconSource: "qrc:/icons/gps.svg"
                     text: qsTr("Follow")
                     enabled: root.chosenId >= 0
@@ -100,7 +100,7 @@ Item {
                 PanelButton {
                     objectName: "silenceButton"
                     width: (parent.width - Theme.gap) / 2
-                    look: root.chosenIsSilent ? PanelButton.Accent : PanelButton.Plain
+                    accent: root.chosenIsSilent
                     iconSource: "qrc:/icons/offline.svg"
                     text: qsTr("Radio off")
                     enabled: root.chosenId >= 0
@@ -119,8 +119,7 @@ Item {
 
                         objectName: "pace" + modelData
                         width: (parent.width - 2 * Theme.gap) / 3
-                        look: root.fleet.pace === modelData ? PanelButton.Accent
-                                                            : PanelButton.Plain
+                        accent: root.fleet.pace === modelData
                         text: "×" + modelData
                         Accessible.name: qsTr("%1 times the pace of the clock").arg(modelData)
                         onClicked: root.fleet.pace = modelData

@@ -1,3 +1,4 @@
+import QtQml 2.15
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import QtQuick.Window 2.15
@@ -10,15 +11,6 @@ T.ApplicationWindow {
 
     required property Terminal terminal
     property string page: "sell"
-
-    readonly property var pages: [
-        { name: "sell", text: qsTr("Sell"), icon: "qrc:/icons/sell.svg" },
-        { name: "products", text: qsTr("Products"), icon: "qrc:/icons/products.svg" },
-        { name: "zreport", text: qsTr("Z report"), icon: "qrc:/icons/zreport.svg" },
-        { name: "fleet", text: qsTr("Fleet"), icon: "qrc:/icons/fleet.svg" },
-        { name: "devices", text: qsTr("Devices"), icon: "qrc:/icons/devices.svg" },
-        { name: "settings", text: qsTr("Settings"), icon: "qrc:/icons/settings.svg" }
-    ]
 
     title: terminal.operatorName === "" ? qsTr("Ticket terminal") : terminal.operatorName
     color: Theme.background
@@ -38,9 +30,9 @@ T.ApplicationWindow {
     StatusLine {
         id: status
 
-        anchors.top: parent.top
-        anchors.left: parent.left
-        anchors.right: parent.right
+        anchors.top: root.contentItem.top
+        anchors.left: root.contentItem.left
+        anchors.right: root.contentItem.right
         height: 52
         terminal: root.terminal
         onDevicesRequested: root.page = "devices"
@@ -54,29 +46,57 @@ T.ApplicationWindow {
 
         objectName: "navigation"
         anchors.top: status.bottom
-        anchors.bottom: parent.bottom
+        anchors.bottom: root.contentItem.bottom
         width: root.width < 900 ? 76 : 92
-        Repeater {
-            model: root.pages
-            NavButton {
-                required property var modelData
-
-                objectName: "nav-" + modelData.name
-                width: navigation.width
-                height: navigation.height / root.pages.length
-                text: modelData.text
-                iconSource: modelData.icon
-                alerts: modelData.name === "devices" ? root.terminal.devices.faults : 0
-                checked: root.page === modelData.name
-                onClicked: root.page = modelData.name
-            }
+        NavButton {
+            page: "sell"
+            shownPage: root.page
+            text: qsTr("Sell")
+            iconSource: "qrc:/icons/sell.svg"
+            onClicked: root.page = page
+        }
+        NavButton {
+            page: "products"
+            shownPage: root.page
+            text: qsTr("Products")
+            iconSource: "qrc:/icons/products.svg"
+            onClicked: root.page = page
+        }
+        NavButton {
+            page: "zreport"
+            shownPage: root.page
+            text: qsTr("Z report")
+            iconSource: "qrc:/icons/zreport.svg"
+            onClicked: root.page = page
+        }
+        NavButton {
+            page: "fleet"
+            shownPage: root.page
+            text: qsTr("Fleet")
+            iconSource: "qrc:/icons/fleet.svg"
+            onClicked: root.page = page
+        }
+        NavButton {
+            page: "devices"
+            shownPage: root.page
+            text: qsTr("Devices")
+            iconSource: "qrc:/icons/devices.svg"
+            alerts: root.terminal.devices.faults
+            onClicked: root.page = page
+        }
+        NavButton {
+            page: "settings"
+            shownPage: root.page
+            text: qsTr("Settings")
+            iconSource: "qrc:/icons/settings.svg"
+            onClicked: root.page = page
         }
     }
     Item {
         anchors.top: status.bottom
-        anchors.bottom: parent.bottom
+        anchors.bottom: root.contentItem.bottom
         anchors.left: navigation.right
-        anchors.right: parent.right
+        anchors.right: root.contentItem.right
 
         PageLoader {
             shown: root.page === "sell"
@@ -107,8 +127,8 @@ T.ApplicationWindow {
         id: toast
 
         objectName: "toast"
-        anchors.horizontalCenter: parent.horizontalCenter
-        anchors.bottom: parent.bottom
+        anchors.horizontalCenter: root.contentItem.horizontalCenter
+        anchors.bottom: root.contentItem.bottom
         anchors.bottomMargin: 20
     }
 }

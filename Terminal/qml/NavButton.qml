@@ -5,10 +5,16 @@ import QtQuick.Templates 2.15 as T
 T.AbstractButton {
     id: root
 
+    property string page ///< that it leads to
+    property string shownPage
     property url iconSource
     property int alerts: 0
 
+    objectName: "nav-" + root.page
+    width: parent.width
+    height: parent.height / 6
     focusPolicy: Qt.NoFocus
+    checked: root.shownPage === root.page
     checkable: true
     autoExclusive: true
     Accessible.name: root.text

@@ -5,13 +5,13 @@ import QtQuick.Templates 2.15 as T
 T.AbstractButton {
     id: root
 
-    enum Look { Plain, Accent, Danger }
-    property int look: PanelButton.Plain
+    property bool accent: false ///< it is what is done most here, or is on
+    property bool danger: false ///< it cannot be taken back, or something is wrong
     property url iconSource
-    readonly property color face: root.look === PanelButton.Accent ? Theme.accent
-                                : root.look === PanelButton.Danger ? Theme.error : Theme.raised
-    readonly property color ink: root.look === PanelButton.Accent ? Theme.accentInk
-                               : root.look === PanelButton.Danger ? Theme.errorInk : Theme.text
+    readonly property color face: root.accent ? Theme.accent
+                                : root.danger ? Theme.error : Theme.raised
+    readonly property color ink: root.accent ? Theme.accentInk
+                               : root.danger ? Theme.errorInk : Theme.text
 
     implicitHeight: Theme.touch
     implicitWidth: Math.max(Theme.touch, row.implicitWidth + 2 * Theme.gap)
@@ -31,7 +31,7 @@ T.AbstractButton {
             anchors.centerIn: parent
             spacing: Theme.gap
             Icon {
-                visible: root.iconSource.toString() !== ""
+                visible: String(root.iconSource) !== ""
                 source: root.iconSource
                 color: root.enabled ? root.ink : Theme.inertInk
                 anchors.verticalCenter: parent.verticalCenter

@@ -11,35 +11,41 @@ T.ApplicationWindow {
     title: qsTr("Ticket terminal")
     color: Theme.background
 
-    PlainText {
-        id: title
+    Item {
+        anchors.fill: parent
 
-        x: 2 * Theme.gap
-        width: parent.width - 4 * Theme.gap
-        height: 64
-        text: qsTr("The feed cannot be used. Nothing is sold.")
-        font.pixelSize: Theme.largeText
-        font.weight: Font.DemiBold
-        color: Theme.error
-    }
-    ListView {
-        objectName: "problemLines"
-        anchors.top: title.bottom
-        anchors.bottom: parent.bottom
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.leftMargin: 2 * Theme.gap
-        anchors.rightMargin: 2 * Theme.gap
-        clip: true
-        spacing: Theme.gap
-        model: root.problems
-        delegate: PlainText {
-            required property string modelData
+        PlainText {
+            id: title
 
-            width: ListView.view.width
-            text: modelData
-            wrapMode: Text.WrapAnywhere
-            elide: Text.ElideNone
+            x: 2 * Theme.gap
+            width: parent.width - 4 * Theme.gap
+            height: 64
+            text: qsTr("The feed cannot be used. Nothing is sold.")
+            font.pixelSize: Theme.largeText
+            font.weight: Font.DemiBold
+            color: Theme.error
+        }
+        ListView {
+            id: lines
+
+            objectName: "problemLines"
+            anchors.top: title.bottom
+            anchors.bottom: parent.bottom
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.leftMargin: 2 * Theme.gap
+            anchors.rightMargin: 2 * Theme.gap
+            clip: true
+            spacing: Theme.gap
+            model: root.problems
+            delegate: PlainText {
+                required property string modelData
+
+                width: lines.width
+                text: modelData
+                wrapMode: Text.WrapAnywhere
+                elide: Text.ElideNone
+            }
         }
     }
 }

@@ -48,31 +48,50 @@ Flickable {
             columns: 2
             columnSpacing: 2 * Theme.gap
             rowSpacing: Theme.gap + 4
-            Repeater {
-                model: [
-                    { label: qsTr("Price"),
-                      value: root.product.terminal.desk.priceText(root.product.price) },
-                    { label: qsTr("Discount"), value: root.product.discountText },
-                    { label: qsTr("Way back"),
-                      value: root.product.freeReturn ? qsTr("included") : qsTr("not included") },
-                    { label: qsTr("Paper ticket"),
-                      value: root.product.paperTicket ? qsTr("yes") : qsTr("no") },
-                    { label: qsTr("Means of payment"),
-                      value: root.catalogue.paymentMethods(root.product.index).join(", ") },
-                    { label: qsTr("Sales channels"),
-                      value: root.catalogue.paymentChannels(root.product.index).join(", ") },
-                    { label: qsTr("Ticket materials"),
-                      value: root.catalogue.ticketMaterials(root.product.index).join(", ") },
-                    { label: qsTr("Product number"), value: root.product.fareProductId },
-                    { label: qsTr("In the basket"), value: root.product.totalInBasket }
-                ]
-                Fact {
-                    required property var modelData
-
-                    width: facts.cellWidth
-                    label: modelData.label
-                    value: modelData.value
-                }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Price")
+                value: root.product.terminal.desk.priceText(root.product.price)
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Discount")
+                value: root.product.discountText
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Way back")
+                value: root.product.freeReturn ? qsTr("included") : qsTr("not included")
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Paper ticket")
+                value: root.product.paperTicket ? qsTr("yes") : qsTr("no")
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Means of payment")
+                value: root.catalogue.paymentMethods(root.product.index).join(", ")
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Sales channels")
+                value: root.catalogue.paymentChannels(root.product.index).join(", ")
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Ticket materials")
+                value: root.catalogue.ticketMaterials(root.product.index).join(", ")
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Product number")
+                value: root.product.fareProductId
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("In the basket")
+                value: root.product.totalInBasket
             }
         }
     }

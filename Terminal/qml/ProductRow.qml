@@ -16,6 +16,7 @@ T.AbstractButton {
     required property bool freeReturn
     required property bool paperTicket
     required property int totalInBasket
+    property bool chosen: false
 
     readonly property url picture: terminal.icon(productFairIcon, "qrc:/icons/products.svg")
     readonly property string discountText: discount === 0 ? ""
@@ -23,16 +24,15 @@ T.AbstractButton {
           + Math.abs(discount).toLocaleString(Qt.locale(), "f", -128) + "%"
 
     implicitHeight: 76
-    checkable: true
     focusPolicy: Qt.NoFocus
     Accessible.name: root.description
 
     background: Rectangle {
-        color: root.checked ? Theme.raised : root.down ? Theme.raised : Theme.surface
+        color: root.chosen ? Theme.raised : root.down ? Theme.raised : Theme.surface
         Rectangle {
             width: 4
             height: parent.height
-            visible: root.checked
+            visible: root.chosen
             color: Theme.accent
         }
         Rectangle {

@@ -23,7 +23,7 @@ Item {
         delegate: ProductRow {
             terminal: root.terminal
             width: products.width
-            checked: ListView.isCurrentItem
+            chosen: products.currentIndex === index
             onClicked: products.currentIndex = index
         }
     }

@@ -1,3 +1,4 @@
+import QtQml 2.15
 import QtQuick 2.15
 import Rivo.Terminal 1.0
 

@@ -68,22 +68,29 @@ ShiftReport {
             columns: 2
             columnSpacing: 2 * Theme.gap
             rowSpacing: Theme.gap + 4
-            Repeater {
-                model: [
-                    { label: qsTr("Tickets"),
-                      value: root.ticketCountData < 0 ? "" : root.ticketCountData },
-                    { label: qsTr("Paid by card"), value: root.cardText },
-                    { label: qsTr("First ticket"), value: root.fromTicketData },
-                    { label: qsTr("Last ticket"), value: root.toTicketData }
-                ]
-                Fact {
-                    required property var modelData
-
-                    width: facts.cellWidth
-                    label: modelData.label
-                    value: modelData.value
-                    valueFont.pixelSize: Theme.largeText
-                }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Tickets")
+                value: root.ticketCountData < 0 ? "" : root.ticketCountData
+                valueFont.pixelSize: Theme.largeText
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Paid by card")
+                value: root.cardText
+                valueFont.pixelSize: Theme.largeText
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("First ticket")
+                value: root.fromTicketData
+                valueFont.pixelSize: Theme.largeText
+            }
+            Fact {
+                width: facts.cellWidth
+                label: qsTr("Last ticket")
+                value: root.toTicketData
+                valueFont.pixelSize: Theme.largeText
             }
         }
         Rectangle {
@@ -169,7 +176,7 @@ ShiftReport {
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         anchors.margins: 2 * Theme.gap
-        look: PanelButton.Accent
+        accent: true
         text: qsTr("Close shift")
         iconSource: "qrc:/icons/zreport.svg"
         onClicked: root.closeRequested()

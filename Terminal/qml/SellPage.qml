@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 
 /// The selection grid, and the basket beside it.

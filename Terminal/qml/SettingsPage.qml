@@ -61,22 +61,25 @@ Flickable {
         y: 2 * Theme.gap
         width: settings.width
         title: qsTr("This terminal")
-        Repeater {
-            model: [
-                { label: qsTr("Operator"), value: root.terminal.operatorName },
-                { label: qsTr("Language"),
-                  value: qsTr("English", "name of the language of these texts") },
-                { label: qsTr("Version of terminal and library"),
-                  value: Qt.application.version },
-                { label: qsTr("Sales journal"), value: root.terminal.journalFile }
-            ]
-            Fact {
-                required property var modelData
-
-                width: parent.width
-                label: modelData.label
-                value: modelData.value
-            }
+        Fact {
+            width: parent.width
+            label: qsTr("Operator")
+            value: root.terminal.operatorName
+        }
+        Fact {
+            width: parent.width
+            label: qsTr("Language")
+            value: qsTr("English", "name of the language of these texts")
+        }
+        Fact {
+            width: parent.width
+            label: qsTr("Version of terminal and library")
+            value: Qt.application.version
+        }
+        Fact {
+            width: parent.width
+            label: qsTr("Sales journal")
+            value: root.terminal.journalFile
         }
     }
 }

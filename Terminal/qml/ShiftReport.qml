@@ -13,7 +13,7 @@ Item {
     required property string toTicketData
     required property double currentDebt
 
-    readonly property string number: zNumberData.toFixed(0)
+    readonly property string number: Number(zNumberData).toFixed(0)
     readonly property string cardText: countText(cardSellCountData, cardSellAmountData)
 
     function money(amount) {

@@ -32,7 +32,7 @@ Rectangle {
             objectName: "previousStop"
             height: parent.height
             width: 48
-            visible: root.terminal.trip.stops.length > 0
+            visible: root.terminal.trip.stopCount > 0
             enabled: root.terminal.trip.stop > 0
             iconSource: "qrc:/icons/previous.svg"
             Accessible.name: qsTr("Previous stop")
@@ -48,8 +48,8 @@ Rectangle {
             objectName: "nextStop"
             height: parent.height
             width: 48
-            visible: root.terminal.trip.stops.length > 0
-            enabled: root.terminal.trip.stop < root.terminal.trip.stops.length - 1
+            visible: root.terminal.trip.stopCount > 0
+            enabled: root.terminal.trip.stop < root.terminal.trip.stopCount - 1
             iconSource: "qrc:/icons/next.svg"
             Accessible.name: qsTr("Next stop")
             onClicked: root.terminal.trip.stop += 1
@@ -73,7 +73,7 @@ Rectangle {
             objectName: "faultsButton"
             height: parent.height
             visible: root.terminal.devices.faults > 0
-            look: PanelButton.Danger
+            danger: true
             iconSource: "qrc:/icons/error.svg"
             text: root.terminal.devices.faults
             Accessible.name: qsTr("%n device fault(s)", "", root.terminal.devices.faults)

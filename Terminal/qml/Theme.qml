@@ -1,4 +1,5 @@
 pragma Singleton
+import QtQml 2.15
 import QtQuick 2.15
 
 /// Colours and sizes of the whole screen, by day and by night. Every text has a contrast of at least

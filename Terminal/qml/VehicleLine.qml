@@ -7,6 +7,7 @@ T.AbstractButton {
     id: root
 
     required property var model
+    readonly property int vehicle: model["id"] // "id" is no name for a property
     required property string registrationNumber
     required property string drivingStatus
     required property string routeStatus
@@ -14,9 +15,9 @@ T.AbstractButton {
     /// How current the vehicle is; FleetSimulator.Reporting.
     property int reporting: FleetSimulator.Live
     property bool own: false
+    property bool chosen: false
 
     implicitHeight: 68
-    checkable: true
     focusPolicy: Qt.NoFocus
     Accessible.name: root.registrationNumber + ", " + root.drivingStatus
 
@@ -26,7 +27,7 @@ T.AbstractButton {
         reporting: root.reporting
     }
     background: Rectangle {
-        color: root.checked || root.down ? Theme.raised : Theme.surface
+        color: root.chosen || root.down ? Theme.raised : Theme.surface
         Rectangle {
             width: 6
             height: parent.height

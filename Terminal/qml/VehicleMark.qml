@@ -1,12 +1,14 @@
 import QtQuick 2.15
-import QtLocation 5.15 as Location
+import QtLocation 5.15
 import Rivo.Terminal 1.0
+import "." // before the Icon of QtLocation
 
 /// One vehicle on the map: an arrow in the direction of travel, with its number.
-Location.MapQuickItem {
+MapQuickItem {
     id: root
 
     required property var model
+    readonly property int vehicle: model["id"] // "id" is no name for a property
     required property string registrationNumber
     required property string internalNumber
     required property var assetCoordinate
@@ -16,11 +18,12 @@ Location.MapQuickItem {
     /// How current the vehicle is; FleetSimulator.Reporting.
     property int reporting: FleetSimulator.Live
     property bool chosen: false
+    readonly property bool isPlaced: coordinate["isValid"]
     property bool own: false
     signal tapped
 
     coordinate: assetCoordinate
-    visible: inView && assetCoordinate.isValid
+    visible: inView && isPlaced
     z: root.chosen ? 3 : root.own ? 2 : 1
     anchorPoint.x: sourceItem.width / 2
     anchorPoint.y: sourceItem.height / 2
