@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Prints the selection grid of the shipped feed as a terminal would show it. Arguments go to
-# rivo-grid instead: ./run.sh --help, ./run.sh FEED --columns 4, ./run.sh check FEED
+# Opens the terminal with the shipped feed. Without a display it renders the Sell page into a
+# picture instead, prints where that is, and prints the selection grid. Arguments go to rivo-grid:
+# ./run.sh --help, ./run.sh FEED --columns 4, ./run.sh check FEED
 set -euo pipefail
 invoked_from="$PWD"
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -11,7 +12,21 @@ root="$PWD"
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_run
 build_preset release
+bin="$root/build/release/bin"
+feed="$root/Terminal/feeds/hill-valley.json"
 
-[ "$#" -gt 0 ] || set -- "$root/Terminal/feeds/hill-valley.json"
-cd "$invoked_from"
-exec "$root/build/release/bin/rivo-grid" "$@"
+if [ "$#" -gt 0 ]; then
+    cd "$invoked_from"
+    exec "$bin/rivo-grid" "$@"
+fi
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+    exec "$bin/rivo-terminal" --feed "$feed"
+fi
+picture="$root/build/release/sell.png"
+journal="$(mktemp -d)"
+trap 'rm -rf "$journal"' EXIT
+QT_QPA_PLATFORM=xcb quietly "Rendering the Sell page" \
+    xvfb-run -a -s "-screen 0 1280x800x24" "$bin/rivo-terminal" --feed "$feed" \
+    --journal "$journal/sales.journal" --screenshot "$picture"
+echo "$picture"
+"$bin/rivo-grid" "$feed"
