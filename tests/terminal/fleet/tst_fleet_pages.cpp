@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cstdio>
 #include <functional>
 #include <memory>
 
@@ -26,7 +27,9 @@ QStringList g_warnings;
 
 void keepWarnings(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
-    if (type != QtDebugMsg && type != QtInfoMsg)
+    if (type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+    else if (type != QtDebugMsg && type != QtInfoMsg)
         g_warnings.append(message);
 }
 
@@ -257,6 +260,7 @@ void FleetPagesTest::zoomAndFollow()
 void FleetPagesTest::paceIsChosen()
 {
     Shown shown(shippedFeed("hill-valley.json"), "fleet", {800, 480});
+    QTRY_VERIFY(shown.item("pace60") != nullptr);
     for (const int pace : {60, 10, 1, 1}) {
         shown.tap(shown.item(QString("pace%1").arg(pace)));
         QCOMPARE(shown.terminal.fleet()->pace(), double(pace));
@@ -285,6 +289,7 @@ void FleetPagesTest::flagsFollowTheReports()
         return text + ' ' + shown.texts("stateText").at(row);
     };
     QTRY_COMPARE(shown.all("stateText").size(), 3);
+    QTRY_VERIFY(shown.item("event-No connection") != nullptr);
     QCOMPARE(shown.texts("identityText"), QStringList({"No. 305419896", "No. 4294967295", ""}));
     QCOMPARE(flags(0), QString("0100 Paper low"));
     QCOMPARE(flags(1), QString("0000 Ready"));
@@ -310,6 +315,7 @@ void FleetPagesTest::flagsFollowTheReports()
 void FleetPagesTest::onlyPrintersRunOutOfPaper()
 {
     Shown shown(shippedFeed("coast-line.json"), "devices", {1280, 800});
+    QTRY_COMPARE(shown.all("stateText").size(), 3);
     QTRY_VERIFY(shown.item("event-Paper jam") != nullptr);
     shown.tap(shown.all("stateText").at(1));
     QTRY_VERIFY(shown.item("event-Paper jam") == nullptr);
