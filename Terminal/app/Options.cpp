@@ -72,6 +72,7 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     const auto fullscreen = option("fullscreen", "Fill the screen.");
     const auto fileIcons = option("allow-file-icons", "Show icons of a feed that are local files.");
     const auto benchmark = option("benchmark", "Measure start, tap and scrolling, and end.");
+    const auto verbose = option("verbose", "Write the log to standard error.");
     parser.process(arguments);
 
     if (!parser.positionalArguments().isEmpty())
@@ -120,6 +121,7 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     options.fullscreen = parser.isSet(fullscreen);
     options.allowFileIcons = parser.isSet(fileIcons);
     options.benchmark = parser.isSet(benchmark);
+    options.verbose = parser.isSet(verbose);
     return options;
 }
 

@@ -27,6 +27,7 @@ struct Options
     bool fullscreen = false;
     bool allowFileIcons = false;
     bool benchmark = false;
+    bool verbose = false; ///< the log of the library goes to standard error
 };
 
 /// The pages by the names that --page takes, in the order of the navigation.

@@ -4,6 +4,8 @@
 #include "Terminal.h"
 
 #include <FeedLoader.h>
+#include <LibraryDiagnostics.h>
+#include <StandardOutput.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -56,8 +58,9 @@ Terminal::Settings settingsOf(const Options& options)
     return settings;
 }
 
-/// Prints what the program measures of itself; sales go to a journal of their own.
-int measure(const feed::Feed& feed, const Options& options)
+/// What the program measures of itself, nothing if it has no screen; sales go to a journal of their
+/// own.
+QStringList measure(const feed::Feed& feed, const Options& options)
 {
     const QTemporaryDir folder;
     const auto settings = [&](const char* journal) {
@@ -70,7 +73,7 @@ int measure(const feed::Feed& feed, const Options& options)
         Terminal terminal(feed, settings("taps"));
         Screen screen(terminal, QStringLiteral("sell"), options.size);
         if (screen.window() == nullptr)
-            return Failed;
+            return {};
         screen.window()->show();
         lines.append(terminal::benchmark::start(screen));
         lines.append(terminal::benchmark::taps(screen, terminal));
@@ -78,11 +81,10 @@ int measure(const feed::Feed& feed, const Options& options)
     Terminal terminal(terminal::benchmark::withTiles(feed, 2000), settings("scrolling"));
     Screen screen(terminal, QStringLiteral("sell"), options.size);
     if (screen.window() == nullptr)
-        return Failed;
+        return {};
     screen.window()->show();
     lines.append(terminal::benchmark::scrolling(screen));
-    QTextStream(stdout) << lines.join(QLatin1Char('\n')) << '\n';
-    return Done;
+    return lines;
 }
 
 int show(QGuiApplication& application, Screen& screen, const Options& options, ExitCode otherwise)
@@ -125,8 +127,15 @@ int main(int argc, char* argv[])
         return show(application, screen, *options, BadInput);
     }
 
-    if (options->benchmark)
-        return measure(*result.feed, *options);
+    std::optional<LibraryDiagnostics> diagnostics(options->verbose);
+    if (options->benchmark) {
+        const QStringList lines = measure(*result.feed, *options);
+        diagnostics.reset();
+        return !lines.isEmpty() &&
+                       writeToStandardOutput(lines.join(QLatin1Char('\n')).toUtf8() + '\n')
+                   ? Done
+                   : Failed;
+    }
     QDir().mkpath(QFileInfo(options->journal).absolutePath());
     Terminal terminal(*result.feed, settingsOf(*options));
     Screen screen(terminal, options->page, options->size);
