@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QImageReader>
 #include <QTime>
 
 #include <algorithm>
@@ -120,7 +121,7 @@ QUrl Terminal::icon(const QString& url, const QUrl& fallback) const
     if (wanted.scheme() == QLatin1String("qrc"))
         return QFile::exists(QLatin1Char(':') + wanted.path()) ? wanted : fallback;
     if (m_settings.allowFileIcons && wanted.isLocalFile())
-        return QFile::exists(wanted.toLocalFile()) ? wanted : fallback;
+        return QImageReader(wanted.toLocalFile()).canRead() ? wanted : fallback;
     return fallback;
 }
 

@@ -86,8 +86,8 @@ public:
     /// What a zone is called; empty for zone 0, which is no zone.
     Q_INVOKABLE QString zoneName(int zone) const;
 
-    /// `url` if the terminal may load it, otherwise `fallback`. An icon that is not in the
-    /// resources is `fallback` too.
+    /// `url` if the terminal may load it, otherwise `fallback`. What is not in the resources, or
+    /// is a file without a picture, is `fallback` too.
     Q_INVOKABLE QUrl icon(const QString& url, const QUrl& fallback) const;
 
     /// The colour that a feed names, `fallback` for a text that names none. Never translucent.

@@ -18,7 +18,7 @@ Item {
     property bool removable: true
     signal removeRequested
 
-    height: 60
+    height: 64
 
     Icon {
         id: icon
@@ -37,6 +37,10 @@ Item {
         PlainText {
             width: parent.width
             text: root.fareProductName
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
+            lineHeight: 0.9
+            font.pixelSize: root.width < 300 ? Theme.smallText : Theme.normalText
             font.weight: Font.DemiBold
         }
         PlainText {

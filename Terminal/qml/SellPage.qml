@@ -23,7 +23,7 @@ Item {
         clip: true
         model: root.terminal.grid
         cellWidth: Math.floor(width / columns)
-        cellHeight: Math.min(132, Math.max(104, Math.floor(height / rows)))
+        cellHeight: Math.min(132, Math.max(cellWidth < 170 ? 118 : 104, Math.floor(height / rows)))
         boundsBehavior: Flickable.StopAtBounds
         cacheBuffer: cellHeight * 2
         delegate: Tile {

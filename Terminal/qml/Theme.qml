@@ -15,7 +15,7 @@ QtObject {
     readonly property color mutedText: night ? "#a9b3bd" : "#4a5560"
     readonly property color accent: night ? "#5aa9e6" : "#0b5a94"
     readonly property color accentInk: night ? "#08131c" : "#ffffff"
-    readonly property color ok: night ? "#6fcf97" : "#1b7a43"
+    readonly property color ok: night ? "#6fcf97" : "#166a39"
     readonly property color warning: night ? "#f2c94c" : "#8a5a00"
     readonly property color error: night ? "#ff8a80" : "#b3261e"
     readonly property color errorInk: night ? "#1c0807" : "#ffffff"

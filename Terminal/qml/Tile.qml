@@ -27,6 +27,9 @@ T.AbstractButton {
                                              : terminal.color(fareProductColor, Theme.tile)
     readonly property color ink: hasExpired ? Theme.inertInk : terminal.textOn(face)
 
+    /// Too narrow for icon, passenger and discount side by side.
+    readonly property bool isNarrow: width < 170
+
     enabled: !hasExpired
     focusPolicy: Qt.NoFocus
     Accessible.name: root.isPlaceholder ? "" : root.fareProductName + ", " + root.description
@@ -47,20 +50,23 @@ T.AbstractButton {
         Icon {
             id: icon
 
-            x: 10
+            x: root.totalInBasket > 0 ? 24 : 10 // beside the badge
             y: 8
-            size: 30
+            size: root.isNarrow ? 26 : 30
             source: root.terminal.icon(root.fareProductIcon, "qrc:/icons/adult.svg")
             color: root.ink
         }
         PlainText {
-            anchors.left: icon.right
-            anchors.leftMargin: 6
-            anchors.right: discount.left
-            anchors.rightMargin: 4
-            anchors.verticalCenter: icon.verticalCenter
+            id: passenger
+
+            objectName: "passengerText"
+            x: root.isNarrow ? 10 : icon.x + icon.width + 6
+            y: root.isNarrow ? icon.y + icon.height : icon.y + (icon.height - height) / 2
+            width: (root.isNarrow ? parent.width - 10 : discount.x - 4) - x
             text: root.description
             font.pixelSize: Theme.smallText
+            minimumPixelSize: 11
+            fontSizeMode: Text.HorizontalFit
             color: root.ink
         }
         Rectangle {
@@ -91,13 +97,14 @@ T.AbstractButton {
             anchors.leftMargin: 10
             anchors.right: parent.right
             anchors.rightMargin: 10
-            anchors.top: icon.bottom
+            anchors.top: root.isNarrow ? passenger.bottom : icon.bottom
             anchors.bottom: priceText.top
             text: root.fareProductName
             wrapMode: Text.Wrap
             maximumLineCount: 2
             lineHeight: 0.9
-            font.pixelSize: root.height < 112 ? Theme.smallText : Theme.normalText
+            font.pixelSize: root.height < 112 || root.width < 130 ? Theme.smallText
+                                                              : Theme.normalText
             font.weight: Font.DemiBold
             color: root.ink
         }

@@ -34,6 +34,7 @@ Rectangle {
         anchors.centerIn: parent
         width: Math.min(implicitWidth, root.parent.width - 80)
         wrapMode: Text.Wrap
+        maximumLineCount: 4
         color: Theme.errorInk
         font.weight: Font.DemiBold
     }

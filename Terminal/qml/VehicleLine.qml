@@ -95,6 +95,7 @@ T.AbstractButton {
                     PlainText {
                         objectName: "statusText"
                         height: parent.height
+                        width: Math.min(implicitWidth, root.width * 0.4)
                         text: root.drivingStatus
                         font.pixelSize: Theme.smallText
                         font.weight: Font.DemiBold
