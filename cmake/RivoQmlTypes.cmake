@@ -34,18 +34,24 @@ function(rivo_collect_metatypes target json)
         VERBATIM)
 endfunction()
 
-# rivo_add_qml_types(<target> MODULE <name> TYPES <header> CLASSES <header>... DEPENDENCIES <json>
+# rivo_add_qml_types(<target> MODULE <name> TYPES <header> [CLASSES <header>...] DEPENDENCIES <json>
 #                    FOLDER <folder> REGISTRATION <file>)
-# Registers the types that TYPES declares for classes of the headers CLASSES as MODULE 1.0:
-# generates FOLDER/plugins.qmltypes, and REGISTRATION for #include in one source of the target.
+# Registers the types that TYPES declares, of its own or for classes of the headers CLASSES, as
+# MODULE 1.0: generates FOLDER/plugins.qmltypes, and REGISTRATION for #include in one source of the
+# target.
 function(rivo_add_qml_types target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "MODULE;TYPES;DEPENDENCIES;FOLDER;REGISTRATION" "CLASSES")
     file(MAKE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/generated" "${CMAKE_CURRENT_BINARY_DIR}/metatypes"
         "${arg_FOLDER}")
     set(types "${CMAKE_CURRENT_BINARY_DIR}/types_metatypes.json")
-    set(classes "${CMAKE_CURRENT_BINARY_DIR}/classes_metatypes.json")
+    set(foreign "${QT5CORE_METATYPES}")
     rivo_collect_metatypes(${target} "${types}" "${arg_TYPES}")
-    rivo_collect_metatypes(${target} "${classes}" ${arg_CLASSES})
+    if(arg_CLASSES)
+        set(classes "${CMAKE_CURRENT_BINARY_DIR}/classes_metatypes.json")
+        rivo_collect_metatypes(${target} "${classes}" ${arg_CLASSES})
+        list(PREPEND foreign "${classes}")
+    endif()
+    list(JOIN foreign "," foreign_argument)
 
     set(registration "${CMAKE_CURRENT_BINARY_DIR}/generated/${arg_REGISTRATION}")
     add_custom_command(
@@ -53,10 +59,10 @@ function(rivo_add_qml_types target)
         COMMAND "${QMLTYPEREGISTRAR}"
             "--import-name=${arg_MODULE}" --major-version=1 --minor-version=0
             "--generate-qmltypes=${arg_FOLDER}/plugins.qmltypes"
-            "--foreign-types=${classes},${QT5CORE_METATYPES}"
+            "--foreign-types=${foreign_argument}"
             "--dependencies=${arg_DEPENDENCIES}"
             -o "${registration}" "${types}"
-        DEPENDS "${arg_DEPENDENCIES}" "${types}" "${classes}" "${QT5CORE_METATYPES}"
+        DEPENDS "${arg_DEPENDENCIES}" "${types}" ${foreign}
         VERBATIM)
     target_sources(${target} PRIVATE "${registration}")
     # A system folder: what Qt's tool writes is not held to the rules of our code.

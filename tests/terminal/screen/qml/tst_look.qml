@@ -1,0 +1,51 @@
+import QtQuick 2.15
+import Rivo.SellingTest 1.0
+
+ScreenCase {
+    id: test
+
+    name: "Look"
+
+    function test_everyPageIsReached() {
+        Harness.open("coast-line", "sell")
+        const marks = [["products", "productLines"], ["zreport", "closedShifts"],
+                       ["fleet", "map"], ["devices", "deviceCards"],
+                       ["settings", "nightSwitch"], ["sell", "grid"]]
+        for (const [page, mark] of marks) {
+            test.compare(Harness.countOf(mark), 0, page + " is not shown yet")
+            test.tap("nav-" + page)
+            test.tryVerify(() => Harness.countOf(mark) === 1, 5000, page)
+            for (const [, other] of marks)
+                test.compare(Harness.countOf(other), other === mark ? 1 : 0, page + ": " + other)
+        }
+    }
+
+    function test_marksPointWhereVehiclesGo_data() {
+        return [
+            { tag: "north", direction: 0 },
+            { tag: "between east and south", direction: 135.5 },
+            { tag: "west", direction: 270 },
+            { tag: "more than one turn", direction: 720.25 },
+            { tag: "the other way round", direction: -90 }
+        ]
+    }
+
+    function test_marksPointWhereVehiclesGo(row) {
+        Harness.open("coast-line", "fleet")
+        test.verify(Harness.vehicleCount() > 1)
+        for (let vehicle = 0; vehicle < 2; ++vehicle)
+            test.tryVerify(() => Harness.markRotation(vehicle, row["direction"])
+                                 === row["direction"])
+    }
+
+    function test_nightColours() {
+        Harness.open("coast-line", "sell")
+        test.compare(Harness.background(), "#eef1f4")
+        test.tap("nightButton")
+        test.tryVerify(() => Harness.background() === Qt.rgba(14 / 255, 18 / 255, 22 / 255, 1))
+        test.tap("nightButton")
+        test.compare(Harness.background(), "#eef1f4")
+        Harness.setNight(true)
+        test.compare(Harness.background(), "#0e1216")
+    }
+}

@@ -1,0 +1,86 @@
+#include "ScreenUnderTest.h"
+
+#include <QDir>
+#include <QImage>
+#include <QSet>
+#include <QtTest>
+
+/// Every page in every size, by day and by night, as pictures to look at.
+class TestScreenPictures : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        prepareScreens();
+        QVERIFY(QDir().mkpath(PICTURES));
+        m_complaints = std::make_unique<Complaints>();
+    }
+    void cleanupTestCase() { m_complaints.reset(); }
+
+    void pageIsDrawn_data();
+    void pageIsDrawn();
+
+private:
+    std::unique_ptr<Complaints> m_complaints;
+};
+
+void TestScreenPictures::pageIsDrawn_data()
+{
+    QTest::addColumn<QString>("feed");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("night");
+    for (const QString feed : {"coast-line", "hill-valley"}) {
+        for (const QSize size : {QSize(800, 480), QSize(1024, 600), QSize(1280, 800)}) {
+            for (const bool night : {false, true}) {
+                if (feed == "hill-valley" && size != QSize(800, 480))
+                    continue;
+                QTest::newRow(qPrintable(QString("%1-%2x%3%4")
+                                             .arg(feed)
+                                             .arg(size.width())
+                                             .arg(size.height())
+                                             .arg(night ? "-night" : "")))
+                    << feed << size << night;
+            }
+        }
+    }
+}
+
+void TestScreenPictures::pageIsDrawn()
+{
+    QFETCH(QString, feed);
+    QFETCH(QSize, size);
+    QFETCH(bool, night);
+    ScreenUnderTest shown(
+        exampleFeed(feed), "sell", size,
+        [&](rivo::terminal::Terminal::Settings& settings) { settings.night = night; });
+    auto* desk = shown.terminal().desk();
+    if (desk->obstacle().isEmpty()) {
+        for (const int row : {0, 1, 4})
+            desk->add(row);
+        QVERIFY(desk->pay(rivo::sales::SalesDesk::Cash));
+        QTRY_COMPARE(desk->state(), rivo::sales::SalesDesk::Selling);
+    }
+    for (const int row : {0, 0, 5, 9}) {
+        if (desk->add(row))
+            shown.terminal().grid()->setSelected(row, true);
+    }
+    for (const char* page : {"sell", "products", "zreport", "fleet", "devices", "settings"}) {
+        shown.tap(shown.item(QString("nav-") + page));
+        QTest::qWait(250); // map and lists settle
+        const QImage image = shown.window()->grabWindow();
+        QCOMPARE(image.size(), size);
+        QSet<QRgb> colours;
+        for (int y = 60; y < image.height(); y += 3) {
+            for (int x = 100; x < image.width(); x += 3)
+                colours.insert(image.pixel(x, y));
+        }
+        QVERIFY2(colours.size() > 20, page);
+        QVERIFY(image.save(QString("%1/%2-%3.png").arg(PICTURES, page, QTest::currentDataTag())));
+        QCOMPARE(Complaints::take(), QStringList());
+    }
+}
+
+QTEST_MAIN(TestScreenPictures)
+#include "tst_screen_pictures.moc"

@@ -1,0 +1,105 @@
+#include "ScreenUnderTest.h"
+
+#include <ShoppingItem.h>
+#include <ZReportModel.h>
+
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include <malloc.h>
+
+using rivo::sales::SalesDesk;
+
+namespace
+{
+
+size_t usedMemory() { return mallinfo2().uordblks; }
+
+int objectsBelow(const QObject* top)
+{
+    int count = 1;
+    for (const QObject* child : top->children())
+        count += objectsBelow(child);
+    return count;
+}
+
+} // namespace
+
+/// Days of selling with the window open: nothing is left behind. RIVO_SOAK_SALES says how many.
+class TestScreenSoak : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void sellsAllDay();
+};
+
+void TestScreenSoak::sellsAllDay()
+{
+    prepareScreens();
+    const Complaints complaints;
+    bool isNumber = false;
+    const int asked = qEnvironmentVariableIntValue("RIVO_SOAK_SALES", &isNumber);
+    const int sales = isNumber ? asked : 1000;
+    const int salesPerShift = 100;
+    const int warmUp = sales / 2;
+    const QStringList pages{"sell",  "products", "sell",    "zreport", "sell",
+                            "fleet", "sell",     "devices", "sell",    "settings"};
+
+    ScreenUnderTest shown(exampleFeed("coast-line"), "sell", {800, 480});
+    auto& terminal = shown.terminal();
+    auto* desk = terminal.desk();
+    QVector<int> rows;
+    for (int row = 0; row < terminal.grid()->rowCount(); ++row) {
+        if (desk->add(row))
+            rows.append(row);
+    }
+    QVERIFY(rows.size() > 5);
+    QVERIFY(desk->clear());
+    const int reports = terminal.zReports()->rowCount();
+
+    QRandomGenerator random(20260329);
+    size_t memory = 0;
+    int objects = 0;
+    for (int sale = 1; sale <= sales; ++sale) {
+        for (int count = 1 + random.bounded(3); count > 0; --count)
+            QVERIFY(desk->add(rows.at(random.bounded(rows.size()))));
+        QVERIFY(desk->pay(random.bounded(3) == 0 ? SalesDesk::Card : SalesDesk::Cash));
+        while (desk->state() != SalesDesk::Selling)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        if (sale % 20 == 0)
+            shown.tap(shown.item("nav-" + pages.at(sale / 20 % pages.size())));
+        if (sale % salesPerShift == 0)
+            QVERIFY(desk->closeShift());
+        if (sale == warmUp || sale == sales) {
+            shown.tap(shown.item("nav-sell"));
+            QTest::qWait(200);
+            QMetaObject::invokeMethod(shown.window(), "releaseResources");
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            malloc_trim(0);
+            if (sale == warmUp) {
+                memory = usedMemory();
+                objects = objectsBelow(shown.window()->contentItem());
+            }
+        }
+    }
+    const size_t after = usedMemory();
+    const int objectsAfter = objectsBelow(shown.window()->contentItem());
+    qInfo("%d sales: %zu bytes after %d, %zu in the end; %d and %d objects on the screen", sales,
+          memory, warmUp, after, objects, objectsAfter);
+
+    QCOMPARE(terminal.basket()->rowCount(), 0);
+    QVERIFY(terminal.basket()->children().isEmpty());
+    QCOMPARE(terminal.zReports()->rowCount(), reports + sales / salesPerShift);
+    QCOMPARE(Complaints::take(), QStringList());
+    // A line of the basket has about twenty objects: no line of the second half may stay.
+    QVERIFY(std::abs(objectsAfter - objects) < 200);
+    // A closed shift stays, in the model and as a row of two filters.
+    const auto shifts = static_cast<size_t>((sales - warmUp) / salesPerShift);
+    const size_t allowed = 1024 * 1024 + shifts * 8192;
+    QVERIFY2(after < memory + allowed, qPrintable(QString("%1 bytes more").arg(after - memory)));
+}
+
+QTEST_MAIN(TestScreenSoak)
+#include "tst_screen_soak.moc"

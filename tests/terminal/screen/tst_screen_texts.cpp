@@ -1,0 +1,395 @@
+#include "ScreenUnderTest.h"
+
+#include <QImage>
+#include <QUrl>
+#include <QtTest>
+
+#include <cmath>
+
+using rivo::feed::Feed;
+
+namespace
+{
+
+const QStringList g_pages{"sell", "products", "zreport", "fleet", "devices", "settings"};
+
+/// Texts as no back office should write them.
+const QStringList g_hostile{
+    "<b>bold</b><img src=\"http://example.invalid/a.png\"><img src='file:///etc/passwd'>",
+    "&lt;&amp;&#x41; <a href=\"http://example.invalid\">link</a>",
+    QString("Donaudampfschifffahrtsgesellschaft").repeated(6),
+    QString::fromUtf8("\u202e\u05e9\u05dc\u05d5\u05dd \u0645\u0631\u062d\u0628\u0627\u202c abc"),
+    QString::fromUtf8(
+        "\U0001F68C\U0001F39F \U0001F468\u200D\U0001F469\u200D\U0001F467 e\u0301\u0323"),
+    QString("a\tb\nc\r\x01\x1b[31m\x7f d"),
+};
+
+const QStringList g_icons{
+    "http://example.invalid/a.png", "file:///etc/passwd",      "data:image/png;base64,iVBORw0KGgo=",
+    "qrc:/icons/missing.svg",       "qrc:/../icons/adult.svg", "javascript:alert(1)",
+    "../icons/adult.svg",           "QRC:/icons/bus.svg"};
+
+const QStringList g_colors{"",        "no colour",    "#12",     "#80ff0000", "transparent",
+                           "#ffffff", "#000000",      "#777777", "#808080",   "#ff0000",
+                           "#00ff00", "rgb(1, 2, 3)", "#0000ff", "yellow"};
+
+QString text(int n) { return g_hostile.at(n % g_hostile.size()); }
+QString iconUrl(int n) { return g_icons.at(n % g_icons.size()); }
+
+Feed hostileFeed()
+{
+    Feed feed = exampleFeed("coast-line");
+    int n = 0;
+    feed.name = text(n++);
+    for (int i = 0; i < g_colors.size(); ++i) {
+        auto product = feed.products.first();
+        product.fareProductColor = g_colors.at(i);
+        product.pos = -1;
+        feed.products.append(product);
+    }
+    for (auto& product : feed.products) {
+        product.description = text(n);
+        product.fareProductName = text(n + 1);
+        product.icon = iconUrl(n);
+        if (product.fareProductColor.isEmpty())
+            product.fareProductColor = g_colors.at(n % g_colors.size());
+        ++n;
+    }
+    for (auto& product : feed.fareProducts) {
+        product.description = text(n);
+        product.icon = iconUrl(n);
+        for (QVariantList* list : {&product.passengerTypes, &product.ticketMaterial,
+                                   &product.paymentMethod, &product.paymentChannel})
+            *list = QVariantList{text(n), text(n + 1), 7};
+        ++n;
+    }
+    for (auto& vehicle : feed.vehicles) {
+        vehicle.registrationNumber = text(n);
+        vehicle.internalNumber = text(n + 1);
+        vehicle.drivingStatus = text(n + 2);
+        vehicle.routeStatus = text(n + 3);
+        vehicle.routeName = text(n + 4);
+        ++n;
+    }
+    for (auto& device : feed.peripherals) {
+        device.name = text(n) + " printer";
+        device.stateStr = text(n + 1);
+        device.icon = iconUrl(n);
+        ++n;
+    }
+    for (auto& report : feed.zReports) {
+        report.fromTicketNumber = text(n);
+        report.toTicketNumber = text(n + 2);
+        report.isClosed = true;
+        ++n;
+    }
+    for (auto& zone : feed.network.zones)
+        zone.name = text(n++);
+    for (auto& route : feed.network.routes) {
+        route.shortName = text(n++);
+        route.longName = text(n++);
+        route.color = g_colors.at(n % g_colors.size());
+    }
+    for (auto& trip : feed.network.trips)
+        trip.headsign = text(n++);
+    for (auto& stop : feed.network.stops)
+        stop.name = text(n++);
+    return feed;
+}
+
+bool isText(const QQuickItem* item) { return item->inherits("QQuickText"); }
+
+QString where(const QQuickItem* item)
+{
+    QString path;
+    for (; item != nullptr; item = item->parentItem()) {
+        const QString type = QString(item->metaObject()->className()).section("_QML", 0, 0);
+        path.prepend("/" + type + (item->objectName().isEmpty() ? "" : ":" + item->objectName()));
+    }
+    return path.section('/', -6);
+}
+
+double luminance(const QColor& color)
+{
+    const auto linear = [](double c) {
+        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b)
+{
+    const double light = std::max(luminance(a), luminance(b));
+    const double dark = std::min(luminance(a), luminance(b));
+    return (light + 0.05) / (dark + 0.05);
+}
+
+/// The part of the item that its clipping parents leave to be seen.
+QRectF visiblePart(const QQuickItem* item)
+{
+    QRectF part = item->mapRectToScene({0, 0, item->width(), item->height()});
+    for (const QQuickItem* p = item->parentItem(); p != nullptr; p = p->parentItem()) {
+        if (p->clip() || p->parentItem() == nullptr)
+            part &= p->mapRectToScene({0, 0, p->width(), p->height()});
+    }
+    return part;
+}
+
+bool isDimmed(const QQuickItem* item)
+{
+    for (; item != nullptr; item = item->parentItem()) {
+        if (item->opacity() < 1.0)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+/// What a hostile feed can do to the screen: nothing but be shown as the plain text that it is.
+class TestScreenTexts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        prepareScreens();
+        m_complaints = std::make_unique<Complaints>();
+    }
+    void cleanup() { QCOMPARE(Complaints::take(), QStringList()); }
+    void cleanupTestCase() { m_complaints.reset(); }
+
+    void hostileTextsStayTexts_data();
+    void hostileTextsStayTexts();
+    void picturesComeFromTheProgram_data();
+    void picturesComeFromTheProgram();
+
+private:
+    static void everyTextIsPlain(ScreenUnderTest& shown);
+    static void textsStayInside(ScreenUnderTest& shown);
+    static void textsCanBeRead(ScreenUnderTest& shown);
+    static void everythingToTapIsLargeEnough(ScreenUnderTest& shown);
+    /// The screen of this row, with tickets in the basket and its popup open if it has one.
+    std::unique_ptr<ScreenUnderTest> shown(const Feed& feed, bool allowFileIcons = false);
+    std::unique_ptr<Complaints> m_complaints;
+};
+
+void TestScreenTexts::hostileTextsStayTexts_data()
+{
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<bool>("night");
+    QTest::addColumn<QString>("popup");
+    QTest::addColumn<QSize>("size");
+    for (const bool night : {false, true}) {
+        const QString time = night ? " at night" : " by day";
+        for (const QString& page : g_pages)
+            QTest::newRow(qPrintable(page + time)) << page << night << "" << QSize(800, 480);
+        QTest::newRow(qPrintable("question before clearing" + time))
+            << "sell" << night << "clearConfirmation" << QSize(800, 480);
+        QTest::newRow(qPrintable("question before closing" + time))
+            << "zreport" << night << "closeConfirmation" << QSize(800, 480);
+        QTest::newRow(qPrintable("reason of a refusal" + time))
+            << "sell" << night << "toast" << QSize(800, 480);
+        QTest::newRow(qPrintable("sell on a large screen" + time))
+            << "sell" << night << "" << QSize(1280, 800);
+    }
+}
+
+std::unique_ptr<ScreenUnderTest> TestScreenTexts::shown(const Feed& feed, bool allowFileIcons)
+{
+    QFETCH(QString, page);
+    QFETCH(bool, night);
+    QFETCH(QString, popup);
+    QFETCH(QSize, size);
+    auto shown = std::make_unique<ScreenUnderTest>(
+        feed, page, size, [&](rivo::terminal::Terminal::Settings& settings) {
+            settings.night = night;
+            settings.allowFileIcons = allowFileIcons;
+            settings.ticketTime = 60000;
+        });
+    auto* desk = shown->terminal().desk();
+    for (int row = 0; row < shown->terminal().grid()->rowCount(); ++row) {
+        if (shown->terminal().basket()->rowCount() < 6)
+            desk->add(row);
+    }
+    if (popup == "clearConfirmation")
+        shown->tap(shown->item("clearButton"));
+    else if (popup == "closeConfirmation")
+        shown->tap(shown->item("closeShiftButton"));
+    else if (popup == "toast")
+        emit desk->refused(text(2) + " " + text(0));
+    QTest::qWait(400); // animations
+    return shown;
+}
+
+void TestScreenTexts::hostileTextsStayTexts()
+{
+    const auto shown = this->shown(hostileFeed());
+    everyTextIsPlain(*shown);
+    textsStayInside(*shown);
+    textsCanBeRead(*shown);
+    everythingToTapIsLargeEnough(*shown);
+}
+
+void TestScreenTexts::everyTextIsPlain(ScreenUnderTest& shown)
+{
+    int texts = 0;
+    shown.forEachItem([&](QQuickItem* item) {
+        QVERIFY2(!item->inherits("QQuickTextEdit") && !item->inherits("QQuickTextInput"),
+                 qPrintable(where(item)));
+        if (!isText(item))
+            return;
+        ++texts;
+        QVERIFY2(item->property("textFormat").toInt() == Qt::PlainText, qPrintable(where(item)));
+    });
+    QVERIFY2(texts > 10, qPrintable(QString::number(texts)));
+}
+
+void TestScreenTexts::picturesComeFromTheProgram_data()
+{
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<bool>("night");
+    QTest::addColumn<QString>("popup");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("allowFileIcons");
+    for (const bool allowed : {false, true}) {
+        for (const QString& page : g_pages)
+            QTest::newRow(qPrintable(page + (allowed ? ", files allowed" : "")))
+                << page << false << "" << QSize(1024, 600) << allowed;
+    }
+}
+
+void TestScreenTexts::picturesComeFromTheProgram()
+{
+    QFETCH(QString, page);
+    QFETCH(bool, allowFileIcons);
+    Feed feed = hostileFeed();
+    const QString picture = QDir::current().filePath("picture.png");
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QVERIFY(image.save(picture));
+    feed.products[0].icon = QUrl::fromLocalFile(picture).toString();
+    feed.products[0].pos = 1;
+    const auto shown = this->shown(feed, allowFileIcons);
+    int pictures = 0;
+    QStringList files;
+    shown->forEachItem([&](QQuickItem* item) {
+        if (!item->inherits("QQuickImageBase"))
+            return;
+        ++pictures;
+        const QUrl source = item->property("source").toUrl();
+        if (source.isLocalFile())
+            files.append(source.toLocalFile());
+        else
+            QVERIFY2(source.isEmpty() || source.scheme() == "qrc",
+                     qPrintable(where(item) + " " + source.toString()));
+        QVERIFY2(source.isEmpty() || item->property("status").toInt() == 1,
+                 qPrintable(where(item) + " " + source.toString()));
+    });
+    QVERIFY(pictures > 5);
+    files.removeDuplicates();
+    QCOMPARE(files, allowFileIcons && page == "sell" ? QStringList(picture) : QStringList());
+}
+
+void TestScreenTexts::textsStayInside(ScreenUnderTest& shown)
+{
+    shown.forEachItem([&](QQuickItem* item) {
+        if (!isText(item) || item->property("text").toString().isEmpty())
+            return;
+        const QString what = where(item) + " \"" + item->property("text").toString() + "\"";
+        // What is drawn is not wider or higher than the item.
+        const double slack = 1.5;
+        QVERIFY2(item->property("contentWidth").toDouble() <= item->width() + slack,
+                 qPrintable(what + " is wider than its item"));
+        QVERIFY2(item->property("contentHeight").toDouble() <= item->height() + slack,
+                 qPrintable(what + " is higher than its item"));
+        // The item does not stick out of the button, tile or line that it is part of.
+        for (const QQuickItem* box = item->parentItem(); box != nullptr; box = box->parentItem()) {
+            const bool isBox =
+                box->inherits("QQuickAbstractButton") || box->inherits("QQuickRectangle");
+            if (box->inherits("QDeclarativeGeoMapQuickItem"))
+                return; // texts on the map belong to the map
+            if (!isBox || box->width() <= 0)
+                continue;
+            const QRectF inner = item->mapRectToItem(box, {0, 0, item->width(), item->height()});
+            QVERIFY2(inner.left() >= -slack && inner.right() <= box->width() + slack,
+                     qPrintable(what + " sticks out of " + where(box)));
+            break;
+        }
+    });
+}
+
+void TestScreenTexts::textsCanBeRead(ScreenUnderTest& shown)
+{
+    const QImage image = shown.window()->grabWindow();
+    QVERIFY(!image.isNull());
+    const bool hasPopup = !shown.all("cancelButton").isEmpty();
+    const QQuickItem* toast = shown.item("toast");
+    const QRectF covered = toast == nullptr
+                               ? QRectF()
+                               : toast->mapRectToScene({0, 0, toast->width(), toast->height()});
+    int compared = 0;
+    shown.forEachItem([&](QQuickItem* item) {
+        if (!isText(item) || item->property("text").toString().trimmed().isEmpty() ||
+            isDimmed(item))
+            return;
+        for (const QQuickItem* p = item; p != nullptr; p = p->parentItem()) {
+            if (p->inherits("QDeclarativeGeoMap"))
+                return; // lies over lines and other marks; outlined
+        }
+        bool isInPopup = false;
+        for (const QQuickItem* p = item; p != nullptr; p = p->parentItem())
+            isInPopup = isInPopup || p->inherits("QQuickPopupItem");
+        if (hasPopup && !isInPopup)
+            return;
+        if (item->objectName() != "toastText" && covered.intersects(visiblePart(item)))
+            return;
+        const QRect part = visiblePart(item).toRect() & image.rect();
+        if (part.width() < 4 || part.height() < 4)
+            return;
+        // The ground is the colour that most pixels have.
+        QHash<QRgb, int> counts;
+        for (int y = part.top(); y <= part.bottom(); ++y) {
+            for (int x = part.left(); x <= part.right(); ++x)
+                ++counts[image.pixel(x, y)];
+        }
+        QRgb ground = 0;
+        int most = 0;
+        for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
+            if (it.value() > most) {
+                most = it.value();
+                ground = it.key();
+            }
+        }
+        ++compared;
+        const QColor ink = item->property("color").value<QColor>();
+        const double found = contrast(ink, QColor(ground));
+        QVERIFY2(found >= 4.5, qPrintable(QString("%1 \"%2\": %3 on %4 is %5:1")
+                                              .arg(where(item), item->property("text").toString(),
+                                                   ink.name(), QColor(ground).name())
+                                              .arg(found)));
+    });
+    QVERIFY2(compared > 2, qPrintable(QString::number(compared)));
+}
+
+void TestScreenTexts::everythingToTapIsLargeEnough(ScreenUnderTest& shown)
+{
+    int targets = 0;
+    shown.forEachItem([&](QQuickItem* item) {
+        if (!item->inherits("QQuickAbstractButton"))
+            return;
+        ++targets;
+        QVERIFY2(
+            item->width() >= 48 && item->height() >= 48,
+            qPrintable(where(item) + QString(" %1x%2").arg(item->width()).arg(item->height())));
+        const QRectF place = item->mapRectToScene({0, 0, item->width(), item->height()});
+        QVERIFY2(place.left() >= -1 && place.right() <= shown.window()->width() + 1,
+                 qPrintable(where(item) + " sticks out of the window"));
+    });
+    QVERIFY(targets > 5);
+}
+
+QTEST_MAIN(TestScreenTexts)
+#include "tst_screen_texts.moc"

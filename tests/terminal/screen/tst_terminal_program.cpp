@@ -1,0 +1,176 @@
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+/// rivo-terminal as it is started: exit codes, pictures, and nothing on standard error that does
+/// not belong there.
+class TestTerminalProgram : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void picturesArePrinted_data();
+    void picturesArePrinted();
+    void wrongCommandLines_data();
+    void wrongCommandLines();
+    void helpAndVersion_data();
+    void helpAndVersion();
+    void brokenFeedIsShownAndNamed();
+    void pictureThatCannotBeWritten();
+    void logIsWrittenWhenAskedFor();
+    void measurements();
+
+private:
+    struct Result
+    {
+        int exitCode = -1;
+        QString output;
+        QString error;
+    };
+    Result run(const QStringList& arguments) const;
+    static QString feed() { return EXAMPLE_FEEDS "/coast-line.json"; }
+
+    QTemporaryDir m_folder;
+};
+
+TestTerminalProgram::Result TestTerminalProgram::run(const QStringList& arguments) const
+{
+    QProcess program;
+    program.start(TERMINAL_PROGRAM, arguments);
+    if (!program.waitForFinished(120000) || program.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {program.exitCode(), QString::fromUtf8(program.readAllStandardOutput()),
+            QString::fromUtf8(program.readAllStandardError())};
+}
+
+void TestTerminalProgram::picturesArePrinted_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QSize>("size");
+    for (const QString page : {"sell", "products", "zreport", "fleet", "devices", "settings"})
+        QTest::newRow(qPrintable(page)) << QStringList{"--page", page} << QSize(1024, 600);
+    QTest::newRow("small, at night, in German")
+        << QStringList{"--size", "800x480", "--night", "--language", "de"} << QSize(800, 480);
+    QTest::newRow("another time and pace")
+        << QStringList{"--time", "23:59", "--time-scale", "60", "--page", "fleet"}
+        << QSize(1024, 600);
+}
+
+void TestTerminalProgram::picturesArePrinted()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QSize, size);
+    const QString picture = m_folder.filePath("page.png");
+    QFile::remove(picture);
+    const Result result =
+        run(QStringList{"--feed", feed(), "--journal", m_folder.filePath("page.journal"),
+                        "--screenshot", picture} +
+            arguments);
+    QCOMPARE(result.error, QString());
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(QImage(picture).size(), size);
+}
+
+void TestTerminalProgram::wrongCommandLines_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("error");
+    const QStringList good{"--feed", feed()};
+    QTest::newRow("no feed") << QStringList() << "one of --feed and --gtfs is needed";
+    QTest::newRow("two feeds") << good + QStringList{"--gtfs", "x"}
+                               << "one of --feed and --gtfs is needed";
+    QTest::newRow("something left over") << good + QStringList{"x"} << "unexpected argument x";
+    QTest::newRow("no such page") << good + QStringList{"--page", "x"}
+                                  << "--page is one of sell, products, zreport, fleet, devices, "
+                                     "settings";
+    for (const QString size : {"x", "800", "319x480", "800x9000", "-800x480", "800x480x3"})
+        QTest::newRow(qPrintable("size " + size))
+            << good + QStringList{"--size", size} << "--size is WIDTHxHEIGHT, 320 to 8192 each";
+    for (const QString scale : {"x", "-1", "600.1", "nan", "inf"})
+        QTest::newRow(qPrintable("time scale " + scale))
+            << good + QStringList{"--time-scale", scale}
+            << "--time-scale is a number from 0 to 600";
+    for (const QString time : {"x", "24:00", "8", "08:60"})
+        QTest::newRow(qPrintable("time " + time))
+            << good + QStringList{"--time", time} << "--time is HH:MM";
+    QTest::newRow("half a rider category") << good + QStringList{"--rider-category", "a="}
+                                           << "--rider-category: \"a=\", expected ID=PT_X";
+}
+
+void TestTerminalProgram::wrongCommandLines()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, error);
+    const Result result = run(arguments);
+    QCOMPARE(result.error, "rivo-terminal: " + error + "\n");
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.exitCode, 2);
+}
+
+void TestTerminalProgram::helpAndVersion_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("start");
+    QTest::newRow("help") << "--help"
+                          << "Usage: ";
+    QTest::newRow("version") << "--version"
+                             << "rivo-terminal ";
+}
+
+void TestTerminalProgram::helpAndVersion()
+{
+    QFETCH(QString, option);
+    QFETCH(QString, start);
+    const Result result = run({option});
+    QCOMPARE(result.error, QString());
+    QVERIFY2(result.output.startsWith(start), qPrintable(result.output));
+    QCOMPARE(result.exitCode, 0);
+}
+
+void TestTerminalProgram::brokenFeedIsShownAndNamed()
+{
+    const QString picture = m_folder.filePath("problems.png");
+    const Result result =
+        run({"--feed", m_folder.filePath("missing.json"), "--screenshot", picture});
+    QVERIFY2(result.error.contains("missing.json"), qPrintable(result.error));
+    QCOMPARE(result.error.count('\n'), 1);
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY(!QImage(picture).isNull());
+}
+
+void TestTerminalProgram::pictureThatCannotBeWritten()
+{
+    const QString picture = m_folder.filePath("no/such/folder.png");
+    const Result result = run({"--feed", feed(), "--journal", m_folder.filePath("page.journal"),
+                               "--screenshot", picture});
+    QCOMPARE(result.error, QString("rivo-terminal: cannot write %1\n").arg(picture));
+    QCOMPARE(result.exitCode, 1);
+}
+
+void TestTerminalProgram::logIsWrittenWhenAskedFor()
+{
+    const Result result = run({"--feed", feed(), "--journal", m_folder.filePath("page.journal"),
+                               "--screenshot", m_folder.filePath("page.png"), "--verbose"});
+    QVERIFY2(result.error.contains(" INFO "), qPrintable(result.error));
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.exitCode, 0);
+}
+
+void TestTerminalProgram::measurements()
+{
+    const Result result = run({"--feed", feed(), "--benchmark"});
+    QCOMPARE(result.error, QString());
+    const QRegularExpression form("^start_to_grid_ms [0-9]+\\n"
+                                  "tap_to_basket_ms median [0-9.]+ p95 [0-9.]+ \\(50 taps\\)\\n"
+                                  "scroll_frame_ms median [0-9.]+ p95 [0-9.]+ "
+                                  "\\([0-9]{4} tiles, 400 frames\\)\\n$");
+    QVERIFY2(form.match(result.output).hasMatch(), qPrintable(result.output));
+    QCOMPARE(result.exitCode, 0);
+}
+
+QTEST_GUILESS_MAIN(TestTerminalProgram)
+#include "tst_terminal_program.moc"
