@@ -147,11 +147,14 @@ signals:
     /// The row count, after it may have changed.
     void countChanged(int);
 
+protected:
+    /// itemFromRow() for the models' own use: does not hand the item to anybody.
+    ListItem* rowAt(int row) const;
+
 private slots:
     void onHandleItemChange();
 
 private:
-    ListItem* rowAt(int row) const;
     bool hasRow(int row) const;
     bool hasRows(int row, int count) const;
     void connectItem(ListItem* item);
