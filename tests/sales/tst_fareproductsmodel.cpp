@@ -54,8 +54,16 @@ public:
         return FareProductsModel::index(row, column, parent);
     }
 
-    mutable bool isStart = false; ///< of the next call
+    QModelIndexList match(const QModelIndex& first, int role, const QVariant& value, int hits,
+                          Qt::MatchFlags flags) const override
+    {
+        searchedFrom = first.row();
+        return FareProductsModel::match(first, role, value, hits, flags);
+    }
+
+    mutable bool isStart = false; ///< of the next call of index()
     mutable QString start;        ///< its arguments
+    mutable int searchedFrom = -1;
 };
 
 /// Notes what is searched for and finds `found`, whatever it is.
@@ -239,6 +247,7 @@ private slots:
         catalogue.isStart = true;
         QCOMPARE(catalogue.getFareProductDescription(20), "Week");
         QCOMPARE(catalogue.start, "0, 0, 0");
+        QCOMPARE(catalogue.searchedFrom, 1);
     }
 
     void theSearchIsTheVirtualMatch()

@@ -230,8 +230,7 @@ private slots:
         const auto kept = [](const char* sentence, const char* text) {
             QTest::newRow(sentence) << QVariant(text) << QString(text);
         };
-        QTest::newRow("a trip that is in no timetable has none")
-            << QVariant("DynamicTrip") << QString();
+        QTest::newRow("a dynamic trip has none") << QVariant("DynamicTrip") << QString();
         QTest::newRow("the same as bytes has none")
             << QVariant(QByteArray("DynamicTrip")) << QString();
         kept("lower case is kept", "dynamictrip");
@@ -255,6 +254,16 @@ private slots:
         trip.setProperty("publicRouteExecutionId", execution);
         addTicket(*m_basket, &trip);
         compare(0, ticketValues(0, {0, 0, 0, 0, 0, 0, stored}));
+    }
+
+    void theTextOfADynamicTripIsEmptyAsInANewTicket()
+    {
+        QObject trip;
+        trip.setProperty("publicRouteExecutionId", "DynamicTrip");
+        addTicket(*m_basket, &trip);
+        const auto* ticket = qobject_cast<ShoppingItem*>(m_basket->itemFromRow(0));
+        QVERIFY(ticket->publicRouteExecutionId().isEmpty());
+        QVERIFY(!ticket->publicRouteExecutionId().isNull());
     }
 
     void tripNumber_data()
