@@ -502,8 +502,8 @@ private slots:
                                                       << "property var assetCoordinate"
                                                       << "property coordinate assetCoordinate";
         QTest::newRow("another name of the model") << "ZReportModel"
-                                                   << "ZReportModel zReports"
-                                                   << "ZReportModel reports";
+                                                   << "model: zReports"
+                                                   << "model: reports";
         QTest::newRow("model of another type") << "ZReportModel"
                                                << "property ZReportModel"
                                                << "property AssetsModel";
