@@ -30,6 +30,10 @@
     QML_UNCREATABLE(REASON)
 
 /// A model that QML can create. It is one with its prototype, see PrototypeOwner.
+///
+/// Spells out what QML_FOREIGN stands for, since the two halves differ: the text names the class
+/// that plugins.qmltypes describes, which moc knows; the alias is the class that QML creates, a
+/// template that moc does not know.
 #define RIVO_QML_CREATABLE_MODEL(TYPE)                                                             \
     Q_GADGET                                                                                       \
     Q_CLASSINFO("QML.Foreign", #TYPE)                                                              \

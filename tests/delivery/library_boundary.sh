@@ -4,21 +4,13 @@
 # usage: library_boundary.sh LIBGUICORE SOURCE_DIR BINARY_DIR
 set -u
 library="$1" source_dir="$2" binary_dir="$3"
-failures=0
+# shellcheck source=tests/support/boundary.sh
+. "$(dirname "${BASH_SOURCE[0]}")/../support/boundary.sh"
 
-# expect WHAT EXPECTED ACTUAL
-expect() {
-    [ "$2" = "$3" ] && return 0
-    printf 'FAIL: %s\n--- expected\n%s\n--- actual\n%s\n' "$1" "$2" "$3"
-    failures=$((failures + 1))
-}
-
-needed="$(readelf -d "$library" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p' |
-    grep -vE '^lib(asan|ubsan|stdc\+\+|gcc_s|m|c)\.so|^ld-linux' | sort)"
 expect "needs Qt Core, Qt Positioning and the core library, which can be swapped under its name" \
     "libQt5Core.so.5
 libQt5Positioning.so.5
-libRIVO_ARM_QtLib.so" "$needed"
+libRIVO_ARM_QtLib.so" "$(needed "$library")"
 
 expect "has a version in its name" "libGuiCore.so.1" \
     "$(readelf -d "$library" | sed -nE 's/.*\(SONAME\).*\[(.*)\]/\1/p')"
@@ -46,10 +38,6 @@ foreign="$(nm -DC --defined-only "$library" | awk '$2 !~ /^[WVu]$/' | cut -d' ' 
     grep -vE '^__(asan|odr_asan|ubsan|sanitizer)')"
 expect "exports its public classes and nothing else" "" "$foreign"
 
-# Sanitizers put source paths of their own into the library.
-nm -D --undefined-only "$library" | grep -q __asan_init && folders=() || folders=("$source_dir" "$binary_dir")
-for folder in "${folders[@]}"; do
-    expect "holds no path of the machine that built it" "0" "$(grep -caF "$folder/" "$library")"
-done
+expect_no_paths "$library" "$source_dir" "$binary_dir" "$library"
 
-[ "$failures" -eq 0 ]
+no_failure

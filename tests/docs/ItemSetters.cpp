@@ -1,172 +1,18 @@
 #include "ItemSetters.h"
 
-#include "AssetItem.h"
-#include "FareProductItem.h"
-#include "PassengerTypeItem.h"
-#include "PeripheralItem.h"
-#include "ShoppingItem.h"
-#include "ZReportItem.h"
+#include "LibraryModels.h"
 
 #include <QDateTime>
 #include <QGeoCoordinate>
-#include <QMap>
 #include <QSignalSpy>
 
 #include <algorithm>
 #include <climits>
-#include <type_traits>
 
 using rivo::models::ListItem;
 
 namespace
 {
-
-template <typename Item, typename Argument>
-ItemSetter setter(const char* name, void (Item::*set)(Argument))
-{
-    using T = std::decay_t<Argument>;
-    return {name, qMetaTypeId<T>(), [set](ListItem& item, const QVariant& value) {
-                (static_cast<Item&>(item).*set)(value.value<T>());
-            }};
-}
-
-template <typename Item>
-ItemSetters itemClass(const QVector<ItemSetter>& setters)
-{
-    return {Item::staticMetaObject.className(), [](QObject* parent) { return new Item(parent); },
-            setters};
-}
-
-ItemSetters passengerTypeItem()
-{
-    using Item = PassengerTypeItem;
-    return itemClass<Item>({
-        setter("setId", &Item::setId),
-        setter("setDescription", &Item::setDescription),
-        setter("setCode", &Item::setCode),
-        setter("setIcon", &Item::setIcon),
-        setter("setPrice", &Item::setPrice),
-        setter("setFareProductId", &Item::setFareProductId),
-        setter("setFareProductName", &Item::setFareProductName),
-        setter("setTotalInBasket", &Item::setTotalInBasket),
-        setter("setIsReturnFee", &Item::setIsReturnFee),
-        setter("setFromStopGroupId", &Item::setFromStopGroupId),
-        setter("setToStopGroupId", &Item::setToStopGroupId),
-        setter("setFareProductColor", &Item::setFareProductColor),
-        setter("setHasExpired", &Item::setHasExpired),
-        setter("setFareDiscount", &Item::setFareDiscount),
-        setter("setSelected", &Item::setSelected),
-        setter("setIsDaily", &Item::setIsDaily),
-        setter("setPos", &Item::setPos),
-    });
-}
-
-ItemSetters shoppingItem()
-{
-    using Item = ShoppingItem;
-    return itemClass<Item>({
-        setter("setPassengerTypeId", &Item::setPassengerTypeId),
-        setter("setFareProductId", &Item::setFareProductId),
-        setter("setFromStopGroupId", &Item::setFromStopGroupId),
-        setter("setToStopGroupId", &Item::setToStopGroupId),
-        setter("setDescription", &Item::setDescription),
-        setter("setFareProductName", &Item::setFareProductName),
-        setter("setIcon", &Item::setIcon),
-        setter("setPrice", &Item::setPrice),
-        setter("setAccepted", &Item::setAccepted),
-        setter("setPrinted", &Item::setPrinted),
-        setter("setOrigin", &Item::setOrigin),
-        setter("setDestination", &Item::setDestination),
-        setter("setIsReturnFee", &Item::setIsReturnFee),
-        setter("setIsDaily", &Item::setIsDaily),
-        setter("setFromStopId", &Item::setFromStopId),
-        setter("setToStopId", &Item::setToStopId),
-        setter("setRouteId", &Item::setRouteId),
-        setter("setCurrentStopId", &Item::setCurrentStopId),
-        setter("setTripsRouteId", &Item::setTripsRouteId),
-        setter("setTripsExecutionId", &Item::setTripsExecutionId),
-        setter("setPublicRouteExecutionId", &Item::setPublicRouteExecutionId),
-        setter("setPayMethod", &Item::setPayMethod),
-        setter("setTicketMaterialId", &Item::setTicketMaterialId),
-        setter("setPasengerType", &Item::setPasengerType),
-        setter("setPayChannel", &Item::setPayChannel),
-    });
-}
-
-ItemSetters fareProductItem()
-{
-    using Item = FareProductItem;
-    return itemClass<Item>({
-        setter("setDescription", &Item::setDescription),
-        setter("setIcon", &Item::setIcon),
-        setter("setPrice", &Item::setPrice),
-        setter("setDiscount", &Item::setDiscount),
-        setter("setFreeReturn", &Item::setFreeReturn),
-        setter("setPaperTicket", &Item::setPaperTicket),
-        setter("setTotalInBasket", &Item::setTotalInBasket),
-        setter("setPassengerTypes", &Item::setPassengerTypes),
-        setter("setTicketMaterial", &Item::setTicketMaterial),
-        setter("setPaymentMethod", &Item::setPaymentMethod),
-        setter("setPaymentChannel", &Item::setPaymentChannel),
-    });
-}
-
-ItemSetters zReportItem()
-{
-    using Item = ZReportItem;
-    return itemClass<Item>({
-        setter("setTicketCount", &Item::setTicketCount),
-        setter("setTicketSumAmnt", &Item::setTicketSumAmnt),
-        setter("setCardSellCount", &Item::setCardSellCount),
-        setter("setCardSellAmnt", &Item::setCardSellAmnt),
-        setter("setParcelCount", &Item::setParcelCount),
-        setter("setParcelAmnt", &Item::setParcelAmnt),
-        setter("setFromTicketNumber", &Item::setFromTicketNumber),
-        setter("setToTicketNumber", &Item::setToTicketNumber),
-        setter("setZSum", &Item::setZSum),
-        setter("setZNumber", &Item::setZNumber),
-        setter("setIsClosed", &Item::setIsClosed),
-        setter("setCommission", &Item::setCommission),
-        setter("setPaymentDate", &Item::setPaymentDate),
-        setter("setCurrentDebt", &Item::setCurrentDebt),
-        setter("setMaxAllowedDebt", &Item::setMaxAllowedDebt),
-    });
-}
-
-ItemSetters assetItem()
-{
-    using Item = AssetItem;
-    return itemClass<Item>({
-        setter("setId", &Item::setId),
-        setter("setRegistrationNumber", &Item::setRegistrationNumber),
-        setter("setInternalNumber", &Item::setInternalNumber),
-        setter("setDrivingStatus", &Item::setDrivingStatus),
-        setter("setRouteStatus", &Item::setRouteStatus),
-        setter("setRouteId", &Item::setRouteId),
-        setter("setRouteName", &Item::setRouteName),
-        setter("setAssetCoordinate", &Item::setAssetCoordinate),
-        setter("setUpdated", &Item::setUpdated),
-        setter("setInView", &Item::setInView),
-        setter("setDirection", &Item::setDirection),
-    });
-}
-
-ItemSetters peripheralItem()
-{
-    using Item = PeripheralItem;
-    return itemClass<Item>({
-        setter("setId", &Item::setId),
-        setter("setName", &Item::setName),
-        setter("setIdentity", &Item::setIdentity),
-        setter("setIcon", &Item::setIcon),
-        setter("setWarning", &Item::setWarning),
-        setter("setBlueWarning", &Item::setBlueWarning),
-        setter("setYellowWarning", &Item::setYellowWarning),
-        setter("setError", &Item::setError),
-        setter("setDeviceState", &Item::setDeviceState),
-        setter("setStateStr", &Item::setStateStr),
-    });
-}
 
 /// Values of all roles in the order of their numbers.
 QVariantList shown(const ListItem& item)
@@ -221,7 +67,7 @@ QString ItemSetters::announcement(const ItemSetter& setter) const
     const QVariant stored = setter.sample(0);
     const QVariant other = setter.sample(1);
     QObject owner;
-    ListItem* item = make(&owner);
+    ListItem* item = itemClass.make(&owner);
     setter.set(*item, stored);
     if (announcements(*item, setter, {other}) == 0)
         return QStringLiteral("silent");
@@ -230,7 +76,7 @@ QString ItemSetters::announcement(const ItemSetter& setter) const
         for (const ItemSetter& field : setters) {
             if (field.type != setter.type)
                 continue;
-            ListItem* fresh = make(&owner);
+            ListItem* fresh = itemClass.make(&owner);
             field.set(*fresh, stored);
             if (announcements(*fresh, setter, {stored}) == 0)
                 return "against " + field.field();
@@ -247,7 +93,7 @@ QString ItemSetters::announcement(const ItemSetter& setter) const
 bool ItemSetters::hasRole(const ItemSetter& setter) const
 {
     QObject owner;
-    ListItem* item = make(&owner);
+    ListItem* item = itemClass.make(&owner);
     setter.set(*item, setter.sample(0));
     const QVariantList before = shown(*item);
     setter.set(*item, setter.sample(1));
@@ -256,12 +102,17 @@ bool ItemSetters::hasRole(const ItemSetter& setter) const
 
 ItemSetters settersOfRows(const QString& modelClass)
 {
-    static const QMap<QString, ItemSetters (*)()> classes{
-        {"PassengerTypesModel", passengerTypeItem},
-        {"ShoppingBasketModel", shoppingItem},
-        {"FareProductsModel", fareProductItem},
-        {"ZReportModel", zReportItem},
-        {"AssetsModel", assetItem},
-        {"PeripheralsModel", peripheralItem}};
-    return classes[modelClass]();
+    const LibraryModel& model = libraryModel(modelClass);
+    ItemSetters rows{model.itemType->className(), model.itemClass, {}};
+    for (const ItemField& field : model.itemClass.fields) {
+        if (field.set)
+            rows.setters.append({setterName(field), field.initial.userType(), field.set});
+    }
+    return rows;
+}
+
+QString setterName(const ItemField& field)
+{
+    const QString name = QString::fromLatin1(field.name);
+    return QStringLiteral("set") + name.at(0).toUpper() + name.mid(1);
 }

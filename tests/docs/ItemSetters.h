@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ListItem.h"
+#include "ItemFields.h"
 
 #include <QString>
 #include <QVariant>
@@ -26,7 +26,7 @@ struct ItemSetter
 struct ItemSetters
 {
     QString className;
-    std::function<rivo::models::ListItem*(QObject* parent)> make; ///< all fields initial
+    ItemClass itemClass;
     QVector<ItemSetter> setters;
 
     /// When a setter announces: "silent", "fuzzy", "exact", "against <field>" or nothing, which is
@@ -39,3 +39,6 @@ struct ItemSetters
 
 /// Of the rows of the model class with this name.
 ItemSetters settersOfRows(const QString& modelClass);
+
+/// "setPrice" for the field price, whether or not there is such a setter.
+QString setterName(const ItemField& field);

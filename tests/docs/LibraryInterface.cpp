@@ -1,18 +1,15 @@
 #include "LibraryInterface.h"
 
-#include "AssetsModel.h"
-#include "FareProductsModel.h"
 #include "ItemSetters.h"
+#include "LibraryModels.h"
 #include "MetaObjectText.h"
-#include "PassengerTypesModel.h"
-#include "PeripheralsModel.h"
-#include "ShoppingBasketModel.h"
-#include "ZReportModel.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
+
+#include <algorithm>
 
 using rivo::models::ListItem;
 using rivo::models::ListModel;
@@ -31,14 +28,53 @@ QString qmlType(const QString& type)
     return types.value(type, "no QML type for " + type);
 }
 
-QStringList roleLines(const ListModel& model, const ListItem& item)
+/// A header without comments and macros of the meta-object compiler, blanks and line breaks merged.
+QString header(const QString& className)
 {
+    for (const char* folder : {"/ListModel/", "/Models/"}) {
+        QFile file(QStringLiteral(GUICORE_SOURCES) + folder + className + ".h");
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        QString text = QString::fromUtf8(file.readAll());
+        text.remove(QRegularExpression("//[^\n]*"));
+        text = text.simplified();
+        text.remove(QRegularExpression("Q_(PROPERTY|ENUM)\\([^)]*\\)|Q_OBJECT"));
+        return text;
+    }
+    return {};
+}
+
+/// An item in which as many fields as possible have a value of their own.
+const ListItem& distinctItem(const ItemSetters& rows, QObject& owner)
+{
+    ListItem* item = rows.itemClass.make(&owner);
+    for (int i = 0; i < rows.setters.size(); ++i)
+        rows.setters.at(i).set(*item, rows.setters.at(i).sample(i + 1));
+    return *item;
+}
+
+/// The getter, declared in the header, that returns what the role shows.
+QString getterOf(int role, const ListItem& item, const ItemSetters& rows)
+{
+    for (const ItemField& field : rows.itemClass.fields) {
+        if (field.role == role && sameValue(field.get(item), item.data(role)) &&
+            header(rows.className).contains(QStringLiteral(" %1() const").arg(field.name)))
+            return field.name;
+    }
+    return "no getter";
+}
+
+QStringList roleLines(const ListModel& model, const ItemSetters& rows)
+{
+    QObject owner;
+    const ListItem& item = distinctItem(rows, owner);
     QStringList lines;
     const QHash<int, QByteArray> names = model.roleNames();
     for (auto name = names.cbegin(); name != names.cend(); ++name) {
         const QString type = QString::fromLatin1(item.data(name.key()).typeName());
-        lines.append(
-            QStringList{QString::number(name.key()), name.value(), qmlType(type), type}.join(", "));
+        lines.append(QStringList{QString::number(name.key()), name.value(), qmlType(type), type,
+                                 getterOf(name.key(), item, rows)}
+                         .join(", "));
     }
     return lines;
 }
@@ -89,7 +125,7 @@ QStringList propertyLines(const QMetaObject& type)
 QStringList itemPropertyLines(const ItemSetters& itemClass)
 {
     QObject owner;
-    ListItem* item = itemClass.make(&owner);
+    ListItem* item = itemClass.itemClass.make(&owner);
     const QMetaObject& type = *item->metaObject();
     QStringList lines;
     for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
@@ -119,6 +155,10 @@ QStringList setterLines(const ItemSetters& itemClass)
         if (!announcement.isEmpty())
             lines.append(setter.name + ", " + announcement);
     }
+    for (const ItemField& field : itemClass.itemClass.fields) {
+        if (field.role != 0 && !field.set)
+            lines.append(setterName(field) + ", none");
+    }
     return lines;
 }
 
@@ -126,7 +166,7 @@ QStringList setterLines(const ItemSetters& itemClass)
 QStringList hiddenFieldLines(const ItemSetters& itemClass)
 {
     QObject owner;
-    const QMetaObject& type = *itemClass.make(&owner)->metaObject();
+    const QMetaObject& type = *itemClass.itemClass.make(&owner)->metaObject();
     QStringList lines;
     for (const ItemSetter& setter : itemClass.setters) {
         if (!itemClass.hasRole(setter) && type.indexOfProperty(setter.field().toLatin1()) < 0)
@@ -176,6 +216,20 @@ QStringList operationLines(const QString& className, const QMetaObject& type)
     return lines;
 }
 
+/// Whether the model makes its rows; otherwise the application constructs them.
+bool madeByTheModel(const QStringList& operations)
+{
+    return std::any_of(operations.cbegin(), operations.cend(), [](const QString& operation) {
+        return declaredName(operation) == "addItem";
+    });
+}
+
+QStringList constructorLines(const QString& itemClass)
+{
+    return declaredOperations(itemClass).filter(
+        QRegularExpression("^(explicit )?" + itemClass + "\\("));
+}
+
 Table interfaceOf(const QString& className, const QMetaObject& type)
 {
     Table tables{{"Properties", propertyLines(type)},
@@ -183,22 +237,6 @@ Table interfaceOf(const QString& className, const QMetaObject& type)
                  {"C++ operations", operationLines(className, type)}};
     addEnums(type, tables);
     return tables;
-}
-
-/// A header without comments and macros of the meta-object compiler, blanks and line breaks merged.
-QString header(const QString& className)
-{
-    for (const char* folder : {"/ListModel/", "/Models/"}) {
-        QFile file(QStringLiteral(GUICORE_SOURCES) + folder + className + ".h");
-        if (!file.open(QIODevice::ReadOnly))
-            continue;
-        QString text = QString::fromUtf8(file.readAll());
-        text.remove(QRegularExpression("//[^\n]*"));
-        text = text.simplified();
-        text.remove(QRegularExpression("Q_(PROPERTY|ENUM)\\([^)]*\\)|Q_OBJECT"));
-        return text;
-    }
-    return {};
 }
 
 /// What follows the public section.
@@ -267,30 +305,21 @@ QString symbolText(const QString& declaration)
 
 } // namespace
 
-QMap<QString, ListModel*> makeModels(QObject* parent)
-{
-    QMap<QString, ListModel*> models;
-    for (ListModel* model : std::initializer_list<ListModel*>{
-             new PassengerTypesModel(parent), new ShoppingBasketModel(parent),
-             new FareProductsModel(parent), new ZReportModel(parent), new AssetsModel(parent),
-             new PeripheralsModel(parent)})
-        models.insert(model->metaObject()->className(), model);
-    return models;
-}
-
 InterfaceLines libraryInterface()
 {
     QObject owner;
     InterfaceLines all{{"ListModel", interfaceOf("ListModel", ListModel::staticMetaObject)}};
-    const QMap<QString, ListModel*> models = makeModels(&owner);
-    for (auto model = models.cbegin(); model != models.cend(); ++model) {
-        const ItemSetters itemClass = settersOfRows(model.key());
-        Table tables = interfaceOf(model.key(), *model.value()->metaObject());
-        tables["Roles"] = roleLines(*model.value(), *itemClass.make(&owner));
-        tables["Item properties"] = itemPropertyLines(itemClass);
-        tables["Setters"] = setterLines(itemClass);
-        tables["Fields without a role"] = hiddenFieldLines(itemClass);
-        all.insert(model.key(), tables);
+    for (const LibraryModel& described : libraryModels()) {
+        const ListModel* model = described.make(&owner);
+        const ItemSetters rows = settersOfRows(described.name);
+        Table tables = interfaceOf(described.name, *model->metaObject());
+        if (!madeByTheModel(tables["C++ operations"]))
+            tables["C++ operations"] += constructorLines(rows.className);
+        tables["Roles"] = roleLines(*model, rows);
+        tables["Item properties"] = itemPropertyLines(rows);
+        tables["Setters"] = setterLines(rows);
+        tables["Fields without a role"] = hiddenFieldLines(rows);
+        all.insert(described.name, tables);
     }
     return all;
 }

@@ -1,15 +1,11 @@
 #pragma once
 
-#include "ListModel.h"
 #include "RolesDocument.h"
 
 #include <QSet>
 
 /// What the library has, as docs/roles.md ought to say it.
 InterfaceLines libraryInterface();
-
-/// The six models of the library by class name, without rows and children of `parent`.
-QMap<QString, rivo::models::ListModel*> makeModels(QObject* parent);
 
 /// Public operations that a header declares, invokables included, as declared but without
 /// `override`; those with a body in the header end with " inline".

@@ -1,5 +1,8 @@
 #include "RolesDocument.h"
 
+#include "QmlBlocks.h"
+
+#include <QRegularExpression>
 #include <QSet>
 
 namespace
@@ -27,8 +30,15 @@ class Parser
 public:
     RolesDocument parse(const QString& markdown)
     {
-        for (const QString& line : markdown.split('\n'))
-            read(line);
+        static const QRegularExpression beforeClass("^(?=## )",
+                                                    QRegularExpression::MultilineOption);
+        for (const QString& section : markdown.split(beforeClass)) {
+            for (const QString& line : section.split('\n'))
+                read(line);
+            const QStringList blocks = qmlBlocks(section);
+            if (!blocks.isEmpty())
+                m_document.examples[m_class] = blocks.first();
+        }
         return m_document;
     }
 
@@ -36,11 +46,11 @@ private:
     void read(const QString& line)
     {
         if (m_inExample)
-            readExample(line);
+            m_inExample = line != "```";
         else if (line.startsWith("## "))
-            enter(line.mid(3), QString());
+            enterClass(line.mid(3));
         else if (line.startsWith("### "))
-            enter(m_class, line.mid(4));
+            enterTable(line.mid(4));
         else if (line.startsWith("```"))
             beginExample(line);
         else if (line.startsWith('|'))
@@ -49,26 +59,25 @@ private:
             m_columns.clear();
     }
 
-    void enter(const QString& className, const QString& table)
+    void enterClass(const QString& className)
     {
         m_class = className;
+        m_hasExample = false;
+        enterTable(QString());
+    }
+
+    void enterTable(const QString& table)
+    {
         m_table = table;
         m_columns.clear();
     }
 
     void beginExample(const QString& line)
     {
-        if (line != "```qml" || m_table != "Example" || m_document.examples.contains(m_class))
+        if (line != "```qml" || m_table != "Example" || m_hasExample)
             m_document.faults.append("example out of place in " + m_class);
+        m_hasExample = true;
         m_inExample = true;
-    }
-
-    void readExample(const QString& line)
-    {
-        if (line == "```")
-            m_inExample = false;
-        else
-            m_document.examples[m_class] += line + '\n';
     }
 
     void readRow(const QString& row)
@@ -81,7 +90,17 @@ private:
         else if (cells.size() != m_columns.size())
             m_document.faults.append("wrong width: " + row);
         else if (!cells.first().startsWith("---"))
-            m_document.lines[m_class][m_table].append(compared(cells));
+            readCells(cells);
+    }
+
+    void readCells(const QStringList& cells)
+    {
+        for (int i = 0; m_table == "Roles" && i < cells.size(); ++i) {
+            if (explanations().contains(m_columns.at(i)) && cells.at(i).isEmpty())
+                m_document.faults.append(m_class + ", " + cells.first() + ": no " +
+                                         m_columns.at(i));
+        }
+        m_document.lines[m_class][m_table].append(compared(cells));
     }
 
     QString compared(const QStringList& cells) const
@@ -98,6 +117,7 @@ private:
     QString m_class;
     QString m_table;
     QStringList m_columns;
+    bool m_hasExample = false;
     bool m_inExample = false;
 };
 

@@ -12,7 +12,8 @@ struct RolesDocument
 {
     InterfaceLines lines;            ///< without the columns that only explain
     QMap<QString, QString> examples; ///< QML by class
-    QStringList faults;              ///< tables and examples out of place, rows of a wrong width
+    QStringList faults; ///< tables and examples out of place, rows of a wrong width, and roles
+                        ///< without a meaning or a unit
 };
 
 /// Reads the markdown: a class per "## " heading, a table or an example per "### " heading below.

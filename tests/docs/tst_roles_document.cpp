@@ -1,5 +1,6 @@
 #include "ItemSetters.h"
 #include "LibraryInterface.h"
+#include "LibraryModels.h"
 #include "LogCapture.h"
 #include "RolesDocument.h"
 
@@ -33,7 +34,7 @@ const QMap<QString, QString>& exampleNames()
 /// A row that shows something in every role but the icon, for which there is no image.
 ListItem* makeRow(const ItemSetters& itemClass, QObject* parent)
 {
-    ListItem* item = itemClass.make(parent);
+    ListItem* item = itemClass.itemClass.make(parent);
     for (const ItemSetter& setter : itemClass.setters) {
         if (setter.name != "setIcon")
             setter.set(*item, setter.sample(1));
@@ -46,19 +47,20 @@ class Screen
 {
 public:
     Screen(const QString& modelClass, const QString& qml)
-        : m_models(makeModels(&m_owner)), m_model(m_models[modelClass]), m_component(&m_engine)
+        : m_model(libraryModel(modelClass).make(&m_owner)), m_component(&m_engine)
     {
+        m_engine.addImportPath(QStringLiteral(RIVO_QML_IMPORT_PATH));
         QObject::connect(&m_engine, &QQmlEngine::warnings,
                          [this](const QList<QQmlError>& errors) { add(errors); });
         m_engine.setOutputWarningsToStandardError(false);
         const ItemSetters itemClass = settersOfRows(modelClass);
         m_model->appendRow(makeRow(itemClass, m_model));
-        m_model->appendRow(itemClass.make(m_model));
-        m_engine.rootContext()->setContextProperty(exampleNames()[modelClass], m_model);
+        m_model->appendRow(itemClass.itemClass.make(m_model));
         m_component.setData(qml.toUtf8(), QUrl("qrc:/example.qml"));
-        add(m_component.errors());
         if (m_component.isReady())
-            m_view.reset(m_component.create());
+            m_view.reset(m_component.createWithInitialProperties(
+                {{exampleNames()[modelClass], QVariant::fromValue(m_model)}}));
+        add(m_component.errors());
     }
 
     QStringList complaints() const { return m_complaints; }
@@ -86,7 +88,6 @@ private:
     }
 
     QObject m_owner;
-    QMap<QString, ListModel*> m_models;
     ListModel* m_model;
     QStringList m_complaints;
     QQmlEngine m_engine;
@@ -207,29 +208,37 @@ private slots:
         QTest::addColumn<QString>("after");
         QTest::addColumn<QStringList>("found");
         QTest::newRow("a role is missing")
-            << "| 272 | `pos` | `int` | `int` | grid position from 1 | set by the back office; -1 "
-               "if not |\n"
-            << "" << QStringList{"PassengerTypesModel, Roles: missing 272, pos, int, int"};
+            << "| 272 | `pos` | `int` | `int` | `pos` | grid position from 1 | set by the back "
+               "office; -1 if not |\n"
+            << "" << QStringList{"PassengerTypesModel, Roles: missing 272, pos, int, int, pos"};
         QTest::newRow("the unused role is given a meaning")
             << "| 259 | `description` |"
-            << "| 258 | `code` | `int` | `int` | - | |\n| 259 | `description` |"
-            << QStringList{"FareProductsModel, Roles: surplus 258, code, int, int"};
+            << "| 258 | `code` | `int` | `int` | `code` | - | x |\n| 259 | `description` |"
+            << QStringList{"FareProductsModel, Roles: surplus 258, code, int, int, code"};
         QTest::newRow("a role's name is corrected")
             << "| `productFairIcon` |"
             << "| `productFareIcon` |"
             << QStringList{
-                   "FareProductsModel, Roles: missing 260, productFairIcon, string, QString",
-                   "FareProductsModel, Roles: surplus 260, productFareIcon, string, QString"};
+                   "FareProductsModel, Roles: missing 260, productFairIcon, string, QString, icon",
+                   "FareProductsModel, Roles: surplus 260, productFareIcon, string, QString, "
+                   "icon"};
+        QTest::newRow("a role shows another field")
+            << "| `string` | `QString` | `fromTicketNumber` |"
+            << "| `string` | `QString` | `toTicketNumber` |"
+            << QStringList{"ZReportModel, Roles: missing 264, fromTicketData, string, QString, "
+                           "fromTicketNumber",
+                           "ZReportModel, Roles: surplus 264, fromTicketData, string, QString, "
+                           "toTicketNumber"};
         QTest::newRow("a role has another C++ type")
             << "| 267 | `zNumberData` | `real` | `double` |"
             << "| 267 | `zNumberData` | `real` | `int` |"
-            << QStringList{"ZReportModel, Roles: missing 267, zNumberData, real, double",
-                           "ZReportModel, Roles: surplus 267, zNumberData, real, int"};
+            << QStringList{"ZReportModel, Roles: missing 267, zNumberData, real, double, zNumber",
+                           "ZReportModel, Roles: surplus 267, zNumberData, real, int, zNumber"};
         QTest::newRow("a role has a QML type that does not hold its values")
             << "| `identity` | `real` |"
             << "| `identity` | `int` |"
-            << QStringList{"PeripheralsModel, Roles: missing 259, identity, real, uint",
-                           "PeripheralsModel, Roles: surplus 259, identity, int, uint"};
+            << QStringList{"PeripheralsModel, Roles: missing 259, identity, real, uint, identity",
+                           "PeripheralsModel, Roles: surplus 259, identity, int, uint, identity"};
         QTest::newRow("an item's property is corrected")
             << "| `pasengerType` |"
             << "| `passengerType` |"
@@ -257,6 +266,14 @@ private slots:
             << "against `parcelAmnt`"
             << QStringList{"ZReportModel, Setters: missing setCardSellAmnt, against ticketSumAmnt",
                            "ZReportModel, Setters: surplus setCardSellAmnt, against parcelAmnt"};
+        QTest::newRow("a setter that is not there is left out")
+            << "| `setId` | none |\n| `setTicketSumAmnt` |"
+            << "| `setTicketSumAmnt` |"
+            << QStringList{"ZReportModel, Setters: missing setId, none"};
+        QTest::newRow("a setter is said not to be there")
+            << "| `setUpdated` | silent |\n"
+            << "| `setUpdated` | silent |\n| `setId` | none |\n"
+            << QStringList{"AssetsModel, Setters: surplus setId, none"};
         QTest::newRow("a hidden field is left out")
             << "| `updated` | `bool` | the application's own mark |\n"
             << "" << QStringList{"AssetsModel, Fields without a role: missing updated, bool"};
@@ -288,6 +305,18 @@ private slots:
                            "Qt::SortOrder order, int first, int last, int role)",
                            "ListModel, C++ operations: surplus void sortRangeByRole(int column, "
                            "Qt::SortOrder order, int role, int first, int last)"};
+        QTest::newRow("arguments of a row's constructor in another order")
+            << "bool blueWarning, bool yellowWarning"
+            << "bool yellowWarning, bool blueWarning"
+            << QStringList{
+                   "PeripheralsModel, C++ operations: missing PeripheralItem(const int& id, "
+                   "const QString& name, const unsigned int& identity, const QString& icon, "
+                   "bool warning, bool blueWarning, bool yellowWarning, bool error, "
+                   "const int& deviceState, QString stateStr, QObject* parent)",
+                   "PeripheralsModel, C++ operations: surplus PeripheralItem(const int& id, "
+                   "const QString& name, const unsigned int& identity, const QString& icon, "
+                   "bool warning, bool yellowWarning, bool blueWarning, bool error, "
+                   "const int& deviceState, QString stateStr, QObject* parent)"};
         QTest::newRow("an operation is missing")
             << "| `void clearData()` | no tiles, no records; first step of a layout |\n"
             << "" << QStringList{"PassengerTypesModel, C++ operations: missing void clearData()"};
@@ -324,6 +353,15 @@ private slots:
                                                  << QStringList{"wrong width: | 1 |"};
         QTest::newRow("row with a cell too many") << "## M\n### Roles\n| A |\n|---|\n| 1 | 2 |\n"
                                                   << QStringList{"wrong width: | 1 | 2 |"};
+        QTest::newRow("role without a meaning")
+            << "## M\n### Roles\n| Role | Unit | Meaning |\n|---|---|---|\n| 1 | - | |\n"
+            << QStringList{"M, 1: no Meaning"};
+        QTest::newRow("role without a unit")
+            << "## M\n### Roles\n| Role | Unit | Meaning |\n|---|---|---|\n| 1 | | x |\n"
+            << QStringList{"M, 1: no Unit"};
+        QTest::newRow("role of which nothing is said")
+            << "## M\n### Roles\n| Role | Unit | Meaning |\n|---|---|---|\n| 1 | | ` ` |\n"
+            << (QStringList{"M, 1: no Unit", "M, 1: no Meaning"});
         QTest::newRow("code that is no example") << "## M\n### Roles\n```qml\n```\n"
                                                  << QStringList{"example out of place in M"};
         QTest::newRow("example in another language") << "## M\n### Example\n```cpp\n```\n"
@@ -355,10 +393,10 @@ private slots:
             if (canBeDeclared)
                 properties += "required property " + cells[2] + ' ' + cells[1] + ';';
         }
-        Screen screen(className, "import QtQuick 2.15\nListView { "
-                                 "height: 100; model: " +
-                                     exampleNames()[className] + "; delegate: Item {" + properties +
-                                     "}}");
+        const QString model = exampleNames()[className];
+        Screen screen(className, "import QtQuick 2.15\nListView { required property var " + model +
+                                     "; height: 100; model: " + model + "; delegate: Item {" +
+                                     properties + "}}");
         QCOMPARE(screen.complaints().join('\n'), QString());
         for (auto role = expressions.cbegin(); role != expressions.cend(); ++role) {
             const QVariant expected = screen.model()->index(0).data(role.key());
@@ -457,15 +495,18 @@ private slots:
         QTest::newRow("corrected role") << "FareProductsModel"
                                         << "required property string productFairIcon"
                                         << "required property string productFareIcon";
-        QTest::newRow("unknown role in a text") << "FareProductsModel"
+        QTest::newRow("unknown role in a text") << "ShoppingBasketModel"
                                                 << "text: description"
                                                 << "text: descriptions";
         QTest::newRow("type that cannot be declared") << "AssetsModel"
                                                       << "property var assetCoordinate"
                                                       << "property coordinate assetCoordinate";
         QTest::newRow("another name of the model") << "ZReportModel"
-                                                   << "zReports"
-                                                   << "reports";
+                                                   << "model: zReports"
+                                                   << "model: reports";
+        QTest::newRow("model of another type") << "ZReportModel"
+                                               << "property ZReportModel"
+                                               << "property AssetsModel";
         QTest::newRow("property of another name") << "PassengerTypesModel"
                                                   << "cellWidth: width"
                                                   << "cellWidths: width";

@@ -3,6 +3,7 @@
 #include "LogCapture.h"
 #include "PassengerTypes.h"
 #include "PassengerTypesModelInspector.h"
+#include "RealFeed.h"
 #include "TripContext.h"
 #include "ZoneNames.h"
 
@@ -62,6 +63,15 @@ template <class Record, class Predicate>
 bool holds(const QVector<Record>& records, Predicate predicate)
 {
     return std::any_of(records.begin(), records.end(), predicate);
+}
+
+template <class Record>
+QSet<QString> idsOf(const QVector<Record>& records)
+{
+    QSet<QString> ids;
+    for (const Record& record : records)
+        ids.insert(record.id);
+    return ids;
 }
 
 /// The row as QML sees it, all values with their types: "description=QString(Single) ...".
@@ -157,6 +167,7 @@ private slots:
     void shippedFeeds();
     void shippedPositionsHaveHolesOnly();
     void aRealFeed();
+    void theFeedOfZakroczymIfThatIsTheRealOne();
 };
 
 void FeedModelsTest::everyFieldReachesTheModel()
@@ -707,12 +718,45 @@ void FeedModelsTest::shippedPositionsHaveHolesOnly()
 
 void FeedModelsTest::aRealFeed()
 {
-    const QString folder = QStringLiteral(REAL_GTFS_FEED);
+    const QString folder = realFeed();
     if (folder.isEmpty())
         QSKIP("GUICORE_REAL_GTFS_FEED is not set");
     const FeedResult result = load(folder);
     REQUIRE_FEED(result);
     const Feed& feed = *result.feed;
+    QVERIFY(!feed.products.isEmpty());
+    QCOMPARE(feed.currency.size(), 3);
+    for (const FeedProduct& product : feed.products) {
+        QVERIFY(!product.description.isEmpty());
+        QVERIFY(!product.fareProductName.isEmpty());
+        QVERIFY(product.price >= 0.0);
+    }
+    const Network& network = feed.network;
+    const QSet<QString> routes = idsOf(network.routes);
+    const QSet<QString> trips = idsOf(network.trips);
+    const QSet<QString> stops = idsOf(network.stops);
+    const QSet<QString> shapes = idsOf(network.shapes);
+    QVERIFY(!network.stopTimes.isEmpty());
+    for (const NetworkTrip& trip : network.trips) {
+        QVERIFY(routes.contains(trip.routeId));
+        QVERIFY(trip.shapeId.isEmpty() || shapes.contains(trip.shapeId));
+    }
+    for (const NetworkStopTime& time : network.stopTimes) {
+        QVERIFY(trips.contains(time.tripId));
+        QVERIFY(stops.contains(time.stopId));
+    }
+}
+
+void FeedModelsTest::theFeedOfZakroczymIfThatIsTheRealOne()
+{
+    const QString folder = realFeed();
+    if (folder.isEmpty())
+        QSKIP("GUICORE_REAL_GTFS_FEED is not set");
+    const FeedResult result = load(folder);
+    REQUIRE_FEED(result);
+    const Feed& feed = *result.feed;
+    if (feed.name != QLatin1String("Komunikacja Gminna Zakroczym"))
+        QSKIP("another operator's feed");
     QSet<QString> offers; // of fare_products.txt
     QSet<int> zones;
     for (const FeedProduct& product : feed.products) {

@@ -213,6 +213,7 @@ private slots:
         QTest::newRow("not a number equals nothing") << 1.0 << nan << true;
         QTest::newRow("not a number equals not even itself") << nan << nan << true;
         QTest::newRow("infinity does not equal itself") << infinity << infinity << true;
+        QTest::newRow("opposite infinities are equal") << infinity << -infinity << false;
     }
 
     void fuzzySetter()

@@ -441,6 +441,52 @@ private slots:
         QCOMPARE(reportedRow(), QStringList{rowChanged(1)});
     }
 
+    void anIndexBeyondTheRowsIsNotReported()
+    {
+        class Displaced : public Model
+        {
+        public:
+            using Model::Model;
+            int shift = 0;
+            QModelIndex index(int row, int column, const QModelIndex&) const override
+            {
+                return createIndex(row + shift, column);
+            }
+        } model(2);
+        SignalLog log(&model);
+        model.shift = 1;
+        model.item(0)->triggerItemUpdate();
+        QCOMPARE(log.take(), QStringList{rowChanged(1)});
+        model.item(1)->triggerItemUpdate();
+        QCOMPARE(log.take(), QStringList());
+    }
+
+    void everyItemIsConnectedBehindItsPredecessor()
+    {
+        class Witness : public SampleItem
+        {
+        public:
+            Witness(int id, Model& list) : SampleItem(id, QVariant(), &list), m_list(list) {}
+            int rowsBefore = -1;
+
+        protected:
+            void connectNotify(const QMetaMethod&) override
+            {
+                for (rowsBefore = 0; m_list.itemFromRow(rowsBefore) != nullptr;)
+                    ++rowsBefore;
+            }
+
+        private:
+            Model& m_list;
+        };
+        Model model(1);
+        auto* first = new Witness(1, model);
+        auto* second = new Witness(2, model);
+        model.appendRows({first, second});
+        QCOMPARE(first->rowsBefore, 1);
+        QCOMPARE(second->rowsBefore, 2);
+    }
+
     void theSlotIsSilentForAnyoneButARow()
     {
         Model model(2);

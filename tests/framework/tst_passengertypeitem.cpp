@@ -9,7 +9,7 @@ using rivo::models::ListItem;
 namespace
 {
 
-/// The members of a tile in order.
+/// The members of a tile.
 struct Members : ListItem
 {
     int id;

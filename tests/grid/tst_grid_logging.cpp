@@ -1,3 +1,4 @@
+#include "AutomaticSpacing.h"
 #include "ForeignRow.h"
 #include "LogCapture.h"
 #include "PassengerTypeItem.h"
@@ -49,21 +50,6 @@ QString spelled(QString function)
 {
     return function.replace(QRegularExpression(" +([&*])"), "\\1");
 }
-
-/// Turns automatic spacing on while it lives.
-class AutomaticSpacing
-{
-public:
-    explicit AutomaticSpacing(bool isOn)
-    {
-        if (isOn)
-            el::Loggers::addFlag(el::LoggingFlag::AutoSpacing);
-    }
-
-    ~AutomaticSpacing() { el::Loggers::removeFlag(el::LoggingFlag::AutoSpacing); }
-
-    Q_DISABLE_COPY_MOVE(AutomaticSpacing)
-};
 
 /// Builds a message from its pieces: under automatic spacing a blank follows each number and each
 /// character string, but no QString.

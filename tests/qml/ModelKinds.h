@@ -1,21 +1,11 @@
 #pragma once
 
-#include "AssetItem.h"
-#include "AssetsModel.h"
-#include "FareProductItem.h"
-#include "FareProductsModel.h"
-#include "PassengerTypeItem.h"
-#include "PassengerTypesModel.h"
-#include "PeripheralItem.h"
-#include "PeripheralsModel.h"
-#include "ShoppingBasketModel.h"
-#include "ShoppingItem.h"
-#include "ZReportItem.h"
-#include "ZReportModel.h"
+#include "LibraryModels.h"
 
 #include <QGeoCoordinate>
 #include <QVariantMap>
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -23,12 +13,16 @@
 /// values follow; `values` states them by role name, apart from the classes themselves.
 struct ModelKind
 {
-    const char* name;
-    std::function<rivo::models::ListModel*(QObject* parent)> makeModel;
+    const char* name; ///< of the model's class
     std::function<rivo::models::ListItem*(int id, int number, QObject* parent)> makeItem;
     std::function<void(rivo::models::ListItem* item, int number)> change; ///< all but the id
     std::function<QVariantMap(int id, int number)> values;
-    bool creatable = false;
+    bool creatable = false; ///< by QML
+
+    rivo::models::ListModel* makeModel(QObject* parent) const
+    {
+        return libraryModel(QLatin1String(name)).make(parent);
+    }
 };
 
 namespace modelkinds
@@ -55,20 +49,19 @@ inline QDateTime moment(int number)
 
 inline QVariantList numbers(int number) { return {number, number + 1}; }
 
-template <typename Model>
-rivo::models::ListModel* make(QObject* parent)
-{
-    return new Model(parent);
-}
+/// Of one value in three.
+inline bool isThird(int number) { return number % 3 == 2; }
 
 inline ModelKind passengerTypes()
 {
-    return {"PassengerTypesModel", make<PassengerTypesModel>,
+    return {"PassengerTypesModel",
             [](int id, int n, QObject* parent) {
-                return new PassengerTypeItem(id, text("type", n), QStringLiteral("1"),
-                                             text("icon", n), n * 0.5, n + 1, text("product", n),
-                                             n + 2, isOdd(n), n + 3, n + 4, text("colour", n),
-                                             !isOdd(n), n * 0.25, isOdd(n / 2), n + 5, parent);
+                auto* tile = new PassengerTypeItem(
+                    id, text("type", n), QStringLiteral("1"), text("icon", n), n * 0.5, n + 1,
+                    text("product", n), n + 2, isOdd(n), n + 3, n + 4, text("colour", n), !isOdd(n),
+                    n * 0.25, isOdd(n / 2), n + 5, parent);
+                tile->setSelected(isThird(n));
+                return tile;
             },
             [](ListItem* item, int n) {
                 auto* tile = static_cast<PassengerTypeItem*>(item);
@@ -84,6 +77,7 @@ inline ModelKind passengerTypes()
                 tile->setFareProductColor(text("colour", n));
                 tile->setHasExpired(!isOdd(n));
                 tile->setFareDiscount(n * 0.25);
+                tile->setSelected(isThird(n));
                 tile->setIsDaily(isOdd(n / 2));
                 tile->setPos(n + 5);
             },
@@ -101,7 +95,7 @@ inline ModelKind passengerTypes()
                                    {"fareProductColor", text("colour", n)},
                                    {"hasExpired", !isOdd(n)},
                                    {"fareDiscount", n * 0.25},
-                                   {"selected", false},
+                                   {"selected", isThird(n)},
                                    {"isDaily", isOdd(n / 2)},
                                    {"pos", n + 5}};
             }};
@@ -109,12 +103,15 @@ inline ModelKind passengerTypes()
 
 inline ModelKind shoppingBasket()
 {
-    return {"ShoppingBasketModel", make<ShoppingBasketModel>,
+    return {"ShoppingBasketModel",
             [](int id, int n, QObject* parent) {
-                return new ShoppingItem(id, n + 1, n + 2, n + 3, n + 4, text("type", n),
-                                        text("product", n), text("icon", n), n * 0.5,
-                                        text("from", n), text("to", n), isOdd(n), !isOdd(n),
-                                        parent);
+                auto* ticket =
+                    new ShoppingItem(id, n + 1, n + 2, n + 3, n + 4, text("type", n),
+                                     text("product", n), text("icon", n), n * 0.5, text("from", n),
+                                     text("to", n), isOdd(n), !isOdd(n), parent);
+                ticket->setAccepted(isThird(n));
+                ticket->setPrinted(isOdd(n / 2));
+                return ticket;
             },
             [](ListItem* item, int n) {
                 auto* ticket = static_cast<ShoppingItem*>(item);
@@ -130,6 +127,8 @@ inline ModelKind shoppingBasket()
                 ticket->setDestination(text("to", n));
                 ticket->setIsReturnFee(isOdd(n));
                 ticket->setIsDaily(!isOdd(n));
+                ticket->setAccepted(isThird(n));
+                ticket->setPrinted(isOdd(n / 2));
             },
             [](int id, int n) {
                 return QVariantMap{{"id", id},
@@ -141,8 +140,8 @@ inline ModelKind shoppingBasket()
                                    {"fareProductName", text("product", n)},
                                    {"shoppingItemIcon", text("icon", n)},
                                    {"price", n * 0.5},
-                                   {"accepted", false},
-                                   {"printed", false},
+                                   {"accepted", isThird(n)},
+                                   {"printed", isOdd(n / 2)},
                                    {"origin", text("from", n)},
                                    {"destination", text("to", n)},
                                    {"isReturnFee", isOdd(n)},
@@ -152,7 +151,7 @@ inline ModelKind shoppingBasket()
 
 inline ModelKind fareProducts()
 {
-    return {"FareProductsModel", make<FareProductsModel>,
+    return {"FareProductsModel",
             [](int id, int n, QObject* parent) {
                 return new FareProductItem(
                     id, text("product", n), text("icon", n), n * 0.5, n * 0.25, isOdd(n), !isOdd(n),
@@ -182,7 +181,7 @@ inline ModelKind fareProducts()
 
 inline ModelKind zReports()
 {
-    return {"ZReportModel", make<ZReportModel>,
+    return {"ZReportModel",
             [](int id, int n, QObject* parent) {
                 return new ZReportItem(id, n + 1, n + 0.5, n + 2, n + 1.5, n + 3, n + 2.5,
                                        text("first", n), text("last", n), n + 3.5, n + 4.5,
@@ -229,7 +228,6 @@ inline ModelKind zReports()
 inline ModelKind assets()
 {
     return {"AssetsModel",
-            make<AssetsModel>,
             [](int id, int n, QObject* parent) {
                 return new AssetItem(id, text("plate", n), text("number", n), text("driving", n),
                                      text("route status", n), n + 1, text("route", n), place(n),
@@ -265,7 +263,6 @@ inline ModelKind assets()
 inline ModelKind peripherals()
 {
     return {"PeripheralsModel",
-            make<PeripheralsModel>,
             [](int id, int n, QObject* parent) {
                 return new PeripheralItem(id, text("device", n), 4294967295U - unsigned(n),
                                           text("icon", n), isOdd(n), !isOdd(n), isOdd(n / 2),
@@ -338,4 +335,16 @@ inline const std::vector<ModelKind>& modelKinds()
         modelkinds::passengerTypes(), modelkinds::shoppingBasket(), modelkinds::fareProducts(),
         modelkinds::zReports(),       modelkinds::assets(),         modelkinds::peripherals()};
     return kinds;
+}
+
+/// The kind of this name, which must be there.
+inline const ModelKind& modelKindNamed(const QString& name)
+{
+    const std::vector<ModelKind>& kinds = modelKinds();
+    const auto found = std::find_if(kinds.cbegin(), kinds.cend(), [&](const ModelKind& kind) {
+        return name == QLatin1String(kind.name);
+    });
+    if (found == kinds.cend())
+        qFatal("no model %s", qPrintable(name));
+    return *found;
 }

@@ -1,51 +1,14 @@
 #pragma once
 
-#include "ListModel.h"
+#include "DeferredDeletions.h"
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQmlExpression>
-#include <QStringList>
 #include <QTest>
 
 #include <memory>
-
-/// Everything that Qt and QML have to say during one test function; all of it is a fault.
-///
-///     void init() { m_messages.listen(); }
-///     void cleanup() { QCOMPARE(m_messages.stop(), QString()); }
-class Messages
-{
-public:
-    void listen()
-    {
-        texts().clear();
-        m_previous = qInstallMessageHandler(note);
-    }
-
-    QString stop()
-    {
-        qInstallMessageHandler(m_previous);
-        return texts().join(QLatin1Char('\n'));
-    }
-
-private:
-    static QStringList& texts()
-    {
-        static QStringList list;
-        return list;
-    }
-
-    static void note(QtMsgType, const QMessageLogContext&, const QString& text)
-    {
-        texts().append(text);
-    }
-
-    QtMessageHandler m_previous = nullptr;
-};
 
 /// A QML engine that finds the module.
 class QmlScreen
@@ -97,8 +60,3 @@ public:
 
     QQmlEngine engine;
 };
-
-inline void runDeferredDeletions()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}

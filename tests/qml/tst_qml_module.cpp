@@ -1,13 +1,12 @@
 #include "AssetItem.h"
 #include "AssetsModel.h"
 #include "ListModel.h"
-#include "LogCapture.h"
 #include "PassengerTypesModel.h"
 #include "PeripheralsModel.h"
 #include "PrototypeOwner.h"
 #include "QmlScreen.h"
+#include "QmlTest.h"
 #include "SampleItem.h"
-#include "TerminalHome.h"
 
 #include <QPointer>
 #include <QQmlProperty>
@@ -40,18 +39,11 @@ QPointer<SampleItem> WatchedModel::newestPrototype;
 
 } // namespace
 
-class TestQmlModule : public QObject
+class TestQmlModule : public QmlTest
 {
     Q_OBJECT
 
-    Messages m_messages;
-    TerminalHome m_home;
-    LogCapture m_log; // off the console
-
 private slots:
-    void init() { m_messages.listen(); }
-    void cleanup() { QCOMPARE(m_messages.stop(), QString()); }
-
     void typeThatQmlMayCreate_data()
     {
         QTest::addColumn<QByteArray>("roleOfTheirs");
@@ -213,6 +205,8 @@ private slots:
         QString error;
         QVERIFY(!screen.createWith("import QtQuick 2.15\nimport Rivo.GuiCore 1.0\n",
                                    "ListModel { }", &error));
+        QVERIFY2(error.contains("ListModel is the common base of the types of Rivo.GuiCore"),
+                 qPrintable(error));
         QVERIFY(screen.createWith("import QtQuick 2.15\nimport Rivo.GuiCore 1.0 as Rivo\n",
                                   "ListModel { property Rivo.ListModel other }"));
     }

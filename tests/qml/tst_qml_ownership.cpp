@@ -1,7 +1,6 @@
-#include "LogCapture.h"
 #include "ModelKinds.h"
 #include "QmlScreen.h"
-#include "TerminalHome.h"
+#include "QmlTest.h"
 
 #include <QPointer>
 #include <QTest>
@@ -101,8 +100,6 @@ private:
     const ListModel::RowExposureHandler m_handler;
 };
 
-const ModelKind& assetKind() { return modelKinds().at(4); }
-
 QVector<ListItem*> seen;
 void noteRow(ListItem* row) { seen.append(row); }
 
@@ -113,13 +110,9 @@ Q_DECLARE_METATYPE(Collector)
 Q_DECLARE_METATYPE(Inserted)
 Q_DECLARE_METATYPE(RowParent)
 
-class TestQmlOwnership : public QObject
+class TestQmlOwnership : public QmlTest
 {
     Q_OBJECT
-
-    Messages m_messages;
-    TerminalHome m_home;
-    LogCapture m_log; // off the console
 
 private slots:
     // First of all tests: nothing has imported the module in this process yet.
@@ -129,8 +122,10 @@ private slots:
         QObject owner;
         AssetsModel model(&owner);
         const QPointer<ListItem> lost = new AssetItem;
+        const QPointer<ListItem> again = new AssetItem; // handed out before and after the import
+        const QPointer<ListItem> before = new AssetItem;
         const QPointer<ListItem> kept = new AssetItem;
-        model.appendRows({lost, kept});
+        model.appendRows({lost, again, before, kept});
         QmlScreen screen;
         screen.show("model", &model);
         const auto touch = [&screen](int row) {
@@ -144,23 +139,29 @@ private slots:
         screen.engine.collectGarbage();
         runDeferredDeletions();
         QVERIFY(!lost); // the control: there is nothing that keeps it
-        QVERIFY(kept);
+        QVERIFY(again && before && kept);
         model.takeRows(0, 1);
 
+        std::unique_ptr<QObject> holder = screen.createWith(
+            "import QtQml 2.15\n", "QtObject { property var rows: [model.itemFromRow(0), "
+                                   "model.itemFromRow(1)] }");
         screen.importModule();
         QVERIFY(ListModel::rowExposureHandler());
         QVERIFY(touch(0));
+        QVERIFY(touch(2));
+        holder.reset();
         screen.engine.collectGarbage();
         runDeferredDeletions();
+        QVERIFY(again);
+        QVERIFY(!before); // the import alone does not protect it
         QVERIFY(kept);
-        QCOMPARE(model.itemFromRow(0), kept.data());
+        model.takeRows(1, 1);
+        QCOMPARE(model.itemFromRow(0), again.data());
+        QCOMPARE(model.itemFromRow(1), kept.data());
         model.clear();
         runDeferredDeletions();
-        QVERIFY(!kept);
+        QVERIFY(!again && !kept);
     }
-
-    void init() { m_messages.listen(); }
-    void cleanup() { QCOMPARE(m_messages.stop(), QString()); }
 
     void rowHandedOut_data()
     {
@@ -245,8 +246,8 @@ private slots:
     void rowsInsertedByQml()
     {
         QFETCH(ModelMadeIn, place);
-        for (int kind : {4, 5}) {
-            Stage stage(modelKinds().at(std::size_t(kind)), place);
+        for (const char* kind : {"AssetsModel", "PeripheralsModel"}) {
+            Stage stage(modelKindNamed(kind), place);
             Factory factory(stage.kind);
             stage.screen.show("factory", &factory);
 
@@ -266,7 +267,7 @@ private slots:
 
     void anItemGivenByQmlIsLostWithoutTheHandler()
     {
-        Stage stage(assetKind(), ModelMadeIn::Cpp);
+        Stage stage(modelKindNamed("AssetsModel"), ModelMadeIn::Cpp);
         Factory factory(stage.kind);
         stage.screen.show("factory", &factory);
         stage.screen.importModule();
@@ -280,7 +281,7 @@ private slots:
 
     void qmlCannotDestroyARow()
     {
-        Stage stage(assetKind(), ModelMadeIn::Cpp);
+        Stage stage(modelKindNamed("AssetsModel"), ModelMadeIn::Cpp);
         const QPointer<ListItem> row = stage.kind.makeItem(1, 1, nullptr);
         stage.model->appendRow(row);
         QCOMPARE(stage.screen.evaluate("(function() {"
@@ -293,7 +294,7 @@ private slots:
 
     void aRowTakenOutStaysWithCpp()
     {
-        Stage stage(assetKind(), ModelMadeIn::Qml);
+        Stage stage(modelKindNamed("AssetsModel"), ModelMadeIn::Qml);
         const QPointer<ListItem> row = stage.kind.makeItem(1, 1, nullptr);
         stage.model->appendRow(row);
         stage.screen.evaluate("model.itemFromRow(0).objectName");

@@ -1,7 +1,6 @@
-#include "LogCapture.h"
 #include "ModelKinds.h"
 #include "QmlScreen.h"
-#include "TerminalHome.h"
+#include "QmlTest.h"
 
 #include <QFile>
 #include <QMetaEnum>
@@ -199,13 +198,10 @@ const std::vector<ExportedType>& exportedTypes()
 } // namespace
 
 /// plugins.qmltypes says to tools what an engine with the module does.
-class TestQmlTypes : public QObject
+class TestQmlTypes : public QmlTest
 {
     Q_OBJECT
 
-    Messages m_messages;
-    TerminalHome m_home;
-    LogCapture m_log; // off the console
     QmlScreen m_screen;
     std::unique_ptr<QObject> m_document;
 
@@ -239,9 +235,6 @@ private slots:
         QVERIFY2(m_document, qPrintable(error));
         m_screen.importModule();
     }
-
-    void init() { m_messages.listen(); }
-    void cleanup() { QCOMPARE(m_messages.stop(), QString()); }
 
     void theExportsAreThoseOfTheModule()
     {

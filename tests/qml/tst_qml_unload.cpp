@@ -1,6 +1,7 @@
 #include "AssetItem.h"
 #include "AssetsModel.h"
 #include "QmlScreen.h"
+#include "QmlTest.h"
 
 #include <QPointer>
 #include <QTest>
@@ -14,16 +15,11 @@ void othersHandler(ListItem*) {}
 } // namespace
 
 /// What is left of the plugin once Qt has unloaded it.
-class TestQmlUnload : public QObject
+class TestQmlUnload : public QmlTest
 {
     Q_OBJECT
 
-    Messages m_messages;
-
 private slots:
-    void init() { m_messages.listen(); }
-    void cleanup() { QCOMPARE(m_messages.stop(), QString()); }
-
     void theHandlerComesAndGoesWithThePlugin()
     {
         QObject owner;

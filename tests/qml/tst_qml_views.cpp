@@ -1,7 +1,7 @@
-#include "LogCapture.h"
 #include "ModelKinds.h"
+#include "QmlBlocks.h"
 #include "QmlScreen.h"
-#include "TerminalHome.h"
+#include "QmlTest.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -258,41 +258,41 @@ void viewRows()
     }
 }
 
-/// The example of the documentation, a QML document.
-QByteArray documentedExample()
+/// The example in a document.
+QByteArray documentedExample(const QString& document)
 {
-    QFile file(QStringLiteral(QML_DOCUMENTATION));
-    if (!file.open(QIODevice::ReadOnly))
-        return QByteArray();
-    const QByteArray text = file.readAll();
-    const QByteArray opening = "```qml\n";
-    const int begin = text.indexOf(opening) + opening.size();
-    return text.mid(begin, text.indexOf("```", begin) - begin);
+    QFile file(QStringLiteral(DOCUMENTED "/") + document);
+    return file.open(QIODevice::ReadOnly)
+               ? qmlBlocks(QString::fromUtf8(file.readAll())).value(0).toUtf8()
+               : QByteArray();
 }
 
 } // namespace
 
-class TestQmlViews : public QObject
+class TestQmlViews : public QmlTest
 {
     Q_OBJECT
 
-    Messages m_messages;
-    TerminalHome m_home;
-    LogCapture m_log; // off the console
-
 private slots:
-    void init() { m_messages.listen(); }
-    void cleanup() { QCOMPARE(m_messages.stop(), QString()); }
+    void theDocumentedExampleSelectsTheTileThatIsTapped_data()
+    {
+        QTest::addColumn<QString>("document");
+        QTest::newRow("of the QML module") << "docs/qml.md";
+        QTest::newRow("of the README") << "README.md";
+    }
 
     void theDocumentedExampleSelectsTheTileThatIsTapped()
     {
+        QFETCH(QString, document);
         QObject owner;
         PassengerTypesModel grid(&owner);
-        grid.addItemsToModel({sProduct(), sProduct(), sProduct()});
+        sProduct forSale;
+        forSale.hasExpired = false;
+        grid.addItemsToModel({forSale, forSale, forSale});
         QTemporaryDir folder;
         QFile file(folder.filePath("Example.qml"));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(file.write(documentedExample()) > 0);
+        QVERIFY(file.write(documentedExample(document)) > 0);
         file.close();
         QQuickView window;
         window.engine()->addImportPath(QStringLiteral(RIVO_QML_IMPORT_PATH));

@@ -11,7 +11,7 @@ using rivo::models::ListItem;
 namespace
 {
 
-/// The members of a catalogue entry in order.
+/// The members of a catalogue entry.
 struct Members : ListItem
 {
     int id;

@@ -9,7 +9,7 @@ using rivo::models::ListItem;
 namespace
 {
 
-/// The members of a device in order.
+/// The members of a device.
 struct Members : ListItem
 {
     int id;

@@ -12,7 +12,7 @@ using rivo::models::ListItem;
 namespace
 {
 
-/// The members of a ticket in order.
+/// The members of a ticket.
 struct Members : ListItem
 {
     int id;

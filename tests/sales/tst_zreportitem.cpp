@@ -12,7 +12,7 @@ using rivo::models::ListItem;
 namespace
 {
 
-/// The members of a report in order.
+/// The members of a report.
 struct Members : ListItem
 {
     int id;

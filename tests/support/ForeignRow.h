@@ -2,7 +2,7 @@
 
 #include "ListItem.h"
 
-/// A row that is no tile of the selection grid; every role has the same value.
+/// A row of no class of the library; every role has the same value.
 class ForeignRow : public rivo::models::ListItem
 {
 public:

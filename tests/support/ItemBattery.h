@@ -35,8 +35,7 @@ public:
     int id() const override { return 4711; }
 };
 
-/// `Members` derives from ListItem and has the fields of the item in their order: the item holds
-/// nothing else.
+/// `Members` derives from ListItem and has the fields of the item: the item holds nothing else.
 template <typename Item, typename Members>
 ItemUnderTest itemUnderTest(const ItemClass& itemClass, const QHash<int, QByteArray>& roleNames,
                             const QHash<int, QByteArray>& roleTable,

@@ -4,6 +4,7 @@
 
 #include <QGeoCoordinate>
 #include <QList>
+#include <QStringList>
 #include <QVariant>
 #include <QVector>
 
@@ -139,6 +140,22 @@ inline bool sameValue(const QVariant& a, const QVariant& b)
         return isEqual(a, b);
     const bool bothNaN = std::isnan(a.toDouble()) && std::isnan(b.toDouble());
     return bothNaN || (isEqual(a, b) && std::signbit(a.toDouble()) == std::signbit(b.toDouble()));
+}
+
+/// Names of the fields whose getter or role does not show its value of these, one per field.
+inline QStringList differences(const rivo::models::ListItem& item, const QVector<ItemField>& fields,
+                               const QVariantList& values)
+{
+    if (values.size() != fields.size())
+        return {QStringLiteral("number of values")};
+    QStringList names;
+    for (int i = 0; i < fields.size(); ++i) {
+        const ItemField& field = fields.at(i);
+        if (!sameValue(field.get(item), values.at(i)) ||
+            (field.role != 0 && !sameValue(item.data(field.role), values.at(i))))
+            names.append(QString::fromLatin1(field.name));
+    }
+    return names;
 }
 
 /// The setter's comparison, as a formula of its own.

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
 #include <string>
 
 /// Collects the records of logger "default" while it lives, and keeps them off the console.
@@ -67,10 +68,14 @@ public:
 
     void clear() { m_records.clear(); }
 
+    /// Calls `observer` while each further record is being written.
+    void observe(const std::function<void()>& observer) { collector()->observer = observer; }
+
 private:
     struct Collector : el::LogDispatchCallback
     {
         QVector<Record>* records = nullptr;
+        std::function<void()> observer;
 
         void handle(const el::LogDispatchData* data) override
         {
@@ -82,6 +87,8 @@ private:
                              static_cast<int>(message->line()),
                              QString::fromStdString(message->func()),
                              QString::fromStdString(message->message())});
+            if (observer)
+                observer();
         }
     };
 

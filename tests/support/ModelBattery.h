@@ -1,11 +1,11 @@
 #pragma once
 
+#include "DeferredDeletions.h"
 #include "ItemFields.h"
 #include "ListModel.h"
 #include "SignalLog.h"
 
 #include <QAbstractItemModelTester>
-#include <QCoreApplication>
 #include <QPointer>
 #include <QRandomGenerator>
 #include <QSet>
@@ -52,11 +52,7 @@ public:
     }
 };
 
-/// Lets the event loop destroy what deleteLater() was called for.
-inline void runDeferredDeletions()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
+using ::runDeferredDeletions;
 
 inline QVector<ListItem*> itemsOf(const ListModel& model)
 {

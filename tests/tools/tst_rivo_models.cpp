@@ -1,4 +1,5 @@
 #include "Golden.h"
+#include "RealFeed.h"
 #include "ToolRunner.h"
 
 #include <QJsonArray>
@@ -74,10 +75,15 @@ private slots:
     void noRows_data();
     void noRows();
     void noName();
-    void realFeed();
+    void aRealFeed();
+    void theFeedOfZakroczymIfThatIsTheRealOne();
 
     void tickets_data();
     void tickets();
+    void theTripOfTheFeedIsInEveryTicket_data();
+    void theTripOfTheFeedIsInEveryTicket();
+    void onlyTicketsHaveProperties_data();
+    void onlyTicketsHaveProperties();
     void wrongTickets_data();
     void wrongTickets();
     void ticketsOfAnEmptyGrid();
@@ -342,13 +348,29 @@ void TestRivoModels::noName()
     QVERIFY(runner.run({"devices", feed}).output.startsWith("devices, 1 row\n\n"));
 }
 
-void TestRivoModels::realFeed()
+void TestRivoModels::aRealFeed()
 {
-    const QString feed = QStringLiteral(REAL_GTFS_FEED);
+    const QString feed = realFeed();
     if (feed.isEmpty())
-        QSKIP("no real feed beside this checkout");
+        QSKIP("GUICORE_REAL_GTFS_FEED is not set");
     const ToolRunner runner(RIVO_MODELS);
+    const QJsonArray tiles = rowsOf(runner.run({"grid", feed, "--format", "json"}));
     const QJsonArray tickets = rowsOf(runner.run({"basket", feed, "--format", "json"}));
+    QVERIFY(!tickets.isEmpty());
+    QCOMPARE(tickets.size(), std::count_if(tiles.begin(), tiles.end(), [](const QJsonValue& tile) {
+                 return !tile.toObject().value("hasExpired").toBool();
+             }));
+}
+
+void TestRivoModels::theFeedOfZakroczymIfThatIsTheRealOne()
+{
+    const QString feed = realFeed();
+    if (feed.isEmpty())
+        QSKIP("GUICORE_REAL_GTFS_FEED is not set");
+    const Outcome basket = ToolRunner(RIVO_MODELS).run({"basket", feed, "--format", "json"});
+    if (!basket.output.contains("\"Komunikacja Gminna Zakroczym\""))
+        QSKIP("another operator's feed");
+    const QJsonArray tickets = rowsOf(basket);
     QCOMPARE(tickets.size(), 13);
     for (const QJsonValue& ticket : tickets) {
         // Every area has a name, and there is none where a pass is valid.
@@ -407,6 +429,60 @@ void TestRivoModels::tickets()
         QCOMPARE(ticket.value("origin").toString(), "1");
         QCOMPARE(ticket.value("destination").toString(), "2");
     }
+}
+
+void TestRivoModels::theTripOfTheFeedIsInEveryTicket_data()
+{
+    QTest::addColumn<QJsonObject>("trip");
+    QTest::addColumn<QString>("publicExecution");
+    QTest::newRow("of a trip in the timetable") << QJsonObject{{"routeId", 11},
+                                                               {"fromStopId", 12},
+                                                               {"toStopId", 13},
+                                                               {"currentStopId", 14},
+                                                               {"tripsRouteId", 15},
+                                                               {"tripsExecutionId", 16},
+                                                               {"publicRouteExecutionId", "17"}}
+                                                << "17";
+    QTest::newRow("the public number of a trip in no timetable stays out of the ticket")
+        << QJsonObject{{"routeId", 21},
+                       {"fromStopId", 22},
+                       {"toStopId", 23},
+                       {"currentStopId", 24},
+                       {"tripsRouteId", 25},
+                       {"tripsExecutionId", 26},
+                       {"publicRouteExecutionId", "DynamicTrip"}}
+        << "";
+}
+
+void TestRivoModels::theTripOfTheFeedIsInEveryTicket()
+{
+    QFETCH(QJsonObject, trip);
+    QFETCH(QString, publicExecution);
+    QJsonObject feed = feedOf("products", {product(1), product(2)});
+    feed.insert("trip", trip);
+    const ToolRunner runner(RIVO_MODELS);
+    const QJsonArray tickets =
+        rowsOf(runner.run({"basket", runner.writeFeed(feed), "--format", "json"}));
+    QCOMPARE(tickets.size(), 2);
+
+    QJsonObject expected = trip;
+    expected.insert("publicRouteExecutionId", publicExecution);
+    expected.insert("isReturnFee", false);
+    for (const char* name : {"payMethod", "ticketMaterialId", "pasengerType", "payChannel"})
+        expected.insert(name, -1);
+    for (const QJsonValue& ticket : tickets)
+        QCOMPARE(ticket.toObject().value("properties").toObject(), expected);
+}
+
+void TestRivoModels::onlyTicketsHaveProperties_data() { noRows_data(); }
+
+void TestRivoModels::onlyTicketsHaveProperties()
+{
+    QFETCH(QString, model);
+    const QJsonArray rows = rowsOf(ToolRunner(RIVO_MODELS).run({model, hill, "--format", "json"}));
+    QVERIFY(!rows.isEmpty());
+    for (const QJsonValue& row : rows)
+        QCOMPARE(row.toObject().contains("properties"), model == "basket");
 }
 
 void TestRivoModels::wrongTickets_data()

@@ -4,6 +4,7 @@
 
 #include <Feed.h>
 #include <FeedProblem.h>
+#include <ListItem.h>
 #include <ListModel.h>
 #include <PassengerTypesModel.h>
 
@@ -14,10 +15,12 @@
 #include <QJsonObject>
 #include <QLocale>
 #include <QMap>
+#include <QMetaProperty>
 
 #include <csv.h>
 
 using rivo::feed::Feed;
+using rivo::models::ListItem;
 using rivo::models::ListModel;
 
 namespace
@@ -118,6 +121,18 @@ QJsonValue jsonOf(const QVariant& value)
     return date.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(date);
 }
 
+/// The Qt properties that the class of the row adds to those of every row.
+QJsonObject propertiesOf(const ListItem& item)
+{
+    QJsonObject values;
+    const QMetaObject* type = item.metaObject();
+    for (int i = ListItem::staticMetaObject.propertyCount(); i < type->propertyCount(); ++i) {
+        const QMetaProperty property = type->property(i);
+        values.insert(QLatin1String(property.name()), jsonOf(property.read(&item)));
+    }
+    return values;
+}
+
 QByteArray csvFieldOf(const QVariant& value)
 {
     QByteArray text = textOf(value).toUtf8();
@@ -165,6 +180,9 @@ QByteArray modelAsJson(const Feed& feed, const ListModel& model)
         QJsonObject values;
         for (auto role = roles.cbegin(); role != roles.cend(); ++role)
             values.insert(role.value(), jsonOf(valueOf(model, row, role.key())));
+        const QJsonObject properties = propertiesOf(*model.itemFromRow(row));
+        if (!properties.isEmpty())
+            values.insert(QStringLiteral("properties"), properties);
         rows.append(values);
     }
     QJsonObject document{{QStringLiteral("name"), feed.name},

@@ -24,8 +24,9 @@ QByteArray modelAsText(const rivo::feed::Feed& feed, const QString& title,
                        const rivo::models::ListModel& model);
 
 /// An object with operator ("name"), currency and "rows", for a grid also "numberOfColumns" and
-/// "numberOfRows". Each row is an object of role name to value; a position is an object with
-/// "latitude", "longitude" and "altitude", and what is unknown is null.
+/// "numberOfRows". Each row is an object of role name to value, with "properties" if its class has
+/// Qt properties, an object of their names to values. A position is an object with "latitude",
+/// "longitude" and "altitude", and what is unknown is null.
 QByteArray modelAsJson(const rivo::feed::Feed& feed, const rivo::models::ListModel& model);
 
 /// RFC 4180, the first record the role names. Texts are quoted; positions, dates and what is

@@ -2,10 +2,8 @@
 #include "GridWriter.h"
 #include "PositionCheck.h"
 
-#include <ConfiguredOrder.h>
-#include <LibraryDiagnostics.h>
+#include <ModelPrinting.h>
 #include <PassengerTypesModel.h>
-#include <RoleWriter.h>
 #include <StandardOutput.h>
 #include <ToolProgram.h>
 
@@ -16,39 +14,25 @@
 namespace
 {
 
-QByteArray printed(const rivo::feed::Feed& feed, OutputFormat format, PassengerTypesModel& model)
-{
-    switch (format) {
-    case OutputFormat::Json:
-        return modelAsJson(feed, model);
-    case OutputFormat::Csv:
-        return modelAsCsv(model);
-    case OutputFormat::Text:
-        break;
-    }
-    return gridAsText(feed, model, standardOutputHasColours());
-}
-
 int run(const GridOptions& options, const rivo::feed::Feed& feed)
 {
-    const ConfiguredOrder order(options.layout.order);
-    if (!order.isValid()) {
-        reportFailure(QStringLiteral("cannot write a temporary configuration"));
+    PassengerTypesModel* model = nullptr;
+    const auto makeGrid = [&] {
+        model = new PassengerTypesModel(QCoreApplication::instance());
+        layOut(feed, options.layout, *model);
+        return true;
+    };
+    if (!makeWithLibrary(options, makeGrid))
         return BadInput;
-    }
-
-    std::optional<LibraryDiagnostics> diagnostics(options.verbose);
-    PassengerTypesModel model(QCoreApplication::instance());
-    layOut(feed, options.layout, model);
-    diagnostics.reset();
 
     if (options.command == GridCommand::Check) {
-        const PositionVerdict verdict = checkPositions(feed, model);
+        const PositionVerdict verdict = checkPositions(feed, *model);
         if (!writeToStandardOutput(verdict.report))
             return BadInput;
         return verdict.fallsBack ? FallsBack : Done;
     }
-    return writeToStandardOutput(printed(feed, options.format, model)) ? Done : BadInput;
+    const auto asText = [&] { return gridAsText(feed, *model, standardOutputHasColours()); };
+    return printModel(options.format, feed, *model, asText) ? Done : BadInput;
 }
 
 } // namespace

@@ -2,15 +2,13 @@
 #include "TicketSelection.h"
 
 #include <AssetsModel.h>
-#include <ConfiguredOrder.h>
 #include <FareProductsModel.h>
 #include <FeedToModels.h>
-#include <LibraryDiagnostics.h>
+#include <ModelPrinting.h>
 #include <PassengerTypesModel.h>
 #include <PeripheralsModel.h>
 #include <RoleWriter.h>
 #include <ShoppingBasketModel.h>
-#include <StandardOutput.h>
 #include <ToolProgram.h>
 #include <TripContext.h>
 #include <ZReportModel.h>
@@ -79,33 +77,14 @@ ListModel* modelOf(const Feed& feed, const ModelsOptions& options)
     return nullptr;
 }
 
-QByteArray printed(const Feed& feed, const ModelsOptions& options, const ListModel& model)
-{
-    switch (options.format) {
-    case OutputFormat::Json:
-        return modelAsJson(feed, model);
-    case OutputFormat::Csv:
-        return modelAsCsv(model);
-    case OutputFormat::Text:
-        break;
-    }
-    return modelAsText(feed, options.modelName, model);
-}
-
 int run(const ModelsOptions& options, const Feed& feed)
 {
-    const ConfiguredOrder order(options.layout.order);
-    if (!order.isValid()) {
-        reportFailure(QStringLiteral("cannot write a temporary configuration"));
+    const ListModel* model = nullptr;
+    const auto makeModel = [&] { return (model = modelOf(feed, options)) != nullptr; };
+    if (!makeWithLibrary(options, makeModel))
         return BadInput;
-    }
-
-    std::optional<LibraryDiagnostics> diagnostics(options.verbose);
-    const ListModel* model = modelOf(feed, options);
-    diagnostics.reset();
-    if (model == nullptr)
-        return BadInput;
-    return writeToStandardOutput(printed(feed, options, *model)) ? Done : BadInput;
+    const auto asText = [&] { return modelAsText(feed, options.modelName, *model); };
+    return printModel(options.format, feed, *model, asText) ? Done : BadInput;
 }
 
 } // namespace

@@ -25,8 +25,8 @@ public:
     explicit ListItem(QObject* parent = nullptr);
     ~ListItem() override;
 
-    /// Identity of the row, as used by ListModel::findById() and ListModel::sort(). Need not be
-    /// unique within a model.
+    /// Identity of the row, as used by findById(), rowIndexFromId() and sort() of ListModel. Need
+    /// not be unique within a model.
     virtual int id() const = 0;
 
     /// Value of one role; an invalid QVariant for a role that the item class does not have.
@@ -39,8 +39,8 @@ public:
     virtual void triggerItemUpdate();
 
 signals:
-    /// Something that views show has changed. Setters emit it once, after storing, and only if
-    /// the value differs; exceptions are noted at the setter.
+    /// A field has changed, mostly one that views show. Setters emit it once, after storing, and
+    /// only if the value differs; exceptions are noted at the setter.
     void dataChanged();
 
 protected:
@@ -55,8 +55,8 @@ protected:
     }
 
     /// Equality of doubles whose noise must not repaint the row: qFuzzyCompare() of both values
-    /// shifted by one. The shift makes it work near zero. NaN and infinities always count as
-    /// different.
+    /// shifted by one. The shift makes it work near zero. NaN equals nothing and an infinity not
+    /// even itself, but opposite infinities count as equal.
     static bool fuzzilyEqual(double a, double b);
 
     /// store() under fuzzilyEqual().

@@ -101,9 +101,10 @@ void ListModel::appendRows(QVector<ListItem*> items)
         return;
     const int row = rowCount();
     beginInsertRows(QModelIndex(), row, row + items.size() - 1);
-    for (ListItem* item : qAsConst(items))
+    for (ListItem* item : qAsConst(items)) {
         connectItem(item);
-    m_rows += items;
+        m_rows.append(item);
+    }
     endInsertRows();
     emit countChanged(rowCount());
 }
@@ -241,11 +242,11 @@ void ListModel::onHandleItemChange()
     if (!item)
         return;
     const QModelIndex changed = indexFromItem(item);
-    if (changed.isValid())
+    // A derived model's index() may name another row than there is.
+    if (changed.isValid() && hasRow(changed.row()))
         emit dataChanged(changed, changed, QVector<int>());
 }
 
-/// Item of a row for use in here, which exposes nothing; null for a row out of range.
 ListItem* ListModel::rowAt(int row) const { return hasRow(row) ? m_rows.at(row) : nullptr; }
 
 bool ListModel::hasRow(int row) const { return row >= 0 && row < m_rows.size(); }

@@ -30,7 +30,8 @@ namespace models
 /// A row's dataChanged() is passed on as dataChanged() of its current row with an empty role list
 /// (any role may have changed); that of an item which is no row any more is ignored.
 ///
-/// Rows and counts are those of the top level whatever `parent` index is given. Every change of
+/// What is read, and what is in range, does not depend on a `parent` index; removeRows(), takeRow()
+/// and takeRows() announce the removal below the one they are given: give none. Every change of
 /// the row count ends with countChanged(rowCount()), after the end...Rows() notification. That
 /// count, the place where rows are appended and what clear() removes are read through the virtual
 /// rowCount(); ranges are checked against the rows that are there.
@@ -75,7 +76,8 @@ public:
     /// list must not hold null.
     void appendRows(QVector<ListItem*> items);
 
-    /// Inserts one row before `row`, which is 0 to rowCount() and not checked; null is ignored.
+    /// Inserts one row before `row`, which is 0 to rowCount() and not checked: beyond the end the
+    /// item lands at the end, but is announced at `row`. Null is ignored.
     void insertRow(int row, ListItem* item);
 
     /// appendRow() for QML. `item` must be a ListItem: a debug build asserts it, a release build
@@ -147,11 +149,14 @@ signals:
     /// The row count, after it may have changed.
     void countChanged(int);
 
+protected:
+    /// itemFromRow() for the models' own use: does not hand the item to anybody.
+    ListItem* rowAt(int row) const;
+
 private slots:
     void onHandleItemChange();
 
 private:
-    ListItem* rowAt(int row) const;
     bool hasRow(int row) const;
     bool hasRows(int row, int count) const;
     void connectItem(ListItem* item);

@@ -61,7 +61,7 @@ public:
     QString routeName() const { return m_routeName; }
     QGeoCoordinate assetCoordinate() const { return m_assetCoordinate; } ///< invalid if unknown
     bool updated() const { return m_updated; }       ///< the application's own mark; has no role
-    bool inView() const { return m_inView; }         ///< shown on the map
+    bool inView() const { return m_inView; }         ///< the application's: whether views show it
     double direction() const { return m_direction; } ///< degrees clockwise from north, as given
 
     void setId(const int& id);
@@ -71,6 +71,7 @@ public:
     void setRouteStatus(const QString& routeStatus);
     void setRouteId(const int& routeId);
     void setRouteName(const QString& routeName);
+    /// Compares as QGeoCoordinate does: fuzzily, and at a pole without the longitude.
     void setAssetCoordinate(const QGeoCoordinate& assetCoordinate);
     void setUpdated(const bool& updated); ///< silent: stores, never emits
     void setInView(const bool& inView);

@@ -53,21 +53,19 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
     QString description() const { return m_description; }
-    QString icon() const
-    {
-        return m_icon;
-    } ///< URL; role "productFairIcon", spelt as QML binds to it
+    QString icon() const { return m_icon; }  ///< URL; role "productFairIcon", so spelt in QML too
     double price() const { return m_price; } ///< currency units
-    double discount() const
-    {
-        return m_discount;
-    } ///< as the back office states it; not computed with here
+    double discount() const { return m_discount; }     ///< as stated; not computed with here
     bool freeReturn() const { return m_freeReturn; }   ///< the way back is included
-    bool paperTicket() const { return m_paperTicket; } ///< is printed
+    bool paperTicket() const { return m_paperTicket; } ///< there is one on paper
+
+    // What the product may be combined with: identifiers of types that the application chooses.
+    // They have no role, but a change of them refreshes the row.
     QList<QVariant> passengerTypes() const { return m_passengerTypes; }
     QList<QVariant> ticketMaterial() const { return m_ticketMaterial; }
     QList<QVariant> paymentMethod() const { return m_paymentMethod; }
     QList<QVariant> paymentChannel() const { return m_paymentChannel; }
+
     int totalInBasket() const { return m_totalInBasket; } ///< tickets of this product in the basket
 
     void setDescription(const QString& description);
@@ -78,7 +76,8 @@ public:
     void setPaperTicket(const bool& paperTicket);
     void setTotalInBasket(const int& totalInBasket);
 
-    // Lists are equal if they hold equal values in the same order.
+    // Lists are equal if they hold equal values in the same order. Equality is QVariant's, which
+    // finds "1" and 1 equal.
     void setPassengerTypes(const QList<QVariant>& passengerTypes);
     void setTicketMaterial(const QList<QVariant>& ticketMaterial);
     void setPaymentMethod(const QList<QVariant>& paymentMethod);

@@ -28,6 +28,6 @@ QString FareProductsModel::getFareProductDescription(int id)
               Qt::MatchExactly);
     if (found.isEmpty())
         return {};
-    const auto* product = qobject_cast<FareProductItem*>(itemFromRow(found.first().row()));
+    const auto* product = qobject_cast<FareProductItem*>(rowAt(found.first().row()));
     return product == nullptr ? QString() : product->description();
 }

@@ -26,6 +26,7 @@ public:
                  const QList<QVariant>& ticketMaterial, const QList<QVariant>& paymentMethod,
                  const QList<QVariant>& paymentChannel);
 
-    /// Description of the first row with this id; empty if there is none. Linear.
+    /// Description of the first row with this id; null if there is none, or if that row is no
+    /// FareProductItem. Linear.
     QString getFareProductDescription(int id);
 };

@@ -173,7 +173,7 @@ QString PassengerTypesModel::getFareProductName(int fareProductId)
                                        QVariant(fareProductId), 1, Qt::MatchExactly);
     if (hits.isEmpty())
         return {};
-    const auto* item = qobject_cast<PassengerTypeItem*>(itemFromRow(hits.first().row()));
+    const auto* item = qobject_cast<PassengerTypeItem*>(rowAt(hits.first().row()));
     return item ? item->fareProductName() : QString();
 }
 
@@ -187,7 +187,7 @@ void PassengerTypesModel::clearData()
 
 void PassengerTypesModel::setSelected(const int& iRow, const bool& selected)
 {
-    if (auto* item = qobject_cast<PassengerTypeItem*>(itemFromRow(iRow)))
+    if (auto* item = qobject_cast<PassengerTypeItem*>(rowAt(iRow)))
         item->setSelected(selected);
 }
 
@@ -195,7 +195,7 @@ int PassengerTypesModel::getNumberOfNonExpiredProducts()
 {
     int count = 0;
     for (int row = 0; row < rowCount(); ++row) {
-        const auto* item = qobject_cast<PassengerTypeItem*>(itemFromRow(row));
+        const auto* item = qobject_cast<PassengerTypeItem*>(rowAt(row));
         if (item && !item->hasExpired())
             ++count;
     }

@@ -407,7 +407,7 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
     if (m_logFareProducts)
         LOG(INFO) << "------------------- AFTER GROUPING --------------------";
     for (int row = 0; row < rowCount(); ++row) {
-        const auto* tile = qobject_cast<PassengerTypeItem*>(itemFromRow(row));
+        const auto* tile = qobject_cast<PassengerTypeItem*>(rowAt(row));
         if (m_logFareProducts && tile && !tile->description().isEmpty())
             writeTile(LOG(INFO), *tile);
     }

@@ -48,7 +48,7 @@ public:
 
     ~PeripheralItem() override;
 
-    int id() const override;
+    int id() const override; ///< of the caller's choice; need not be unique
     QVariant data(int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
@@ -59,11 +59,8 @@ public:
     bool blueWarning() const { return m_blueWarning; }
     bool yellowWarning() const { return m_yellowWarning; }
     bool error() const { return m_error; }
-    int deviceState() const
-    {
-        return m_deviceState;
-    }                                               ///< number of the application's device handling
-    QString stateStr() const { return m_stateStr; } ///< the state in words
+    int deviceState() const { return m_deviceState; } ///< a number of the application
+    QString stateStr() const { return m_stateStr; }   ///< the state in words
 
     void setId(const int& id);
     void setName(const QString& name);

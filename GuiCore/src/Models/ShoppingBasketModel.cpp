@@ -7,7 +7,7 @@
 namespace
 {
 
-/// The public execution id of a trip that is in no timetable, which tickets do not carry.
+/// The public execution id that tickets do not carry.
 const QLatin1String dynamicTrip("DynamicTrip");
 
 void copyTripContext(const QObject& trip, ShoppingItem& item)
@@ -19,7 +19,7 @@ void copyTripContext(const QObject& trip, ShoppingItem& item)
     item.setTripsRouteId(trip.property("tripsRouteId").toInt());
     item.setTripsExecutionId(trip.property("tripsExecutionId").toInt());
     const QString execution = trip.property("publicRouteExecutionId").toString();
-    item.setPublicRouteExecutionId(execution == dynamicTrip ? QString() : execution);
+    item.setPublicRouteExecutionId(execution == dynamicTrip ? QLatin1String("") : execution);
 }
 
 } // namespace

@@ -22,7 +22,9 @@ public:
     ///
     /// `tripContext`, not null, is read once by property name: "routeId", "fromStopId", "toStopId",
     /// "currentStopId", "tripsRouteId", "tripsExecutionId" (integers) and "publicRouteExecutionId"
-    /// (text, "DynamicTrip" becomes empty). A property that it does not have is 0 or empty.
+    /// (text, "DynamicTrip" becomes empty). A property that it does not have is 0 or empty, so a
+    /// trip context without "routeId" gives 0, not the -999999 of a ticket without trip context.
+    /// `price` is in currency units.
     void addItem(const int& passengerTypeId, const int& fareProductId, const int& fromStopGroupId,
                  const int& toStopGroupId, const QString& description,
                  const QString& fareProductName, const QString& icon, const double& price,

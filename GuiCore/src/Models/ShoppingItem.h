@@ -61,7 +61,7 @@ public:
         IsDailyRole = 271
     };
 
-    /// A ticket with empty texts, identifiers -1 (routeId -999999), price 0 and flags false.
+    /// A ticket with empty texts, all integers -1 but routeId (-999999), price 0 and flags false.
     explicit ShoppingItem(QObject* parent = nullptr);
 
     /// Neither accepted nor printed yet, and without trip context: what the arguments do not give
@@ -82,7 +82,7 @@ public:
     int fareProductId() const { return m_fareProductId; }
     int fromStopGroupId() const { return m_fromStopGroupId; } ///< origin zone
     int toStopGroupId() const { return m_toStopGroupId; }     ///< destination zone
-    QString description() const { return m_description; }     ///< of the passenger type
+    QString description() const { return m_description; }
     QString fareProductName() const { return m_fareProductName; }
     QString icon() const { return m_icon; }               ///< URL; role "shoppingItemIcon"
     double price() const { return m_price; }              ///< currency units
@@ -90,19 +90,26 @@ public:
     QString destination() const { return m_destination; } ///< name of the stop or zone
     bool isReturnFee() const { return m_isReturnFee; }
     bool isDaily() const { return m_isDaily; }
-    bool accepted() const { return m_accepted; } ///< the sale is confirmed
-    bool printed() const { return m_printed; }   ///< the ticket is on paper
-    int routeId() const { return m_routeId; }    ///< -999999 if never set
+    bool accepted() const
+    {
+        return m_accepted;
+    } ///< set by the application while the ticket is handled
+    bool printed() const
+    {
+        return m_printed;
+    } ///< set by the application while the ticket is handled
+    int routeId() const { return m_routeId; } ///< -999999 without trip context
     int fromStopId() const { return m_fromStopId; }
     int toStopId() const { return m_toStopId; }
-    int currentStopId() const { return m_currentStopId; } ///< where the vehicle was at the sale
+    int currentStopId() const { return m_currentStopId; } ///< of the trip context at the sale
     int tripsRouteId() const { return m_tripsRouteId; }
     int tripsExecutionId() const { return m_tripsExecutionId; }
+    // Numbers of the application; -1 until it sets them.
     int payMethod() const { return m_payMethod; }
     int ticketMaterialId() const { return m_ticketMaterialId; }
     int pasengerType() const { return m_pasengerType; } ///< spelt as QML binds to it
     int payChannel() const { return m_payChannel; }
-    /// Empty for a trip that is in no timetable.
+    /// Empty for a dynamic trip.
     QString publicRouteExecutionId() const { return m_publicRouteExecutionId; }
 
     void setPassengerTypeId(const int& passengerTypeId);

@@ -58,14 +58,14 @@ public:
 
     ~ZReportItem() override;
 
-    int id() const override;
+    int id() const override; ///< of the caller's choice; need not be unique
     QVariant data(int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
     int ticketCount() const { return m_ticketCount; }        ///< -1 if not counted
     double ticketSumAmnt() const { return m_ticketSumAmnt; } ///< of all tickets
-    int cardSellCount() const { return m_cardSellCount; }    ///< -1 if not counted
-    double cardSellAmnt() const { return m_cardSellAmnt; }   ///< of the tickets paid by card
+    int cardSellCount() const { return m_cardSellCount; }    ///< card sales; -1 if not counted
+    double cardSellAmnt() const { return m_cardSellAmnt; }   ///< of all card sales
     int parcelCount() const { return m_parcelCount; }        ///< -1 if not counted
     double parcelAmnt() const { return m_parcelAmnt; }
     QString fromTicketNumber() const { return m_fromTicketNumber; } ///< first ticket of the shift
@@ -74,7 +74,7 @@ public:
     double zNumber() const { return m_zNumber; } ///< number of the report
     bool isClosed() const { return m_isClosed; }
     double commission() const { return m_commission; }
-    QDateTime paymentDate() const { return m_paymentDate; } ///< invalid if not paid yet
+    QDateTime paymentDate() const { return m_paymentDate; } ///< invalid if none is known
     double currentDebt() const { return m_currentDebt; }
     double maxAllowedDebt() const { return m_maxAllowedDebt; }
 

@@ -17,8 +17,9 @@ public:
     explicit ZReportModel(QObject* parent = nullptr);
     ~ZReportModel() override;
 
-    /// Appends one report, a child of this model, after writing its id and debts to the log. The id
-    /// need not be unique; nothing is checked. Amounts are in currency units.
+    /// Appends one report, a child of this model. Before that, always, writes its id and debts to
+    /// the log (logger "default", Info). The id need not be unique; nothing is checked. Amounts
+    /// are in currency units.
     void addItem(const qint32& id, const qint32& ticketCount, const double& ticketSumAmnt,
                  const qint32& cardSellCount, const double& cardSellAmnt, const qint32& parcelCount,
                  const double& parcelAmnt, const QString& fromTicketNumber,

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "LogCapture.h"
+#include "TerminalHome.h"
+
+#include <QObject>
+#include <QStringList>
+#include <QTest>
+
+/// A test with the QML module. Whatever Qt and QML have to say during a test function is a fault of
+/// it; the library's log is kept off the console.
+class QmlTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        texts().clear();
+        m_previous = qInstallMessageHandler(note);
+    }
+
+    void cleanup()
+    {
+        qInstallMessageHandler(m_previous);
+        QCOMPARE(texts().join(QLatin1Char('\n')), QString());
+    }
+
+private:
+    static QStringList& texts()
+    {
+        static QStringList list;
+        return list;
+    }
+
+    static void note(QtMsgType, const QMessageLogContext&, const QString& text)
+    {
+        texts().append(text);
+    }
+
+    QtMessageHandler m_previous = nullptr;
+    TerminalHome m_home;
+    LogCapture m_log;
+};

@@ -1,0 +1,337 @@
+#include "ModelBattery.h"
+#include "ShoppingBasketModel.h"
+#include "ShoppingFields.h"
+#include "SignalLog.h"
+
+#include <QPointer>
+#include <QTest>
+
+#include <memory>
+#include <type_traits>
+
+using rivo::models::ListItem;
+
+namespace
+{
+
+static_assert(std::is_same_v<decltype(&ShoppingBasketModel::addItem),
+                             void (ShoppingBasketModel::*)(
+                                 const int&, const int&, const int&, const int&, const QString&,
+                                 const QString&, const QString&, const double&, const QString&,
+                                 const QString&, const bool&, const bool&, QObject*)>);
+
+/// A trip as an application may have it; notes what is read of it.
+class Trip : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(int routeId READ routeId)
+    Q_PROPERTY(int fromStopId READ fromStopId)
+    Q_PROPERTY(int toStopId READ toStopId)
+    Q_PROPERTY(int currentStopId READ currentStopId)
+    Q_PROPERTY(int tripsRouteId READ tripsRouteId)
+    Q_PROPERTY(int tripsExecutionId READ tripsExecutionId)
+    Q_PROPERTY(QString publicRouteExecutionId READ publicRouteExecutionId)
+    Q_PROPERTY(int payMethod READ payMethod)
+
+public:
+    explicit Trip(const ShoppingBasketModel& basket) : m_basket(basket) {}
+
+    int routeId() const { return number("routeId", 11); }
+    int fromStopId() const { return number("fromStopId", 12); }
+    int toStopId() const { return number("toStopId", 13); }
+    int currentStopId() const { return number("currentStopId", 14); }
+    int tripsRouteId() const { return number("tripsRouteId", 15); }
+    int tripsExecutionId() const { return number("tripsExecutionId", 16); }
+    QString publicRouteExecutionId() const
+    {
+        number("publicRouteExecutionId", 0);
+        return "2024-05-01/17";
+    }
+    int payMethod() const { return number("payMethod", 18); }
+
+    mutable QStringList reads;      ///< names in order
+    mutable QVector<int> rowCounts; ///< of the basket at each read
+
+private:
+    int number(const char* name, int value) const
+    {
+        reads.append(name);
+        rowCounts.append(m_basket.rowCount());
+        return value;
+    }
+
+    const ShoppingBasketModel& m_basket;
+};
+
+/// Claims ten rows more than there are.
+class LongBasket : public ShoppingBasketModel
+{
+public:
+    using ShoppingBasketModel::ShoppingBasketModel;
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override
+    {
+        return ShoppingBasketModel::rowCount(parent) + 10;
+    }
+};
+
+/// A ticket of which nothing but the trip matters.
+void addTicket(ShoppingBasketModel& basket, QObject* trip)
+{
+    basket.addItem(1, 12, 10, 20, "Student", "Day", "qrc:/icons/student.svg", 2.75, "Harbour",
+                   "Castle", true, false, trip);
+}
+
+/// What addTicket() must show, in the order of the fields.
+QVariantList ticketValues(int id, const QVariantList& trip)
+{
+    return {id,         1,          12,         10,
+            20,         "Student",  "Day",      "qrc:/icons/student.svg",
+            2.75,       "Harbour",  "Castle",   true,
+            false,      false,      false,      trip.at(0),
+            trip.at(1), trip.at(2), trip.at(3), trip.at(4),
+            trip.at(5), -1,         -1,         -1,
+            -1,         trip.at(6)};
+}
+
+} // namespace
+
+class TestShoppingBasketModel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_owner = std::make_unique<QObject>();
+        m_basket = new battery::TopLevelOnly<ShoppingBasketModel>(m_owner.get());
+        new QAbstractItemModelTester(
+            m_basket, QAbstractItemModelTester::FailureReportingMode::Fatal, m_basket);
+    }
+
+    void cleanup() { m_owner.reset(); }
+
+    void aTicketTakesOverTheArgumentsAndTheTrip()
+    {
+        Trip trip(*m_basket);
+        addTicket(*m_basket, &trip);
+        QCOMPARE(m_basket->rowCount(), 1);
+        compare(0, ticketValues(0, {11, 12, 13, 14, 15, 16, "2024-05-01/17"}));
+        QCOMPARE(ticket(0)->metaObject(), &ShoppingItem::staticMetaObject);
+        QCOMPARE(ticket(0)->parent(), m_basket);
+    }
+
+    void eachArgumentIsTakenAsItIs()
+    {
+        QObject trip;
+        m_basket->addItem(INT_MIN, INT_MAX, -1, 0, QString(), "", "Dorosły 成人", -0.5, " ", "x",
+                          false, true, &trip);
+        compare(0, {0,    INT_MIN, INT_MAX, -1,    0,    "",    "",    "Dorosły 成人",
+                    -0.5, " ",     "x",     false, true, false, false, 0,
+                    0,    0,       0,       0,     0,    -1,    -1,    -1,
+                    -1,   ""});
+    }
+
+    void theTripIsReadOnceInOrderBeforeTheRowIsThere()
+    {
+        QObject other;
+        addTicket(*m_basket, &other);
+        Trip trip(*m_basket);
+        addTicket(*m_basket, &trip);
+        QCOMPARE(trip.reads,
+                 QStringList({"routeId", "fromStopId", "toStopId", "currentStopId", "tripsRouteId",
+                              "tripsExecutionId", "publicRouteExecutionId"}));
+        QCOMPARE(trip.rowCounts, QVector<int>(7, 1));
+    }
+
+    void theTripIsNotFollowed()
+    {
+        QObject trip;
+        trip.setProperty("routeId", 7);
+        addTicket(*m_basket, &trip);
+        trip.setProperty("routeId", 8);
+        QCOMPARE(ticket(0)->routeId(), 7);
+    }
+
+    // What views see is one insertion: the stops that are set before it reach nobody.
+    void emissions()
+    {
+        Trip trip(*m_basket);
+        SignalLog log(m_basket);
+        addTicket(*m_basket, &trip);
+        QCOMPARE(log.take(), announcedInsertion(0, 0, 1));
+        addTicket(*m_basket, &trip);
+        QCOMPARE(log.take(), announcedInsertion(1, 1, 2));
+
+        ticket(1)->setProperty("routeId", 99);
+        ticket(1)->setProperty("payMethod", 99);
+        QCOMPARE(log.take(), QStringList());
+        ticket(1)->setProperty("fromStopId", 99);
+        QCOMPARE(log.take(), QStringList{rowChanged(1)});
+        ticket(0)->setProperty("isReturnFee", false);
+        QCOMPARE(log.take(), QStringList{rowChanged(0)});
+    }
+
+    void sameTicketsAreSeveralRows()
+    {
+        QObject trip;
+        for (int row = 0; row < 3; ++row)
+            addTicket(*m_basket, &trip);
+        QCOMPARE(m_basket->rowCount(), 3);
+        for (int row = 0; row < 3; ++row)
+            compare(row, ticketValues(row, {0, 0, 0, 0, 0, 0, ""}));
+    }
+
+    void anIdIsGivenTwiceAfterARemoval()
+    {
+        QObject trip;
+        for (int row = 0; row < 3; ++row)
+            addTicket(*m_basket, &trip);
+        QVERIFY(m_basket->removeRow(0));
+        addTicket(*m_basket, &trip);
+        QCOMPARE(ids(), QVector<int>({1, 2, 2}));
+        QCOMPARE(m_basket->findById(2), ticket(1));
+        m_basket->clear();
+        addTicket(*m_basket, &trip);
+        QCOMPARE(ids(), QVector<int>({0}));
+    }
+
+    void idsAskTheVirtualRowCount()
+    {
+        QObject trip;
+        LongBasket basket(m_owner.get());
+        addTicket(basket, &trip);
+        QCOMPARE(basket.itemFromRow(0)->id(), 10);
+    }
+
+    void ticketsBelongToTheBasket()
+    {
+        QObject trip;
+        for (int row = 0; row < 3; ++row)
+            addTicket(*m_basket, &trip);
+        const QPointer<ListItem> removed = ticket(0);
+        QVERIFY(m_basket->removeRow(0));
+        QVERIFY(removed);
+        battery::runDeferredDeletions();
+        QVERIFY(!removed);
+
+        const QPointer<ListItem> taken = m_basket->takeRow(0);
+        QCOMPARE(taken->parent(), m_basket);
+        const QPointer<ListItem> left = ticket(0);
+        delete m_basket;
+        QVERIFY(!taken);
+        QVERIFY(!left);
+    }
+
+    void execution_data()
+    {
+        QTest::addColumn<QVariant>("execution");
+        QTest::addColumn<QString>("stored");
+        const auto kept = [](const char* sentence, const char* text) {
+            QTest::newRow(sentence) << QVariant(text) << QString(text);
+        };
+        QTest::newRow("a dynamic trip has none") << QVariant("DynamicTrip") << QString();
+        QTest::newRow("the same as bytes has none")
+            << QVariant(QByteArray("DynamicTrip")) << QString();
+        kept("lower case is kept", "dynamictrip");
+        kept("upper case is kept", "DYNAMICTRIP");
+        kept("one other letter is kept", "Dynamictrip");
+        kept("a trailing blank is kept", "DynamicTrip ");
+        kept("a leading blank is kept", " DynamicTrip");
+        kept("a longer text is kept", "DynamicTrip1");
+        kept("a shorter text is kept", "DynamicTri");
+        kept("an execution of the timetable is kept", "2024-05-01/17");
+        kept("an empty text is kept", "");
+        QTest::newRow("a number is kept as text") << QVariant(4711) << QString("4711");
+        QTest::newRow("a list has no text") << QVariant(QVariantList{1, 2}) << QString();
+    }
+
+    void execution()
+    {
+        QFETCH(QVariant, execution);
+        QFETCH(QString, stored);
+        QObject trip;
+        trip.setProperty("publicRouteExecutionId", execution);
+        addTicket(*m_basket, &trip);
+        compare(0, ticketValues(0, {0, 0, 0, 0, 0, 0, stored}));
+    }
+
+    void theTextOfADynamicTripIsEmptyAsInANewTicket()
+    {
+        QObject trip;
+        trip.setProperty("publicRouteExecutionId", "DynamicTrip");
+        addTicket(*m_basket, &trip);
+        const auto* ticket = qobject_cast<ShoppingItem*>(m_basket->itemFromRow(0));
+        QVERIFY(ticket->publicRouteExecutionId().isEmpty());
+        QVERIFY(!ticket->publicRouteExecutionId().isNull());
+    }
+
+    void tripNumber_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<int>("stored");
+        QTest::newRow("a number") << QVariant(7) << 7;
+        QTest::newRow("the largest number") << QVariant(INT_MAX) << INT_MAX;
+        QTest::newRow("a negative number") << QVariant(-999999) << -999999;
+        QTest::newRow("a number as text") << QVariant("7") << 7;
+        QTest::newRow("a text that is no number is 0") << QVariant("seven") << 0;
+        QTest::newRow("a fraction is rounded") << QVariant(7.5) << 8;
+        QTest::newRow("a flag is a number") << QVariant(true) << 1;
+        QTest::newRow("a list is 0") << QVariant(QVariantList{7}) << 0;
+        QTest::newRow("nothing is 0") << QVariant() << 0;
+    }
+
+    void tripNumber()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(int, stored);
+        const QList<QByteArray> names{"routeId",       "fromStopId",   "toStopId",
+                                      "currentStopId", "tripsRouteId", "tripsExecutionId"};
+        for (int i = 0; i < names.size(); ++i) {
+            QObject trip;
+            trip.setProperty(names.at(i).constData(), value);
+            m_basket->clear();
+            addTicket(*m_basket, &trip);
+            QVariantList expected{0, 0, 0, 0, 0, 0, ""};
+            expected[i] = stored;
+            compare(0, ticketValues(0, expected));
+        }
+    }
+
+    void aTicketCanBeTheTripOfAnother()
+    {
+        QObject trip;
+        addTicket(*m_basket, &trip);
+        ShoppingItem context;
+        context.setPayMethod(3);
+        addTicket(*m_basket, &context);
+        compare(1, ticketValues(1, {-999999, -1, -1, -1, -1, -1, ""}));
+    }
+
+private:
+    ShoppingItem* ticket(int row) const
+    {
+        return qobject_cast<ShoppingItem*>(m_basket->itemFromRow(row));
+    }
+
+    QVector<int> ids() const
+    {
+        QVector<int> numbers;
+        for (const ListItem* item : battery::itemsOf(*m_basket))
+            numbers.append(item->id());
+        return numbers;
+    }
+
+    /// The row has exactly these values.
+    void compare(int row, const QVariantList& values) const
+    {
+        QCOMPARE(differences(*ticket(row), shoppingItemClass().fields, values), QStringList());
+    }
+
+    std::unique_ptr<QObject> m_owner;
+    ShoppingBasketModel* m_basket = nullptr;
+};
+
+QTEST_GUILESS_MAIN(TestShoppingBasketModel)
+
+#include "tst_shoppingbasketmodel.moc"
