@@ -92,7 +92,8 @@ QQuickItem* gridOf(Screen& screen)
 QPointF firstTile(QQuickItem& grid)
 {
     auto* content = qvariant_cast<QQuickItem*>(grid.property("contentItem"));
-    for (QQuickItem* tile : content->childItems()) {
+    const QList<QQuickItem*> tiles = content->childItems();
+    for (QQuickItem* tile : tiles) {
         if (tile->isVisible() && tile->isEnabled() && tile->property("price").isValid())
             return tile->mapToScene({tile->width() / 2, tile->height() / 2});
     }

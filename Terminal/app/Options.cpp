@@ -75,16 +75,17 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     const auto verbose = option("verbose", "Write the log to standard error.");
     parser.process(arguments);
 
-    if (!parser.positionalArguments().isEmpty())
-        return complain(
-            QStringLiteral("unexpected argument %1").arg(parser.positionalArguments().first()));
+    const QStringList unexpected = parser.positionalArguments();
+    if (!unexpected.isEmpty())
+        return complain(QStringLiteral("unexpected argument %1").arg(unexpected.first()));
     if (parser.isSet(feed) == parser.isSet(gtfs))
         return complain(QStringLiteral("one of --feed and --gtfs is needed"));
 
     Options options;
     options.feed = parser.isSet(feed) ? parser.value(feed) : parser.value(gtfs);
     options.reading.mappingFile = parser.value(categories);
-    for (const QString& mapping : parser.values(category)) {
+    const QStringList mappings = parser.values(category);
+    for (const QString& mapping : mappings) {
         const int equals = mapping.lastIndexOf(QLatin1Char('='));
         if (equals < 1 || equals == mapping.size() - 1)
             return complain(

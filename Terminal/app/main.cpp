@@ -40,7 +40,9 @@ void complain(const QStringList& lines)
 
 void translate(QGuiApplication& application, QTranslator& translator, const QString& language)
 {
-    const QLocale locale = language.isEmpty() ? QLocale::system() : QLocale(language);
+    QLocale locale = language.isEmpty() ? QLocale::system() : QLocale(language);
+    if (locale.language() == QLocale::C) // a system without a language; it writes money oddly
+        locale = QLocale(QLocale::English, QLocale::UnitedKingdom);
     QLocale::setDefault(locale);
     if (translator.load(locale, QStringLiteral("rivo-terminal"), QStringLiteral("_"),
                         QStringLiteral(":/i18n")))

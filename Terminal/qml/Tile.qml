@@ -86,7 +86,7 @@ T.AbstractButton {
 
                 objectName: "discountText"
                 anchors.centerIn: parent
-                text: "−" + Number(root.fareDiscount).toLocaleString(Qt.locale(), "f", 0) + "%"
+                text: "−" + Number(root.fareDiscount).toLocaleString(Qt.locale(), "f", root.fareDiscount % 1 === 0 ? 0 : 1) + "%"
                 font.pixelSize: 12
                 color: root.ink
             }
