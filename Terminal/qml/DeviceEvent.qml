@@ -43,27 +43,27 @@ T.AbstractButton {
                  : root.event === DeviceDesk.Fault ? Theme.error
                  : Theme.night ? "#ffb074" : "#b84a00"
         }
-        PlainText {
+        Column {
             anchors.left: icon.right
             anchors.leftMargin: Theme.gap
-            anchors.right: kind.left
-            anchors.rightMargin: Theme.gap
-            height: parent.height
-            text: root.text
-            font.weight: Font.DemiBold
-        }
-        PlainText {
-            id: kind
-
             anchors.right: parent.right
             anchors.rightMargin: Theme.gap
-            height: parent.height
-            text: root.event === DeviceDesk.Ready ? ""
-                : root.event === DeviceDesk.Notice ? qsTr("notice")
-                : root.event === DeviceDesk.Warning ? qsTr("warning")
-                : root.event === DeviceDesk.SeriousWarning ? qsTr("serious") : qsTr("fault")
-            font.pixelSize: Theme.smallText
-            color: Theme.mutedText
+            anchors.verticalCenter: parent.verticalCenter
+            PlainText {
+                width: parent.width
+                text: root.text
+                font.weight: Font.DemiBold
+            }
+            PlainText {
+                width: parent.width
+                visible: text !== ""
+                text: root.event === DeviceDesk.Ready ? ""
+                    : root.event === DeviceDesk.Notice ? qsTr("notice")
+                    : root.event === DeviceDesk.Warning ? qsTr("warning")
+                    : root.event === DeviceDesk.SeriousWarning ? qsTr("serious") : qsTr("fault")
+                font.pixelSize: Theme.smallText
+                color: Theme.mutedText
+            }
         }
     }
 }

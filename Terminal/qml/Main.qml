@@ -12,6 +12,7 @@ T.ApplicationWindow {
     required property Terminal terminal
     property string page: "sell"
 
+    onPageChanged: toast.hide()
     title: terminal.operatorName === "" ? qsTr("Ticket terminal") : terminal.operatorName
     color: Theme.background
 

@@ -11,6 +11,10 @@ Rectangle {
         timer.restart()
     }
 
+    function hide() {
+        opacity = 0
+    }
+
     width: Math.min(parent.width - 40, label.implicitWidth + 40)
     height: Math.max(Theme.touch, label.implicitHeight + 20)
     radius: Theme.radius
@@ -25,7 +29,7 @@ Rectangle {
         id: timer
 
         interval: 4000
-        onTriggered: root.opacity = 0
+        onTriggered: root.hide()
     }
     PlainText {
         id: label

@@ -53,32 +53,10 @@ T.AbstractButton {
                     id: registration
 
                     height: parent.height
-                    width: Math.min(implicitWidth, parent.width - status.width - ownTag.width
-                                                   - 2 * Theme.gap)
+                    width: Math.min(implicitWidth, parent.width - status.width - Theme.gap)
                     text: root.registrationNumber
                     font.weight: Font.DemiBold
                     color: root.reporting === FleetSimulator.Offline ? Theme.mutedText : Theme.text
-                }
-                Rectangle {
-                    id: ownTag
-
-                    anchors.left: registration.right
-                    anchors.leftMargin: 6
-                    anchors.verticalCenter: parent.verticalCenter
-                    visible: root.own
-                    width: visible ? ownText.implicitWidth + 10 : 0
-                    height: 18
-                    radius: 4
-                    color: Theme.accent
-                    PlainText {
-                        id: ownText
-
-                        anchors.centerIn: parent
-                        text: qsTr("this bus")
-                        font.pixelSize: 12
-                        font.weight: Font.DemiBold
-                        color: Theme.accentInk
-                    }
                 }
                 Row {
                     id: status
@@ -110,12 +88,37 @@ T.AbstractButton {
                 font.pixelSize: Theme.smallText
                 color: root.routeName === "" ? Theme.mutedText : Theme.text
             }
-            PlainText {
+            Item {
                 width: parent.width
-                visible: text !== ""
-                text: root.routeStatus
-                font.pixelSize: Theme.smallText
-                color: Theme.mutedText
+                height: 18
+                visible: root.routeStatus !== "" || root.own
+                PlainText {
+                    height: parent.height
+                    width: parent.width - (root.own ? ownTag.width + Theme.gap : 0)
+                    text: root.routeStatus
+                    font.pixelSize: Theme.smallText
+                    color: Theme.mutedText
+                }
+                Rectangle {
+                    id: ownTag
+
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: root.own
+                    width: ownText.implicitWidth + 10
+                    height: 18
+                    radius: 4
+                    color: Theme.accent
+                    PlainText {
+                        id: ownText
+
+                        anchors.centerIn: parent
+                        text: qsTr("this bus")
+                        font.pixelSize: 12
+                        font.weight: Font.DemiBold
+                        color: Theme.accentInk
+                    }
+                }
             }
         }
     }

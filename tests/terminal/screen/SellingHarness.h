@@ -19,6 +19,7 @@ class SellingHarness : public QObject
     Q_PROPERTY(int basketCount READ basketCount)
     Q_PROPERTY(QString complaints READ complaints)
     Q_PROPERTY(QString printed READ printed)
+    Q_PROPERTY(int refusals READ refusals)
 
 public:
     explicit SellingHarness(QObject* parent = nullptr) : QObject(parent) {}
@@ -179,6 +180,8 @@ public:
     QString complaints() { return Complaints::take().join('\n'); }
     /// How many lines of the basket were printed after each ticket: "1,2,3".
     QString printed() const { return m_printed.join(','); }
+    /// How often the desk said no since the start.
+    int refusals() const { return m_refusals; }
 
 private:
     using Feed = rivo::feed::Feed;
@@ -236,6 +239,9 @@ private:
     void watch()
     {
         m_printed.clear();
+        m_refusals = 0;
+        connect(m_shown->terminal().desk(), &rivo::sales::SalesDesk::refused, this,
+                [this] { ++m_refusals; });
         ShoppingBasketModel* basket = m_shown->terminal().basket();
         connect(basket, &QAbstractItemModel::dataChanged, this, [this, basket] {
             int printed = 0;
@@ -247,12 +253,14 @@ private:
         });
     }
 
+    const Complaints m_complaints; ///< from the first test on, after Qt Test has its own handler
     const QTemporaryDir m_folder;
     std::unique_ptr<ScreenUnderTest> m_shown;
     std::unique_ptr<rivo::terminal::Screen> m_problemScreen;
     std::unique_ptr<rivo::sales::Journal> m_journal; ///< the other program that has it open
     QStringList m_problems;
     QStringList m_printed;
+    int m_refusals = 0;
     int m_ticketTime = 0;
     bool m_lockJournal = false;
     bool m_damageJournal = false;

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QImage>
 #include <QSet>
+#include <QTranslator>
 #include <QtTest>
 
 /// Every page in every size, by day and by night, as pictures to look at.
@@ -14,6 +15,7 @@ private slots:
     void initTestCase()
     {
         prepareScreens();
+        QCoreApplication::setApplicationVersion(RIVO_VERSION);
         QVERIFY(QDir().mkpath(PICTURES));
         m_complaints = std::make_unique<Complaints>();
     }
@@ -30,28 +32,32 @@ void TestScreenPictures::pageIsDrawn_data()
 {
     QTest::addColumn<QString>("feed");
     QTest::addColumn<QSize>("size");
+    QTest::addColumn<QString>("language");
     QTest::addColumn<bool>("night");
-    for (const QString feed : {"coast-line", "hill-valley"}) {
-        for (const QSize size : {QSize(800, 480), QSize(1024, 600), QSize(1280, 800)}) {
-            for (const bool night : {false, true}) {
-                if (feed == "hill-valley" && size != QSize(800, 480))
-                    continue;
-                QTest::newRow(qPrintable(QString("%1-%2x%3%4")
-                                             .arg(feed)
-                                             .arg(size.width())
-                                             .arg(size.height())
-                                             .arg(night ? "-night" : "")))
-                    << feed << size << night;
-            }
+    const auto add = [](const QString& feed, const QSize& size, const QString& language) {
+        for (const bool night : {false, true}) {
+            const QString name = QString("%1-%2x%3-%4%5")
+                                     .arg(feed)
+                                     .arg(size.width())
+                                     .arg(size.height())
+                                     .arg(language, night ? "-night" : "");
+            QTest::newRow(qPrintable(name)) << feed << size << language << night;
         }
-    }
+    };
+    for (const QSize size : {QSize(800, 480), QSize(1024, 600), QSize(1280, 800)})
+        add("coast-line", size, "en");
+    add("hill-valley", {800, 480}, "de");
 }
 
 void TestScreenPictures::pageIsDrawn()
 {
     QFETCH(QString, feed);
     QFETCH(QSize, size);
+    QFETCH(QString, language);
     QFETCH(bool, night);
+    QTranslator translator;
+    QVERIFY(translator.load(":/i18n/rivo-terminal_" + language));
+    QCoreApplication::installTranslator(&translator);
     ScreenUnderTest shown(
         exampleFeed(feed), "sell", size,
         [&](rivo::terminal::Terminal::Settings& settings) { settings.night = night; });

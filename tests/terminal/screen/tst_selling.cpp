@@ -11,15 +11,6 @@ class Setup : public QObject
 
 public slots:
     void applicationAvailable() { prepareScreens(); }
-    void qmlEngineAvailable(QQmlEngine*)
-    {
-        if (!m_complaints)
-            m_complaints = std::make_unique<Complaints>();
-    }
-    void cleanupTestCase() { m_complaints.reset(); }
-
-private:
-    std::unique_ptr<Complaints> m_complaints;
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(selling, Setup)

@@ -3,5 +3,6 @@
 # usage: with_screen.sh PROGRAM [ARGUMENT...]
 set -u
 export QT_QPA_PLATFORM=xcb LIBGL_ALWAYS_SOFTWARE=1 XDG_RUNTIME_DIR="$TMPDIR/runtime"
-mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+mkdir -p "$XDG_RUNTIME_DIR"
+chmod 700 "$XDG_RUNTIME_DIR"
 exec "$@"

@@ -94,7 +94,7 @@ ScreenCase {
         test.sellTile(0)
         test.basketIs(1)
         test.compare(Harness.basket("price"), "1.4")
-        test.compare(Harness.countOf("toastText"), 0)
+        test.compare(Harness.refusals, 0)
     }
 
     function test_closingAShift() {
