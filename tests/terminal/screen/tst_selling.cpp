@@ -2,9 +2,6 @@
 
 #include <QtQuickTest>
 
-// Generated from SellingHarness.h: the import Rivo.SellingTest 1.0 with the singleton Harness.
-#include <SellingRegistration.inc>
-
 class Setup : public QObject
 {
     Q_OBJECT
