@@ -104,17 +104,26 @@ QPointF firstTile(QQuickItem& grid)
 
 feed::Feed withTiles(feed::Feed feed, int tiles)
 {
-    const QVector<feed::FeedProduct> products = feed.products;
-    feed.products.clear();
-    for (int zone = 1; !products.isEmpty() && feed.products.size() < tiles; ++zone) {
-        for (feed::FeedProduct product : products) {
-            product.toStopGroupId = zone;
-            product.pos = -1;
-            product.isDaily = false;
-            if (feed.products.size() < tiles)
-                feed.products.append(product);
-        }
+    QVector<feed::FeedProduct> zoneProducts;
+    for (const QString& type : qAsConst(feed.supportedPassengerTypes)) {
+        const auto first = std::find_if(
+            feed.products.cbegin(), feed.products.cend(),
+            [&type](const feed::FeedProduct& p) { return p.passengerTypeCode == type; });
+        if (first == feed.products.cend())
+            continue;
+        zoneProducts.append(*first);
+        zoneProducts.last().pos = -1;
+        zoneProducts.last().isDaily = false;
+        zoneProducts.last().hasExpired = false;
     }
+    feed.columns = zoneProducts.size();
+    feed.products.clear();
+    for (int zone = 1; !zoneProducts.isEmpty() && feed.products.size() < tiles; ++zone) {
+        for (feed::FeedProduct& product : zoneProducts)
+            product.toStopGroupId = zone;
+        feed.products += zoneProducts;
+    }
+    feed.products.resize(std::min(feed.products.size(), tiles));
     return feed;
 }
 

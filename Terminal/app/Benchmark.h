@@ -14,8 +14,8 @@ class Terminal;
 namespace benchmark
 {
 
-/// `feed` with its products repeated, zone after zone, until there are `tiles` of them and none
-/// has a back-office position.
+/// `feed` with `tiles` products of its own kind: one per passenger type in zone after zone, with a
+/// column for each type, so that nearly all tiles are for sale. Without products if it has none.
 feed::Feed withTiles(feed::Feed feed, int tiles);
 
 /// From the start of the process to the first frame that shows the grid and takes taps:
