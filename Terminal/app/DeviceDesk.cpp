@@ -42,11 +42,14 @@ void DeviceDesk::findPrinter()
     }
     for (int row = 0; row < m_devices.rowCount(); ++row)
         connect(device(row), &PeripheralItem::dataChanged, this, &DeviceDesk::deviceChanged);
+    connect(&m_devices, &PeripheralsModel::rowsRemoved, this, &DeviceDesk::deviceChanged);
     deviceChanged();
 }
 
 void DeviceDesk::deviceChanged()
 {
+    if (!m_devices.indexFromItem(m_printerDevice).isValid())
+        m_printerDevice.clear(); // removed, and about to be destroyed
     const bool isFaulty = m_printerDevice.isNull() || m_printerDevice->error();
     const QString state = m_printerDevice.isNull() ? QString() : m_printerDevice->stateStr();
     m_printer.setFault(!isFaulty         ? QString()
@@ -65,8 +68,7 @@ int DeviceDesk::faults() const { return m_faults; }
 
 bool DeviceDesk::isPrinter(int row) const
 {
-    const PeripheralItem* device = this->device(row);
-    return device != nullptr && looksLikePrinter(*device);
+    return m_printerDevice != nullptr && device(row) == m_printerDevice;
 }
 
 bool DeviceDesk::report(int row, DeviceDesk::Event event, const QString& text)

@@ -2,7 +2,6 @@
 
 #include <QCommandLineParser>
 #include <QRegularExpression>
-#include <QStandardPaths>
 #include <QTextStream>
 #include <QTime>
 
@@ -113,10 +112,7 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
         options.startTime = QTime(0, 0).secsTo(start);
     }
     options.screenshot = parser.value(screenshot);
-    options.journal = parser.isSet(journal)
-                          ? parser.value(journal)
-                          : QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) +
-                                QStringLiteral("/sales.journal");
+    options.journal = parser.value(journal);
     options.language = parser.value(language);
     options.night = parser.isSet(night);
     options.fullscreen = parser.isSet(fullscreen);

@@ -21,8 +21,8 @@ struct Options
     QString screenshot; ///< file to save the window to, then end; empty = stay
     double timeScale = 1.0;
     int startTime = -1; ///< seconds of the service day; -1 = now
-    QString journal;
-    QString language; ///< "en", "de" ...; empty = the system's
+    QString journal;    ///< file; empty = one in the user's data folder
+    QString language;   ///< "en", "de" ...; empty = the system's
     bool night = false;
     bool fullscreen = false;
     bool allowFileIcons = false;

@@ -4,12 +4,13 @@
 #include <ZReportItem.h>
 
 #include <QDateTime>
-#include <QFile>
+#include <QFileInfo>
 #include <QImageReader>
 #include <QTime>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace rivo::terminal
 {
@@ -53,6 +54,20 @@ void showReports(QSortFilterProxyModel& reports, ZReportModel& all, bool areClos
     reports.setSourceModel(&all);
 }
 
+/// The feed without the reports that this terminal's journal has itself.
+feed::Feed withReportsBefore(feed::Feed feed, const ZReportModel& own)
+{
+    double first = std::numeric_limits<double>::infinity();
+    for (int row = 0; row < own.rowCount(); ++row)
+        first = std::min(first, own.data(own.index(row), ZReportItem::ZNumberDataRole).toDouble());
+    feed.zReports.erase(std::remove_if(feed.zReports.begin(), feed.zReports.end(),
+                                       [first](const feed::FeedZReport& report) {
+                                           return report.zNumber >= first;
+                                       }),
+                        feed.zReports.end());
+    return feed;
+}
+
 /// Relative luminance as the web's accessibility guidelines define it, 0 to 1.
 double luminance(const QColor& color)
 {
@@ -85,7 +100,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
 
     m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));
     m_desk.restore(maxDebt(feed));
-    feed::addZReports(m_feed, m_zReports);
+    feed::addZReports(withReportsBefore(m_feed, m_zReports), m_zReports);
     showReports(m_runningShift, m_zReports, false);
     showReports(m_closedShifts, m_zReports, true);
 
@@ -119,10 +134,12 @@ QUrl Terminal::icon(const QString& url, const QUrl& fallback) const
 {
     const QUrl wanted(url, QUrl::StrictMode);
     if (wanted.scheme() == QLatin1String("qrc"))
-        return QFile::exists(QLatin1Char(':') + wanted.path()) ? wanted : fallback;
-    if (m_settings.allowFileIcons && wanted.isLocalFile())
-        return QImageReader(wanted.toLocalFile()).canRead() ? wanted : fallback;
-    return fallback;
+        return QFileInfo(QLatin1Char(':') + wanted.path()).isFile() ? wanted : fallback;
+    if (!m_settings.allowFileIcons || !wanted.isLocalFile())
+        return fallback;
+    // Not a pipe or a device, which would not end.
+    const QString file = wanted.toLocalFile();
+    return QFileInfo(file).isFile() && QImageReader(file).canRead() ? wanted : fallback;
 }
 
 QColor Terminal::color(const QString& name, const QColor& fallback) const
@@ -131,6 +148,8 @@ QColor Terminal::color(const QString& name, const QColor& fallback) const
     if (name.isEmpty() || name.size() > 64 || !QColor::isValidColor(name))
         return fallback;
     color.setNamedColor(name);
+    if (color.alpha() == 0)
+        return fallback;
     color.setAlpha(255);
     return color;
 }

@@ -13,6 +13,7 @@
 #include <QLocale>
 #include <QQuickStyle>
 #include <QQuickWindow>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QTranslator>
@@ -44,8 +45,10 @@ void translate(QGuiApplication& application, QTranslator& translator, const QStr
     if (locale.language() == QLocale::C) // a system without a language; it writes money oddly
         locale = QLocale(QLocale::English, QLocale::UnitedKingdom);
     QLocale::setDefault(locale);
-    if (translator.load(locale, QStringLiteral("rivo-terminal"), QStringLiteral("_"),
-                        QStringLiteral(":/i18n")))
+    const auto name = QStringLiteral("rivo-terminal");
+    const auto folder = QStringLiteral(":/i18n");
+    if (translator.load(locale, name, QStringLiteral("_"), folder) ||
+        translator.load(name + QStringLiteral("_en"), folder))
         application.installTranslator(&translator);
 }
 
@@ -58,6 +61,13 @@ Terminal::Settings settingsOf(const Options& options)
     settings.pace = options.timeScale;
     settings.startTime = options.startTime;
     return settings;
+}
+
+/// A journal keeps one currency, so the terminal's own has one file for each.
+QString ownJournal(const QString& currency)
+{
+    return QStringLiteral("%1/sales-%2.journal")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation), currency);
 }
 
 /// What the program measures of itself, nothing if it has no screen; sales go to a journal of their
@@ -89,6 +99,12 @@ QStringList measure(const feed::Feed& feed, const Options& options)
     return lines;
 }
 
+std::optional<Options> readCommandLine(int argc, char* argv[])
+{
+    const QCoreApplication application(argc, argv);
+    return terminal::parseCommandLine(QCoreApplication::arguments());
+}
+
 int show(QGuiApplication& application, Screen& screen, const Options& options, ExitCode otherwise)
 {
     if (screen.window() == nullptr)
@@ -109,13 +125,14 @@ int show(QGuiApplication& application, Screen& screen, const Options& options, E
 
 int main(int argc, char* argv[])
 {
-    QGuiApplication application(argc, argv);
-    QGuiApplication::setApplicationName(QStringLiteral("rivo-terminal"));
-    QGuiApplication::setApplicationVersion(QStringLiteral(RIVO_VERSION));
-    const std::optional<Options> options = terminal::parseCommandLine(QGuiApplication::arguments());
+    QCoreApplication::setApplicationName(QStringLiteral("rivo-terminal"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(RIVO_VERSION));
+    // Before there has to be a display: --help and mistakes need none.
+    const std::optional<Options> options = readCommandLine(argc, argv);
     if (!options)
         return BadInput;
 
+    QGuiApplication application(argc, argv);
     QTranslator translator;
     translate(application, translator, options->language);
     QQuickStyle::setStyle(QStringLiteral("Default"));
@@ -124,6 +141,8 @@ int main(int argc, char* argv[])
     const feed::FeedResult result = feed::loadFeed(options->feed, options->reading);
     complain(result.noticeLines());
     complain(result.problemLines());
+    if (!result.feed && options->benchmark)
+        return BadInput;
     if (!result.feed) {
         Screen screen(result.problemLines(), options->size);
         return show(application, screen, *options, BadInput);
@@ -138,8 +157,11 @@ int main(int argc, char* argv[])
                    ? Done
                    : Failed;
     }
-    QDir().mkpath(QFileInfo(options->journal).absolutePath());
-    Terminal terminal(*result.feed, settingsOf(*options));
+    Terminal::Settings settings = settingsOf(*options);
+    if (settings.journalFile.isEmpty())
+        settings.journalFile = ownJournal(result.feed->currency);
+    QDir().mkpath(QFileInfo(settings.journalFile).absolutePath());
+    Terminal terminal(*result.feed, settings);
     Screen screen(terminal, options->page, options->size);
     return show(application, screen, *options, Done);
 }

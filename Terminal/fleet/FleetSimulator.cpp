@@ -136,7 +136,7 @@ int FleetSimulator::vehicleOf(int trip, int route) const
                 return duty.key();
         }
     }
-    for (int row = 0; row < m_fleet.rowCount(); ++row) {
+    for (int row = 0; row < m_fleet.rowCount() && route >= 0; ++row) {
         if (vehicle(row)->routeId() == route)
             return vehicle(row)->id();
     }

@@ -77,7 +77,7 @@ Item {
         anchors.centerIn: removeButton
         visible: root.printed
         source: "qrc:/icons/ok.svg"
-        color: Theme.ok
+        ink: Theme.ok
     }
     Rectangle {
         anchors.bottom: parent.bottom

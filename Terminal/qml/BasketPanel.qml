@@ -45,7 +45,15 @@ Rectangle {
         clip: true
         model: root.terminal.basket
         boundsBehavior: Flickable.StopAtBounds
-        onCountChanged: Qt.callLater(positionViewAtEnd)
+
+        property int shownCount: 0
+
+        // A new line comes into view; one that goes moves nothing under the finger.
+        onCountChanged: {
+            if (count > shownCount)
+                Qt.callLater(positionViewAtEnd)
+            shownCount = count
+        }
         delegate: BasketLine {
             width: lines.width
             terminal: root.terminal

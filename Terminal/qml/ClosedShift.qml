@@ -76,7 +76,7 @@ ShiftReport {
                 anchors.verticalCenter: parent.verticalCenter
                 size: 20
                 source: root.isPaid ? "qrc:/icons/ok.svg" : "qrc:/icons/warning.svg"
-                color: payment.color
+                ink: payment.color
             }
             PlainText {
                 id: payment

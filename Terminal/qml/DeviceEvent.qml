@@ -37,7 +37,7 @@ T.AbstractButton {
                   : root.event === DeviceDesk.Notice ? "qrc:/icons/info.svg"
                   : root.event === DeviceDesk.Fault ? "qrc:/icons/error.svg"
                   : "qrc:/icons/warning.svg"
-            color: root.event === DeviceDesk.Ready ? Theme.ok
+            ink: root.event === DeviceDesk.Ready ? Theme.ok
                  : root.event === DeviceDesk.Notice ? Theme.notice
                  : root.event === DeviceDesk.Warning ? Theme.warning
                  : root.event === DeviceDesk.Fault ? Theme.error

@@ -30,7 +30,7 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             size: 18
             source: root.iconSource
-            color: root.on ? root.ink : Theme.inertInk
+            ink: root.on ? root.ink : Theme.inertInk
         }
         PlainText {
             anchors.verticalCenter: parent.verticalCenter

@@ -2,13 +2,14 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Controls.impl 2.15
 
-/// A picture of the resources in one colour.
+/// A picture of the resources in one colour, or a file in its own.
 IconImage {
     property int size: 24
+    property color ink: Theme.text
 
     width: size
     height: size
     sourceSize: Qt.size(size, size)
-    color: Theme.text
+    color: String(source).indexOf("file:") === 0 ? "transparent" : ink
     asynchronous: false
 }

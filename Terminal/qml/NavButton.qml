@@ -30,7 +30,7 @@ T.AbstractButton {
                 anchors.horizontalCenter: parent.horizontalCenter
                 source: root.iconSource
                 size: 28
-                color: root.checked ? Theme.accentInk : Theme.text
+                ink: root.checked ? Theme.accentInk : Theme.text
             }
             PlainText {
                 width: root.width - 4

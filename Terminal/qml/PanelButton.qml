@@ -33,7 +33,7 @@ T.AbstractButton {
             Icon {
                 visible: String(root.iconSource) !== ""
                 source: root.iconSource
-                color: root.enabled ? root.ink : Theme.inertInk
+                ink: root.enabled ? root.ink : Theme.inertInk
                 anchors.verticalCenter: parent.verticalCenter
             }
             PlainText {

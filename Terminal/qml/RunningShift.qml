@@ -119,7 +119,7 @@ ShiftReport {
                         anchors.verticalCenter: parent.verticalCenter
                         source: root.isLimitReached ? "qrc:/icons/warning.svg"
                                                     : "qrc:/icons/cash.svg"
-                        color: cashBox.ink
+                        ink: cashBox.ink
                     }
                     PlainText {
                         anchors.left: mark.right

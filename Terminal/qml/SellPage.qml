@@ -8,41 +8,75 @@ Item {
 
     required property Terminal terminal
 
-    GridView {
-        id: grid
+    /// The tile that was tapped last; -1 for none.
+    property int selectedTile: -1
 
-        readonly property int columns: Math.max(1, root.terminal.grid.numberOfColumns)
-        readonly property int rows: Math.max(1, root.terminal.grid.numberOfRows)
+    function select(tile) {
+        if (tile === root.selectedTile)
+            return
+        if (root.selectedTile >= 0)
+            root.terminal.grid.setSelected(root.selectedTile, false)
+        root.selectedTile = tile
+        if (tile >= 0)
+            root.terminal.grid.setSelected(tile, true)
+    }
 
-        objectName: "grid"
+    Connections {
+        target: root.terminal.basket
+        function onCountChanged() {
+            if (root.terminal.basket.count === 0)
+                root.select(-1)
+        }
+    }
+
+    // Sideways for more columns than tiles can be told apart in.
+    Flickable {
+        id: sideways
+
         anchors.left: parent.left
         anchors.top: parent.top
         anchors.bottom: parent.bottom
         anchors.right: basket.left
         anchors.margins: Theme.gap
         clip: true
-        model: root.terminal.grid
-        cellWidth: Math.floor(width / columns)
-        cellHeight: Math.min(132, Math.max(cellWidth < 170 ? 118 : 104, Math.floor(height / rows)))
+        contentWidth: grid.width
+        flickableDirection: Flickable.HorizontalFlick
         boundsBehavior: Flickable.StopAtBounds
-        cacheBuffer: cellHeight * 2
-        delegate: Tile {
-            terminal: root.terminal
-            width: grid.cellWidth
-            height: grid.cellHeight
-            onClicked: {
-                if (root.terminal.desk.add(index))
-                    root.terminal.grid.setSelected(index, true)
+        interactive: contentWidth > width
+
+        GridView {
+            id: grid
+
+            readonly property int columns: Math.max(1, root.terminal.grid.numberOfColumns)
+            readonly property int rows: Math.max(1, root.terminal.grid.numberOfRows)
+
+            objectName: "grid"
+            width: Math.max(sideways.width, columns * 104)
+            height: sideways.height
+            model: root.terminal.grid
+            cellWidth: Math.floor(width / columns)
+            cellHeight: Math.min(132, Math.max(cellWidth < 170 ? 118 : 104,
+                                               Math.floor(height / rows)))
+            boundsBehavior: Flickable.StopAtBounds
+            cacheBuffer: cellHeight * 2
+            delegate: Tile {
+                terminal: root.terminal
+                width: grid.cellWidth
+                height: grid.cellHeight
+                onClicked: {
+                    if (root.terminal.desk.add(index))
+                        root.select(index)
+                }
             }
         }
-        PlainText {
-            objectName: "emptyGridText"
-            anchors.centerIn: parent
-            visible: grid.count === 0
-            text: qsTr("This feed has nothing to sell.")
-            font.pixelSize: Theme.largeText
-            color: Theme.mutedText
-        }
+    }
+    PlainText {
+        objectName: "emptyGridText"
+        anchors.centerIn: sideways
+        visible: grid.count === 0
+        text: qsTr("This feed has nothing to sell.")
+        font.pixelSize: Theme.largeText
+        color: Theme.mutedText
     }
     BasketPanel {
         id: basket

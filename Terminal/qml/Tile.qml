@@ -54,7 +54,7 @@ T.AbstractButton {
             y: 8
             size: root.isNarrow ? 26 : 30
             source: root.terminal.icon(root.fareProductIcon, "qrc:/icons/adult.svg")
-            color: root.ink
+            ink: root.ink
         }
         PlainText {
             id: passenger
@@ -120,18 +120,18 @@ T.AbstractButton {
                 anchors.verticalCenter: parent.verticalCenter
                 source: "qrc:/icons/return.svg"
                 size: 18
-                color: root.ink
+                ink: root.ink
             }
             Icon {
                 visible: root.isDaily
                 anchors.verticalCenter: parent.verticalCenter
                 source: "qrc:/icons/day.svg"
                 size: 18
-                color: root.ink
+                ink: root.ink
             }
             PlainText {
                 objectName: "zoneText"
-                width: Math.min(implicitWidth, priceText.x - marks.x - x - 4)
+                width: Math.max(0, Math.min(implicitWidth, priceText.x - marks.x - x - 4))
                 text: {
                     const zone = root.terminal.zoneName(root.toStopGroupId)
                     return zone === String(root.toStopGroupId) ? qsTr("Zone %1").arg(zone) : zone
@@ -148,6 +148,9 @@ T.AbstractButton {
             anchors.rightMargin: 10
             anchors.bottom: parent.bottom
             anchors.bottomMargin: 6
+            width: Math.min(implicitWidth, root.width - 20)
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 12
             text: root.hasExpired ? qsTr("expired") : root.terminal.desk.priceText(root.price)
             font.pixelSize: root.hasExpired ? Theme.smallText : Theme.largeText
             font.weight: Font.Bold

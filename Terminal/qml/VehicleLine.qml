@@ -68,7 +68,7 @@ T.AbstractButton {
                         anchors.verticalCenter: parent.verticalCenter
                         size: 16
                         source: look.icon
-                        color: look.color
+                        ink: look.color
                     }
                     PlainText {
                         objectName: "statusText"

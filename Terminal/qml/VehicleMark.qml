@@ -68,7 +68,7 @@ MapQuickItem {
                 anchors.centerIn: parent
                 size: 24
                 source: "qrc:/icons/vehicle.svg"
-                color: Theme.surface
+                ink: Theme.surface
             }
         }
         Rectangle {
@@ -108,7 +108,7 @@ MapQuickItem {
                 anchors.centerIn: parent
                 size: 16
                 source: look.icon
-                color: look.color
+                ink: look.color
             }
         }
         TapHandler {

@@ -331,6 +331,12 @@ void SalesDesk::queueForPrinting(ShoppingItem& line, const Ticket& ticket)
     line.setPayChannel(driverChannel);
 }
 
+/// The line of the ticket that is printed next; null if somebody else took it out of the basket.
+ShoppingItem* SalesDesk::lineToPrint() const
+{
+    return item(m_models.basket.rowCount() - m_toPrint.size());
+}
+
 void SalesDesk::printNext()
 {
     if (m_state == Selling && m_toPrint.isEmpty())
@@ -340,7 +346,8 @@ void SalesDesk::printNext()
     if (!m_printer.fault().isEmpty())
         return setState(WaitingForPrinter);
     setState(Printing);
-    item(m_models.basket.rowCount() - m_toPrint.size())->setAccepted(true);
+    if (ShoppingItem* line = lineToPrint())
+        line->setAccepted(true);
     m_printer.print();
 }
 
@@ -350,7 +357,8 @@ void SalesDesk::ticketPrinted()
         return;
     if (!m_journal.markPrinted(m_toPrint.first()))
         emit obstacleChanged(); // the paper is out, and the rest has been paid: go on
-    item(m_models.basket.rowCount() - m_toPrint.size())->setPrinted(true);
+    if (ShoppingItem* line = lineToPrint())
+        line->setPrinted(true);
     m_toPrint.removeFirst();
     printNext();
 }

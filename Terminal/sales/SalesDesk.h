@@ -121,6 +121,7 @@ private:
     void basketChanged();
     void updateBadges(const QVector<Ticket>& tickets);
     void queueForPrinting(ShoppingItem& line, const Ticket& ticket);
+    ShoppingItem* lineToPrint() const;
     void printNext();
     void ticketPrinted();
     void finishSale();

@@ -194,6 +194,8 @@ private slots:
     void cashIsHeldAgainstTheLimit();
     void countsThatWereNotMadeAreDashes();
     void unpaidShiftsAreMarked();
+    void aShiftOfThisTerminalIsListedOnce();
+    void aLineThatGoesMovesNoOther();
     void brokenJournalIsNamedInsteadOfAShift();
     void switchesFollowAndSetTheTerminal_data();
     void switchesFollowAndSetTheTerminal();
@@ -360,6 +362,39 @@ void TestPages::unpaidShiftsAreMarked()
     const Shown shown(feed, "zreport");
     QTRY_COMPARE(shown.texts("paymentText"),
                  QStringList({"Not paid, €12.50 due", "Paid 02/10/2024 18:20"}));
+}
+
+void TestPages::aShiftOfThisTerminalIsListedOnce()
+{
+    Feed feed = smallFeed();
+    feed.zReports = {closedReport(41)};
+    const QTemporaryDir folder;
+    const Terminal::Settings settings = Shown::settings(folder.filePath("sales.journal"));
+    {
+        Terminal terminal(feed, settings);
+        QVERIFY(terminal.desk()->closeShift()); // number 42
+    }
+    feed.zReports.prepend(closedReport(42)); // which the back office knows by now
+    Terminal terminal(feed, settings);
+    QStringList numbers;
+    for (int row = 0; row < terminal.zReports()->rowCount(); ++row)
+        numbers.append(terminal.zReports()->get(row).toMap().value("zNumberData").toString());
+    QCOMPARE(numbers, QStringList({"43", "42", "41"}));
+}
+
+void TestPages::aLineThatGoesMovesNoOther()
+{
+    Shown shown(smallFeed(), "sell");
+    for (int i = 0; i < 14; ++i)
+        QVERIFY(shown.terminal.desk()->add(0));
+    QTRY_COMPARE(shown.all("basketLines").size(), 1);
+    QQuickItem* lines = shown.all("basketLines").first();
+    QTRY_VERIFY(lines->property("atYEnd").toBool() && lines->property("contentY").toDouble() > 0);
+    lines->setProperty("contentY", 0.0);
+    QVERIFY(shown.terminal.desk()->remove(1));
+    QCoreApplication::processEvents();
+    QTest::qWait(50);
+    QCOMPARE(lines->property("contentY").toDouble(), 0.0);
 }
 
 void TestPages::brokenJournalIsNamedInsteadOfAShift()

@@ -3,6 +3,7 @@
 #include "ScreenUnderTest.h"
 
 #include <AssetItem.h>
+#include <PassengerTypeItem.h>
 #include <ShoppingBasketModel.h>
 #include <ShoppingItem.h>
 #include <ZReportItem.h>
@@ -112,6 +113,16 @@ public:
             texts.append(model->data(model->index(row, 0), model->roleNames().key(role.toLatin1()))
                              .toString());
         return texts.join('|');
+    }
+    Q_INVOKABLE QString selectedTiles()
+    {
+        QStringList rows;
+        auto* model = m_shown->terminal().grid();
+        for (int row = 0; row < model->rowCount(); ++row) {
+            if (model->data(model->index(row, 0), PassengerTypeItem::SelectedRole).toBool())
+                rows.append(QString::number(row));
+        }
+        return rows.join(',');
     }
     Q_INVOKABLE QString report(const QString& role)
     {

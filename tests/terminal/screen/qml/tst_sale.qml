@@ -56,6 +56,20 @@ ScreenCase {
         test.basketIs(0)
     }
 
+    function test_onlyTheLastTileIsSelected() {
+        Harness.open("coast-line", "sell")
+        test.sellTile(0)
+        test.compare(Harness.selectedTiles(), "0")
+        test.sellTile(1)
+        test.compare(Harness.selectedTiles(), "1")
+        test.sellTile(1)
+        test.compare(Harness.selectedTiles(), "1")
+        test.basketIs(3)
+        test.tap("payCash")
+        test.basketIs(0)
+        test.compare(Harness.selectedTiles(), "")
+    }
+
     function test_lineIsRemoved() {
         Harness.open("coast-line", "sell")
         test.sellTile(0)
