@@ -513,6 +513,10 @@
         <source>Night colours</source>
         <translation>Nachtfarben</translation>
     </message>
+    <message>
+        <source>Log fare products</source>
+        <translation>Fahrscheinprodukte protokollieren</translation>
+    </message>
 </context>
 <context>
     <name>Tile</name>

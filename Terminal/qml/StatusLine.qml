@@ -41,7 +41,9 @@ Rectangle {
         PlainText {
             objectName: "stopText"
             height: parent.height
-            width: Math.min(implicitWidth, parent.width * 0.3)
+            // One width for all names, or the button beside it moves away from the finger.
+            width: root.terminal.trip.stopCount > 0 ? Math.min(220, parent.width * 0.3) : implicitWidth
+            horizontalAlignment: Text.AlignHCenter
             text: root.terminal.trip.stopName
         }
         PanelButton {
@@ -61,13 +63,13 @@ Rectangle {
         anchors.right: parent.right
         height: parent.height
         spacing: Theme.gap
-        PlainText {
-            objectName: "logMark"
+        PanelButton {
+            objectName: "logSwitch"
             height: parent.height
-            visible: root.terminal.grid.logFareProducts || root.terminal.grid.logExtraFareProducts
             text: qsTr("LOG")
-            color: Theme.warning
-            font.weight: Font.Bold
+            checked: root.terminal.grid.logFareProducts || root.terminal.grid.logExtraFareProducts
+            Accessible.name: qsTr("Log fare products")
+            onClicked: root.terminal.grid.logFareProducts = !root.terminal.grid.logFareProducts
         }
         PanelButton {
             objectName: "faultsButton"

@@ -131,9 +131,13 @@ T.AbstractButton {
             }
             PlainText {
                 objectName: "zoneText"
-                width: Math.max(0, Math.min(implicitWidth, priceText.x - marks.x - x - 4))
+                readonly property int room: priceText.x - marks.x - x - 4
+
+                width: Math.max(0, Math.min(implicitWidth, room))
                 text: {
                     const zone = root.terminal.zoneName(root.toStopGroupId)
+                    if (zone !== "" && room < 48)
+                        return root.toStopGroupId // a name would be cut off to its initial
                     return zone === String(root.toStopGroupId) ? qsTr("Zone %1").arg(zone) : zone
                 }
                 font.pixelSize: Theme.smallText

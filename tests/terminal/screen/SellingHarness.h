@@ -138,6 +138,7 @@ public:
     Q_INVOKABLE int contextStop() { return m_shown->terminal().trip()->context()->currentStopId(); }
     Q_INVOKABLE QString obstacle() { return m_shown->terminal().desk()->obstacle(); }
     Q_INVOKABLE int deskState() { return m_shown->terminal().desk()->state(); }
+    Q_INVOKABLE bool logsProducts() { return m_shown->terminal().grid()->logFareProducts(); }
     Q_INVOKABLE void setNight(bool night) { m_shown->terminal().setNight(night); }
     Q_INVOKABLE QColor background() { return m_shown->window()->color(); }
     Q_INVOKABLE QColor faceAt(int x, int y)

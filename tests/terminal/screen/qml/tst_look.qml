@@ -20,6 +20,15 @@ ScreenCase {
         }
     }
 
+    function test_logIsSwitchedInTheStatusLine() {
+        Harness.open("coast-line", "sell")
+        test.verify(!Harness.logsProducts())
+        test.tap("logSwitch")
+        test.verify(Harness.logsProducts())
+        test.tap("logSwitch")
+        test.verify(!Harness.logsProducts())
+    }
+
     function test_marksPointWhereVehiclesGo_data() {
         return [
             { tag: "north", direction: 0 },
