@@ -64,7 +64,7 @@ Rectangle {
         height: parent.height
         spacing: Theme.gap
         PanelButton {
-            objectName: "logSwitch"
+            objectName: "statusLog"
             height: parent.height
             text: qsTr("LOG")
             checked: root.terminal.grid.logFareProducts || root.terminal.grid.logExtraFareProducts

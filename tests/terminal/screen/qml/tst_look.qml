@@ -23,9 +23,9 @@ ScreenCase {
     function test_logIsSwitchedInTheStatusLine() {
         Harness.open("coast-line", "sell")
         test.verify(!Harness.logsProducts())
-        test.tap("logSwitch")
+        test.tap("statusLog")
         test.verify(Harness.logsProducts())
-        test.tap("logSwitch")
+        test.tap("statusLog")
         test.verify(!Harness.logsProducts())
     }
 
