@@ -31,7 +31,7 @@ FleetSimulator::FleetSimulator(const Timetable& timetable, AssetsModel& fleet, Q
     : QObject(parent), m_timetable(timetable), m_fleet(fleet)
 {
     distributeTrips();
-    keepStatusOfParkedVehicles();
+    rememberParkedVehicles();
     describeNetwork();
     m_ticks.setInterval(1000 / ticksPerSecond);
     connect(&m_ticks, &QTimer::timeout, this, [this] {
@@ -119,12 +119,12 @@ AssetItem* FleetSimulator::makeVehicle(const Route& route)
     return made;
 }
 
-void FleetSimulator::keepStatusOfParkedVehicles()
+void FleetSimulator::rememberParkedVehicles()
 {
     for (int row = 0; row < m_fleet.rowCount(); ++row) {
         const AssetItem* parked = vehicle(row);
         if (!m_duties.contains(parked->id()))
-            m_parkedStatus.insert(parked->id(), parked->drivingStatus());
+            m_parked.insert(parked->id(), {parked->drivingStatus(), parked->updated()});
     }
 }
 
@@ -225,7 +225,9 @@ FleetSimulator::Reporting FleetSimulator::reportingOf(int id) const
     if (vehicle == nullptr || !vehicle->assetCoordinate().isValid())
         return Offline;
     const Seconds silentFor = m_silentFor.value(id);
-    return silentFor > offlineAfter ? Offline : silentFor > staleAfter ? Stale : Live;
+    if (silentFor > offlineAfter)
+        return Offline;
+    return silentFor > staleAfter || !m_parked.value(id).updated ? Stale : Live;
 }
 
 const Trip* FleetSimulator::tripOf(int id) const
@@ -253,24 +255,18 @@ void FleetSimulator::report()
 
 void FleetSimulator::reportVehicle(AssetItem& vehicle)
 {
-    vehicle.setUpdated(!m_silent.contains(vehicle.id()));
-    switch (reportingOf(vehicle.id())) {
-    case Live:
-        break;
-    case Stale:
-        vehicle.setDrivingStatus(tr("no report"));
+    const Parked parked = m_parked.value(vehicle.id());
+    const bool isSilent = m_silent.contains(vehicle.id());
+    vehicle.setUpdated(parked.updated && !isSilent);
+    if (isSilent) {
+        const Reporting reporting = reportingOf(vehicle.id());
+        if (reporting != Live)
+            vehicle.setDrivingStatus(reporting == Stale ? tr("no report") : tr("off-line"));
         return;
-    case Offline:
-        if (m_silent.contains(vehicle.id())) {
-            vehicle.setDrivingStatus(tr("off-line"));
-            return;
-        }
     }
-    if (!vehicle.updated())
-        return;
     const Trip* trip = tripOf(vehicle.id());
     if (trip == nullptr) {
-        vehicle.setDrivingStatus(m_parkedStatus.value(vehicle.id()));
+        vehicle.setDrivingStatus(parked.drivingStatus);
         return;
     }
     const bool isWaiting = !isRunning(*trip);

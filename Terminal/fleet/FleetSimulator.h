@@ -22,8 +22,8 @@ namespace rivo::fleet
 /// Every day is the same: a trip that passes midnight also runs in the first hours. Trips of a
 /// route go to the vehicles of that route, each to one that is free, best to one that ended its
 /// last trip where this one starts; what no vehicle is left for does not run. A fleet without
-/// vehicles gets as many as its timetable needs. Vehicles that have no trip of their route stay as
-/// the feed has them.
+/// vehicles gets as many as its timetable needs. Vehicles that have no trip of their route are
+/// parked: they stay as the feed has them, and as current as it says they are.
 class FleetSimulator : public QObject
 {
     Q_OBJECT
@@ -36,8 +36,8 @@ class FleetSimulator : public QObject
 public:
     enum Reporting {
         Live,   ///< reports as it should
-        Stale,  ///< silent for more than a minute
-        Offline ///< silent for more than five minutes, or never heard of
+        Stale,  ///< silent for more than a minute; parked, and not up to date in the feed
+        Offline ///< silent for more than five minutes, or without a position
     };
     Q_ENUM(Reporting)
 
@@ -92,6 +92,13 @@ private:
     /// Trips of one vehicle by the second of the day that they start at; they never overlap.
     using Duty = QMap<Seconds, const Trip*>;
 
+    /// What the feed says of a vehicle without a duty.
+    struct Parked
+    {
+        QString drivingStatus;
+        bool updated = true;
+    };
+
     struct Neighbours
     {
         const Trip* before;
@@ -103,7 +110,7 @@ private:
     void distributeTrips();
     AssetItem* freeVehicle(const QVector<AssetItem*>& vehicles, const Trip& trip) const;
     AssetItem* makeVehicle(const Route& route);
-    void keepStatusOfParkedVehicles();
+    void rememberParkedVehicles();
     void describeNetwork();
     bool isRunning(const Trip& trip) const;
     void report();
@@ -112,9 +119,9 @@ private:
 
     const Timetable m_timetable;
     AssetsModel& m_fleet;
-    QHash<int, Duty> m_duties;          ///< by vehicle
-    QHash<int, QString> m_parkedStatus; ///< what the feed says of a vehicle without a duty
-    QHash<int, Seconds> m_silentFor;    ///< since its last report, by vehicle
+    QHash<int, Duty> m_duties;       ///< by vehicle
+    QHash<int, Parked> m_parked;     ///< by vehicle, those without a duty
+    QHash<int, Seconds> m_silentFor; ///< since its last report, by vehicle
     QSet<int> m_silent;
     QVariantList m_lines;
     QVariantList m_stops;

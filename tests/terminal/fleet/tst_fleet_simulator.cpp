@@ -28,15 +28,16 @@ QStringList back(const QString& start, const QString& end) { return {"4 " + star
 /// A fleet with a simulator on it.
 struct Fleet
 {
-    explicit Fleet(const feed::Network& network, const QVector<int>& routesOfVehicles = {})
+    explicit Fleet(const feed::Network& network, const QVector<int>& routesOfVehicles = {},
+                   bool updated = true)
         : model(&owner)
     {
         int id = 100;
         for (const int route : routesOfVehicles) {
             ++id;
             model.appendRow(new AssetItem(id, QString("R %1").arg(id), "", "in the depot",
-                                          "off duty", route, "", QGeoCoordinate(1, 2), false, true,
-                                          15.0, &model));
+                                          "off duty", route, "", QGeoCoordinate(1, 2), updated,
+                                          true, 15.0, &model));
         }
         simulator = std::make_unique<FleetSimulator>(Timetable(network), model);
     }
@@ -86,6 +87,8 @@ private slots:
     void pace();
     void silence();
     void silenceOfAParkedVehicle();
+    void parkedVehiclesAreAsCurrentAsTheFeedSays_data();
+    void parkedVehiclesAreAsCurrentAsTheFeedSays();
     void neverHeardOf();
     void signalsOfAVehicleThatMoves();
     void noSignalsForAVehicleThatStands();
@@ -437,6 +440,53 @@ void FleetSimulatorTest::silenceOfAParkedVehicle()
     fleet.simulator->setSilent(101, false);
     QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("in the depot"));
     QCOMPARE(fleet.vehicle(101).assetCoordinate(), QGeoCoordinate(1, 2));
+}
+
+void FleetSimulatorTest::parkedVehiclesAreAsCurrentAsTheFeedSays_data()
+{
+    QTest::addColumn<bool>("updated");
+    QTest::addColumn<bool>("hasPosition");
+    QTest::addColumn<FleetSimulator::Reporting>("reporting");
+    QTest::newRow("up to date is live") << true << true << FleetSimulator::Live;
+    QTest::newRow("not up to date is stale") << false << true << FleetSimulator::Stale;
+    QTest::newRow("without a position is off-line") << true << false << FleetSimulator::Offline;
+    QTest::newRow("neither is off-line") << false << false << FleetSimulator::Offline;
+}
+
+void FleetSimulatorTest::parkedVehiclesAreAsCurrentAsTheFeedSays()
+{
+    QFETCH(bool, updated);
+    QFETCH(bool, hasPosition);
+    QFETCH(FleetSimulator::Reporting, reporting);
+    // Vehicle 101 runs, vehicle 102 is parked.
+    Fleet fleet(TestNetwork().trip("1", "5", out("8:00:00", "9:00:00")), {5, 7}, updated);
+    FleetSimulator& simulator = *fleet.simulator;
+    AssetItem& parked = fleet.vehicle(102);
+    if (!hasPosition)
+        parked.setAssetCoordinate(QGeoCoordinate());
+    SignalLog signalLog(&parked);
+    const auto isAsTheFeedSays = [&] {
+        return simulator.reportingOf(102) == reporting && parked.updated() == updated &&
+               parked.drivingStatus() == "in the depot";
+    };
+    for (const int time : {0, 8 * hour + 10 * minute, 9 * hour + minute}) {
+        simulator.setTime(time);
+        QVERIFY2(isAsTheFeedSays(), qPrintable(QString::number(time)));
+        QCOMPARE(simulator.reportingOf(101), FleetSimulator::Live);
+        QVERIFY(fleet.vehicle(101).updated());
+    }
+    QCOMPARE(signalLog.take(), QStringList());
+
+    // What comes back after a silence is what the feed said.
+    simulator.setSilent(102, true);
+    simulator.setTime(simulator.time() + 61);
+    QCOMPARE(simulator.reportingOf(102),
+             hasPosition ? FleetSimulator::Stale : FleetSimulator::Offline);
+    QVERIFY(!parked.updated());
+    simulator.setTime(simulator.time() + 240);
+    QCOMPARE(simulator.reportingOf(102), FleetSimulator::Offline);
+    simulator.setSilent(102, false);
+    QVERIFY(isAsTheFeedSays());
 }
 
 void FleetSimulatorTest::neverHeardOf()
