@@ -28,12 +28,21 @@ PeripheralItem* DeviceDesk::device(int row) const
     return qobject_cast<PeripheralItem*>(m_devices.itemFromRow(row));
 }
 
-void DeviceDesk::findPrinter()
+PeripheralItem*
+DeviceDesk::firstDevice(const std::function<bool(const PeripheralItem&)>& isWanted) const
 {
-    for (int row = 0; row < m_devices.rowCount() && m_printerDevice.isNull(); ++row) {
-        if (looksLikePrinter(*device(row)))
-            m_printerDevice = device(row);
+    for (int row = 0; row < m_devices.rowCount(); ++row) {
+        if (isWanted(*device(row)))
+            return device(row);
     }
+    return nullptr;
+}
+
+void DeviceDesk::findPrinter(std::optional<int> id)
+{
+    m_printerDevice = firstDevice([id](const PeripheralItem& device) { return device.id() == id; });
+    if (m_printerDevice.isNull())
+        m_printerDevice = firstDevice(looksLikePrinter);
     if (m_printerDevice.isNull()) {
         m_printerDevice =
             new PeripheralItem(0, tr("Ticket printer"), 0, QStringLiteral("qrc:/icons/printer.svg"),

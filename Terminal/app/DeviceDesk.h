@@ -3,6 +3,9 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
+#include <optional>
+
 class PeripheralItem;
 class PeripheralsModel;
 
@@ -35,10 +38,11 @@ public:
     DeviceDesk(PeripheralsModel& devices, sales::SimulatedPrinter& printer,
                QObject* parent = nullptr);
 
-    /// Watches the devices that are there now. The printer is the first device with the icon
+    /// Watches the devices that are there now. The printer is the first device with the id `id`. If
+    /// that is not given, or there is none, it is the first one with the icon
     /// "qrc:/icons/printer.svg" or with "printer" in its name; without one a device "Ticket
     /// printer" that is ready is added.
-    void findPrinter();
+    void findPrinter(std::optional<int> id = std::nullopt);
 
     int faults() const; ///< devices with an error
 
@@ -53,6 +57,7 @@ signals:
 
 private:
     PeripheralItem* device(int row) const;
+    PeripheralItem* firstDevice(const std::function<bool(const PeripheralItem&)>& isWanted) const;
     void deviceChanged();
 
     PeripheralsModel& m_devices;

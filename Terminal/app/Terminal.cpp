@@ -95,7 +95,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     layOutGrid();
     feed::addFareProducts(m_feed, m_fareProducts);
     feed::addPeripherals(m_feed, m_peripherals);
-    m_devices.findPrinter();
+    m_devices.findPrinter(m_feed.printerId);
     m_printer.setTicketTime(settings.ticketTime);
 
     m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));

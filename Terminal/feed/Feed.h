@@ -200,6 +200,7 @@ struct Feed
     std::optional<FeedTripContext> trip;
     QVector<FeedVehicle> vehicles;
     QVector<FeedPeripheral> peripherals;
+    std::optional<int> printerId; ///< of the peripheral that prints tickets; none = not said
     QVector<FeedZReport> zReports;
     Network network;
 

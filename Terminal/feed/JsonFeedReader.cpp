@@ -134,13 +134,25 @@ private:
         readInteger(value, place, rule, into);
     }
 
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule& rule,
+                   std::optional<int>& into)
+    {
+        int number = 0;
+        if (readInteger(value, place, rule, number))
+            into = number;
+    }
+
+    /// False for a value that is no such integer.
     template <class Integer>
-    void readInteger(const QJsonValue& value, const Place& place, const FieldRule& rule,
+    bool readInteger(const QJsonValue& value, const Place& place, const FieldRule& rule,
                      Integer& into)
     {
-        if (!isInteger(value) || !rule.allows(value.toDouble()))
-            return problem(place, value, rule.inWords("an integer"));
+        if (!isInteger(value) || !rule.allows(value.toDouble())) {
+            problem(place, value, rule.inWords("an integer"));
+            return false;
+        }
         into = static_cast<Integer>(value.toDouble());
+        return true;
     }
 
     void readValue(const QJsonValue& value, const Place& place, const FieldRule& rule, double& into)
@@ -271,6 +283,22 @@ private:
     FeedReport& m_report;
 };
 
+/// Reports a printer that is none of the peripherals. A list that could not be read is not judged.
+void checkPrinter(const Document& feed, const QJsonValue& peripherals, const QString& file,
+                  FeedReport& report)
+{
+    if (!feed.printerId || !peripherals.isArray() ||
+        peripherals.toArray().size() != feed.peripherals.size())
+        return;
+    const bool isThere =
+        std::any_of(feed.peripherals.cbegin(), feed.peripherals.cend(),
+                    [&](const FeedPeripheral& device) { return device.id == *feed.printerId; });
+    if (!isThere)
+        report.add(FeedProblem{file, 0, 0, QStringLiteral("/printerId"),
+                               QStringLiteral("printerId"), QString::number(*feed.printerId),
+                               QStringLiteral("an id of /peripherals")});
+}
+
 /// Names every text that the terminal takes as type 0, at its first product.
 void noticeUnknownTypes(const Feed& feed, const QString& file, FeedReport& report)
 {
@@ -334,6 +362,7 @@ std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options
     }
     Document feed;
     Reader(path, options.limits, report).read(document.object(), Place(), feed);
+    checkPrinter(feed, document.object().value(QLatin1String("peripherals")), path, report);
     if (feed.networkEntry)
         checkNetwork(*feed.networkEntry,
                      document.object().value(QLatin1String("network")).toObject(), path, report);

@@ -100,7 +100,8 @@ struct Field
                  QVector<NetworkZone> Record::*, QVector<StopEntry> Record::*,
                  QVector<RouteEntry> Record::*, QVector<NetworkShape> Record::*,
                  QVector<TripEntry> Record::*, QVector<StopTimeEntry> Record::*,
-                 QVector<NetworkShapePoint> Record::*, QVector<int> Record::*>
+                 QVector<NetworkShapePoint> Record::*, QVector<int> Record::*,
+                 std::optional<int> Record::*>
         member;
     FieldRule rule;
 };
@@ -125,6 +126,7 @@ struct Fields<Document>
         {"trip", &R::trip, optional},
         {"vehicles", &R::vehicles, optional},
         {"peripherals", &R::peripherals, optional},
+        {"printerId", &R::printerId, optional.beside("peripherals")},
         {"zReports", &R::zReports, optional},
         {"network", &R::networkEntry, optional},
     };

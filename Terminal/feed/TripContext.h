@@ -31,6 +31,8 @@ public:
     /// The feed's trip; in no service without one.
     explicit TripContext(const Feed& feed, QObject* parent = nullptr);
 
+    const FeedTripContext& trip() const { return m_trip; }
+
     int routeId() const { return m_trip.routeId; }
     int fromStopId() const { return m_trip.fromStopId; }
     int toStopId() const { return m_trip.toStopId; }

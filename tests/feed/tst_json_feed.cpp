@@ -232,6 +232,7 @@ void JsonFeedTest::everyKeyReachesItsField()
     QCOMPARE(feed.peripherals.size(), 1);
     QCOMPARE(dump(feed.peripherals.first()),
              QStringLiteral("81|Printer|4294967295|qrc:/icons/three.svg|0000|82|Ready"));
+    QCOMPARE(feed.printerId, std::optional<int>(81));
     QCOMPARE(feed.zReports.size(), 1);
     QCOMPARE(dump(feed.zReports.first()),
              QStringLiteral("91|92|93.5|94|95.5|96|97.5|N1|N92|98.5|99.5|1|100.5|"
@@ -262,6 +263,7 @@ void JsonFeedTest::whatIsLeftOutHasItsDefault()
     QCOMPARE(dump(*feed.trip), QStringLiteral("1|2|3|4|5|6|"));
     QCOMPARE(dump(feed.vehicles.first()), QStringLiteral("1|R||||-1||nan|nan|nan|0|0|0"));
     QCOMPARE(dump(feed.peripherals.first()), QStringLiteral("1|N|0||1111|0|"));
+    QVERIFY(!feed.printerId);
     QCOMPARE(dump(feed.zReports.first()), QStringLiteral("1|-1|0|-1|0|-1|0|||0|0|0|0||0|0"));
     QVERIFY(!loadJson(document({})).feed->trip.has_value());
     QVERIFY(dump(loadJson(document({})).feed->network).isEmpty());
@@ -460,7 +462,7 @@ void JsonFeedTest::problems_data()
     row("unknown key with characters that pointers escape", document({}, R"(, "a/b~c": 1)"),
         {"feed.json:1: /a~1b~0c: unknown key, expected one of format, version, name, currency, "
          "columns, supportedPassengerTypes, products, fareProducts, trip, vehicles, peripherals, "
-         "zReports, network"});
+         "printerId, zReports, network"});
     row("unknown key in a section", document({}, R"(, "trip": {"routeId": 1, "fromStopId": 1,
         "toStopId": 1, "currentStopId": 1, "tripsRouteId": 1, "tripsExecutionId": 1,
         "routeID": 2})"),
@@ -549,6 +551,16 @@ void JsonFeedTest::problems_data()
          "feed.json:5: /network/trips/0/shapeId: \"S\", expected an id of /network/shapes",
          "feed.json:6: /network/trips/0/stopTimes/1/stopId: 1, expected an id of "
          "/network/stops"});
+    row("printer that is none of the peripherals", document({}, R"(, "printerId": 2,
+        "peripherals": [{"id": 1, "name": "P"}, {"id": 3, "name": "R"}])"),
+        {"feed.json:1: /printerId: 2, expected an id of /peripherals"});
+    row("printer without peripherals", document({}, ", \"printerId\": 1"),
+        {"feed.json:1: /peripherals: missing, expected a value beside printerId"});
+    row("printer that is no number", document({}, R"(, "printerId": "1", "peripherals": [])"),
+        {"feed.json:1: /printerId: \"1\", expected an integer from -2147483648 to 2147483647"});
+    row("printer beside peripherals that cannot be read", document({}, R"(, "printerId": 1,
+        "peripherals": {})"),
+        {"feed.json:2: /peripherals: an object, expected a list of at most 100000 objects"});
     row("references to a list that cannot be read are not judged", document({}, R"(, "network": {
         "zones": null, "stops": 5, "routes": {},
         "trips": [{"id": 3, "routeId": 2, "stopTimes": [{"stopId": 5}]}]})"),

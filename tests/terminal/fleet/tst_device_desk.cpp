@@ -24,13 +24,14 @@ struct Device
 /// A desk with devices of the ids 1, 2, ...
 struct Desk
 {
-    explicit Desk(const QVector<Device>& given) : devices(&owner), desk(devices, printer)
+    explicit Desk(const QVector<Device>& given, std::optional<int> printerId = std::nullopt)
+        : devices(&owner), desk(devices, printer)
     {
         for (const Device& device : given)
             devices.appendRow(new PeripheralItem(devices.rowCount() + 1, device.name, 0,
                                                  device.icon, false, false, false, device.error, 0,
                                                  device.state, &devices));
-        desk.findPrinter();
+        desk.findPrinter(printerId);
     }
 
     PeripheralItem& device(int row)
@@ -62,6 +63,7 @@ const Device cardReader{"Card reader", "qrc:/icons/card.svg"};
 } // namespace
 
 Q_DECLARE_METATYPE(Device)
+Q_DECLARE_METATYPE(std::optional<int>)
 
 class DeviceDeskTest : public QObject
 {
@@ -83,21 +85,31 @@ private slots:
 void DeviceDeskTest::thePrinterIs_data()
 {
     QTest::addColumn<QVector<Device>>("devices");
+    QTest::addColumn<std::optional<int>>("id");
     QTest::addColumn<int>("printer");
+    const std::optional<int> notSaid;
     const Device byIcon{"Drucker", "qrc:/icons/printer.svg"};
-    QTest::newRow("by its icon") << QVector<Device>{cardReader, byIcon} << 1;
-    QTest::newRow("by its name, in any case") << QVector<Device>{cardReader, ticketPrinter} << 1;
+    QTest::newRow("by its icon") << QVector<Device>{cardReader, byIcon} << notSaid << 1;
+    QTest::newRow("by its name, in any case")
+        << QVector<Device>{cardReader, ticketPrinter} << notSaid << 1;
     QTest::newRow("the first of several")
-        << QVector<Device>{byIcon, cardReader, ticketPrinter} << 0;
+        << QVector<Device>{byIcon, cardReader, ticketPrinter} << notSaid << 0;
     QTest::newRow("not by another icon")
-        << QVector<Device>{{"P", "qrc:/icons/printer.svg2"}, ticketPrinter} << 1;
+        << QVector<Device>{{"P", "qrc:/icons/printer.svg2"}, ticketPrinter} << notSaid << 1;
+    QTest::newRow("by its id, whatever it is called")
+        << QVector<Device>{cardReader, {"Drucker", ""}} << std::make_optional(2) << 1;
+    QTest::newRow("by its id before name and icon")
+        << QVector<Device>{ticketPrinter, byIcon, cardReader} << std::make_optional(3) << 2;
+    QTest::newRow("by its name if none has the id")
+        << QVector<Device>{cardReader, ticketPrinter} << std::make_optional(0) << 1;
 }
 
 void DeviceDeskTest::thePrinterIs()
 {
     QFETCH(QVector<Device>, devices);
+    QFETCH(std::optional<int>, id);
     QFETCH(int, printer);
-    Desk desk(devices);
+    Desk desk(devices, id);
     QCOMPARE(desk.devices.rowCount(), devices.size());
     for (int row = devices.size() - 1; row >= 0; --row) {
         QVERIFY(desk.desk.report(row, DeviceDesk::Fault, QString("broken %1").arg(row)));
