@@ -18,6 +18,12 @@ Item {
     signal vehicleTapped(int id)
 
     readonly property int margin: 52
+    /// Where the names of stops are, from their stop on, by its number; and those that are shown.
+    property var labelPlaces: ({})
+    property var labels: ({})
+    property var labelledCenter: QtPositioning.coordinate()
+    property double labelledZoom: -1
+
     readonly property int ownRoute: terminal.trip.context.routeId
 
     function zoomBy(steps) {
@@ -46,13 +52,91 @@ Item {
         map.fitViewportToGeoShape(region, margin)
     }
 
+    /// Gives the names their places, which they keep while the map is moved a little.
+    function placeLabels() {
+        const before = map.fromCoordinate(root.labelledCenter, false)
+        const isNear = root.labelledZoom === map.zoomLevel
+                       && Math.abs(before.x - map.width / 2) < map.width / 3
+                       && Math.abs(before.y - map.height / 2) < map.height / 3
+        if (!isNear) {
+            root.labelledCenter = map.center
+            root.labelledZoom = map.zoomLevel
+            root.labelPlaces = root.placesOfLabels()
+        }
+        root.hideCoveredLabels()
+    }
+
+    function placesOfLabels() {
+        const view = Qt.rect(0, 0, map.width, map.height)
+        const area = Qt.rect(-map.width / 2, -map.height / 2, 2 * map.width, 2 * map.height)
+        const stops = []
+        for (const stop of root.terminal.fleet.stops) {
+            const point = map.fromCoordinate(stop.coordinate, false)
+            if (placing.isCovered(Qt.rect(point.x, point.y, 1, 1), [area]))
+                stops.push({ number: stop.number, name: stop.name, point: point })
+        }
+        const lines = []
+        for (const line of root.terminal.fleet.lines)
+            lines.push(line.path.map(place => map.fromCoordinate(place, false)))
+        return placing.place(stops, lines, root.placesOfMarks(), area, view,
+                             Qt.rect(buttons.x, buttons.y, buttons.width, buttons.height))
+    }
+
+    function placesOfMarks() {
+        const marks = []
+        for (const item of map.mapItems) {
+            if (!(item instanceof VehicleMark) || !item.visible)
+                continue
+            const at = map.fromCoordinate(item.coordinate, false)
+            marks.push(Qt.rect(at.x + item.extent.x, at.y + item.extent.y, item.extent.width,
+                               item.extent.height))
+        }
+        return marks
+    }
+
+    /// Leaves out the names that a vehicle stands on.
+    function hideCoveredLabels() {
+        const marks = root.placesOfMarks()
+        const shown = {}
+        for (const stop of root.terminal.fleet.stops) {
+            const place = root.labelPlaces[stop.number]
+            if (place === undefined)
+                continue
+            const at = map.fromCoordinate(stop.coordinate, false)
+            if (!placing.isCovered(Qt.rect(at.x + place.x, at.y + place.y, place.width,
+                                           place.height), marks))
+                shown[stop.number] = place
+        }
+        root.labels = shown
+    }
+
     onWidthChanged: fitting.restart()
     onHeightChanged: fitting.restart()
+    StopLabels {
+        id: placing
+    }
+    Timer {
+        id: labelling
+
+        interval: 100
+        onTriggered: root.placeLabels()
+    }
+    Connections {
+        target: root.terminal.fleet
+        function onTimeChanged() {
+            root.hideCoveredLabels()
+        }
+    }
     Timer {
         id: fitting
 
         interval: 0
-        onTriggered: if (!root.follow && map.width > 0 && map.height > 0) root.fit()
+        onTriggered: {
+            if (!root.follow && map.width > 0 && map.height > 0)
+                root.fit()
+            root.labelledZoom = -1 // another part of the map is seen
+            labelling.restart()
+        }
     }
 
     Map {
@@ -68,6 +152,8 @@ Item {
         gesture.acceptedGestures: MapGestureArea.PanGesture | MapGestureArea.FlickGesture
                                   | MapGestureArea.PinchGesture
         gesture.onPanStarted: root.panned()
+        onCenterChanged: labelling.restart()
+        onZoomLevelChanged: labelling.restart()
 
         MapItemView {
             model: root.terminal.fleet.lines
@@ -86,6 +172,7 @@ Item {
                 id: stop
 
                 required property var modelData
+                readonly property var label: root.labels[modelData["number"]]
 
                 coordinate: modelData["coordinate"]
                 anchorPoint.x: 7
@@ -94,21 +181,31 @@ Item {
                     width: 14
                     height: 14
                     Rectangle {
+                        objectName: "stopMark"
                         anchors.fill: parent
                         radius: 7
                         color: Theme.surface
                         border.width: 3
                         border.color: Theme.mutedText
                     }
-                    PlainText {
-                        x: 18
-                        anchors.verticalCenter: parent.verticalCenter
-                        visible: map.zoomLevel >= 12.2
-                        text: stop.modelData["name"]
-                        font.pixelSize: Theme.smallText
-                        color: Theme.mutedText
-                        style: Text.Outline
-                        styleColor: Theme.background
+                    Rectangle {
+                        readonly property rect place: stop.label === undefined ? Qt.rect(0, 0, 0, 0)
+                                                                               : stop.label
+
+                        objectName: "stopLabel"
+                        visible: stop.label !== undefined
+                        x: 7 + place["x"]
+                        y: 7 + place["y"]
+                        width: place["width"]
+                        height: place["height"]
+                        radius: 4
+                        color: Theme.surface
+                        PlainText {
+                            anchors.fill: parent
+                            anchors.leftMargin: placing.padding
+                            text: stop.modelData["name"]
+                            font.pixelSize: Theme.smallText
+                        }
                     }
                 }
             }

@@ -20,6 +20,11 @@ MapQuickItem {
     property bool chosen: false
     readonly property bool isPlaced: coordinate["isValid"]
     property bool own: false
+    /// What the mark covers, from the vehicle's place on.
+    readonly property rect extent: {
+        const width = Math.max(arrow.width, tag.width)
+        return Qt.rect(-width / 2, tag.isAbove ? -44 : -28, width, 72)
+    }
     signal tapped
 
     coordinate: assetCoordinate
@@ -74,12 +79,13 @@ MapQuickItem {
         Rectangle {
             id: tag
 
+            objectName: "vehicleTag"
             // Behind the vehicle, where it does not cover the arrow's head.
             readonly property bool isAbove: root.direction > 90 && root.direction < 270
 
             y: isAbove ? 6 : parent.height - height - 6
             anchors.horizontalCenter: parent.horizontalCenter
-            width: tagText.implicitWidth + 12
+            width: tagText.width + 12
             height: 20
             radius: 4
             color: root.own ? Theme.accent : Theme.surface
@@ -89,6 +95,7 @@ MapQuickItem {
                 id: tagText
 
                 anchors.centerIn: parent
+                width: Math.min(implicitWidth, 96)
                 text: root.internalNumber === "" ? root.registrationNumber : root.internalNumber
                 font.pixelSize: 13
                 font.weight: Font.DemiBold

@@ -118,6 +118,8 @@ private slots:
     void cleanup();
     void everythingFits_data();
     void everythingFits();
+    void stopNamesKeepClear_data();
+    void stopNamesKeepClear();
     void marksShowWhatTheModelSays();
     void silenceShowsInListAndMap();
     void zoomAndFollow();
@@ -172,6 +174,89 @@ void FleetPagesTest::everythingFits()
     QVERIFY(devices.item("errorFlag")
                 ->mapRectToScene(devices.item("errorFlag")->boundingRect())
                 .right() < devices.item("deviceEvents")->mapToScene({0, 0}).x());
+}
+
+void FleetPagesTest::stopNamesKeepClear_data() { everythingFits_data(); }
+
+void FleetPagesTest::stopNamesKeepClear()
+{
+    QFETCH(QString, feed);
+    QFETCH(QSize, size);
+    Shown shown(shippedFeed(qPrintable(feed)), "fleet", size);
+    const auto placesOf = [&](const QString& name, double margin) {
+        QVector<QRectF> places;
+        for (const QQuickItem* item : shown.all(name))
+            places.append(item->mapRectToScene(item->boundingRect())
+                              .adjusted(margin, margin, -margin, -margin));
+        return places;
+    };
+    const auto placesOfArrows = [&] {
+        QVector<QRectF> places;
+        for (const QQuickItem* arrow : shown.all("arrow")) {
+            // However it is turned.
+            const QPointF middle = arrow->mapToScene({arrow->width() / 2, arrow->height() / 2});
+            places.append(QRectF(middle - QPointF(27, 27), QSizeF(54, 54)));
+        }
+        return places;
+    };
+    QVector<QVector<QGeoCoordinate>> lines;
+    for (const QVariant& line : shown.terminal.fleet()->lines()) {
+        lines.append(QVector<QGeoCoordinate>());
+        for (const QVariant& place : line.toMap().value("path").toList())
+            lines.last().append(place.value<QGeoCoordinate>());
+    }
+    QQuickItem* map = shown.item("map");
+    QVERIFY(map != nullptr);
+    const auto pointsOfLines = [&] {
+        constexpr int steps = 20; // between two places of a line
+        QVector<QPointF> points;
+        for (const QVector<QGeoCoordinate>& line : lines) {
+            QPointF before;
+            for (int i = 0; i < line.size(); ++i) {
+                QPointF at;
+                QMetaObject::invokeMethod(map, "fromCoordinate", Q_RETURN_ARG(QPointF, at),
+                                          Q_ARG(QGeoCoordinate, line.at(i)), Q_ARG(bool, false));
+                at = map->mapToScene(at);
+                for (int step = 0; i > 0 && step <= steps; ++step)
+                    points.append(before + (at - before) * step / steps);
+                before = at;
+            }
+        }
+        return points;
+    };
+    const auto conflict = [&]() -> QString {
+        const QVector<QRectF> names = placesOf("stopLabel", 0);
+        if (names.size() < 3)
+            return QString("%1 names").arg(names.size());
+        const QVector<QRectF> marks =
+            placesOf("stopMark", 1) + placesOf("vehicleTag", 1) + placesOfArrows();
+        const QVector<QPointF> line = pointsOfLines();
+        for (int i = 0; i < names.size(); ++i) {
+            const QRectF& name = names.at(i);
+            const auto isHit = [&name](const QRectF& other) { return name.intersects(other); };
+            if (std::any_of(names.begin() + i + 1, names.end(), isHit))
+                return QString("names overlap");
+            if (std::any_of(marks.begin(), marks.end(), isHit))
+                return QString("a name and a mark overlap");
+            if (std::any_of(line.begin(), line.end(),
+                            [&name](const QPointF& point) { return name.contains(point); }))
+                return QString("a name lies on a line");
+        }
+        return {};
+    };
+    QTRY_COMPARE(conflict(), QString());
+    for (int minutes = 1; minutes <= 5; ++minutes) {
+        shown.terminal.fleet()->setTime(shown.terminal.fleet()->time() + 60);
+        QTRY_COMPARE(conflict(), QString());
+    }
+    // At a closer zoom names keep their size and get more room.
+    const int before = shown.all("stopLabel").size();
+    for (const char* button : {"zoomOut", "zoomIn", "zoomIn"}) {
+        shown.tap(shown.item(button));
+        if (button != QString("zoomOut"))
+            QTRY_COMPARE(conflict(), QString());
+    }
+    QTRY_VERIFY(shown.all("stopLabel").size() > before);
 }
 
 void FleetPagesTest::marksShowWhatTheModelSays()

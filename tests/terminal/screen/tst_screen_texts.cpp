@@ -136,6 +136,30 @@ QRectF visiblePart(const QQuickItem* item)
     return part;
 }
 
+bool isOnMap(const QQuickItem* item)
+{
+    for (; item != nullptr; item = item->parentItem()) {
+        if (item->inherits("QDeclarativeGeoMap"))
+            return true;
+    }
+    return false;
+}
+
+/// The colour of the nearest rectangle behind the item that is not to be seen through; invalid if
+/// there is none.
+QColor backing(const QQuickItem* item)
+{
+    for (const QQuickItem* p = item->parentItem(); p != nullptr; p = p->parentItem()) {
+        if (!p->inherits("QQuickRectangle"))
+            continue;
+        const QColor color = p->property("color").value<QColor>();
+        const QRectF place = item->mapRectToItem(p, {0, 0, item->width(), item->height()});
+        const QRectF room(-1, -1, p->width() + 2, p->height() + 2);
+        return color.alpha() == 255 && room.contains(place) ? color : QColor();
+    }
+    return {};
+}
+
 bool isDimmed(const QQuickItem* item)
 {
     for (; item != nullptr; item = item->parentItem()) {
@@ -163,6 +187,8 @@ private slots:
 
     void hostileTextsStayTexts_data();
     void hostileTextsStayTexts();
+    void textsOnTheMapCanBeRead_data();
+    void textsOnTheMapCanBeRead();
     void picturesComeFromTheProgram_data();
     void picturesComeFromTheProgram();
 
@@ -231,6 +257,40 @@ void TestScreenTexts::hostileTextsStayTexts()
     textsStayInside(*shown);
     textsCanBeRead(*shown);
     everythingToTapIsLargeEnough(*shown);
+}
+
+void TestScreenTexts::textsOnTheMapCanBeRead_data()
+{
+    QTest::addColumn<QString>("feed");
+    QTest::addColumn<bool>("night");
+    for (const QString feed : {"coast-line", "hill-valley", "hostile"}) {
+        QTest::newRow(qPrintable(feed + " by day")) << feed << false;
+        QTest::newRow(qPrintable(feed + " at night")) << feed << true;
+    }
+}
+
+void TestScreenTexts::textsOnTheMapCanBeRead()
+{
+    QFETCH(QString, feed);
+    QFETCH(bool, night);
+    ScreenUnderTest shown(
+        feed == "hostile" ? hostileFeed() : exampleFeed(feed), "fleet", {1024, 600},
+        [night](rivo::terminal::Terminal::Settings& settings) { settings.night = night; });
+    QTRY_VERIFY(shown.item("stopLabel") != nullptr);
+    int texts = 0;
+    shown.forEachItem([&](QQuickItem* item) {
+        if (!isText(item) || !isOnMap(item) || item->property("text").toString().isEmpty())
+            return;
+        ++texts;
+        const QColor ink = item->property("color").value<QColor>();
+        const QColor ground = backing(item);
+        QVERIFY2(ground.isValid(), qPrintable(where(item) + " has nothing behind it"));
+        QVERIFY2(contrast(ink, ground) >= 4.5,
+                 qPrintable(QString("%1: %2 on %3 is %4:1")
+                                .arg(where(item), ink.name(), ground.name())
+                                .arg(contrast(ink, ground))));
+    });
+    QVERIFY2(texts > 4, qPrintable(QString::number(texts)));
 }
 
 void TestScreenTexts::everyTextIsPlain(ScreenUnderTest& shown)
@@ -335,10 +395,8 @@ void TestScreenTexts::textsCanBeRead(ScreenUnderTest& shown)
         if (!isText(item) || item->property("text").toString().trimmed().isEmpty() ||
             isDimmed(item))
             return;
-        for (const QQuickItem* p = item; p != nullptr; p = p->parentItem()) {
-            if (p->inherits("QDeclarativeGeoMap"))
-                return; // lies over lines and other marks; outlined
-        }
+        if (isOnMap(item))
+            return; // lies over lines and other marks, see textsOnTheMapCanBeRead()
         bool isInPopup = false;
         for (const QQuickItem* p = item; p != nullptr; p = p->parentItem())
             isInPopup = isInPopup || p->inherits("QQuickPopupItem");
