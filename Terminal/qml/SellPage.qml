@@ -55,7 +55,7 @@ Item {
             height: sideways.height
             model: root.terminal.grid
             cellWidth: Math.floor(width / columns)
-            cellHeight: Math.min(132, Math.max(cellWidth < 170 ? 118 : 104,
+            cellHeight: Math.min(132, Math.max(cellWidth < 170 ? 132 : 104,
                                                Math.floor(height / rows)))
             boundsBehavior: Flickable.StopAtBounds
             cacheBuffer: cellHeight * 2

@@ -27,7 +27,7 @@ T.AbstractButton {
                                              : terminal.color(fareProductColor, Theme.tile)
     readonly property color ink: hasExpired ? Theme.inertInk : terminal.textOn(face)
 
-    /// Too narrow for icon, passenger and discount side by side.
+    /// Too narrow for icon, passenger and discount side by side, and for the zone beside the price.
     readonly property bool isNarrow: width < 170
 
     enabled: !hasExpired
@@ -51,8 +51,8 @@ T.AbstractButton {
             id: icon
 
             x: root.totalInBasket > 0 ? 24 : 10 // beside the badge
-            y: 8
-            size: root.isNarrow ? 26 : 30
+            y: root.isNarrow ? 6 : 8
+            size: root.isNarrow ? 24 : 30
             source: root.terminal.icon(root.fareProductIcon, "qrc:/icons/adult.svg")
             ink: root.ink
         }
@@ -98,7 +98,7 @@ T.AbstractButton {
             anchors.right: parent.right
             anchors.rightMargin: 10
             anchors.top: root.isNarrow ? passenger.bottom : icon.bottom
-            anchors.bottom: priceText.top
+            anchors.bottom: root.isNarrow ? marks.top : priceText.top
             text: root.fareProductName
             wrapMode: Text.Wrap
             maximumLineCount: 2
@@ -113,7 +113,8 @@ T.AbstractButton {
 
             anchors.left: parent.left
             anchors.leftMargin: 10
-            anchors.verticalCenter: priceText.verticalCenter
+            y: root.isNarrow ? priceText.y - height
+                             : priceText.y + (priceText.height - height) / 2
             spacing: 4
             Icon {
                 visible: root.isReturnFee
@@ -131,28 +132,31 @@ T.AbstractButton {
             }
             PlainText {
                 objectName: "zoneText"
-                readonly property int room: priceText.x - marks.x - x - 4
+                readonly property int end: root.isNarrow ? root.width - 10 : priceText.x - 4
 
-                width: Math.max(0, Math.min(implicitWidth, room))
+                anchors.verticalCenter: parent.verticalCenter
+                width: Math.max(0, Math.min(implicitWidth, end - marks.x - x))
                 text: {
                     const zone = root.terminal.zoneName(root.toStopGroupId)
-                    if (zone !== "" && room < 48)
-                        return root.toStopGroupId // a name would be cut off to its initial
                     return zone === String(root.toStopGroupId) ? qsTr("Zone %1").arg(zone) : zone
                 }
                 font.pixelSize: Theme.smallText
+                minimumPixelSize: 11
+                fontSizeMode: Text.HorizontalFit
                 color: root.ink
             }
         }
         PlainText {
             id: priceText
 
+            readonly property int leftForZone: 64
+
             objectName: "priceText"
             anchors.right: parent.right
             anchors.rightMargin: 10
             anchors.bottom: parent.bottom
-            anchors.bottomMargin: 6
-            width: Math.min(implicitWidth, root.width - 20)
+            anchors.bottomMargin: root.isNarrow ? 4 : 6
+            width: Math.min(implicitWidth, root.width - 20 - (root.isNarrow ? 0 : leftForZone))
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 12
             text: root.hasExpired ? qsTr("expired") : root.terminal.desk.priceText(root.price)

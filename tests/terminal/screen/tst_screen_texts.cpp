@@ -189,6 +189,8 @@ private slots:
     void hostileTextsStayTexts();
     void textsOnTheMapCanBeRead_data();
     void textsOnTheMapCanBeRead();
+    void tilesNameTheirZone_data();
+    void tilesNameTheirZone();
     void picturesComeFromTheProgram_data();
     void picturesComeFromTheProgram();
 
@@ -291,6 +293,35 @@ void TestScreenTexts::textsOnTheMapCanBeRead()
                                 .arg(contrast(ink, ground))));
     });
     QVERIFY2(texts > 4, qPrintable(QString::number(texts)));
+}
+
+void TestScreenTexts::tilesNameTheirZone_data()
+{
+    QTest::addColumn<QString>("feed");
+    QTest::addColumn<QSize>("size");
+    for (const char* feed : {"coast-line", "hill-valley"}) {
+        for (const QSize size : {QSize(800, 480), QSize(1024, 600), QSize(1280, 800)})
+            QTest::addRow("%s at %dx%d", feed, size.width(), size.height()) << feed << size;
+    }
+}
+
+void TestScreenTexts::tilesNameTheirZone()
+{
+    QFETCH(QString, feed);
+    QFETCH(QSize, size);
+    ScreenUnderTest shown(exampleFeed(feed), "sell", size);
+    int tiles = 0;
+    for (QQuickItem* zone : shown.all("zoneText")) {
+        const QQuickItem* tile = zone;
+        while (!tile->property("toStopGroupId").isValid())
+            tile = tile->parentItem();
+        ++tiles;
+        QCOMPARE(zone->property("text").toString(),
+                 shown.terminal().zoneName(tile->property("toStopGroupId").toInt()));
+        QVERIFY2(!zone->property("truncated").toBool(),
+                 qPrintable(zone->property("text").toString()));
+    }
+    QVERIFY2(tiles > 5, qPrintable(QString::number(tiles)));
 }
 
 void TestScreenTexts::everyTextIsPlain(ScreenUnderTest& shown)
