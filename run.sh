@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Opens the terminal with the shipped feed. Without a display it renders the Sell page into a
-# picture instead, prints where that is, and prints the selection grid. Arguments go to rivo-grid:
+# Opens the terminal with the shipped feed. Without a screen that answers it renders the Sell page into
+# a picture instead, prints where that is, and prints the selection grid. Arguments go to rivo-grid:
 # ./run.sh --help, ./run.sh FEED --columns 4, ./run.sh check FEED
 set -euo pipefail
 invoked_from="$PWD"
@@ -8,6 +8,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 root="$PWD"
 # shellcheck source=packaging/setup.sh
 . packaging/setup.sh
+# shellcheck source=packaging/screen.sh
+. packaging/screen.sh
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_run
@@ -19,8 +21,9 @@ if [ "$#" -gt 0 ]; then
     cd "$invoked_from"
     exec "$bin/rivo-grid" "$@"
 fi
-if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    exec "$bin/rivo-terminal" --feed "$feed"
+screen="$(screen_to_use)"
+if [ -n "$screen" ]; then
+    QT_QPA_PLATFORM="$screen" exec "$bin/rivo-terminal" --feed "$feed"
 fi
 picture="$root/build/release/sell.png"
 journal="$(mktemp -d)"

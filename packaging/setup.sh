@@ -7,7 +7,7 @@ packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarat
     libeasyloggingpp-dev libcsv-dev libqt5sql5-sqlite libqt5svg5
     qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-controls2
     qml-module-qtquick-templates2 qml-module-qtlocation qml-module-qtpositioning
-    xvfb xauth libgl1-mesa-dri fonts-dejavu-core"
+    xvfb xauth x11-utils libgl1-mesa-dri fonts-dejavu-core"
 packages_to_test="$packages_to_run binutils libbenchmark-dev python3-jsonschema libqt5svg5-dev
     qml-module-qttest"
 packages_to_lint="clang-format clang-tidy clazy shellcheck"

@@ -1,0 +1,34 @@
+# shellcheck shell=bash
+# Sourced by run.sh: which screen a window can be opened on.
+
+# x_answers: the X server that DISPLAY names takes connections.
+x_answers() {
+    [ -n "${DISPLAY:-}" ] && timeout 10 xdpyinfo > /dev/null 2>&1
+}
+
+# wayland_answers: WAYLAND_DISPLAY names a socket, and Qt's plugin for Wayland is installed.
+wayland_answers() {
+    local socket="${WAYLAND_DISPLAY:-}"
+    case "$socket" in
+        "") return 1 ;;
+        /*) ;;
+        *) socket="${XDG_RUNTIME_DIR:-}/$socket" ;;
+    esac
+    [ -S "$socket" ] &&
+        dpkg-query -W -f '${db:Status-Status}\n' qtwayland5 2> /dev/null | grep -qx installed
+}
+
+# screen_to_use: prints the Qt platform that can open a window, or nothing; then one line on standard
+# error if there should have been a screen.
+screen_to_use() {
+    if x_answers; then
+        echo xcb
+    elif wayland_answers; then
+        echo wayland
+    elif [ -n "${DISPLAY:-}" ]; then
+        echo "No X server answers at DISPLAY=$DISPLAY; drawing a picture instead." >&2
+    elif [ -n "${WAYLAND_DISPLAY:-}" ]; then
+        echo "WAYLAND_DISPLAY=$WAYLAND_DISPLAY cannot be used (it needs the package qtwayland5);" \
+            "drawing a picture instead." >&2
+    fi
+}

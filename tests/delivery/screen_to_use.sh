@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Where run.sh opens its window: on a screen that answers, otherwise nowhere, and it says why.
+# usage: screen_to_use.sh SOURCE_DIR XVFB_RUN
+set -u
+source_dir="$1" xvfb_run="$2"
+# shellcheck source=tests/support/boundary.sh
+. "$(dirname "${BASH_SOURCE[0]}")/../support/boundary.sh"
+
+folder="$(mktemp -d)"
+trap 'rm -rf "$folder"' EXIT
+ask=". '$source_dir/packaging/screen.sh'; screen_to_use 2>&1"
+asked() { env -u DISPLAY -u WAYLAND_DISPLAY -u XDG_RUNTIME_DIR "$@" bash -euo pipefail -c "$ask"; }
+
+# A socket that is there, and packages that are or are not installed, whatever this machine has.
+python3 -c 'import socket, sys; socket.socket(socket.AF_UNIX).bind(sys.argv[1])' "$folder/wayland-0"
+for state in installed not-installed; do
+    mkdir "$folder/$state"
+    printf '#!/bin/sh\necho %s\n' "$state" > "$folder/$state/dpkg-query"
+    chmod +x "$folder/$state/dpkg-query"
+done
+with_plugin="PATH=$folder/installed:$PATH" without_plugin="PATH=$folder/not-installed:$PATH"
+wayland="WAYLAND_DISPLAY=wayland-0"
+here="XDG_RUNTIME_DIR=$folder"
+cannot="WAYLAND_DISPLAY=wayland-0 cannot be used (it needs the package qtwayland5); drawing a picture instead."
+# No server has this number: it is the highest that its port leaves room for.
+stale="DISPLAY=:59535"
+
+expect "says nothing where there is no screen" "" "$(asked)"
+expect "uses an X server that answers" "xcb" \
+    "$("$xvfb_run" -a env -u WAYLAND_DISPLAY bash -euo pipefail -c "$ask")"
+expect "uses the X server before Wayland" "xcb" \
+    "$("$xvfb_run" -a env "$wayland" "$here" "$with_plugin" bash -euo pipefail -c "$ask")"
+expect "names an X server that does not answer" \
+    "No X server answers at DISPLAY=:59535; drawing a picture instead." "$(asked "$stale")"
+expect "uses Wayland alone" "wayland" "$(asked "$wayland" "$here" "$with_plugin")"
+expect "uses Wayland by the path of its socket" "wayland" \
+    "$(asked "WAYLAND_DISPLAY=$folder/wayland-0" "$with_plugin")"
+expect "uses Wayland where X does not answer" "wayland" \
+    "$(asked "$stale" "$wayland" "$here" "$with_plugin")"
+expect "needs Qt's plugin for Wayland" "$cannot" "$(asked "$wayland" "$here" "$without_plugin")"
+expect "needs the socket of Wayland" "$cannot" \
+    "$(asked "$wayland" "XDG_RUNTIME_DIR=/nowhere" "$with_plugin")"
+
+no_failure
