@@ -447,6 +447,10 @@
         <translation>Nur auf Anfrage der Betreuung</translation>
     </message>
     <message>
+        <source>Tiles are put in order at the start; for that, set the log level log_fareproducts. The log is written where logging.conf says, and shown with --verbose.</source>
+        <translation>Kacheln werden beim Start geordnet; dafür die Protokollstufe log_fareproducts setzen. Das Protokoll entsteht, wo logging.conf es vorgibt, und erscheint mit --verbose.</translation>
+    </message>
+    <message>
         <source>This terminal</source>
         <translation>Dieses Terminal</translation>
     </message>

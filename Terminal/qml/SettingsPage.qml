@@ -51,6 +51,14 @@ Flickable {
                 checked: root.terminal.grid.logExtraFareProducts
                 onToggled: root.terminal.grid.logExtraFareProducts = checked
             }
+            PlainText {
+                objectName: "logNote"
+                width: parent.width
+                text: qsTr("Tiles are put in order at the start; for that, set the log level log_fareproducts. The log is written where logging.conf says, and shown with --verbose.")
+                wrapMode: Text.Wrap
+                font.pixelSize: Theme.smallText
+                color: Theme.mutedText
+            }
         }
     }
     Panel {

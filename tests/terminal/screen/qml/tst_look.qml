@@ -29,6 +29,13 @@ ScreenCase {
         test.verify(!Harness.logsProducts())
     }
 
+    function test_settingsSayWhereTheLogIs() {
+        Harness.open("coast-line", "settings")
+        test.tryVerify(() => Harness.countOf("logNote") === 1)
+        for (const name of ["log_fareproducts", "logging.conf", "--verbose"])
+            test.verify(Harness.textOf("logNote").includes(name), name)
+    }
+
     function test_marksPointWhereVehiclesGo_data() {
         return [
             { tag: "north", direction: 0 },
