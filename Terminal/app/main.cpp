@@ -47,9 +47,13 @@ void translate(QGuiApplication& application, QTranslator& translator, const QStr
     QLocale::setDefault(locale);
     const auto name = QStringLiteral("rivo-terminal");
     const auto folder = QStringLiteral(":/i18n");
-    if (translator.load(locale, name, QStringLiteral("_"), folder) ||
-        translator.load(name + QStringLiteral("_en"), folder))
+    const bool isThere = translator.load(locale, name, QStringLiteral("_"), folder);
+    if (isThere || translator.load(name + QStringLiteral("_en"), folder))
         application.installTranslator(&translator);
+    const bool isUnderstood = isThere && QLocale(language).language() != QLocale::C;
+    if (!language.isEmpty() && !isUnderstood)
+        complain({QStringLiteral("rivo-terminal: --language %1: no such texts, English is shown")
+                      .arg(language)});
 }
 
 Terminal::Settings settingsOf(const Options& options)

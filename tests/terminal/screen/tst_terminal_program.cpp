@@ -20,6 +20,8 @@ private slots:
     void helpAndVersion();
     void brokenFeedIsShownAndNamed();
     void pictureThatCannotBeWritten();
+    void languages_data();
+    void languages();
     void logIsWrittenWhenAskedFor();
     void measurements();
 
@@ -149,6 +151,35 @@ void TestTerminalProgram::pictureThatCannotBeWritten()
                                "--screenshot", picture});
     QCOMPARE(result.error, QString("rivo-terminal: cannot write %1\n").arg(picture));
     QCOMPARE(result.exitCode, 1);
+}
+
+void TestTerminalProgram::languages_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("error");
+    const auto english = [](const char* language) {
+        return QString("rivo-terminal: --language %1: no such texts, English is shown\n")
+            .arg(language);
+    };
+    QTest::newRow("English") << "en"
+                             << "";
+    QTest::newRow("German") << "de"
+                            << "";
+    QTest::newRow("German of a country") << "de_AT"
+                                         << "";
+    QTest::newRow("a language without texts") << "fr" << english("fr");
+    QTest::newRow("no language") << "xx" << english("xx");
+}
+
+void TestTerminalProgram::languages()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, error);
+    const Result result =
+        run({"--feed", feed(), "--journal", m_folder.filePath("page.journal"), "--screenshot",
+             m_folder.filePath("page.png"), "--language", language});
+    QCOMPARE(result.error, error);
+    QCOMPARE(result.exitCode, 0);
 }
 
 void TestTerminalProgram::logIsWrittenWhenAskedFor()
