@@ -129,7 +129,8 @@ QString SalesDesk::totalText() const { return m_currency.text(m_total); }
 
 QString SalesDesk::priceText(double units) const
 {
-    return m_currency.text(m_currency.fromUnits(units).value_or(0));
+    const std::optional<Minor> amount = m_currency.fromUnits(units);
+    return amount ? m_currency.text(*amount) : QStringLiteral("–");
 }
 
 bool SalesDesk::refuse(const QString& reason)

@@ -96,7 +96,7 @@ public:
     /// Closes the running shift; refused while a basket is open. The next shift starts at once.
     Q_INVOKABLE bool closeShift();
 
-    /// An amount in currency units as people read it.
+    /// An amount in currency units as people read it; a dash for one that is beyond Currency's.
     Q_INVOKABLE QString priceText(double units) const;
 
 signals:

@@ -173,6 +173,32 @@ private slots:
         QCOMPARE(counter.desk.totalText(), "€0.00");
     }
 
+    void pricesBeyondTheCurrencyAreNotSold_data()
+    {
+        QTest::addColumn<double>("price");
+        QTest::newRow("more than 10^12 minor units") << 1e10 + 0.01;
+        QTest::newRow("the largest number") << std::numeric_limits<double>::max();
+        QTest::newRow("infinity") << std::numeric_limits<double>::infinity();
+        QTest::newRow("less than -10^12 minor units") << -1e10 - 0.01;
+        QTest::newRow("no number") << std::nan("");
+    }
+
+    void pricesBeyondTheCurrencyAreNotSold()
+    {
+        QFETCH(double, price);
+        Counter counter(file());
+        qobject_cast<PassengerTypeItem*>(counter.grid.itemFromRow(AdultSingle))->setPrice(price);
+        QCOMPARE(counter.desk.priceText(price), QString::fromUtf8("–"));
+        QStringList reasons;
+        connect(&counter.desk, &SalesDesk::refused, &counter.desk,
+                [&reasons](const QString& reason) { reasons.append(reason); });
+        QVERIFY(!counter.desk.add(AdultSingle));
+        QCOMPARE(reasons, QStringList("This tile has no valid price."));
+        QCOMPARE(counter.basket.rowCount(), 0);
+        QCOMPARE(counter.desk.totalText(), "€0.00");
+        QVERIFY(counter.desk.add(ChildSingle)); // the others are sold
+    }
+
     void pricesWithMoreDecimalsAreThoseOfTheCurrency()
     {
         Counter counter(file());
