@@ -27,9 +27,15 @@ qint64 nextZNumber(const feed::Feed& feed)
     return static_cast<qint64>(std::floor(last)) + 1;
 }
 
+/// The limit that the back office gave last: with the report of the highest number.
 double maxDebt(const feed::Feed& feed)
 {
-    return feed.zReports.isEmpty() ? 0.0 : feed.zReports.last().maxAllowedDebt;
+    const auto latest =
+        std::max_element(feed.zReports.begin(), feed.zReports.end(),
+                         [](const feed::FeedZReport& a, const feed::FeedZReport& b) {
+                             return a.zNumber < b.zNumber;
+                         });
+    return latest == feed.zReports.end() ? 0.0 : latest->maxAllowedDebt;
 }
 
 /// The feed with what the journal of this terminal does not know: the shifts before its first.
@@ -89,7 +95,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_catalogue(m_fareProducts, m_feed),
       m_desk(
           {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, m_printer, m_currency,
-          [this](int zone) { return m_zoneNames.name(zone); }, m_trip.context()),
+          [this](int zone) { return m_zoneNames.name(zone); }, *m_trip.context()),
       m_night(settings.night)
 {
     layOutGrid();

@@ -65,6 +65,21 @@
         <source>Remove all</source>
         <translation>Alle entfernen</translation>
     </message>
+    <message>
+        <source>Paid, but the terminal stopped while printing. Is ticket %1 out?</source>
+        <translation>Bezahlt, aber das Terminal fiel beim Drucken aus. Ist Fahrkarte %1 gedruckt?</translation>
+    </message>
+    <message>
+        <source>It is out</source>
+        <translation>Ist gedruckt</translation>
+    </message>
+    <message numerus="yes">
+        <source>Print %n ticket(s)</source>
+        <translation>
+            <numerusform>%n Fahrkarte drucken</numerusform>
+            <numerusform>%n Fahrkarten drucken</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>ClosedShift</name>
@@ -99,6 +114,10 @@
     <message>
         <source>Not paid, %1 due</source>
         <translation>Unbezahlt, %1 offen</translation>
+    </message>
+    <message>
+        <source>Hand over cash</source>
+        <translation>Bargeld abgeben</translation>
     </message>
 </context>
 <context>
@@ -393,16 +412,16 @@
         <translation>Ohne Grenze.</translation>
     </message>
     <message>
-        <source>The limit of %1 is reached: hand the cash over.</source>
-        <translation>Die Grenze von %1 ist erreicht: Bargeld abgeben.</translation>
-    </message>
-    <message>
         <source>Limit %1</source>
         <translation>Grenze %1</translation>
     </message>
     <message>
         <source>Close shift</source>
         <translation>Schicht abschließen</translation>
+    </message>
+    <message>
+        <source>The limit of %1 is reached: close the shift and hand the cash over.</source>
+        <translation>Die Grenze von %1 ist erreicht: Schicht abschließen und Bargeld abgeben.</translation>
     </message>
 </context>
 <context>
@@ -562,6 +581,18 @@
         <source>Close shift</source>
         <translation>Schicht abschließen</translation>
     </message>
+    <message>
+        <source>Hand over %1 in cash?</source>
+        <translation>%1 in bar abgeben?</translation>
+    </message>
+    <message>
+        <source>Z report %1 will count as paid.</source>
+        <translation>Z-Bericht %1 gilt dann als bezahlt.</translation>
+    </message>
+    <message>
+        <source>Hand over</source>
+        <translation>Abgeben</translation>
+    </message>
 </context>
 <context>
     <name>rivo::fleet::FleetSimulator</name>
@@ -651,6 +682,26 @@
     <message>
         <source>There are unpaid tickets in the basket.</source>
         <translation>Im Warenkorb sind unbezahlte Fahrkarten.</translation>
+    </message>
+    <message>
+        <source>The sales journal was kept by another version of this terminal. Nothing can be sold.</source>
+        <translation>Das Verkaufsjournal stammt von einer anderen Version dieses Terminals. Es kann nichts verkauft werden.</translation>
+    </message>
+    <message>
+        <source>The sales journal is kept in another currency. Nothing can be sold.</source>
+        <translation>Das Verkaufsjournal wird in einer anderen Währung geführt. Es kann nichts verkauft werden.</translation>
+    </message>
+    <message>
+        <source>The last sale was interrupted: say first which tickets are out.</source>
+        <translation>Der letzte Verkauf wurde unterbrochen: erst angeben, welche Fahrkarten gedruckt sind.</translation>
+    </message>
+    <message>
+        <source>There is no ticket in doubt.</source>
+        <translation>Es gibt keine ungeklärte Fahrkarte.</translation>
+    </message>
+    <message>
+        <source>There is no cash of this shift to hand over.</source>
+        <translation>Von dieser Schicht ist kein Bargeld abzugeben.</translation>
     </message>
 </context>
 <context>

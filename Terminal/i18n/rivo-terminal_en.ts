@@ -10,6 +10,13 @@
             <numerusform>%n tickets</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Print %n ticket(s)</source>
+        <translation>
+            <numerusform>Print %n ticket</numerusform>
+            <numerusform>Print %n tickets</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>RunningShift</name>

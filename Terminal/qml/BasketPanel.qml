@@ -8,6 +8,7 @@ Rectangle {
 
     required property Terminal terminal
     readonly property bool isSelling: terminal.desk.state === SalesDesk.Selling
+    readonly property bool isInterrupted: terminal.desk.state === SalesDesk.Interrupted
     readonly property bool isEmpty: terminal.basket.count === 0
     readonly property bool isPayable: isSelling && !isEmpty && terminal.desk.obstacle === ""
 
@@ -100,7 +101,7 @@ Rectangle {
             height: 40
             PlainText {
                 anchors.verticalCenter: parent.verticalCenter
-                text: root.isSelling ? qsTr("Total") : qsTr("Printing")
+                text: root.isSelling || root.isInterrupted ? qsTr("Total") : qsTr("Printing")
                 color: Theme.mutedText
             }
             PlainText {
@@ -112,9 +113,40 @@ Rectangle {
                 font.weight: Font.Bold
             }
         }
+        Column {
+            width: parent.width
+            spacing: Theme.gap
+            visible: root.isInterrupted
+            PlainText {
+                objectName: "doubtText"
+                width: parent.width
+                text: qsTr("Paid, but the terminal stopped while printing. Is ticket %1 out?")
+                          .arg(root.terminal.desk.ticketInDoubt)
+                wrapMode: Text.Wrap
+                elide: Text.ElideNone
+                font.weight: Font.DemiBold
+                color: Theme.warning
+            }
+            PanelButton {
+                objectName: "confirmDoubt"
+                width: parent.width
+                text: qsTr("It is out")
+                iconSource: "qrc:/icons/ok.svg"
+                onClicked: root.terminal.desk.confirmTicketInDoubt()
+            }
+            PanelButton {
+                objectName: "printDoubts"
+                width: parent.width
+                accent: true
+                text: qsTr("Print %n ticket(s)", "", root.terminal.desk.ticketsInDoubt)
+                iconSource: "qrc:/icons/printer.svg"
+                onClicked: root.terminal.desk.printTicketsInDoubt()
+            }
+        }
         Row {
             width: parent.width
             spacing: Theme.gap
+            visible: !root.isInterrupted
             PanelButton {
                 objectName: "payCash"
                 width: (parent.width - Theme.gap) / 2

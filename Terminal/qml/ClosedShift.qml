@@ -11,6 +11,8 @@ ShiftReport {
     required property date paymentDate ///< an invalid date if not paid yet
 
     readonly property bool isPaid: !isNaN(paymentDate)
+    readonly property bool isPayable: !isPaid && terminal.desk.keepsShift(zNumberData)
+    signal handOverRequested
 
     implicitHeight: content.height + 3 * Theme.gap
 
@@ -92,6 +94,14 @@ ShiftReport {
                 font.weight: Font.DemiBold
                 color: root.isPaid ? Theme.ok : Theme.warning
             }
+        }
+        PanelButton {
+            objectName: "handOverButton"
+            width: parent.width
+            visible: root.isPayable
+            text: qsTr("Hand over cash")
+            iconSource: "qrc:/icons/cash.svg"
+            onClicked: root.handOverRequested()
         }
     }
     Rectangle {

@@ -1,7 +1,8 @@
 import QtQuick 2.15
 import Rivo.Terminal 1.0
 
-/// The shift that is being worked: what was sold, and the cash that the driver has to hand over.
+/// The shift that is being worked: what was sold, and the cash that the driver has to hand over,
+/// that of unpaid shifts before it included.
 ShiftReport {
     id: root
 
@@ -13,7 +14,7 @@ ShiftReport {
     /// What closing means, for the question before it.
     readonly property string consequence:
         qsTr("%n ticket(s) for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.",
-             "", ticketCountData).arg(money(zSumData)).arg(money(currentDebt))
+             "", ticketCountData).arg(money(zSumData)).arg(money(zSumData - cardSellAmountData))
                                  .arg((zNumberData + 1).toFixed(0))
     signal closeRequested
 
@@ -159,7 +160,7 @@ ShiftReport {
                     width: parent.width
                     text: !root.hasLimit ? qsTr("There is no limit.")
                         : root.isLimitReached
-                          ? qsTr("The limit of %1 is reached: hand the cash over.")
+                          ? qsTr("The limit of %1 is reached: close the shift and hand the cash over.")
                                 .arg(root.money(root.maxAllowedDebt))
                           : qsTr("Limit %1").arg(root.money(root.maxAllowedDebt))
                     wrapMode: Text.Wrap

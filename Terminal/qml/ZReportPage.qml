@@ -77,6 +77,12 @@ Item {
             delegate: ClosedShift {
                 width: closed.width
                 terminal: root.terminal
+                onHandOverRequested: {
+                    handingOver.shift = zNumberData
+                    handingOver.question = qsTr("Hand over %1 in cash?").arg(money(currentDebt))
+                    handingOver.consequence = qsTr("Z report %1 will count as paid.").arg(number)
+                    handingOver.open()
+                }
             }
             EmptyText {
                 visible: closed.count === 0
@@ -95,5 +101,14 @@ Item {
         objectName: "closeConfirmation"
         confirmText: qsTr("Close shift")
         onConfirmed: root.terminal.desk.closeShift()
+    }
+    Confirmation {
+        id: handingOver
+
+        property double shift
+
+        objectName: "handOverConfirmation"
+        confirmText: qsTr("Hand over")
+        onConfirmed: root.terminal.desk.handOver(shift)
     }
 }

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStringList>
@@ -12,6 +13,8 @@
 
 #include <array>
 
+#include <sqlite3.h>
+
 namespace rivo::sales
 {
 
@@ -20,7 +23,7 @@ namespace
 
 // Marks the file as ours ("RivJ") in the place that SQLite keeps for it.
 constexpr int applicationId = 0x5269764a;
-constexpr int schemaVersion = 1;
+constexpr int schemaVersion = 2;
 
 const auto lockTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=500");
 
@@ -89,6 +92,11 @@ QDateTime timeOf(const QVariant& text)
     return QDateTime::fromString(text.toString(), Qt::ISODateWithMs);
 }
 
+QVariant timeOrNull(const QDateTime& time)
+{
+    return time.isValid() ? QVariant(timeText(time)) : QVariant(QVariant::String);
+}
+
 /// A text column must not be null, which is what QVariant makes of a null QString.
 QVariant storable(const QVariant& value)
 {
@@ -123,6 +131,9 @@ JournalFault faultOf(const QSqlError& error)
     }
 }
 
+/// The write-ahead log beside a database.
+QString logOf(const QString& file) { return file + QLatin1String("-wal"); }
+
 /// Why a file is neither ours nor to be made. Read without SQLite, which would finish the
 /// interrupted transactions of any database that it opens, and throw away the log of an empty one.
 std::optional<JournalFault> headerFault(const QString& file)
@@ -134,7 +145,7 @@ std::optional<JournalFault> headerFault(const QString& file)
         return std::nullopt; // SQLite will say why
     const QByteArray header = content.isOpen() ? content.read(headerSize) : QByteArray();
     if (header.isEmpty())
-        return QFileInfo(file + QLatin1String("-wal")).size() > 0
+        return QFileInfo(logOf(file)).size() > 0
                    ? std::make_optional(damaged(QStringLiteral("a log without its database")))
                    : std::nullopt;
     if (header.size() < headerSize || !header.startsWith("SQLite format 3"))
@@ -145,28 +156,66 @@ std::optional<JournalFault> headerFault(const QString& file)
     return std::nullopt;
 }
 
+/// Figures of shifts from their tickets, without a row for shifts that sold none.
+constexpr char shiftFigures[] =
+    "SELECT sale.shift AS shift, COUNT(*) AS tickets, SUM(price) AS total,"
+    " SUM(pay_method = 2) AS cards, SUM((pay_method = 2) * price) AS card_total,"
+    " MIN(number) AS first, MAX(number) AS last"
+    " FROM ticket JOIN sale ON ticket.sale = sale.id";
+static_assert(static_cast<int>(PayMethod::Card) == 2);
+
 /// What an amount of the journal means: "EUR 2".
 QString moneyText(const Currency& currency)
 {
     return QStringLiteral("%1 %2").arg(currency.code()).arg(currency.decimals());
 }
 
+/// Reads the columns from number of the shift to last ticket, in the order of shiftFigures. Sums of
+/// no tickets are null, which is 0.
+ShiftReport figures(const QSqlQuery& row)
+{
+    ShiftReport report;
+    report.zNumber = row.value(0).toLongLong();
+    report.ticketCount = row.value(1).toInt();
+    report.ticketSum = row.value(2).toLongLong();
+    report.cardCount = row.value(3).toInt();
+    report.cardSum = row.value(4).toLongLong();
+    report.firstTicket = row.value(5).toLongLong();
+    report.lastTicket = row.value(6).toLongLong();
+    return report;
+}
+
 /// What holds in every journal.
 struct Check
 {
-    const char* statement;
+    QString statement;
     const char* result;
 };
 
-constexpr std::array<Check, 4> checks{
-    {{"PRAGMA quick_check(1)", "ok"},
-     {"SELECT COUNT(*) FROM shift WHERE closed_at IS NULL", "1"},
-     {"SELECT COUNT(*) FROM sale WHERE total IS NOT"
-      " (SELECT SUM(price) FROM ticket WHERE ticket.sale = sale.id)",
-      "0"},
-     {"SELECT COUNT(*) FROM shift WHERE closed_at IS NOT NULL AND ticket_sum IS NOT"
-      " (SELECT IFNULL(SUM(total), 0) FROM sale WHERE sale.shift = shift.z_number)",
-      "0"}}};
+std::array<Check, 6> checks()
+{
+    return {{{QStringLiteral("PRAGMA quick_check(1)"), "ok"},
+             {QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name IN"
+                             " ('journal', 'shift', 'sale', 'ticket', 'basket')"),
+              "5"},
+             {QStringLiteral("SELECT COUNT(*) FROM shift WHERE closed_at IS NULL"), "1"},
+             {QStringLiteral("SELECT COUNT(*) FROM shift WHERE closed_at IS NULL AND paid_at IS NOT"
+                             " NULL"),
+              "0"},
+             {QStringLiteral("SELECT COUNT(*) FROM sale WHERE total IS NOT"
+                             " (SELECT SUM(price) FROM ticket WHERE ticket.sale = sale.id)"),
+              "0"},
+             {QStringLiteral("SELECT COUNT(*) FROM shift LEFT JOIN (%1 GROUP BY sale.shift) AS sold"
+                             " ON sold.shift = z_number WHERE closed_at IS NOT NULL AND"
+                             " (ticket_count IS NOT IFNULL(tickets, 0) OR"
+                             " ticket_sum IS NOT IFNULL(total, 0) OR"
+                             " card_count IS NOT IFNULL(cards, 0) OR"
+                             " card_sum IS NOT IFNULL(card_total, 0) OR"
+                             " first_ticket IS NOT IFNULL(first, 0) OR"
+                             " last_ticket IS NOT IFNULL(last, 0))")
+                  .arg(QLatin1String(shiftFigures)),
+              "0"}}};
+}
 
 } // namespace
 
@@ -180,6 +229,8 @@ void Journal::close()
 {
     if (m_connection.isEmpty())
         return;
+    if (!m_fault || QFileInfo(logOf(database().databaseName())).size() == 0)
+        setCheckpointOnClose(true);
     database().close();
     QSqlDatabase::removeDatabase(m_connection);
     m_connection.clear();
@@ -208,15 +259,29 @@ bool Journal::connectTo(const QString& file)
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
     db.setDatabaseName(file);
     db.setConnectOptions(lockTimeout);
-    return db.open() || stop(faultOf(db.lastError()));
+    return db.open() ? setCheckpointOnClose(false) : stop(faultOf(db.lastError()));
+}
+
+/// A write-ahead log that is left over would go into the database when the last connection closes,
+/// even if nothing was ever written through it.
+bool Journal::setCheckpointOnClose(bool isWanted)
+{
+    const QVariant driverHandle = database().driver()->handle();
+    const bool isSqlite = qstrcmp(driverHandle.typeName(), "sqlite3*") == 0;
+    sqlite3* handle = isSqlite ? *static_cast<sqlite3* const*>(driverHandle.constData()) : nullptr;
+    return (handle != nullptr && sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE,
+                                                   isWanted ? 0 : 1, nullptr) == SQLITE_OK) ||
+           stop({JournalFault::Kind::Unreachable,
+                 QStringLiteral("not the SQLite it was built for")});
 }
 
 /// Looks before it writes: a file that is not ours stays as it is.
 bool Journal::prepare(const Currency& currency, qint64 firstZNumber)
 {
-    const std::optional<QVariant> objects = setUp("locking_mode", "exclusive")
-                                                ? value("SELECT COUNT(*) FROM sqlite_master")
-                                                : std::nullopt;
+    const std::optional<QVariant> objects =
+        setUp("locking_mode", "exclusive")
+            ? value(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"))
+            : std::nullopt;
     if (!objects || !run(QStringLiteral("PRAGMA synchronous=FULL")) ||
         !run(QStringLiteral("PRAGMA foreign_keys=ON")))
         return false;
@@ -229,25 +294,26 @@ bool Journal::prepare(const Currency& currency, qint64 firstZNumber)
 
 bool Journal::hasValidContent(const Currency& currency)
 {
-    const std::optional<QVariant> version = value("PRAGMA user_version");
+    const std::optional<QVariant> version = value(QStringLiteral("PRAGMA user_version"));
     if (!version)
         return false;
     if (version->toInt() != schemaVersion)
-        return stop(foreign(QStringLiteral("version %1").arg(version->toInt())));
-    for (const Check& check : checks) {
+        return stop({JournalFault::Kind::OtherVersion, version->toString()});
+    for (const Check& check : checks()) {
         const std::optional<QVariant> result = value(check.statement);
         if (!result)
             return false;
         if (result->toString() != QLatin1String(check.result))
-            return stop(damaged(
-                QStringLiteral("%1: %2").arg(QLatin1String(check.statement), result->toString())));
+            return stop(damaged(QStringLiteral("%1: %2").arg(check.statement, result->toString())));
     }
-    const std::optional<QVariant> kept = value("SELECT currency || ' ' || decimals FROM journal");
+    const std::optional<QVariant> kept =
+        value(QStringLiteral("SELECT currency || ' ' || decimals FROM journal"));
     if (!kept)
         return false;
     return kept->toString() == moneyText(currency) ||
-           stop(foreign(
-               QStringLiteral("kept in %1, not in %2").arg(kept->toString(), moneyText(currency))));
+           stop({JournalFault::Kind::OtherCurrency,
+                 QStringLiteral("kept in %1, not in %2")
+                     .arg(kept->toString(), moneyText(currency))});
 }
 
 bool Journal::createTables(const Currency& currency, qint64 firstZNumber)
@@ -260,7 +326,8 @@ bool Journal::createTables(const Currency& currency, qint64 firstZNumber)
                 "CREATE TABLE journal (currency TEXT NOT NULL, decimals INTEGER NOT NULL)"),
             QStringLiteral("CREATE TABLE shift (z_number INTEGER PRIMARY KEY, closed_at TEXT,"
                            " ticket_count INTEGER, ticket_sum INTEGER, card_count INTEGER,"
-                           " card_sum INTEGER, first_ticket INTEGER, last_ticket INTEGER)"),
+                           " card_sum INTEGER, first_ticket INTEGER, last_ticket INTEGER,"
+                           " paid_at TEXT)"),
             QStringLiteral("CREATE TABLE sale (id INTEGER PRIMARY KEY AUTOINCREMENT,"
                            " shift INTEGER NOT NULL REFERENCES shift, sold_at TEXT NOT NULL,"
                            " pay_method INTEGER NOT NULL, total INTEGER NOT NULL)"),
@@ -289,15 +356,15 @@ bool Journal::createTables(const Currency& currency, qint64 firstZNumber)
 }
 
 /// The one value that `statement` yields.
-std::optional<QVariant> Journal::value(const char* statement)
+std::optional<QVariant> Journal::value(const QString& statement)
 {
     QSqlQuery query(database());
-    if (!query.exec(QLatin1String(statement)) || (!query.next() && query.lastError().isValid())) {
+    if (!query.exec(statement) || (!query.next() && query.lastError().isValid())) {
         stop(faultOf(query.lastError()));
         return std::nullopt;
     }
     if (!query.isValid()) {
-        stop(damaged(QStringLiteral("%1: nothing").arg(QLatin1String(statement))));
+        stop(damaged(QStringLiteral("%1: nothing").arg(statement)));
         return std::nullopt;
     }
     return query.value(0);
@@ -308,7 +375,7 @@ bool Journal::setUp(const char* setting, const char* wanted)
 {
     const QString statement =
         QStringLiteral("PRAGMA %1=%2").arg(QLatin1String(setting), QLatin1String(wanted));
-    const std::optional<QVariant> result = value(statement.toLatin1().constData());
+    const std::optional<QVariant> result = value(statement);
     if (!result)
         return false;
     return result->toString() == QLatin1String(wanted) ||
@@ -465,25 +532,11 @@ QVector<Ticket> Journal::unprintedTickets()
 std::optional<ShiftReport> Journal::sumUp(qint64 zNumber)
 {
     QSqlQuery query(database());
-    query.prepare(
-        QStringLiteral("SELECT COUNT(*), IFNULL(SUM(price), 0),"
-                       " IFNULL(SUM(pay_method = ?), 0),"
-                       " IFNULL(SUM(CASE WHEN pay_method = ? THEN price ELSE 0 END), 0),"
-                       " IFNULL(MIN(number), 0), IFNULL(MAX(number), 0)"
-                       " FROM ticket JOIN sale ON ticket.sale = sale.id WHERE sale.shift = ?"));
-    query.addBindValue(static_cast<int>(PayMethod::Card));
-    query.addBindValue(static_cast<int>(PayMethod::Card));
+    query.prepare(QLatin1String(shiftFigures) + QStringLiteral(" WHERE sale.shift = ?"));
     query.addBindValue(zNumber);
     ShiftReport report;
+    const bool isRead = forEachRow(query, [&] { report = figures(query); });
     report.zNumber = zNumber;
-    const bool isRead = forEachRow(query, [&] {
-        report.ticketCount = query.value(0).toInt();
-        report.ticketSum = query.value(1).toLongLong();
-        report.cardCount = query.value(2).toInt();
-        report.cardSum = query.value(3).toLongLong();
-        report.firstTicket = query.value(4).toLongLong();
-        report.lastTicket = query.value(5).toLongLong();
-    });
     return isRead ? std::make_optional(report) : std::nullopt;
 }
 
@@ -492,7 +545,7 @@ std::optional<ShiftReport> Journal::runningShift()
     if (m_fault)
         return std::nullopt;
     const std::optional<QVariant> zNumber =
-        value("SELECT z_number FROM shift WHERE closed_at IS NULL");
+        value(QStringLiteral("SELECT z_number FROM shift WHERE closed_at IS NULL"));
     return zNumber ? sumUp(zNumber->toLongLong()) : std::nullopt;
 }
 
@@ -502,14 +555,14 @@ QVector<ShiftReport> Journal::closedShifts()
         return {};
     QSqlQuery query(database());
     query.prepare(QStringLiteral("SELECT z_number, ticket_count, ticket_sum, card_count, card_sum,"
-                                 " first_ticket, last_ticket, closed_at FROM shift"
+                                 " first_ticket, last_ticket, closed_at, paid_at FROM shift"
                                  " WHERE closed_at IS NOT NULL ORDER BY z_number"));
     QVector<ShiftReport> reports;
     const bool isRead = forEachRow(query, [&] {
-        reports.append({query.value(0).toLongLong(), query.value(1).toInt(),
-                        query.value(2).toLongLong(), query.value(3).toInt(),
-                        query.value(4).toLongLong(), query.value(5).toLongLong(),
-                        query.value(6).toLongLong(), timeOf(query.value(7))});
+        ShiftReport report = figures(query);
+        report.closedAt = timeOf(query.value(7));
+        report.paidAt = timeOf(query.value(8));
+        reports.append(report);
     });
     return isRead ? reports : QVector<ShiftReport>();
 }
@@ -522,14 +575,16 @@ std::optional<ShiftReport> Journal::closeShift(const QDateTime& at)
         if (!report)
             return false;
         report->closedAt = at;
+        if (report->cash() == 0)
+            report->paidAt = at;
         QSqlQuery closing(database());
         closing.prepare(QStringLiteral(
             "UPDATE shift SET closed_at = ?, ticket_count = ?, ticket_sum = ?, card_count = ?,"
-            " card_sum = ?, first_ticket = ?, last_ticket = ? WHERE z_number = ?"));
+            " card_sum = ?, first_ticket = ?, last_ticket = ?, paid_at = ? WHERE z_number = ?"));
         for (const QVariant& value :
              {QVariant(timeText(at)), QVariant(report->ticketCount), QVariant(report->ticketSum),
               QVariant(report->cardCount), QVariant(report->cardSum), QVariant(report->firstTicket),
-              QVariant(report->lastTicket), QVariant(report->zNumber)})
+              QVariant(report->lastTicket), timeOrNull(report->paidAt), QVariant(report->zNumber)})
             closing.addBindValue(value);
         QSqlQuery next(database());
         next.prepare(QStringLiteral("INSERT INTO shift (z_number) VALUES (?)"));
@@ -537,6 +592,18 @@ std::optional<ShiftReport> Journal::closeShift(const QDateTime& at)
         return run(closing) && run(next);
     });
     return isDone ? report : std::nullopt;
+}
+
+bool Journal::handOver(qint64 zNumber, const QDateTime& at)
+{
+    return inTransaction([&] {
+        QSqlQuery query(database());
+        query.prepare(QStringLiteral("UPDATE shift SET paid_at = ? WHERE z_number = ?"
+                                     " AND closed_at IS NOT NULL AND paid_at IS NULL"));
+        query.addBindValue(timeText(at));
+        query.addBindValue(zNumber);
+        return run(query) && query.numRowsAffected() == 1;
+    });
 }
 
 } // namespace rivo::sales

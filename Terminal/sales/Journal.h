@@ -19,11 +19,13 @@ namespace rivo::sales
 struct JournalFault
 {
     enum class Kind {
-        Locked,     ///< another program has it open
-        Full,       ///< no space left
-        Damaged,    ///< its content is broken
-        Foreign,    ///< not a journal of this terminal, of another version, or of other money
-        Unreachable ///< cannot be opened, read or written
+        Locked,        ///< another program has it open
+        Full,          ///< no space left
+        Damaged,       ///< its content is broken
+        Foreign,       ///< not a journal of this program
+        OtherVersion,  ///< kept by a version that this one does not understand
+        OtherCurrency, ///< kept in other money
+        Unreachable    ///< cannot be opened, read or written
     };
     Kind kind = Kind::Unreachable;
     QString detail; ///< what the database says; for the log, not for the driver
@@ -34,8 +36,9 @@ struct JournalFault
 /// the disk.
 ///
 /// Every write is one transaction: after a power cut it is there as a whole or not at all. The
-/// first fault ends all writing until open() succeeds again, and nothing but transactions ever
-/// changes a file that exists.
+/// first fault ends all writing until open() succeeds again: what is on the disk at that moment,
+/// write-ahead log included, stays byte for byte. Nothing but transactions ever changes a file that
+/// exists.
 class Journal
 {
 public:
@@ -45,8 +48,8 @@ public:
     Journal& operator=(const Journal&) = delete;
 
     /// Opens `file`; one that is missing or empty is made, with its first shift numbered
-    /// `firstZNumber`. An existing one is checked from end to end: pages, sums of sales and of
-    /// shifts. A second call closes what was open.
+    /// `firstZNumber`. An existing one is checked from end to end: pages, sums of sales and all
+    /// figures of shifts. A second call closes what was open.
     std::optional<JournalFault> open(const QString& file, const Currency& currency,
                                      qint64 firstZNumber);
 
@@ -76,17 +79,23 @@ public:
     /// Closed shifts, the oldest first.
     QVector<ShiftReport> closedShifts();
 
-    /// Closes the running shift and starts the next number.
+    /// Closes the running shift and starts the next number. A shift without cash has nothing to
+    /// hand over: it is paid at once.
     std::optional<ShiftReport> closeShift(const QDateTime& at);
+
+    /// Notes that the cash of a closed shift was handed over. False without a fault if there is no
+    /// such shift, or it is paid already.
+    bool handOver(qint64 zNumber, const QDateTime& at);
 
 private:
     QSqlDatabase database() const;
     void close();
     bool connectTo(const QString& file);
+    bool setCheckpointOnClose(bool isWanted);
     bool prepare(const Currency& currency, qint64 firstZNumber);
     bool hasValidContent(const Currency& currency);
     bool createTables(const Currency& currency, qint64 firstZNumber);
-    std::optional<QVariant> value(const char* statement);
+    std::optional<QVariant> value(const QString& statement);
     bool setUp(const char* setting, const char* wanted);
     template <typename Use>
     bool forEachRow(QSqlQuery& query, Use use);

@@ -2,6 +2,8 @@
 
 #include "Currency.h"
 
+#include <Feed.h>
+
 #include <QDateTime>
 #include <QString>
 
@@ -15,7 +17,7 @@ enum class PayMethod { Cash = 1, Card = 2 };
 constexpr int driverChannel = 1;
 
 /// One ticket as it is sold: what it is, what it costs, and the trip it was sold on.
-struct Ticket
+struct Ticket : feed::FeedTripContext
 {
     qint64 number = 0;  ///< given by the journal when the sale is confirmed; 0 before
     int payMethod = -1; ///< PayMethod as a number once the sale is confirmed; -1 before
@@ -31,13 +33,6 @@ struct Ticket
     QString destination;
     bool isReturnFee = false;
     bool isDaily = false;
-    int routeId = -1;
-    int fromStopId = -1;
-    int toStopId = -1;
-    int currentStopId = -1;
-    int tripsRouteId = -1;
-    int tripsExecutionId = -1;
-    QString publicRouteExecutionId;
 };
 
 /// What one shift sold so far, or in all once it is closed.
@@ -51,6 +46,9 @@ struct ShiftReport
     qint64 firstTicket = 0; ///< 0 if none was sold
     qint64 lastTicket = 0;  ///< 0 if none was sold
     QDateTime closedAt;     ///< invalid while the shift runs
+    QDateTime paidAt;       ///< when its cash was handed over; invalid before
+
+    Minor cash() const { return ticketSum - cardSum; }
 };
 
 } // namespace rivo::sales

@@ -8,6 +8,7 @@
 #include <PassengerTypesModel.h>
 #include <ShoppingBasketModel.h>
 #include <ShoppingItem.h>
+#include <TripContext.h>
 #include <ZReportItem.h>
 #include <ZReportModel.h>
 
@@ -48,17 +49,18 @@ auto tileKey(const Ticket& ticket)
                            ticket.description, ticket.fareProductName);
 }
 
-/// The trip of a ticket that was sold before, for ShoppingBasketModel::addItem().
-void describeTrip(const Ticket& ticket, QObject& trip)
+feed::FeedTripContext tripOf(const ShoppingItem& item)
 {
-    trip.setProperty("routeId", ticket.routeId);
-    trip.setProperty("fromStopId", ticket.fromStopId);
-    trip.setProperty("toStopId", ticket.toStopId);
-    trip.setProperty("currentStopId", ticket.currentStopId);
-    trip.setProperty("tripsRouteId", ticket.tripsRouteId);
-    trip.setProperty("tripsExecutionId", ticket.tripsExecutionId);
-    trip.setProperty("publicRouteExecutionId", ticket.publicRouteExecutionId);
+    return {item.routeId(),
+            item.fromStopId(),
+            item.toStopId(),
+            item.currentStopId(),
+            item.tripsRouteId(),
+            item.tripsExecutionId(),
+            item.publicRouteExecutionId()};
 }
+
+feed::FeedTripContext& tripOf(Ticket& ticket) { return ticket; }
 
 QString ticketNumberText(qint64 number)
 {
@@ -68,7 +70,8 @@ QString ticketNumberText(qint64 number)
 } // namespace
 
 SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrinter& printer,
-                     const Currency& currency, ZoneName zoneName, QObject* trip, QObject* parent)
+                     const Currency& currency, ZoneName zoneName, feed::TripContext& trip,
+                     QObject* parent)
     : QObject(parent), m_models(models), m_journal(journal), m_printer(printer),
       m_currency(currency), m_zoneName(std::move(zoneName)), m_trip(trip)
 {
@@ -97,8 +100,10 @@ void SalesDesk::restore(double maxDebt)
     }
     basketChanged();
     emit obstacleChanged();
-    if (!m_toPrint.isEmpty())
-        printNext();
+    if (!m_toPrint.isEmpty()) {
+        setState(Interrupted);
+        emit ticketsInDoubtChanged();
+    }
 }
 
 QString SalesDesk::obstacle() const
@@ -114,6 +119,11 @@ QString SalesDesk::obstacle() const
         case JournalFault::Kind::Foreign:
             return tr("The file given as sales journal is not one of this terminal. Nothing can be "
                       "sold.");
+        case JournalFault::Kind::OtherVersion:
+            return tr("The sales journal was kept by another version of this terminal. Nothing can "
+                      "be sold.");
+        case JournalFault::Kind::OtherCurrency:
+            return tr("The sales journal is kept in another currency. Nothing can be sold.");
         case JournalFault::Kind::Unreachable:
             return tr("The sales journal cannot be written. Nothing can be sold.");
         }
@@ -143,6 +153,8 @@ bool SalesDesk::mayChangeBasket()
 {
     if (m_journal.fault())
         return refuse(obstacle());
+    if (m_state == Interrupted)
+        return refuse(tr("The last sale was interrupted: say first which tickets are out."));
     if (m_state != Selling)
         return refuse(tr("Tickets are being printed."));
     return true;
@@ -178,13 +190,7 @@ Ticket SalesDesk::ticketOf(const ShoppingItem& item) const
     ticket.price = m_currency.fromUnits(item.price()).value_or(0);
     ticket.origin = item.origin();
     ticket.destination = item.destination();
-    ticket.routeId = item.routeId();
-    ticket.fromStopId = item.fromStopId();
-    ticket.toStopId = item.toStopId();
-    ticket.currentStopId = item.currentStopId();
-    ticket.tripsRouteId = item.tripsRouteId();
-    ticket.tripsExecutionId = item.tripsExecutionId();
-    ticket.publicRouteExecutionId = item.publicRouteExecutionId();
+    tripOf(ticket) = tripOf(item);
     return ticket;
 }
 
@@ -198,8 +204,7 @@ QVector<Ticket> SalesDesk::tickets() const
 
 void SalesDesk::show(const Ticket& ticket)
 {
-    QObject trip;
-    describeTrip(ticket, trip);
+    feed::TripContext trip(ticket);
     m_models.basket.addItem(ticket.passengerTypeId, ticket.fareProductId, ticket.fromStopGroupId,
                             ticket.toStopGroupId, ticket.description, ticket.fareProductName,
                             ticket.icon, m_currency.toUnits(ticket.price), ticket.origin,
@@ -222,13 +227,7 @@ bool SalesDesk::add(int row)
     Ticket ticket = ticketOf(*tile);
     ticket.origin = m_zoneName(tile->fromStopGroupId());
     ticket.destination = m_zoneName(tile->toStopGroupId());
-    ticket.routeId = m_trip->property("routeId").toInt();
-    ticket.fromStopId = m_trip->property("fromStopId").toInt();
-    ticket.toStopId = m_trip->property("toStopId").toInt();
-    ticket.currentStopId = m_trip->property("currentStopId").toInt();
-    ticket.tripsRouteId = m_trip->property("tripsRouteId").toInt();
-    ticket.tripsExecutionId = m_trip->property("tripsExecutionId").toInt();
-    ticket.publicRouteExecutionId = m_trip->property("publicRouteExecutionId").toString();
+    tripOf(ticket) = m_trip.trip();
     if (!m_journal.appendToBasket(ticket))
         return refuseByJournal();
     show(ticket);
@@ -315,10 +314,7 @@ bool SalesDesk::pay(SalesDesk::Payment payment)
     setState(Printing); // before anything is announced: whoever reacts cannot sell it again
     for (int row = 0; row < sold->size(); ++row)
         queueForPrinting(*item(row), sold->at(row));
-    if (const auto report = m_journal.runningShift())
-        updateRunningReport(*report);
-    else
-        emit obstacleChanged(); // the sale is in the journal, but nothing else will be
+    updateRunningReport();
     emit saleConfirmed(sold->size());
     printNext();
     return true;
@@ -340,7 +336,7 @@ ShoppingItem* SalesDesk::lineToPrint() const
 
 void SalesDesk::printNext()
 {
-    if (m_state == Selling && m_toPrint.isEmpty())
+    if (m_state == Interrupted || (m_state == Selling && m_toPrint.isEmpty()))
         return; // the printer worked for someone else
     if (m_toPrint.isEmpty())
         return finishSale();
@@ -354,14 +350,51 @@ void SalesDesk::printNext()
 
 void SalesDesk::ticketPrinted()
 {
-    if (m_toPrint.isEmpty())
+    if (m_toPrint.isEmpty() || m_state == Interrupted)
         return;
     if (!m_journal.markPrinted(m_toPrint.first()))
         emit obstacleChanged(); // the paper is out, and the rest has been paid: go on
+    nextTicketIsOut();
+    printNext();
+}
+
+void SalesDesk::nextTicketIsOut()
+{
     if (ShoppingItem* line = lineToPrint())
         line->setPrinted(true);
     m_toPrint.removeFirst();
+}
+
+int SalesDesk::ticketsInDoubt() const { return m_state == Interrupted ? m_toPrint.size() : 0; }
+
+QString SalesDesk::ticketInDoubt() const
+{
+    return ticketsInDoubt() > 0 ? ticketNumberText(m_toPrint.first()) : QString();
+}
+
+bool SalesDesk::confirmTicketInDoubt()
+{
+    if (m_state != Interrupted)
+        return refuse(tr("There is no ticket in doubt."));
+    if (!m_journal.markPrinted(m_toPrint.first()))
+        return refuseByJournal();
+    if (ShoppingItem* line = lineToPrint())
+        line->setAccepted(true);
+    nextTicketIsOut();
+    if (m_toPrint.isEmpty())
+        finishSale();
+    emit ticketsInDoubtChanged();
+    return true;
+}
+
+bool SalesDesk::printTicketsInDoubt()
+{
+    if (m_state != Interrupted)
+        return refuse(tr("There is no ticket in doubt."));
+    setState(Printing);
+    emit ticketsInDoubtChanged();
     printNext();
+    return true;
 }
 
 void SalesDesk::finishSale()
@@ -379,43 +412,60 @@ void SalesDesk::showShifts()
     const auto running = m_journal.runningShift();
     if (!running)
         return;
-    addReport(*running);
     QVector<ShiftReport> closed = m_journal.closedShifts();
     std::reverse(closed.begin(), closed.end());
+    m_firstZ = closed.isEmpty() ? running->zNumber : closed.last().zNumber;
+    for (const ShiftReport& report : qAsConst(closed)) {
+        if (!report.paidAt.isValid())
+            m_owed += report.cash();
+    }
+    addReport(*running);
     for (const ShiftReport& report : qAsConst(closed))
         addReport(report);
 }
 
+/// What the driver carries: of the running shift, the cash of the unpaid shifts before it too.
+Minor SalesDesk::debtOf(const ShiftReport& report) const
+{
+    if (report.paidAt.isValid())
+        return 0;
+    return report.closedAt.isValid() ? report.cash() : report.cash() + m_owed;
+}
+
 void SalesDesk::addReport(const ShiftReport& report)
 {
-    const double cash = m_currency.toUnits(report.ticketSum - report.cardSum);
-    const bool isClosed = report.closedAt.isValid();
     m_models.zReports.addItem(
         static_cast<int>(report.zNumber), report.ticketCount, m_currency.toUnits(report.ticketSum),
         report.cardCount, m_currency.toUnits(report.cardSum), 0, 0.0,
         ticketNumberText(report.firstTicket), ticketNumberText(report.lastTicket),
-        m_currency.toUnits(report.ticketSum), static_cast<double>(report.zNumber), isClosed, 0.0,
-        report.closedAt, isClosed ? 0.0 : cash, m_maxDebt);
+        m_currency.toUnits(report.ticketSum), static_cast<double>(report.zNumber),
+        report.closedAt.isValid(), 0.0, report.paidAt, m_currency.toUnits(debtOf(report)),
+        m_maxDebt);
 }
 
-void SalesDesk::updateRunningReport(const ShiftReport& report)
+void SalesDesk::updateRunningReport()
 {
+    const auto report = m_journal.runningShift();
+    if (!report) {
+        emit obstacleChanged(); // what was done is in the journal, but nothing else will be
+        return;
+    }
     auto* item = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(0));
     if (item == nullptr)
         return;
-    const double sum = m_currency.toUnits(report.ticketSum);
-    const double cardSum = m_currency.toUnits(report.cardSum);
-    item->setTicketCount(report.ticketCount);
+    const double sum = m_currency.toUnits(report->ticketSum);
+    const double cardSum = m_currency.toUnits(report->cardSum);
+    item->setTicketCount(report->ticketCount);
     // An amount equal to the ticket sum of the moment is not taken: offered before and after the
     // ticket sum changes, one of the two is.
     item->setCardSellAmnt(cardSum);
     item->setTicketSumAmnt(sum);
     item->setCardSellAmnt(cardSum);
-    item->setCardSellCount(report.cardCount);
-    item->setFromTicketNumber(ticketNumberText(report.firstTicket));
-    item->setToTicketNumber(ticketNumberText(report.lastTicket));
+    item->setCardSellCount(report->cardCount);
+    item->setFromTicketNumber(ticketNumberText(report->firstTicket));
+    item->setToTicketNumber(ticketNumberText(report->lastTicket));
     item->setZSum(sum);
-    item->setCurrentDebt(m_currency.toUnits(report.ticketSum - report.cardSum));
+    item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
 }
 
 bool SalesDesk::closeShift()
@@ -429,14 +479,52 @@ bool SalesDesk::closeShift()
         return refuseByJournal();
     if (auto* item = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(0))) {
         item->setIsClosed(true);
-        item->setPaymentDate(report->closedAt);
-        item->setCurrentDebt(0.0);
+        item->setPaymentDate(report->paidAt);
+        item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
     }
+    m_owed += debtOf(*report);
     ShiftReport next;
     next.zNumber = report->zNumber + 1;
     addReport(next);
     m_models.zReports.insertRow(0, m_models.zReports.takeRow(m_models.zReports.rowCount() - 1));
     emit shiftClosed(static_cast<double>(report->zNumber));
+    return true;
+}
+
+bool SalesDesk::keepsShift(double zNumber) const
+{
+    return m_firstZ > 0 && zNumber >= static_cast<double>(m_firstZ);
+}
+
+ZReportItem* SalesDesk::closedReport(double zNumber) const
+{
+    for (int row = 1; row < m_models.zReports.rowCount(); ++row) {
+        auto* item = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(row));
+        if (item->zNumber() == zNumber)
+            return item;
+    }
+    return nullptr;
+}
+
+bool SalesDesk::handOver(double zNumber)
+{
+    if (m_journal.fault())
+        return refuse(obstacle());
+    ZReportItem* const report = keepsShift(zNumber) ? closedReport(zNumber) : nullptr;
+    if (report == nullptr || report->paymentDate().isValid())
+        return refuse(tr("There is no cash of this shift to hand over."));
+    const QDateTime now = QDateTime::currentDateTime();
+    if (!m_journal.handOver(static_cast<qint64>(zNumber), now))
+        return refuseByJournal();
+    const Minor paid = m_currency.fromUnits(report->currentDebt()).value_or(0);
+    m_owed -= paid;
+    report->setPaymentDate(now);
+    report->setCurrentDebt(0.0);
+    if (auto* running = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(0))) {
+        const Minor debt = m_currency.fromUnits(running->currentDebt()).value_or(paid);
+        running->setCurrentDebt(m_currency.toUnits(debt - paid));
+    }
+    emit shiftPaid(zNumber);
     return true;
 }
 

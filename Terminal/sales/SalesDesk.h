@@ -17,6 +17,11 @@ class ShoppingItem;
 class ZReportItem;
 class ZReportModel;
 
+namespace rivo::feed
+{
+class TripContext;
+}
+
 namespace rivo::sales
 {
 
@@ -44,12 +49,15 @@ class SalesDesk : public QObject
     Q_PROPERTY(QString obstacle READ obstacle NOTIFY obstacleChanged)
     Q_PROPERTY(double total READ total NOTIFY totalChanged)
     Q_PROPERTY(QString totalText READ totalText NOTIFY totalChanged)
+    Q_PROPERTY(int ticketsInDoubt READ ticketsInDoubt NOTIFY ticketsInDoubtChanged)
+    Q_PROPERTY(QString ticketInDoubt READ ticketInDoubt NOTIFY ticketsInDoubtChanged)
 
 public:
     enum State {
-        Selling,          ///< the basket may be changed and paid
-        Printing,         ///< paid; tickets are being printed one by one
-        WaitingForPrinter ///< paid; the printer has to recover first
+        Selling,           ///< the basket may be changed and paid
+        Printing,          ///< paid; tickets are being printed one by one
+        WaitingForPrinter, ///< paid; the printer has to recover first
+        Interrupted        ///< paid, and the terminal stopped before all was noted as printed
     };
     Q_ENUM(State)
 
@@ -65,15 +73,16 @@ public:
     /// What a zone is called on tickets.
     using ZoneName = std::function<QString(int zone)>;
 
-    /// `journal` as it was opened, with or without a fault. `trip`, not null, is the trip context
-    /// of every ticket.
+    /// `journal` as it was opened, with or without a fault. `trip` is the trip context of every
+    /// ticket; it outlives the desk.
     SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrinter& printer,
-              const Currency& currency, ZoneName zoneName, QObject* trip,
+              const Currency& currency, ZoneName zoneName, feed::TripContext& trip,
               QObject* parent = nullptr);
 
     /// Shows what the journal has: the shifts, and the basket as it was left, or the tickets that
-    /// were paid but not printed, whose printing goes on. The running shift becomes the first row
-    /// of the Z report model, which must be empty. Call once, with the grid laid out.
+    /// were paid but not noted as printed. Of these nobody but the driver knows whether the paper
+    /// is out: nothing is printed before he says so (state Interrupted). The running shift becomes
+    /// the first row of the Z report model, which must be empty. Call once, with the grid laid out.
     ///
     /// `maxDebt`: most cash that a driver should carry, in currency units; 0 = no limit.
     void restore(double maxDebt);
@@ -84,6 +93,11 @@ public:
     double total() const; ///< of the basket, in minor units
     QString totalText() const;
 
+    /// Tickets of an interrupted sale that may be out or not; 0 in every other state.
+    int ticketsInDoubt() const;
+    /// Number of the first of them, as it is on the paper; empty if there is none.
+    QString ticketInDoubt() const;
+
     /// Puts a ticket of the grid's tile `row` into the basket; refused for placeholders and what
     /// has expired.
     Q_INVOKABLE bool add(int row);
@@ -93,8 +107,22 @@ public:
     /// Sells the basket and starts printing; saleConfirmed() when it is in the journal.
     Q_INVOKABLE bool pay(rivo::sales::SalesDesk::Payment payment);
 
-    /// Closes the running shift; refused while a basket is open. The next shift starts at once.
+    /// The first ticket in doubt is out: it is noted as printed, and not printed again.
+    Q_INVOKABLE bool confirmTicketInDoubt();
+
+    /// Prints all tickets in doubt.
+    Q_INVOKABLE bool printTicketsInDoubt();
+
+    /// Closes the running shift; refused while a basket is open. The next shift starts at once. The
+    /// cash of the closed one is owed until it is handed over.
     Q_INVOKABLE bool closeShift();
+
+    /// Notes that the cash of a closed shift was handed over: its report is paid. Refused for
+    /// shifts that run, are paid, or are not of this terminal's journal.
+    Q_INVOKABLE bool handOver(double zNumber);
+
+    /// Whether handOver() is for this terminal to do, now or earlier.
+    Q_INVOKABLE bool keepsShift(double zNumber) const;
 
     /// An amount in currency units as people read it; a dash for one that is beyond Currency's.
     Q_INVOKABLE QString priceText(double units) const;
@@ -107,6 +135,8 @@ signals:
     void saleConfirmed(int tickets);
     void saleFinished();
     void shiftClosed(double zNumber);
+    void shiftPaid(double zNumber);
+    void ticketsInDoubtChanged();
 
 private:
     bool refuse(const QString& reason);
@@ -124,21 +154,26 @@ private:
     ShoppingItem* lineToPrint() const;
     void printNext();
     void ticketPrinted();
+    void nextTicketIsOut();
     void finishSale();
     void showShifts();
     void addReport(const ShiftReport& report);
-    void updateRunningReport(const ShiftReport& report);
+    void updateRunningReport();
+    Minor debtOf(const ShiftReport& report) const;
+    ZReportItem* closedReport(double zNumber) const;
 
     SalesModels m_models;
     Journal& m_journal;
     SimulatedPrinter& m_printer;
     Currency m_currency;
     ZoneName m_zoneName;
-    QObject* m_trip;
+    feed::TripContext& m_trip;
     State m_state = Selling;
     Minor m_total = 0;
     QVector<qint64> m_toPrint; ///< numbers of the tickets of the last rows, the next one first
     double m_maxDebt = 0.0;
+    Minor m_owed = 0;    ///< cash of closed shifts that was not handed over
+    qint64 m_firstZ = 0; ///< of the journal's first shift; 0 without a journal
 };
 
 } // namespace rivo::sales

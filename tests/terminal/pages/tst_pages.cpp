@@ -189,6 +189,8 @@ private slots:
     void basketIsCountedInTheCatalogue();
     void emptyCatalogueSaysSo();
     void closingAShiftAsksFirst();
+    void cashOfAClosedShiftIsHandedOver();
+    void limitIsThatOfTheLatestReport();
     void closingIsRefusedWhileTheBasketIsOpen();
     void cashIsHeldAgainstTheLimit_data();
     void cashIsHeldAgainstTheLimit();
@@ -299,7 +301,43 @@ void TestPages::closingAShiftAsksFirst()
     shown.sell(1, SalesDesk::Card);
     QCOMPARE(shown.text("runningState"), "Running shift");
     QCOMPARE(shown.text("runningSum"), "€10.00");
-    QCOMPARE(shown.text("debtText"), "€0.00");
+    QCOMPARE(shown.text("debtText"), "€20.00");
+}
+
+void TestPages::cashOfAClosedShiftIsHandedOver()
+{
+    Feed feed = smallFeed();
+    feed.zReports = {closedReport(41)}; // unpaid, but not for this terminal to pay
+    feed.zReports[0].currentDebt = 12.5;
+    Shown shown(feed, "zreport");
+    shown.sell(2, SalesDesk::Cash);
+    QVERIFY(shown.terminal.desk()->closeShift());
+    QTRY_COMPARE(shown.texts("paymentText").size(), 2);
+    QVERIFY(shown.texts("paymentText").contains("Not paid, €20.00 due"));
+    QVERIFY(shown.texts("paymentText").contains("Not paid, €12.50 due"));
+    QCOMPARE(shown.all("handOverButton").size(), 1);
+    QCOMPARE(shown.text("debtText"), "€20.00");
+
+    shown.tap("handOverButton");
+    shown.tap("cancelButton");
+    QTRY_VERIFY(shown.all("cancelButton").isEmpty());
+    QCOMPARE(shown.text("debtText"), "€20.00");
+
+    shown.tap("handOverButton");
+    shown.tap("confirmButton");
+    QTRY_COMPARE(shown.text("debtText"), "€0.00");
+    QCOMPARE(shown.texts("paymentText").filter("Not paid").size(), 1);
+    QVERIFY(shown.all("handOverButton").isEmpty());
+}
+
+void TestPages::limitIsThatOfTheLatestReport()
+{
+    Feed feed = smallFeed();
+    feed.zReports = {closedReport(42), closedReport(41)};
+    feed.zReports[0].maxAllowedDebt = 200.0;
+    feed.zReports[1].maxAllowedDebt = 100.0;
+    const Shown shown(feed, "zreport");
+    QCOMPARE(shown.text("limitText"), "Limit €200.00");
 }
 
 void TestPages::closingIsRefusedWhileTheBasketIsOpen()
@@ -318,8 +356,10 @@ void TestPages::cashIsHeldAgainstTheLimit_data()
     QTest::addColumn<QString>("text");
     QTest::newRow("no limit") << 0.0 << "There is no limit.";
     QTest::newRow("below the limit") << 20.01 << "Limit €20.01";
-    QTest::newRow("at the limit") << 20.0 << "The limit of €20.00 is reached: hand the cash over.";
-    QTest::newRow("over it") << 5.0 << "The limit of €5.00 is reached: hand the cash over.";
+    QTest::newRow("at the limit")
+        << 20.0 << "The limit of €20.00 is reached: close the shift and hand the cash over.";
+    QTest::newRow("over it")
+        << 5.0 << "The limit of €5.00 is reached: close the shift and hand the cash over.";
 }
 
 void TestPages::cashIsHeldAgainstTheLimit()

@@ -11,6 +11,7 @@
 #include <ShoppingBasketModel.h>
 #include <ShoppingItem.h>
 #include <SimulatedPrinter.h>
+#include <TripContext.h>
 #include <ZReportItem.h>
 #include <ZReportModel.h>
 
@@ -87,13 +88,6 @@ struct Counter
         fillGrid();
         for (const int product : {21, 22, 23})
             fareProducts.addItem(product, {}, {}, 1.0, 0.0, false, true, {}, {}, {}, {});
-        trip.setProperty("routeId", 5);
-        trip.setProperty("fromStopId", 6);
-        trip.setProperty("toStopId", 7);
-        trip.setProperty("currentStopId", 8);
-        trip.setProperty("tripsRouteId", 9);
-        trip.setProperty("tripsExecutionId", 10);
-        trip.setProperty("publicRouteExecutionId", "night bus");
         printer.setTicketTime(0);
         printer.setFault(printerFault);
         journal.open(file, currency, 17);
@@ -129,7 +123,8 @@ struct Counter
     const rivo::sales::Currency currency;
     LogCapture log;
     QObject prototypes;
-    QObject trip;
+    rivo::feed::TripContext trip{
+        rivo::feed::FeedTripContext{5, 6, 7, 8, 9, 10, QStringLiteral("night bus")}};
     PassengerTypesModel grid{&prototypes};
     ShoppingBasketModel basket{&prototypes};
     FareProductsModel fareProducts{&prototypes};
@@ -141,7 +136,7 @@ struct Counter
                                 printer,
                                 currency,
                                 [](int zone) { return QStringLiteral("zone %1").arg(zone); },
-                                &trip};
+                                trip};
 
 private:
     static sProduct product(int type, const QString& description, int fareProduct, double price)

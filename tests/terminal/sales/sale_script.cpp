@@ -43,6 +43,8 @@ public:
     {
         if (m_counter.desk.state() == SalesDesk::Selling)
             say("restored", m_counter.prices());
+        if (m_counter.desk.state() == SalesDesk::Interrupted)
+            m_counter.desk.printTicketsInDoubt();
         finishPrinting();
     }
 

@@ -157,6 +157,10 @@ QString kindOf(const std::optional<JournalFault>& fault)
         return QStringLiteral("damaged");
     case Kind::Foreign:
         return QStringLiteral("foreign");
+    case Kind::OtherVersion:
+        return QStringLiteral("other version");
+    case Kind::OtherCurrency:
+        return QStringLiteral("other currency");
     case Kind::Unreachable:
         return QStringLiteral("unreachable");
     }
@@ -207,10 +211,11 @@ const std::vector<Step>& steps()
                               noon)
                  .has_value();
          }},
-        {"a printed ticket", [](Journal& j) { return j.markPrinted(1); }},
+        {"a printed ticket", [](Journal& j) { return j.markPrinted(2); }},
         {"a removed line", [](Journal& j) { return j.removeFromBasket(0); }},
         {"an emptied basket", [](Journal& j) { return j.clearBasket(); }},
-        {"a closed shift", [](Journal& j) { return j.closeShift(noon).has_value(); }}};
+        {"a closed shift", [](Journal& j) { return j.closeShift(noon).has_value(); }},
+        {"cash handed over", [](Journal& j) { return j.handOver(16, noon); }}};
     return all;
 }
 
@@ -300,7 +305,7 @@ private slots:
         }
         const QByteArray header = contentOf(file()).left(72);
         QCOMPARE(header.mid(68, 4), QByteArray("RivJ"));
-        QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\1", 4));
+        QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\2", 4));
     }
 
     void refusedFileStaysAsItIs_data()
@@ -326,10 +331,12 @@ private slots:
         database("another program's identifier",
                  {"PRAGMA application_id=77", "CREATE TABLE journal (currency)"}, "foreign");
         const QString ours = QStringLiteral("PRAGMA application_id=%1").arg(0x5269764a);
-        database("newer version", {ours, "PRAGMA user_version=2", "CREATE TABLE journal (a)"},
-                 "foreign");
+        database("newer version", {ours, "PRAGMA user_version=3", "CREATE TABLE journal (a)"},
+                 "other version");
+        database("older version", {ours, "PRAGMA user_version=1", "CREATE TABLE journal (a)"},
+                 "other version");
         database("our identifier, other tables",
-                 {ours, "PRAGMA user_version=1", "CREATE TABLE journal (a)"}, "damaged");
+                 {ours, "PRAGMA user_version=2", "CREATE TABLE journal (a)"}, "damaged");
     }
 
     void refusedFileStaysAsItIs()
@@ -388,7 +395,60 @@ private slots:
             journal.open(file(), Currency(code, decimals), 17);
             QVERIFY(sell(journal, {190}));
         }
-        checkRefusal("foreign");
+        checkRefusal("other currency");
+    }
+
+    /// Whoever looks into the file later finds what the terminal left when it lost power.
+    void unfinishedLogOfARefusedJournalStays_data()
+    {
+        QTest::addColumn<QString>("statement"); // executed in it before
+        QTest::addColumn<QString>("currency");
+        QTest::addColumn<QString>("fault");
+
+        QTest::newRow("another currency") << "SELECT 1"
+                                          << "PLN"
+                                          << "other currency";
+        QTest::newRow("another version") << "PRAGMA user_version=3"
+                                         << "EUR"
+                                         << "other version";
+        QTest::newRow("sums that do not agree") << "UPDATE sale SET total = 7"
+                                                << "EUR"
+                                                << "damaged";
+        QTest::newRow("table is missing") << "DROP TABLE basket"
+                                          << "EUR"
+                                          << "damaged";
+    }
+
+    void unfinishedLogOfARefusedJournalStays()
+    {
+        QFETCH(QString, statement);
+        QFETCH(QString, currency);
+        QFETCH(QString, fault);
+        leaveUnfinishedLog(statement);
+        const QByteArray content = contentOf(file());
+        const QByteArray log = contentOf(file() + "-wal");
+        QVERIFY(log.size() > 4096);
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            Journal journal;
+            QCOMPARE(kindOf(journal.open(file(), Currency(currency, 2), 17)), fault);
+            QVERIFY(!sell(journal, {95}));
+        }
+        QCOMPARE(contentOf(file()), content);
+        QCOMPARE(contentOf(file() + "-wal"), log);
+    }
+
+    void unfinishedLogOfOursIsTakenIn()
+    {
+        leaveUnfinishedLog("SELECT 1");
+        {
+            Journal journal;
+            QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+            QCOMPARE(text(journal.runningShift()), "17: 2 tickets 285, 0 by card 0, 1-2");
+        }
+        QVERIFY(!QFile::exists(file() + "-wal"));
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+        QCOMPARE(text(journal.runningShift()), "17: 2 tickets 285, 0 by card 0, 1-2");
     }
 
     /// The sales may be in the log: a new journal would throw it away.
@@ -423,8 +483,21 @@ private slots:
         QTest::newRow("sale is missing") << 0 << "DELETE FROM sale WHERE id = 1";
         QTest::newRow("all tickets of a sale are missing")
             << 0 << "DELETE FROM ticket WHERE sale = 3";
-        QTest::newRow("sum of a shift differs from the sales")
-            << 0 << "UPDATE shift SET ticket_sum = 0 WHERE z_number = 17";
+        for (const char* figure : {"ticket_count", "ticket_sum", "card_count", "card_sum",
+                                   "first_ticket", "last_ticket"}) {
+            QTest::addRow("%s of a shift differs from its tickets", figure)
+                << 0
+                << QStringLiteral("UPDATE shift SET %1 = %1 + 1 WHERE z_number = 17").arg(figure);
+            QTest::addRow("%s of a shift without sales is not 0", figure)
+                << 0 << QStringLiteral("UPDATE shift SET %1 = 1 WHERE z_number = 18").arg(figure);
+            QTest::addRow("%s of a shift is missing", figure)
+                << 0
+                << QStringLiteral("UPDATE shift SET %1 = NULL WHERE z_number = 17").arg(figure);
+        }
+        QTest::newRow("payment method of a sale differs from the shift's card sales")
+            << 0 << "UPDATE sale SET pay_method = 2 WHERE id = 8";
+        QTest::newRow("running shift is paid")
+            << 0 << "UPDATE shift SET paid_at = '2026-03-29T12:00:00.250Z' WHERE z_number = 19";
         QTest::newRow("no running shift") << 0 << "DELETE FROM shift WHERE closed_at IS NULL";
         QTest::newRow("two running shifts") << 0 << "INSERT INTO shift (z_number) VALUES (99)";
         QTest::newRow("no currency") << 0 << "DELETE FROM journal";
@@ -440,7 +513,9 @@ private slots:
             journal.open(file(), euro, 17);
             for (int sale = 0; sale < 100; ++sale)
                 QVERIFY(journal.confirmSale({ticket(190, QString(900, 'x')), ticket(95)},
-                                            PayMethod::Cash, noon));
+                                            sale % 3 == 0 ? PayMethod::Card : PayMethod::Cash,
+                                            noon));
+            QVERIFY(journal.closeShift(noon));
             QVERIFY(journal.closeShift(noon));
         }
         if (page == 0) {
@@ -631,6 +706,66 @@ private slots:
         QCOMPARE(text(journal.runningShift()), "20: 0 tickets 0, 0 by card 0, 0-0");
     }
 
+    void cashOfAClosedShiftIsHandedOver()
+    {
+        {
+            Journal journal;
+            journal.open(file(), euro, 17);
+            QVERIFY(sell(journal, {190, 95}));
+            QVERIFY(sell(journal, {450}, PayMethod::Card));
+            const auto closed = journal.closeShift(noon);
+            QVERIFY(closed);
+            QCOMPARE(closed->cash(), 285);
+            QVERIFY(!closed->paidAt.isValid());
+            QVERIFY(!journal.closedShifts().at(0).paidAt.isValid());
+            QVERIFY(journal.handOver(17, noon.addSecs(60)));
+            QCOMPARE(journal.closedShifts().at(0).paidAt, noon.addSecs(60));
+        }
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+        QCOMPARE(journal.closedShifts().at(0).paidAt, noon.addSecs(60));
+        QCOMPARE(journal.closedShifts().at(0).closedAt, noon);
+    }
+
+    void shiftWithoutCashIsPaidWhenItIsClosed()
+    {
+        Journal journal;
+        journal.open(file(), euro, 17);
+        QCOMPARE(journal.closeShift(noon)->paidAt, noon);
+        QVERIFY(sell(journal, {450}, PayMethod::Card));
+        QCOMPARE(journal.closeShift(noon.addDays(1))->paidAt, noon.addDays(1));
+        QCOMPARE(journal.closedShifts().at(0).paidAt, noon);
+        QCOMPARE(journal.closedShifts().at(1).paidAt, noon.addDays(1));
+    }
+
+    void nothingElseIsHandedOver_data()
+    {
+        QTest::addColumn<qint64>("shift");
+
+        QTest::newRow("paid shift") << qint64(17);
+        QTest::newRow("running shift") << qint64(19);
+        QTest::newRow("shift before the first") << qint64(16);
+        QTest::newRow("shift to come") << qint64(20);
+    }
+
+    void nothingElseIsHandedOver()
+    {
+        QFETCH(qint64, shift);
+        Journal journal;
+        journal.open(file(), euro, 17);
+        for (int day = 0; day < 3; ++day) {
+            QVERIFY(sell(journal, {190}));
+            if (day < 2)
+                QVERIFY(journal.closeShift(noon));
+        }
+        QVERIFY(journal.handOver(17, noon));
+        const QStringList before = journalContent();
+        QVERIFY(!journal.handOver(shift, noon.addDays(1)));
+        QCOMPARE(journalContent(), before);
+        QCOMPARE(kindOf(journal.fault()), "none");
+        QVERIFY(journal.handOver(18, noon)); // it goes on working
+    }
+
     void fullDiskStopsWithNothingHalfDone_data()
     {
         QTest::addColumn<int>("step");
@@ -761,13 +896,31 @@ private:
         QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), entries);
     }
 
-    /// A sale, of which one ticket is printed, and an unfinished basket.
+    /// The journal as a power cut leaves it: two tickets and `statement` in the log alone.
+    void leaveUnfinishedLog(const QString& statement)
+    {
+        const QString living = m_folder->filePath("living.db");
+        {
+            Journal journal;
+            journal.open(living, euro, 17);
+            QVERIFY(sell(journal, {190, 95}));
+            rowsOf(onlyConnection(), statement);
+            QVERIFY(QFile::copy(living, file()));
+            QVERIFY(QFile::copy(living + "-wal", file() + "-wal"));
+        }
+        QVERIFY(QFile::remove(living));
+    }
+
+    /// A closed shift, a sale, of which one ticket is printed, and an unfinished basket.
     void prepareDay()
     {
         Journal journal;
-        journal.open(file(), euro, 17);
+        journal.open(file(), euro, 16);
+        sell(journal, {100});
+        journal.markPrinted(1);
+        journal.closeShift(noon);
         sell(journal, {190, 95});
-        journal.markPrinted(2);
+        journal.markPrinted(3);
         journal.appendToBasket(ticket(450));
         journal.appendToBasket(ticket(95));
     }

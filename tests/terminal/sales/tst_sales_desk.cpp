@@ -144,7 +144,7 @@ private slots:
     {
         Counter counter(file());
         QVERIFY(counter.desk.add(AdultSingle));
-        counter.trip.setProperty("currentStopId", 80);
+        counter.trip.setCurrentStopId(80);
         counter.trip.setProperty("publicRouteExecutionId", "DynamicTrip");
         QVERIFY(counter.desk.add(AdultSingle));
         QCOMPARE(counter.line(0)->currentStopId(), 8);
@@ -297,6 +297,20 @@ private slots:
         QTest::newRow("printer cannot print") << "pay 1"
                                               << "fault"
                                               << "The ticket printer cannot print: no paper";
+        const char* const noCash = "There is no cash of this shift to hand over.";
+        QTest::newRow("cash of the running shift") << "handOver 18"
+                                                   << "shifts" << noCash;
+        QTest::newRow("cash of a shift that is paid") << "handOver 17"
+                                                      << "shifts" << noCash;
+        QTest::newRow("cash of a shift before the journal's first") << "handOver 16"
+                                                                    << "shifts" << noCash;
+        QTest::newRow("cash of a shift to come") << "handOver 19"
+                                                 << "shifts" << noCash;
+        for (const char* state : {"empty", "basket", "printing", "waiting"}) {
+            for (const char* call : {"out", "rest"})
+                QTest::addRow("%s while %s", call, state)
+                    << call << state << "There is no ticket in doubt.";
+        }
         QTest::newRow("shift with an open basket") << "close"
                                                    << "basket"
                                                    << "There are unpaid tickets in the basket.";
@@ -307,6 +321,8 @@ private slots:
                                                                     << "Tickets are being printed.";
             QTest::addRow("%s without a journal", call) << call << "damaged" << lostJournal;
         }
+        QTest::newRow("cash without a journal") << "handOver 17"
+                                                << "damaged" << lostJournal;
     }
 
     void refusals()
@@ -335,6 +351,13 @@ private slots:
         QTest::newRow("foreign") << "foreign"
                                  << "The file given as sales journal is not one of this terminal. "
                                     "Nothing can be sold.";
+        QTest::newRow("other version")
+            << "PRAGMA user_version=7"
+            << "The sales journal was kept by another version of this terminal. Nothing can be "
+               "sold.";
+        QTest::newRow("other currency")
+            << "UPDATE journal SET currency = 'PLN'"
+            << "The sales journal is kept in another currency. Nothing can be sold.";
         QTest::newRow("unreachable") << "unreachable"
                                      << "The sales journal cannot be written. Nothing can be sold.";
     }
@@ -348,8 +371,9 @@ private slots:
         if (fault == "locked") {
             other.open(path, euro, 1);
         } else if (fault == "foreign") {
-            Journal foreign;
-            foreign.open(path, Currency("PLN", 2), 1);
+            changeJournal("PRAGMA application_id=7");
+        } else if (fault.contains(' ')) {
+            changeJournal(fault);
         } else if (fault == "damaged") {
             QFile text(path);
             QVERIFY(text.open(QIODevice::WriteOnly));
@@ -383,6 +407,8 @@ private slots:
                                    << "basket";
         QTest::newRow("closed shift") << "close"
                                       << "empty";
+        QTest::newRow("cash handed over") << "handOver 17"
+                                          << "closed";
     }
 
     void journalThatFillsUpStopsSelling()
@@ -415,8 +441,8 @@ private slots:
         QVERIFY(run(again.desk, call));
     }
 
-    /// The passenger has paid: the tickets come out, and after a restart those that the journal
-    /// could not note come out again.
+    /// The passenger has paid: the tickets come out. After a restart the driver says that they are,
+    /// since the journal could not.
     void journalThatFillsUpWhilePrintingFinishesTheSale()
     {
         {
@@ -434,8 +460,12 @@ private slots:
         }
         Counter again(file());
         QCOMPARE(again.prices(), (QVector<qint64>{190, 95}));
-        QCOMPARE(again.desk.state(), SalesDesk::Printing);
-        QVERIFY(waitForEndOfSale(again));
+        QCOMPARE(again.desk.state(), SalesDesk::Interrupted);
+        SignalLog printer(&again.printer);
+        QVERIFY(again.desk.confirmTicketInDoubt());
+        QVERIFY(again.desk.confirmTicketInDoubt());
+        QCOMPARE(again.desk.state(), SalesDesk::Selling);
+        QCOMPARE(printer.take(), QStringList());
         QCOMPARE(again.report()->ticketCount(), 2);
     }
 
@@ -674,17 +704,77 @@ private slots:
         QCOMPARE(counter.basket.rowCount(), 0);
     }
 
-    void printingGoesOnAfterARestart()
+    /// Nobody but the driver knows whether the paper is out.
+    void interruptedPrintingIsAskedAboutAfterARestart()
     {
-        {
-            Counter counter(file());
-            QVERIFY(counter.desk.add(AdultSingle));
-            QVERIFY(counter.desk.add(ChildSingle));
-            QVERIFY(counter.desk.add(Free));
-            QVERIFY(counter.desk.pay(SalesDesk::Card));
-            QVERIFY(QTest::qWaitFor([&] { return counter.line(0)->printed(); }));
-        }
+        interruptPrinting();
         Counter counter(file());
+        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
+        QCOMPARE(counter.desk.ticketsInDoubt(), 2);
+        QCOMPARE(counter.desk.ticketInDoubt(), "000002");
+        QCOMPARE(counter.desk.obstacle(), QString());
+        QCOMPARE(counter.prices(), (QVector<qint64>{95, 0}));
+        QCOMPARE(progressOf(counter), "-- --");
+        const QStringList before = journalContent();
+        SignalLog printer(&counter.printer);
+        SignalLog desk(&counter.desk);
+        const QString decide =
+            "refused(The last sale was interrupted: say first which tickets are out.)";
+        for (const char* call : {"add 0", "remove 0", "clear", "pay 1", "close"})
+            QVERIFY(!run(counter.desk, call));
+        QCOMPARE(desk.take(), (QStringList{decide, decide, decide, decide, decide}));
+        counter.printer.print(); // for somebody else
+        counter.printer.setFault("no paper");
+        counter.printer.setFault({});
+        QTest::qWait(1);
+        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
+        QCOMPARE(progressOf(counter), "-- --");
+        QCOMPARE(journalContent(), before);
+        QVERIFY(!printer.take().contains("printed()"));
+    }
+
+    void ticketThatIsOutIsNotPrintedAgain()
+    {
+        interruptPrinting();
+        Counter counter(file());
+        SignalLog printer(&counter.printer);
+        SignalLog desk(&counter.desk);
+        QVERIFY(counter.desk.confirmTicketInDoubt());
+        QCOMPARE(desk.take(), QStringList("ticketsInDoubtChanged()"));
+        QCOMPARE(counter.desk.ticketsInDoubt(), 1);
+        QCOMPARE(counter.desk.ticketInDoubt(), "000003");
+        QCOMPARE(progressOf(counter), "ap --");
+        QCOMPARE(rowsOf(onlyConnection(), "SELECT number FROM ticket WHERE printed = 0"),
+                 QStringList("3"));
+        QVERIFY(counter.desk.confirmTicketInDoubt());
+        QCOMPARE(desk.take(), (QStringList{"totalChanged()", "stateChanged()", "saleFinished()",
+                                           "ticketsInDoubtChanged()"}));
+        QCOMPARE(counter.desk.state(), SalesDesk::Selling);
+        QCOMPARE(counter.desk.ticketsInDoubt(), 0);
+        QCOMPARE(counter.desk.ticketInDoubt(), QString());
+        QCOMPARE(counter.basket.rowCount(), 0);
+        QCOMPARE(printer.take(), QStringList());
+        QVERIFY(!counter.desk.confirmTicketInDoubt());
+        QVERIFY(counter.desk.add(AdultSingle));
+    }
+
+    void journalThatFillsUpKeepsTheDoubt()
+    {
+        interruptPrinting();
+        Counter counter(file());
+        fillUp();
+        QVERIFY(!counter.desk.confirmTicketInDoubt());
+        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
+        QCOMPARE(counter.desk.ticketsInDoubt(), 2);
+        QCOMPARE(progressOf(counter), "-- --");
+    }
+
+    void ticketsInDoubtArePrintedIfTheDriverSaysSo()
+    {
+        interruptPrinting();
+        Counter counter(file());
+        QVERIFY(counter.desk.printTicketsInDoubt());
+        QCOMPARE(counter.desk.ticketsInDoubt(), 0);
         QCOMPARE(counter.desk.state(), SalesDesk::Printing);
         QCOMPARE(counter.prices(), (QVector<qint64>{95, 0}));
         QCOMPARE(counter.line(0)->payMethod(), 2);
@@ -700,7 +790,7 @@ private slots:
                  QStringList("3"));
     }
 
-    void restartWithAPrinterFaultWaits()
+    void printingOfDoubtsWaitsForThePrinter()
     {
         {
             Counter counter(file());
@@ -711,6 +801,8 @@ private slots:
                 [&] { return counter.desk.state() == SalesDesk::WaitingForPrinter; }));
         }
         Counter counter(file(), euro, 0.0, "no paper");
+        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
+        QVERIFY(counter.desk.printTicketsInDoubt());
         QCOMPARE(counter.desk.state(), SalesDesk::WaitingForPrinter);
         QCOMPARE(progressOf(counter), "--");
         QVERIFY(!counter.desk.add(AdultSingle));
@@ -776,6 +868,7 @@ private slots:
         QRandomGenerator random(20260329);
         const QVector<QPair<int, qint64>> tiles{
             {AdultSingle, 190}, {ChildSingle, 95}, {DayTicket, 450}, {Free, 0}, {TooExact, 101}};
+        qint64 owed = 0;
         for (int shift = 0; shift < 12; ++shift) {
             Counter counter(file());
             rowsOf(onlyConnection(), "PRAGMA synchronous=OFF"); // this is about sums
@@ -794,10 +887,15 @@ private slots:
                     cardCount += isCard ? 1 : 0;
                 }
                 QVERIFY(sell(counter, basket, isCard ? SalesDesk::Card : SalesDesk::Cash));
-                compareSums(counter, sum, cardSum);
+                compareSums(counter, sum, cardSum, owed);
                 QCOMPARE(counter.report()->cardSellCount(), cardCount);
             }
             QVERIFY(counter.desk.closeShift());
+            if (shift % 2 == 0)
+                owed += sum - cardSum;
+            else if (sum > cardSum)
+                QVERIFY(counter.desk.handOver(counter.report(1)->zNumber()));
+            QCOMPARE(counter.report()->currentDebt(), euro.toUnits(owed));
         }
     }
 
@@ -810,10 +908,10 @@ private slots:
         QVERIFY(counter.desk.closeShift());
         QCOMPARE(log.take(), QStringList("shiftClosed(double)"));
         const QStringList expected{
-            "18 open: 0 tickets 0, 0 by card 0, -, z 0, debt 0 of 100",
-            "17 closed: 2 tickets 2.85, 1 by card 0.95, 000001-000002, z 2.85, debt 0 of 100"};
+            "18 open: 0 tickets 0, 0 by card 0, -, z 0, debt 1.9 of 100",
+            "17 closed: 2 tickets 2.85, 1 by card 0.95, 000001-000002, z 2.85, debt 1.9 of 100"};
         QCOMPARE(reportsOf(counter), expected);
-        QVERIFY(counter.report(1)->paymentDate().isValid());
+        QVERIFY(!counter.report(1)->paymentDate().isValid());
         QVERIFY(!counter.report(0)->paymentDate().isValid());
         QCOMPARE(counter.report(0)->id(), 18);
         QCOMPARE(counter.report(0)->parent(), &counter.zReports);
@@ -823,13 +921,72 @@ private slots:
         for (const QString& each : reports.take())
             QCOMPARE(each, rowChanged(0)); // the row that runs now, each change once
         QCOMPARE(text(*counter.report()),
-                 "18 open: 1 tickets 4.5, 0 by card 0, 000003-000003, z 4.5, debt 4.5 of 100");
+                 "18 open: 1 tickets 4.5, 0 by card 0, 000003-000003, z 4.5, debt 6.4 of 100");
+    }
+
+    void cashIsOwedUntilItIsHandedOver()
+    {
+        Counter counter(file(), euro, 100.0);
+        for (const int tile : {AdultSingle, ChildSingle, DayTicket}) {
+            QVERIFY(sell(counter, {tile}, SalesDesk::Cash));
+            if (tile != DayTicket)
+                QVERIFY(counter.desk.closeShift());
+        }
+        QCOMPARE(debtsOf(counter), (QVector<double>{7.35, 0.95, 1.9}));
+        SignalLog desk(&counter.desk);
+        SignalLog reports(&counter.zReports);
+        QVERIFY(counter.desk.handOver(17));
+        QCOMPARE(desk.take(), QStringList("shiftPaid(double)"));
+        QCOMPARE(reports.take(), (QStringList{rowChanged(2), rowChanged(2), rowChanged(0)}));
+        QCOMPARE(debtsOf(counter), (QVector<double>{5.45, 0.95, 0.0}));
+        QVERIFY(counter.report(2)->paymentDate().isValid());
+        QVERIFY(!counter.report(1)->paymentDate().isValid());
+        QVERIFY(counter.desk.add(AdultSingle)); // an open basket does not matter
+        QVERIFY(counter.desk.handOver(18));
+        QCOMPARE(debtsOf(counter), (QVector<double>{4.5, 0.0, 0.0}));
+        QVERIFY(counter.desk.clear());
+        QVERIFY(counter.desk.closeShift());
+        QCOMPARE(debtsOf(counter), (QVector<double>{4.5, 4.5, 0.0, 0.0}));
+    }
+
+    void debtIsThereAfterARestart()
+    {
+        QStringList before;
+        QDateTime paidAt;
+        {
+            Counter counter(file(), euro, 50.0);
+            for (const int tile : {AdultSingle, ChildSingle, DayTicket}) {
+                QVERIFY(sell(counter, {tile}, SalesDesk::Cash));
+                QVERIFY(counter.desk.closeShift());
+            }
+            QVERIFY(counter.desk.handOver(18));
+            before = reportsOf(counter);
+            paidAt = counter.report(2)->paymentDate();
+        }
+        Counter counter(file(), euro, 50.0);
+        QCOMPARE(reportsOf(counter), before);
+        QCOMPARE(debtsOf(counter), (QVector<double>{6.4, 4.5, 0.0, 1.9}));
+        QCOMPARE(counter.report(2)->paymentDate(), paidAt);
+        QVERIFY(counter.desk.keepsShift(17));
+        QVERIFY(counter.desk.keepsShift(20));
+        QVERIFY(!counter.desk.keepsShift(16));
+        QVERIFY(!counter.desk.keepsShift(qQNaN()));
+        QVERIFY(counter.desk.handOver(20 - 3));
+    }
+
+    void shiftWithoutCashOwesNothing()
+    {
+        Counter counter(file());
+        QVERIFY(sell(counter, {AdultSingle}, SalesDesk::Card));
+        QVERIFY(counter.desk.closeShift());
+        QCOMPARE(debtsOf(counter), (QVector<double>{0.0, 0.0}));
+        QVERIFY(counter.report(1)->paymentDate().isValid());
+        QVERIFY(!counter.desk.handOver(17));
     }
 
     void reportsAreThereAfterARestart()
     {
         QStringList before;
-        QDateTime closedAt;
         {
             Counter counter(file(), euro, 50.0);
             QVERIFY(sell(counter, {AdultSingle}, SalesDesk::Cash));
@@ -838,12 +995,10 @@ private slots:
             QVERIFY(counter.desk.closeShift());
             QVERIFY(sell(counter, {DayTicket}, SalesDesk::Cash));
             before = reportsOf(counter);
-            closedAt = counter.report(1)->paymentDate();
         }
         QCOMPARE(before.size(), 3);
         Counter counter(file(), euro, 50.0);
         QCOMPARE(reportsOf(counter), before);
-        QCOMPARE(counter.report(1)->paymentDate(), closedAt);
     }
 
     void shiftWithoutSalesCanBeClosed()
@@ -920,11 +1075,47 @@ private:
         }
     }
 
+    /// The journal of a sale of which one ticket of three was noted as printed.
+    void interruptPrinting()
+    {
+        Counter counter(file());
+        QVERIFY(counter.desk.add(AdultSingle));
+        QVERIFY(counter.desk.add(ChildSingle));
+        QVERIFY(counter.desk.add(Free));
+        QVERIFY(counter.desk.pay(SalesDesk::Card));
+        QVERIFY(QTest::qWaitFor([&] { return counter.line(0)->printed(); }));
+    }
+
+    /// A journal with one change.
+    void changeJournal(const QString& statement)
+    {
+        Journal journal;
+        journal.open(file(), euro, 1);
+        rowsOf(onlyConnection(), statement);
+    }
+
+    static QVector<double> debtsOf(const Counter& counter)
+    {
+        QVector<double> debts;
+        for (int row = 0; row < counter.zReports.rowCount(); ++row)
+            debts.append(counter.report(row)->currentDebt());
+        return debts;
+    }
+
     /// Brings a new desk into a state, see refusals_data().
     static void bring(Counter& counter, const QString& state)
     {
         if (state == "empty")
             return;
+        if (state == "closed" || state == "shifts") {
+            QVERIFY(sell(counter, {AdultSingle}, SalesDesk::Cash));
+            QVERIFY(counter.desk.closeShift());
+            if (state == "shifts") {
+                QVERIFY(sell(counter, {AdultSingle}, SalesDesk::Cash));
+                QVERIFY(counter.desk.handOver(17));
+            }
+            return;
+        }
         if (state == "full") {
             rowsOf(onlyConnection(), "PRAGMA synchronous=OFF");
             for (int i = 0; i < SalesDesk::mostTickets; ++i)
@@ -946,7 +1137,7 @@ private:
         }
     }
 
-    /// "add 3", "remove 0", "clear", "pay 1" or "close".
+    /// "add 3", "remove 0", "clear", "pay 1", "close", "handOver 17", "out" or "rest".
     static bool run(SalesDesk& desk, const QString& call)
     {
         const int argument = call.section(' ', 1).toInt();
@@ -958,15 +1149,21 @@ private:
             return desk.clear();
         if (call.startsWith("pay"))
             return desk.pay(static_cast<SalesDesk::Payment>(argument));
+        if (call.startsWith("handOver"))
+            return desk.handOver(argument);
+        if (call == "out")
+            return desk.confirmTicketInDoubt();
+        if (call == "rest")
+            return desk.printTicketsInDoubt();
         return desk.closeShift();
     }
 
-    static void compareSums(const Counter& counter, qint64 sum, qint64 cardSum)
+    static void compareSums(const Counter& counter, qint64 sum, qint64 cardSum, qint64 owed = 0)
     {
         QCOMPARE(counter.report()->ticketSumAmnt(), euro.toUnits(sum));
         QCOMPARE(counter.report()->zSum(), euro.toUnits(sum));
         QCOMPARE(counter.report()->cardSellAmnt(), euro.toUnits(cardSum));
-        QCOMPARE(counter.report()->currentDebt(), euro.toUnits(sum - cardSum));
+        QCOMPARE(counter.report()->currentDebt(), euro.toUnits(sum - cardSum + owed));
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

@@ -218,6 +218,8 @@ private:
         {
             Counter counter(file);
             QCOMPARE(counter.desk.obstacle(), QString());
+            if (counter.desk.state() == SalesDesk::Interrupted)
+                QVERIFY(counter.desk.printTicketsInDoubt());
             QVERIFY(QTest::qWaitFor([&] { return counter.desk.state() == SalesDesk::Selling; }));
             QCOMPARE(counter.basket.rowCount(), before.basket.size());
             QCOMPARE(counter.zReports.rowCount(), before.closedShifts.size() + 1);

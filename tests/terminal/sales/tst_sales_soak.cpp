@@ -52,6 +52,7 @@ private slots:
             QCOMPARE(counter.report()->toTicketNumber().toInt(), ticketCount);
             if (sale % salesPerShift == 0) {
                 QVERIFY(counter.desk.closeShift());
+                QVERIFY(counter.desk.handOver(counter.report(1)->zNumber()));
                 sum = 0;
                 cardSum = 0;
             }

@@ -76,9 +76,22 @@ ScreenCase {
         test.tap("payCash")
         test.tryVerify(() => Harness.basket("printed") === "true|false|false")
         Harness.restart()
-        test.compare(Harness.basket("accepted"), "true|false")
+        test.compare(Harness.basket("accepted"), "false|false")
         test.compare(Harness.basket("price"), "0.7|0.7")
+        test.shows("doubtText", "Paid, but the terminal stopped while printing."
+                                + " Is ticket 000002 out?")
+        test.compare(Harness.countOf("payCash"), 0)
+        test.sellTile(0)
+        test.basketIs(2)
+        test.tap("confirmDoubt")
+        test.shows("doubtText", "Paid, but the terminal stopped while printing."
+                                + " Is ticket 000003 out?")
+        test.compare(Harness.basket("printed"), "true|false")
+        test.tap("printDoubts")
+        test.compare(Harness.countOf("doubtText"), 0)
+        test.compare(Harness.basket("accepted"), "true|true")
         test.basketIs(0)
+        test.compare(Harness.countOf("payCash"), 1)
         test.tap("nav-zreport")
         test.shows("runningSum", "€2.80")
     }
