@@ -67,7 +67,7 @@
     </message>
     <message>
         <source>Paid, but the terminal stopped while printing. Is ticket %1 out?</source>
-        <translation>Bezahlt, aber das Terminal fiel beim Drucken aus. Ist Fahrkarte %1 gedruckt?</translation>
+        <translation>Bezahlt, dann beim Drucken ausgefallen. Ist Fahrkarte %1 gedruckt?</translation>
     </message>
     <message>
         <source>It is out</source>
