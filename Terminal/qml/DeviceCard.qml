@@ -38,7 +38,10 @@ T.AbstractButton {
             x: 2 * Theme.gap
             y: 14
             size: 40
-            source: root.terminal.icon(root.iconSource, "qrc:/icons/device.svg")
+            objectName: "deviceIcon"
+            source: root.terminal.icon(root.iconSource,
+                                       root.terminal.devices.isPrinter(root.index)
+                                       ? "qrc:/icons/printer.svg" : "qrc:/icons/device.svg")
         }
         PlainText {
             id: name

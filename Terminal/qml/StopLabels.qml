@@ -13,7 +13,7 @@ QtObject {
 
     /// From the middle of a stop to its name, and the room that a line takes.
     readonly property int distance: 11
-    readonly property int cell: 4
+    readonly property int cell: 3
     readonly property int ofLine: -1
 
     readonly property FontMetrics metrics: FontMetrics {
@@ -30,7 +30,7 @@ QtObject {
         const left = -width - root.distance
         const middle = -root.height / 2
         const places = []
-        for (const y of [middle, middle - 8, middle + 8, -root.height - 4, 4])
+        for (const y of [middle, middle - 8, middle + 8, -root.height - 4, 4, -root.height - 8, 8])
             places.push(Qt.point(right, y), Qt.point(left, y))
         for (const y of [-root.height - root.distance, root.distance])
             places.push(Qt.point(-width / 2, y), Qt.point(-width / 4, y),

@@ -127,6 +127,7 @@ private slots:
     void feedWithoutVehicles();
     void flagsFollowTheReports();
     void onlyPrintersRunOutOfPaper();
+    void aPrinterWithoutAnIconLooksLikeOne();
 };
 
 void FleetPagesTest::initTestCase()
@@ -405,6 +406,17 @@ void FleetPagesTest::onlyPrintersRunOutOfPaper()
     shown.tap(shown.all("stateText").at(1));
     QTRY_VERIFY(shown.item("event-Paper jam") == nullptr);
     QVERIFY(shown.item("event-No connection") != nullptr);
+}
+
+void FleetPagesTest::aPrinterWithoutAnIconLooksLikeOne()
+{
+    Shown shown(shippedFeed("hill-valley.json"), "devices", {1280, 800});
+    QTRY_COMPARE(shown.all("deviceIcon").size(), 3);
+    QStringList icons;
+    for (const QQuickItem* icon : shown.all("deviceIcon"))
+        icons.append(icon->property("source").toUrl().toString());
+    QCOMPARE(icons, QStringList({"qrc:/icons/printer.svg", "qrc:/icons/card.svg",
+                                 "qrc:/icons/device.svg"}));
 }
 
 QTEST_MAIN(FleetPagesTest)
