@@ -5,7 +5,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cmath>
 #include <functional>
+#include <limits>
 #include <memory>
 
 using namespace rivo::sales;
