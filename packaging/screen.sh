@@ -18,17 +18,26 @@ wayland_answers() {
         dpkg-query -W -f '${db:Status-Status}\n' qtwayland5 2> /dev/null | grep -qx installed
 }
 
+# platform_was_chosen: the user has named a Qt platform that shows windows, as on a vehicle without X.
+platform_was_chosen() {
+    case "${QT_QPA_PLATFORM:-}" in
+        "" | offscreen | minimal) return 1 ;;
+    esac
+}
+
 # screen_to_use: prints the Qt platform that can open a window, or nothing; then one line on standard
 # error if there should have been a screen.
 screen_to_use() {
-    if x_answers; then
+    if platform_was_chosen; then
+        echo "$QT_QPA_PLATFORM"
+    elif x_answers; then
         echo xcb
     elif wayland_answers; then
         echo wayland
     elif [ -n "${DISPLAY:-}" ]; then
         echo "No X server answers at DISPLAY=$DISPLAY; drawing a picture instead." >&2
     elif [ -n "${WAYLAND_DISPLAY:-}" ]; then
-        echo "WAYLAND_DISPLAY=$WAYLAND_DISPLAY cannot be used (it needs the package qtwayland5);" \
+        echo "WAYLAND_DISPLAY=$WAYLAND_DISPLAY cannot be used (no socket of that name, or no package qtwayland5);" \
             "drawing a picture instead." >&2
     fi
 }

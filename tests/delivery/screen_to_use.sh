@@ -9,7 +9,7 @@ source_dir="$1" xvfb_run="$2"
 folder="$(mktemp -d)"
 trap 'rm -rf "$folder"' EXIT
 ask=". '$source_dir/packaging/screen.sh'; screen_to_use 2>&1"
-asked() { env -u DISPLAY -u WAYLAND_DISPLAY -u XDG_RUNTIME_DIR "$@" bash -euo pipefail -c "$ask"; }
+asked() { env -u QT_QPA_PLATFORM -u DISPLAY -u WAYLAND_DISPLAY -u XDG_RUNTIME_DIR "$@" bash -euo pipefail -c "$ask"; }
 
 # A socket that is there, and packages that are or are not installed, whatever this machine has.
 python3 -c 'import socket, sys; socket.socket(socket.AF_UNIX).bind(sys.argv[1])' "$folder/wayland-0"
@@ -21,13 +21,16 @@ done
 with_plugin="PATH=$folder/installed:$PATH" without_plugin="PATH=$folder/not-installed:$PATH"
 wayland="WAYLAND_DISPLAY=wayland-0"
 here="XDG_RUNTIME_DIR=$folder"
-cannot="WAYLAND_DISPLAY=wayland-0 cannot be used (it needs the package qtwayland5); drawing a picture instead."
+cannot="WAYLAND_DISPLAY=wayland-0 cannot be used (no socket of that name, or no package qtwayland5); drawing a picture instead."
 # No server has this number: it is the highest that its port leaves room for.
 stale="DISPLAY=:59535"
 
 expect "says nothing where there is no screen" "" "$(asked)"
 expect "uses an X server that answers" "xcb" \
     "$("$xvfb_run" -a env -u WAYLAND_DISPLAY bash -euo pipefail -c "$ask")"
+expect "uses what the user has chosen" "eglfs" \
+    "$(asked QT_QPA_PLATFORM=eglfs "$stale" "$wayland" "$here" "$with_plugin")"
+expect "opens no window where nobody sees it" "" "$(asked QT_QPA_PLATFORM=offscreen)"
 expect "uses the X server before Wayland" "xcb" \
     "$("$xvfb_run" -a env "$wayland" "$here" "$with_plugin" bash -euo pipefail -c "$ask")"
 expect "names an X server that does not answer" \
