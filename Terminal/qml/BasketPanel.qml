@@ -79,7 +79,7 @@ Rectangle {
         Rectangle {
             width: parent.width
             height: obstacleText.implicitHeight + 16
-            visible: obstacleText.text !== ""
+            visible: obstacleText.text !== "" && !root.isInterrupted
             radius: Theme.radius
             color: Theme.error
             PlainText {
@@ -113,34 +113,42 @@ Rectangle {
                 font.weight: Font.Bold
             }
         }
-        Column {
+        PlainText {
+            objectName: "doubtText"
+            width: parent.width
+            visible: root.isInterrupted
+            text: qsTr("Paid, but the terminal stopped while printing. Is ticket %1 out?")
+                      .arg(root.terminal.desk.firstTicketInDoubt)
+            wrapMode: Text.Wrap
+            elide: Text.ElideNone
+            font.weight: Font.DemiBold
+            color: Theme.warning
+        }
+        // Both ask once more: they stand where the driver is used to pay.
+        Row {
             width: parent.width
             spacing: Theme.gap
             visible: root.isInterrupted
-            PlainText {
-                objectName: "doubtText"
-                width: parent.width
-                text: qsTr("Paid, but the terminal stopped while printing. Is ticket %1 out?")
-                          .arg(root.terminal.desk.ticketInDoubt)
-                wrapMode: Text.Wrap
-                elide: Text.ElideNone
-                font.weight: Font.DemiBold
-                color: Theme.warning
-            }
             PanelButton {
                 objectName: "confirmDoubt"
-                width: parent.width
+                width: (parent.width - Theme.gap) / 2
                 text: qsTr("It is out")
-                iconSource: "qrc:/icons/ok.svg"
-                onClicked: root.terminal.desk.confirmTicketInDoubt()
+                onClicked: {
+                    confirming.question = qsTr("Is ticket %1 out?")
+                                              .arg(root.terminal.desk.firstTicketInDoubt)
+                    confirming.open()
+                }
             }
             PanelButton {
                 objectName: "printDoubts"
-                width: parent.width
-                accent: true
-                text: qsTr("Print %n ticket(s)", "", root.terminal.desk.ticketsInDoubt)
-                iconSource: "qrc:/icons/printer.svg"
-                onClicked: root.terminal.desk.printTicketsInDoubt()
+                width: (parent.width - Theme.gap) / 2
+                text: qsTr("Print (%1)", "as a button, how many tickets")
+                          .arg(root.terminal.desk.ticketsInDoubt)
+                onClicked: {
+                    printing.question = qsTr("Print %n ticket(s)?", "",
+                                             root.terminal.desk.ticketsInDoubt)
+                    printing.open()
+                }
             }
         }
         Row {
@@ -176,5 +184,21 @@ Rectangle {
         question: qsTr("Remove all tickets from the basket?")
         confirmText: qsTr("Remove all")
         onConfirmed: root.terminal.desk.clear()
+    }
+    Confirmation {
+        id: confirming
+
+        objectName: "doubtConfirmation"
+        consequence: qsTr("It will not be printed again.")
+        confirmText: qsTr("It is out")
+        onConfirmed: root.terminal.desk.confirmTicketInDoubt()
+    }
+    Confirmation {
+        id: printing
+
+        objectName: "printConfirmation"
+        consequence: qsTr("Those that are out already come out twice.")
+        confirmText: qsTr("Print")
+        onConfirmed: root.terminal.desk.printTicketsInDoubt()
     }
 }

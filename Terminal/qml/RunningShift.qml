@@ -9,12 +9,13 @@ ShiftReport {
     required property double maxAllowedDebt
     property string closedNumber ///< of the shift before, if it was closed on this page
 
+    readonly property double ownCash: zSumData - cardSellAmountData ///< of this shift alone
     readonly property bool hasLimit: maxAllowedDebt > 0
     readonly property bool isLimitReached: hasLimit && currentDebt >= maxAllowedDebt
     /// What closing means, for the question before it.
     readonly property string consequence:
         qsTr("%n ticket(s) for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.",
-             "", ticketCountData).arg(money(zSumData)).arg(money(zSumData - cardSellAmountData))
+             "", ticketCountData).arg(money(zSumData)).arg(money(ownCash))
                                  .arg((zNumberData + 1).toFixed(0))
     signal closeRequested
 
@@ -160,7 +161,9 @@ ShiftReport {
                     width: parent.width
                     text: !root.hasLimit ? qsTr("There is no limit.")
                         : root.isLimitReached
-                          ? qsTr("The limit of %1 is reached: close the shift and hand the cash over.")
+                          ? (root.ownCash > 0
+                             ? qsTr("The limit of %1 is reached: close the shift and hand the cash over.")
+                             : qsTr("The limit of %1 is reached: hand the cash over."))
                                 .arg(root.money(root.maxAllowedDebt))
                           : qsTr("Limit %1").arg(root.money(root.maxAllowedDebt))
                     wrapMode: Text.Wrap

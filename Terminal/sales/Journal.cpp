@@ -134,6 +134,16 @@ JournalFault faultOf(const QSqlError& error)
 /// The write-ahead log beside a database.
 QString logOf(const QString& file) { return file + QLatin1String("-wal"); }
 
+/// The file that SQLite opens for `file`, and keeps its log beside: it follows links.
+QString targetOf(const QString& file)
+{
+    constexpr int mostLinks = 40; // as many as the system follows
+    QFileInfo info(file);
+    for (int links = 0; info.isSymLink() && links < mostLinks; ++links)
+        info.setFile(info.symLinkTarget());
+    return info.absoluteFilePath();
+}
+
 /// Why a file is neither ours nor to be made. Read without SQLite, which would finish the
 /// interrupted transactions of any database that it opens, and throw away the log of an empty one.
 std::optional<JournalFault> headerFault(const QString& file)
@@ -192,12 +202,13 @@ struct Check
     const char* result;
 };
 
-std::array<Check, 6> checks()
+std::array<Check, 7> checks()
 {
-    return {{{QStringLiteral("PRAGMA quick_check(1)"), "ok"},
+    return {{{QStringLiteral("PRAGMA integrity_check(1)"), "ok"},
              {QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name IN"
                              " ('journal', 'shift', 'sale', 'ticket', 'basket')"),
               "5"},
+             {QStringLiteral("SELECT COUNT(*) FROM pragma_foreign_key_check"), "0"},
              {QStringLiteral("SELECT COUNT(*) FROM shift WHERE closed_at IS NULL"), "1"},
              {QStringLiteral("SELECT COUNT(*) FROM shift WHERE closed_at IS NULL AND paid_at IS NOT"
                              " NULL"),
@@ -236,7 +247,7 @@ void Journal::close()
     m_connection.clear();
 }
 
-bool Journal::stop(const JournalFault& fault)
+bool Journal::fail(const JournalFault& fault)
 {
     if (!m_fault)
         m_fault = fault;
@@ -247,8 +258,9 @@ std::optional<JournalFault> Journal::open(const QString& file, const Currency& c
                                           qint64 firstZNumber)
 {
     close();
-    m_fault = headerFault(file);
-    if (!m_fault && !(connectTo(file) && prepare(currency, firstZNumber)))
+    const QString target = targetOf(file);
+    m_fault = headerFault(target);
+    if (!m_fault && !(connectTo(target) && prepare(currency, firstZNumber)))
         close();
     return m_fault;
 }
@@ -259,7 +271,15 @@ bool Journal::connectTo(const QString& file)
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
     db.setDatabaseName(file);
     db.setConnectOptions(lockTimeout);
-    return db.open() ? setCheckpointOnClose(false) : stop(faultOf(db.lastError()));
+    if (!db.open())
+        return fail(faultOf(db.lastError()));
+    // Its handle is used below: a driver with an SQLite of its own would not survive that.
+    const std::optional<QVariant> source = value(QStringLiteral("SELECT sqlite_source_id()"));
+    if (!source)
+        return false;
+    return source->toString() == QLatin1String(sqlite3_sourceid())
+               ? setCheckpointOnClose(false)
+               : fail({JournalFault::Kind::Unreachable, source->toString()});
 }
 
 /// A write-ahead log that is left over would go into the database when the last connection closes,
@@ -271,15 +291,14 @@ bool Journal::setCheckpointOnClose(bool isWanted)
     sqlite3* handle = isSqlite ? *static_cast<sqlite3* const*>(driverHandle.constData()) : nullptr;
     return (handle != nullptr && sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE,
                                                    isWanted ? 0 : 1, nullptr) == SQLITE_OK) ||
-           stop({JournalFault::Kind::Unreachable,
-                 QStringLiteral("not the SQLite it was built for")});
+           fail({JournalFault::Kind::Unreachable, QStringLiteral("no handle of SQLite")});
 }
 
 /// Looks before it writes: a file that is not ours stays as it is.
 bool Journal::prepare(const Currency& currency, qint64 firstZNumber)
 {
     const std::optional<QVariant> objects =
-        setUp("locking_mode", "exclusive")
+        setPragma("locking_mode", "exclusive")
             ? value(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"))
             : std::nullopt;
     if (!objects || !run(QStringLiteral("PRAGMA synchronous=FULL")) ||
@@ -288,7 +307,7 @@ bool Journal::prepare(const Currency& currency, qint64 firstZNumber)
     // The tables come before the write-ahead log, so that the file itself says what it is.
     const bool isReady =
         objects->toInt() == 0 ? createTables(currency, firstZNumber) : hasValidContent(currency);
-    return isReady && setUp("journal_mode", "wal") &&
+    return isReady && setPragma("journal_mode", "wal") &&
            inTransaction([] { return true; }); // fails if it may only be read
 }
 
@@ -298,20 +317,20 @@ bool Journal::hasValidContent(const Currency& currency)
     if (!version)
         return false;
     if (version->toInt() != schemaVersion)
-        return stop({JournalFault::Kind::OtherVersion, version->toString()});
+        return fail({JournalFault::Kind::OtherVersion, version->toString()});
     for (const Check& check : checks()) {
         const std::optional<QVariant> result = value(check.statement);
         if (!result)
             return false;
         if (result->toString() != QLatin1String(check.result))
-            return stop(damaged(QStringLiteral("%1: %2").arg(check.statement, result->toString())));
+            return fail(damaged(QStringLiteral("%1: %2").arg(check.statement, result->toString())));
     }
     const std::optional<QVariant> kept =
         value(QStringLiteral("SELECT currency || ' ' || decimals FROM journal"));
     if (!kept)
         return false;
     return kept->toString() == moneyText(currency) ||
-           stop({JournalFault::Kind::OtherCurrency,
+           fail({JournalFault::Kind::OtherCurrency,
                  QStringLiteral("kept in %1, not in %2")
                      .arg(kept->toString(), moneyText(currency))});
 }
@@ -360,18 +379,18 @@ std::optional<QVariant> Journal::value(const QString& statement)
 {
     QSqlQuery query(database());
     if (!query.exec(statement) || (!query.next() && query.lastError().isValid())) {
-        stop(faultOf(query.lastError()));
+        fail(faultOf(query.lastError()));
         return std::nullopt;
     }
     if (!query.isValid()) {
-        stop(damaged(QStringLiteral("%1: nothing").arg(statement)));
+        fail(damaged(QStringLiteral("%1: nothing").arg(statement)));
         return std::nullopt;
     }
     return query.value(0);
 }
 
 /// Settings that SQLite answers with what it made of them.
-bool Journal::setUp(const char* setting, const char* wanted)
+bool Journal::setPragma(const char* setting, const char* wanted)
 {
     const QString statement =
         QStringLiteral("PRAGMA %1=%2").arg(QLatin1String(setting), QLatin1String(wanted));
@@ -379,15 +398,15 @@ bool Journal::setUp(const char* setting, const char* wanted)
     if (!result)
         return false;
     return result->toString() == QLatin1String(wanted) ||
-           stop({JournalFault::Kind::Unreachable, statement});
+           fail({JournalFault::Kind::Unreachable, statement});
 }
 
-bool Journal::run(QSqlQuery& query) { return query.exec() || stop(faultOf(query.lastError())); }
+bool Journal::run(QSqlQuery& query) { return query.exec() || fail(faultOf(query.lastError())); }
 
 bool Journal::run(const QString& statement)
 {
     QSqlQuery query(database());
-    return query.prepare(statement) ? run(query) : stop(faultOf(query.lastError()));
+    return query.prepare(statement) ? run(query) : fail(faultOf(query.lastError()));
 }
 
 /// Runs `query` and calls `use` on each row. False if not all rows could be read.
@@ -398,7 +417,7 @@ bool Journal::forEachRow(QSqlQuery& query, Use use)
         return false;
     while (query.next())
         use();
-    return !query.lastError().isValid() || stop(faultOf(query.lastError()));
+    return !query.lastError().isValid() || fail(faultOf(query.lastError()));
 }
 
 /// Runs `steps`, which say whether they succeeded, as one transaction.
@@ -496,7 +515,7 @@ std::optional<QVector<Ticket>> Journal::confirmSale(const QVector<Ticket>& ticke
         if (!run(sale))
             return false;
         if (sale.numRowsAffected() != 1)
-            return stop(damaged(QStringLiteral("not exactly one running shift")));
+            return fail(damaged(QStringLiteral("not exactly one running shift")));
         const QVariant saleId = sale.lastInsertId();
         for (Ticket& ticket : sold) {
             const auto number =
@@ -551,12 +570,17 @@ std::optional<ShiftReport> Journal::runningShift()
 
 QVector<ShiftReport> Journal::closedShifts()
 {
-    if (m_fault)
-        return {};
+    return m_fault ? QVector<ShiftReport>() : readShifts(QStringLiteral("closed_at IS NOT NULL"));
+}
+
+/// The kept figures of the shifts that meet `condition`, the oldest first.
+QVector<ShiftReport> Journal::readShifts(const QString& condition)
+{
     QSqlQuery query(database());
     query.prepare(QStringLiteral("SELECT z_number, ticket_count, ticket_sum, card_count, card_sum,"
                                  " first_ticket, last_ticket, closed_at, paid_at FROM shift"
-                                 " WHERE closed_at IS NOT NULL ORDER BY z_number"));
+                                 " WHERE %1 ORDER BY z_number")
+                      .arg(condition));
     QVector<ShiftReport> reports;
     const bool isRead = forEachRow(query, [&] {
         ShiftReport report = figures(query);
@@ -594,16 +618,21 @@ std::optional<ShiftReport> Journal::closeShift(const QDateTime& at)
     return isDone ? report : std::nullopt;
 }
 
-bool Journal::handOver(qint64 zNumber, const QDateTime& at)
+std::optional<ShiftReport> Journal::handOver(qint64 zNumber, const QDateTime& at)
 {
-    return inTransaction([&] {
+    QVector<ShiftReport> paid;
+    const bool isDone = inTransaction([&] {
         QSqlQuery query(database());
         query.prepare(QStringLiteral("UPDATE shift SET paid_at = ? WHERE z_number = ?"
                                      " AND closed_at IS NOT NULL AND paid_at IS NULL"));
         query.addBindValue(timeText(at));
         query.addBindValue(zNumber);
-        return run(query) && query.numRowsAffected() == 1;
+        if (!run(query) || query.numRowsAffected() != 1)
+            return false;
+        paid = readShifts(QStringLiteral("z_number = %1").arg(zNumber));
+        return paid.size() == 1;
     });
+    return isDone ? std::make_optional(paid.first()) : std::nullopt;
 }
 
 } // namespace rivo::sales

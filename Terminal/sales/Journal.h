@@ -47,9 +47,10 @@ public:
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;
 
-    /// Opens `file`; one that is missing or empty is made, with its first shift numbered
-    /// `firstZNumber`. An existing one is checked from end to end: pages, sums of sales and all
-    /// figures of shifts. A second call closes what was open.
+    /// Opens `file` and returns what is wrong; nothing if it can be used. One that is missing or
+    /// empty is made, with its first shift numbered
+    /// `firstZNumber`. An existing one is checked from end to end: pages, indexes, sums of sales
+    /// and all figures of shifts. A second call closes what was open.
     std::optional<JournalFault> open(const QString& file, const Currency& currency,
                                      qint64 firstZNumber);
 
@@ -83,9 +84,9 @@ public:
     /// hand over: it is paid at once.
     std::optional<ShiftReport> closeShift(const QDateTime& at);
 
-    /// Notes that the cash of a closed shift was handed over. False without a fault if there is no
-    /// such shift, or it is paid already.
-    bool handOver(qint64 zNumber, const QDateTime& at);
+    /// Notes that the cash of a closed shift was handed over, and returns the shift. Nothing, and
+    /// no fault, if there is no such shift or it is paid already.
+    std::optional<ShiftReport> handOver(qint64 zNumber, const QDateTime& at);
 
 private:
     QSqlDatabase database() const;
@@ -96,7 +97,7 @@ private:
     bool hasValidContent(const Currency& currency);
     bool createTables(const Currency& currency, qint64 firstZNumber);
     std::optional<QVariant> value(const QString& statement);
-    bool setUp(const char* setting, const char* wanted);
+    bool setPragma(const char* setting, const char* wanted);
     template <typename Use>
     bool forEachRow(QSqlQuery& query, Use use);
     template <typename Steps>
@@ -106,8 +107,9 @@ private:
     std::optional<qint64> insertTicket(const QString& table, const Ticket& ticket,
                                        const QVector<QVariant>& keys);
     QVector<Ticket> readTickets(const QString& selection);
+    QVector<ShiftReport> readShifts(const QString& condition);
     std::optional<ShiftReport> sumUp(qint64 zNumber);
-    bool stop(const JournalFault& fault);
+    bool fail(const JournalFault& fault);
 
     QString m_connection; ///< empty if not open
     std::optional<JournalFault> m_fault = JournalFault{JournalFault::Kind::Unreachable, {}};

@@ -287,7 +287,8 @@ void SalesDesk::updateBadges(const QVector<Ticket>& tickets)
     for (int row = 0; row < m_models.grid.rowCount(); ++row) {
         auto* tile = qobject_cast<PassengerTypeItem*>(m_models.grid.itemFromRow(row));
         const auto found = ofTile.find(tileKey(ticketOf(*tile)));
-        tile->setTotalInBasket(found == ofTile.end() ? 0 : found->second);
+        const bool isCounted = found != ofTile.end() && m_currency.fromUnits(tile->price());
+        tile->setTotalInBasket(isCounted ? found->second : 0);
     }
     for (int row = 0; row < m_models.fareProducts.rowCount(); ++row) {
         auto* product = qobject_cast<FareProductItem*>(m_models.fareProducts.itemFromRow(row));
@@ -367,7 +368,7 @@ void SalesDesk::nextTicketIsOut()
 
 int SalesDesk::ticketsInDoubt() const { return m_state == Interrupted ? m_toPrint.size() : 0; }
 
-QString SalesDesk::ticketInDoubt() const
+QString SalesDesk::firstTicketInDoubt() const
 {
     return ticketsInDoubt() > 0 ? ticketNumberText(m_toPrint.first()) : QString();
 }
@@ -381,9 +382,9 @@ bool SalesDesk::confirmTicketInDoubt()
     if (ShoppingItem* line = lineToPrint())
         line->setAccepted(true);
     nextTicketIsOut();
+    emit ticketsInDoubtChanged();
     if (m_toPrint.isEmpty())
         finishSale();
-    emit ticketsInDoubtChanged();
     return true;
 }
 
@@ -478,9 +479,9 @@ bool SalesDesk::closeShift()
     if (!report)
         return refuseByJournal();
     if (auto* item = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(0))) {
-        item->setIsClosed(true);
         item->setPaymentDate(report->paidAt);
         item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
+        item->setIsClosed(true); // last: it is listed with what it owes
     }
     m_owed += debtOf(*report);
     ShiftReport next;
@@ -510,20 +511,18 @@ bool SalesDesk::handOver(double zNumber)
 {
     if (m_journal.fault())
         return refuse(obstacle());
-    ZReportItem* const report = keepsShift(zNumber) ? closedReport(zNumber) : nullptr;
-    if (report == nullptr || report->paymentDate().isValid())
-        return refuse(tr("There is no cash of this shift to hand over."));
-    const QDateTime now = QDateTime::currentDateTime();
-    if (!m_journal.handOver(static_cast<qint64>(zNumber), now))
+    ZReportItem* const item = keepsShift(zNumber) ? closedReport(zNumber) : nullptr;
+    const auto report = item != nullptr ? m_journal.handOver(static_cast<qint64>(zNumber),
+                                                             QDateTime::currentDateTime())
+                                        : std::nullopt;
+    if (m_journal.fault())
         return refuseByJournal();
-    const Minor paid = m_currency.fromUnits(report->currentDebt()).value_or(0);
-    m_owed -= paid;
-    report->setPaymentDate(now);
-    report->setCurrentDebt(0.0);
-    if (auto* running = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(0))) {
-        const Minor debt = m_currency.fromUnits(running->currentDebt()).value_or(paid);
-        running->setCurrentDebt(m_currency.toUnits(debt - paid));
-    }
+    if (!report)
+        return refuse(tr("There is no cash of this shift to hand over."));
+    m_owed -= report->cash();
+    item->setPaymentDate(report->paidAt);
+    item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
+    updateRunningReport();
     emit shiftPaid(zNumber);
     return true;
 }

@@ -50,7 +50,7 @@ class SalesDesk : public QObject
     Q_PROPERTY(double total READ total NOTIFY totalChanged)
     Q_PROPERTY(QString totalText READ totalText NOTIFY totalChanged)
     Q_PROPERTY(int ticketsInDoubt READ ticketsInDoubt NOTIFY ticketsInDoubtChanged)
-    Q_PROPERTY(QString ticketInDoubt READ ticketInDoubt NOTIFY ticketsInDoubtChanged)
+    Q_PROPERTY(QString firstTicketInDoubt READ firstTicketInDoubt NOTIFY ticketsInDoubtChanged)
 
 public:
     enum State {
@@ -88,7 +88,7 @@ public:
     void restore(double maxDebt);
 
     State state() const { return m_state; }
-    /// Why nothing can be sold, in words for the driver; empty if selling is possible.
+    /// What is wrong with the journal or the printer, in words for the driver; empty if nothing is.
     QString obstacle() const;
     double total() const; ///< of the basket, in minor units
     QString totalText() const;
@@ -96,7 +96,10 @@ public:
     /// Tickets of an interrupted sale that may be out or not; 0 in every other state.
     int ticketsInDoubt() const;
     /// Number of the first of them, as it is on the paper; empty if there is none.
-    QString ticketInDoubt() const;
+    QString firstTicketInDoubt() const;
+
+    /// Counts the basket's tickets on the tiles; call when the grid was laid out anew.
+    void showBadges() { updateBadges(tickets()); }
 
     /// Puts a ticket of the grid's tile `row` into the basket; refused for placeholders and what
     /// has expired.
@@ -121,7 +124,7 @@ public:
     /// shifts that run, are paid, or are not of this terminal's journal.
     Q_INVOKABLE bool handOver(double zNumber);
 
-    /// Whether handOver() is for this terminal to do, now or earlier.
+    /// Whether a shift is one of this terminal's journal, by its number; others are paid elsewhere.
     Q_INVOKABLE bool keepsShift(double zNumber) const;
 
     /// An amount in currency units as people read it; a dash for one that is beyond Currency's.

@@ -7,6 +7,7 @@
 //   paying METHOD                 the basket is about to be sold
 //   sold METHOD NUMBER:PRICE...   the sale is confirmed
 //   closing Z, closed Z           the same for a shift
+//   handing Z, handed Z           the same for the cash of a closed one
 
 #include "Counter.h"
 
@@ -43,8 +44,12 @@ public:
     {
         if (m_counter.desk.state() == SalesDesk::Selling)
             say("restored", m_counter.prices());
-        if (m_counter.desk.state() == SalesDesk::Interrupted)
-            m_counter.desk.printTicketsInDoubt();
+        while (m_counter.desk.ticketsInDoubt() > 0) {
+            if (m_random.bounded(2) == 0)
+                m_counter.desk.confirmTicketInDoubt();
+            else
+                m_counter.desk.printTicketsInDoubt();
+        }
         finishPrinting();
     }
 
@@ -100,6 +105,23 @@ private:
         if (!m_counter.desk.closeShift())
             return false;
         say("closed", {zNumber});
+        return m_random.bounded(2) == 0 || handOver();
+    }
+
+    /// The oldest shift that owes something, if any.
+    bool handOver()
+    {
+        for (int row = m_counter.zReports.rowCount() - 1; row > 0; --row) {
+            const ZReportItem* report = m_counter.report(row);
+            if (report->paymentDate().isValid())
+                continue;
+            const double zNumber = report->zNumber();
+            say("handing", {static_cast<qint64>(zNumber)});
+            if (!m_counter.desk.handOver(zNumber))
+                return false;
+            say("handed", {static_cast<qint64>(zNumber)});
+            break;
+        }
         return true;
     }
 

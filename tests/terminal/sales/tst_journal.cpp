@@ -215,7 +215,7 @@ const std::vector<Step>& steps()
         {"a removed line", [](Journal& j) { return j.removeFromBasket(0); }},
         {"an emptied basket", [](Journal& j) { return j.clearBasket(); }},
         {"a closed shift", [](Journal& j) { return j.closeShift(noon).has_value(); }},
-        {"cash handed over", [](Journal& j) { return j.handOver(16, noon); }}};
+        {"cash handed over", [](Journal& j) { return j.handOver(16, noon).has_value(); }}};
     return all;
 }
 
@@ -403,19 +403,28 @@ private slots:
     {
         QTest::addColumn<QString>("statement"); // executed in it before
         QTest::addColumn<QString>("currency");
+        QTest::addColumn<QString>("link"); // that names it; empty for none
         QTest::addColumn<QString>("fault");
 
         QTest::newRow("another currency") << "SELECT 1"
                                           << "PLN"
+                                          << ""
                                           << "other currency";
+        QTest::newRow("another currency, found through links") << "SELECT 1"
+                                                               << "PLN"
+                                                               << "link"
+                                                               << "other currency";
         QTest::newRow("another version") << "PRAGMA user_version=3"
                                          << "EUR"
+                                         << ""
                                          << "other version";
         QTest::newRow("sums that do not agree") << "UPDATE sale SET total = 7"
                                                 << "EUR"
+                                                << ""
                                                 << "damaged";
         QTest::newRow("table is missing") << "DROP TABLE basket"
                                           << "EUR"
+                                          << ""
                                           << "damaged";
     }
 
@@ -428,9 +437,16 @@ private slots:
         const QByteArray content = contentOf(file());
         const QByteArray log = contentOf(file() + "-wal");
         QVERIFY(log.size() > 4096);
+        QFETCH(QString, link);
+        QString path = file();
+        if (!link.isEmpty()) {
+            path = m_folder->filePath(link);
+            QVERIFY(QFile::link("other-link", path));
+            QVERIFY(QFile::link(file(), m_folder->filePath("other-link")));
+        }
         for (int attempt = 0; attempt < 2; ++attempt) {
             Journal journal;
-            QCOMPARE(kindOf(journal.open(file(), Currency(currency, 2), 17)), fault);
+            QCOMPARE(kindOf(journal.open(path, Currency(currency, 2), 17)), fault);
             QVERIFY(!sell(journal, {95}));
         }
         QCOMPARE(contentOf(file()), content);
@@ -456,8 +472,12 @@ private slots:
     {
         QTest::addColumn<bool>("isThere");
 
-        QTest::newRow("database is empty") << true;
-        QTest::newRow("database is missing") << false;
+        QTest::addColumn<bool>("isLinked");
+
+        QTest::newRow("database is empty") << true << false;
+        QTest::newRow("database is missing") << false << false;
+        QTest::newRow("database is empty, found through a link") << true << true;
+        QTest::newRow("database is missing where a link points") << false << true;
     }
 
     void logWithoutItsDatabaseStays()
@@ -466,7 +486,11 @@ private slots:
         if (isThere)
             write(file(), {});
         write(file() + "-wal", "all that was sold today");
-        checkRefusal("damaged");
+        QFETCH(bool, isLinked);
+        const QString link = m_folder->filePath("link");
+        if (isLinked)
+            QVERIFY(QFile::link(file(), link));
+        checkRefusal("damaged", isLinked ? link : file());
         QCOMPARE(contentOf(file() + "-wal"), QByteArray("all that was sold today"));
     }
 
@@ -499,6 +523,7 @@ private slots:
         QTest::newRow("running shift is paid")
             << 0 << "UPDATE shift SET paid_at = '2026-03-29T12:00:00.250Z' WHERE z_number = 19";
         QTest::newRow("no running shift") << 0 << "DELETE FROM shift WHERE closed_at IS NULL";
+        QTest::newRow("sale of no shift") << 0 << "UPDATE sale SET shift = 99 WHERE id = 100";
         QTest::newRow("two running shifts") << 0 << "INSERT INTO shift (z_number) VALUES (99)";
         QTest::newRow("no currency") << 0 << "DELETE FROM journal";
         QTest::newRow("table is missing") << 0 << "DROP TABLE ticket";
@@ -525,6 +550,25 @@ private slots:
             content.replace(content.size() - page * 4096, 4096, QByteArray(4096, '\0'));
             write(file(), content);
         }
+        checkRefusal("damaged");
+    }
+
+    /// Sums and tickets are found through indexes: one that lost an entry loses a sale.
+    void indexThatDiffersFromItsTableIsDamage()
+    {
+        {
+            Journal journal;
+            journal.open(file(), euro, 413);
+            QVERIFY(sell(journal, {190}));
+            QVERIFY(sell(journal, {95}));
+        }
+        // Entries of the index sale_shift: header of 3 bytes, the shift (0x019d), the sale's
+        // number.
+        QByteArray content = contentOf(file());
+        const int entry = content.indexOf(QByteArray("\x03\x02\x01\x01\x9d\x02", 6));
+        QVERIFY(entry > 0);
+        content[entry + 4] = '\x9e';
+        write(file(), content);
         checkRefusal("damaged");
     }
 
@@ -718,7 +762,11 @@ private slots:
             QCOMPARE(closed->cash(), 285);
             QVERIFY(!closed->paidAt.isValid());
             QVERIFY(!journal.closedShifts().at(0).paidAt.isValid());
-            QVERIFY(journal.handOver(17, noon.addSecs(60)));
+            const auto paid = journal.handOver(17, noon.addSecs(60));
+            QVERIFY(paid);
+            QCOMPARE(text(paid), text(closed));
+            QCOMPARE(paid->closedAt, noon);
+            QCOMPARE(paid->paidAt, noon.addSecs(60));
             QCOMPARE(journal.closedShifts().at(0).paidAt, noon.addSecs(60));
         }
         Journal journal;
@@ -882,12 +930,14 @@ private slots:
 private:
     QString file() const { return m_folder->filePath("journal.db"); }
 
-    void checkRefusal(const QString& fault)
+    void checkRefusal(const QString& fault) { checkRefusal(fault, file()); }
+
+    void checkRefusal(const QString& fault, const QString& path)
     {
         const QByteArray before = contentOf(file());
         const QStringList entries = QDir(m_folder->path()).entryList(QDir::Files);
         Journal journal;
-        QCOMPARE(kindOf(journal.open(file(), euro, 17)), fault);
+        QCOMPARE(kindOf(journal.open(path, euro, 17)), fault);
         QVERIFY(!sell(journal, {95}));
         QVERIFY(!journal.appendToBasket(ticket(95)));
         QVERIFY(!journal.runningShift());

@@ -713,7 +713,7 @@ private slots:
         Counter counter(file());
         QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
         QCOMPARE(counter.desk.ticketsInDoubt(), 2);
-        QCOMPARE(counter.desk.ticketInDoubt(), "000002");
+        QCOMPARE(counter.desk.firstTicketInDoubt(), "000002");
         QCOMPARE(counter.desk.obstacle(), QString());
         QCOMPARE(counter.prices(), (QVector<qint64>{95, 0}));
         QCOMPARE(progressOf(counter), "-- --");
@@ -726,13 +726,16 @@ private slots:
             QVERIFY(!run(counter.desk, call));
         QCOMPARE(desk.take(), (QStringList{decide, decide, decide, decide, decide}));
         counter.printer.print(); // for somebody else
+        QVERIFY(QTest::qWaitFor([&] { return printer.take().contains("printed()"); }));
+        counter.printer.print();
         counter.printer.setFault("no paper");
         counter.printer.setFault({});
+        QVERIFY(QTest::qWaitFor([&] { return printer.take().contains("failed()"); }));
         QTest::qWait(1);
+        QCOMPARE(printer.take(), QStringList());
         QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
         QCOMPARE(progressOf(counter), "-- --");
         QCOMPARE(journalContent(), before);
-        QVERIFY(!printer.take().contains("printed()"));
     }
 
     void ticketThatIsOutIsNotPrintedAgain()
@@ -744,16 +747,16 @@ private slots:
         QVERIFY(counter.desk.confirmTicketInDoubt());
         QCOMPARE(desk.take(), QStringList("ticketsInDoubtChanged()"));
         QCOMPARE(counter.desk.ticketsInDoubt(), 1);
-        QCOMPARE(counter.desk.ticketInDoubt(), "000003");
+        QCOMPARE(counter.desk.firstTicketInDoubt(), "000003");
         QCOMPARE(progressOf(counter), "ap --");
         QCOMPARE(rowsOf(onlyConnection(), "SELECT number FROM ticket WHERE printed = 0"),
                  QStringList("3"));
         QVERIFY(counter.desk.confirmTicketInDoubt());
-        QCOMPARE(desk.take(), (QStringList{"totalChanged()", "stateChanged()", "saleFinished()",
-                                           "ticketsInDoubtChanged()"}));
+        QCOMPARE(desk.take(), (QStringList{"ticketsInDoubtChanged()", "totalChanged()",
+                                           "stateChanged()", "saleFinished()"}));
         QCOMPARE(counter.desk.state(), SalesDesk::Selling);
         QCOMPARE(counter.desk.ticketsInDoubt(), 0);
-        QCOMPARE(counter.desk.ticketInDoubt(), QString());
+        QCOMPARE(counter.desk.firstTicketInDoubt(), QString());
         QCOMPARE(counter.basket.rowCount(), 0);
         QCOMPARE(printer.take(), QStringList());
         QVERIFY(!counter.desk.confirmTicketInDoubt());
@@ -765,10 +768,71 @@ private slots:
         interruptPrinting();
         Counter counter(file());
         fillUp();
-        QVERIFY(!counter.desk.confirmTicketInDoubt());
+        const QString full = "There is no space left for the sales journal. Nothing can be sold.";
+        const QStringList expected{"false", "obstacleChanged()", "refused(" + full + ")"};
+        QCOMPARE(outcomeOf(counter, [&] { return counter.desk.confirmTicketInDoubt(); }), expected);
+        QCOMPARE(outcomeOf(counter, [&] { return counter.desk.confirmTicketInDoubt(); }), expected);
         QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
         QCOMPARE(counter.desk.ticketsInDoubt(), 2);
         QCOMPARE(progressOf(counter), "-- --");
+    }
+
+    /// They have been paid; that they are out is noted as far as the journal can.
+    void ticketsInDoubtArePrintedWithoutAJournal()
+    {
+        interruptPrinting();
+        Counter counter(file());
+        fillUp();
+        QVERIFY(counter.desk.printTicketsInDoubt());
+        QVERIFY(waitForEndOfSale(counter));
+        QVERIFY(!counter.desk.obstacle().isEmpty());
+    }
+
+    void allTicketsInDoubtAreOutThoughThePrinterCannotPrint()
+    {
+        interruptPrinting();
+        Counter counter(file(), euro, 0.0, "no paper");
+        QVERIFY(counter.desk.confirmTicketInDoubt());
+        QVERIFY(counter.desk.confirmTicketInDoubt());
+        QCOMPARE(counter.desk.state(), SalesDesk::Selling);
+        QCOMPARE(rowsOf(onlyConnection(), "SELECT COUNT(*) FROM ticket WHERE printed = 0"),
+                 QStringList("0"));
+    }
+
+    void cashIsHandedOverInEveryState_data()
+    {
+        QTest::addColumn<QString>("state");
+
+        for (const char* state : {"empty", "basket", "printing", "waiting", "fault"})
+            QTest::newRow(state) << state;
+    }
+
+    void cashIsHandedOverInEveryState()
+    {
+        QFETCH(QString, state);
+        Counter counter(file());
+        bring(counter, "closed");
+        bring(counter, state);
+        const SalesDesk::State before = counter.desk.state();
+        const QString progress = progressOf(counter);
+        QVERIFY(counter.desk.handOver(17));
+        QCOMPARE(counter.desk.state(), before);
+        QCOMPARE(progressOf(counter), progress);
+        QCOMPARE(counter.report(1)->currentDebt(), 0.0);
+    }
+
+    void cashIsHandedOverWhileTicketsAreInDoubt()
+    {
+        {
+            Counter counter(file());
+            bring(counter, "closed");
+        }
+        interruptPrinting();
+        Counter counter(file());
+        QVERIFY(counter.desk.handOver(17));
+        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
+        QCOMPARE(counter.desk.ticketsInDoubt(), 2);
+        QCOMPARE(debtsOf(counter), (QVector<double>{0.0, 0.0}));
     }
 
     void ticketsInDoubtArePrintedIfTheDriverSaysSo()
@@ -939,7 +1003,9 @@ private slots:
         SignalLog reports(&counter.zReports);
         QVERIFY(counter.desk.handOver(17));
         QCOMPARE(desk.take(), QStringList("shiftPaid(double)"));
-        QCOMPARE(reports.take(), (QStringList{rowChanged(2), rowChanged(2), rowChanged(0)}));
+        const QStringList changes = reports.take();
+        QCOMPARE(changes.mid(0, 2), (QStringList{rowChanged(2), rowChanged(2)}));
+        QCOMPARE(changes.last(), rowChanged(0));
         QCOMPARE(debtsOf(counter), (QVector<double>{5.45, 0.95, 0.0}));
         QVERIFY(counter.report(2)->paymentDate().isValid());
         QVERIFY(!counter.report(1)->paymentDate().isValid());
@@ -973,7 +1039,12 @@ private slots:
         QVERIFY(counter.desk.keepsShift(20));
         QVERIFY(!counter.desk.keepsShift(16));
         QVERIFY(!counter.desk.keepsShift(qQNaN()));
-        QVERIFY(counter.desk.handOver(20 - 3));
+        QVERIFY(sell(counter, {ChildSingle}, SalesDesk::Cash));
+        QCOMPARE(debtsOf(counter), (QVector<double>{7.35, 4.5, 0.0, 1.9}));
+        QVERIFY(counter.desk.handOver(17));
+        QCOMPARE(debtsOf(counter), (QVector<double>{5.45, 4.5, 0.0, 0.0}));
+        QVERIFY(counter.desk.handOver(19));
+        QCOMPARE(debtsOf(counter), (QVector<double>{0.95, 0.0, 0.0, 0.0}));
     }
 
     void shiftWithoutCashOwesNothing()
