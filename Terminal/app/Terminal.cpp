@@ -116,6 +116,14 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     m_fleet->setTime(settings.startTime >= 0 ? settings.startTime
                                              : QTime(0, 0).secsTo(QTime::currentTime()));
     m_fleet->start();
+
+    // The log is written while tiles are put in order, which is over when somebody turns it on.
+    connect(&m_grid, &PassengerTypesModel::logFareProductsChanged, this, [this] {
+        if (!m_grid.logFareProducts())
+            return;
+        layOutGrid();
+        m_desk.showBadges();
+    });
 }
 
 void Terminal::layOutGrid()

@@ -73,12 +73,33 @@
         <source>It is out</source>
         <translation>Ist gedruckt</translation>
     </message>
+    <message>
+        <source>Is ticket %1 out?</source>
+        <translation>Ist Fahrkarte %1 gedruckt?</translation>
+    </message>
+    <message>
+        <source>Print (%1)</source>
+        <comment>as a button, how many tickets</comment>
+        <translation>Drucken (%1)</translation>
+    </message>
     <message numerus="yes">
-        <source>Print %n ticket(s)</source>
+        <source>Print %n ticket(s)?</source>
         <translation>
-            <numerusform>%n Fahrkarte drucken</numerusform>
-            <numerusform>%n Fahrkarten drucken</numerusform>
+            <numerusform>%n Fahrkarte drucken?</numerusform>
+            <numerusform>%n Fahrkarten drucken?</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>It will not be printed again.</source>
+        <translation>Sie wird nicht noch einmal gedruckt.</translation>
+    </message>
+    <message>
+        <source>Those that are out already come out twice.</source>
+        <translation>Was schon gedruckt ist, kommt noch einmal heraus.</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Drucken</translation>
     </message>
 </context>
 <context>
@@ -423,6 +444,10 @@
         <source>The limit of %1 is reached: close the shift and hand the cash over.</source>
         <translation>Die Grenze von %1 ist erreicht: Schicht abschließen und Bargeld abgeben.</translation>
     </message>
+    <message>
+        <source>The limit of %1 is reached: hand the cash over.</source>
+        <translation>Die Grenze von %1 ist erreicht: Bargeld abgeben.</translation>
+    </message>
 </context>
 <context>
     <name>SellPage</name>
@@ -454,20 +479,12 @@
         <translation>Anordnung der Kacheln</translation>
     </message>
     <message>
-        <source>Writes down how the tiles were put in order</source>
-        <translation>Hält fest, wie die Kacheln geordnet wurden</translation>
-    </message>
-    <message>
         <source>Extra diagnostics</source>
         <translation>Zusätzliche Diagnose</translation>
     </message>
     <message>
         <source>Only if the support asks for it</source>
         <translation>Nur auf Anfrage der Betreuung</translation>
-    </message>
-    <message>
-        <source>Tiles are put in order at the start; for that, set the log level log_fareproducts. The log is written where logging.conf says, and shown with --verbose.</source>
-        <translation>Kacheln werden beim Start geordnet; dafür die Protokollstufe log_fareproducts setzen. Das Protokoll entsteht, wo logging.conf es vorgibt, und erscheint mit --verbose.</translation>
     </message>
     <message>
         <source>This terminal</source>
@@ -493,6 +510,14 @@
     <message>
         <source>Sales journal</source>
         <translation>Verkaufsjournal</translation>
+    </message>
+    <message>
+        <source>Puts the tiles in order anew, and writes down how</source>
+        <translation>Ordnet die Kacheln neu und schreibt auf, wie</translation>
+    </message>
+    <message>
+        <source>The log is written where logging.conf says, and shown with --verbose.</source>
+        <translation>Das Protokoll steht, wo logging.conf es sagt, und erscheint mit --verbose.</translation>
     </message>
 </context>
 <context>

@@ -11,10 +11,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>Print %n ticket(s)</source>
+        <source>Print %n ticket(s)?</source>
         <translation>
-            <numerusform>Print %n ticket</numerusform>
-            <numerusform>Print %n tickets</numerusform>
+            <numerusform>Print %n ticket?</numerusform>
+            <numerusform>Print %n tickets?</numerusform>
         </translation>
     </message>
 </context>

@@ -29,6 +29,14 @@ Item {
         }
     }
 
+    Connections {
+        target: root.terminal.grid
+        function onCountChanged() {
+            if (root.terminal.grid.count === 0) // laid out anew: no tile is selected
+                root.selectedTile = -1
+        }
+    }
+
     // Sideways for more columns than tiles can be told apart in.
     Flickable {
         id: sideways

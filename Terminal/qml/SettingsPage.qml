@@ -39,7 +39,7 @@ Flickable {
                 objectName: "logSwitch"
                 width: parent.width
                 text: qsTr("Layout of the tiles")
-                hint: qsTr("Writes down how the tiles were put in order")
+                hint: qsTr("Puts the tiles in order anew, and writes down how")
                 checked: root.terminal.grid.logFareProducts
                 onToggled: root.terminal.grid.logFareProducts = checked
             }
@@ -54,7 +54,7 @@ Flickable {
             PlainText {
                 objectName: "logNote"
                 width: parent.width
-                text: qsTr("Tiles are put in order at the start; for that, set the log level log_fareproducts. The log is written where logging.conf says, and shown with --verbose.")
+                text: qsTr("The log is written where logging.conf says, and shown with --verbose.")
                 wrapMode: Text.Wrap
                 font.pixelSize: Theme.smallText
                 color: Theme.mutedText

@@ -1,3 +1,5 @@
+#include "LogCapture.h"
+
 #include <FareProductsModel.h>
 #include <Feed.h>
 #include <PassengerTypesModel.h>
@@ -188,6 +190,7 @@ private slots:
     void tappedProductIsShownInDetail();
     void basketIsCountedInTheCatalogue();
     void emptyCatalogueSaysSo();
+    void logOfTheTilesPutsThemInOrderAnew();
     void closingAShiftAsksFirst();
     void cashOfAClosedShiftIsHandedOver();
     void limitIsThatOfTheLatestReport();
@@ -262,6 +265,30 @@ void TestPages::basketIsCountedInTheCatalogue()
     QVERIFY(shown.terminal.desk()->add(0));
     QTRY_COMPARE(shown.all("badge").size(), 1);
     QCOMPARE(shown.all("badge").first()->property("count").toInt(), 1);
+}
+
+void TestPages::logOfTheTilesPutsThemInOrderAnew()
+{
+    Shown shown(smallFeed(), "sell");
+    PassengerTypesModel& grid = *shown.terminal.grid();
+    QVERIFY(shown.terminal.desk()->add(0));
+    const auto rows = [&grid] {
+        QVariantList all;
+        for (int row = 0; row < grid.rowCount(); ++row)
+            all.append(grid.get(row));
+        return all;
+    };
+    const QVariantList before = rows();
+    LogCapture log;
+    shown.tap("statusLog");
+    QVERIFY(grid.logFareProducts());
+    QVERIFY2(log.messages().join('\n').contains("Single"), qPrintable(log.messages().join('\n')));
+    QCOMPARE(rows(), before); // the badge of the basket included
+    const int records = log.messages().size();
+    shown.tap("statusLog");
+    QVERIFY(!grid.logFareProducts());
+    QCOMPARE(log.messages().size(), records);
+    QCOMPARE(rows(), before);
 }
 
 void TestPages::emptyCatalogueSaysSo()

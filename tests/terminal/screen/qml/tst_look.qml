@@ -32,7 +32,7 @@ ScreenCase {
     function test_settingsSayWhereTheLogIs() {
         Harness.open("coast-line", "settings")
         test.tryVerify(() => Harness.countOf("logNote") === 1)
-        for (const name of ["log_fareproducts", "logging.conf", "--verbose"])
+        for (const name of ["logging.conf", "--verbose"])
             test.verify(Harness.textOf("logNote").includes(name), name)
     }
 
