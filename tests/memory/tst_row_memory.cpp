@@ -16,7 +16,7 @@ using rivo::models::ListModel;
 namespace
 {
 
-constexpr int manyRows = 10000;
+constexpr int rows = 10000;
 
 enum class Texts {
     Own,   ///< every text of every row is one of its own, of twelve letters
@@ -50,7 +50,7 @@ void fill(ListModel& model, const ItemClass& itemClass, int count, Texts texts)
     }
 }
 
-Cost measured(const LibraryModel& kind, int rows, Texts texts)
+Cost measured(const LibraryModel& kind, Texts texts)
 {
     // What is made once for the process does not belong to the rows.
     {
@@ -96,8 +96,8 @@ void RowMemoryTest::aRowCostsNoMoreThanItsBudget()
     QFETCH(int, bytes64);
     QFETCH(int, blocks);
     const LibraryModel& kind = libraryModel(QTest::currentDataTag());
-    const Cost own = measured(kind, manyRows, Texts::Own);
-    const Cost shared = measured(kind, manyRows / 10, Texts::Shared);
+    const Cost own = measured(kind, Texts::Own);
+    const Cost shared = measured(kind, Texts::Shared);
     std::printf(
         "%-20s %u bit: %6.1f bytes in %4.1f blocks a row; with shared texts %6.1f in %4.1f\n",
         kind.name, static_cast<unsigned>(sizeof(void*) * 8), own.bytes, own.blocks, shared.bytes,
