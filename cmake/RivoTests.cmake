@@ -26,9 +26,13 @@ endfunction()
 function(rivo_test_environment test)
     set(home "${CMAKE_BINARY_DIR}/tests/home/${test}")
     file(MAKE_DIRECTORY "${home}/tmp" "${home}/work")
+    set(timeout 300)
+    if(CMAKE_CROSSCOMPILING_EMULATOR)
+        set(timeout 1200) # a busy machine starts emulated programs slowly
+    endif()
     set_tests_properties(${test} PROPERTIES
         WORKING_DIRECTORY "${home}/work"
-        TIMEOUT 300
+        TIMEOUT ${timeout}
         ENVIRONMENT "HOME=${home};TMPDIR=${home}/tmp;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;QT_LOGGING_RULES=;NM=${CMAKE_NM};READELF=${CMAKE_READELF};${GUICORE_TEST_ENVIRONMENT}")
 endfunction()
 
