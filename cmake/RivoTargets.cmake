@@ -7,6 +7,11 @@ target_compile_options(rivo_settings INTERFACE
     -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=
     -ffile-prefix-map=${CMAKE_BINARY_DIR}=build)
 target_compile_definitions(rivo_settings INTERFACE QT_DEPRECATED_WARNINGS QT_NO_FOREACH)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # Files of 2 GiB and more, inodes and times beyond 32 bits: without these, to look at such a
+    # file fails.
+    target_compile_definitions(rivo_settings INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+endif()
 target_link_options(rivo_settings INTERFACE -Wl,--no-undefined -Wl,--as-needed)
 
 # rivo_settings for product code: no silent conversion between bytes and text.

@@ -1,15 +1,39 @@
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
+# rivo_program(<variable> <target>)
+# The path by which a test starts a program of ours. In a cross build that is a script which runs it
+# in the emulator, for the build machine's kernel need not know what to do with it.
+function(rivo_program variable target)
+    set(program "$<TARGET_FILE:${target}>")
+    if(CMAKE_CROSSCOMPILING_EMULATOR)
+        set(script "${CMAKE_BINARY_DIR}/emulated/${target}")
+        get_property(written GLOBAL PROPERTY rivo_emulated_${target})
+        if(NOT written)
+            list(JOIN CMAKE_CROSSCOMPILING_EMULATOR "' '" emulator)
+            file(GENERATE OUTPUT "${script}"
+                CONTENT "#!/bin/sh\nexec '${emulator}' '${program}' \"$@\"\n"
+                FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+            set_property(GLOBAL PROPERTY rivo_emulated_${target} TRUE)
+        endif()
+        set(program "${script}")
+    endif()
+    set(${variable} "${program}" PARENT_SCOPE)
+endfunction()
+
 # rivo_test_environment(<test>)
 # HOME, TMPDIR and the working directory of a test are folders of its own, so that neither the
-# user's configuration nor another test can change its outcome.
+# user's configuration nor another test can change its outcome. NM and READELF read what was built.
 function(rivo_test_environment test)
     set(home "${CMAKE_BINARY_DIR}/tests/home/${test}")
     file(MAKE_DIRECTORY "${home}/tmp" "${home}/work")
+    set(timeout 300)
+    if(CMAKE_CROSSCOMPILING_EMULATOR)
+        set(timeout 1200) # a busy machine starts emulated programs slowly
+    endif()
     set_tests_properties(${test} PROPERTIES
         WORKING_DIRECTORY "${home}/work"
-        TIMEOUT 300
-        ENVIRONMENT "HOME=${home};TMPDIR=${home}/tmp;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;QT_LOGGING_RULES=;${GUICORE_TEST_ENVIRONMENT}")
+        TIMEOUT ${timeout}
+        ENVIRONMENT "HOME=${home};TMPDIR=${home}/tmp;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;QT_LOGGING_RULES=;NM=${CMAKE_NM};READELF=${CMAKE_READELF};${GUICORE_TEST_ENVIRONMENT}")
 endfunction()
 
 # rivo_add_program_test(<name> SOURCES <file>... LIBRARIES <target>...)
@@ -19,6 +43,9 @@ function(rivo_add_program_test name)
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE rivo_settings ${arg_LIBRARIES} Qt5::Test)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
+    if(CMAKE_CROSSCOMPILING_EMULATOR)
+        target_link_libraries(${name} PRIVATE emulated_processes)
+    endif()
     add_test(NAME ${name} COMMAND ${name})
     rivo_test_environment(${name})
 endfunction()

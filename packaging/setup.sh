@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2034 # the lists are used by those who source this
-# Sourced by run.sh, test.sh and .ci/run: packages, configuration and build on Debian 12.
+# Sourced by run.sh, test.sh, test-armhf.sh and .ci/run: packages, configuration and build on Debian 12.
 # Quiet on success; what a failed step printed is shown.
 
 packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarative5-dev
@@ -10,6 +10,9 @@ packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarat
     xvfb xauth x11-utils libgl1-mesa-dri fonts-dejavu-core"
 packages_to_test="$packages_to_run binutils libbenchmark-dev python3-jsonschema libqt5svg5-dev
     qml-module-qttest"
+packages_for_armhf_sysroot="mmdebstrap gpg debian-archive-keyring ca-certificates"
+packages_to_test_armhf="crossbuild-essential-armhf qemu-user cmake ninja-build qtbase5-dev-tools qt5-qmake-bin
+    python3-jsonschema"
 packages_to_lint="clang-format clang-tidy clazy shellcheck"
 
 # quietly WHAT COMMAND...: runs the command, shows its output only if it fails.

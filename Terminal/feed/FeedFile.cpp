@@ -89,7 +89,11 @@ int lineLength(const QByteArray& text, int from)
     return text.size() - from;
 }
 
-QString toText(const QByteArray& utf8) { return QString::fromUtf8(utf8.constData(), utf8.size()); }
+QString toText(const QByteArray& utf8)
+{
+    // The bound is for GCC, which on 32 bits warns of the -1 that would ask for strlen().
+    return QString::fromUtf8(utf8.constData(), qMax(0, utf8.size()));
+}
 
 bool checkUtf8(const QByteArray& text, const QString& file, FeedReport& report)
 {

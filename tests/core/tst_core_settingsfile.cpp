@@ -9,6 +9,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 using rivo::core::ConfigManager;
@@ -48,6 +49,8 @@ private slots:
     void saveSeesWhatOthersWroteMeanwhile();
     void saveWritesThroughASymbolicLink();
     void readForgetsWhatWasNotSaved();
+    void fileOfThreeGibibytesIsTooLarge();
+    void fileOfTheYear2040IsRead();
     void saveRefuses_data();
     void saveRefuses();
     void saveRefusesWhatItCouldNotReadBack();
@@ -222,6 +225,32 @@ void CoreSettingsFileTest::readForgetsWhatWasNotSaved()
     QCOMPARE(file.read(), QStringList());
     QCOMPARE(file.logLevels(), QStringList{"a"});
     QVERIFY(file.save());
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{"a"});
+}
+
+void CoreSettingsFileTest::fileOfThreeGibibytesIsTooLarge()
+{
+    const TemporaryConfig config;
+    QFile hole(config.settingsPath()); // it takes no room
+    QVERIFY(hole.open(QIODevice::WriteOnly) && hole.resize(3LL << 30));
+    SettingsFile file(config.settingsPath());
+    QCOMPARE(file.read(), QStringList(config.settingsPath() + ": is larger than 1048576 bytes"));
+}
+
+void CoreSettingsFileTest::fileOfTheYear2040IsRead()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(R"({"logLevels": ["a"]})"));
+    const QByteArray path = QFile::encodeName(config.settingsPath());
+    const time_t year2040 = 2208988800;
+    const timespec times[] = {{year2040, 0}, {year2040, 0}};
+    QCOMPARE(::utimensat(AT_FDCWD, path.constData(), times, 0), 0);
+    struct stat status = {};
+    QCOMPARE(::stat(path.constData(), &status), 0);
+    if (status.st_mtim.tv_sec != year2040)
+        QSKIP("this file system has no such times");
+    SettingsFile file(config.settingsPath());
     QCOMPARE(file.read(), QStringList());
     QCOMPARE(file.logLevels(), QStringList{"a"});
 }

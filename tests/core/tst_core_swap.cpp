@@ -17,7 +17,7 @@ void CoreSwapTest::anotherLibraryTakesOverAtLoadTime_data()
     QTest::addColumn<QByteArray>("output");
     QTest::newRow("the library that it was linked against") << QString() << QByteArray(";0;1\n");
     QTest::newRow("a library written from the boundary's headers")
-        << QString(STUB_FOLDER) << QByteArray("from the stub;1;1\n");
+        << QString(STUB_FOLDER) << QByteArray("from the stub,log_fareproducts;2;1\n");
 }
 
 void CoreSwapTest::anotherLibraryTakesOverAtLoadTime()

@@ -13,9 +13,9 @@ libQt5Positioning.so.5
 libRIVO_ARM_QtLib.so" "$(needed "$library")"
 
 expect "has a version in its name" "libGuiCore.so.1" \
-    "$(readelf -d "$library" | sed -nE 's/.*\(SONAME\).*\[(.*)\]/\1/p')"
+    "$("${READELF:-readelf}" -d "$library" | sed -nE 's/.*\(SONAME\).*\[(.*)\]/\1/p')"
 
-called="$(nm -DC --undefined-only "$library" | sed -E 's/^ +[Uw] //' |
+called="$("${NM:-nm}" -DC --undefined-only "$library" | sed -E 's/^ +[Uw] //' |
     grep -E '^(el::|rivo::core::|QJsonWrapper::)' | grep -v '^vtable\|^typeinfo' | sort)"
 expect "calls nothing of the core library but its declared operations" \
     "QJsonWrapper::JsonObjectFactory::isRegistered(QString)
@@ -33,7 +33,7 @@ rivo::core::SettingsConfig::staticMetaObject
 rivo::core::SettingsConfig::~SettingsConfig()" "$called"
 
 # Instances of templates from the standard library and Qt may be weak symbols of any library.
-foreign="$(nm -DC --defined-only "$library" | awk '$2 !~ /^[WVu]$/' | cut -d' ' -f3- |
+foreign="$("${NM:-nm}" -DC --defined-only "$library" | awk '$2 !~ /^[WVu]$/' | cut -d' ' -f3- |
     grep -vE '^(vtable for |typeinfo (name )?for |non-virtual thunk to )?(rivo::models::List(Item|Model)|(Asset|FareProduct|PassengerType|Peripheral|Shopping|ZReport)(Item|ItemRolesHandling)|(Assets|FareProducts|PassengerTypes|Peripherals|ShoppingBasket|ZReport)Model)(::|$)' |
     grep -vE '^__(asan|odr_asan|ubsan|sanitizer)')"
 expect "exports its public classes and nothing else" "" "$foreign"

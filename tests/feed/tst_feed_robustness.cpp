@@ -1,4 +1,5 @@
 #include "FeedFiles.h"
+#include "Soak.h"
 
 using namespace rivo::feed;
 
@@ -64,16 +65,17 @@ void FeedRobustnessTest::jsonCutAnywhereIsRefused()
 
 void FeedRobustnessTest::jsonWithAnyByteReplacedIsLoadedOrRefused()
 {
+    int places = 0;
     int refused = 0;
-    for (int at = 0; at < json.size(); ++at) {
+    for (int at = 0; at < json.size(); at += soakDivisor(), ++places) {
         for (const char replacement : replacements) {
             QByteArray broken = json;
             broken[at] = replacement;
             refused += !loadJson(broken).feed;
         }
     }
-    QVERIFY(refused > json.size()); // and not everything was taken as it came
-    QVERIFY(refused < json.size() * replacements.size());
+    QVERIFY(refused > places); // and not everything was taken as it came
+    QVERIFY(refused < places * replacements.size());
 }
 
 void FeedRobustnessTest::gtfsCutAnywhereIsLoadedOrRefused()
@@ -99,7 +101,7 @@ void FeedRobustnessTest::gtfsWithAnyByteReplacedIsLoadedOrRefused()
         FeedFiles::write("gtfs/" + file.key(), file.value());
     for (auto file = gtfs.begin(); file != gtfs.end(); ++file) {
         int refused = 0;
-        for (int at = 0; at < file.value().size(); ++at) {
+        for (int at = 0; at < file.value().size(); at += soakDivisor()) {
             for (const char replacement : replacements) {
                 QByteArray broken = file.value();
                 broken[at] = replacement;

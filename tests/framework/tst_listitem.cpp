@@ -59,17 +59,24 @@ private:
     double m_amount = 0.0;
 };
 
-#if defined(__GXX_ABI_VERSION) && !defined(__arm__) && !defined(__aarch64__)
+#ifdef __GXX_ABI_VERSION
 #define CAN_READ_VTABLE_SLOTS
 
-/// Slot in the table of virtual operations. A pointer to a virtual member is one more than the
-/// offset of its slot.
+/// By how much a pointer to a virtual member is more than the offset of its slot. ARM marks virtual
+/// members elsewhere.
+#if defined(__arm__) || defined(__aarch64__)
+constexpr std::size_t virtualMark = 0;
+#else
+constexpr std::size_t virtualMark = 1;
+#endif
+
+/// Slot in the table of virtual operations.
 template <typename Member>
 std::size_t vtableSlot(Member member)
 {
     std::size_t encoded = 0;
     std::memcpy(&encoded, &member, sizeof(encoded));
-    return (encoded - 1) / sizeof(void*);
+    return (encoded - virtualMark) / sizeof(void*);
 }
 
 /// Opens the last virtual of QObject.

@@ -91,7 +91,7 @@ void TestHashSeed::layoutsAreTheSameUnderEverySeed()
             environment.insert("QT_HASH_SEED", seed);
         QProcess child;
         child.setProcessEnvironment(environment);
-        child.start(QCoreApplication::applicationFilePath(), {childArgument});
+        child.start(QStringLiteral(THIS_PROGRAM), {childArgument});
         QVERIFY2(child.waitForFinished(60000), qPrintable(child.errorString()));
         QCOMPARE(child.exitStatus(), QProcess::NormalExit);
         QVERIFY2(child.exitCode() == 0, child.readAllStandardError().constData());

@@ -15,7 +15,7 @@ libQt5Qml.so.5" "$(needed "$plugin")"
 expect "exports the two symbols of a Qt plugin" \
     "qt_plugin_instance
 qt_plugin_query_metadata" \
-    "$(nm -DC --defined-only "$plugin" | awk '$2 == "T" { print $3 }' | grep -vE '^__?(asan|ubsan|sanitizer)' | sort)"
+    "$("${NM:-nm}" -DC --defined-only "$plugin" | awk '$2 == "T" { print $3 }' | grep -vE '^__?(asan|ubsan|sanitizer)' | sort)"
 
 folder="$(dirname "$plugin")"
 expect_no_paths "$plugin" "$source_dir" "$binary_dir" \

@@ -4,6 +4,7 @@
 #include "ItemFields.h"
 #include "ListModel.h"
 #include "SignalLog.h"
+#include "Soak.h"
 
 #include <QAbstractItemModelTester>
 #include <QPointer>
@@ -830,12 +831,12 @@ inline void seedRows(quint32 count)
         QTest::addRow("seed %u", seed) << seed;
 }
 
-/// `model` comes without rows and leaves without rows.
+/// `model` comes without rows and leaves without rows. See Soak.h about fewer steps.
 inline void runRandomOperations(ListModel& model, const ItemClass& itemClass, int steps)
 {
     QFETCH(quint32, seed);
     RandomRun run(model, itemClass, seed);
-    for (int step = 0; step < steps; ++step) {
+    for (int step = 0; step < steps / soakDivisor(); ++step) {
         const QString problem = run.step();
         QVERIFY2(problem.isEmpty(),
                  qPrintable(QString::fromLatin1("seed %1, %2").arg(seed).arg(problem)));

@@ -11,7 +11,7 @@ expect() {
 
 # needed LIBRARY: the libraries that it needs but those of the compiler.
 needed() {
-    readelf -d "$1" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p' |
+    "${READELF:-readelf}" -d "$1" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p' |
         grep -vE '^lib(asan|ubsan|stdc\+\+|gcc_s|m|c)\.so|^ld-linux' | sort
 }
 
@@ -20,7 +20,7 @@ needed() {
 expect_no_paths() {
     local library="$1" folders=("$2" "$3") folder file
     shift 3
-    nm -D --undefined-only "$library" | grep -q __asan_init && return 0
+    "${NM:-nm}" -D --undefined-only "$library" | grep -q __asan_init && return 0
     for folder in "${folders[@]}"; do
         for file in "$@"; do
             expect "$file holds no path of the machine that built it" "0" \

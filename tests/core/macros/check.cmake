@@ -2,7 +2,8 @@
 
 execute_process(
     COMMAND "${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_FOLDER}" -B "${BUILD_FOLDER}"
-        -DCMAKE_CXX_COMPILER=${COMPILER} -DREPOSITORY=${REPOSITORY}
+        -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_CXX_COMPILER=${COMPILER}
+        -DREPOSITORY=${REPOSITORY}
         "-DGUICORE_ELPP_MACROS=ELPP_QT_LOGGING;ELPP_THREAD_SAFE;ELPP_STACKTRACE_ON_CRASH=1"
     OUTPUT_VARIABLE output ERROR_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
 file(STRINGS "${BUILD_FOLDER}/Core/include/core/Logging.h" defines REGEX "^#define ELPP_")
@@ -19,7 +20,7 @@ endif()
 set(work "${BUILD_FOLDER}/work")
 file(REMOVE_RECURSE "${work}")
 file(MAKE_DIRECTORY "${work}")
-execute_process(COMMAND "${BUILD_FOLDER}/core_log_probe" log WORKING_DIRECTORY "${work}"
+execute_process(COMMAND ${EMULATOR} "${BUILD_FOLDER}/core_log_probe" log WORKING_DIRECTORY "${work}"
     OUTPUT_VARIABLE output ERROR_VARIABLE error COMMAND_ERROR_IS_FATAL ANY)
 if(NOT output STREQUAL "" OR NOT error MATCHES "INFO [^\n]*count 3 [^\n]*\n[^\n]*WARNING [^\n]*careful\n")
     message(SEND_ERROR "Standard output: ${output}\nStandard error: ${error}")
@@ -31,7 +32,8 @@ endif()
 
 execute_process(
     COMMAND "${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_FOLDER}" -B "${BUILD_FOLDER}-bad"
-        -DCMAKE_CXX_COMPILER=${COMPILER} -DREPOSITORY=${REPOSITORY} "-DGUICORE_ELPP_MACROS=A B"
+        -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_CXX_COMPILER=${COMPILER}
+        -DREPOSITORY=${REPOSITORY} "-DGUICORE_ELPP_MACROS=A B"
     OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE status)
 string(REGEX REPLACE "[ \n]+" " " output "${output}")
 if(status EQUAL 0 OR NOT output MATCHES "GUICORE_ELPP_MACROS: \"A B\" is neither NAME nor NAME=value")

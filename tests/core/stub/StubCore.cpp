@@ -23,9 +23,12 @@ SettingsConfig::SettingsConfig(QObject* parent)
 
 SettingsConfig::~SettingsConfig() = default;
 
-QStringList SettingsConfig::getLogLevels() { return {"from the stub"}; }
+QStringList SettingsConfig::getLogLevels() { return {"from the stub", "log_fareproducts"}; }
 
-QList<QVariant> SettingsConfig::passengerTypeCodesOrder() const { return {"PT_STUB"}; }
+QList<QVariant> SettingsConfig::passengerTypeCodesOrder() const
+{
+    return {"PT_STUDENT_1", "PT_ADULT"};
+}
 
 class ConfigManager::Private
 {

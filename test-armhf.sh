@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# The tests of the library, the core library, the feed readers and the tools on 32-bit ARM, Debian's
+# armhf, in an emulator. What they compare with is the same as on this machine.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+# shellcheck source=packaging/setup.sh
+. packaging/setup.sh
+
+# shellcheck disable=SC2086 # a list of names
+need_packages $packages_to_test_armhf
+packaging/armhf-sysroot.sh
+build_preset armhf
+run_tests armhf
