@@ -10,6 +10,7 @@ packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarat
     xvfb xauth libgl1-mesa-dri fonts-dejavu-core"
 packages_to_test="$packages_to_run binutils libbenchmark-dev python3-jsonschema libqt5svg5-dev
     qml-module-qttest pkg-config"
+packages_for_api="doxygen"
 packages_to_lint="clang-format clang-tidy clazy shellcheck"
 
 # quietly WHAT COMMAND...: runs the command, shows its output only if it fails.
