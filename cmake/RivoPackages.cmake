@@ -24,6 +24,7 @@ function(rivo_debian_package component package)
     cmake_parse_arguments(PARSE_ARGV 2 arg ""
         "SECTION" "DESCRIPTION;NEEDS;DEPENDS;RECOMMENDS;LIBRARIES;EXTRA;SUPPRESS")
     string(TOUPPER "${component}" id)
+    set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
     list(POP_FRONT arg_DESCRIPTION synopsis)
     list(JOIN arg_DESCRIPTION "\n" text)
     set(generated "${CMAKE_CURRENT_BINARY_DIR}/packaging/${package}")
@@ -97,7 +98,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL runtime dev qml terminal tools)
+set(CPACK_COMPONENTS_ALL "") # those of which there is a package
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
@@ -135,47 +136,53 @@ rivo_debian_package(dev libguicore-dev
     NEEDS runtime
     DEPENDS "qtbase5-dev (>= 5.15)" "qtpositioning5-dev (>= 5.15)" libeasyloggingpp-dev
     SUPPRESS "pkg-config-bad-directive -fPIC [usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/pkgconfig/GuiCore.pc]")
-rivo_debian_package(qml qml-module-rivo-guicore
-    SECTION libs
-    DESCRIPTION
-        "list models of a ticketing terminal - QML module"
-        "The models and rows of GuiCore as types of QML: import Rivo.GuiCore 1.0"
-    NEEDS runtime
-    LIBRARIES ${compiler_libraries} ${qt_core} "libqt5qml5 (>= 5.15.1)")
-rivo_debian_package(terminal rivo-terminal
-    SECTION misc
-    DESCRIPTION
-        "ticketing terminal for the driver of a bus"
-        "Sells tickets on a touch screen from a feed: the grid, the basket with payment"
-        "and printing, the fare catalogue, Z reports, the fleet on a map, the devices."
-        "Sales are kept in a journal that survives a power cut."
-        "."
-        "A systemd unit (not enabled by itself) and a session for display managers run"
-        "the terminal alone on the screen. Two sample feeds are included."
-    NEEDS runtime qml
-    LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
-        "libqt5gui5 (>= 5.15.1)" "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
-        "libqt5quickcontrols2-5 (>= 5.15.1)" "libqt5sql5 (>= 5.15.1)"
-    # Loaded at run time: the journal's data base, icons, texts, and what the QML imports.
-    DEPENDS adduser libqt5sql5-sqlite libqt5svg5 "fonts-dejavu-core | fonts-dejavu"
-        qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2
-        qml-module-qtquick-controls2 qml-module-qtquick-templates2
-        qml-module-qtlocation qml-module-qtpositioning
-    RECOMMENDS libgl1-mesa-dri
-    EXTRA ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/conffiles
-        ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postinst
-        ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/prerm
-        ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postrm
-    SUPPRESS "no-manual-page [usr/bin/rivo-terminal]") # --help tells all
-rivo_debian_package(tools rivo-guicore-tools
-    SECTION misc
-    DESCRIPTION
-        "tools for the feeds of a ticketing terminal"
-        "rivo-grid prints the selection grid of a feed and judges its back-office"
-        "positions; rivo-models prints any of the models as a table, JSON or CSV."
-    NEEDS runtime
-    LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
-    RECOMMENDS rivo-terminal
-    SUPPRESS "no-manual-page [usr/bin/rivo-grid]" "no-manual-page [usr/bin/rivo-models]")
-rivo_install_kiosk()
+if(TARGET GuiCoreQml)
+    rivo_debian_package(qml qml-module-rivo-guicore
+        SECTION libs
+        DESCRIPTION
+            "list models of a ticketing terminal - QML module"
+            "The models and rows of GuiCore as types of QML: import Rivo.GuiCore 1.0"
+        NEEDS runtime
+        LIBRARIES ${compiler_libraries} ${qt_core} "libqt5qml5 (>= 5.15.1)")
+endif()
+if(TARGET rivo-terminal)
+    rivo_debian_package(terminal rivo-terminal
+        SECTION misc
+        DESCRIPTION
+            "ticketing terminal for the driver of a bus"
+            "Sells tickets on a touch screen from a feed: the grid, the basket with payment"
+            "and printing, the fare catalogue, Z reports, the fleet on a map, the devices."
+            "Sales are kept in a journal that survives a power cut."
+            "."
+            "A systemd unit (not enabled by itself) and a session for display managers run"
+            "the terminal alone on the screen. Two sample feeds are included."
+        NEEDS runtime qml
+        LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
+            "libqt5gui5 (>= 5.15.1)" "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
+            "libqt5quickcontrols2-5 (>= 5.15.1)" "libqt5sql5 (>= 5.15.1)"
+        # Loaded at run time: the journal's data base, icons, texts, and what the QML imports.
+        DEPENDS adduser libqt5sql5-sqlite libqt5svg5 "fonts-dejavu-core | fonts-dejavu"
+            qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2
+            qml-module-qtquick-controls2 qml-module-qtquick-templates2
+            qml-module-qtlocation qml-module-qtpositioning
+        RECOMMENDS libgl1-mesa-dri
+        EXTRA ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/conffiles
+            ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postinst
+            ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/prerm
+            ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postrm
+        SUPPRESS "no-manual-page [usr/bin/rivo-terminal]") # --help tells all
+    rivo_install_kiosk()
+endif()
+if(TARGET rivo-grid)
+    rivo_debian_package(tools rivo-guicore-tools
+        SECTION misc
+        DESCRIPTION
+            "tools for the feeds of a ticketing terminal"
+            "rivo-grid prints the selection grid of a feed and judges its back-office"
+            "positions; rivo-models prints any of the models as a table, JSON or CSV."
+        NEEDS runtime
+        LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
+        RECOMMENDS rivo-terminal
+        SUPPRESS "no-manual-page [usr/bin/rivo-grid]" "no-manual-page [usr/bin/rivo-models]")
+endif()
 include(CPack)

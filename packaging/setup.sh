@@ -73,5 +73,6 @@ run_tests() {
 configure_packages() {
     quietly "Configuring the packages of preset $1" cmake --preset "$1" -B "build/package-$1" \
         -DGUICORE_PACKAGES=ON -DGUICORE_BUILD_TESTS=OFF -DGUICORE_BUILD_BENCHMARKS=OFF \
-        -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_INSTALL_RPATH=ON
+        -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS= \
+        -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_INSTALL_RPATH=ON
 }
