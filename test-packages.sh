@@ -26,8 +26,8 @@ cp "$packages"/*.deb "$work/repository"
 
 # How this machine reaches Debian; without the security suite, which holds nothing that is needed.
 # shellcheck disable=SC2016 # fields of apt-get
-mirror="$(apt-get indextargets --format '$(CREATED_BY) $(ORIGIN) $(CODENAME) $(SITE)' |
-    awk '$1 == "Packages" && $2 == "Debian" && $3 == "bookworm" { print $4; exit }')"
+mirror="$(apt-get indextargets --format '$(SITE) $(RELEASE) $(COMPONENT) $(ORIGIN)' |
+    awk '$2 == "bookworm" && $3 == "main" && !sure { site = $1; sure = $4 == "Debian" } END { print site }')"
 apt-config dump | grep -E '^Acquire::(http|https|Retries|ForceIPv|Check-)' > "$work/apt.conf" || true
 echo 'APT::Sandbox::User "root";' >> "$work/apt.conf" # who alone reads the folder of our packages
 names="$(sed -n 's/^Package: //p' "$work/repository/Packages" | paste -sd,)"

@@ -48,7 +48,8 @@ int main(int argc, char* argv[])
     const QCoreApplication application(argc, argv);
     QTextStream out(stdout);
 
-    PassengerTypesModel grid(nullptr);
+    QObject owner; // of the models, and so of their prototypes
+    PassengerTypesModel grid(&owner);
     grid.setSupportedPassengerTypeCodes({QStringLiteral("PT_ADULT")});
     grid.addItem(1, QStringLiteral("Adult"), QStringLiteral("PT_ADULT"), QString(), 1.9, 7,
                  QStringLiteral("Single"), false, 10, 10, QString(), false, 0.0, false, -1);
@@ -74,11 +75,11 @@ int main(int argc, char* argv[])
             ->settingsConfig();
     out << "order " << settings->passengerTypeCodesOrder().size() << '\n';
 
-    AssetsModel assets;
-    FareProductsModel fareProducts;
-    PeripheralsModel peripherals;
-    ShoppingBasketModel basket;
-    ZReportModel reports;
+    AssetsModel assets(&owner);
+    FareProductsModel fareProducts(&owner);
+    PeripheralsModel peripherals(&owner);
+    ShoppingBasketModel basket(&owner);
+    ZReportModel reports(&owner);
     out << "empty "
         << assets.rowCount() + fareProducts.rowCount() + peripherals.rowCount() +
                basket.rowCount() + reports.rowCount()

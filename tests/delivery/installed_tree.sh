@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # An installed tree that was moved: other projects find the library in it with CMake and with
 # pkg-config, its programs find what they need, and nothing in it names the machine.
-# usage: installed_tree.sh SOURCE_DIR BINARY_DIR CMAKE GENERATOR COMPILER FLAGS
+# usage: installed_tree.sh SOURCE_DIR BINARY_DIR CMAKE GENERATOR COMPILER [FLAGS]
 set -u
 source_dir="$1" binary_dir="$2" cmake="$3" generator="$4" compiler="$5"
-read -ra flags <<< "$6"
+read -ra flags <<< "${6:-}"
 # shellcheck source=tests/support/boundary.sh
 . "$(dirname "${BASH_SOURCE[0]}")/../support/boundary.sh"
 unset LD_LIBRARY_PATH QML2_IMPORT_PATH
