@@ -13,6 +13,14 @@ abi_file() {
     echo "packaging/abi/libGuiCore-$machine.abi"
 }
 
+# build_abi PRESET: builds what the ABI is described from, and sets library to it.
+build_abi() {
+    configure_packages "$1"
+    quietly "Building the library of preset $1" cmake --build "build/package-$1" --target GuiCoreAbi
+    # shellcheck disable=SC2034 # for the caller
+    library="build/package-$1/GuiCore/abi/libGuiCore.so"
+}
+
 # describe_abi LIBRARY FILE: symbols and public types, from the library's debug information; without
 # paths, lines and versions of the machine that built it.
 describe_abi() {

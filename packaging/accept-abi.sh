@@ -8,13 +8,10 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . packaging/setup.sh
 # shellcheck source=packaging/abi.sh
 . packaging/abi.sh
-preset="${1:-release}"
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_for_abi
-configure_packages "$preset"
-quietly "Building the library of preset $preset" cmake --build "build/package-$preset" --target GuiCore
-library="build/package-$preset/lib/libGuiCore.so"
+build_abi "${1:-release}"
 file="$(abi_file "$library")"
 describe_abi "$library" "$file"
 echo "$file"

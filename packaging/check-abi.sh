@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Compares libGuiCore.so with the ABI that applications were built with: as the packages of a preset
-# have it (release if none is named), or a library that is there.
+# have it (release if none is named), or a build of
+# the target GuiCoreAbi that is there.
 # usage: packaging/check-abi.sh [PRESET | LIBRARY]
 set -euo pipefail
 here="$PWD"
@@ -15,11 +16,6 @@ need_packages $packages_for_abi
 library="${1:-release}"
 case "$library" in
     */*) library="$(cd "$here" && realpath "$library")" ;;
-    *)
-        configure_packages "$library"
-        quietly "Building the library of preset $library" \
-            cmake --build "build/package-$library" --target GuiCore
-        library="build/package-$library/lib/libGuiCore.so"
-        ;;
+    *) build_abi "$library" ;;
 esac
 compare_abi "$library"
