@@ -9,10 +9,14 @@ packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarat
     qml-module-qtquick-templates2 qml-module-qtlocation qml-module-qtpositioning
     xvfb xauth x11-utils libgl1-mesa-dri fonts-dejavu-core"
 packages_to_test="$packages_to_run binutils libbenchmark-dev python3-jsonschema libqt5svg5-dev
-    qml-module-qttest"
+    qml-module-qttest pkg-config abigail-tools"
 packages_for_armhf_sysroot="mmdebstrap gpg debian-archive-keyring ca-certificates"
 packages_to_test_armhf="crossbuild-essential-armhf qemu-user cmake ninja-build qtbase5-dev-tools qt5-qmake-bin
-    python3-jsonschema"
+    python3-jsonschema abigail-tools"
+packages_to_package="$packages_to_run dpkg-dev file binutils"
+packages_to_test_packages="$packages_to_package mmdebstrap lintian"
+packages_for_abi="$packages_to_run binutils abigail-tools"
+packages_for_api="doxygen"
 packages_to_lint="clang-format clang-tidy clazy shellcheck"
 
 # quietly WHAT COMMAND...: runs the command, shows its output only if it fails.
@@ -65,4 +69,13 @@ run_tests() {
                      preset, passed, failed, skipped, NR }'
     grep -E 'tests passed|Total Test time|No tests were found' "$log"
     return "$status"
+}
+
+# configure_packages NAME: the preset as it is packaged, in build/package-NAME. Debug information is
+# for the description of the ABI; the packages are stripped.
+configure_packages() {
+    quietly "Configuring the packages of preset $1" cmake --preset "$1" -B "build/package-$1" \
+        -DGUICORE_PACKAGES=ON -DGUICORE_BUILD_TESTS=OFF -DGUICORE_BUILD_BENCHMARKS=OFF \
+        -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS= \
+        -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_INSTALL_RPATH=ON
 }

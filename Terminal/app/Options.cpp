@@ -1,6 +1,9 @@
 #include "Options.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTextStream>
 #include <QTime>
@@ -31,6 +34,14 @@ std::nullopt_t complain(const QString& what)
     return std::nullopt;
 }
 
+/// The sample feed beside an installed program; null in the build tree.
+QString shippedFeed()
+{
+    const QString file = QCoreApplication::applicationDirPath() + QLatin1String(RIVO_FEED_FOLDER) +
+                         QStringLiteral("/hill-valley.json");
+    return QFileInfo::exists(file) ? QDir::cleanPath(file) : QString();
+}
+
 } // namespace
 
 QStringList pageNames()
@@ -52,7 +63,8 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
         parser.addOption(made);
         return made;
     };
-    const auto feed = option("feed", "Feed to sell from, rivo-feed JSON.", "file");
+    const auto feed = option(
+        "feed", "Feed to sell from, rivo-feed JSON; an installed terminal has a sample.", "file");
     const auto gtfs = option("gtfs", "Feed to sell from, a GTFS folder with Fares V2.", "folder");
     const auto category = option(
         "rider-category", "Passenger type of a GTFS rider category; may be repeated.", "id=PT_X");
@@ -77,11 +89,12 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     const QStringList unexpected = parser.positionalArguments();
     if (!unexpected.isEmpty())
         return complain(QStringLiteral("unexpected argument %1").arg(unexpected.first()));
-    if (parser.isSet(feed) == parser.isSet(gtfs))
-        return complain(QStringLiteral("one of --feed and --gtfs is needed"));
-
     Options options;
-    options.feed = parser.isSet(feed) ? parser.value(feed) : parser.value(gtfs);
+    options.feed = parser.isSet(feed)   ? parser.value(feed)
+                   : parser.isSet(gtfs) ? parser.value(gtfs)
+                                        : shippedFeed();
+    if (options.feed.isNull() || (parser.isSet(feed) && parser.isSet(gtfs)))
+        return complain(QStringLiteral("one of --feed and --gtfs is needed"));
     options.reading.mappingFile = parser.value(categories);
     const QStringList mappings = parser.values(category);
     for (const QString& mapping : mappings) {

@@ -50,8 +50,9 @@ Screen::Screen(const QStringList& problems, const QSize& size)
 
 void Screen::load(const QString& document, const QVariantMap& properties)
 {
-    // In the build tree; an installed module is on Qt's own path.
-    m_engine.addImportPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../qml"));
+    // In the build tree, and in an installed one that is not Qt's own.
+    for (const char* folder : {"/../qml", RIVO_QML_FOLDER})
+        m_engine.addImportPath(QCoreApplication::applicationDirPath() + QLatin1String(folder));
     m_engine.setInitialProperties(properties);
     m_engine.load(QUrl(QStringLiteral("qrc:/qml/") + document));
     if (!m_engine.rootObjects().isEmpty())

@@ -32,12 +32,22 @@ rivo::core::SettingsConfig::passengerTypeCodesOrder() const
 rivo::core::SettingsConfig::staticMetaObject
 rivo::core::SettingsConfig::~SettingsConfig()" "$called"
 
-# Instances of templates from the standard library and Qt may be weak symbols of any library.
-foreign="$("${NM:-nm}" -DC --defined-only "$library" | awk '$2 !~ /^[WVu]$/' | cut -d' ' -f3- |
+exported="$("${NM:-nm}" -DC --defined-only "$library" | cut -d' ' -f3-)"
+foreign="$(echo "$exported" |
     grep -vE '^(vtable for |typeinfo (name )?for |non-virtual thunk to )?(rivo::models::List(Item|Model)|(Asset|FareProduct|PassengerType|Peripheral|Shopping|ZReport)(Item|ItemRolesHandling)|(Assets|FareProducts|PassengerTypes|Peripherals|ShoppingBasket|ZReport)Model)(::|$)' |
     grep -vE '^__(asan|odr_asan|ubsan|sanitizer)')"
 expect "exports its public classes and nothing else" "" "$foreign"
 
 expect_no_paths "$library" "$source_dir" "$binary_dir" "$library"
+
+# What a class of an application that derives from a public class, or casts to it, links against.
+for class in rivo::models::List{Item,Model} {Asset,FareProduct,PassengerType,Peripheral,Shopping,ZReport}Item \
+    {Assets,FareProducts,PassengerTypes,Peripherals,ShoppingBasket,ZReport}Model; do
+    missing="$(for symbol in "vtable for $class" "typeinfo for $class" "$class::staticMetaObject" \
+        "$class::~${class##*::}()"; do
+        grep -qxF "$symbol" <<< "$exported" || echo "$symbol"
+    done)"
+    expect "exports what deriving from $class needs" "" "$missing"
+done
 
 no_failure

@@ -23,6 +23,7 @@ class RIVO_CORE_EXPORT SettingsConfig : public QObject
     Q_OBJECT
 
 public:
+    /// The defaults, until the ConfigManager that owns it has read the file.
     explicit SettingsConfig(QObject* parent);
     ~SettingsConfig() override;
 

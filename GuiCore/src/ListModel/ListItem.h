@@ -22,6 +22,7 @@ class GUICORE_EXPORT ListItem : public QObject
     Q_OBJECT
 
 public:
+    /// `parent` owns the row.
     explicit ListItem(QObject* parent = nullptr);
     ~ListItem() override;
 

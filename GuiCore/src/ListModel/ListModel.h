@@ -124,6 +124,7 @@ public:
     /// (undefined) for a row out of range. The names are those of the row's own class. Nothing is
     /// cached or converted.
     Q_INVOKABLE QVariant get(const int& index);
+    /// The same for the row of an index.
     Q_INVOKABLE QVariant get(const QModelIndex& index);
 
     /// Number of the first row whose id() equals `id`; -1 if none. Linear.
@@ -143,6 +144,7 @@ public:
     /// The one handler of all models; null, as at first, for none. The QML module Rivo.GuiCore sets
     /// one that keeps rows from the garbage collector and resets it when it is unloaded.
     static void setRowExposureHandler(RowExposureHandler handler);
+    /// The handler that is set; null for none.
     static RowExposureHandler rowExposureHandler();
 
 signals:

@@ -22,7 +22,7 @@ struct QHashStaticInit
             hash.insert(pair.first, pair.second);
     }
 
-    QHash<Key, Value> hash;
+    QHash<Key, Value> hash; ///< the table
 };
 
 } // namespace models

@@ -10,8 +10,10 @@
 #include <QString>
 #include <QVariant>
 
+/// The role table of AssetItem.
 struct GUICORE_EXPORT AssetItemRolesHandling
 {
+    /// Role number to the name that QML uses.
     static const rivo::models::QHashStaticInit<int, QByteArray> ASSETS_HASH_TABLE;
 };
 

@@ -10,8 +10,10 @@
 #include <QString>
 #include <QVariant>
 
+/// The role table of FareProductItem.
 struct GUICORE_EXPORT FareProductItemRolesHandling
 {
+    /// Role number to the name that QML uses.
     static const rivo::models::QHashStaticInit<int, QByteArray> PASSENGER_TYPE_ROLES_HASH_TABLE;
 };
 

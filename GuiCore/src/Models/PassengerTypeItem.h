@@ -9,8 +9,10 @@
 #include <QString>
 #include <QVariant>
 
+/// The role table of PassengerTypeItem.
 struct GUICORE_EXPORT PassengerTypeItemRolesHandling
 {
+    /// Role number to the name that QML uses.
     static const rivo::models::QHashStaticInit<int, QByteArray> PASSENGER_TYPE_ROLES_HASH_TABLE;
 };
 

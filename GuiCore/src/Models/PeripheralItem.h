@@ -9,8 +9,10 @@
 #include <QString>
 #include <QVariant>
 
+/// The role table of PeripheralItem.
 struct GUICORE_EXPORT PeripheralItemRolesHandling
 {
+    /// Role number to the name that QML uses.
     static const rivo::models::QHashStaticInit<int, QByteArray> PERIPHERAL_ROLES_HASH_TABLE;
 };
 

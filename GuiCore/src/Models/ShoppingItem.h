@@ -12,8 +12,10 @@
 #include <QString>
 #include <QVariant>
 
+/// The role table of ShoppingItem.
 struct GUICORE_EXPORT ShoppingItemRolesHandling
 {
+    /// Role number to the name that QML uses.
     static const rivo::models::QHashStaticInit<int, QByteArray> SHOPPING_ITEM_ROLES_HASH_TABLE;
 };
 

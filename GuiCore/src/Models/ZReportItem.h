@@ -10,8 +10,10 @@
 #include <QString>
 #include <QVariant>
 
+/// The role table of ZReportItem.
 struct GUICORE_EXPORT ZReportItemRolesHandling
 {
+    /// Role number to the name that QML uses.
     static const rivo::models::QHashStaticInit<int, QByteArray> Z_REPORT_ROLES_HASH_TABLE;
 };
 

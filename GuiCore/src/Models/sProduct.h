@@ -12,10 +12,10 @@ struct sProduct
     int passengerTypeCode = 0; ///< PassengerTypesModel::PassengerType number; 0 if unknown
     QString icon;              ///< icon URL; empty takes the passenger type's own icon
     double price = 0.0;        ///< currency units
-    int fareProductId = 0;
-    QString fareProductName = QStringLiteral("---DUMMY---");
-    bool isReturnFee = false;  ///< a return fee
-    int fromStopGroupId = 0;   ///< origin zone
+    int fareProductId = 0;     ///< of the back office
+    QString fareProductName = QStringLiteral("---DUMMY---"); ///< as the driver reads it
+    bool isReturnFee = false;                                ///< a return fee
+    int fromStopGroupId = 0;                                 ///< origin zone
     int toStopGroupId = 0;     ///< destination zone; groups the local layout
     QString fareProductColor;  ///< colour of the tile, "#rrggbb" or a colour name
     bool hasExpired = true;    ///< no longer valid; true for placeholders

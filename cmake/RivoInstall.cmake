@@ -1,0 +1,88 @@
+# Where everything is installed, and what lets other projects find the library there. All of it is
+# relative to the prefix, so that an installed tree may be moved.
+#
+# Components: runtime (both libraries), dev (headers, CMake package, pkg-config), qml, terminal,
+# tools.
+
+# Debian's folders in a cross build too, where GNUInstallDirs does not take them.
+if(CMAKE_CROSSCOMPILING AND CMAKE_LIBRARY_ARCHITECTURE AND CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    set(CMAKE_INSTALL_LIBDIR "lib/${CMAKE_LIBRARY_ARCHITECTURE}" CACHE PATH "Folder of libraries")
+endif()
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+include(RivoCoreLibrary)
+
+set(GUICORE_INSTALL_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/guicore")
+set(GUICORE_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/GuiCore")
+set(GUICORE_INSTALL_QMLDIR "${CMAKE_INSTALL_LIBDIR}/qt5/qml" CACHE STRING
+    "Import path of the installed QML module, relative to the prefix")
+set(GUICORE_INSTALL_FEEDDIR "${CMAKE_INSTALL_DATADIR}/rivo-terminal/feeds")
+
+# rivo_relative_path(<variable> <from> <to>)
+# The way between two folders of the installed tree.
+function(rivo_relative_path variable from to)
+    file(RELATIVE_PATH path "/prefix/${from}" "/prefix/${to}")
+    set(${variable} "${path}" PARENT_SCOPE)
+endfunction()
+
+# rivo_install(<target> COMPONENT <component> DESTINATION <folder>)
+# A program or plugin that finds our libraries wherever the tree is.
+function(rivo_install target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMPONENT;DESTINATION" "")
+    rivo_relative_path(libraries "${arg_DESTINATION}" "${CMAKE_INSTALL_LIBDIR}")
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
+    install(TARGETS ${target}
+        RUNTIME DESTINATION "${arg_DESTINATION}" COMPONENT ${arg_COMPONENT}
+        LIBRARY DESTINATION "${arg_DESTINATION}" COMPONENT ${arg_COMPONENT})
+endfunction()
+
+# rivo_install_core()
+# The core library under its name on disk. Another build of it (GUICORE_CORE_LIBRARY) is a copy.
+function(rivo_install_core)
+    if(GUICORE_CORE_LIBRARY)
+        get_filename_component(file "${GUICORE_CORE_LIBRARY}" ABSOLUTE BASE_DIR "${CMAKE_SOURCE_DIR}")
+        install(FILES "${file}" DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime
+            RENAME "${RIVO_CORE_LIBRARY_SONAME}")
+    else()
+        install(TARGETS RivoCore LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime)
+    endif()
+endfunction()
+
+# rivo_install_library()
+# Both libraries, their headers, and the packages GuiCore of CMake and pkg-config.
+function(rivo_install_library)
+    set_target_properties(GuiCore PROPERTIES INSTALL_RPATH "$ORIGIN")
+    install(TARGETS GuiCore EXPORT GuiCoreTargets
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime NAMELINK_COMPONENT dev
+        INCLUDES DESTINATION "${GUICORE_INSTALL_INCLUDEDIR}")
+    get_target_property(source_dir GuiCore SOURCE_DIR)
+    get_target_property(binary_dir GuiCore BINARY_DIR)
+    get_target_property(headers GuiCore SOURCES)
+    list(FILTER headers INCLUDE REGEX "^src/.*\\.h$")
+    list(FILTER headers EXCLUDE REGEX "/(ProductDump|ZoneIndex)\\.h$") # not part of the interface
+    list(TRANSFORM headers PREPEND "${source_dir}/")
+    install(FILES ${headers} "${binary_dir}/include/GuiCoreExport.h"
+        DESTINATION "${GUICORE_INSTALL_INCLUDEDIR}" COMPONENT dev)
+
+    rivo_install_core()
+    get_target_property(core_binary_dir RivoCoreBoundary BINARY_DIR)
+    install(DIRECTORY "${source_dir}/include/core" "${core_binary_dir}/include/core"
+        DESTINATION "${GUICORE_INSTALL_INCLUDEDIR}" COMPONENT dev
+        FILES_MATCHING PATTERN "*.h")
+
+    set(generated "${CMAKE_CURRENT_BINARY_DIR}/install")
+    configure_package_config_file(cmake/GuiCoreConfig.cmake.in "${generated}/GuiCoreConfig.cmake"
+        INSTALL_DESTINATION "${GUICORE_INSTALL_CMAKEDIR}"
+        PATH_VARS CMAKE_INSTALL_LIBDIR GUICORE_INSTALL_INCLUDEDIR)
+    write_basic_package_version_file("${generated}/GuiCoreConfigVersion.cmake"
+        COMPATIBILITY SameMajorVersion)
+    install(EXPORT GuiCoreTargets NAMESPACE GuiCore::
+        DESTINATION "${GUICORE_INSTALL_CMAKEDIR}" COMPONENT dev)
+    install(FILES "${generated}/GuiCoreConfig.cmake" "${generated}/GuiCoreConfigVersion.cmake"
+        DESTINATION "${GUICORE_INSTALL_CMAKEDIR}" COMPONENT dev)
+
+    set(pkgconfig_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+    rivo_relative_path(GUICORE_PC_PREFIX "${pkgconfig_dir}" "")
+    configure_file(cmake/GuiCore.pc.in "${generated}/GuiCore.pc" @ONLY)
+    install(FILES "${generated}/GuiCore.pc" DESTINATION "${pkgconfig_dir}" COMPONENT dev)
+endfunction()

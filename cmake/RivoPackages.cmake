@@ -1,0 +1,188 @@
+# The Debian packages, one per component: what only they have, and how CPack makes them.
+# Used by packaging/make-packages.sh.
+
+# rivo_debian_architecture(<variable>)
+# Debian's name of the machine that the compiler builds for.
+function(rivo_debian_architecture variable)
+    set(x86_64-linux-gnu amd64)
+    set(aarch64-linux-gnu arm64)
+    set(arm-linux-gnueabihf armhf)
+    if(NOT DEFINED "${CMAKE_LIBRARY_ARCHITECTURE}")
+        message(FATAL_ERROR "No packages for \"${CMAKE_LIBRARY_ARCHITECTURE}\": "
+            "amd64, arm64 and armhf are what cmake/RivoPackages.cmake knows")
+    endif()
+    set(${variable} "${${CMAKE_LIBRARY_ARCHITECTURE}}" PARENT_SCOPE)
+endfunction()
+
+# rivo_debian_package(<component> <package> DESCRIPTION <line>... [SECTION <section>]
+#                     [NEEDS <component>...] [DEPENDS <package>...] [RECOMMENDS <package>...]
+#                     [LIBRARIES <package>...] [EXTRA <control file>...]
+#                     [SUPPRESS <lintian tag>...])
+# DESCRIPTION: the synopsis, then the lines of the text. LIBRARIES: the packages that its binaries
+# need, for cross builds, where the tool that finds them may not know the target's packages.
+function(rivo_debian_package component package)
+    cmake_parse_arguments(PARSE_ARGV 2 arg ""
+        "SECTION" "DESCRIPTION;NEEDS;DEPENDS;RECOMMENDS;LIBRARIES;EXTRA;SUPPRESS")
+    string(TOUPPER "${component}" id)
+    set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
+    list(POP_FRONT arg_DESCRIPTION synopsis)
+    list(JOIN arg_DESCRIPTION "\n" text)
+    set(generated "${CMAKE_CURRENT_BINARY_DIR}/packaging/${package}")
+    file(MAKE_DIRECTORY "${generated}")
+    set(all_depends ${arg_LIBRARIES} ${arg_DEPENDS})
+    list(TRANSFORM all_depends REPLACE " .*" "")
+    list(JOIN all_depends "\n" all_depends)
+    file(CONFIGURE OUTPUT "${generated}/depends" CONTENT "${all_depends}\n")
+    if(NOT GUICORE_PACKAGE_SHLIBDEPS)
+        list(APPEND arg_DEPENDS ${arg_LIBRARIES})
+    endif()
+    list(JOIN arg_DEPENDS ", " depends)
+    list(JOIN arg_RECOMMENDS ", " recommends)
+    foreach(setting IN ITEMS
+            "DEBIAN_${id}_PACKAGE_NAME=${package}"
+            "DEBIAN_${id}_FILE_NAME=DEB-DEFAULT"
+            "DEBIAN_${id}_PACKAGE_SECTION=${arg_SECTION}"
+            "DEBIAN_${id}_DESCRIPTION=${synopsis}\n${text}"
+            "DEBIAN_${id}_PACKAGE_DEPENDS=${depends}"
+            "DEBIAN_${id}_PACKAGE_RECOMMENDS=${recommends}"
+            "COMPONENT_${id}_DEPENDS=${arg_NEEDS}"
+            "DEBIAN_${id}_PACKAGE_CONTROL_EXTRA=${arg_EXTRA}")
+        string(REGEX MATCH "^([^=]*)=(.*)$" unused "${setting}")
+        set(CPACK_${CMAKE_MATCH_1} "${CMAKE_MATCH_2}" PARENT_SCOPE)
+    endforeach()
+
+    execute_process(COMMAND gzip -9nc "${CMAKE_SOURCE_DIR}/packaging/debian/changelog"
+        OUTPUT_FILE "${generated}/changelog.gz" COMMAND_ERROR_IS_FATAL ANY)
+    install(FILES "${generated}/changelog.gz" "${CMAKE_SOURCE_DIR}/packaging/debian/copyright"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" COMPONENT ${component})
+    if(arg_SUPPRESS)
+        list(TRANSFORM arg_SUPPRESS PREPEND "${package}: ")
+        list(JOIN arg_SUPPRESS "\n" overrides)
+        file(CONFIGURE OUTPUT "${generated}/${package}" CONTENT "${overrides}\n" @ONLY)
+        install(FILES "${generated}/${package}"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides" COMPONENT ${component})
+    endif()
+endfunction()
+
+# What starts the terminal with the machine.
+function(rivo_install_kiosk)
+    set(generated "${CMAKE_CURRENT_BINARY_DIR}/packaging/kiosk")
+    set(kiosk "${CMAKE_SOURCE_DIR}/packaging/kiosk")
+    foreach(file IN ITEMS rivo-terminal.service rivo-terminal.desktop)
+        configure_file("${kiosk}/${file}.in" "${generated}/${file}" @ONLY)
+    endforeach()
+    install(FILES "${generated}/rivo-terminal.service" DESTINATION lib/systemd/system
+        COMPONENT terminal)
+    install(FILES "${generated}/rivo-terminal.desktop" DESTINATION "${CMAKE_INSTALL_DATADIR}/xsessions"
+        COMPONENT terminal)
+    install(FILES "${kiosk}/default" DESTINATION "${CMAKE_INSTALL_FULL_SYSCONFDIR}/default"
+        RENAME rivo-terminal COMPONENT terminal)
+endfunction()
+
+if(CMAKE_CROSSCOMPILING AND CMAKE_SYSROOT)
+    set(shlibdeps OFF) # the target's packages are not in the data base of this machine
+else()
+    set(shlibdeps ON)
+endif()
+option(GUICORE_PACKAGE_SHLIBDEPS "Let dpkg-shlibdeps find the packages of needed libraries"
+    ${shlibdeps})
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME rivo-guicore)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has one of its own
+set(CPACK_PACKAGE_VENDOR "Rivo")
+set(CPACK_PACKAGE_CONTACT "Rivo GuiCore developers <guicore@rivo.example>")
+set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
+set(CPACK_OUTPUT_FILE_PREFIX "${CMAKE_BINARY_DIR}/packages")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL "") # those of which there is a package
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ${GUICORE_PACKAGE_SHLIBDEPS})
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+rivo_debian_architecture(CPACK_DEBIAN_PACKAGE_ARCHITECTURE)
+
+set(compiler_libraries "libc6 (>= 2.34)" "libgcc-s1 (>= 3.5)" "libstdc++6 (>= 12)")
+set(qt_core "libqt5core5a (>= 5.15.1)")
+set(positioning "libqt5positioning5 (>= 5.15.1)")
+
+configure_file(packaging/debian/runtime/shlibs.in packaging/shlibs @ONLY)
+rivo_debian_package(runtime libguicore${PROJECT_VERSION_MAJOR}
+    SECTION libs
+    DESCRIPTION
+        "list models of a ticketing terminal"
+        "Models behind the touch screen with which a bus driver sells tickets: the"
+        "selection grid, the basket, the catalogue of fare products, the Z reports, the"
+        "fleet and the devices. With the core library libRIVO_ARM_QtLib.so:"
+        "configuration, registry and logger."
+    LIBRARIES ${compiler_libraries} ${qt_core} ${positioning}
+    EXTRA "${CMAKE_CURRENT_BINARY_DIR}/packaging/shlibs"
+        "${CMAKE_SOURCE_DIR}/packaging/debian/runtime/triggers"
+    # Another build of the core library takes the place of ours under that very name; CPack writes
+    # its call of ldconfig beside the trigger.
+    SUPPRESS
+        "shared-library-lacks-version usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/libRIVO_ARM_QtLib.so libRIVO_ARM_QtLib.so"
+        "maintscript-calls-ldconfig [postinst]" "maintscript-calls-ldconfig [postrm]")
+rivo_debian_package(dev libguicore-dev
+    SECTION libdevel
+    DESCRIPTION
+        "list models of a ticketing terminal - development files"
+        "Headers of GuiCore and of the core library, and what lets CMake"
+        "(find_package(GuiCore)) and pkg-config (GuiCore) find them."
+    NEEDS runtime
+    DEPENDS "qtbase5-dev (>= 5.15)" "qtpositioning5-dev (>= 5.15)" libeasyloggingpp-dev
+    SUPPRESS "pkg-config-bad-directive -fPIC [usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/pkgconfig/GuiCore.pc]")
+if(TARGET GuiCoreQml)
+    rivo_debian_package(qml qml-module-rivo-guicore
+        SECTION libs
+        DESCRIPTION
+            "list models of a ticketing terminal - QML module"
+            "The models and rows of GuiCore as types of QML: import Rivo.GuiCore 1.0"
+        NEEDS runtime
+        LIBRARIES ${compiler_libraries} ${qt_core} "libqt5qml5 (>= 5.15.1)")
+endif()
+if(TARGET rivo-terminal)
+    rivo_debian_package(terminal rivo-terminal
+        SECTION misc
+        DESCRIPTION
+            "ticketing terminal for the driver of a bus"
+            "Sells tickets on a touch screen from a feed: the grid, the basket with payment"
+            "and printing, the fare catalogue, Z reports, the fleet on a map, the devices."
+            "Sales are kept in a journal that survives a power cut."
+            "."
+            "A systemd unit (not enabled by itself) and a session for display managers run"
+            "the terminal alone on the screen. Two sample feeds are included."
+        NEEDS runtime qml
+        LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
+            "libqt5gui5 (>= 5.15.1)" "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
+            "libqt5quickcontrols2-5 (>= 5.15.1)" "libqt5sql5 (>= 5.15.1)"
+        # Loaded at run time: the journal's data base, icons, texts, and what the QML imports.
+        DEPENDS adduser libqt5sql5-sqlite libqt5svg5 "fonts-dejavu-core | fonts-dejavu"
+            qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2
+            qml-module-qtquick-controls2 qml-module-qtquick-templates2
+            qml-module-qtlocation qml-module-qtpositioning
+        RECOMMENDS libgl1-mesa-dri
+        EXTRA ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/conffiles
+            ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postinst
+            ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/prerm
+            ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postrm
+        SUPPRESS "no-manual-page [usr/bin/rivo-terminal]") # --help tells all
+    rivo_install_kiosk()
+endif()
+if(TARGET rivo-grid)
+    rivo_debian_package(tools rivo-guicore-tools
+        SECTION misc
+        DESCRIPTION
+            "tools for the feeds of a ticketing terminal"
+            "rivo-grid prints the selection grid of a feed and judges its back-office"
+            "positions; rivo-models prints any of the models as a table, JSON or CSV."
+        NEEDS runtime
+        LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
+        RECOMMENDS rivo-terminal
+        SUPPRESS "no-manual-page [usr/bin/rivo-grid]" "no-manual-page [usr/bin/rivo-models]")
+endif()
+include(CPack)

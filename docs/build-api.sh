@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# Makes the pages of the C++ interface from the headers, in build/api, and prints where they start.
+# Fails with what Doxygen has to say against our headers. That a getter, setter, property or change
+# signal says nothing of its own is fine: the comment of its class does.
+# usage: docs/build-api.sh
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=packaging/setup.sh
+. packaging/setup.sh
+output=build/api
+
+# shellcheck disable=SC2086 # a list of names
+need_packages $packages_for_api
+rm -rf "$output"
+mkdir -p "$output"
+{
+    cat docs/Doxyfile
+    echo "OUTPUT_DIRECTORY = $output"
+    echo "WARN_LOGFILE = $output/warnings"
+} > "$output/Doxyfile"
+quietly "Doxygen" doxygen "$output/Doxyfile"
+
+member='^[^ ]+ (warning|error): Member '
+undocumented=' of class [A-Za-z:]+ is not documented\.$'
+if grep -vE -e "${member}[a-z][A-Za-z]*\(\) const \(function\)$undocumented" \
+    -e "$member"'set[A-Z][A-Za-z]*\(.*\) \(function\)'"$undocumented" \
+    -e "${member}[a-z][A-Za-z]*Changed\(.*\) \(signal\)$undocumented" \
+    -e "${member}[a-z][A-Za-z]* \(property\)$undocumented" "$output/warnings" | sort -u | grep .; then
+    echo "Doxygen warns of the headers" >&2
+    exit 1
+fi
+[ -f "$output/html/classPassengerTypesModel.html" ]
+echo "$output/html/index.html"

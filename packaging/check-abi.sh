@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Compares libGuiCore.so with the ABI that applications were built with: as the packages of a preset
+# have it (release if none is named), or a build of
+# the target GuiCoreAbi that is there.
+# usage: packaging/check-abi.sh [PRESET | LIBRARY]
+set -euo pipefail
+here="$PWD"
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=packaging/setup.sh
+. packaging/setup.sh
+# shellcheck source=packaging/abi.sh
+. packaging/abi.sh
+
+# shellcheck disable=SC2086 # a list of names
+need_packages $packages_for_abi
+library="${1:-release}"
+case "$library" in
+    */*) library="$(cd "$here" && realpath "$library")" ;;
+    *) build_abi "$library" ;;
+esac
+compare_abi "$library"

@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# Builds the Debian packages of a preset (release if none is named) in build/package-PRESET/packages
+# and says what they are. Fails if docs/delivery.md lists other contents; with --update it writes
+# them there instead.
+# usage: packaging/make-packages.sh [--update] [PRESET]
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=packaging/setup.sh
+. packaging/setup.sh
+update=false
+[ "${1:-}" = --update ] && { update=true; shift; }
+preset="${1:-release}"
+build="build/package-$preset"
+document=docs/delivery.md
+
+# shellcheck disable=SC2086 # a list of names
+need_packages $packages_to_package
+configure_packages "$preset"
+quietly "Building the packages of preset $preset" cmake --build "$build"
+
+# The time of what is packaged, so that the same sources give the same packages.
+SOURCE_DATE_EPOCH="$(git log -1 --format=%ct 2> /dev/null || stat -c %Y packaging/debian/changelog)"
+export SOURCE_DATE_EPOCH
+rm -rf "$build/packages" "$build/_CPack_Packages"
+(cd "$build" && umask 022 && quietly "Packing" cpack)
+
+# The libraries that dpkg-shlibdeps found are those that packages of a cross build name.
+for package in "$build"/packages/*.deb; do
+    name="$(dpkg-deb -f "$package" Package)"
+    found="$(dpkg-deb -f "$package" Depends | tr , '\n' | sed -E 's/^ *([^ ]+).*/\1/' |
+        grep -vxE 'libguicore1|qml-module-rivo-guicore' | LC_ALL=C sort -u)"
+    named="$(LC_ALL=C sort -u "$build/packaging/$name/depends")"
+    [ "$found" = "$named" ] || {
+        diff <(echo "$named") <(echo "$found") || true
+        echo "$name depends on others than cmake/RivoPackages.cmake names" >&2
+        exit 1
+    }
+done
+
+# contents: what each package installs, the machine's triplet in general terms.
+contents() {
+    local package
+    for package in "$build"/packages/*.deb; do
+        printf '%s\n' "$(dpkg-deb -f "$package" Package)"
+        dpkg-deb --fsys-tarfile "$package" | tar -t | grep -v '/$' |
+            sed -E 's#^\./#    /#; s#/lib/[^/]+-linux-gnu[a-z]*/#/lib/TRIPLET/#' | LC_ALL=C sort
+    done
+}
+
+# documented: the list that stands between two comments of the document, of the packages that there
+# are: some presets build without QML.
+documented() {
+    local made
+    made=" $(for package in "$build"/packages/*.deb; do dpkg-deb -f "$package" Package; done | paste -sd ' ') "
+    sed -n '/^<!-- contents of the packages -->$/,/^<!-- end -->$/p' "$document" |
+        awk -v made="$made" '/^[a-z]/ { skip = !index(made, " " $0 " ") }
+                             /^[<`]/ { skip = 0 }
+                             !skip'
+}
+# shellcheck disable=SC2016 # a fence, no command
+listed="$(printf '<!-- contents of the packages -->\n```\n%s\n```\n<!-- end -->' "$(contents)")"
+if "$update"; then
+    { sed '/^<!-- contents of the packages -->$/,$d' "$document"; echo "$listed"
+        sed '1,/^<!-- end -->$/d' "$document"; } > "$build/document"
+    cp "$build/document" "$document"
+elif ! diff <(documented) <(echo "$listed"); then
+    echo "$document lists other contents; packaging/make-packages.sh --update corrects it." >&2
+    exit 1
+fi
+
+for package in "$build"/packages/*.deb; do
+    printf '%s  %d kB, installed %d kB\n' "$package" "$(($(stat -c %s "$package") / 1000))" \
+        "$(dpkg-deb -f "$package" Installed-Size)"
+done

@@ -1,0 +1,101 @@
+#!/usr/bin/env bash
+# An installed tree that was moved: other projects find the library in it with CMake and with
+# pkg-config, its programs find what they need, and nothing in it names the machine.
+# usage: installed_tree.sh SOURCE_DIR BINARY_DIR CMAKE GENERATOR COMPILER [FLAGS]
+set -u
+source_dir="$1" binary_dir="$2" cmake="$3" generator="$4" compiler="$5"
+read -ra flags <<< "${6:-}"
+# shellcheck source=tests/support/boundary.sh
+. "$(dirname "${BASH_SOURCE[0]}")/../support/boundary.sh"
+unset LD_LIBRARY_PATH QML2_IMPORT_PATH
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+
+# step WHAT COMMAND...: a step without which the rest says nothing.
+step() {
+    local what="$1"
+    shift
+    "$@" > "$work/log" 2>&1 && return 0
+    cat "$work/log"
+    echo "FAIL: $what"
+    exit 1
+}
+
+step "install" env DESTDIR="$work/stage" "$cmake" --install "$binary_dir"
+prefix="$(sed -n 's/^CMAKE_INSTALL_PREFIX:[A-Z]*=//p' "$binary_dir/CMakeCache.txt")"
+tree="$work/somewhere else"
+step "move" mv "$work/stage$prefix" "$tree"
+expect "installs below the prefix alone" "" "$(find "$work/stage" -type f)"
+
+for folder in "$source_dir" "$binary_dir" "$work"; do
+    [[ "${flags[*]}" == *-fsanitize* ]] && break # sanitizers name the sources
+    expect "no installed file names $folder" "" "$(grep -rlIF "$folder" "$tree")"
+done
+# shellcheck disable=SC2016 # $ORIGIN is the loader's
+expect "no library path but a relative one" "" \
+    "$(find "$tree" -type f -exec readelf -d {} + 2> /dev/null |
+        sed -nE 's/.*\((RPATH|RUNPATH)\).*\[(.*)\]/\2/p' | grep -vE '^\$ORIGIN(/[^:]*)?$')"
+
+# run_consumer PROGRAM: it works, and logs through the core library.
+run_consumer() {
+    local output log=' WARNING .*consumer says.*\[4, 2\]'
+    output="$("$1" 2> "$work/consumer.log")"
+    expect "$1 ends well" 0 "$?"
+    expect "$1 uses the library" "grid 1 Single
+stops 1 0 1
+tile 1 1
+order 0
+empty 0" "$output"
+    grep -qE "$log" "$work/consumer.log" || expect "$1 logs" "$log" "$(cat "$work/consumer.log")"
+}
+
+step "find_package" "$cmake" -G "$generator" -S "$source_dir/tests/consumer" -B "$work/cmake" \
+    "-DCMAKE_CXX_COMPILER=$compiler" "-DCMAKE_CXX_FLAGS=${flags[*]}" "-DCMAKE_PREFIX_PATH=$tree"
+step "building with CMake" "$cmake" --build "$work/cmake"
+run_consumer "$work/cmake/consumer"
+expect "needs the core library by its plain name" "libRIVO_ARM_QtLib.so" \
+    "$(needed "$work/cmake/consumer" | grep RIVO)"
+
+mkdir "$work/newer"
+sed 's/GuiCore 1.0/GuiCore 2.0/' "$source_dir/tests/consumer/CMakeLists.txt" > "$work/newer/CMakeLists.txt"
+"$cmake" -G "$generator" -S "$work/newer" -B "$work/newer/build" "-DCMAKE_CXX_COMPILER=$compiler" \
+    "-DCMAKE_PREFIX_PATH=$tree" 2>&1 | grep -q 'compatible with requested version "2.0"' ||
+    expect "another major version is refused" "refused" "taken"
+
+# Compilers take no blank in what pkg-config prints.
+tree="$work/elsewhere"
+step "move again" mv "$work/somewhere else" "$tree"
+libraries="$(dirname "$(find "$tree" -name libGuiCore.so)")"
+export PKG_CONFIG_PATH="$libraries/pkgconfig"
+expect "pkg-config knows the version" \
+    "$(sed -n 's/^CMAKE_PROJECT_VERSION:[A-Z]*=//p' "$binary_dir/CMakeCache.txt")" \
+    "$(pkg-config --modversion GuiCore)"
+read -ra use <<< "$(pkg-config --cflags --libs GuiCore)"
+step "building with pkg-config" "$compiler" "${flags[@]}" -std=c++17 -Wall -Wextra \
+    "$source_dir/tests/consumer/main.cpp" "${use[@]}" "-Wl,-rpath,$libraries" -o "$work/consumer"
+run_consumer "$work/consumer"
+
+# Each header by itself; then those of the logger's storage with any of them.
+while read -r header; do
+    step "<$header> by itself" "$compiler" "${flags[@]}" -std=c++17 -Wall -Wextra -Werror -x c++ \
+        -fsyntax-only -include "$header" "${use[@]}" /dev/null
+done < <(cd "$tree/include/guicore" && find . -name '*.h' -printf '%P\n')
+
+# The programs, each in a folder of its own and without options that say where things are.
+if [ -x "$tree/bin/rivo-grid" ]; then
+    "$tree/bin/rivo-grid" "$tree/share/rivo-terminal/feeds/hill-valley.json" > "$work/grid.txt"
+    expect "rivo-grid prints the shipped feed" 0 "$?"
+    grep -q 'Hill & Valley Buses' "$work/grid.txt" || expect "the grid" "its name" "$(cat "$work/grid.txt")"
+fi
+if [ -x "$tree/bin/rivo-terminal" ]; then
+    export QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software XDG_RUNTIME_DIR="$work/runtime"
+    mkdir -m 700 "$XDG_RUNTIME_DIR"
+    export ASAN_OPTIONS="${ASAN_OPTIONS:-}:detect_leaks=0" # Qt Quick leaks by itself
+    xvfb-run -a "$tree/bin/rivo-terminal" --journal "$work/q.journal" \
+        --screenshot "$work/sell.png" > "$work/terminal.txt" 2>&1
+    expect "rivo-terminal opens the shipped feed" "0 " "$? $(cat "$work/terminal.txt")"
+    [ "$(stat -c %s "$work/sell.png" 2> /dev/null || echo 0)" -gt 20000 ] ||
+        expect "the picture shows a screen" "more than 20000 bytes" "$(ls -l "$work")"
+fi
+
+no_failure
