@@ -8,6 +8,5 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_test_armhf
-packaging/armhf-sysroot.sh
 build_preset armhf
 run_tests armhf

@@ -10,3 +10,9 @@ foreach(tool moc qmake rcc uic)
 endforeach()
 # As Qt's package sets it, for AUTOMOC.
 set(QT_MOC_EXECUTABLE "${RIVO_HOST_moc}")
+
+# lrelease and lupdate: the package has nothing but programs, so it is the build machine's.
+file(GLOB RIVO_HOST_LINGUIST /usr/lib/*/cmake/Qt5LinguistTools)
+if(RIVO_HOST_LINGUIST)
+    list(GET RIVO_HOST_LINGUIST 0 Qt5LinguistTools_DIR)
+endif()

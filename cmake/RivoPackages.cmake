@@ -160,6 +160,7 @@ if(TARGET rivo-terminal)
         LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
             "libqt5gui5 (>= 5.15.1)" "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
             "libqt5quickcontrols2-5 (>= 5.15.1)" "libqt5sql5 (>= 5.15.1)"
+            "libsqlite3-0 (>= 3.6.18)"
         # Loaded at run time: the journal's data base, icons, texts, and what the QML imports.
         DEPENDS adduser libqt5sql5-sqlite libqt5svg5 "fonts-dejavu-core | fonts-dejavu"
             qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2

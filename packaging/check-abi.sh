@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
 # Compares libGuiCore.so with the ABI that applications were built with: as the packages of a preset
-# have it (release if none is named), or a build of
-# the target GuiCoreAbi that is there.
+# have it (release if none is named), or a build of the target GuiCoreAbi that is there.
 # usage: packaging/check-abi.sh [PRESET | LIBRARY]
 set -euo pipefail
 here="$PWD"

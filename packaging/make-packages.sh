@@ -24,7 +24,20 @@ export SOURCE_DATE_EPOCH
 rm -rf "$build/packages" "$build/_CPack_Packages"
 (cd "$build" && umask 022 && quietly "Packing" cpack)
 
-# The libraries that dpkg-shlibdeps found are those that packages of a cross build name.
+# owners FOLDER: the packages of the libraries that the binaries in it load. They have the same names
+# for every architecture, so those of this machine, where all of them are installed, tell them.
+owners() {
+    local own library
+    own="$(find "$1" "$build/lib" -name '*.so*' -printf '%f\n')"
+    find "$1" -type f -print0 | xargs -0 readelf -d 2> /dev/null |
+        sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | sort -u | grep -vxF "$own" |
+        while read -r library; do
+            (dpkg -S "*/$(dpkg-architecture -q DEB_HOST_MULTIARCH)/$library" || echo "$library") | cut -d: -f1
+        done | LC_ALL=C sort -u
+}
+
+# The packages that dpkg-shlibdeps found, or that a cross build names without it, are those that
+# cmake/RivoPackages.cmake names, and the owner of each library is among them.
 for package in "$build"/packages/*.deb; do
     name="$(dpkg-deb -f "$package" Package)"
     found="$(dpkg-deb -f "$package" Depends | tr , '\n' | sed -E 's/^ *([^ ]+).*/\1/' |
@@ -33,6 +46,14 @@ for package in "$build"/packages/*.deb; do
     [ "$found" = "$named" ] || {
         diff <(echo "$named") <(echo "$found") || true
         echo "$name depends on others than cmake/RivoPackages.cmake names" >&2
+        exit 1
+    }
+    files="$build/_CPack_Packages/files/$name"
+    mkdir -p "$files"
+    dpkg-deb --extract "$package" "$files"
+    unnamed="$(LC_ALL=C comm -13 <(echo "$named") <(owners "$files"))"
+    [ -z "$unnamed" ] || {
+        echo "$name needs $unnamed, which cmake/RivoPackages.cmake does not name" >&2
         exit 1
     }
 done
@@ -47,16 +68,8 @@ contents() {
     done
 }
 
-# documented: the list that stands between two comments of the document, of the packages that there
-# are: some presets build without QML.
-documented() {
-    local made
-    made=" $(for package in "$build"/packages/*.deb; do dpkg-deb -f "$package" Package; done | paste -sd ' ') "
-    sed -n '/^<!-- contents of the packages -->$/,/^<!-- end -->$/p' "$document" |
-        awk -v made="$made" '/^[a-z]/ { skip = !index(made, " " $0 " ") }
-                             /^[<`]/ { skip = 0 }
-                             !skip'
-}
+# documented: the list that stands between two comments of the document.
+documented() { sed -n '/^<!-- contents of the packages -->$/,/^<!-- end -->$/p' "$document"; }
 # shellcheck disable=SC2016 # a fence, no command
 listed="$(printf '<!-- contents of the packages -->\n```\n%s\n```\n<!-- end -->' "$(contents)")"
 if "$update"; then

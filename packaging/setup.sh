@@ -11,8 +11,8 @@ packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarat
 packages_to_test="$packages_to_run binutils libbenchmark-dev python3-jsonschema libqt5svg5-dev
     qml-module-qttest pkg-config abigail-tools"
 packages_for_armhf_sysroot="mmdebstrap gpg debian-archive-keyring ca-certificates"
-packages_to_test_armhf="crossbuild-essential-armhf qemu-user cmake ninja-build qtbase5-dev-tools qt5-qmake-bin
-    python3-jsonschema abigail-tools"
+packages_to_build_armhf="crossbuild-essential-armhf qemu-user cmake ninja-build qtbase5-dev-tools qt5-qmake-bin"
+packages_to_test_armhf="python3-jsonschema abigail-tools"
 packages_to_package="$packages_to_run dpkg-dev file binutils"
 packages_to_test_packages="$packages_to_package mmdebstrap lintian"
 packages_for_abi="$packages_to_run binutils abigail-tools"
@@ -52,8 +52,17 @@ need_packages() {
         apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
+# prepare_preset NAME: what the compiler of the preset needs besides the packages of all presets.
+prepare_preset() {
+    [ "$1" = armhf ] || return 0
+    # shellcheck disable=SC2086 # a list of names
+    need_packages $packages_to_build_armhf
+    packaging/armhf-sysroot.sh
+}
+
 # build_preset NAME: configures the preset and builds it; only what changed is built again.
 build_preset() {
+    prepare_preset "$1"
     quietly "Configuring preset $1" cmake --preset "$1"
     quietly "Building preset $1" cmake --build --preset "$1"
 }
@@ -71,11 +80,13 @@ run_tests() {
     return "$status"
 }
 
-# configure_packages NAME: the preset as it is packaged, in build/package-NAME. Debug information is
-# for the description of the ABI; the packages are stripped.
+# configure_packages NAME: the preset as it is packaged, in build/package-NAME, with QML whatever the
+# preset says. Debug information is for the description of the ABI; the packages are stripped.
 configure_packages() {
+    prepare_preset "$1"
     quietly "Configuring the packages of preset $1" cmake --preset "$1" -B "build/package-$1" \
-        -DGUICORE_PACKAGES=ON -DGUICORE_BUILD_TESTS=OFF -DGUICORE_BUILD_BENCHMARKS=OFF \
+        -DGUICORE_PACKAGES=ON -DGUICORE_BUILD_QML=ON \
+        -DGUICORE_BUILD_TESTS=OFF -DGUICORE_BUILD_BENCHMARKS=OFF \
         -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS= \
         -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_INSTALL_RPATH=ON
 }

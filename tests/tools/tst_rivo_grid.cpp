@@ -1,5 +1,6 @@
 #include "Golden.h"
 #include "RealFeed.h"
+#include "Soak.h"
 #include "ToolRunner.h"
 
 #include <QFile>
@@ -205,7 +206,7 @@ void TestRivoGrid::golden()
     QFETCH(QStringList, arguments);
     QFETCH(QString, file);
 
-    for (const char* seed : {"0", "1", "42", "4711"}) {
+    for (const char* seed : thinnedOut<const char*>({"4711", "0", "1", "42"})) {
         const Outcome outcome = ToolRunner(RIVO_GRID).run(arguments, {{"QT_HASH_SEED", seed}});
         QCOMPARE(outcome.exitCode, 0);
         QVERIFY(matchesGolden(QStringLiteral(GOLDEN "/") + file, outcome.output));
