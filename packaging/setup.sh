@@ -17,7 +17,10 @@ packages_to_package="$packages_to_run dpkg-dev file binutils"
 packages_to_test_packages="$packages_to_package mmdebstrap lintian"
 packages_for_abi="$packages_to_run binutils abigail-tools"
 packages_for_api="doxygen"
-packages_to_lint="clang-format clang-tidy clazy shellcheck"
+packages_to_lint="clang-format clang-tidy clazy cppcheck shellcheck"
+packages_for_coverage="$packages_to_test gcovr"
+packages_for_valgrind="$packages_to_test valgrind libc6-dbg"
+packages_for_determinism="$packages_to_test clang locales"
 
 # quietly WHAT COMMAND...: runs the command, shows its output only if it fails.
 quietly() {

@@ -83,7 +83,7 @@ void tap(QQuickWindow& window, const QPointF& place)
     }
 }
 
-QQuickItem* gridOf(Screen& screen)
+QQuickItem* gridOf(const Screen& screen)
 {
     return screen.window()->findChild<QQuickItem*>(QStringLiteral("grid"));
 }
@@ -127,7 +127,7 @@ feed::Feed withTiles(feed::Feed feed, int tiles)
     return feed;
 }
 
-QString start(Screen& screen)
+QString start(const Screen& screen)
 {
     if (!waitForFrame(*screen.window()) || gridOf(screen) == nullptr)
         return QStringLiteral("start_to_grid_ms not measured");
