@@ -134,7 +134,7 @@ QString start(const Screen& screen)
     return QStringLiteral("start_to_grid_ms %1").arg(qRound(processAge()));
 }
 
-QString taps(Screen& screen, Terminal& terminal)
+QString taps(const Screen& screen, Terminal& terminal)
 {
     QVector<double> times;
     QQuickItem* grid = gridOf(screen);
@@ -152,7 +152,7 @@ QString taps(Screen& screen, Terminal& terminal)
     return QStringLiteral("tap_to_basket_ms %1 (%2 taps)").arg(spread(times)).arg(times.size());
 }
 
-QString scrolling(Screen& screen)
+QString scrolling(const Screen& screen)
 {
     QVector<double> times;
     QQuickItem* grid = gridOf(screen);
