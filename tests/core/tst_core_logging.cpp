@@ -86,6 +86,7 @@ private slots:
     void badLoggingConfIsOneWarning_data();
     void badLoggingConfIsOneWarning();
     void strangeLoggingConfNeverBlocks();
+    void applicationMayOutliveTheLibrary();
     void goodLoggingConfIsTaken_data();
     void goodLoggingConfIsTaken();
 };
@@ -292,6 +293,16 @@ void CoreLoggingTest::strangeLoggingConfNeverBlocks()
         withFolder.lines.first().contains(folder.loggingPath() + ": is a folder, not a file; "));
 }
 
+void CoreLoggingTest::applicationMayOutliveTheLibrary()
+{
+    const TemporaryConfig config;
+    const ProbeRun run({"leave", config.base(), TemporaryConfig::subFolder()});
+    QVERIFY(run.isGood);
+    QCOMPARE(run.output, QByteArray());
+    QVERIFY2(matchAll(run.lines, defaultPatterns()), qPrintable(run.lines.join('\n')));
+    QCOMPARE(run.leftovers, QStringList());
+}
+
 void CoreLoggingTest::goodLoggingConfIsTaken_data()
 {
     QTest::addColumn<QByteArray>("content");
@@ -313,6 +324,9 @@ void CoreLoggingTest::goodLoggingConfIsTaken_data()
         << QStringList{"x{17} INFO$", "x{17} WARNING$", "x{17} DEBUG$"};
     QTest::newRow("a device as the log file")
         << QByteArray("* GLOBAL:\nFILENAME = /dev/null\nTO_FILE = true\nMAX_LOG_FILE_SIZE = 10\n")
+        << defaultPatterns();
+    QTest::newRow("a log file on a full disk: the records are on standard error")
+        << QByteArray("* GLOBAL:\nFILENAME = /dev/full\nTO_FILE = true\nLOG_FLUSH_THRESHOLD = 1\n")
         << defaultPatterns();
 }
 
