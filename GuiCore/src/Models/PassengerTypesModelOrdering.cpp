@@ -389,10 +389,10 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
     }
     const ZoneIndex index(ordered);
     const QVector<int> zones = index.zones();
-    if (m_logFareProducts) {
+    if (m_logFareProducts)
         LOG(INFO) << QStringLiteral("%1 zones will be supported").arg(zones.size());
+    if (m_logFareProducts)
         LOG(INFO) << QStringLiteral("%1 passengerTypeCodes will be supported").arg(types.size());
-    }
 
     m_groupedProducts.resize(0);
     for (const int zone : zones)
