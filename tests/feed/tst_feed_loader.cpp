@@ -1,6 +1,8 @@
 #include "FeedFiles.h"
 
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 using namespace rivo::feed;
@@ -80,6 +82,10 @@ void FeedLoaderTest::whatIsNoFileIsNotRead_data()
                                            << "a device";
     QTest::newRow("device without content") << "/dev/null"
                                             << "a device";
+    QTest::newRow("socket that nobody listens at") << "socket"
+                                                   << "a socket";
+    QTest::newRow("file that opens and cannot be read") << "/proc/self/mem"
+                                                        << "Input/output error";
     QTest::newRow("link to nothing") << "dangling"
                                      << "No such file or directory";
     QTest::newRow("link to a pipe") << "link"
@@ -94,6 +100,10 @@ void FeedLoaderTest::whatIsNoFileIsNotRead()
     QCOMPARE(::mkfifo("pipe", 0600), 0);
     QVERIFY(QFile::link("nowhere", "dangling"));
     QVERIFY(QFile::link("pipe", "link"));
+    const sockaddr_un address{AF_UNIX, "socket"};
+    const int server = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    QCOMPARE(::bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ::close(server); // its file stays
     QCOMPARE(load(path).problemLines(),
              QStringList(path + ": " + found + ", expected a readable file"));
 }
