@@ -287,8 +287,8 @@ private:
 void checkPrinter(const Document& feed, const QJsonValue& peripherals, const QString& file,
                   FeedReport& report)
 {
-    if (!feed.printerId || !peripherals.isArray() ||
-        peripherals.toArray().size() != feed.peripherals.size())
+    const int given = peripherals.toArray().size();
+    if (!feed.printerId || !peripherals.isArray() || given != feed.peripherals.size())
         return;
     const bool isThere =
         std::any_of(feed.peripherals.cbegin(), feed.peripherals.cend(),

@@ -81,6 +81,7 @@ private slots:
     void captureSeesTheDefaultLoggerOnly();
     void loggingConfOverrides();
     void loggingConfWritesToAFile();
+    void fileNameMayHoldADate();
     void fileNameAloneWritesNoRecordThere();
     void loggingConfThatIsMissingChangesNothing();
     void badLoggingConfIsOneWarning_data();
@@ -177,6 +178,21 @@ void CoreLoggingTest::loggingConfWritesToAFile()
              QByteArray("INFO count 3 żółć\nWARNING careful\nDEBUG detail\n"));
 }
 
+void CoreLoggingTest::fileNameMayHoldADate()
+{
+    const TemporaryConfig config;
+    const QByteArray name = config.base().toUtf8() + "/var/grid-%datetime{%Y}.log";
+    QVERIFY(TemporaryConfig::write(config.loggingPath(),
+                                   "* GLOBAL:\nTO_FILE = true\nFILENAME = " + name));
+    const ProbeRun run = runWith(config);
+    QVERIFY(run.isGood);
+    QVERIFY2(matchAll(run.lines, defaultPatterns()), qPrintable(run.lines.join('\n')));
+    const QStringList files = entries(config.base() + "/var");
+    QVERIFY2(matchAll(files, {R"(^grid-2\d{3}\.log$)"}), qPrintable(files.join('\n')));
+    const QByteArray written = TemporaryConfig::read(config.base() + "/var/" + files.first());
+    QCOMPARE(QString::fromUtf8(written).split('\n', Qt::SkipEmptyParts), run.lines);
+}
+
 void CoreLoggingTest::fileNameAloneWritesNoRecordThere()
 {
     const TemporaryConfig config;
@@ -231,6 +247,11 @@ void CoreLoggingTest::badLoggingConfIsOneWarning_data()
         ":2: MAX_LOG_FILE_SIZE: expected a number from 0 to 2147483647");
     row("too many digits of a second", "* GLOBAL:\nSUBSECOND_PRECISION = 7\n",
         ":2: SUBSECOND_PRECISION: expected a number from 1 to 6");
+    row("no digits of a second", "* GLOBAL:\nSUBSECOND_PRECISION = 0\n",
+        ":2: SUBSECOND_PRECISION: expected a number from 1 to 6");
+    row("a long date with a percent sign at its end",
+        "* GLOBAL:\nFORMAT = \"%datetime{" + QByteArray(29, 'x') + "%}\"\n",
+        ":2: FORMAT: the date in %datetime{...} can exceed 29 characters");
     row("a relative file name", "* GLOBAL:\nFILENAME = myeasylog.log\n",
         ":2: FILENAME: expected an absolute path");
     row("an escaped time stamp in the file name", "* GLOBAL:\nFILENAME = \"BASE/%%datetime.log\"\n",

@@ -208,6 +208,8 @@ void FeedLoaderTest::textForATerminal_data()
         QString::fromUtf8("Żółć автобус バス"));
     row("pair of surrogates", QString::fromUtf8("\xF0\x9F\x9A\x8C"),
         QString::fromUtf8("\xF0\x9F\x9A\x8C"));
+    row("first half of a pair at the end", QStringLiteral("a") + QChar(0xD83D),
+        QStringLiteral("a\\ud83d"));
     row("escape and bell", QStringLiteral("\x1B[0m\x07"), QStringLiteral("\\u001b[0m\\u0007"));
     row("delete and the second control block", QString(QChar(0x7F)) + QChar(0x9B),
         QStringLiteral("\\u007f\\u009b"));

@@ -472,6 +472,8 @@ void JsonFeedTest::problems_data()
         {"feed.json:1: /name: 5, expected a text of 0 to 1000 characters"});
     row("shortest form of a number", document({}, ", \"name\": 0.1"),
         {"feed.json:1: /name: 0.1, expected a text of 0 to 1000 characters"});
+    row("false instead of a text", document({}, ", \"name\": false"),
+        {"feed.json:1: /name: false, expected a text of 0 to 1000 characters"});
     row("true instead of a text", document({}, ", \"name\": true"),
         {"feed.json:1: /name: true, expected a text of 0 to 1000 characters"});
     row("null instead of a list", document({}, ", \"vehicles\": null"),
