@@ -14,11 +14,11 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_for_determinism
-results="build/determinism"
+results="$PWD/build/determinism"
 mkdir -p "$results"
 
 # Locales in a folder of ours: the machine need not have them.
-export LOCPATH="$PWD/$results/locales"
+export LOCPATH="$results/locales"
 for locale in de_DE tr_TR; do
     [ -d "$LOCPATH/$locale.UTF-8" ] && continue
     mkdir -p "$LOCPATH"

@@ -23,7 +23,7 @@ memcheck='"valgrind" "--tool=memcheck" "--error-exitcode=99" "--leak-check=full"
 memcheck+=' "--show-leak-kinds=definite,indirect" "--errors-for-leak-kinds=definite,indirect"'
 memcheck+=' "--num-callers=40" "--gen-suppressions=all" "--child-silent-after-fork=yes"'
 memcheck+=" \"--suppressions=$PWD/tests/valgrind.supp\" \"--log-file=$logs/\\1.log\""
-vary_tests "$build" build/valgrind/memcheck "
+vary_tests "$build" "$PWD/build/valgrind/memcheck" "
     s#^add_test(\\[=\\[\\(tst_[a-z_]*\\)\\]=\\] #&$memcheck #
     s#TIMEOUT \"[0-9]*\"#TIMEOUT \"1200\"#
     s#RIVO_SOAK_DIVISOR=[0-9]*\\|RIVO_LAYOUT_CASES=[0-9]*#RIVO_IGNORED=#g"

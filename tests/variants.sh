@@ -2,18 +2,22 @@
 # Sourced by the scripts that run the tests of a build once more, in another way.
 
 # vary_tests BUILD INTO SED_SCRIPT: the C++ tests of a build as a set of their own, for ctest
-# --test-dir INTO, each line of it changed by SED_SCRIPT. The programs stay those of the build.
+# --test-dir INTO, each line of it changed by SED_SCRIPT. The programs stay those of the build; the
+# homes of the tests are below INTO, so that a variant may run beside the build's own tests. Both
+# folders are absolute paths.
 vary_tests() {
-    local build="$1" into="$2" script="$3" folder
+    local build="$1" into="$2" script="$3" folder home
     rm -rf "$into"
     mkdir -p "$into"
     : > "$into/CTestTestfile.cmake"
     for folder in core framework grid memory property sales swap feed tools delivery; do
         [ -f "$build/tests/$folder/CTestTestfile.cmake" ] || continue
         mkdir -p "$into/$folder"
-        sed -e "$script" "$build/tests/$folder/CTestTestfile.cmake" > "$into/$folder/CTestTestfile.cmake"
+        sed -e "s#$build/tests/home/#$into/home/#g" -e "$script" "$build/tests/$folder/CTestTestfile.cmake" > "$into/$folder/CTestTestfile.cmake"
         echo "subdirs(\"$folder\")" >> "$into/CTestTestfile.cmake"
     done
+    cat "$into"/*/CTestTestfile.cmake | grep -o "$into/home/[A-Za-z0-9_]*" | sort -u |
+        while IFS= read -r home; do mkdir -p "$home/tmp" "$home/work"; done
 }
 
 # run_variant INTO OPTION...: runs those tests, two at a time; one line of counts, and the whole
