@@ -75,9 +75,9 @@ QString dateProblem(const QString& value)
 bool isWritableFile(const QString& path)
 {
     struct stat status = {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return false;
-    if (!S_ISREG(status.st_mode) && !S_ISCHR(status.st_mode))
+    const bool isFile = ::stat(QFile::encodeName(path).constData(), &status) == 0 &&
+                        (S_ISREG(status.st_mode) || S_ISCHR(status.st_mode));
+    if (!isFile)
         return false;
     return QFileInfo(path).isWritable();
 }

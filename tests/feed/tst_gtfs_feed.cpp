@@ -374,11 +374,10 @@ void GtfsFeedTest::mappings_data()
         << base + Files{{"passenger_types.txt",
                          "rider_category_id,passenger_type\n,PT_LFS\n,PT_LFS\n"}}
         << Map() << ""
-        << "";
-    QTest::newRow("given where no categories are")
-        << without(base, {"passenger_types.txt", "rider_categories.txt"}) << Map{{"1", "PT_LFS"}}
-        << ""
-        << "";
+        << "gtfs/passenger_types.txt:2: rider_category_id: \"\", expected a text of 1 to 1000 "
+           "characters,gtfs/passenger_types.txt:3: rider_category_id: \"\", expected a text of 1 "
+           "to "
+           "1000 characters";
     QTest::newRow("row of the file without a type")
         << base + Files{{"passenger_types.txt", "rider_category_id,passenger_type\n1,\n"}} << Map()
         << ""

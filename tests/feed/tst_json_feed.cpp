@@ -573,6 +573,10 @@ void JsonFeedTest::problems_data()
         "paymentDate": "2023-02-29T10:00:00Z"}])"),
         {"feed.json:2: /zReports/0/paymentDate: \"2023-02-29T10:00:00Z\", expected a date and time "
          "such as \"2024-05-31T18:30:00+02:00\""});
+    row("date in another form", document({}, R"(, "zReports": [{"id": 1,
+        "paymentDate": "29.02.2024"}])"),
+        {"feed.json:2: /zReports/0/paymentDate: \"29.02.2024\", expected a date and time "
+         "such as \"2024-05-31T18:30:00+02:00\""});
     row("long value is cut",
         document({}, ", \"currency\": \"" + QByteArray(2000, 'E') + '"')
             .replace(R"("currency": "EUR", )", ""),
