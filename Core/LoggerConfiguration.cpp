@@ -75,8 +75,11 @@ QString dateProblem(const QString& value)
 bool isWritableFile(const QString& path)
 {
     struct stat status = {};
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 &&
-           (S_ISREG(status.st_mode) || S_ISCHR(status.st_mode)) && QFileInfo(path).isWritable();
+    const bool isFile = ::stat(QFile::encodeName(path).constData(), &status) == 0 &&
+                        (S_ISREG(status.st_mode) || S_ISCHR(status.st_mode));
+    if (!isFile)
+        return false;
+    return QFileInfo(path).isWritable();
 }
 
 QString fileNameProblem(const QString& value)

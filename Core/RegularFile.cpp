@@ -48,12 +48,9 @@ RegularFile RegularFile::read(const QString& path)
 
     QFile file;
     struct stat status = {};
-    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle) ||
-        ::fstat(descriptor, &status) != 0) {
-        result.problem = unreadable(errno);
-        return result;
-    }
-    result.problem = strangeness(status);
+    const bool isOpen = file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle) &&
+                        ::fstat(descriptor, &status) == 0;
+    result.problem = isOpen ? strangeness(status) : unreadable(errno);
     if (!result.problem.isEmpty())
         return result;
 

@@ -20,8 +20,6 @@ QString passengerTypeCodesOrderKey() { return QStringLiteral("passengerTypeCodes
 QString typeName(const QJsonValue& value)
 {
     switch (value.type()) {
-    case QJsonValue::Null:
-        return QStringLiteral("null");
     case QJsonValue::Bool:
         return QStringLiteral("a truth value");
     case QJsonValue::Double:
@@ -32,10 +30,11 @@ QString typeName(const QJsonValue& value)
         return QStringLiteral("a list");
     case QJsonValue::Object:
         return QStringLiteral("an object");
-    case QJsonValue::Undefined:
+    case QJsonValue::Null:
+    case QJsonValue::Undefined: // absent: nobody asks
         break;
     }
-    return QStringLiteral("nothing");
+    return QStringLiteral("null");
 }
 
 /// "line:column" of a byte offset, both from 1, columns in characters.
@@ -69,6 +68,18 @@ QString takeTexts(const QJsonObject& root, const QString& key, QStringList* text
     }
     *texts = taken;
     return {};
+}
+
+/// A disk that becomes full takes a part first and tells why when it is given the rest.
+bool writeAll(const QByteArray& text, QIODevice* device)
+{
+    qint64 written = 0;
+    qint64 more = 0;
+    do {
+        more = device->write(text.constData() + written, text.size() - written);
+        written += more;
+    } while (more > 0 && written < text.size());
+    return written == text.size();
 }
 
 } // namespace
@@ -158,7 +169,9 @@ bool SettingsFile::save(QString* problem)
 
     QDir().mkpath(QFileInfo(m_path).path());
     QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
+    // Unbuffered: commit() would put in place what a full disk has left of a buffer.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !writeAll(text, &file) ||
+        !file.commit())
         return refuse(QStringLiteral("%1: cannot be written: %2").arg(m_path, file.errorString()));
     m_unsaved = {};
     return true;

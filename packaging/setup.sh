@@ -17,7 +17,10 @@ packages_to_package="$packages_to_run dpkg-dev file binutils"
 packages_to_test_packages="$packages_to_package mmdebstrap lintian"
 packages_for_abi="$packages_to_run binutils abigail-tools"
 packages_for_api="doxygen"
-packages_to_lint="clang-format clang-tidy clazy shellcheck"
+packages_to_lint="clang-format clang-tidy clazy cppcheck shellcheck"
+packages_for_coverage="$packages_to_test gcovr"
+packages_for_valgrind="$packages_to_test valgrind libc6-dbg"
+packages_for_determinism="$packages_to_test g++-12 clang-14 locales"
 
 # quietly WHAT COMMAND...: runs the command, shows its output only if it fails.
 quietly() {
@@ -67,12 +70,14 @@ build_preset() {
     quietly "Building preset $1" cmake --build --preset "$1"
 }
 
-# run_tests NAME: all tests of a built preset, one counted summary; the whole output on failure.
+# run_tests NAME OPTION...: all tests of a built preset that ctest's options leave, one counted
+# summary; the whole output on failure.
 run_tests() {
-    local log="build/$1/ctest.log" status=0
-    ctest --preset "$1" > "$log" 2>&1 || status=$?
+    local preset="$1" log="build/$1/ctest.log" status=0
+    shift
+    ctest --preset "$preset" "$@" > "$log" 2>&1 || status=$?
     [ "$status" -eq 0 ] || cat "$log"
-    grep -E '^Totals:' "build/$1/Testing/Temporary/LastTest.log" | awk -v preset="$1" '
+    grep -E '^Totals:' "build/$preset/Testing/Temporary/LastTest.log" | awk -v preset="$preset" '
         { passed += $2; failed += $4; skipped += $6 }
         END { printf "%s: %d checks passed, %d failed, %d skipped, in %d test programs\n",
                      preset, passed, failed, skipped, NR }'

@@ -83,7 +83,7 @@ void tap(QQuickWindow& window, const QPointF& place)
     }
 }
 
-QQuickItem* gridOf(Screen& screen)
+QQuickItem* gridOf(const Screen& screen)
 {
     return screen.window()->findChild<QQuickItem*>(QStringLiteral("grid"));
 }
@@ -127,14 +127,14 @@ feed::Feed withTiles(feed::Feed feed, int tiles)
     return feed;
 }
 
-QString start(Screen& screen)
+QString start(const Screen& screen)
 {
     if (!waitForFrame(*screen.window()) || gridOf(screen) == nullptr)
         return QStringLiteral("start_to_grid_ms not measured");
     return QStringLiteral("start_to_grid_ms %1").arg(qRound(processAge()));
 }
 
-QString taps(Screen& screen, Terminal& terminal)
+QString taps(const Screen& screen, Terminal& terminal)
 {
     QVector<double> times;
     QQuickItem* grid = gridOf(screen);
@@ -152,7 +152,7 @@ QString taps(Screen& screen, Terminal& terminal)
     return QStringLiteral("tap_to_basket_ms %1 (%2 taps)").arg(spread(times)).arg(times.size());
 }
 
-QString scrolling(Screen& screen)
+QString scrolling(const Screen& screen)
 {
     QVector<double> times;
     QQuickItem* grid = gridOf(screen);

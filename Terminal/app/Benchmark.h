@@ -20,15 +20,15 @@ feed::Feed withTiles(feed::Feed feed, int tiles);
 
 /// From the start of the process to the first frame that shows the grid and takes taps:
 /// "start_to_grid_ms 412". Call with the window just shown.
-QString start(Screen& screen);
+QString start(const Screen& screen);
 
 /// From a finger on a tile to the frame that shows the new line of the basket:
 /// "tap_to_basket_ms median 12.1 p95 15.0 (50 taps)". Needs a tile that can be sold.
-QString taps(Screen& screen, Terminal& terminal);
+QString taps(const Screen& screen, Terminal& terminal);
 
 /// From frame to frame while the grid scrolls from end to end and back:
 /// "scroll_frame_ms median 6.2 p95 9.8 (2000 tiles, 400 frames)".
-QString scrolling(Screen& screen);
+QString scrolling(const Screen& screen);
 
 } // namespace benchmark
 

@@ -164,8 +164,6 @@ private:
 
     void endRecord()
     {
-        if (m_isStopped)
-            return;
         if (++m_records > m_limits.csvRecords)
             return stop(QStringLiteral("a further record"),
                         QStringLiteral("at most %1 records").arg(m_limits.csvRecords));

@@ -390,17 +390,24 @@ private:
                        });
     }
 
-    /// Stores `text` in its member if it fits the column's rule.
     template <class R>
     void readField(const QString& text, const Column<R>& column, R& row)
     {
-        if (text.isEmpty() && !column.rule.isRequired)
-            return;
-        const auto store = [&](auto member) {
-            if (!convert(text, column.rule, row.*member))
-                problem(row, column.name, text, inWords(column.rule, row.*member));
+        const auto read = [&](auto member) {
+            readValue(text, column.rule, row, column.name, row.*member);
         };
-        std::visit(store, column.member);
+        std::visit(read, column.member);
+    }
+
+    /// Stores `text` in `into` if it fits the column's rule.
+    template <class Value>
+    void readValue(const QString& text, const FieldRule& rule, const Row& row, const char* column,
+                   Value& into)
+    {
+        if (text.isEmpty() && !rule.isRequired)
+            return;
+        if (!convert(text, rule, into))
+            problem(row, column, text, inWords(rule, into));
     }
 
     bool convert(const QString& text, const FieldRule& rule, QString& into)

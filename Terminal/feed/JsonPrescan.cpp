@@ -44,7 +44,9 @@ public:
         if (!value())
             return false;
         skipBlanks();
-        return m_position == m_text.size() || fail(QStringLiteral("the end of the file"));
+        if (m_position < m_text.size())
+            return fail(QStringLiteral("the end of the file"));
+        return true;
     }
 
     void reportTo(FeedReport& report, const QString& file)
@@ -125,7 +127,9 @@ private:
                 return false;
             skipBlanks();
         } while (take(','));
-        return take('}') || fail(QStringLiteral("',' or '}'"));
+        if (!take('}'))
+            return fail(QStringLiteral("',' or '}'"));
+        return true;
     }
 
     bool member(QSet<QString>& keys)
@@ -167,7 +171,9 @@ private:
             m_pointer.truncate(outer);
             skipBlanks();
         } while (take(','));
-        return take(']') || fail(QStringLiteral("',' or ']'"));
+        if (!take(']'))
+            return fail(QStringLiteral("',' or ']'"));
+        return true;
     }
 
     bool text()
@@ -194,7 +200,9 @@ private:
             isValid = isOneOf(peek(), "0123456789abcdefABCDEF");
             m_position += isValid;
         }
-        return isValid || fail(QStringLiteral("an escape such as \\n or \\u00e9"));
+        if (!isValid)
+            return fail(QStringLiteral("an escape such as \\n or \\u00e9"));
+        return true;
     }
 
     bool number()

@@ -71,7 +71,9 @@ bool isDateAndTime(const QString& text)
         QStringLiteral("\\A[0-9]{4}-(0[1-9]|1[0-2])-(0[1-9]|[12][0-9]|3[01])"
                        "T([01][0-9]|2[0-3]):[0-5][0-9]:[0-5][0-9](\\.[0-9]{1,3})?"
                        "(Z|[+-](0[0-9]|1[0-4]):[0-5][0-9])\\z"));
-    return form.match(text).hasMatch() && QDateTime::fromString(text, Qt::ISODateWithMs).isValid();
+    if (!form.match(text).hasMatch())
+        return false;
+    return QDateTime::fromString(text, Qt::ISODateWithMs).isValid();
 }
 
 } // namespace rivo::feed

@@ -3,10 +3,12 @@
 //   core_log_probe                        does nothing
 //   core_log_probe log                    writes one record per level
 //   core_log_probe config BASE SUBFOLDER  the same after asking for a manager
+//   core_log_probe leave BASE SUBFOLDER   the same with an application that is never destroyed
 
 #include <core/ConfigManager.h>
 #include <core/Logging.h>
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <cstring>
@@ -18,7 +20,9 @@ int main(int argc, char** argv)
 {
     if (argc < 2)
         return 0;
-    if (argc == 4 && std::strcmp(argv[1], "config") == 0) {
+    if (argc == 4 && std::strcmp(argv[1], "leave") == 0)
+        new QCoreApplication(argc, argv);
+    if (argc == 4) {
         rivo::core::ConfigManager::instance(QString::fromLocal8Bit(argv[2]),
                                             QString::fromLocal8Bit(argv[3]));
     }

@@ -1,5 +1,6 @@
 #include "LogCapture.h"
 #include "TemporaryConfig.h"
+#include "WithoutRootRights.h"
 
 #include <core/ConfigManager.h>
 #include <core/SettingsConfig.h>
@@ -9,7 +10,6 @@
 
 #include <functional>
 #include <sys/stat.h>
-#include <unistd.h>
 
 using rivo::core::ConfigManager;
 using rivo::core::SettingsConfig;
@@ -29,27 +29,6 @@ QList<QVariant> texts(const QStringList& list) { return QVariant(list).toList();
 
 /// Puts something at a path. Returns whether it is there.
 using Make = std::function<bool(const QString&)>;
-
-/// A file that root may read can still be refused to everybody else.
-class WithoutRootRights
-{
-public:
-    WithoutRootRights() : m_user(::geteuid())
-    {
-        if (m_user == 0)
-            m_isDropped = ::seteuid(65534) == 0;
-    }
-    ~WithoutRootRights()
-    {
-        if (m_isDropped)
-            m_isDropped = ::seteuid(m_user) != 0;
-    }
-    Q_DISABLE_COPY(WithoutRootRights)
-
-private:
-    const uid_t m_user;
-    bool m_isDropped = false;
-};
 
 } // namespace
 

@@ -81,11 +81,13 @@ private slots:
     void captureSeesTheDefaultLoggerOnly();
     void loggingConfOverrides();
     void loggingConfWritesToAFile();
+    void fileNameMayHoldADate();
     void fileNameAloneWritesNoRecordThere();
     void loggingConfThatIsMissingChangesNothing();
     void badLoggingConfIsOneWarning_data();
     void badLoggingConfIsOneWarning();
     void strangeLoggingConfNeverBlocks();
+    void applicationMayOutliveTheLibrary();
     void goodLoggingConfIsTaken_data();
     void goodLoggingConfIsTaken();
 };
@@ -176,6 +178,21 @@ void CoreLoggingTest::loggingConfWritesToAFile()
              QByteArray("INFO count 3 żółć\nWARNING careful\nDEBUG detail\n"));
 }
 
+void CoreLoggingTest::fileNameMayHoldADate()
+{
+    const TemporaryConfig config;
+    const QByteArray name = config.base().toUtf8() + "/var/grid-%datetime{%Y}.log";
+    QVERIFY(TemporaryConfig::write(config.loggingPath(),
+                                   "* GLOBAL:\nTO_FILE = true\nFILENAME = " + name));
+    const ProbeRun run = runWith(config);
+    QVERIFY(run.isGood);
+    QVERIFY2(matchAll(run.lines, defaultPatterns()), qPrintable(run.lines.join('\n')));
+    const QStringList files = entries(config.base() + "/var");
+    QVERIFY2(matchAll(files, {R"(^grid-2\d{3}\.log$)"}), qPrintable(files.join('\n')));
+    const QByteArray written = TemporaryConfig::read(config.base() + "/var/" + files.first());
+    QCOMPARE(QString::fromUtf8(written).split('\n', Qt::SkipEmptyParts), run.lines);
+}
+
 void CoreLoggingTest::fileNameAloneWritesNoRecordThere()
 {
     const TemporaryConfig config;
@@ -230,6 +247,11 @@ void CoreLoggingTest::badLoggingConfIsOneWarning_data()
         ":2: MAX_LOG_FILE_SIZE: expected a number from 0 to 2147483647");
     row("too many digits of a second", "* GLOBAL:\nSUBSECOND_PRECISION = 7\n",
         ":2: SUBSECOND_PRECISION: expected a number from 1 to 6");
+    row("no digits of a second", "* GLOBAL:\nSUBSECOND_PRECISION = 0\n",
+        ":2: SUBSECOND_PRECISION: expected a number from 1 to 6");
+    row("a long date with a percent sign at its end",
+        "* GLOBAL:\nFORMAT = \"%datetime{" + QByteArray(29, 'x') + "%}\"\n",
+        ":2: FORMAT: the date in %datetime{...} can exceed 29 characters");
     row("a relative file name", "* GLOBAL:\nFILENAME = myeasylog.log\n",
         ":2: FILENAME: expected an absolute path");
     row("an escaped time stamp in the file name", "* GLOBAL:\nFILENAME = \"BASE/%%datetime.log\"\n",
@@ -292,6 +314,16 @@ void CoreLoggingTest::strangeLoggingConfNeverBlocks()
         withFolder.lines.first().contains(folder.loggingPath() + ": is a folder, not a file; "));
 }
 
+void CoreLoggingTest::applicationMayOutliveTheLibrary()
+{
+    const TemporaryConfig config;
+    const ProbeRun run({"leave", config.base(), TemporaryConfig::subFolder()});
+    QVERIFY(run.isGood);
+    QCOMPARE(run.output, QByteArray());
+    QVERIFY2(matchAll(run.lines, defaultPatterns()), qPrintable(run.lines.join('\n')));
+    QCOMPARE(run.leftovers, QStringList());
+}
+
 void CoreLoggingTest::goodLoggingConfIsTaken_data()
 {
     QTest::addColumn<QByteArray>("content");
@@ -313,6 +345,9 @@ void CoreLoggingTest::goodLoggingConfIsTaken_data()
         << QStringList{"x{17} INFO$", "x{17} WARNING$", "x{17} DEBUG$"};
     QTest::newRow("a device as the log file")
         << QByteArray("* GLOBAL:\nFILENAME = /dev/null\nTO_FILE = true\nMAX_LOG_FILE_SIZE = 10\n")
+        << defaultPatterns();
+    QTest::newRow("a log file on a full disk: the records are on standard error")
+        << QByteArray("* GLOBAL:\nFILENAME = /dev/full\nTO_FILE = true\nLOG_FLUSH_THRESHOLD = 1\n")
         << defaultPatterns();
 }
 

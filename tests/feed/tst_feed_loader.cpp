@@ -1,6 +1,8 @@
 #include "FeedFiles.h"
 
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 using namespace rivo::feed;
@@ -80,6 +82,10 @@ void FeedLoaderTest::whatIsNoFileIsNotRead_data()
                                            << "a device";
     QTest::newRow("device without content") << "/dev/null"
                                             << "a device";
+    QTest::newRow("socket that nobody listens at") << "socket"
+                                                   << "a socket";
+    QTest::newRow("file that opens and cannot be read") << "/proc/self/mem"
+                                                        << "Input/output error";
     QTest::newRow("link to nothing") << "dangling"
                                      << "No such file or directory";
     QTest::newRow("link to a pipe") << "link"
@@ -94,6 +100,10 @@ void FeedLoaderTest::whatIsNoFileIsNotRead()
     QCOMPARE(::mkfifo("pipe", 0600), 0);
     QVERIFY(QFile::link("nowhere", "dangling"));
     QVERIFY(QFile::link("pipe", "link"));
+    const sockaddr_un address{AF_UNIX, "socket"};
+    const int server = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    QCOMPARE(::bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ::close(server); // its file stays
     QCOMPARE(load(path).problemLines(),
              QStringList(path + ": " + found + ", expected a readable file"));
 }
@@ -198,6 +208,8 @@ void FeedLoaderTest::textForATerminal_data()
         QString::fromUtf8("Żółć автобус バス"));
     row("pair of surrogates", QString::fromUtf8("\xF0\x9F\x9A\x8C"),
         QString::fromUtf8("\xF0\x9F\x9A\x8C"));
+    row("first half of a pair at the end", QStringLiteral("a") + QChar(0xD83D),
+        QStringLiteral("a\\ud83d"));
     row("escape and bell", QStringLiteral("\x1B[0m\x07"), QStringLiteral("\\u001b[0m\\u0007"));
     row("delete and the second control block", QString(QChar(0x7F)) + QChar(0x9B),
         QStringLiteral("\\u007f\\u009b"));

@@ -370,6 +370,14 @@ void GtfsFeedTest::mappings_data()
                          "rider_category_id,passenger_type\n1,PT_LFS\n1,PT_LFS\n"}}
         << Map() << ""
         << "gtfs/passenger_types.txt:3: rider_category_id: \"1\", expected each category once";
+    QTest::newRow("rows of the file without a category")
+        << base + Files{{"passenger_types.txt",
+                         "rider_category_id,passenger_type\n,PT_LFS\n,PT_LFS\n"}}
+        << Map() << ""
+        << "gtfs/passenger_types.txt:2: rider_category_id: \"\", expected a text of 1 to 1000 "
+           "characters,gtfs/passenger_types.txt:3: rider_category_id: \"\", expected a text of 1 "
+           "to "
+           "1000 characters";
     QTest::newRow("row of the file without a type")
         << base + Files{{"passenger_types.txt", "rider_category_id,passenger_type\n1,\n"}} << Map()
         << ""
@@ -682,6 +690,8 @@ void GtfsFeedTest::problems_data()
     row("point without a latitude",
         {{"shapes.txt", "shape_id,shape_pt_lat,shape_pt_lon,shape_pt_sequence\nS,,1,3\n"}},
         {"gtfs/shapes.txt:2: shape_pt_lat: \"\", expected a number from -90 to 90"});
+    row("file that ends within a letter", {{"areas.txt", "area_id,area_name\n10,\n20,\xC3"}},
+        {"gtfs/areas.txt:3: bytes that are no UTF-8, expected text in UTF-8"});
     row("bytes that are no UTF-8", {{"areas.txt", "area_id,area_name\n10,\xB3\n20,\n"}},
         {"gtfs/areas.txt:2: bytes that are no UTF-8, expected text in UTF-8"});
     row("text that is too long",

@@ -472,6 +472,8 @@ void JsonFeedTest::problems_data()
         {"feed.json:1: /name: 5, expected a text of 0 to 1000 characters"});
     row("shortest form of a number", document({}, ", \"name\": 0.1"),
         {"feed.json:1: /name: 0.1, expected a text of 0 to 1000 characters"});
+    row("false instead of a text", document({}, ", \"name\": false"),
+        {"feed.json:1: /name: false, expected a text of 0 to 1000 characters"});
     row("true instead of a text", document({}, ", \"name\": true"),
         {"feed.json:1: /name: true, expected a text of 0 to 1000 characters"});
     row("null instead of a list", document({}, ", \"vehicles\": null"),
@@ -570,6 +572,10 @@ void JsonFeedTest::problems_data()
     row("day that is in no calendar", document({}, R"(, "zReports": [{"id": 1,
         "paymentDate": "2023-02-29T10:00:00Z"}])"),
         {"feed.json:2: /zReports/0/paymentDate: \"2023-02-29T10:00:00Z\", expected a date and time "
+         "such as \"2024-05-31T18:30:00+02:00\""});
+    row("date in another form", document({}, R"(, "zReports": [{"id": 1,
+        "paymentDate": "29.02.2024"}])"),
+        {"feed.json:2: /zReports/0/paymentDate: \"29.02.2024\", expected a date and time "
          "such as \"2024-05-31T18:30:00+02:00\""});
     row("long value is cut",
         document({}, ", \"currency\": \"" + QByteArray(2000, 'E') + '"')

@@ -55,6 +55,10 @@ public:
     }
 };
 
+QVector<ListItem*> exposedRows;
+
+void noteExposed(ListItem* row) { exposedRows.append(row); }
+
 } // namespace
 
 class TestListModelExport : public QObject
@@ -221,6 +225,34 @@ private slots:
         for (int i = 0; i < values.size(); ++i)
             model.appendRow(new SampleItem(i, values.at(i), &owner));
         QCOMPARE(model.countByRole(role, value), count);
+    }
+
+    void handlerHearsOfEveryRowThatIsHandedOut()
+    {
+        QObject owner;
+        SampleItem prototype;
+        ListModel model(&prototype, nullptr);
+        auto* first = new SampleItem(1, "first", &owner);
+        auto* second = new SampleItem(2, "second", &owner);
+        QVERIFY(!ListModel::rowExposureHandler());
+        model.appendRow(first);
+        QCOMPARE(model.itemFromRow(0), first); // nobody listens
+
+        exposedRows.clear();
+        ListModel::setRowExposureHandler(noteExposed);
+        QVERIFY(ListModel::rowExposureHandler() == noteExposed);
+        QCOMPARE(model.itemFromRow(-1), nullptr);
+        model.appendRowFromQml(nullptr);
+        model.get(0);
+        model.findById(1);
+        QCOMPARE(exposedRows, QVector<ListItem*>());
+        QCOMPARE(model.itemFromRow(0), first);
+        model.appendRowFromQml(second);
+        QCOMPARE(exposedRows, (QVector<ListItem*>{first, second}));
+
+        ListModel::setRowExposureHandler(nullptr);
+        QCOMPARE(model.itemFromRow(1), second);
+        QCOMPARE(exposedRows.size(), 2);
     }
 
     void onlyGetIsForQml()

@@ -26,6 +26,15 @@ private slots:
         QCOMPARE(texts().join(QLatin1Char('\n')), QString());
     }
 
+protected:
+    /// What was said since the test function began or the last call, for whoever expects it.
+    static QStringList takeTexts()
+    {
+        const QStringList taken = texts();
+        texts().clear();
+        return taken;
+    }
+
 private:
     static QStringList& texts()
     {

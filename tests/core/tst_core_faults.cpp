@@ -1,0 +1,328 @@
+#include "FileSizeLimit.h"
+#include "LogCapture.h"
+#include "Soak.h"
+#include "TemporaryConfig.h"
+#include "WithoutRootRights.h"
+
+#include <core-private/SettingsFile.h>
+#include <core/ConfigManager.h>
+#include <core/SettingsConfig.h>
+
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <atomic>
+#include <fcntl.h>
+#include <functional>
+#include <sys/stat.h>
+#include <thread>
+
+using rivo::core::ConfigManager;
+using rivo::core::SettingsConfig;
+using rivo::core::SettingsFile;
+
+namespace
+{
+
+const QByteArray GoodSettings =
+    R"({"logLevels": ["good"], "passengerTypeCodesOrder": ["PT_ADULT"], "żó": [1, {"x": null}]})";
+
+/// Settings whose two values are the same number, so that a mixture of two files shows.
+QByteArray numbered(int number)
+{
+    return QString(R"({"logLevels": ["%1"], "passengerTypeCodesOrder": ["%1"]})")
+        .arg(number)
+        .toUtf8();
+}
+
+/// Does to a settings file what must not harm. Returns whether that was possible.
+using Fault = std::function<bool(const TemporaryConfig&)>;
+
+bool makeReadable(const TemporaryConfig& config, bool isReadable)
+{
+    return ::chmod(qPrintable(config.settingsPath()), isReadable ? 0644 : 0) == 0;
+}
+
+bool setTime(const QString& path, time_t seconds)
+{
+    const timespec times[] = {{seconds, 0}, {seconds, 0}};
+    return ::utimensat(AT_FDCWD, qPrintable(path), times, 0) == 0;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Fault)
+
+/// What happens to the configuration of a vehicle in the field. Whatever it is, the last good
+/// values stay, it is told once, and nothing is needed but a good file to be well again.
+class CoreFaultsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void fileCutAnywhereKeepsTheLastGoodValues();
+    void faultIsToldOnceAndAGoodFileEndsIt_data();
+    void faultIsToldOnceAndAGoodFileEndsIt();
+    void unreadableFileIsToldOnceAndAReadableOneEndsIt();
+    void fileThatIsLargerThanItSaysIsTooLarge();
+    void readerNeverSeesAMixtureOfAThousandRewrites();
+    void managerIsRightAfterAThousandRewrites();
+    void fileOfAnyDateIsFollowed_data();
+    void fileOfAnyDateIsFollowed();
+    void fullDiskLeavesTheFileAsItWas();
+    void folderThatMayNotBeWrittenLeavesTheFileAsItWas();
+};
+
+void CoreFaultsTest::fileCutAnywhereKeepsTheLastGoodValues()
+{
+    const TemporaryConfig config;
+    SettingsFile file(config.settingsPath());
+    for (int length = 0; length < GoodSettings.size(); ++length) {
+        QVERIFY(config.writeSettings(numbered(length)));
+        QCOMPARE(file.read(), QStringList());
+        QVERIFY(config.writeSettings(GoodSettings.left(length)));
+        const QStringList problems = file.read();
+        QCOMPARE(problems.size(), 1);
+        QVERIFY2(problems.first().startsWith(config.settingsPath() + ":1:"),
+                 qPrintable(problems.first()));
+        QCOMPARE(file.logLevels(), QStringList{QString::number(length)});
+        QCOMPARE(file.passengerTypeCodesOrder(), QStringList{QString::number(length)});
+    }
+    QVERIFY(config.writeSettings(GoodSettings));
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{"good"});
+}
+
+void CoreFaultsTest::faultIsToldOnceAndAGoodFileEndsIt_data()
+{
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<QString>("warning");
+    QTest::newRow("the file is emptied")
+        << Fault([](const TemporaryConfig& c) { return c.writeSettings(""); })
+        << ":1:1: illegal value";
+    QTest::newRow("the file loses its end")
+        << Fault([](const TemporaryConfig& c) { return QFile::resize(c.settingsPath(), 15); })
+        << ":1:16: unterminated array";
+    QTest::newRow("a folder takes the place of the file") << Fault([](const TemporaryConfig& c) {
+        return QFile::remove(c.settingsPath()) && QDir().mkpath(c.settingsPath() + "/in/it");
+    }) << ": is a folder, not a file";
+    QTest::newRow("a file takes the place of the folder") << Fault([](const TemporaryConfig& c) {
+        return c.removeFolder() && TemporaryConfig::write(c.folder(), "{}");
+    }) << ": cannot be read: " + qt_error_string(ENOTDIR);
+}
+
+void CoreFaultsTest::faultIsToldOnceAndAGoodFileEndsIt()
+{
+    QFETCH(Fault, fault);
+    QFETCH(QString, warning);
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(GoodSettings));
+    SettingsConfig* settings =
+        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
+    const LogCapture log;
+
+    QVERIFY(fault(config));
+    const QStringList expected{config.settingsPath() + warning + "; the last good value stays"};
+    QTRY_COMPARE(log.messages(), expected);
+    QCOMPARE(settings->getLogLevels(), QStringList{"good"});
+    QCOMPARE(settings->passengerTypeCodesOrder(), QList<QVariant>{QString("PT_ADULT")});
+    QCOMPARE(changes.count(), 0);
+
+    QDir(config.settingsPath()).removeRecursively();
+    if (!QFileInfo(config.folder()).isDir())
+        QVERIFY(QFile::remove(config.folder()) && config.makeFolder());
+    QVERIFY(config.writeSettings(numbered(7)));
+    QTRY_COMPARE(settings->getLogLevels(), QStringList{"7"});
+    QCOMPARE(changes.count(), 1);
+    QCOMPARE(log.messages(), expected);
+}
+
+void CoreFaultsTest::unreadableFileIsToldOnceAndAReadableOneEndsIt()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(GoodSettings));
+    QVERIFY(QFile::setPermissions(config.base(), QFile::Permissions(0x7755)));
+    SettingsConfig* settings =
+        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
+    const LogCapture log;
+    const QString warning = ": cannot be read: " + qt_error_string(EACCES);
+    {
+        QVERIFY(makeReadable(config, false));
+        const WithoutRootRights rights;
+        if (QDir(config.folder()).entryList({"settings.json"}).isEmpty())
+            QSKIP("The build lies where only root can go");
+        QTRY_COMPARE(log.messages(),
+                     QStringList{config.settingsPath() + warning + "; the last good value stays"});
+    }
+    QCOMPARE(settings->getLogLevels(), QStringList{"good"});
+    QCOMPARE(changes.count(), 0);
+    QVERIFY(config.writeSettings(numbered(7)) && makeReadable(config, true));
+    QTRY_COMPARE(settings->getLogLevels(), QStringList{"7"});
+    QCOMPARE(log.messages().size(), 1);
+}
+
+void CoreFaultsTest::fileThatIsLargerThanItSaysIsTooLarge()
+{
+    // The environment of another process: a file that says it is empty.
+    QProcessEnvironment environment;
+    for (int i = 0; i < 12; ++i)
+        environment.insert(QString("LONG%1").arg(i), QString(100'000, 'x'));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start("/bin/cat", QStringList());
+    QVERIFY(process.waitForStarted());
+    const TemporaryConfig config;
+    const QString large = QString("/proc/%1/environ").arg(process.processId());
+    QCOMPARE(QFileInfo(large).size(), qint64(0));
+    QVERIFY(QFile::link(large, config.settingsPath()));
+    SettingsFile file(config.settingsPath());
+    QTRY_COMPARE(file.read(),
+                 QStringList{config.settingsPath() + ": is larger than 1048576 bytes"});
+    process.closeWriteChannel();
+    QVERIFY(process.waitForFinished());
+}
+
+void CoreFaultsTest::readerNeverSeesAMixtureOfAThousandRewrites()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(numbered(0)));
+    SettingsFile file(config.settingsPath());
+    QCOMPARE(file.read(), QStringList());
+
+    const int rewrites = 1000 / soakDivisor();
+    std::atomic<int> written{0};
+    std::thread writer([&] {
+        for (int number = 1; number <= rewrites; ++number) {
+            config.writeSettings(numbered(number));
+            written = number;
+        }
+    });
+    int last = 0;
+    int reads = 0;
+    QStringList wrongs;
+    while (written < rewrites) {
+        file.read(); // a file that is being written may have a problem
+        ++reads;
+        const int now = file.logLevels().value(0).toInt();
+        if (file.logLevels() != file.passengerTypeCodesOrder() || now < last)
+            wrongs.append(QString("%1 after %2").arg(file.logLevels().join(',')).arg(last));
+        last = now;
+    }
+    writer.join();
+    QCOMPARE(wrongs, QStringList());
+    QVERIFY(reads > 0);
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{QString::number(rewrites)});
+}
+
+void CoreFaultsTest::managerIsRightAfterAThousandRewrites()
+{
+    const TemporaryConfig config;
+    SettingsConfig* settings =
+        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    const int rewrites = 1000 / soakDivisor();
+    std::atomic<bool> isDone{false};
+    std::thread writer([&] {
+        for (int number = 1; number <= rewrites; ++number) {
+            config.writeSettings(numbered(number));
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        isDone = true;
+    });
+    QStringList wrongs;
+    const QMetaObject::Connection connection =
+        connect(settings, &SettingsConfig::logLevelsChanged, this, [&](const QStringList& levels) {
+            if (settings->passengerTypeCodesOrder() != QVariant(levels).toList())
+                wrongs.append(levels.join(','));
+        });
+    const bool isWritten = QTest::qWaitFor([&] { return isDone.load(); }, 60000);
+    writer.join();
+    QVERIFY(isWritten);
+    QTRY_COMPARE(settings->getLogLevels(), QStringList{QString::number(rewrites)});
+    disconnect(connection);
+    QCOMPARE(wrongs, QStringList());
+}
+
+void CoreFaultsTest::fileOfAnyDateIsFollowed_data()
+{
+    QTest::addColumn<qint64>("before");
+    QTest::addColumn<qint64>("after");
+    const qint64 year1970 = 86400;
+    const qint64 year2026 = 1767225600;
+    const qint64 year2037 = 2114380800;
+    QTest::newRow("the clock has jumped ahead") << year2026 << year2037;
+    QTest::newRow("the clock has jumped back") << year2026 << year1970;
+    QTest::newRow("the clock stands still") << year2026 << year2026;
+}
+
+void CoreFaultsTest::fileOfAnyDateIsFollowed()
+{
+    QFETCH(qint64, before);
+    QFETCH(qint64, after);
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(numbered(1)) && setTime(config.settingsPath(), before));
+    SettingsConfig* settings =
+        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    QCOMPARE(settings->getLogLevels(), QStringList{"1"});
+    QVERIFY(config.writeSettings(numbered(2)) && setTime(config.settingsPath(), after));
+    QTRY_COMPARE(settings->getLogLevels(), QStringList{"2"});
+}
+
+void CoreFaultsTest::fullDiskLeavesTheFileAsItWas()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(GoodSettings));
+    SettingsFile file(config.settingsPath());
+    QCOMPARE(file.read(), QStringList());
+    const QStringList many{QString(20000, 'x')}; // more than is written at a time
+    file.setLogLevels(many);
+    QString problem;
+    for (const rlim_t room : {0, 1, 4096, 16384}) {
+        bool isSaved = true;
+        {
+            const FileSizeLimit limit(room);
+            isSaved = file.save(&problem);
+        }
+        QVERIFY(!isSaved);
+        QCOMPARE(problem, config.settingsPath() + ": cannot be written: " + qt_error_string(EFBIG));
+        QCOMPARE(TemporaryConfig::read(config.settingsPath()), GoodSettings);
+        QCOMPARE(QDir(config.folder()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{"settings.json"});
+    }
+    // Nothing that was set is lost.
+    QVERIFY(file.save(&problem));
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), many);
+    QCOMPARE(file.passengerTypeCodesOrder(), QStringList{"PT_ADULT"});
+}
+
+void CoreFaultsTest::folderThatMayNotBeWrittenLeavesTheFileAsItWas()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(GoodSettings));
+    QVERIFY(QFile::setPermissions(config.base(), QFile::Permissions(0x7755)));
+    QVERIFY(QFile::setPermissions(config.folder(), QFile::Permissions(0x5555)));
+    SettingsFile file(config.settingsPath());
+    file.setLogLevels({"new"});
+    QString problem;
+    bool isSaved = true;
+    {
+        const WithoutRootRights rights;
+        if (QDir(config.folder()).entryList({"settings.json"}).isEmpty())
+            QSKIP("The build lies where only root can go");
+        isSaved = file.save(&problem);
+    }
+    QVERIFY(!isSaved);
+    QVERIFY2(problem.startsWith(config.settingsPath() + ": cannot be written: "),
+             qPrintable(problem));
+    QCOMPARE(TemporaryConfig::read(config.settingsPath()), GoodSettings);
+    QVERIFY(QFile::setPermissions(config.folder(), QFile::Permissions(0x7755)));
+    QVERIFY(file.save(&problem));
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{"new"});
+}
+
+QTEST_GUILESS_MAIN(CoreFaultsTest)
+#include "tst_core_faults.moc"

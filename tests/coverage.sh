@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Lines and branches of the library, the core library and the feed readers that the C++ tests reach:
+# prints the figures, writes build/coverage/report/index.html and fails below what is promised.
+# Edges that only an exception or a failed assertion takes and code that the compiler adds are not
+# counted.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=packaging/setup.sh
+. packaging/setup.sh
+
+# shellcheck disable=SC2086 # a list of names
+need_packages $packages_for_coverage
+build_preset coverage
+find build/coverage -name '*.gcda' -delete
+# Without those that look at built files or build projects of their own.
+run_tests coverage -R '^tst_' -E '^tst_core_library$'
+
+mkdir -p build/coverage/report
+status=0
+gcovr --root . --object-directory build/coverage \
+    build/coverage/GuiCore/CMakeFiles/GuiCore.dir build/coverage/Core build/coverage/Terminal/feed \
+    --filter 'GuiCore/src/' --filter 'Core/' --filter 'Terminal/feed/' \
+    --exclude-throw-branches --exclude-unreachable-branches \
+    --exclude-branches-by-pattern '.*Q_ASSERT\(.*' \
+    --fail-under-line 100 --fail-under-branch 98 \
+    --html-details build/coverage/report/index.html --json build/coverage/report/coverage.json \
+    --txt build/coverage/report/summary.txt --print-summary > build/coverage/report/totals.txt ||
+    status=$?
+cat build/coverage/report/summary.txt build/coverage/report/totals.txt
+echo "Line by line: build/coverage/report/index.html"
+exit "$status"

@@ -1,0 +1,98 @@
+#!/usr/bin/env bash
+# The same results whatever the hash seed, locale, time zone, compiler and optimisation: runs the
+# C++ tests with their golden files, and compares what the tools print byte by byte.
+#
+#   tests/determinism.sh [BUILD]  a sample of three settings with build/dev or another build
+#   tests/determinism.sh --all    ten hash seeds, with every pair of locale and time zone among
+#                                 them, for each of g++ and clang++ at -O0 and -O3
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=packaging/setup.sh
+. packaging/setup.sh
+# shellcheck source=tests/variants.sh
+. tests/variants.sh
+
+# shellcheck disable=SC2086 # a list of names
+need_packages $packages_for_determinism
+results="$PWD/build/determinism"
+mkdir -p "$results"
+
+# Locales in a folder of ours: the machine need not have them.
+export LOCPATH="$results/locales"
+for locale in de_DE tr_TR; do
+    [ -d "$LOCPATH/$locale.UTF-8" ] && continue
+    mkdir -p "$LOCPATH"
+    quietly "localedef" localedef -i "$locale" -f UTF-8 "$LOCPATH/$locale.UTF-8"
+done
+
+# Seed, locale and time zone of each run. The seeds are those at the ends and some between; the time
+# zones are 13 hours ahead and 3.5 hours behind, both with summer time.
+sample="0:C:Pacific/Auckland 1:de_DE.UTF-8:America/St_Johns 4294967295:tr_TR.UTF-8:Pacific/Auckland"
+all="0:C:Pacific/Auckland 1:de_DE.UTF-8:America/St_Johns 2:tr_TR.UTF-8:Pacific/Auckland
+    3:C:America/St_Johns 42:de_DE.UTF-8:Pacific/Auckland 1000:tr_TR.UTF-8:America/St_Johns
+    65537:C:Pacific/Auckland 123456789:de_DE.UTF-8:America/St_Johns
+    2147483648:tr_TR.UTF-8:Pacific/Auckland 4294967295:tr_TR.UTF-8:America/St_Johns"
+
+# print_everything BUILD: every model of every feed in every form, and what is said about positions.
+print_everything() {
+    local bin="$1/bin" feed model format
+    for feed in Terminal/feeds/*.json tests/feed/data/json/everything.json tests/feed/data/gtfs-*/; do
+        for format in text json csv; do
+            for model in grid basket fare-products z-reports fleet devices; do
+                echo "$feed $model $format"
+                "$bin/rivo-models" "$model" "$feed" --format "$format"
+            done
+        done
+        echo "$feed check"
+        "$bin/rivo-grid" check "$feed" || echo "exit code $?"
+    done
+}
+
+# run_settings BUILD SETTING...: the tests and the tools' output under each setting. Tests that build
+# projects of their own, need a screen or look at one compiler's ABI are left out.
+expected=""
+run_settings() {
+    local build="$1" setting seed locale zone variant printed status=0
+    shift
+    for setting in "$@"; do
+        IFS=: read -r seed locale zone <<< "$setting"
+        variant="$results/$(basename "$build")-$seed-$locale-${zone##*/}"
+        vary_tests "$(realpath "$build")" "$variant" "
+            s#LC_ALL=C.UTF-8;TZ=UTC;#LC_ALL=$locale;TZ=$zone;#
+            s#RIVO_SOAK_DIVISOR=[0-9]*\\|RIVO_LAYOUT_CASES=[0-9]*#RIVO_IGNORED=#g"
+        QT_HASH_SEED="$seed" RIVO_SOAK_DIVISOR=20 RIVO_LAYOUT_CASES=500 \
+            run_variant "$variant" -E "$left_out" || status=1
+        QT_HASH_SEED="$seed" LC_ALL="$locale" TZ="$zone" print_everything "$build" > "$variant/printed.txt"
+        printed="$(sha256sum < "$variant/printed.txt" | cut -d' ' -f1)"
+        echo "$(basename "$variant"): printed $(wc -c < "$variant/printed.txt") bytes, SHA-256 ${printed:0:16}"
+        [ -n "$expected" ] || expected="$printed"
+        [ "$printed" = "$expected" ] || {
+            echo "This is not what the first setting printed." >&2
+            status=1
+        }
+    done
+    return "$status"
+}
+left_out='^(installed_tree|screen_to_use|abi_kept|core_imported_library|core_other_macros|tst_qml_.*)$'
+
+status=0
+if [ "${1:-}" = --all ]; then
+    for compiler in g++-12 clang++-14; do
+        for level in -O0 -O3; do
+            build="build/determinism-$compiler$level"
+            quietly "Configuring $build" cmake --preset dev -B "$build" \
+                -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$level -DQT_FORCE_ASSERTS" \
+                -DCMAKE_BUILD_TYPE=None -DGUICORE_BUILD_QML=OFF -DGUICORE_BUILD_BENCHMARKS=OFF
+            quietly "Building $build" cmake --build "$build"
+            # shellcheck disable=SC2086 # a list of settings
+            run_settings "$build" $all || status=1
+        done
+    done
+else
+    build="${1:-build/dev}"
+    [ $# -gt 0 ] || build_preset dev
+    # shellcheck disable=SC2086 # a list of settings
+    run_settings "$build" $sample || status=1
+fi
+[ "$status" -eq 0 ] && echo "The same results under every setting"
+exit "$status"
