@@ -17,6 +17,7 @@ packages_to_package="$packages_to_run dpkg-dev file binutils"
 packages_to_test_packages="$packages_to_package mmdebstrap lintian"
 packages_for_abi="$packages_to_run binutils abigail-tools"
 packages_for_api="doxygen"
+packages_to_fuzz="$packages_to_run clang-14 libclang-rt-14-dev"
 packages_to_lint="clang-format clang-tidy clazy shellcheck"
 
 # quietly WHAT COMMAND...: runs the command, shows its output only if it fails.
