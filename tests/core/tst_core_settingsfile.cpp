@@ -11,6 +11,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using rivo::core::ConfigManager;
 using rivo::core::SettingsConfig;
@@ -51,6 +52,7 @@ private slots:
     void readForgetsWhatWasNotSaved();
     void fileOfThreeGibibytesIsTooLarge();
     void fileOfTheYear2040IsRead();
+    void fileIsReadWhereStandardInputIsClosed();
     void saveRefuses_data();
     void saveRefuses();
     void saveRefusesWhatItCouldNotReadBack();
@@ -252,6 +254,24 @@ void CoreSettingsFileTest::fileOfTheYear2040IsRead()
         QSKIP("this file system has no such times");
     SettingsFile file(config.settingsPath());
     QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{"a"});
+}
+
+// Its descriptor is then 0, which is one like any other.
+void CoreSettingsFileTest::fileIsReadWhereStandardInputIsClosed()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(R"({"logLevels": ["a"]})"));
+    SettingsFile file(config.settingsPath());
+    const int standardInput = ::fcntl(STDIN_FILENO, F_DUPFD, 3);
+    if (standardInput >= 0)
+        ::close(STDIN_FILENO);
+    const QStringList problems = file.read();
+    if (standardInput >= 0) {
+        ::dup2(standardInput, STDIN_FILENO);
+        ::close(standardInput);
+    }
+    QCOMPARE(problems, QStringList());
     QCOMPARE(file.logLevels(), QStringList{"a"});
 }
 
