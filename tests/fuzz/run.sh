@@ -30,7 +30,7 @@ TMPDIR="$place/tmp"
 export TMPDIR
 trap 'rm -rf "$TMPDIR"' EXIT
 # libFuzzer looks for leaks after inputs whose allocations and releases differ, and at the end.
-export ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=0
+export ASAN_OPTIONS=detect_leaks=1:quarantine_size_mb=64
 export UBSAN_OPTIONS=print_stacktrace=1
 
 # Longest input in bytes: what the formats need, no more than the operations take a moment for.

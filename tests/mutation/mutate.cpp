@@ -258,7 +258,7 @@ std::size_t Source::endOfStatement(std::size_t first) const
             return i;
         if (is(i, "(") || is(i, "[") || is(i, "{"))
             i = closing(i);
-        else if (is(i, "}") || is(i, ":"))
+        else if (is(i, "}") || is(i, ":") || is(i, ")")) // of a loop, not of a statement
             break;
     }
     return m_tokens.size();
@@ -387,6 +387,14 @@ void Source::swapArguments(std::size_t i, const Add& add) const
         const auto [c, d] = arguments[k + 1];
         const std::string left = textBetween(a, b);
         const std::string right = textBetween(c, d);
+        // Parameters of a definition would no more be those of its declaration.
+        const auto isParameter = [this](std::size_t first, std::size_t last) {
+            return is(first, "const") || (last > first && isWord(last) &&
+                                          (isWord(last - 1) || is(last - 1, "&") ||
+                                           is(last - 1, "*") || is(last - 1, ">")));
+        };
+        if (isParameter(a, b) || isParameter(c, d))
+            continue;
         // Ranges the wrong way round crash at once: nothing to learn from.
         if (left != right && left.find("begin()") == std::string::npos)
             add(a, d, right + ", " + left, "swapped argument");

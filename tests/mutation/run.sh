@@ -2,11 +2,12 @@
 # Mutation testing: one small mistake at a time in a private copy of GuiCore/src and Core, the
 # libraries built again, the tests run until one fails. A mutant that no test notices survives.
 #
-#   tests/mutation/run.sh [--sample N] [--seed S] [--file F]... [--list] [--survivors]
+#   tests/mutation/run.sh [--sample N] [--seed S] [--file F]... [--part K/N] [--list] [--survivors]
 #
 #   --sample N    N mutants in an order that the seed decides, instead of all
 #   --seed S      1 if not given
 #   --file F      only mutants of this file
+#   --part K/N    of those the Kth, then every Nth: for several machines
 #   --list        print the mutants, build nothing
 #   --survivors   try those again that survived
 #
@@ -18,12 +19,13 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 here=tests/mutation
 place=build/mutation
 results="$place/results.tsv"
-sample=0 seed=1 list=false survivors=false files=()
+sample=0 seed=1 part=1 parts=1 list=false survivors=false files=()
 while [ $# -gt 0 ]; do
     case "$1" in
     --sample) sample="$2"; shift ;;
     --seed) seed="$2"; shift ;;
     --file) files+=("$2"); shift ;;
+    --part) part="${2%/*}" parts="${2#*/}"; shift ;;
     --list) list=true ;;
     --survivors) survivors=true ;;
     *) sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' "$0"; exit 2 ;;
@@ -38,36 +40,43 @@ mutate="$place/mutate"
 
 # What the tests were compiled with stays as it was in a header: declarations are not mutated there,
 # and headers are at most a twentieth of a sample, for each makes many files be built again.
-chosen="$place/chosen.tsv"
+chosen="$(mktemp)"
+trap 'rm -f "$chosen"' EXIT
 [ "$sample" -gt 0 ] || seed=0
-"$mutate" list "$seed" "${files[@]}" | awk -F '\t' -v sample="$sample" '
+"$mutate" list "$seed" "${files[@]}" | awk -F '\t' -v sample="$sample" -v part="$part" -v parts="$parts" '
     $2 ~ /\.h$/ && ($4 == "swapped argument" || $4 == "removed statement") { next }
-    $2 ~ /\.h$/ && sample && ++headers > sample / 20 { next }
-    !sample || ++count <= sample' > "$chosen"
+    $2 ~ /\.h$/ && sample && ++headers > sample / 40 { next }
+    (++count <= sample || !sample) && count % parts == part % parts' > "$chosen"
 if $list; then
     cut -f 1-6 "$chosen"
     exit 0
 fi
 touch "$results"
 if $survivors; then
-    awk -F '\t' 'NR == FNR { verdict[$1] = $2; next } verdict[$1] == "survived"' "$results" "$chosen" \
-        > "$chosen.again"
+    again="$(awk -F '\t' 'NR == FNR { verdict[$1] = $2; next } verdict[$1] == "survived"' "$results" "$chosen")"
     awk -F '\t' '$2 != "survived"' "$results" > "$results.new" && mv "$results.new" "$results"
-    mv "$chosen.again" "$chosen"
+    printf '%s\n' "$again" > "$chosen"
 fi
 
 tree="$place/0/tree" out="$place/0/out"
 export CMAKE_BUILD_PARALLEL_LEVEL=2
 export RIVO_SOAK_DIVISOR=10 RIVO_LAYOUT_CASES=1500
 mkdir -p "$tree"
+# What an interrupted run left changed.
+if [ -s "$place/mutated" ]; then
+    read -r file < "$place/mutated"
+    cp "$file" "$tree/$file"
+fi
 # Changed files only, so that a second run builds little.
-git ls-files -z | while IFS= read -r -d '' file; do
+changed=false
+while IFS= read -r -d '' file; do
     if [ -f "$file" ] && ! cmp -s "$file" "$tree/$file"; then
         mkdir -p "$tree/$(dirname "$file")"
         cp -p "$file" "$tree/$file"
         touch "$tree/$file"
+        changed=true
     fi
-done
+done < <(git ls-files -z)
 quicker=()
 command -v ccache > /dev/null && quicker+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 if command -v ld.lld > /dev/null; then
@@ -92,7 +101,7 @@ run_tests() {
     local log="$place/ctest.log"
     (ulimit -v 8000000; exec ctest --test-dir "$out" --stop-on-failure --no-tests=ignore -E "$none" -R "$1") \
         > "$log" 2>&1 && return 0
-    awk '/\*\*\*/ { for (i = 1; i <= NF; ++i) if ($i ~ /^(tst_|qml|core_|[a-z_]+$)/) { print $i; exit } }' "$log"
+    awk '/\*\*\*/ { for (i = 1; i <= NF; ++i) if ($i ~ /^(tst_|qml|core_|[a-z_]+$)/) { print $i (/Timeout/ ? ", timed out" : ""); exit } }' "$log"
     return 1
 }
 # The tests that know the file best, then their neighbours, then all, one regular expression a line.
@@ -121,7 +130,7 @@ stages() {
     echo '.'
 }
 
-if ! failed="$(run_tests .)"; then
+if { $changed || [ ! -s "$results" ]; } && ! failed="$(run_tests .)"; then
     echo "Without a mutation already fails: $failed" >&2
     tail -40 "$place/ctest.log" >&2
     exit 1
@@ -153,14 +162,14 @@ judge() {
     printf 'survived\t-'
 }
 
-restore() { cp "$1" "$tree/$1"; }
 total="$(wc -l < "$chosen")"
 number=0
 while IFS=$'\t' read -r -u 9 id file line kind before after; do
     number=$((number + 1))
     grep -q "^$id	" "$results" && continue
+    echo "$file" > "$place/mutated"
     verdict="$(judge "$id" "$file")"
-    restore "$file"
+    cp "$file" "$tree/$file"
     printf '%s\t%s\t%s\t%s\t%s\t%s\t%s\n' "$id" "$verdict" "$file" "$line" "$kind" "$before" "$after" >> "$results"
     printf '%d/%d %s %s:%s %s (%s)\n' "$number" "$total" "$id" "$file" "$line" "$kind" "${verdict//$'\t'/ by }"
     case "$verdict" in survived*) printf -- '- %s\n+ %s\n' "$before" "$after" ;; esac
