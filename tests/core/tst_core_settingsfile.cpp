@@ -285,6 +285,13 @@ void CoreSettingsFileTest::saveRefuses_data()
     QTest::newRow("a list") << QByteArray("[]") << ":1:1: expected an object, found a list";
     QTest::newRow("a file over 1 MiB")
         << QByteArray("{}").leftJustified(1024 * 1024 + 1) << ": is larger than 1048576 bytes";
+    const QString otherwise(": would not be read back as it is, such as a text that begins with a "
+                            "byte-order mark");
+    // Written as "logLevels", it would win over what was saved.
+    QTest::newRow("a key that is ours but for a byte-order mark")
+        << QByteArray("{\"\xEF\xBB\xBFlogLevels\": [\"l\"]}") << otherwise;
+    QTest::newRow("a text that begins with a byte-order mark")
+        << QByteArray("{\"own\": \"\xEF\xBB\xBFtext\"}") << otherwise;
 }
 
 void CoreSettingsFileTest::saveRefuses()
