@@ -166,6 +166,12 @@ bool SettingsFile::save(QString* problem)
                           .arg(m_path)
                           .arg(RegularFile::MaximumSize));
     }
+    // Qt loses a byte-order mark at the start of a text, and with it one key becomes another.
+    if (QJsonDocument::fromJson(text).object() != document.root) {
+        return refuse(QStringLiteral("%1: would not be read back as it is, such as a text that "
+                                     "begins with a byte-order mark")
+                          .arg(m_path));
+    }
 
     QDir().mkpath(QFileInfo(m_path).path());
     QSaveFile file(m_path);

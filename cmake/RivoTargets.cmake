@@ -12,7 +12,10 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
     # file fails.
     target_compile_definitions(rivo_settings INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 endif()
-target_link_options(rivo_settings INTERFACE -Wl,--no-undefined -Wl,--as-needed)
+target_link_options(rivo_settings INTERFACE -Wl,--as-needed)
+if(NOT GUICORE_BUILD_FUZZERS) # whose sanitizers are in the programs alone
+    target_link_options(rivo_settings INTERFACE -Wl,--no-undefined)
+endif()
 
 # rivo_settings for product code: no silent conversion between bytes and text.
 add_library(rivo_strict INTERFACE)

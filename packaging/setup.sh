@@ -21,6 +21,7 @@ packages_to_lint="clang-format clang-tidy clazy cppcheck shellcheck"
 packages_for_coverage="$packages_to_test gcovr"
 packages_for_valgrind="$packages_to_test valgrind libc6-dbg"
 packages_for_determinism="$packages_to_test g++-12 clang-14 locales"
+packages_to_fuzz="$packages_to_run clang-14 libclang-rt-14-dev"
 
 # quietly WHAT COMMAND...: runs the command, shows its output only if it fails.
 quietly() {

@@ -8,9 +8,13 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <climits>
 #include <cstdio>
 #include <functional>
 #include <thread>
+
+#include <sys/inotify.h>
+#include <unistd.h>
 
 using rivo::core::ConfigManager;
 using rivo::core::SettingsConfig;
@@ -66,6 +70,7 @@ private slots:
     void sameProblemAfterARepairIsReportedAgain();
     void manyRapidRewritesEndInTheRightValue();
     void restlessWriterDoesNotHoldBackTheNews();
+    void fileAtRestIsNotReadAgain();
     void slotMayAskForManagers();
     void twoLocationsDoNotMix();
 };
@@ -402,6 +407,30 @@ void CoreFollowTest::restlessWriterDoesNotHoldBackTheNews()
     hasArrived = true;
     writer.join();
     QVERIFY(inTime);
+}
+
+void CoreFollowTest::fileAtRestIsNotReadAgain()
+{
+    const TemporaryConfig config;
+    SettingsConfig* settings =
+        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    QSignalSpy changed(settings, &SettingsConfig::logLevelsChanged);
+    QVERIFY(config.writeSettings(settingsWith({"new"})));
+    QVERIFY(changed.wait());
+    settle();
+
+    // Whoever reads the file has to open it.
+    QFile opened;
+    const int openings = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    QVERIFY(opened.open(openings, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+    const QByteArray path = QFile::encodeName(config.settingsPath());
+    QVERIFY(::inotify_add_watch(openings, path.constData(), IN_OPEN) >= 0);
+    settle();
+    char event[sizeof(inotify_event) + NAME_MAX + 1];
+    QCOMPARE(::read(openings, event, sizeof event), ssize_t(-1));
+
+    QCOMPARE(TemporaryConfig::read(config.settingsPath()), settingsWith({"new"}));
+    QVERIFY(::read(openings, event, sizeof event) > 0); // as this one did
 }
 
 void CoreFollowTest::slotMayAskForManagers()

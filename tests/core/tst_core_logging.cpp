@@ -343,6 +343,15 @@ void CoreLoggingTest::goodLoggingConfIsTaken_data()
     QTest::newRow("a date of 29 characters")
         << QByteArray("* GLOBAL:\nFORMAT = \"%datetime{%g%gxxxxxxxxxxxxxxxxx} %level\"\n")
         << QStringList{"x{17} INFO$", "x{17} WARNING$", "x{17} DEBUG$"};
+    QTest::newRow("a date of 29 characters with names")
+        << QByteArray("* GLOBAL:\nFORMAT = \"%datetime{%A%Bxxxxxxxxxxx} %level\"\n")
+        << QStringList{"x{11} INFO$", "x{11} WARNING$", "x{11} DEBUG$"};
+    QTest::newRow("a date of 29 characters with a time zone")
+        << QByteArray("* GLOBAL:\nFORMAT = \"%datetime{%z%zxxxxxxxxxxxxxxxxx} %level\"\n")
+        << QStringList{"x{17} INFO$", "x{17} WARNING$", "x{17} DEBUG$"};
+    QTest::newRow("a date of 29 characters with numbers")
+        << QByteArray("* GLOBAL:\nFORMAT = \"%datetime{%Y%M%d%H%m%sxxxxx} %level\"\n")
+        << QStringList{"x{5} INFO$", "x{5} WARNING$", "x{5} DEBUG$"};
     QTest::newRow("a device as the log file")
         << QByteArray("* GLOBAL:\nFILENAME = /dev/null\nTO_FILE = true\nMAX_LOG_FILE_SIZE = 10\n")
         << defaultPatterns();

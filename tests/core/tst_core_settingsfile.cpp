@@ -11,6 +11,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using rivo::core::ConfigManager;
 using rivo::core::SettingsConfig;
@@ -51,6 +52,7 @@ private slots:
     void readForgetsWhatWasNotSaved();
     void fileOfThreeGibibytesIsTooLarge();
     void fileOfTheYear2040IsRead();
+    void fileIsReadWhereStandardInputIsClosed();
     void saveRefuses_data();
     void saveRefuses();
     void saveRefusesWhatItCouldNotReadBack();
@@ -255,6 +257,24 @@ void CoreSettingsFileTest::fileOfTheYear2040IsRead()
     QCOMPARE(file.logLevels(), QStringList{"a"});
 }
 
+// Its descriptor is then 0, which is one like any other.
+void CoreSettingsFileTest::fileIsReadWhereStandardInputIsClosed()
+{
+    const TemporaryConfig config;
+    QVERIFY(config.writeSettings(R"({"logLevels": ["a"]})"));
+    SettingsFile file(config.settingsPath());
+    const int standardInput = ::fcntl(STDIN_FILENO, F_DUPFD, 3);
+    if (standardInput >= 0)
+        ::close(STDIN_FILENO);
+    const QStringList problems = file.read();
+    if (standardInput >= 0) {
+        ::dup2(standardInput, STDIN_FILENO);
+        ::close(standardInput);
+    }
+    QCOMPARE(problems, QStringList());
+    QCOMPARE(file.logLevels(), QStringList{"a"});
+}
+
 void CoreSettingsFileTest::saveRefuses_data()
 {
     QTest::addColumn<QByteArray>("content");
@@ -265,6 +285,13 @@ void CoreSettingsFileTest::saveRefuses_data()
     QTest::newRow("a list") << QByteArray("[]") << ":1:1: expected an object, found a list";
     QTest::newRow("a file over 1 MiB")
         << QByteArray("{}").leftJustified(1024 * 1024 + 1) << ": is larger than 1048576 bytes";
+    const QString otherwise(": would not be read back as it is, such as a text that begins with a "
+                            "byte-order mark");
+    // Written as "logLevels", it would win over what was saved.
+    QTest::newRow("a key that is ours but for a byte-order mark")
+        << QByteArray("{\"\xEF\xBB\xBFlogLevels\": [\"l\"]}") << otherwise;
+    QTest::newRow("a text that begins with a byte-order mark")
+        << QByteArray("{\"own\": \"\xEF\xBB\xBFtext\"}") << otherwise;
 }
 
 void CoreSettingsFileTest::saveRefuses()

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <optional>
 #include <random>
 #include <utility>
 
@@ -27,8 +28,13 @@ class Random
 {
 public:
     explicit Random(quint64 seed) : m_engine(seed) {}
+    explicit Random(Choices choices) : m_choices(std::move(choices)) {}
 
-    int below(int bound) { return static_cast<int>(m_engine() % static_cast<quint64>(bound)); }
+    int below(int bound)
+    {
+        return m_choices ? m_choices->bounded(bound)
+                         : static_cast<int>(m_engine() % static_cast<quint64>(bound));
+    }
     int between(int first, int last) { return first + below(last - first + 1); }
     bool chance(int percent) { return below(100) < percent; }
 
@@ -65,6 +71,7 @@ public:
 
 private:
     std::mt19937_64 m_engine;
+    std::optional<Choices> m_choices;
 };
 
 QStringList randomOrder(Random& random)
@@ -611,9 +618,11 @@ QVector<Configuration> randomConfigurations(quint64 seed, int count)
     return configurations;
 }
 
-Case randomCase(quint64 seed, int number, const QVector<Configuration>& configurations)
+namespace
 {
-    Random random((seed << 32U) ^ static_cast<quint64>(number));
+
+Case someCase(Random& random, const QVector<Configuration>& configurations)
+{
     Case layoutCase;
     layoutCase.configuration = random.pick(configurations);
     layoutCase.autoSpacing = random.chance(10);
@@ -621,6 +630,20 @@ Case randomCase(quint64 seed, int number, const QVector<Configuration>& configur
     for (int round = 0; round < rounds; ++round)
         appendRound(random, layoutCase, round == 0);
     return layoutCase;
+}
+
+} // namespace
+
+Case randomCase(quint64 seed, int number, const QVector<Configuration>& configurations)
+{
+    Random random((seed << 32U) ^ static_cast<quint64>(number));
+    return someCase(random, configurations);
+}
+
+Case decidedCase(Choices choices, const QVector<Configuration>& configurations)
+{
+    Random random(std::move(choices));
+    return someCase(random, configurations);
 }
 
 Case shrunk(Case failing, const std::function<bool(const Case&)>& fails, int attempts)

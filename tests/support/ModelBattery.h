@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Choices.h"
 #include "DeferredDeletions.h"
 #include "ItemFields.h"
 #include "ListModel.h"
@@ -8,7 +9,6 @@
 
 #include <QAbstractItemModelTester>
 #include <QPointer>
-#include <QRandomGenerator>
 #include <QSet>
 #include <QTest>
 
@@ -252,8 +252,8 @@ inline void runRejectedCall(ListModel& model, const ItemClass& itemClass)
 class RandomRun
 {
 public:
-    RandomRun(ListModel& model, const ItemClass& itemClass, quint32 seed)
-        : m_model(model), m_itemClass(itemClass), m_random(seed),
+    RandomRun(ListModel& model, const ItemClass& itemClass, Choices choices)
+        : m_model(model), m_itemClass(itemClass), m_random(std::move(choices)),
           m_tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal), m_log(&model)
     {
     }
@@ -268,6 +268,9 @@ public:
 
     RandomRun(const RandomRun&) = delete;
     RandomRun& operator=(const RandomRun&) = delete;
+
+    /// Nothing is left to decide by.
+    bool isOver() const { return m_random.areUsedUp(); }
 
     /// Does one operation and compares; the text tells what differs, or is empty.
     QString step()
@@ -524,7 +527,8 @@ private:
     void callInVain()
     {
         const std::vector<RejectedCall>& calls = rejectedCalls();
-        const RejectedCall& call = calls[m_random.bounded(static_cast<quint32>(calls.size()))];
+        const RejectedCall& call =
+            calls[static_cast<std::size_t>(m_random.bounded(static_cast<int>(calls.size())))];
         if (!call.onlyWithoutRows || m_rows.empty())
             expect(call.isRejected(m_model), call.sentence);
     }
@@ -727,11 +731,12 @@ private:
 
     int randomField(const std::function<bool(const ItemField&)>& isWanted)
     {
-        int field = 0;
-        do {
-            field = m_random.bounded(m_itemClass.fields.size());
-        } while (!isWanted(m_itemClass.fields.at(field)));
-        return field;
+        QVector<int> wanted;
+        for (int field = 0; field < m_itemClass.fields.size(); ++field) {
+            if (isWanted(m_itemClass.fields.at(field)))
+                wanted.append(field);
+        }
+        return wanted.at(m_random.bounded(wanted.size()));
     }
 
     Row newRow()
@@ -807,7 +812,7 @@ private:
     ListModel& m_model;
     const ItemClass m_itemClass;
     QObject m_owner;
-    QRandomGenerator m_random;
+    Choices m_random;
     QAbstractItemModelTester m_tester;
     SignalLog m_log;
 
@@ -835,7 +840,7 @@ inline void seedRows(quint32 count)
 inline void runRandomOperations(ListModel& model, const ItemClass& itemClass, int steps)
 {
     QFETCH(quint32, seed);
-    RandomRun run(model, itemClass, seed);
+    RandomRun run(model, itemClass, Choices(seed));
     for (int step = 0; step < steps / soakDivisor(); ++step) {
         const QString problem = run.step();
         QVERIFY2(problem.isEmpty(),

@@ -41,7 +41,8 @@ public:
     /// Writes the values that were set since the last read() into the file, atomically, creating
     /// its folder if needed. The file's other keys keep the values they have on disk now, numbers
     /// as doubles; keys are written in alphabetical order. Returns false, with the file untouched
-    /// and the reason in @p problem, if that cannot be done or if what is there cannot be parsed.
+    /// and the reason in @p problem, if that cannot be done, if what is there cannot be parsed or
+    /// if not all of it could be read back.
     bool save(QString* problem = nullptr);
 
 private:

@@ -1,0 +1,204 @@
+#!/usr/bin/env bash
+# Mutation testing: one small mistake at a time in a private copy of GuiCore/src and Core, the
+# libraries built again, the tests run until one fails. A mutant that no test notices survives.
+#
+#   tests/mutation/run.sh [--sample N] [--seed S] [--file F]... [--part K/N] [--list] [--survivors]
+#
+#   --sample N    N mutants in an order that the seed decides, instead of all
+#   --seed S      1 if not given
+#   --file F      only mutants of this file
+#   --part K/N    of those the Kth, then every Nth: for several machines
+#   --list        print the mutants, build nothing
+#   --survivors   try those again that survived
+#
+# Every verdict is noted in build/mutation/results.tsv; a run that was interrupted goes on where it
+# was. Delete build/mutation to begin anew, as after a change of the sources. The exit code is 1 if
+# a mutant survived that equivalent.txt does not explain, and fewer than 97 % were killed.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+here=tests/mutation
+place=build/mutation
+results="$place/results.tsv"
+sample=0 seed=1 part=1 parts=1 list=false survivors=false files=()
+while [ $# -gt 0 ]; do
+    case "$1" in
+    --sample) sample="$2"; shift ;;
+    --seed) seed="$2"; shift ;;
+    --file) files+=("$2"); shift ;;
+    --part) part="${2%/*}" parts="${2#*/}"; shift ;;
+    --list) list=true ;;
+    --survivors) survivors=true ;;
+    *) sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' "$0"; exit 2 ;;
+    esac
+    shift
+done
+[ "${#files[@]}" -gt 0 ] || mapfile -t files < <(git ls-files 'GuiCore/src/*.cpp' 'GuiCore/src/*.h' \
+    'GuiCore/include/core/*.h' 'Core/*.cpp' 'Core/*.h')
+mkdir -p "$place"
+mutate="$place/mutate"
+[ "$mutate" -nt $here/mutate.cpp ] || g++ -std=c++17 -O1 $here/mutate.cpp -o "$mutate"
+
+# What the tests were compiled with stays as it was in a header: declarations are not mutated there,
+# and headers are at most a twentieth of a sample, for each makes many files be built again.
+chosen="$(mktemp)"
+trap 'rm -f "$chosen"' EXIT
+[ "$sample" -gt 0 ] || seed=0
+"$mutate" list "$seed" "${files[@]}" | awk -F '\t' -v sample="$sample" -v part="$part" -v parts="$parts" '
+    $2 ~ /\.h$/ && ($4 == "swapped argument" || $4 == "removed statement") { next }
+    $2 ~ /\.h$/ && sample && ++headers > sample / 40 { next }
+    (++count <= sample || !sample) && count % parts == part % parts' > "$chosen"
+if $list; then
+    cut -f 1-6 "$chosen"
+    exit 0
+fi
+touch "$results"
+if $survivors; then
+    again="$(awk -F '\t' 'NR == FNR { verdict[$1] = $2; next } verdict[$1] == "survived"' "$results" "$chosen")"
+    awk -F '\t' '$2 != "survived"' "$results" > "$results.new" && mv "$results.new" "$results"
+    printf '%s\n' "$again" > "$chosen"
+fi
+
+tree="$place/0/tree" out="$place/0/out"
+export CMAKE_BUILD_PARALLEL_LEVEL=2
+export RIVO_SOAK_DIVISOR=10 RIVO_LAYOUT_CASES=1500
+mkdir -p "$tree"
+# What an interrupted run left changed.
+if [ -s "$place/mutated" ]; then
+    read -r file < "$place/mutated"
+    cp "$file" "$tree/$file"
+fi
+# Changed files only, so that a second run builds little.
+changed=false
+while IFS= read -r -d '' file; do
+    if [ -f "$file" ] && ! cmp -s "$file" "$tree/$file"; then
+        mkdir -p "$tree/$(dirname "$file")"
+        cp -p "$file" "$tree/$file"
+        touch "$tree/$file"
+        changed=true
+    fi
+done < <(git ls-files -z)
+quicker=()
+command -v ccache > /dev/null && quicker+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+if command -v ld.lld > /dev/null; then
+    for what in EXE SHARED MODULE; do
+        quicker+=("-DCMAKE_${what}_LINKER_FLAGS=-fuse-ld=lld")
+    done
+fi
+# The tests of the libraries themselves: those through QML, the feeds and the terminal take longer
+# than they tell.
+cmake -G Ninja -S "$tree" -B "$out" "${quicker[@]}" -DCMAKE_BUILD_TYPE= \
+    -DCMAKE_CXX_FLAGS="-O0 -g0" -DCMAKE_LINK_DEPENDS_NO_SHARED=ON -DGUICORE_BUILD_QML=OFF \
+    -DCMAKE_PROJECT_INCLUDE="$PWD/$here/libraries.cmake" -DGUICORE_BUILD_TOOLS=OFF > "$place/configure.log"
+cmake --build "$out" > "$place/build.log" || { tail -40 "$place/build.log"; exit 1; }
+find "$out" -name CTestTestfile.cmake -exec sed -i 's/TIMEOUT "300"/TIMEOUT "60"/' {} +
+# A mutant is built once.
+export CCACHE_DISABLE=1
+
+# Projects that are configured and built by a test, and what looks at texts only, tell nothing new.
+none='^(core_imported_library|core_other_macros|core_logging_header_comes_first|tst_layout_oracle_self)$'
+# run_tests REGEX: the first test that fails goes to standard output, and the status is 1.
+run_tests() {
+    local log="$place/ctest.log"
+    (ulimit -v 8000000; exec ctest --test-dir "$out" --stop-on-failure --no-tests=ignore -E "$none" -R "$1") \
+        > "$log" 2>&1 && return 0
+    awk '/\*\*\*/ { for (i = 1; i <= NF; ++i) if ($i ~ /^(tst_|qml|core_|[a-z_]+$)/) { print $i (/Timeout/ ? ", timed out" : ""); exit } }' "$log"
+    return 1
+}
+# The tests that know the file best, then their neighbours, then all, one regular expression a line.
+stages() {
+    local name
+    name="$(basename "$1")"
+    name="${name%.*}"
+    name="${name,,}"
+    case "$1" in
+    */ConfigManager.*) echo '^tst_core_(config|lifecycle)$' ;;
+    */FileFollower.*) echo '^tst_core_(follow|config)$' ;;
+    */Logger*) echo '^tst_core_(logging|library)$' ;;
+    */SettingsFile.* | */RegularFile.*) echo '^tst_core_(settingsfile|config)$' ;;
+    */JsonObjectFactory.*) echo '^tst_core_registry$' ;;
+    */SettingsConfig*) echo '^tst_core_config$' ;;
+    */ListModel/*) echo '^tst_(listitem|listmodel.*)$' ;;
+    */PassengerTypesModel*.* | */ZoneIndex.* | */ProductDump.* | */sProduct.*)
+        echo '^tst_(product_catalogue|passengertypesmodel|supported_codes|backend_ordering|local_ordering|zone_grouping)$'
+        echo '^tst_(grid_logging|layout_reentrancy|layout_property)$' ;;
+    *) echo "^tst_($name)\$" ;;
+    esac
+    case "$1" in
+    Core/* | GuiCore/include/*) echo '^tst_core_' ;;
+    *) echo '^tst_(every_model|.*item|.*model|listmodel.*|row_memory)$' ;;
+    esac
+    echo '.'
+}
+
+if { $changed || [ ! -s "$results" ]; } && ! failed="$(run_tests .)"; then
+    echo "Without a mutation already fails: $failed" >&2
+    tail -40 "$place/ctest.log" >&2
+    exit 1
+fi
+
+# judge ID FILE: the verdict, a tabulator and which test it was.
+judge() {
+    local id="$1" file="$2" targets=(all) expression killer
+    "$mutate" apply "$id" "$file" > "$tree/$file"
+    # The libraries and, for a header, the tests that know it best.
+    case "$file" in
+    *.h)
+        targets=(GuiCore RivoCore)
+        expression="$(stages "$file" | head -1)"
+        mapfile -t -O 2 targets < <(ctest --test-dir "$out" -N -R "$expression" | awk '/Test +#/ { print $NF }')
+        ;;
+    esac
+    if ! timeout 600 ninja -C "$out" "${targets[@]}" > "$place/mutant.log" 2>&1; then
+        printf 'does not compile\t-'
+        return
+    fi
+    while read -r expression; do
+        if ! killer="$(run_tests "$expression")"; then
+            printf 'killed\t%s' "${killer:--}"
+            return
+        fi
+        case "$file" in *.h) break ;; esac
+    done < <(stages "$file")
+    printf 'survived\t-'
+}
+
+total="$(wc -l < "$chosen")"
+number=0
+while IFS=$'\t' read -r -u 9 id file line kind before after; do
+    number=$((number + 1))
+    grep -q "^$id	" "$results" && continue
+    echo "$file" > "$place/mutated"
+    verdict="$(judge "$id" "$file")"
+    cp "$file" "$tree/$file"
+    printf '%s\t%s\t%s\t%s\t%s\t%s\t%s\n' "$id" "$verdict" "$file" "$line" "$kind" "$before" "$after" >> "$results"
+    printf '%d/%d %s %s:%s %s (%s)\n' "$number" "$total" "$id" "$file" "$line" "$kind" "${verdict//$'\t'/ by }"
+    case "$verdict" in survived*) printf -- '- %s\n+ %s\n' "$before" "$after" ;; esac
+done 9< "$chosen"
+
+# The summary, of the chosen ones alone. equivalent.txt: blocks of a file, "- before", "+ after" and
+# the reason.
+awk -F '\t' -v equivalents="$here/equivalent.txt" '
+    BEGIN {
+        while ((getline line < equivalents) > 0) {
+            if (line ~ /^- /) before = substr(line, 3)
+            else if (line ~ /^\+ /) known[file "\t" before "\t" substr(line, 3)] = 1
+            else if (line ~ /^[A-Za-z].*\.(cpp|h)$/) file = line
+        }
+    }
+    FILENAME == ARGV[1] { chosen[$1] = 1; next }
+    $1 in chosen {
+        verdict = $2
+        if (verdict == "survived" && ($4 "\t" $7 "\t" $8) in known)
+            verdict = "equivalent"
+        ++count[verdict]
+        if (verdict == "survived")
+            printf "survived: %s %s:%s %s\n- %s\n+ %s\n", $1, $4, $5, $6, $7, $8
+    }
+    END {
+        judged = count["killed"] + count["survived"]
+        rate = judged ? 100 * count["killed"] / judged : 0
+        printf "%d mutants: %d killed, %d survived, %d equivalent; %d more do not compile; %.1f %% killed\n",
+            judged + count["equivalent"], count["killed"], count["survived"], count["equivalent"],
+            count["does not compile"], rate
+        exit rate < 97
+    }' "$chosen" "$results"
