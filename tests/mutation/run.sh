@@ -11,6 +11,9 @@
 #   --list        print the mutants, build nothing
 #   --survivors   try those again that survived
 #
+# The tests of the configuration follow every folder above their own: below one in which others are
+# busy, such as /tmp, their noise lets mutants of Core/FileFollower.cpp survive.
+#
 # Every verdict is noted in build/mutation/results.tsv; a run that was interrupted goes on where it
 # was. Delete build/mutation to begin anew, as after a change of the sources. The exit code is 1 if
 # a mutant survived that equivalent.txt does not explain, and fewer than 97 % were killed.
