@@ -58,7 +58,8 @@ run_settings() {
         IFS=: read -r seed locale zone <<< "$setting"
         variant="$results/$(basename "$build")-$seed-$locale-${zone##*/}"
         vary_tests "$(realpath "$build")" "$variant" "
-            s#LC_ALL=C.UTF-8;TZ=UTC;#LC_ALL=$locale;TZ=$zone;#
+            s#LC_ALL=C.UTF-8;TZ=UTC;#LC_ALL=$locale;LANGUAGE=C;TZ=$zone;#
+            /^set_tests_properties(\\[=\\[\\($hears_qt\\)\\]/s#LC_ALL=#QT_HASH_SEED=0;LC_ALL=#
             s#RIVO_SOAK_DIVISOR=[0-9]*\\|RIVO_LAYOUT_CASES=[0-9]*#RIVO_IGNORED=#g"
         QT_HASH_SEED="$seed" RIVO_SOAK_DIVISOR=20 RIVO_LAYOUT_CASES=500 \
             run_variant "$variant" -E "$left_out" || status=1
@@ -73,6 +74,9 @@ run_settings() {
     done
     return "$status"
 }
+# Qt says on standard error that a seed is forced, unless that is 0: what compares the standard error
+# of a process has 0. What the system says of an error (LANGUAGE) stays English: the tests know it so.
+hears_qt='tst_rivo_grid\|tst_rivo_models\|tst_core_logging\|tst_core_swap\|tst_swapped_core\|quiet_start\|readme_grid\|feed_schema_agreement'
 left_out='^(installed_tree|screen_to_use|abi_kept|core_imported_library|core_other_macros|tst_qml_.*)$'
 
 status=0
