@@ -28,7 +28,7 @@ vary_tests "$build" "$PWD/build/valgrind/memcheck" "
     s#TIMEOUT \"[0-9]*\"#TIMEOUT \"1200\"#
     s#RIVO_SOAK_DIVISOR=[0-9]*\\|RIVO_LAYOUT_CASES=[0-9]*#RIVO_IGNORED=#g"
 
-export QT_ENABLE_REGEXP_JIT=0 RIVO_SOAK_DIVISOR=200 RIVO_LAYOUT_CASES=20
+export QT_ENABLE_REGEXP_JIT=0 RIVO_SOAK_DIVISOR=200 RIVO_LAYOUT_CASES=20 QTEST_FUNCTION_TIMEOUT=1200000
 status=0
 run_variant build/valgrind/memcheck -R '^tst_' -E '^tst_qml' || status=$?
 grep -L 'ERROR SUMMARY: 0 errors' "$logs"/*.log | xargs -r cat

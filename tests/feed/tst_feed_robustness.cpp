@@ -119,7 +119,7 @@ void FeedRobustnessTest::hostileJsonEndsSoon_data()
 {
     QTest::addColumn<QByteArray>("json");
     const auto within = [](const QByteArray& value) { return "{\"x-a\": " + value + '}'; };
-    const int size = 2 * 1024 * 1024;
+    const int size = triesTheLargest() ? 2 * 1024 * 1024 : 64 * 1024;
     QTest::newRow("nothing but opening brackets") << within(QByteArray(size, '['));
     QTest::newRow("nothing but quotes") << QByteArray(size, '"');
     QTest::newRow("nothing but zero bytes") << QByteArray(size, '\0');
@@ -133,7 +133,7 @@ void FeedRobustnessTest::hostileJsonEndsSoon_data()
         << within('{' + QByteArray("\"a\":1,").repeated(size / 6) + "\"a\":1}");
     QTest::newRow("very many unknown keys") << [&] {
         QByteArray text = "{";
-        for (int i = 0; i < 100'000; ++i)
+        for (int i = 0; i < size / 20; ++i)
             text += '"' + QByteArray::number(i) + "\":1,";
         return text + "\"last\":1}";
     }();
@@ -157,10 +157,10 @@ void FeedRobustnessTest::hostileCsvEndsSoon_data()
 {
     QTest::addColumn<QByteArray>("csv");
     const QByteArray header = "fare_product_id,amount,currency,fare_product_name\n";
-    const int size = 2 * 1024 * 1024;
+    const int size = triesTheLargest() ? 2 * 1024 * 1024 : 64 * 1024;
     QTest::newRow("nothing but commas") << QByteArray(size, ',');
     QTest::newRow("a record of nothing but commas") << header + QByteArray(size, ',');
-    QTest::newRow("very many empty records") << header + QByteArray(",\n").repeated(200'000);
+    QTest::newRow("very many empty records") << header + QByteArray(",\n").repeated(size / 10);
     QTest::newRow("nothing but quotes") << header + QByteArray(size + 1, '"');
     QTest::newRow("a quote that is never closed") << header + '"' + QByteArray(size, 'a');
     QTest::newRow("a quote that is never closed, over many lines")

@@ -35,12 +35,12 @@ export UBSAN_OPTIONS=print_stacktrace=1
 
 # Longest input in bytes: what the formats need, no more than the operations take a moment for.
 declare -A longest=([json]=8192 [gtfs]=12288 [settings]=4096 [models]=1024 [layout]=1024)
-status=0
-for fuzzer in "${fuzzers[@]}"; do
+# fuzz NAME: one fuzzer for its time; a line of figures, or what it said at its end.
+fuzz() {
+    local fuzzer="$1" seeds found log words=()
     seeds="$PWD/tests/fuzz/corpus/$fuzzer"
     found="$place/corpus/$fuzzer"
     log="$place/$fuzzer.log"
-    words=()
     [ -f "tests/fuzz/$fuzzer.dict" ] && words=("-dict=tests/fuzz/$fuzzer.dict")
     case "$fuzzer" in
     json | settings) export LSAN_OPTIONS="suppressions=$PWD/tests/fuzz/qt-json.supp:print_suppressions=0" ;;
@@ -57,9 +57,21 @@ for fuzzer in "${fuzzers[@]}"; do
             END { printf "%-8s %d inputs run, %d code edges reached, corpus %s, at most %d MB: no failure\n",
                          fuzzer, runs, cov, corp, memory }' "$log"
     else
-        status=1
         tail -60 "$log"
         echo "$fuzzer: failed; the input is in build/fuzz/crashes, the output in build/fuzz/$fuzzer.log" >&2
+        return 1
     fi
+}
+
+# As many at a time as there are processors.
+status=0 running=0
+for fuzzer in "${fuzzers[@]}"; do
+    if [ "$running" -ge "$(nproc)" ]; then
+        wait -n || status=1
+        running=$((running - 1))
+    fi
+    fuzz "$fuzzer" &
+    running=$((running + 1))
 done
+for ((; running > 0; --running)); do wait -n || status=1; done
 exit "$status"

@@ -53,15 +53,18 @@ void fill(ListModel& model, const ItemClass& itemClass, int count, Texts texts)
 Cost measured(const LibraryModel& kind, Texts texts)
 {
     // What is made once for the process does not belong to the rows.
-    {
-        fill(*std::unique_ptr<ListModel>(kind.make(nullptr)), kind.itemClass, 1, texts);
-    }
-    const std::unique_ptr<ListModel> model(kind.make(nullptr));
+    QObject owner; // of the models and their prototypes
+    fill(*kind.make(&owner), kind.itemClass, 1, texts);
+    ListModel& model = *kind.make(&owner);
     const AllocationCount count;
-    fill(*model, kind.itemClass, rows, texts);
-    if (model->rowCount() != rows)
+    fill(model, kind.itemClass, rows, texts);
+    if (model.rowCount() != rows)
         qFatal("%s has lost rows", kind.name);
-    return {static_cast<double>(count.bytes()) / rows, static_cast<double>(count.blocks()) / rows};
+    const Cost cost{static_cast<double>(count.bytes()) / rows,
+                    static_cast<double>(count.blocks()) / rows};
+    for (ListModel* each : owner.findChildren<ListModel*>())
+        qDeleteAll(each->takeRows(0, each->rowCount()));
+    return cost;
 }
 
 } // namespace

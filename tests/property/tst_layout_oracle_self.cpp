@@ -1,4 +1,5 @@
 #include "LayoutOracle.h"
+#include "Soak.h"
 
 #include <QtTest>
 
@@ -347,8 +348,10 @@ void tst_layout_oracle_self::rowsAreAnnouncedBeforeNumberedTilesAndAfterTheFallb
 
 void tst_layout_oracle_self::lastRowIsNotFilledBeyondTheBound()
 {
-    QCOMPARE(oracle::laidOut(withPositions({1}), adult, 100001).state.tiles.size(), 100001);
     QCOMPARE(oracle::laidOut(withPositions({1}), adult, 100002).state.tiles.size(), 1);
+    if (!triesTheLargest())
+        return;
+    QCOMPARE(oracle::laidOut(withPositions({1}), adult, 100001).state.tiles.size(), 100001);
     QCOMPARE(oracle::laidOut(withPositions({100000}), adult, 3).state.tiles.size(), 100002);
     QCOMPARE(oracle::laidOut(withPositions({100000}), adult, 3).state.rows, 33334);
 }

@@ -7,6 +7,9 @@
 /// for where programs run slowly. 1 if it is not set.
 inline int soakDivisor() { return qMax(1, qEnvironmentVariableIntValue("RIVO_SOAK_DIVISOR")); }
 
+/// Whether to try what is as large as it may be, which memcheck takes minutes for.
+inline bool triesTheLargest() { return soakDivisor() < 200; }
+
 /// What to try in turn: all of these, or one in as many as soakDivisor() says, from the first on.
 template <typename Value>
 QVector<Value> thinnedOut(const QVector<Value>& values)
