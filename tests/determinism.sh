@@ -63,7 +63,8 @@ run_settings() {
             s#RIVO_SOAK_DIVISOR=[0-9]*\\|RIVO_LAYOUT_CASES=[0-9]*#RIVO_IGNORED=#g"
         QT_HASH_SEED="$seed" RIVO_SOAK_DIVISOR=20 RIVO_LAYOUT_CASES=500 \
             run_variant "$variant" -E "$left_out" || status=1
-        QT_HASH_SEED="$seed" LC_ALL="$locale" TZ="$zone" print_everything "$build" > "$variant/printed.txt"
+        QT_HASH_SEED="$seed" LC_ALL="$locale" TZ="$zone" print_everything "$build" \
+            > "$variant/printed.txt" 2> "$variant/said.txt"
         printed="$(sha256sum < "$variant/printed.txt" | cut -d' ' -f1)"
         echo "$(basename "$variant"): printed $(wc -c < "$variant/printed.txt") bytes, SHA-256 ${printed:0:16}"
         [ -n "$expected" ] || expected="$printed"

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
 # What the tests of a built library's boundary share. Source it; end with no_failure.
+export LC_ALL=C # the order of what is compared
 failures=0
 
 # expect WHAT EXPECTED ACTUAL
