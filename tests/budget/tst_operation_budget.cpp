@@ -13,6 +13,7 @@
 
 #include <QtTest>
 
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -192,7 +193,7 @@ struct Budget
 {
     const char* operation;
     int allocations64;     ///< blocks asked for, where a pointer has 64 bits
-    int allocations32;     ///< where it has 32
+    int allocations32;     ///< where it has 32, and lists grow in other steps
     int connections;       ///< made, to rows and to models
     int dataCalls;         ///< of a CountedRow's data()
     int copies;            ///< of the QVariant that a CountedRow holds
@@ -370,6 +371,7 @@ class OperationBudgetTest : public QObject
 
 private slots:
     void initTestCase();
+    void countsWhatItClaimsToCount();
     void anOperationCostsItsBudget_data();
     void anOperationCostsItsBudget();
 };
@@ -381,6 +383,39 @@ void OperationBudgetTest::initTestCase()
     el::Logger* logger = el::Loggers::getLogger("default");
     logger->configurations()->set(el::Level::Info, el::ConfigurationType::Enabled, "false");
     logger->reconfigure();
+}
+
+void OperationBudgetTest::countsWhatItClaimsToCount()
+{
+    const QVariant number = QVariant::fromValue(CountedNumber(1));
+    counts = {};
+    const QVariant copy = number;
+    QCOMPARE(counts.copies, 1);
+    QCOMPARE(copy, number);
+
+    const Budget everything{
+        "", 0, 0, 0, 0, 0, "", [](Scene& s) {
+            QObject::connect(&s.model, &ListModel::countChanged, &s.owner, [] {});
+            QObject::connect(&s.row(0), &ListItem::dataChanged, &s.owner, [] {});
+            s.row(1).triggerItemUpdate();
+            emit s.model.countChanged(1);
+            emit s.model.countChanged(2);
+            s.row(2).data(CountedRow::IdRole);
+            QVariant(s.row(2).data(CountedRow::NumberRole));
+        }};
+    const auto [found, announced] = measured(everything);
+    QCOMPARE(asText(0, found, announced), "0 allocations, 2 connections, 2 data() calls, 1 copies; "
+                                          "1 row's dataChanged, 1 dataChanged, 2 countChanged");
+
+    if (!AllocationCount::isPossible())
+        QSKIP("a sanitizer or valgrind counts the allocations of this process");
+    const Budget blocksOnly{"", 0, 0, 0, 0, 0, "", [](Scene&) {
+                                void* volatile block = std::malloc(1);
+                                block = std::realloc(block, 2);
+                                std::free(block);
+                                std::unique_ptr<QObject>(new QObject).reset();
+                            }};
+    QCOMPARE(allocations(blocksOnly), 4); // an object is two
 }
 
 void OperationBudgetTest::anOperationCostsItsBudget_data()
