@@ -401,7 +401,7 @@ void OperationBudgetTest::countsWhatItClaimsToCount()
             emit s.model.countChanged(1);
             emit s.model.countChanged(2);
             s.row(2).data(CountedRow::IdRole);
-            QVariant(s.row(2).data(CountedRow::NumberRole));
+            s.row(2).data(CountedRow::NumberRole);
         }};
     const auto [found, announced] = measured(everything);
     QCOMPARE(asText(0, found, announced), "0 allocations, 2 connections, 2 data() calls, 1 copies; "
