@@ -21,6 +21,8 @@ packages_to_lint="clang-format clang-tidy clazy cppcheck shellcheck"
 packages_for_coverage="$packages_to_test gcovr"
 packages_for_valgrind="$packages_to_test valgrind libc6-dbg"
 packages_for_determinism="$packages_to_test g++-12 clang-14 locales"
+packages_for_budgets="$packages_to_test valgrind libc6-dbg"
+packages_for_armhf_budgets="g++"
 packages_to_fuzz="$packages_to_run clang-14 libclang-rt-14-dev"
 
 # quietly WHAT COMMAND...: runs the command, shows its output only if it fails.
@@ -58,7 +60,7 @@ need_packages() {
 
 # prepare_preset NAME: what the compiler of the preset needs besides the packages of all presets.
 prepare_preset() {
-    [ "$1" = armhf ] || return 0
+    [[ "$1" = *armhf ]] || return 0
     # shellcheck disable=SC2086 # a list of names
     need_packages $packages_to_build_armhf
     packaging/armhf-sysroot.sh

@@ -10,7 +10,7 @@ vary_tests() {
     rm -rf "$into"
     mkdir -p "$into"
     : > "$into/CTestTestfile.cmake"
-    for folder in core framework grid memory property sales swap feed tools delivery; do
+    for folder in budget core framework grid memory property sales swap feed tools delivery; do
         [ -f "$build/tests/$folder/CTestTestfile.cmake" ] || continue
         mkdir -p "$into/$folder"
         sed -e "s#$build/tests/home/#$into/home/#g" -e "$script" "$build/tests/$folder/CTestTestfile.cmake" > "$into/$folder/CTestTestfile.cmake"

@@ -13,6 +13,7 @@ AllocationCount::AllocationCount() = default;
 AllocationCount::~AllocationCount() = default;
 std::size_t AllocationCount::blocks() const { return 0; }
 std::size_t AllocationCount::bytes() const { return 0; }
+std::size_t AllocationCount::allocations() const { return 0; }
 
 #else
 
@@ -56,11 +57,14 @@ struct Blocks
                        Uncounted<std::pair<void* const, std::size_t>>>
         sizes;
     std::size_t bytes = 0;
+    std::size_t added = 0;
 
     void add(void* block, std::size_t size)
     {
-        if (block && sizes.emplace(block, size).second)
-            bytes += size;
+        if (!block || !sizes.emplace(block, size).second)
+            return;
+        bytes += size;
+        ++added;
     }
 
     void remove(void* block)
@@ -110,7 +114,13 @@ extern "C" void free(void* block) noexcept
     __libc_free(block);
 }
 
-bool AllocationCount::isPossible() { return true; }
+bool AllocationCount::isPossible()
+{
+    const AllocationCount count;
+    void* volatile block = std::malloc(1); // or the compiler does without
+    std::free(block);
+    return count.allocations() == 1;
+}
 
 AllocationCount::AllocationCount()
 {
@@ -125,5 +135,7 @@ AllocationCount::~AllocationCount() { counted = nullptr; }
 std::size_t AllocationCount::blocks() const { return counted->sizes.size(); }
 
 std::size_t AllocationCount::bytes() const { return counted->bytes; }
+
+std::size_t AllocationCount::allocations() const { return counted->added; }
 
 #endif
