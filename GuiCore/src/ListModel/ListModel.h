@@ -162,6 +162,7 @@ private:
     bool hasRow(int row) const;
     bool hasRows(int row, int count) const;
     void connectItem(ListItem* item);
+    void forwardChangeOf(const ListItem* item);
     void destroyRows(int row, int count, const QModelIndex& parent);
     QVector<ListItem*> extractRows(int row, int count, const QModelIndex& parent);
     void endExtraction();

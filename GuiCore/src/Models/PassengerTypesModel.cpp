@@ -9,6 +9,7 @@
 #include <core/SettingsConfig.h>
 
 #include <QDir>
+#include <QHash>
 #include <QStandardPaths>
 
 #include <utility>
@@ -154,14 +155,19 @@ void PassengerTypesModel::addItemsToModel(const QVector<sProduct>& products)
 {
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): slots may change the list
     const QVector<sProduct> records = products;
+    // One text for all rows of a type: to write it for each took a twelfth of a layout.
+    QHash<int, QString> codes;
     for (const sProduct& record : records) {
+        QString& code = codes[record.passengerTypeCode];
+        if (code.isNull())
+            code = QString::number(record.passengerTypeCode);
         const QString icon =
             record.icon.isEmpty()
                 ? iconMap.value(static_cast<PassengerType>(record.passengerTypeCode), adultIcon)
                 : record.icon;
         appendRow(new PassengerTypeItem(
-            record.passengerTypeId, record.description, QString::number(record.passengerTypeCode),
-            icon, record.price, record.fareProductId, record.fareProductName, 0, record.isReturnFee,
+            record.passengerTypeId, record.description, code, icon, record.price,
+            record.fareProductId, record.fareProductName, 0, record.isReturnFee,
             record.fromStopGroupId, record.toStopGroupId, record.fareProductColor,
             record.hasExpired, record.fareDiscount, record.isDaily, record.pos, this));
     }
