@@ -24,8 +24,6 @@ QString strangeness(const struct stat& status)
         return QStringLiteral("is a folder, not a file");
     if (!S_ISREG(status.st_mode))
         return QStringLiteral("is not a regular file");
-    if (status.st_size > RegularFile::MaximumSize)
-        return QStringLiteral("is larger than %1 bytes").arg(RegularFile::MaximumSize);
     return {};
 }
 
