@@ -19,6 +19,8 @@
 # a mutant survived that equivalent.txt does not explain, and fewer than 97 % were killed.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+# shellcheck source=packaging/setup.sh
+. packaging/setup.sh
 here=tests/mutation
 place=build/mutation
 results="$place/results.tsv"
@@ -37,6 +39,8 @@ while [ $# -gt 0 ]; do
 done
 [ "${#files[@]}" -gt 0 ] || mapfile -t files < <(git ls-files 'GuiCore/src/*.cpp' 'GuiCore/src/*.h' \
     'GuiCore/include/core/*.h' 'Core/*.cpp' 'Core/*.h')
+# shellcheck disable=SC2086 # a list of names
+need_packages $packages_to_test
 mkdir -p "$place"
 mutate="$place/mutate"
 [ "$mutate" -nt $here/mutate.cpp ] || g++ -std=c++17 -O1 $here/mutate.cpp -o "$mutate"
