@@ -1,0 +1,108 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QEvent>
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+// What all benchmarks share: their names, what is timed, and models that are filled once.
+//
+// A benchmark is called Operation/who/rows, and the grid's Operation/who/products/zones. `who` is
+// "ours"; "standard", "stringlist" and "proxy" for QStandardItemModel, QStringListModel and
+// QSortFilterProxyModel over QStandardItemModel; "qml" for QML's ListModel; or "floor", the bare
+// loop that does only what cannot be avoided. Every benchmark tells the seconds per row, or per
+// operation where it is about one row, as the counter `per_row`.
+
+using Work = std::function<void(benchmark::State&)>;
+using Sizes = std::vector<std::int64_t>;
+
+inline const Sizes fromTenRows{10, 100, 1000, 10000, 100000};
+inline const Sizes fromTenRowsInQml{10, 100, 1000, 10000};
+
+/// Adds a benchmark for each size.
+inline benchmark::internal::Benchmark* add(const std::string& operation, const char* who,
+                                           const Work& work, const Sizes& sizes = {})
+{
+    benchmark::internal::Benchmark* added =
+        benchmark::RegisterBenchmark((operation + "/" + who).c_str(), work);
+    for (const std::int64_t size : sizes)
+        added->Arg(size);
+    return added->UseManualTime()->Unit(benchmark::kMicrosecond);
+}
+
+/// Only `work` counts of an iteration.
+template <typename Timed>
+void timed(benchmark::State& state, const Timed& work)
+{
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point start = Clock::now();
+    work();
+    state.SetIterationTime(std::chrono::duration<double>(Clock::now() - start).count());
+}
+
+/// Declares that an iteration handles that many rows.
+inline void countRows(benchmark::State& state, std::int64_t rows)
+{
+    state.counters["per_row"] = benchmark::Counter(static_cast<double>(rows),
+                                                   benchmark::Counter::kIsIterationInvariantRate |
+                                                       benchmark::Counter::kInvert);
+}
+
+inline int rowsOf(const benchmark::State& state) { return static_cast<int>(state.range(0)); }
+
+/// What an event loop would do next for rows that were removed with deleteLater().
+inline void destroyRemovedRows()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+/// All full models of one kind, which are kept until destroyFilled(): what does not change a model,
+/// or puts it back, need not fill it again. `Use` keeps apart what leaves different models behind.
+template <typename Peer, typename Use>
+class Filled
+{
+public:
+    static Peer& withRows(int rows)
+    {
+        std::unique_ptr<Peer>& peer = models()[rows];
+        if (!peer) {
+            peer = std::make_unique<Peer>();
+            peer->appendBlock(0, rows);
+        }
+        return *peer;
+    }
+
+private:
+    static std::map<int, std::unique_ptr<Peer>>& models();
+};
+
+/// Called in reverse order of registration before the application ends.
+void atEnd(std::function<void()> cleanup);
+
+template <typename Peer, typename Use>
+std::map<int, std::unique_ptr<Peer>>& Filled<Peer, Use>::models()
+{
+    static auto* const all = [] {
+        auto* made = new std::map<int, std::unique_ptr<Peer>>;
+        atEnd([made] { made->clear(); });
+        return made;
+    }();
+    return *all;
+}
+
+void addRows();
+void addReading();
+void addChanging();
+void addSorting();
+void addRemoving();
+void addGrid();
+void addViews();
+void addMemory();

@@ -1,0 +1,84 @@
+// Cost of the list models beside that of Qt's own, and of a bare loop, in one run.
+
+#include "Measure.h"
+#include "QmlPeer.h"
+
+#include <core/Logging.h>
+
+#include <QGuiApplication>
+#include <QTemporaryDir>
+#include <QtGlobal>
+
+#include <benchmark/benchmark.h>
+
+#include <iterator>
+#include <malloc.h>
+
+namespace
+{
+
+std::vector<std::function<void()>>& cleanups()
+{
+    static std::vector<std::function<void()>> all;
+    return all;
+}
+
+/// The same in every run, whatever the machine's user has set.
+void settleEnvironment(const QString& home)
+{
+    qSetGlobalQHashSeed(0);
+    qputenv("HOME", home.toLocal8Bit());
+    qputenv("TMPDIR", home.toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    qputenv("QSG_RENDER_LOOP", "basic");
+    // Memory that was freed stays with the process, as in one that has been up for a while: what
+    // the kernel takes to map pages is nobody's cost here.
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    mallopt(M_MMAP_THRESHOLD, 1 << 30);
+}
+
+void silenceLog()
+{
+    el::Logger* logger = el::Loggers::getLogger("default");
+    logger->configurations()->set(el::Level::Info, el::ConfigurationType::Enabled, "false");
+    logger->reconfigure();
+}
+
+} // namespace
+
+void atEnd(std::function<void()> cleanup) { cleanups().push_back(std::move(cleanup)); }
+
+int main(int argc, char* argv[])
+{
+    const QTemporaryDir home;
+    settleEnvironment(home.path());
+    QGuiApplication application(argc, argv);
+    silenceLog();
+    qmlEngine(); // first, so that it ends last
+    addRows();
+    addReading();
+    addChanging();
+    addSorting();
+    addRemoving();
+    addGrid();
+    addViews();
+    addMemory();
+
+    // So short that all of them take minutes. What the caller says comes later, and wins.
+    char shortRuns[] = "--benchmark_min_time=0.02";
+    std::vector<char*> arguments(argv, argv + argc);
+    arguments.insert(std::next(arguments.begin()), shortRuns);
+    int count = static_cast<int>(arguments.size());
+    arguments.push_back(nullptr);
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    while (!cleanups().empty()) {
+        const std::function<void()> cleanup = cleanups().back();
+        cleanups().pop_back();
+        cleanup();
+    }
+    return 0;
+}
