@@ -18,7 +18,8 @@
 // A benchmark is called Operation/who/rows, and the grid's Operation/who/products/zones. `who` is
 // "ours"; "standard", "stringlist" and "proxy" for QStandardItemModel, QStringListModel and
 // QSortFilterProxyModel over QStandardItemModel; "qml" for QML's ListModel; or "floor", the bare
-// loop that does only what cannot be avoided. Every benchmark tells the seconds per row, or per
+// loop that does only what cannot be avoided. Beside them, "tiles" is the floor of a layout and the
+// rows that come of it, and "object" the memory of a QObject without fields. Every benchmark tells the seconds per row, or per
 // operation where it is about one row, as the counter `per_row`.
 
 using Work = std::function<void(benchmark::State&)>;
@@ -26,6 +27,12 @@ using Sizes = std::vector<std::int64_t>;
 
 inline const Sizes fromTenRows{10, 100, 1000, 10000, 100000};
 inline const Sizes fromTenRowsInQml{10, 100, 1000, 10000};
+
+/// What an event loop would do next for rows that were removed with deleteLater().
+inline void destroyRemovedRows()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
 
 /// Adds a benchmark for each size.
 inline benchmark::internal::Benchmark* add(const std::string& operation, const char* who,
@@ -38,11 +45,14 @@ inline benchmark::internal::Benchmark* add(const std::string& operation, const c
     return added->UseManualTime()->Unit(benchmark::kMicrosecond);
 }
 
-/// Only `work` counts of an iteration.
+/// Only `work` counts of an iteration. No event is left when it starts, nor the gap of one that was
+/// sent on its own, which each later sendPostedEvents() of a kind of event would look at again.
 template <typename Timed>
 void timed(benchmark::State& state, const Timed& work)
 {
     using Clock = std::chrono::steady_clock;
+    destroyRemovedRows();
+    QCoreApplication::sendPostedEvents();
     const Clock::time_point start = Clock::now();
     work();
     state.SetIterationTime(std::chrono::duration<double>(Clock::now() - start).count());
@@ -57,12 +67,6 @@ inline void countRows(benchmark::State& state, std::int64_t rows)
 }
 
 inline int rowsOf(const benchmark::State& state) { return static_cast<int>(state.range(0)); }
-
-/// What an event loop would do next for rows that were removed with deleteLater().
-inline void destroyRemovedRows()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 /// All full models of one kind, which are kept until destroyFilled(): what does not change a model,
 /// or puts it back, need not fill it again. `Use` keeps apart what leaves different models behind.

@@ -66,6 +66,26 @@ void changeAny(benchmark::State& state)
     change<Peer>(state, rows);
 }
 
+/// Rows that have not changed since they came.
+template <typename Peer>
+void changeNew(benchmark::State& state)
+{
+    QVector<int> rows;
+    for (int row = 0; row < rowsOf(state); row += qMax(1, rowsOf(state) / 64))
+        rows.append(row);
+    for (auto _ : state) {
+        Peer peer;
+        peer.appendBlock(0, rowsOf(state));
+        Listener listener;
+        listen(peer, listener);
+        timed(state, [&] {
+            for (const int row : qAsConst(rows))
+                peer.change(row, 1);
+        });
+    }
+    countRows(state, rows.size());
+}
+
 template <typename Peer>
 void addFor(const char* who, const Sizes& sizes)
 {
@@ -73,6 +93,8 @@ void addFor(const char* who, const Sizes& sizes)
     add("ChangeMiddle", who, changeMiddle<Peer>, sizes);
     add("ChangeLast", who, changeLast<Peer>, sizes);
     add("ChangeAny", who, changeAny<Peer>, sizes);
+    // So few times because each fills a model.
+    add("ChangeNew", who, changeNew<Peer>, sizes)->Iterations(3);
 }
 
 } // namespace

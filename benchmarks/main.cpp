@@ -2,15 +2,20 @@
 
 #include "Measure.h"
 #include "QmlPeer.h"
+#include "Records.h"
 
 #include <core/Logging.h>
 
+#include <QFile>
 #include <QGuiApplication>
+#include <QSysInfo>
 #include <QTemporaryDir>
 #include <QtGlobal>
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <malloc.h>
 
@@ -32,10 +37,19 @@ void settleEnvironment(const QString& home)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
     qputenv("QSG_RENDER_LOOP", "basic");
-    // Memory that was freed stays with the process, as in one that has been up for a while: what
-    // the kernel takes to map pages is nobody's cost here.
+}
+
+/// Memory that was freed stays with the process, as in one that has been up for a while: what the
+/// kernel takes to map pages is nobody's cost here.
+void keepMemory()
+{
+    mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
-    mallopt(M_MMAP_THRESHOLD, 1 << 30);
+    constexpr std::size_t enough = 256 << 20;
+    void* const pages = malloc(enough);
+    std::memset(pages, 1, enough);
+    benchmark::DoNotOptimize(pages);
+    free(pages);
 }
 
 void silenceLog()
@@ -43,6 +57,32 @@ void silenceLog()
     el::Logger* logger = el::Loggers::getLogger("default");
     logger->configurations()->set(el::Level::Info, el::ConfigurationType::Enabled, "false");
     logger->reconfigure();
+}
+
+std::string processor()
+{
+    QFile file(QStringLiteral("/proc/cpuinfo"));
+    if (file.open(QIODevice::ReadOnly)) {
+        const QList<QByteArray> lines = file.readAll().split('\n');
+        for (const QByteArray& line : lines) {
+            if (line.startsWith("model name"))
+                return line.mid(line.indexOf(':') + 1).trimmed().toStdString();
+        }
+    }
+    return QSysInfo::currentCpuArchitecture().toStdString();
+}
+
+void nameMachine()
+{
+#ifdef __clang__
+    const char* const compiler = __VERSION__; // names itself
+#else
+    const char* const compiler = "GCC " __VERSION__;
+#endif
+    benchmark::AddCustomContext("processor", processor());
+    benchmark::AddCustomContext("system", QSysInfo::prettyProductName().toStdString());
+    benchmark::AddCustomContext("qt", qVersion());
+    benchmark::AddCustomContext("compiler", compiler);
 }
 
 } // namespace
@@ -53,8 +93,11 @@ int main(int argc, char* argv[])
 {
     const QTemporaryDir home;
     settleEnvironment(home.path());
+    keepMemory();
     QGuiApplication application(argc, argv);
     silenceLog();
+    nameMachine();
+    record(0);   // makes them all
     qmlEngine(); // first, so that it ends last
     addRows();
     addReading();

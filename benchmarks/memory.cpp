@@ -10,6 +10,23 @@
 namespace
 {
 
+/// A QObject without fields, child of an owner, with one connection: less no row that is an object
+/// can take.
+class Objects
+{
+public:
+    void appendBlock(int first, int count)
+    {
+        for (int number = first; number < first + count; ++number)
+            QObject::connect(new QObject(&m_owner), &QObject::objectNameChanged, &m_listener,
+                             &Listener::note);
+    }
+
+private:
+    Listener m_listener;
+    QObject m_owner;
+};
+
 template <typename Peer>
 void bytesPerRow(benchmark::State& state)
 {
@@ -48,4 +65,5 @@ void addMemory()
     addFor<StringList>("stringlist");
     addFor<QmlList>("qml");
     addFor<Floor>("floor");
+    addFor<Objects>("object");
 }
