@@ -36,7 +36,7 @@ void change(benchmark::State& state, const QVector<int>& rows)
     countRows(state, rows.size());
 }
 
-constexpr int changes = 16;
+constexpr int changes = 64;
 
 template <typename Peer>
 void changeFirst(benchmark::State& state)
@@ -61,7 +61,7 @@ template <typename Peer>
 void changeAny(benchmark::State& state)
 {
     QVector<int> rows;
-    for (int i = 0; i < 64; ++i)
+    for (int i = 0; i < changes; ++i)
         rows.append(record(i).fareProductId % rowsOf(state));
     change<Peer>(state, rows);
 }
@@ -71,7 +71,7 @@ template <typename Peer>
 void changeNew(benchmark::State& state)
 {
     QVector<int> rows;
-    for (int row = 0; row < rowsOf(state); row += qMax(1, rowsOf(state) / 64))
+    for (int row = 0; row < rowsOf(state); row += qMax(1, rowsOf(state) / changes))
         rows.append(row);
     for (auto _ : state) {
         Peer peer;

@@ -13,7 +13,8 @@ if [ "$#" -gt 0 ]; then
 else
     # shellcheck disable=SC2086 # a list of names
     need_packages $packages_for_benchmarks
-    build_preset bench
+    quietly "Configuring preset bench" cmake --preset bench
+    quietly "Building the benchmarks" cmake --build --preset bench --target bench-models
     # In another order each time, so that what else the machine does at a moment does not stay with
     # one of those that are compared.
     quietly "Measuring" build/bench/bin/bench-models --benchmark_repetitions=3 \
