@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <ctime>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,21 +27,19 @@ using Sizes = std::vector<std::int64_t>;
 inline const Sizes fromTenRows{10, 100, 1000, 10000, 100000};
 inline const Sizes fromTenRowsInQml{10, 100, 1000, 10000};
 
+/// Adds a benchmark for each size. They run by operation, and of one operation by size, so that
+/// those that are compared come one after the other.
+void add(const std::string& operation, const char* who, const Work& work,
+         const std::vector<Sizes>& sizes, int iterations = 0);
+
+/// The same where a size is one number.
+void add(const std::string& operation, const char* who, const Work& work, const Sizes& sizes,
+         int iterations = 0);
+
 /// What an event loop would do next for rows that were removed with deleteLater().
 inline void destroyRemovedRows()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-/// Adds a benchmark for each size.
-inline benchmark::internal::Benchmark* add(const std::string& operation, const char* who,
-                                           const Work& work, const Sizes& sizes = {})
-{
-    benchmark::internal::Benchmark* added =
-        benchmark::RegisterBenchmark((operation + "/" + who).c_str(), work);
-    for (const std::int64_t size : sizes)
-        added->Arg(size);
-    return added->UseManualTime()->Unit(benchmark::kMicrosecond);
 }
 
 /// Time that the processor has given to this thread, in seconds: what else the machine does is not
@@ -92,39 +89,40 @@ inline void countRows(benchmark::State& state, std::int64_t rows)
 
 inline int rowsOf(const benchmark::State& state) { return static_cast<int>(state.range(0)); }
 
-/// All full models of one kind, which are kept until destroyFilled(): what does not change a model,
-/// or puts it back, need not fill it again. `Use` keeps apart what leaves different models behind.
-template <typename Peer, typename Use>
-class Filled
+/// Called before the next operation or size begins.
+void atNextSize(std::function<void()> cleanup);
+
+/// The full model of one kind, which is kept for the other benchmarks of the operation and size.
+template <typename Peer>
+Peer& filled(int rows)
 {
-public:
-    static Peer& withRows(int rows)
-    {
-        std::unique_ptr<Peer>& peer = models()[rows];
-        if (!peer) {
-            peer = std::make_unique<Peer>();
-            peer->appendBlock(0, rows);
-        }
-        return *peer;
+    static std::unique_ptr<Peer> peer;
+    if (!peer) {
+        peer = std::make_unique<Peer>();
+        peer->appendBlock(0, rows);
+        atNextSize([] { peer.reset(); });
     }
-
-private:
-    static std::map<int, std::unique_ptr<Peer>>& models();
-};
-
-/// Called in reverse order of registration before the application ends.
-void atEnd(std::function<void()> cleanup);
-
-template <typename Peer, typename Use>
-std::map<int, std::unique_ptr<Peer>>& Filled<Peer, Use>::models()
-{
-    static auto* const all = [] {
-        auto* made = new std::map<int, std::unique_ptr<Peer>>;
-        atEnd([made] { made->clear(); });
-        return made;
-    }();
-    return *all;
+    return *peer;
 }
+
+template <typename Peer>
+Peer& filled(const benchmark::State& state)
+{
+    return filled<Peer>(rowsOf(state));
+}
+
+/// Leaves the heap as a model of that many rows does that was there and is gone.
+template <typename Peer>
+void leaveHeapOf(int rows)
+{
+    Peer peer;
+    peer.appendBlock(0, rows);
+}
+
+/// Hands what was added to the framework.
+void registerAdded();
+/// What atNextSize() asked for, at the end.
+void cleanUp();
 
 void addRows();
 void addReading();

@@ -10,6 +10,9 @@
 namespace
 {
 
+QQmlEngine* engineOfAll = nullptr;
+QJSValue functionsOfAll;
+
 QJSValue functions()
 {
     static const QString script = QStringLiteral(R"((function (records) {
@@ -39,7 +42,7 @@ QJSValue functions()
             }
         };
     }))");
-    static QJSValue made;
+    QJSValue& made = functionsOfAll;
     if (made.isUndefined()) {
         QQmlEngine& engine = qmlEngine();
         QJSValue objects = engine.newArray(static_cast<quint32>(fromTenRowsInQml.back()));
@@ -53,7 +56,6 @@ QJSValue functions()
             objects.setProperty(static_cast<quint32>(number), object);
         }
         made = engine.evaluate(script).call({objects});
-        atEnd([] { made = QJSValue(); });
     }
     return made;
 }
@@ -67,15 +69,15 @@ void run(const char* function, const QJSValueList& arguments)
 
 } // namespace
 
-QQmlEngine& qmlEngine()
+QmlEngine::QmlEngine() { engineOfAll = new QQmlEngine; }
+
+QmlEngine::~QmlEngine()
 {
-    static QQmlEngine* const engine = [] {
-        auto* made = new QQmlEngine;
-        atEnd([made] { delete made; });
-        return made;
-    }();
-    return *engine;
+    functionsOfAll = QJSValue();
+    delete engineOfAll;
 }
+
+QQmlEngine& qmlEngine() { return *engineOfAll; }
 
 QmlList::QmlList()
 {

@@ -7,7 +7,16 @@
 
 class QQmlEngine;
 
-/// The engine of all that is in QML here.
+/// The engine of all that is in QML here, while this exists.
+class QmlEngine
+{
+public:
+    QmlEngine();
+    ~QmlEngine();
+    QmlEngine(const QmlEngine&) = delete;
+    QmlEngine& operator=(const QmlEngine&) = delete;
+};
+
 QQmlEngine& qmlEngine();
 
 /// QML's ListModel, filled and changed by JavaScript as a page does: from an array of objects that

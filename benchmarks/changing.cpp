@@ -21,7 +21,7 @@ void listen(Peer& peer, Listener& listener)
 template <typename Peer>
 void change(benchmark::State& state, const QVector<int>& rows)
 {
-    Peer& peer = Filled<Peer, struct Changing>::withRows(rowsOf(state));
+    Peer& peer = filled<Peer>(state);
     Listener listener;
     listen(peer, listener);
     static int value = 0; // never the one that is there
@@ -73,6 +73,7 @@ void changeNew(benchmark::State& state)
     QVector<int> rows;
     for (int row = 0; row < rowsOf(state); row += qMax(1, rowsOf(state) / changes))
         rows.append(row);
+    leaveHeapOf<Peer>(rowsOf(state));
     for (auto _ : state) {
         Peer peer;
         peer.appendBlock(0, rowsOf(state));
@@ -94,7 +95,7 @@ void addFor(const char* who, const Sizes& sizes)
     add("ChangeLast", who, changeLast<Peer>, sizes);
     add("ChangeAny", who, changeAny<Peer>, sizes);
     // So few times because each fills a model.
-    add("ChangeNew", who, changeNew<Peer>, sizes)->Iterations(3);
+    add("ChangeNew", who, changeNew<Peer>, sizes, 3);
 }
 
 } // namespace

@@ -118,6 +118,7 @@ void layOut(benchmark::State& state)
 {
     const QVector<sProduct> all = productsFor(state, layout);
     const auto model = newModel();
+    leaveHeapOf<Floor>(rowsOf(state));
     for (auto _ : state) {
         model->clearData();
         destroyRemovedRows();
@@ -160,6 +161,7 @@ template <Layout layout>
 void layOutTiles(benchmark::State& state)
 {
     const QVector<sProduct> all = productsFor(state, layout);
+    leaveHeapOf<Floor>(rowsOf(state));
     for (auto _ : state) {
         QVector<sProduct> sorted = all;
         sorted.detach();
@@ -181,6 +183,7 @@ void layOutInView(benchmark::State& state)
     const auto model = newModel();
     Tiles tiles;
     tiles.show(model.get());
+    leaveHeapOf<Floor>(rowsOf(state));
     for (auto _ : state) {
         model->clearData();
         destroyRemovedRows();
@@ -229,14 +232,6 @@ void checkFloor(benchmark::State& state)
     countRows(state, rowsOf(state));
 }
 
-void addLayout(const char* operation, const char* who, const Work& work,
-               const std::vector<Sizes>& sizes)
-{
-    benchmark::internal::Benchmark* const added = add(operation, who, work);
-    for (const Sizes& size : sizes)
-        added->Args(size);
-}
-
 } // namespace
 
 void addGrid()
@@ -244,14 +239,14 @@ void addGrid()
     const Sizes sizes{24, 100, 1000, 10000, 100000};
     add("GridAddItem", "ours", addItem, sizes);
     add("GridAddItem", "floor", addItemFloor, sizes);
-    addLayout("GridByZone", "ours", layOut<Layout::ByZone>, grids);
-    addLayout("GridByZone", "floor", layOutFloor<Layout::ByZone>, grids);
-    addLayout("GridByZone", "tiles", layOutTiles<Layout::ByZone>, grids);
-    addLayout("GridByPosition", "ours", layOut<Layout::ByPosition>, grids);
-    addLayout("GridByPosition", "floor", layOutFloor<Layout::ByPosition>, grids);
-    addLayout("GridByPosition", "tiles", layOutTiles<Layout::ByPosition>, grids);
-    addLayout("GridByZoneInView", "ours", layOutInView<Layout::ByZone>, gridsInView);
-    addLayout("GridByPositionInView", "ours", layOutInView<Layout::ByPosition>, gridsInView);
+    add("GridByZone", "ours", layOut<Layout::ByZone>, grids);
+    add("GridByZone", "floor", layOutFloor<Layout::ByZone>, grids);
+    add("GridByZone", "tiles", layOutTiles<Layout::ByZone>, grids);
+    add("GridByPosition", "ours", layOut<Layout::ByPosition>, grids);
+    add("GridByPosition", "floor", layOutFloor<Layout::ByPosition>, grids);
+    add("GridByPosition", "tiles", layOutTiles<Layout::ByPosition>, grids);
+    add("GridByZoneInView", "ours", layOutInView<Layout::ByZone>, gridsInView);
+    add("GridByPositionInView", "ours", layOutInView<Layout::ByPosition>, gridsInView);
     add("GridDuplicates", "ours", checkForDuplicates, sizes);
     add("GridDuplicates", "floor", checkFloor, sizes);
 }

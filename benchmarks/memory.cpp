@@ -51,7 +51,7 @@ void bytesPerRow(benchmark::State& state)
 template <typename Peer>
 void addFor(const char* who)
 {
-    add("Memory", who, bytesPerRow<Peer>, {100, 10000})->Iterations(1);
+    add("Memory", who, bytesPerRow<Peer>, Sizes{100, 10000}, 1);
 }
 
 } // namespace

@@ -14,12 +14,6 @@ namespace
 
 using Role = PassengerTypeItem::Role;
 
-template <typename Peer>
-Peer& filled(const benchmark::State& state)
-{
-    return Filled<Peer, struct Reading>::withRows(rowsOf(state));
-}
-
 /// Rows all over a model, in no order.
 QVector<int> somewhere(int rows)
 {
@@ -148,8 +142,7 @@ void getFloor(benchmark::State& state)
 
 void getInQmlOurs(benchmark::State& state)
 {
-    rivo::models::ListModel& model =
-        Filled<Ours, struct GettingInQml>::withRows(rowsOf(state)).model();
+    rivo::models::ListModel& model = filled<Ours>(state).model();
     QQmlEngine::setObjectOwnership(&model, QQmlEngine::CppOwnership);
     const QJSValue object = qmlEngine().newQObject(&model);
     for (auto _ : state)
@@ -159,7 +152,7 @@ void getInQmlOurs(benchmark::State& state)
 
 void getInQmlList(benchmark::State& state)
 {
-    QmlList& list = Filled<QmlList, struct GettingInQml>::withRows(rowsOf(state));
+    QmlList& list = filled<QmlList>(state);
     for (auto _ : state)
         timed(state, [&] { list.getEach(); });
     countRows(state, rowsOf(state));

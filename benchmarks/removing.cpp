@@ -7,12 +7,6 @@
 namespace
 {
 
-template <typename Peer>
-Peer& filled(const benchmark::State& state)
-{
-    return Filled<Peer, struct Removing>::withRows(rowsOf(state));
-}
-
 constexpr int ones = 4;
 
 /// The row in the middle, several times.
@@ -36,6 +30,7 @@ template <typename Peer>
 void removeBlock(benchmark::State& state)
 {
     const int removed = rowsOf(state) / 2;
+    leaveHeapOf<Peer>(rowsOf(state));
     for (auto _ : state) {
         Peer peer;
         peer.appendBlock(0, rowsOf(state));
@@ -47,6 +42,7 @@ void removeBlock(benchmark::State& state)
 template <typename Peer>
 void clear(benchmark::State& state)
 {
+    leaveHeapOf<Peer>(rowsOf(state));
     for (auto _ : state) {
         Peer peer;
         peer.appendBlock(0, rowsOf(state));
@@ -59,6 +55,7 @@ void clear(benchmark::State& state)
 template <typename Peer>
 void destroy(benchmark::State& state)
 {
+    leaveHeapOf<Peer>(rowsOf(state));
     for (auto _ : state) {
         auto peer = std::make_unique<Peer>();
         peer->appendBlock(0, rowsOf(state));

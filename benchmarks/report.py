@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 """What bench-models measured: judged by the targets, as tables and as plots.
 
-report.py judge RESULT.json            prints each target, what was measured and the verdict
-report.py write RESULT.json FILE DIR   the same, and writes the tables between the markers of the
-                                       Markdown FILE and the plots into DIR
+report.py judge RESULT.json...            prints each target, what was measured and the verdict
+report.py write FILE DIR RESULT.json...   the same, and writes the tables between the markers of the
+                                          Markdown FILE and the plots into DIR
 
-RESULT.json is what --benchmark_format=json writes. The exit code is 1 if a target is missed or if
-what it is judged by was not measured.
+A RESULT.json is what --benchmark_out writes; of all runs of a benchmark, in all of them, the median
+counts. The exit code is 1 if a target is missed or if what it is judged by was not measured.
 """
 
 import json
@@ -88,20 +88,16 @@ class Missing(Exception):
 class Results:
     """What was measured, by operation, who and size."""
 
-    def __init__(self, document):
-        self.context = document.get("context", {})
-        runs, medians = {}, {}
-        for entry in document["benchmarks"]:
-            value = entry.get("bytes_per_row", entry.get("per_row"))
-            if value is None or entry.get("error_occurred"):
-                continue
-            key = self.key(entry.get("run_name", entry["name"]))
-            if entry.get("run_type") != "aggregate":
-                runs.setdefault(key, []).append(value)
-            elif entry.get("aggregate_name") == "median":
-                medians[key] = value
+    def __init__(self, documents=()):
+        self.context, runs = {}, {}
+        for document in documents:
+            self.context = document["context"]
+            for entry in document["benchmarks"]:
+                value = entry.get("bytes_per_row", entry.get("per_row"))
+                if value is None or entry.get("error_occurred") or entry["run_type"] == "aggregate":
+                    continue
+                runs.setdefault(self.key(entry["run_name"]), []).append(value)
         self.values = {key: statistics.median(values) for key, values in runs.items()}
-        self.values.update(medians)
 
     @staticmethod
     def key(name):
@@ -120,7 +116,7 @@ class Results:
 
     def with_floor_as_ours(self):
         """The same as if ours cost what the floor does: what nothing can do better."""
-        other = Results({"benchmarks": []})
+        other = Results()
         other.values = {key: value for key, value in self.values.items() if key[1] not in ("ours", "floor")}
         for (operation, who, size), value in self.values.items():
             if who == "floor":
@@ -395,14 +391,22 @@ def draw(results, folder):
                 file.write(plot(results, operation, title, unit))
 
 
+def read(path):
+    with open(path, encoding="utf-8") as file:
+        return json.load(file)
+
+
 def main(arguments):
-    if len(arguments) not in (2, 4) or arguments[0] != {2: "judge", 4: "write"}[len(arguments)]:
+    if len(arguments) >= 2 and arguments[0] == "judge":
+        places, paths = None, arguments[1:]
+    elif len(arguments) >= 4 and arguments[0] == "write":
+        places, paths = arguments[1:3], arguments[3:]
+    else:
         sys.exit(__doc__)
-    with open(arguments[1], encoding="utf-8") as file:
-        results = Results(json.load(file))
+    results = Results(read(path) for path in paths)
     rows, all_met = judged(results)
-    if arguments[0] == "write":
-        document, folder = arguments[2:]
+    if places:
+        document, folder = places
         draw(results, folder)
         replace_tables(document, tables(results, rows, os.path.relpath(folder, os.path.dirname(document))))
     print_judgement(rows)

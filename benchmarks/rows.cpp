@@ -21,6 +21,7 @@ void appendEach(QmlList& peer, int rows) { peer.appendEach(0, rows); }
 template <typename Peer>
 void appendOne(benchmark::State& state)
 {
+    leaveHeapOf<Peer>(rowsOf(state));
     for (auto _ : state) {
         Peer peer;
         timed(state, [&] { appendEach(peer, rowsOf(state)); });
@@ -31,6 +32,7 @@ void appendOne(benchmark::State& state)
 template <typename Peer>
 void appendBlock(benchmark::State& state)
 {
+    leaveHeapOf<Peer>(rowsOf(state));
     for (auto _ : state) {
         Peer peer;
         timed(state, [&] { peer.appendBlock(0, rowsOf(state)); });
@@ -42,7 +44,7 @@ template <typename Peer>
 void insertInFront(benchmark::State& state)
 {
     constexpr int inserted = 8;
-    Peer& peer = Filled<Peer, struct Inserting>::withRows(rowsOf(state));
+    Peer& peer = filled<Peer>(state);
     for (auto _ : state) {
         timed(state, [&] {
             for (int number = 0; number < inserted; ++number)

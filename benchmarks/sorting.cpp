@@ -12,12 +12,6 @@ namespace
 
 using Role = PassengerTypeItem::Role;
 
-template <typename Peer>
-Peer& filled(const benchmark::State& state)
-{
-    return Filled<Peer, struct Sorting>::withRows(rowsOf(state));
-}
-
 constexpr Role unrelatedRole = Role::PosRole;
 
 template <typename Peer, Role role>

@@ -57,7 +57,7 @@ void change(benchmark::State& state)
 {
     constexpr int changes = 16;
     Tiles tiles;
-    Peer& peer = Filled<Peer, struct Viewing>::withRows(rowsOf(state));
+    Peer& peer = filled<Peer>(state);
     tiles.show(&peer.model());
     tiles.update();
     static int value = 0;
