@@ -24,6 +24,7 @@ PEERS = {
     "qml": ("QML ListModel", "#1c7f3e"),
     "tiles": ("sort and tiles", "#c46a00"),
     "floor": ("floor", "#555555"),
+    "object": ("QObject without fields", "#555555"),
 }
 
 # Operation, title and what the cost is divided by.
@@ -190,6 +191,10 @@ TARGETS = [
 ]
 
 
+def ratio_text(ratio):
+    return f"{ratio:.2f}" if ratio >= 0.1 else f"{ratio:.2g}"
+
+
 def judged(results):
     """Rows of (target, measured, of the floor, where, verdict), and whether all are met. What the
     floor itself misses is out of reach."""
@@ -197,12 +202,12 @@ def judged(results):
     floors = results.with_floor_as_ours()
     for target in TARGETS:
         try:
-            floor = f"{target.judge(floors)[0]:.2f}"
+            floor = ratio_text(target.judge(floors)[0])
         except Missing:
             floor = "" # it is what the floor is compared with, or there is none
         try:
             measured, where, met = target.judge(results)
-            rows.append((target, f"{measured:.2f}", floor, where, "met" if met else "missed"))
+            rows.append((target, ratio_text(measured), floor, where, "met" if met else "missed"))
         except Missing as missing:
             met = False
             rows.append((target, "-", floor, str(missing), "missed"))
@@ -244,6 +249,8 @@ def cell(results, operation, who, size, text=time_text):
 def machine(context):
     parts = [context.get("processor", ""), f"{context.get('num_cpus', '?')} processors",
              context.get("system", ""), "Qt " + context.get("qt", "?"), context.get("compiler", "")]
+    if context.get("load_avg"):
+        parts.append(f"load average at the start {context['load_avg'][0]:.1f}")
     return ", ".join(part for part in parts if part)
 
 
@@ -261,8 +268,10 @@ def tables(results, rows, images):
                       for operation, (title, unit) in OPERATIONS.items()
                       if (operation, "ours", size) in results.values])
     out += ["", "Memory of a row in a model of 10,000:", ""]
-    out += table([""] + names, [["bytes"] + [cell(results, "Memory", peer, "10000", "{:.0f}".format)
-                                             for peer in peers]])
+    in_memory = [peer for peer in PEERS if ("Memory", peer, "10000") in results.values]
+    out += table([""] + [PEERS[peer][0] for peer in in_memory],
+                 [["bytes"] + [cell(results, "Memory", peer, "10000", "{:.0f}".format)
+                               for peer in in_memory]])
     out += ["", "The grid, per product; `floor` is the same records sorted once (for `addItem` copied,"
             " for the check marked), `sort and tiles` also makes the rows:", ""]
     grid_rows = []
