@@ -1,0 +1,261 @@
+// The selection grid: its products collected, laid out in both ways and checked.
+
+#include "Measure.h"
+#include "PassengerTypesModel.h"
+#include "Peers.h"
+#include "Records.h"
+#include "Tiles.h"
+
+#include <algorithm>
+#include <memory>
+#include <tuple>
+
+namespace
+{
+
+const QStringList types{QStringLiteral("PT_ADULT"), QStringLiteral("PT_STUDENT_1"),
+                        QStringLiteral("PT_SCHOOLBOY"), QStringLiteral("PT_LFS")};
+
+constexpr int noPosition = -1;
+
+enum class Layout { ByZone, ByPosition };
+
+/// Products and zones: from what a small depot has to far more than any operator.
+const std::vector<Sizes> grids{{24, 2}, {100, 5}, {1000, 20}, {10000, 200}, {100000, 2000}};
+const std::vector<Sizes> gridsInView{{24, 2}, {100, 5}, {1000, 20}, {10000, 200}};
+
+/// `count` products in no order, each of the types in turn. Those of one zone have one product
+/// number per type and zone.
+QVector<sProduct> products(int count, int zones, Layout layout)
+{
+    QVector<sProduct> made = records(count);
+    QVector<int> places(count);
+    for (int place = 0; place < count; ++place)
+        places[place] = place;
+    std::sort(places.begin(), places.end(),
+              [&made](int a, int b) { return made.at(a).pos < made.at(b).pos; });
+    for (int i = 0; i < count; ++i) {
+        const int place = places.at(i);
+        sProduct& product = made[i];
+        product.passengerTypeCode =
+            PassengerTypesModel::codeMap.value(types.at(place % types.size()));
+        product.fareProductId = place / types.size();
+        product.toStopGroupId = product.fareProductId % zones;
+        product.pos = layout == Layout::ByZone ? noPosition : place + 1;
+    }
+    return made;
+}
+
+void collect(PassengerTypesModel& model, const QVector<sProduct>& all)
+{
+    for (const sProduct& product : all)
+        model.addItem(
+            product.passengerTypeId, product.description,
+            PassengerTypesModel::codeMap.key(
+                static_cast<PassengerTypesModel::PassengerType>(product.passengerTypeCode)),
+            product.icon, product.price, product.fareProductId, product.fareProductName,
+            product.isReturnFee, product.fromStopGroupId, product.toStopGroupId,
+            product.fareProductColor, product.hasExpired, product.fareDiscount, product.isDaily,
+            product.pos);
+}
+
+QVector<sProduct> productsFor(const benchmark::State& state, Layout layout)
+{
+    return products(rowsOf(state), static_cast<int>(state.range(1)), layout);
+}
+
+std::unique_ptr<PassengerTypesModel> newModel()
+{
+    auto model = std::make_unique<PassengerTypesModel>(QCoreApplication::instance());
+    model->setSupportedPassengerTypeCodes(types);
+    return model;
+}
+
+// GridAddItem: one product collected, on a heap that has had room for all of them.
+
+void leaveHeapOfRecords(const QVector<sProduct>& all)
+{
+    QVector<sProduct> collected;
+    for (const sProduct& product : all)
+        collected.append(product);
+}
+
+void addItem(benchmark::State& state)
+{
+    const QVector<sProduct> all = products(rowsOf(state), 20, Layout::ByPosition);
+    QStringList codes;
+    for (const sProduct& product : all)
+        codes.append(PassengerTypesModel::codeMap.key(
+            static_cast<PassengerTypesModel::PassengerType>(product.passengerTypeCode)));
+    leaveHeapOfRecords(all);
+    for (auto _ : state) {
+        const auto model = newModel();
+        timed(state, [&] {
+            for (int i = 0; i < all.size(); ++i) {
+                const sProduct& product = all.at(i);
+                model->addItem(product.passengerTypeId, product.description, codes.at(i),
+                               product.icon, product.price, product.fareProductId,
+                               product.fareProductName, product.isReturnFee,
+                               product.fromStopGroupId, product.toStopGroupId,
+                               product.fareProductColor, product.hasExpired, product.fareDiscount,
+                               product.isDaily, product.pos);
+            }
+        });
+    }
+    countRows(state, rowsOf(state));
+}
+
+/// The records copied into a list.
+void addItemFloor(benchmark::State& state)
+{
+    const QVector<sProduct> all = products(rowsOf(state), 20, Layout::ByPosition);
+    leaveHeapOfRecords(all);
+    for (auto _ : state) {
+        QVector<sProduct> collected;
+        timed(state, [&] {
+            for (const sProduct& product : all)
+                collected.append(product);
+        });
+    }
+    countRows(state, rowsOf(state));
+}
+
+// GridByZone, GridByPosition: the layout, to the last tile.
+
+template <Layout layout>
+void layOut(benchmark::State& state)
+{
+    const QVector<sProduct> all = productsFor(state, layout);
+    const auto model = newModel();
+    leaveHeapOf<Floor>(rowsOf(state));
+    for (auto _ : state) {
+        model->clearData();
+        destroyRemovedRows();
+        collect(*model, all);
+        timed(state, [&] { model->sortAndRegroup(types, types.size()); });
+    }
+    model->clearData();
+    destroyRemovedRows();
+    countRows(state, rowsOf(state));
+}
+
+template <Layout layout>
+void sortRecords(QVector<sProduct>& all)
+{
+    if (layout == Layout::ByPosition)
+        std::stable_sort(all.begin(), all.end(),
+                         [](const sProduct& a, const sProduct& b) { return a.pos < b.pos; });
+    else
+        std::stable_sort(all.begin(), all.end(), [](const sProduct& a, const sProduct& b) {
+            return std::tie(a.fareProductId, a.toStopGroupId) <
+                   std::tie(b.fareProductId, b.toStopGroupId);
+        });
+}
+
+/// The same records sorted once, and nothing else: no tile.
+template <Layout layout>
+void layOutFloor(benchmark::State& state)
+{
+    const QVector<sProduct> all = productsFor(state, layout);
+    for (auto _ : state) {
+        QVector<sProduct> sorted = all;
+        sorted.detach();
+        timed(state, [&] { sortRecords<layout>(sorted); });
+    }
+    countRows(state, rowsOf(state));
+}
+
+/// The same, and a tile for each record, with its connection.
+template <Layout layout>
+void layOutTiles(benchmark::State& state)
+{
+    const QVector<sProduct> all = productsFor(state, layout);
+    leaveHeapOf<Floor>(rowsOf(state));
+    for (auto _ : state) {
+        QVector<sProduct> sorted = all;
+        sorted.detach();
+        Floor floor;
+        timed(state, [&] {
+            sortRecords<layout>(sorted);
+            for (const sProduct& product : qAsConst(sorted))
+                floor.append(product);
+        });
+    }
+    countRows(state, rowsOf(state));
+}
+
+/// The layout with a GridView attached, to the tiles in sight.
+template <Layout layout>
+void layOutInView(benchmark::State& state)
+{
+    const QVector<sProduct> all = productsFor(state, layout);
+    const auto model = newModel();
+    Tiles tiles;
+    tiles.show(model.get());
+    leaveHeapOf<Floor>(rowsOf(state));
+    for (auto _ : state) {
+        model->clearData();
+        destroyRemovedRows();
+        tiles.update();
+        collect(*model, all);
+        timed(state, [&] {
+            model->sortAndRegroup(types, types.size());
+            tiles.update();
+        });
+        if (tiles.count() < qMin(rowsOf(state), 24))
+            state.SkipWithError("the tiles are not on the screen");
+    }
+    tiles.show(nullptr);
+    model->clearData();
+    destroyRemovedRows();
+    countRows(state, rowsOf(state));
+}
+
+// GridDuplicates: the check for products at one position, none of which there is.
+
+void checkForDuplicates(benchmark::State& state)
+{
+    const auto model = newModel();
+    const QVector<sProduct> all = products(rowsOf(state), 20, Layout::ByPosition);
+    for (auto _ : state)
+        timed(state, [&] { benchmark::DoNotOptimize(model->checkForPosDuplicates(all)); });
+    countRows(state, rowsOf(state));
+}
+
+/// A mark for each position; they are known to be from 1 to the number of products.
+void checkFloor(benchmark::State& state)
+{
+    const QVector<sProduct> all = products(rowsOf(state), 20, Layout::ByPosition);
+    for (auto _ : state) {
+        timed(state, [&] {
+            std::vector<bool> taken(static_cast<std::size_t>(all.size()) + 1);
+            bool twice = false;
+            for (const sProduct& product : all) {
+                const auto position = static_cast<std::size_t>(product.pos);
+                twice = twice || taken[position];
+                taken[position] = true;
+            }
+            benchmark::DoNotOptimize(twice);
+        });
+    }
+    countRows(state, rowsOf(state));
+}
+
+} // namespace
+
+void addGrid()
+{
+    const Sizes sizes{24, 100, 1000, 10000, 100000};
+    add("GridAddItem", "ours", addItem, sizes);
+    add("GridAddItem", "floor", addItemFloor, sizes);
+    add("GridByZone", "ours", layOut<Layout::ByZone>, grids);
+    add("GridByZone", "floor", layOutFloor<Layout::ByZone>, grids);
+    add("GridByZone", "tiles", layOutTiles<Layout::ByZone>, grids);
+    add("GridByPosition", "ours", layOut<Layout::ByPosition>, grids);
+    add("GridByPosition", "floor", layOutFloor<Layout::ByPosition>, grids);
+    add("GridByPosition", "tiles", layOutTiles<Layout::ByPosition>, grids);
+    add("GridByZoneInView", "ours", layOutInView<Layout::ByZone>, gridsInView);
+    add("GridByPositionInView", "ours", layOutInView<Layout::ByPosition>, gridsInView);
+    add("GridDuplicates", "ours", checkForDuplicates, sizes);
+    add("GridDuplicates", "floor", checkFloor, sizes);
+}

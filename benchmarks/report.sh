@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Measures the models on this machine, writes the tables and plots of docs/performance.md, and prints
+# the targets. Fails if one is missed. With results of before, RESULT.json..., nothing is built or
+# measured.
+set -euo pipefail
+invoked_from="$PWD"
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+# shellcheck source=packaging/setup.sh
+. packaging/setup.sh
+
+if [ "$#" -gt 0 ]; then
+    results=()
+    for result in "$@"; do
+        results+=("$(cd "$invoked_from" && realpath "$result")")
+    done
+else
+    # shellcheck disable=SC2086 # a list of names
+    need_packages $packages_for_benchmarks
+    quietly "Configuring preset bench" cmake --preset bench
+    quietly "Building the benchmarks" cmake --build --preset bench --target bench-models
+    # Three processes, for memory lies elsewhere in each; the medians count.
+    for run in 1 2 3; do
+        results+=("$PWD/build/bench/benchmarks-$run.json")
+        quietly "Measuring" build/bench/bin/bench-models \
+            --benchmark_out_format=json --benchmark_out="${results[-1]}"
+    done
+fi
+benchmarks/report.py write docs/performance.md docs/images/performance "${results[@]}"

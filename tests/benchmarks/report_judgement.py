@@ -1,0 +1,150 @@
+#!/usr/bin/env python3
+"""How the report of the benchmarks judges what was measured: made-up results go in, the verdicts and
+the exit code are what the targets say."""
+
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+REPORT = sys.argv.pop(1)
+
+SIZES = ("1000", "10000", "100000")
+GRIDS = ("1000/20", "10000/200", "100000/2000")
+TARGETS = 14
+
+
+def all_met():
+    """Nanoseconds, and bytes for the memory, that are as good as each target asks for, and no better."""
+    values = {}
+
+    def put(operation, sizes, **costs):
+        for size in sizes:
+            for who, cost in costs.items():
+                values[f"{operation}/{who}/{size}"] = cost
+
+    put("AppendBlock", SIZES, ours=115.0, floor=100.0)
+    put("ReadRoles", SIZES, ours=120.0, standard=360.0, floor=100.0)
+    for place in ("First", "Middle", "Last"):
+        put("Change" + place, ["10000"], ours=10.0, standard=50.0)
+    put("SortByRoleText", SIZES, ours=100.0, proxy=300.0)
+    put("SortByRoleNumber", SIZES, ours=100.0, proxy=300.0)
+    put("Clear", SIZES, ours=100.0, standard=600.0)
+    put("RemoveBlock", SIZES, ours=100.0, standard=600.0)
+    values["Clear/ours/100000"] = values["RemoveBlock/ours/100000"] = 200.0
+    put("Memory", ["10000"], ours=250.0, standard=500.0)
+    put("GridByZone", GRIDS, ours=290.0, floor=100.0)
+    put("GridByPosition", GRIDS, ours=290.0, floor=100.0)
+    values["GridByZone/ours/1000/20"] = values["GridByPosition/ours/1000/20"] = 225.0
+    return values
+
+
+def entry(name, value, **others):
+    kind = "bytes_per_row" if name.startswith("Memory") else "per_row"
+    return {"name": name + "/manual_time", "run_name": name + "/manual_time", "run_type": "iteration",
+            kind: value, **others}
+
+
+class ReportJudgement(unittest.TestCase):
+
+    def judge(self, *runs):
+        """Exit code and verdict lines, from the entries of each run of the program."""
+        with tempfile.TemporaryDirectory() as folder:
+            paths = []
+            for number, entries in enumerate(runs):
+                paths.append(os.path.join(folder, f"{number}.json"))
+                with open(paths[-1], "w", encoding="utf-8") as file:
+                    json.dump({"context": {}, "benchmarks": entries}, file)
+            run = subprocess.run([sys.executable, "-B", REPORT, "judge", *paths], capture_output=True,
+                                 text=True, check=False)
+        self.assertEqual(run.stderr, "")
+        return run.returncode, run.stdout.splitlines()
+
+    def judge_values(self, values):
+        return self.judge([entry(name, value) for name, value in values.items()])
+
+    def missed(self, lines):
+        return [line for line in lines if not line.startswith("met")]
+
+    def test_targets_that_are_just_met_pass(self):
+        code, lines = self.judge_values(all_met())
+        self.assertEqual(self.missed(lines), [])
+        self.assertEqual(len(lines), TARGETS)
+        self.assertEqual(code, 0)
+
+    def test_each_cost_that_is_too_high_is_a_missed_target(self):
+        for name in all_met():
+            if "/ours/" not in name:
+                continue
+            with self.subTest(name):
+                values = all_met()
+                values[name] *= 3.5
+                code, lines = self.judge_values(values)
+                self.assertGreaterEqual(len(self.missed(lines)), 1)
+                self.assertEqual(code, 1)
+
+    def test_the_worst_size_is_the_one_that_is_judged_and_named(self):
+        values = all_met()
+        values["AppendBlock/ours/10000"] = 130.0
+        values["AppendBlock/ours/100000"] = 120.0
+        code, lines = self.judge_values(values)
+        self.assertEqual(len(self.missed(lines)), 1)
+        self.assertIn("1.30", self.missed(lines)[0])
+        self.assertIn("(AppendBlock/10000)", self.missed(lines)[0])
+        self.assertEqual(code, 1)
+
+    def test_what_the_floor_itself_misses_is_told(self):
+        values = all_met()
+        values["ReadRoles/ours/10000"] = 180.0
+        values["ReadRoles/floor/10000"] = 150.0
+        lines = self.missed(self.judge_values(values)[1])
+        self.assertEqual(len(lines), 1)
+        self.assertIn("2.00", lines[0])
+        self.assertIn("the floor: 2.40", lines[0])
+
+    def test_each_benchmark_that_was_not_run_is_a_missed_target(self):
+        for name in all_met():
+            with self.subTest(name):
+                values = all_met()
+                del values[name]
+                code, lines = self.judge_values(values)
+                if name.split("/")[0] in ("AppendBlock", "Memory"):
+                    self.assertIn(f"{name} was not measured", "\n".join(lines))
+                self.assertGreaterEqual(len(self.missed(lines)), 1)
+                self.assertEqual(code, 1)
+
+    def test_nothing_measured_fails(self):
+        code, lines = self.judge([])
+        self.assertEqual(len(self.missed(lines)), TARGETS)
+        self.assertEqual(code, 1)
+
+    def test_a_benchmark_that_failed_was_not_measured(self):
+        values = all_met()
+        entries = [entry(name, value, error_occurred=name == "Clear/ours/1000")
+                   for name, value in values.items()]
+        code, lines = self.judge(entries)
+        self.assertIn("Clear/ours/1000 was not measured", "\n".join(lines))
+        self.assertEqual(code, 1)
+
+    def test_of_repetitions_and_of_runs_the_median_counts(self):
+        once = [entry(name, value) for name, value in all_met().items()]
+        slowly = [entry(name, value * 9) for name, value in all_met().items()]
+        fast = [entry(name, value / 9) for name, value in all_met().items()]
+        for runs in ([once + slowly + fast], [slowly, once, fast]):
+            code, lines = self.judge(*runs)
+            self.assertEqual(self.missed(lines), [])
+            self.assertEqual(code, 0)
+
+    def test_what_the_framework_has_computed_does_not_count(self):
+        entries = [entry(name, value) for name, value in all_met().items()]
+        entries += [entry(name, value * 9, run_type="aggregate", aggregate_name="mean")
+                    for name, value in all_met().items() if "/ours/" in name]
+        code, lines = self.judge(entries)
+        self.assertEqual(self.missed(lines), [])
+        self.assertEqual(code, 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
