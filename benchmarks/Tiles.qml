@@ -22,7 +22,7 @@ GridView {
 
         Text {
             textFormat: Text.PlainText
-            text: tile.fareProductName + " " + tile.price.toFixed(2) + " " + tile.totalInBasket
+            text: tile.fareProductName + " " + Number(tile.price).toFixed(2) + " " + tile.totalInBasket
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "FileSizeLimit.h"
 #include "LogCapture.h"
+#include "SmallDisk.h"
 #include "Soak.h"
 #include "TemporaryConfig.h"
 #include "WithoutRootRights.h"
@@ -70,6 +71,7 @@ private slots:
     void fileOfAnyDateIsFollowed_data();
     void fileOfAnyDateIsFollowed();
     void fullDiskLeavesTheFileAsItWas();
+    void diskThatFillsUpLeavesTheFileAsItWas();
     void folderThatMayNotBeWrittenLeavesTheFileAsItWas();
 };
 
@@ -296,6 +298,31 @@ void CoreFaultsTest::fullDiskLeavesTheFileAsItWas()
     QCOMPARE(file.read(), QStringList());
     QCOMPARE(file.logLevels(), many);
     QCOMPARE(file.passengerTypeCodesOrder(), QStringList{"PT_ADULT"});
+}
+
+void CoreFaultsTest::diskThatFillsUpLeavesTheFileAsItWas()
+{
+    const TemporaryConfig config;
+    SmallDisk disk(config.folder(), 64);
+    if (!disk.isThere())
+        QSKIP("only root may have a disk of its own");
+    QVERIFY(config.writeSettings(GoodSettings));
+    SettingsFile file(config.settingsPath());
+    file.setLogLevels({QString(20000, 'x')});
+    QString problem;
+    for (const int room : {0, 4, 16}) {
+        QVERIFY(disk.fill(room));
+        QVERIFY(!file.save(&problem));
+        QCOMPARE(problem,
+                 config.settingsPath() + ": cannot be written: " + qt_error_string(ENOSPC));
+        QCOMPARE(TemporaryConfig::read(config.settingsPath()), GoodSettings);
+        QCOMPARE(QDir(config.folder()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList({"of somebody else", "settings.json"}));
+    }
+    QVERIFY(disk.fill(40));
+    QVERIFY2(file.save(&problem), qPrintable(problem));
+    QCOMPARE(file.read(), QStringList());
+    QCOMPARE(file.logLevels(), QStringList{QString(20000, 'x')});
 }
 
 void CoreFaultsTest::folderThatMayNotBeWrittenLeavesTheFileAsItWas()

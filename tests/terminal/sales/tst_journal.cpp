@@ -1,5 +1,6 @@
 #include "Counter.h"
 #include "FileSizeLimit.h"
+#include "SmallDisk.h"
 
 #include <QDir>
 #include <QFile>
@@ -884,6 +885,29 @@ private slots:
             QCOMPARE(journalContent(), before);
         }
         QVERIFY2(cuts > 10, qPrintable(QString::number(cuts)));
+    }
+
+    void diskThatFillsUpLosesNoSale()
+    {
+        SmallDisk disk(QFileInfo(file()).path(), 512);
+        if (!disk.isThere())
+            QSKIP("only root may have a disk of its own");
+        int sold = 0;
+        {
+            Journal journal;
+            QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+            QVERIFY(disk.fill(64));
+            while (sold < 1000 && sell(journal, {95}))
+                ++sold;
+            QCOMPARE(kindOf(journal.fault()), "full");
+        }
+        QVERIFY2(sold > 0, "nothing fits");
+        QVERIFY(disk.fill(256));
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
+        QCOMPARE(journal.runningShift().value().ticketCount, qint64(sold));
+        QVERIFY(sell(journal, {95}));
+        QCOMPARE(journal.runningShift().value().ticketCount, qint64(sold) + 1);
     }
 
     void fullDiskLeavesNoNewFileBehindThatIsRefusedLater()
