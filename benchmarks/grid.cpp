@@ -24,8 +24,9 @@ enum class Layout { ByZone, ByPosition };
 const std::vector<Sizes> grids{{24, 2}, {100, 5}, {1000, 20}, {10000, 200}, {100000, 2000}};
 const std::vector<Sizes> gridsInView{{24, 2}, {100, 5}, {1000, 20}, {10000, 200}};
 
-/// `count` products in no order, each of the types in turn. Those of one zone have one product
-/// number per type and zone.
+/// `count` products in no order: each fare product of a zone for each of the types. As in a feed,
+/// those of one fare product share its name, those of one type its description, and all share a few
+/// colours; the icon is that of the type.
 QVector<sProduct> products(int count, int zones, Layout layout)
 {
     QVector<sProduct> made = records(count);
@@ -36,10 +37,14 @@ QVector<sProduct> products(int count, int zones, Layout layout)
               [&made](int a, int b) { return made.at(a).pos < made.at(b).pos; });
     for (int i = 0; i < count; ++i) {
         const int place = places.at(i);
+        const int type = place % types.size();
         sProduct& product = made[i];
-        product.passengerTypeCode =
-            PassengerTypesModel::codeMap.value(types.at(place % types.size()));
+        product.passengerTypeCode = PassengerTypesModel::codeMap.value(types.at(type));
+        product.description = types.at(type);
+        product.icon.clear();
         product.fareProductId = place / types.size();
+        product.fareProductName = record(product.fareProductId).fareProductName;
+        product.fareProductColor = record(product.fareProductId % 8).fareProductColor;
         product.toStopGroupId = product.fareProductId % zones;
         product.pos = layout == Layout::ByZone ? noPosition : place + 1;
     }
