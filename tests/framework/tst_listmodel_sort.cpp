@@ -192,6 +192,51 @@ private slots:
         }
     }
 
+    /// Whatever is compared in a way of its own is ordered as QVariant does.
+    void everyPairIsInTheOrderOfItsValues()
+    {
+        const QVariantList values{QString(),
+                                  "",
+                                  "a",
+                                  "A",
+                                  "b",
+                                  "\u00e4",
+                                  "\u00c4",
+                                  "ss",
+                                  "\u00df",
+                                  "10",
+                                  "9",
+                                  "9.5",
+                                  "true",
+                                  9,
+                                  10.5,
+                                  true,
+                                  false,
+                                  QVariant(),
+                                  "2026-01-01",
+                                  QDate(2026, 1, 1),
+                                  QByteArray("a"),
+                                  QChar('B')};
+        for (const QVariant& first : values) {
+            for (const QVariant& second : values) {
+                QT_WARNING_PUSH
+                QT_WARNING_DISABLE_DEPRECATED
+                const bool isLess = second < first;
+                const bool isGreater = second > first;
+                QT_WARNING_POP
+                const QVector<int> kept{0, 1};
+                const QVector<int> swapped{1, 0};
+                Model model({first, second});
+                model.sortByRole(0, up, valueRole);
+                const QString pair = QString("%1 %2").arg(first.toString(), second.toString());
+                QVERIFY2(model.ids() == (isLess ? swapped : kept), qPrintable(pair));
+                Model other({first, second});
+                other.sortByRole(0, down, valueRole);
+                QVERIFY2(other.ids() == (isGreater ? swapped : kept), qPrintable(pair));
+            }
+        }
+    }
+
     void sortIsTheBasesOwn()
     {
         Model model({1, 2, 3});

@@ -63,7 +63,21 @@ struct RoleOrder
     {
         const QVariant left = a->data(role);
         const QVariant right = b->data(role);
+        if (isText(left) && isText(right)) {
+            // What QVariant does, without its copy of both and one comparison more, which took a
+            // third of a sort. Of texts that differ in case alone it calls each the greater.
+            const bool isLess = QString::compare(text(left), text(right), Qt::CaseInsensitive) < 0;
+            return order == Qt::AscendingOrder ? isLess : !isLess && text(left) != text(right);
+        }
         return order == Qt::AscendingOrder ? left < right : left > right;
+    }
+
+private:
+    static bool isText(const QVariant& value) { return value.userType() == QMetaType::QString; }
+
+    static const QString& text(const QVariant& value)
+    {
+        return *static_cast<const QString*>(value.constData());
     }
 };
 
