@@ -6,6 +6,7 @@
 #   tests/budget/instructions.sh [amd64|armhf]            compares; amd64 without argument
 #   tests/budget/instructions.sh [amd64|armhf] --accept   stores what was counted
 set -euo pipefail
+export LC_ALL=C # decimal points
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 # shellcheck source=packaging/setup.sh
 . packaging/setup.sh

@@ -3,6 +3,7 @@
 # a pattern that one line of the table must match.
 # usage: judgement.sh JUDGE
 set -u
+export LC_ALL=C # decimal points
 folder="$(mktemp -d)"
 trap 'rm -rf "$folder"' EXIT
 passed=0 failed=0

@@ -16,7 +16,7 @@ public:
     {
         const QByteArray size = "size=" + QByteArray::number(kibibytes) + 'k';
         m_isThere = ::unshare(CLONE_NEWNS) == 0 &&
-                    ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                    ::mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0 &&
                     ::mount("tmpfs", m_folder.constData(), "tmpfs", 0, size.constData()) == 0;
     }
     ~SmallDisk()
