@@ -30,24 +30,6 @@ ListItem* exposed(ListItem* row)
     return row;
 }
 
-/// Position of the first row that is `item`; the number of rows if there is none. Every change of
-/// an item takes this search. Eight pointers at a time, which the compiler compares at once: at
-/// 10,000 rows that takes half the time of std::find().
-int positionOf(const ListItem* item, const QVector<ListItem*>& rows)
-{
-    constexpr int step = 8;
-    ListItem* const* const first = rows.constData();
-    int position = 0;
-    for (; position + step <= rows.size(); position += step) {
-        bool isAmong = false;
-        for (int i = 0; i < step; ++i)
-            isAmong |= first[position + i] == item;
-        if (isAmong)
-            break;
-    }
-    return static_cast<int>(std::find(first + position, first + rows.size(), item) - first);
-}
-
 // The ordering of QVariant is what role values are compared by, and Qt 5 has no successor that
 // covers every type.
 QT_WARNING_PUSH
@@ -115,8 +97,10 @@ ListItem* ListModel::findById(const int& id) const
 
 QModelIndex ListModel::indexFromItem(const ListItem* item) const
 {
-    const int row = positionOf(item, m_rows);
-    return row < m_rows.size() ? index(row, 0) : QModelIndex();
+    const auto found = std::find(m_rows.cbegin(), m_rows.cend(), item);
+    if (found == m_rows.cend())
+        return {};
+    return index(static_cast<int>(found - m_rows.cbegin()), 0);
 }
 
 void ListModel::appendRow(ListItem* item)
