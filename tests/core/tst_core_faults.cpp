@@ -281,7 +281,7 @@ void CoreFaultsTest::fullDiskLeavesTheFileAsItWas()
     const QStringList many{QString(20000, 'x')}; // more than is written at a time
     file.setLogLevels(many);
     QString problem;
-    for (const rlim_t room : {0, 1, 4096, 16384}) {
+    for (const rlim_t room : {0U, 1U, 4096U, 16384U}) {
         bool isSaved = true;
         {
             const FileSizeLimit limit(room);

@@ -54,8 +54,8 @@ void CoreLibraryTest::symbolIsExported_data()
         "typeinfo for el::LogDispatchCallback",
         "vtable for el::LogDispatchCallback",
         "typeinfo for el::base::DefaultLogDispatchCallback",
-        "el::Loggers::getLogger(std::__cxx11::basic_string<char, std::char_traits<char>, "
-        "std::allocator<char> > const&, bool)",
+        ("el::Loggers::getLogger(std::__cxx11::basic_string<char, std::char_traits<char>, "
+         "std::allocator<char> > const&, bool)"),
         "el::Loggers::reconfigureLogger(el::Logger*, el::Configurations const&)",
         "rivo::core::ConfigManager::instance(QString, QString)",
         "rivo::core::ConfigManager::settingsConfig() const",

@@ -117,7 +117,7 @@ void FeedRobustnessTest::gtfsWithAnyByteReplacedIsLoadedOrRefused()
 
 void FeedRobustnessTest::hostileJsonEndsSoon_data()
 {
-    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QByteArray>("hostile");
     const auto within = [](const QByteArray& value) { return "{\"x-a\": " + value + '}'; };
     const int size = triesTheLargest() ? 2 * 1024 * 1024 : 64 * 1024;
     QTest::newRow("nothing but opening brackets") << within(QByteArray(size, '['));
@@ -143,10 +143,10 @@ void FeedRobustnessTest::hostileJsonEndsSoon_data()
 
 void FeedRobustnessTest::hostileJsonEndsSoon()
 {
-    QFETCH(QByteArray, json);
+    QFETCH(QByteArray, hostile);
     QElapsedTimer timer;
     timer.start();
-    const FeedResult result = loadJson(json);
+    const FeedResult result = loadJson(hostile);
     QVERIFY(!result.feed);
     for (const QString& line : result.problemLines())
         QVERIFY2(line.size() < 20'000'000, qPrintable(line.left(200)));

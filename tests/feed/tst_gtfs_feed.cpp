@@ -143,16 +143,16 @@ void GtfsFeedTest::theLakesideFeed()
     QVERIFY(result.notices.first().toString().endsWith(
         "gtfs-lakeside/rider_categories.txt:5: rider category \"3\" (Senior) is mapped to no "
         "passenger type, taken as type 0"));
-    const Network& network = feed.network;
-    QCOMPARE(network.routes.size(), 2);
-    QCOMPARE(network.trips.size(), 3);
-    QCOMPARE(network.stops.size(), 5);
-    QCOMPARE(network.stops.last().name, QStringLiteral("Brenno Spa\r\nHealth Resort"));
-    QCOMPARE(network.stops.last().areas, QVector<int>({3}));
-    QCOMPARE(network.stopTimes.size(), 13);
-    QCOMPARE(network.stopTimes.at(9).arrival, 24 * 3600 + 18 * 60);
-    QCOMPARE(network.shapes.size(), 2);
-    QVERIFY(!network.services.isEmpty());
+    const Network& loaded = feed.network;
+    QCOMPARE(loaded.routes.size(), 2);
+    QCOMPARE(loaded.trips.size(), 3);
+    QCOMPARE(loaded.stops.size(), 5);
+    QCOMPARE(loaded.stops.last().name, QStringLiteral("Brenno Spa\r\nHealth Resort"));
+    QCOMPARE(loaded.stops.last().areas, QVector<int>({3}));
+    QCOMPARE(loaded.stopTimes.size(), 13);
+    QCOMPARE(loaded.stopTimes.at(9).arrival, 24 * 3600 + 18 * 60);
+    QCOMPARE(loaded.shapes.size(), 2);
+    QVERIFY(!loaded.services.isEmpty());
 }
 
 void GtfsFeedTest::products_data()

@@ -64,8 +64,8 @@ static_assert(isDeclared<decltype(&ListModel::sortRangeByRole),
                          void (ListModel::*)(int, Qt::SortOrder, int, int, int)>);
 static_assert(isDeclared<decltype(&ListModel::countByRole), int (ListModel::*)(int, QVariant)>);
 static_assert(isDeclared<decltype(&ListModel::countChanged), void (ListModel::*)(int)>);
-constexpr QVariant (ListModel::*getByRow)(const int&) = &ListModel::get;
-constexpr QVariant (ListModel::*getByIndex)(const QModelIndex&) = &ListModel::get;
+[[maybe_unused]] constexpr QVariant (ListModel::*getByRow)(const int&) = &ListModel::get;
+[[maybe_unused]] constexpr QVariant (ListModel::*getByIndex)(const QModelIndex&) = &ListModel::get;
 
 /// The members that a model may add to its base.
 struct Members : QAbstractListModel

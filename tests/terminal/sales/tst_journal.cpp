@@ -912,7 +912,7 @@ private slots:
 
     void fullDiskLeavesNoNewFileBehindThatIsRefusedLater()
     {
-        for (const rlim_t bytes : {0, 100, 4096, 5000, 12288, 20000}) {
+        for (const rlim_t bytes : {0U, 100U, 4096U, 5000U, 12288U, 20000U}) {
             QFile::remove(file());
             Journal journal;
             {
