@@ -18,7 +18,7 @@ struct FieldRule
     double max = std::numeric_limits<int>::max();
     bool (*isFit)(const QString& text) = nullptr; ///< what texts must answer true to
     const char* fitInWords = nullptr;
-    const char* companion = nullptr; ///< key that must be there too
+    const char* companion = nullptr; ///< key or column that must be there too
 
     constexpr FieldRule within(double least, double most) const
     {

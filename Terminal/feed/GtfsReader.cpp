@@ -386,6 +386,7 @@ private:
                            int index = 0;
                            for (const Column<R>& column : Columns<R>::table)
                                readField(values.at(index++), column, row);
+                           checkCompanions(values, row);
                            handle(row);
                        });
     }
@@ -397,6 +398,26 @@ private:
             readValue(text, column.rule, row, column.name, row.*member);
         };
         std::visit(read, column.member);
+    }
+
+    /// Reports columns that are empty where another one needs them.
+    template <class R>
+    void checkCompanions(const QVector<QString>& values, const R& row)
+    {
+        const auto& columns = Columns<R>::table;
+        const auto valueOf = [&](const char* name) {
+            const auto column =
+                std::find_if(std::begin(columns), std::end(columns), [&](const Column<R>& other) {
+                    return qstrcmp(other.name, name) == 0;
+                });
+            return values.at(int(column - std::begin(columns)));
+        };
+        for (const Column<R>& column : columns) {
+            const char* companion = column.rule.companion;
+            if (companion && !valueOf(column.name).isEmpty() && valueOf(companion).isEmpty())
+                problem(row, companion, {},
+                        QStringLiteral("a value beside %1").arg(QLatin1String(column.name)));
+        }
     }
 
     /// Stores `text` in `into` if it fits the column's rule.

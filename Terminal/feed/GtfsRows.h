@@ -173,8 +173,8 @@ struct Columns<StopRow>
         {"stop_id", &R::id, required},
         {"stop_code", &R::code, optional},
         {"stop_name", &R::name, optional},
-        {"stop_lat", &R::latitude, optional.within(-90, 90)},
-        {"stop_lon", &R::longitude, optional.within(-180, 180)},
+        {"stop_lat", &R::latitude, optional.within(-90, 90).beside("stop_lon")},
+        {"stop_lon", &R::longitude, optional.within(-180, 180).beside("stop_lat")},
     };
 };
 

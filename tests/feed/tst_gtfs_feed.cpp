@@ -641,6 +641,12 @@ void GtfsFeedTest::problems_data()
          "gtfs/stops.txt:3: stop_lon: \"12,5\", expected a number from -180 to 180",
          "gtfs/stops.txt:4: stop_lat: \"nan\", expected a number from -90 to 90",
          "gtfs/stops.txt:4: stop_lon: \"-180.5\", expected a number from -180 to 180"});
+    row("half a position", {{"stops.txt", "stop_id,stop_lat,stop_lon\nA,,\nB,54.49,\nC,,11.19\n"}},
+        {"gtfs/stops.txt:3: stop_lon: \"\", expected a value beside stop_lat",
+         "gtfs/stops.txt:4: stop_lat: \"\", expected a value beside stop_lon"});
+    row("position without a column for the longitude",
+        {{"stops.txt", "stop_id,stop_lat\nA,54.49\nB,\n"}},
+        {"gtfs/stops.txt:2: stop_lon: \"\", expected a value beside stop_lat"});
     row("route defined twice", {{"routes.txt", "route_id\nR1\nR1\n"}},
         {"gtfs/routes.txt:3: route_id: \"R1\", expected each id once"});
     row("colour that is none", {{"routes.txt", "route_id,route_color\nR1,#1657ba\n"}},
