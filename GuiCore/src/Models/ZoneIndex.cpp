@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 
 namespace
 {
@@ -26,20 +25,19 @@ ZoneIndex::~ZoneIndex()
 void ZoneIndex::build(const QVector<sProduct>& products)
 {
     m_products = products;
-    m_rows.resize(products.size());
-    std::iota(m_rows.begin(), m_rows.end(), 0);
-    std::stable_sort(m_rows.begin(), m_rows.end(), [this](int a, int b) {
-        return m_products.at(a).toStopGroupId < m_products.at(b).toStopGroupId;
-    });
+    m_places.clear();
+    m_places.reserve(products.size());
+    for (const sProduct& product : products)
+        m_places.append({product.toStopGroupId, m_places.size()});
+    std::sort(m_places.begin(), m_places.end());
 }
 
 QVector<int> ZoneIndex::zones() const
 {
     QVector<int> zones;
-    for (const int row : m_rows) {
-        const int zone = m_products.at(row).toStopGroupId;
-        if (zones.isEmpty() || zones.last() != zone)
-            zones.append(zone);
+    for (const Place& place : m_places) {
+        if (zones.isEmpty() || zones.last() != place.first)
+            zones.append(place.first);
     }
     return zones;
 }
@@ -59,16 +57,12 @@ QVector<sProduct> ZoneIndex::productsOf(const QVector<sProduct>& products, int z
 
 QVector<sProduct> ZoneIndex::block(int zone) const
 {
-    const auto first =
-        std::lower_bound(m_rows.cbegin(), m_rows.cend(), zone, [this](int row, int value) {
-            return m_products.at(row).toStopGroupId < value;
-        });
+    const auto first = std::lower_bound(m_places.cbegin(), m_places.cend(), Place(zone, 0));
+    const auto last = std::find_if(first, m_places.cend(),
+                                   [zone](const Place& place) { return place.first != zone; });
     QVector<sProduct> found;
-    for (auto row = first; row != m_rows.cend(); ++row) {
-        const sProduct& product = m_products.at(*row);
-        if (product.toStopGroupId != zone)
-            break;
-        found.append(product);
-    }
+    found.reserve(int(last - first));
+    for (auto place = first; place != last; ++place)
+        found.append(m_products.at(place->second));
     return found;
 }

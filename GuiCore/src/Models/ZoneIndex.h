@@ -2,6 +2,7 @@
 
 #include "sProduct.h"
 
+#include <QPair>
 #include <QVector>
 
 /// Products of a list by destination zone, so that grouping all zones of a layout reads the list
@@ -24,10 +25,14 @@ public:
     static QVector<sProduct> productsOf(const QVector<sProduct>& products, int zone);
 
 private:
+    /// Zone and row of a product. The zone is here to be sorted and found by: products are far
+    /// apart in memory, which costs a large list more than the sorting.
+    using Place = QPair<int, int>;
+
     void build(const QVector<sProduct>& products);
     QVector<sProduct> block(int zone) const;
 
     QVector<sProduct> m_products;
-    QVector<int> m_rows; // by zone, then in the order of the list
+    QVector<Place> m_places; // ascending
     ZoneIndex* const m_outer;
 };
