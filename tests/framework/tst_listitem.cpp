@@ -88,7 +88,7 @@ public:
 #endif
 
 const double ulp = std::numeric_limits<double>::epsilon(); // of values from 1 to 2
-const double nan = qQNaN();
+const double notANumber = qQNaN();
 const double infinity = qInf();
 
 } // namespace
@@ -217,8 +217,8 @@ private slots:
         QTest::newRow("below minus one, still equal") << -2.0 << -2.0 + 4503 * ulp << false;
         QTest::newRow("below minus one, not equal") << -2.0 << -2.0 + 4505 * ulp << true;
         QTest::newRow("the sign matters") << 5.0 << -5.0 << true;
-        QTest::newRow("not a number equals nothing") << 1.0 << nan << true;
-        QTest::newRow("not a number equals not even itself") << nan << nan << true;
+        QTest::newRow("not a number equals nothing") << 1.0 << notANumber << true;
+        QTest::newRow("not a number equals not even itself") << notANumber << notANumber << true;
         QTest::newRow("infinity does not equal itself") << infinity << infinity << true;
         QTest::newRow("opposite infinities are equal") << infinity << -infinity << false;
     }
