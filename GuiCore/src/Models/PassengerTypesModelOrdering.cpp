@@ -11,10 +11,11 @@
 #include <algorithm>
 #include <array>
 #include <iostream>
+#include <iterator>
 #include <limits>
 #include <string>
-#include <tuple>
 #include <utility>
+#include <vector>
 
 namespace
 {
@@ -31,21 +32,34 @@ constexpr std::array<int, 6> evenedTypes{
 /// Columns that types missing from the display order may take.
 constexpr std::array<int, 4> freeColumns{0, 1, 2, 3};
 
-bool isBeforeByPosition(const sProduct& a, const sProduct& b) { return a.pos < b.pos; }
+int positionOf(const sProduct& product) { return product.pos; }
 
-bool isBeforeByZone(const sProduct& a, const sProduct& b)
+int zoneOf(const sProduct& product) { return product.toStopGroupId; }
+
+int typeOf(const sProduct& product) { return product.passengerTypeCode; }
+
+std::pair<int, int> fareProductAndZoneOf(const sProduct& product)
 {
-    return a.toStopGroupId < b.toStopGroupId;
+    return {product.fareProductId, product.toStopGroupId};
 }
 
-bool isBeforeByProductAndZone(const sProduct& a, const sProduct& b)
+/// Sorts by a key; products of the same key keep their order. Keys and rows are sorted, then each
+/// product is moved once: a product is some ten times as large, and a stable sort of products moves
+/// each many times and makes as many more for its buffer.
+template <class Key>
+void sortBy(QVector<sProduct>& products, Key (*keyOf)(const sProduct&))
 {
-    return std::tie(a.fareProductId, a.toStopGroupId) < std::tie(b.fareProductId, b.toStopGroupId);
-}
+    std::vector<std::pair<Key, int>> places;
+    places.reserve(static_cast<std::size_t>(products.size()));
+    for (int row = 0; row < products.size(); ++row)
+        places.emplace_back(keyOf(products.at(row)), row);
+    std::sort(places.begin(), places.end());
 
-bool isBeforeByType(const sProduct& a, const sProduct& b)
-{
-    return a.passengerTypeCode < b.passengerTypeCode;
+    QVector<sProduct> sorted;
+    sorted.reserve(products.size());
+    for (const auto& place : places)
+        sorted.append(std::move(products[place.second]));
+    products = std::move(sorted);
 }
 
 QVector<int> ascendingTypeCodes(const QStringList& texts)
@@ -65,6 +79,14 @@ QVector<int> typeCodesOf(const QVector<sProduct>& products)
     for (const sProduct& product : products)
         codes.append(product.passengerTypeCode);
     return codes;
+}
+
+int typeCount(const QVector<sProduct>& products)
+{
+    QSet<int> types;
+    for (const sProduct& product : products)
+        types.insert(product.passengerTypeCode);
+    return types.size();
 }
 
 sProduct placeholderAt(int position)
@@ -275,7 +297,7 @@ void PassengerTypesModel::sortBasedOnBackendAssignment()
         LOG(INFO) << "------------------- FARE PRODUCTS BEFORE --------------------";
     printProducts(m_products);
 
-    std::stable_sort(m_products.begin(), m_products.end(), isBeforeByPosition);
+    sortBy(m_products, positionOf);
 
     if (const char* objection = objectionToPositions()) {
         LOG(INFO) << objection;
@@ -345,7 +367,7 @@ void PassengerTypesModel::appendDailyProducts()
 {
     if (m_dailyProducts.isEmpty())
         return;
-    std::stable_sort(m_dailyProducts.begin(), m_dailyProducts.end(), isBeforeByZone);
+    sortBy(m_dailyProducts, zoneOf);
     const QVector<sProduct> daily = m_dailyProducts;
     raiseNumberOfRows(daily.size());
     addItemsToModel(daily);
@@ -376,25 +398,25 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
 
     if (m_logFareProducts)
         LOG(INFO) << m_products.size() << " products in our vector";
-    std::stable_sort(m_products.begin(), m_products.end(), isBeforeByProductAndZone);
+    sortBy(m_products, fareProductAndZoneOf);
     if (m_logFareProducts)
         LOG(INFO) << "------------------- BEFORE GROUPING --------------------";
 
     const QVector<sProduct> ordered = m_products;
-    QSet<int> types;
     for (const sProduct& product : ordered) {
         if (m_logFareProducts)
             writeProduct(LOG(INFO), product);
-        types.insert(product.passengerTypeCode);
     }
     const ZoneIndex index(ordered);
     const QVector<int> zones = index.zones();
     if (m_logFareProducts)
         LOG(INFO) << QStringLiteral("%1 zones will be supported").arg(zones.size());
     if (m_logFareProducts)
-        LOG(INFO) << QStringLiteral("%1 passengerTypeCodes will be supported").arg(types.size());
+        LOG(INFO)
+            << QStringLiteral("%1 passengerTypeCodes will be supported").arg(typeCount(ordered));
 
     m_groupedProducts.resize(0);
+    m_groupedProducts.reserve(ordered.size());
     for (const int zone : zones)
         sortAndGroupProductsForZone(zone);
     addItemsToModel(m_groupedProducts);
@@ -406,9 +428,9 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
         LOG(INFO) << QStringLiteral("NumberOfRows: %1").arg(m_numberOfRows);
     if (m_logFareProducts)
         LOG(INFO) << "------------------- AFTER GROUPING --------------------";
-    for (int row = 0; row < rowCount(); ++row) {
+    for (int row = 0; m_logFareProducts && row < rowCount(); ++row) {
         const auto* tile = qobject_cast<PassengerTypeItem*>(rowAt(row));
-        if (m_logFareProducts && tile && !tile->description().isEmpty())
+        if (tile && !tile->description().isEmpty())
             writeTile(LOG(INFO), *tile);
     }
 }
@@ -430,10 +452,10 @@ void PassengerTypesModel::sortAndGroupProductsForZone(int const& zone)
     if (!m_localTypeCodes.isEmpty() && m_numberOfColumns != m_localTypeCodes.size())
         fillShortBlock(block, m_numberOfColumns, fillerType(m_localTypeCodes));
 
-    std::stable_sort(block.begin(), block.end(), isBeforeByType);
+    sortBy(block, typeOf);
     QVector<int> indices = getIndeces(typeCodesOf(block));
     reOrder(block, indices);
-    m_groupedProducts += block;
+    std::move(block.begin(), block.end(), std::back_inserter(m_groupedProducts));
 }
 
 QVector<int> PassengerTypesModel::getIndeces(QVector<int> codes)

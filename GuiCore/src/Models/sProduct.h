@@ -23,3 +23,5 @@ struct sProduct
     bool isDaily = false;      ///< daily product, laid out after the grid, counted as a grid row
     int pos = -1;              ///< back-office grid position, counted from 1; -1 if none
 };
+
+Q_DECLARE_TYPEINFO(sProduct, Q_MOVABLE_TYPE); // grows in a list without being copied
