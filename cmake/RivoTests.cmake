@@ -56,7 +56,7 @@ function(rivo_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     rivo_add_program_test(${name} SOURCES ${arg_SOURCES} LIBRARIES GuiCore ${arg_LIBRARIES})
     # What uses Qt Gui or QML has other macros, and so other headers.
-    if(TARGET test_headers AND NOT arg_LIBRARIES MATCHES "Qt5::(Qml|Quick)|RivoTerminal|GuiCoreQml")
+    if(TARGET test_headers AND NOT arg_LIBRARIES MATCHES "Qt5::(Qml|Quick|Svg)|RivoTerminal|GuiCoreQml")
         target_precompile_headers(${name} REUSE_FROM test_headers)
     endif()
 endfunction()
