@@ -20,6 +20,11 @@ function(rivo_program variable target)
     set(${variable} "${program}" PARENT_SCOPE)
 endfunction()
 
+# Tests that take long or wait start first; the short ones fill what is left of the processors.
+set(rivo_long_tests installed_tree tst_core_follow tst_feed_robustness tst_fleet_pages tst_journal
+    tst_layout_property tst_layout_reentrancy tst_rivo_grid tst_rivo_models tst_sales_kill
+    tst_screen_pictures tst_screen_soak tst_screen_texts tst_selling tst_terminal_program)
+
 # rivo_test_environment(<test>)
 # HOME, TMPDIR and the working directory of a test are folders of its own, so that neither the
 # user's configuration nor another test can change its outcome. NM and READELF read what was built.
@@ -30,7 +35,12 @@ function(rivo_test_environment test)
     if(CMAKE_CROSSCOMPILING_EMULATOR)
         set(timeout 1200) # a busy machine starts emulated programs slowly
     endif()
+    set(cost 0)
+    if(test IN_LIST rivo_long_tests)
+        set(cost 100)
+    endif()
     set_tests_properties(${test} PROPERTIES
+        COST ${cost}
         WORKING_DIRECTORY "${home}/work"
         TIMEOUT ${timeout}
         ENVIRONMENT "HOME=${home};TMPDIR=${home}/tmp;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;QT_LOGGING_RULES=;NM=${CMAKE_NM};READELF=${CMAKE_READELF};${GUICORE_TEST_ENVIRONMENT}")

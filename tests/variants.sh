@@ -20,12 +20,12 @@ vary_tests() {
         while IFS= read -r home; do mkdir -p "$home/tmp" "$home/work"; done
 }
 
-# run_variant INTO OPTION...: runs those tests, two at a time; one line of counts, and the whole
+# run_variant INTO OPTION...: runs those tests, three at a time; one line of counts, and the whole
 # output on failure.
 run_variant() {
     local into="$1" status=0
     shift
-    ctest --test-dir "$into" -j 2 --no-tests=error --output-on-failure "$@" > "$into/ctest.log" 2>&1 ||
+    ctest --test-dir "$into" -j 3 --no-tests=error --output-on-failure "$@" > "$into/ctest.log" 2>&1 ||
         status=$?
     [ "$status" -eq 0 ] || cat "$into/ctest.log"
     grep -E '^Totals:' "$into/Testing/Temporary/LastTest.log" | awk -v name="${into##*/}" '
