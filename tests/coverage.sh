@@ -17,7 +17,7 @@ run_tests coverage -R '^tst_' -E '^tst_core_library$'
 
 mkdir -p build/coverage/report
 status=0
-gcovr --root . --object-directory build/coverage \
+gcovr -j "$(nproc)" --root . --object-directory build/coverage \
     build/coverage/GuiCore/CMakeFiles/GuiCore.dir build/coverage/Core build/coverage/Terminal/feed \
     --filter 'GuiCore/src/' --filter 'Core/' --filter 'Terminal/feed/' \
     --exclude-throw-branches --exclude-unreachable-branches \

@@ -404,20 +404,22 @@ private:
     template <class R>
     void checkCompanions(const QVector<QString>& values, const R& row)
     {
-        const auto& columns = Columns<R>::table;
-        const auto valueOf = [&](const char* name) {
-            const auto column =
-                std::find_if(std::begin(columns), std::end(columns), [&](const Column<R>& other) {
-                    return qstrcmp(other.name, name) == 0;
-                });
-            return values.at(int(column - std::begin(columns)));
-        };
-        for (const Column<R>& column : columns) {
+        for (const Column<R>& column : Columns<R>::table) {
             const char* companion = column.rule.companion;
-            if (companion && !valueOf(column.name).isEmpty() && valueOf(companion).isEmpty())
+            if (companion && !valueOf<R>(values, column.name).isEmpty() &&
+                valueOf<R>(values, companion).isEmpty())
                 problem(row, companion, {},
                         QStringLiteral("a value beside %1").arg(QLatin1String(column.name)));
         }
+    }
+
+    template <class R>
+    static QString valueOf(const QVector<QString>& values, const char* name)
+    {
+        int index = 0;
+        while (qstrcmp(Columns<R>::table[index].name, name) != 0)
+            ++index;
+        return values.at(index);
     }
 
     /// Stores `text` in `into` if it fits the column's rule.
