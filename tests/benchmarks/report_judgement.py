@@ -104,6 +104,14 @@ class ReportJudgement(unittest.TestCase):
         self.assertIn("2.00", lines[0])
         self.assertIn("the floor: 2.40", lines[0])
 
+    def test_the_floor_of_a_layout_makes_its_tiles(self):
+        values = all_met()
+        values["GridByZone/ours/100000/2000"] = 406.0
+        for size, value in (("1000/20", 200.0), ("100000/2000", 300.0)):
+            values[f"GridByZone/tiles/{size}"] = value
+        lines = self.missed(self.judge_values(values)[1])
+        self.assertIn("the floor: 1.50", [line for line in lines if "growth" in line][0])
+
     def test_each_benchmark_that_was_not_run_is_a_missed_target(self):
         for name in all_met():
             with self.subTest(name):
