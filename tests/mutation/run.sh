@@ -94,7 +94,7 @@ fi
 cmake -G Ninja -S "$tree" -B "$out" "${quicker[@]}" -DCMAKE_BUILD_TYPE= \
     -DCMAKE_CXX_FLAGS="-O0 -g0" -DCMAKE_LINK_DEPENDS_NO_SHARED=ON -DGUICORE_BUILD_QML=OFF \
     -DCMAKE_PROJECT_INCLUDE="$PWD/$here/libraries.cmake" -DGUICORE_BUILD_TOOLS=OFF > "$place/configure.log"
-find "$out" -name CTestTestfile.cmake -exec sed -i 's/TIMEOUT "300"/TIMEOUT "40"/' {} +
+find "$out" -name CTestTestfile.cmake -exec sed -i 's/TIMEOUT "300"/TIMEOUT "60"/' {} +
 # A mutant is built once.
 export CCACHE_DISABLE=1
 
