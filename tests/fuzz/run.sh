@@ -6,7 +6,8 @@
 # 60 seconds of each, if not told otherwise, and as many at a time as there are processors; FUZZER is
 # json, gtfs, settings, models or layout. What they find is kept in build/fuzz/corpus/FUZZER and used
 # the next time. An input that makes a fuzzer fail is kept in build/fuzz/crashes, its output is
-# printed, and the exit code is 1. To repeat it:
+# printed, and the exit code is 1. --all-at-once lets all share the processors, for a run that is to be
+# short rather than thorough. To repeat a failure:
 #
 #   build/fuzz/bin/fuzz_FUZZER build/fuzz/crashes/FILE
 set -euo pipefail
