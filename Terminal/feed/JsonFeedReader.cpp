@@ -16,7 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <variant>
+#include <tuple>
 
 namespace rivo::feed
 {
@@ -81,40 +81,49 @@ public:
             return problem(place, value, QStringLiteral("an object"));
         const QJsonObject object = value.toObject();
         int known = 0;
-        for (const Field<Record>& field : Fields<Record>::table)
-            known += readField(object, place, field, into);
+        std::apply(
+            [&](const auto&... fields) {
+                ((known += readField(object, place, fields, into)), ...);
+            },
+            Fields<Record>::table);
         if (known < object.size())
-            reportUnknownKeys<Record>(object, place);
+            reportUnknownKeys(object, place, keysOf<Record>());
     }
 
 private:
-    /// True if the object has the key.
-    template <class Record>
-    bool readField(const QJsonObject& object, const Place& place, const Field<Record>& field,
-                   Record& into)
+    /// 1 if the object has the key, 0 if not.
+    template <class Record, class Owner, class Value>
+    int readField(const QJsonObject& object, const Place& place, const Field<Owner, Value>& field,
+                  Record& into)
     {
         const QString key = QLatin1String(field.key);
         const QJsonValue value = object.value(key);
         const bool isThere = !value.isUndefined();
         if (isThere || field.rule.isRequired)
-            std::visit(
-                [&](auto member) { readValue(value, place.at(key), field.rule, into.*member); },
-                field.member);
-        if (!isThere || !field.rule.companion)
-            return isThere;
-        const QString companion = QLatin1String(field.rule.companion);
+            readValue(value, place.at(key), field.rule, into.*field.member);
+        if (isThere && field.rule.companion)
+            checkCompanion(object, place, key, QLatin1String(field.rule.companion));
+        return isThere ? 1 : 0;
+    }
+
+    void checkCompanion(const QJsonObject& object, const Place& place, const QString& key,
+                        const QString& companion)
+    {
         if (!object.contains(companion))
             problem(place.at(companion), QJsonValue(QJsonValue::Undefined),
                     QStringLiteral("a value beside %1").arg(key));
-        return true;
     }
 
     template <class Record>
-    void reportUnknownKeys(const QJsonObject& object, const Place& place)
+    static QStringList keysOf()
     {
-        QStringList known;
-        for (const Field<Record>& field : Fields<Record>::table)
-            known.append(QLatin1String(field.key));
+        return std::apply(
+            [](const auto&... fields) { return QStringList{QLatin1String(fields.key)...}; },
+            Fields<Record>::table);
+    }
+
+    void reportUnknownKeys(const QJsonObject& object, const Place& place, const QStringList& known)
+    {
         const QStringList keys = object.keys();
         for (const QString& key : keys) {
             if (!known.contains(key) && !key.startsWith(QLatin1String("x-")))

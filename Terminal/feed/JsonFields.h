@@ -11,7 +11,7 @@
 
 #include <limits>
 #include <optional>
-#include <variant>
+#include <tuple>
 
 namespace rivo::feed::json
 {
@@ -86,27 +86,20 @@ struct Document : Feed
     std::optional<NetworkEntry> networkEntry;
 };
 
-/// One key of an object: where its value goes and what it must be.
-template <class Record>
+/// One key of an object: where its value goes and what it must be. Each has the type of its value,
+/// so that what reads a record is compiled for the types that this record has and no other.
+template <class Record, class Value>
 struct Field
 {
     const char* key;
-    std::variant<int Record::*, quint32 Record::*, double Record::*, bool Record::*,
-                 QString Record::*, QDateTime Record::*, QStringList Record::*,
-                 QVariantList Record::*, QVector<FeedProduct> Record::*,
-                 QVector<FeedFareProduct> Record::*, std::optional<FeedTripContext> Record::*,
-                 QVector<FeedVehicle> Record::*, QVector<FeedPeripheral> Record::*,
-                 QVector<FeedZReport> Record::*, std::optional<NetworkEntry> Record::*,
-                 QVector<NetworkZone> Record::*, QVector<StopEntry> Record::*,
-                 QVector<RouteEntry> Record::*, QVector<NetworkShape> Record::*,
-                 QVector<TripEntry> Record::*, QVector<StopTimeEntry> Record::*,
-                 QVector<NetworkShapePoint> Record::*, QVector<int> Record::*,
-                 std::optional<int> Record::*>
-        member;
+    Value Record::*member;
     FieldRule rule;
 };
 
-/// The keys of a record, in the order of its fields.
+template <class Record, class Value>
+Field(const char*, Value Record::*, FieldRule) -> Field<Record, Value>;
+
+/// The keys of a record, a tuple in the order of its fields.
 template <class Record>
 struct Fields;
 
@@ -114,21 +107,21 @@ template <>
 struct Fields<Document>
 {
     using R = Document;
-    static constexpr Field<R> table[] = {
-        {"format", &R::format, required.satisfying(isFormatName, "\"rivo-feed\"")},
-        {"version", &R::version, required.within(1, 1)},
-        {"name", &R::name, optional},
-        {"currency", &R::currency, currencyRule},
-        {"columns", &R::columns, optional.within(0, 1'000)},
-        {"supportedPassengerTypes", &R::supportedPassengerTypes, optional},
-        {"products", &R::products, required},
-        {"fareProducts", &R::fareProducts, optional},
-        {"trip", &R::trip, optional},
-        {"vehicles", &R::vehicles, optional},
-        {"peripherals", &R::peripherals, optional},
-        {"printerId", &R::printerId, optional.beside("peripherals")},
-        {"zReports", &R::zReports, optional},
-        {"network", &R::networkEntry, optional},
+    static constexpr std::tuple table{
+        Field{"format", &R::format, required.satisfying(isFormatName, "\"rivo-feed\"")},
+        Field{"version", &R::version, required.within(1, 1)},
+        Field{"name", &R::name, optional},
+        Field{"currency", &R::currency, currencyRule},
+        Field{"columns", &R::columns, optional.within(0, 1'000)},
+        Field{"supportedPassengerTypes", &R::supportedPassengerTypes, optional},
+        Field{"products", &R::products, required},
+        Field{"fareProducts", &R::fareProducts, optional},
+        Field{"trip", &R::trip, optional},
+        Field{"vehicles", &R::vehicles, optional},
+        Field{"peripherals", &R::peripherals, optional},
+        Field{"printerId", &R::printerId, optional.beside("peripherals")},
+        Field{"zReports", &R::zReports, optional},
+        Field{"network", &R::networkEntry, optional},
     };
 };
 
@@ -136,22 +129,22 @@ template <>
 struct Fields<FeedProduct>
 {
     using R = FeedProduct;
-    static constexpr Field<R> table[] = {
-        {"passengerTypeId", &R::passengerTypeId, required},
-        {"description", &R::description, required},
-        {"passengerTypeCode", &R::passengerTypeCode, required},
-        {"icon", &R::icon, optional},
-        {"price", &R::price, priceRule},
-        {"fareProductId", &R::fareProductId, required},
-        {"fareProductName", &R::fareProductName, required},
-        {"isReturnFee", &R::isReturnFee, optional},
-        {"fromStopGroupId", &R::fromStopGroupId, required},
-        {"toStopGroupId", &R::toStopGroupId, required},
-        {"fareProductColor", &R::fareProductColor, optional},
-        {"hasExpired", &R::hasExpired, optional},
-        {"fareDiscount", &R::fareDiscount, discountRule},
-        {"isDaily", &R::isDaily, optional},
-        {"pos", &R::pos, optional},
+    static constexpr std::tuple table{
+        Field{"passengerTypeId", &R::passengerTypeId, required},
+        Field{"description", &R::description, required},
+        Field{"passengerTypeCode", &R::passengerTypeCode, required},
+        Field{"icon", &R::icon, optional},
+        Field{"price", &R::price, priceRule},
+        Field{"fareProductId", &R::fareProductId, required},
+        Field{"fareProductName", &R::fareProductName, required},
+        Field{"isReturnFee", &R::isReturnFee, optional},
+        Field{"fromStopGroupId", &R::fromStopGroupId, required},
+        Field{"toStopGroupId", &R::toStopGroupId, required},
+        Field{"fareProductColor", &R::fareProductColor, optional},
+        Field{"hasExpired", &R::hasExpired, optional},
+        Field{"fareDiscount", &R::fareDiscount, discountRule},
+        Field{"isDaily", &R::isDaily, optional},
+        Field{"pos", &R::pos, optional},
     };
 };
 
@@ -159,18 +152,18 @@ template <>
 struct Fields<FeedFareProduct>
 {
     using R = FeedFareProduct;
-    static constexpr Field<R> table[] = {
-        {"id", &R::id, required},
-        {"description", &R::description, required},
-        {"icon", &R::icon, optional},
-        {"price", &R::price, priceRule},
-        {"discount", &R::discount, discountRule},
-        {"freeReturn", &R::freeReturn, optional},
-        {"paperTicket", &R::paperTicket, optional},
-        {"passengerTypes", &R::passengerTypes, optional},
-        {"ticketMaterial", &R::ticketMaterial, optional},
-        {"paymentMethod", &R::paymentMethod, optional},
-        {"paymentChannel", &R::paymentChannel, optional},
+    static constexpr std::tuple table{
+        Field{"id", &R::id, required},
+        Field{"description", &R::description, required},
+        Field{"icon", &R::icon, optional},
+        Field{"price", &R::price, priceRule},
+        Field{"discount", &R::discount, discountRule},
+        Field{"freeReturn", &R::freeReturn, optional},
+        Field{"paperTicket", &R::paperTicket, optional},
+        Field{"passengerTypes", &R::passengerTypes, optional},
+        Field{"ticketMaterial", &R::ticketMaterial, optional},
+        Field{"paymentMethod", &R::paymentMethod, optional},
+        Field{"paymentChannel", &R::paymentChannel, optional},
     };
 };
 
@@ -178,14 +171,14 @@ template <>
 struct Fields<FeedTripContext>
 {
     using R = FeedTripContext;
-    static constexpr Field<R> table[] = {
-        {"routeId", &R::routeId, required},
-        {"fromStopId", &R::fromStopId, required},
-        {"toStopId", &R::toStopId, required},
-        {"currentStopId", &R::currentStopId, required},
-        {"tripsRouteId", &R::tripsRouteId, required},
-        {"tripsExecutionId", &R::tripsExecutionId, required},
-        {"publicRouteExecutionId", &R::publicRouteExecutionId, optional},
+    static constexpr std::tuple table{
+        Field{"routeId", &R::routeId, required},
+        Field{"fromStopId", &R::fromStopId, required},
+        Field{"toStopId", &R::toStopId, required},
+        Field{"currentStopId", &R::currentStopId, required},
+        Field{"tripsRouteId", &R::tripsRouteId, required},
+        Field{"tripsExecutionId", &R::tripsExecutionId, required},
+        Field{"publicRouteExecutionId", &R::publicRouteExecutionId, optional},
     };
 };
 
@@ -193,20 +186,20 @@ template <>
 struct Fields<FeedVehicle>
 {
     using R = FeedVehicle;
-    static constexpr Field<R> table[] = {
-        {"id", &R::id, required},
-        {"registrationNumber", &R::registrationNumber, required},
-        {"internalNumber", &R::internalNumber, optional},
-        {"drivingStatus", &R::drivingStatus, optional},
-        {"routeStatus", &R::routeStatus, optional},
-        {"routeId", &R::routeId, optional},
-        {"routeName", &R::routeName, optional},
-        {"latitude", &R::latitude, latitudeRule.beside("longitude")},
-        {"longitude", &R::longitude, longitudeRule.beside("latitude")},
-        {"altitude", &R::altitude, optional.within(-1'000, 10'000).beside("latitude")},
-        {"updated", &R::updated, optional},
-        {"inView", &R::inView, optional},
-        {"direction", &R::direction, optional.within(0, 360)},
+    static constexpr std::tuple table{
+        Field{"id", &R::id, required},
+        Field{"registrationNumber", &R::registrationNumber, required},
+        Field{"internalNumber", &R::internalNumber, optional},
+        Field{"drivingStatus", &R::drivingStatus, optional},
+        Field{"routeStatus", &R::routeStatus, optional},
+        Field{"routeId", &R::routeId, optional},
+        Field{"routeName", &R::routeName, optional},
+        Field{"latitude", &R::latitude, latitudeRule.beside("longitude")},
+        Field{"longitude", &R::longitude, longitudeRule.beside("latitude")},
+        Field{"altitude", &R::altitude, optional.within(-1'000, 10'000).beside("latitude")},
+        Field{"updated", &R::updated, optional},
+        Field{"inView", &R::inView, optional},
+        Field{"direction", &R::direction, optional.within(0, 360)},
     };
 };
 
@@ -214,17 +207,17 @@ template <>
 struct Fields<FeedPeripheral>
 {
     using R = FeedPeripheral;
-    static constexpr Field<R> table[] = {
-        {"id", &R::id, required},
-        {"name", &R::name, required},
-        {"identity", &R::identity, optional.within(0, std::numeric_limits<quint32>::max())},
-        {"icon", &R::icon, optional},
-        {"warning", &R::warning, optional},
-        {"blueWarning", &R::blueWarning, optional},
-        {"yellowWarning", &R::yellowWarning, optional},
-        {"error", &R::error, optional},
-        {"deviceState", &R::deviceState, optional},
-        {"stateStr", &R::stateStr, optional},
+    static constexpr std::tuple table{
+        Field{"id", &R::id, required},
+        Field{"name", &R::name, required},
+        Field{"identity", &R::identity, optional.within(0, std::numeric_limits<quint32>::max())},
+        Field{"icon", &R::icon, optional},
+        Field{"warning", &R::warning, optional},
+        Field{"blueWarning", &R::blueWarning, optional},
+        Field{"yellowWarning", &R::yellowWarning, optional},
+        Field{"error", &R::error, optional},
+        Field{"deviceState", &R::deviceState, optional},
+        Field{"stateStr", &R::stateStr, optional},
     };
 };
 
@@ -232,23 +225,23 @@ template <>
 struct Fields<FeedZReport>
 {
     using R = FeedZReport;
-    static constexpr Field<R> table[] = {
-        {"id", &R::id, required},
-        {"ticketCount", &R::ticketCount, optional},
-        {"ticketSumAmnt", &R::ticketSumAmnt, amountRule},
-        {"cardSellCount", &R::cardSellCount, optional},
-        {"cardSellAmnt", &R::cardSellAmnt, amountRule},
-        {"parcelCount", &R::parcelCount, optional},
-        {"parcelAmnt", &R::parcelAmnt, amountRule},
-        {"fromTicketNumber", &R::fromTicketNumber, optional},
-        {"toTicketNumber", &R::toTicketNumber, optional},
-        {"zSum", &R::zSum, amountRule},
-        {"zNumber", &R::zNumber, amountRule},
-        {"isClosed", &R::isClosed, optional},
-        {"commission", &R::commission, amountRule},
-        {"paymentDate", &R::paymentDate, optional},
-        {"currentDebt", &R::currentDebt, amountRule},
-        {"maxAllowedDebt", &R::maxAllowedDebt, amountRule},
+    static constexpr std::tuple table{
+        Field{"id", &R::id, required},
+        Field{"ticketCount", &R::ticketCount, optional},
+        Field{"ticketSumAmnt", &R::ticketSumAmnt, amountRule},
+        Field{"cardSellCount", &R::cardSellCount, optional},
+        Field{"cardSellAmnt", &R::cardSellAmnt, amountRule},
+        Field{"parcelCount", &R::parcelCount, optional},
+        Field{"parcelAmnt", &R::parcelAmnt, amountRule},
+        Field{"fromTicketNumber", &R::fromTicketNumber, optional},
+        Field{"toTicketNumber", &R::toTicketNumber, optional},
+        Field{"zSum", &R::zSum, amountRule},
+        Field{"zNumber", &R::zNumber, amountRule},
+        Field{"isClosed", &R::isClosed, optional},
+        Field{"commission", &R::commission, amountRule},
+        Field{"paymentDate", &R::paymentDate, optional},
+        Field{"currentDebt", &R::currentDebt, amountRule},
+        Field{"maxAllowedDebt", &R::maxAllowedDebt, amountRule},
     };
 };
 
@@ -256,10 +249,10 @@ template <>
 struct Fields<NetworkEntry>
 {
     using R = NetworkEntry;
-    static constexpr Field<R> table[] = {
-        {"zones", &R::zones, optional},   {"stops", &R::stops, optional},
-        {"routes", &R::routes, optional}, {"shapes", &R::shapes, optional},
-        {"trips", &R::trips, optional},
+    static constexpr std::tuple table{
+        Field{"zones", &R::zones, optional},   Field{"stops", &R::stops, optional},
+        Field{"routes", &R::routes, optional}, Field{"shapes", &R::shapes, optional},
+        Field{"trips", &R::trips, optional},
     };
 };
 
@@ -267,9 +260,9 @@ template <>
 struct Fields<NetworkZone>
 {
     using R = NetworkZone;
-    static constexpr Field<R> table[] = {
-        {"id", &R::number, networkIdRule},
-        {"name", &R::name, required},
+    static constexpr std::tuple table{
+        Field{"id", &R::number, networkIdRule},
+        Field{"name", &R::name, required},
     };
 };
 
@@ -277,12 +270,12 @@ template <>
 struct Fields<StopEntry>
 {
     using R = StopEntry;
-    static constexpr Field<R> table[] = {
-        {"id", &R::id, networkIdRule},
-        {"name", &R::name, required},
-        {"latitude", &R::latitude, latitudeRule.beside("longitude")},
-        {"longitude", &R::longitude, longitudeRule.beside("latitude")},
-        {"zones", &R::zones, optional},
+    static constexpr std::tuple table{
+        Field{"id", &R::id, networkIdRule},
+        Field{"name", &R::name, required},
+        Field{"latitude", &R::latitude, latitudeRule.beside("longitude")},
+        Field{"longitude", &R::longitude, longitudeRule.beside("latitude")},
+        Field{"zones", &R::zones, optional},
     };
 };
 
@@ -290,12 +283,12 @@ template <>
 struct Fields<RouteEntry>
 {
     using R = RouteEntry;
-    static constexpr Field<R> table[] = {
-        {"id", &R::id, networkIdRule},
-        {"shortName", &R::shortName, optional},
-        {"longName", &R::longName, optional},
-        {"color", &R::color, sharpColorRule},
-        {"textColor", &R::textColor, sharpColorRule},
+    static constexpr std::tuple table{
+        Field{"id", &R::id, networkIdRule},
+        Field{"shortName", &R::shortName, optional},
+        Field{"longName", &R::longName, optional},
+        Field{"color", &R::color, sharpColorRule},
+        Field{"textColor", &R::textColor, sharpColorRule},
     };
 };
 
@@ -303,9 +296,9 @@ template <>
 struct Fields<NetworkShape>
 {
     using R = NetworkShape;
-    static constexpr Field<R> table[] = {
-        {"id", &R::id, required},
-        {"points", &R::points, required},
+    static constexpr std::tuple table{
+        Field{"id", &R::id, required},
+        Field{"points", &R::points, required},
     };
 };
 
@@ -313,10 +306,10 @@ template <>
 struct Fields<TripEntry>
 {
     using R = TripEntry;
-    static constexpr Field<R> table[] = {
-        {"id", &R::id, networkIdRule},          {"routeId", &R::routeId, networkIdRule},
-        {"serviceId", &R::serviceId, optional}, {"headsign", &R::headsign, optional},
-        {"shapeId", &R::shapeId, optional},     {"stopTimes", &R::stopTimes, required},
+    static constexpr std::tuple table{
+        Field{"id", &R::id, networkIdRule},          Field{"routeId", &R::routeId, networkIdRule},
+        Field{"serviceId", &R::serviceId, optional}, Field{"headsign", &R::headsign, optional},
+        Field{"shapeId", &R::shapeId, optional},     Field{"stopTimes", &R::stopTimes, required},
     };
 };
 
@@ -324,10 +317,10 @@ template <>
 struct Fields<StopTimeEntry>
 {
     using R = StopTimeEntry;
-    static constexpr Field<R> table[] = {
-        {"stopId", &R::stopId, networkIdRule},
-        {"arrival", &R::arrival, timeRule},
-        {"departure", &R::departure, timeRule},
+    static constexpr std::tuple table{
+        Field{"stopId", &R::stopId, networkIdRule},
+        Field{"arrival", &R::arrival, timeRule},
+        Field{"departure", &R::departure, timeRule},
     };
 };
 
