@@ -46,11 +46,58 @@ function(rivo_test_environment test)
         ENVIRONMENT "HOME=${home};TMPDIR=${home}/tmp;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;QT_LOGGING_RULES=;NM=${CMAKE_NM};READELF=${CMAKE_READELF};${GUICORE_TEST_ENVIRONMENT}")
 endfunction()
 
+# rivo_moc_one_file(<test>)
+# A test of one file includes what moc makes of it: one process. CMake's AUTOMOC starts five, for each
+# of many tests.
+function(rivo_moc_one_file test)
+    get_target_property(sources ${test} SOURCES)
+    list(LENGTH sources count)
+    if(count EQUAL 1)
+        set_target_properties(${test} PROPERTIES AUTOMOC OFF)
+        set(moc "${CMAKE_CURRENT_BINARY_DIR}/${test}.moc")
+        qt5_generate_moc(${sources} "${moc}" TARGET ${test})
+        target_sources(${test} PRIVATE "${moc}")
+        target_include_directories(${test} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}")
+    endif()
+endfunction()
+
+# rivo_test_headers(<name> [LIBRARIES <target>...] [HEADERS <header>...])
+# Headers that tests with these modules of Qt share. A module more is a macro more, and Qt's headers
+# are others then.
+function(rivo_test_headers name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES;HEADERS")
+    add_library(${name} OBJECT "${CMAKE_SOURCE_DIR}/tests/support/test_headers.cpp")
+    target_link_libraries(${name} PRIVATE rivo_settings RivoCoreBoundary ${arg_LIBRARIES} Qt5::Test)
+    set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON AUTOMOC OFF)
+    target_precompile_headers(${name} PRIVATE
+        <QtTest> <QAbstractItemModelTester> <QJsonDocument> <QProcess>
+        <QTemporaryDir> <algorithm> <functional> <limits> <memory> <core/Logging.h> ${arg_HEADERS})
+endfunction()
+
+# rivo_reuse_test_headers(<name> [LIBRARIES <target>...])
+# Gives a test the shared headers that fit the modules it links.
+function(rivo_reuse_test_headers name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LIBRARIES")
+    set(headers test_headers)
+    if(arg_LIBRARIES MATCHES "Qt5::(Gui|Svg|QuickTest)")
+        return()
+    elseif(arg_LIBRARIES MATCHES "Qt5::Quick|RivoTerminal")
+        set(headers test_headers_quick)
+    elseif(arg_LIBRARIES MATCHES "Qt5::Qml")
+        set(headers test_headers_qml)
+    endif()
+    if(TARGET ${headers})
+        target_precompile_headers(${name} REUSE_FROM ${headers})
+    endif()
+endfunction()
+
 # rivo_add_program_test(<name> SOURCES <file>... LIBRARIES <target>...)
 # A QtTest program that runs under ctest.
 function(rivo_add_program_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})
+    rivo_moc_one_file(${name})
+    rivo_reuse_test_headers(${name} LIBRARIES ${arg_LIBRARIES})
     target_link_libraries(${name} PRIVATE rivo_settings ${arg_LIBRARIES} Qt5::Test)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support)
     if(CMAKE_CROSSCOMPILING_EMULATOR)
@@ -65,8 +112,4 @@ endfunction()
 function(rivo_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     rivo_add_program_test(${name} SOURCES ${arg_SOURCES} LIBRARIES GuiCore ${arg_LIBRARIES})
-    # What uses Qt Gui or QML has other macros, and so other headers.
-    if(TARGET test_headers AND NOT arg_LIBRARIES MATCHES "Qt5::(Qml|Quick|Svg)|RivoTerminal|GuiCoreQml")
-        target_precompile_headers(${name} REUSE_FROM test_headers)
-    endif()
 endfunction()

@@ -67,11 +67,16 @@ prepare_preset() {
     packaging/armhf-sysroot.sh
 }
 
-# build_preset NAME: configures the preset and builds it; only what changed is built again.
+# build_preset NAME: configures the preset and builds it; only what changed is built again. Whoever
+# comes while another process builds it waits.
 build_preset() {
-    prepare_preset "$1"
-    quietly "Configuring preset $1" cmake --preset "$1"
-    quietly "Building preset $1" cmake --build --preset "$1"
+    mkdir -p build
+    {
+        flock 9
+        prepare_preset "$1" 9>&-
+        quietly "Configuring preset $1" cmake --preset "$1" 9>&-
+        quietly "Building preset $1" cmake --build --preset "$1" 9>&-
+    } 9> "build/$1.lock"
 }
 
 # run_tests NAME OPTION...: all tests of a built preset that ctest's options leave, one counted

@@ -7,13 +7,23 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=packaging/setup.sh
 . packaging/setup.sh
+# shellcheck source=tests/variants.sh
+. tests/variants.sh
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_for_coverage
+build_preset dev
 build_preset coverage
 find build/coverage -name '*.gcda' -delete
-# Without those that look at built files or build projects of their own.
-run_tests coverage -R '^tst_' -E '^tst_core_library$'
+# The tests of build/dev with the shared libraries of this build. Those that have a static library in
+# them are of this build themselves. Without those that look at built files.
+changes="s#ENVIRONMENT \"#&LD_LIBRARY_PATH=$PWD/build/coverage/lib;#"
+for program in build/coverage/bin/tst_*; do
+    changes+=";s#$PWD/build/dev/bin/${program##*/}\"#$PWD/$program\"#"
+done
+vary_tests "$PWD/build/dev" "$PWD/build/coverage/counted" "$changes"
+RIVO_SOAK_DIVISOR=100 RIVO_LAYOUT_CASES=500 run_variant build/coverage/counted \
+    -R '^tst_' -E '^(tst_core_library|tst_qml_.*)$'
 
 mkdir -p build/coverage/report
 status=0
