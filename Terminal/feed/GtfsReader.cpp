@@ -43,7 +43,7 @@ constexpr auto tripsFile = "trips.txt";
 constexpr auto stopTimesFile = "stop_times.txt";
 
 /// The identifiers of one kind in order of appearance, each kept once.
-class Ids
+class GtfsIds
 {
 public:
     /// The index of `id`, which is added if it is new.
@@ -83,10 +83,10 @@ private:
     bool m_isDefined = false;
 };
 
-class Reader
+class FolderReader
 {
 public:
-    Reader(const QString& folder, const FeedOptions& options, FeedReport& report)
+    FolderReader(const QString& folder, const FeedOptions& options, FeedReport& report)
         : m_folder(folder), m_options(options), m_report(report)
     {
     }
@@ -310,7 +310,7 @@ private:
 
     void readCalendar()
     {
-        Ids services;
+        GtfsIds services;
         readIfThere<CalendarRow>(calendarFile, [&](const CalendarRow& row) {
             if (!define(services, row, "service_id", row.service))
                 return;
@@ -337,7 +337,7 @@ private:
     void readStopTimes()
     {
         QVector<StopTimeRow> rows;
-        Ids trips = m_tripIds;
+        GtfsIds trips = m_tripIds;
         readIfThere<StopTimeRow>(stopTimesFile, [&](StopTimeRow& row) {
             checkReference(m_tripIds, tripsFile, row, "trip_id", row.tripId);
             checkReference(m_stopIds, stopsFile, row, "stop_id", row.stopId);
@@ -497,7 +497,7 @@ private:
     }
 
     /// Adds an identifier that a file defines; false if it is empty or there already.
-    bool define(Ids& ids, const Row& row, const char* column, const QString& id)
+    bool define(GtfsIds& ids, const Row& row, const char* column, const QString& id)
     {
         if (ids.contains(id))
             problem(row, column, id, QStringLiteral("each id once"));
@@ -507,8 +507,8 @@ private:
         return true;
     }
 
-    void checkReference(const Ids& ids, const char* definedIn, const Row& row, const char* column,
-                        const QString& id)
+    void checkReference(const GtfsIds& ids, const char* definedIn, const Row& row,
+                        const char* column, const QString& id)
     {
         if (ids.isDefined() && !id.isEmpty() && !ids.contains(id))
             problem(row, column, id, idOf(definedIn));
@@ -638,14 +638,14 @@ private:
     QSet<QString> m_texts; ///< every text once: a network repeats few texts very often
     Feed m_feed;
 
-    Ids m_categoryIds;
-    Ids m_mediumIds;
-    Ids m_areaIds;
-    Ids m_productIds;
-    Ids m_stopIds;
-    Ids m_routeIds;
-    Ids m_shapeIds;
-    Ids m_tripIds;
+    GtfsIds m_categoryIds;
+    GtfsIds m_mediumIds;
+    GtfsIds m_areaIds;
+    GtfsIds m_productIds;
+    GtfsIds m_stopIds;
+    GtfsIds m_routeIds;
+    GtfsIds m_shapeIds;
+    GtfsIds m_tripIds;
     QVector<CategoryRow> m_categories; ///< in the order of m_categoryIds
     QVector<AreaRow> m_areas;
     QString m_defaultCategory;
@@ -664,7 +664,7 @@ private:
 std::optional<Feed> readGtfsFeed(const QString& folder, const FeedOptions& options,
                                  FeedReport& report)
 {
-    return Reader(folder, options, report).read();
+    return FolderReader(folder, options, report).read();
 }
 
 } // namespace rivo::feed

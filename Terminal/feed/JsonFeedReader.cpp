@@ -66,10 +66,10 @@ bool isInteger(const QJsonValue& value)
     return value.isDouble() && std::trunc(value.toDouble()) == value.toDouble();
 }
 
-class Reader
+class RecordReader
 {
 public:
-    Reader(const QString& file, const FeedLimits& limits, FeedReport& report)
+    RecordReader(const QString& file, const FeedLimits& limits, FeedReport& report)
         : m_file(file), m_limits(limits), m_report(report)
     {
     }
@@ -373,7 +373,7 @@ std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options
     }
     // GCOVR_EXCL_STOP
     Document feed;
-    Reader(path, options.limits, report).read(document.object(), Place(), feed);
+    RecordReader(path, options.limits, report).read(document.object(), Place(), feed);
     checkPrinter(feed, document.object().value(QLatin1String("peripherals")), path, report);
     if (feed.networkEntry)
         checkNetwork(*feed.networkEntry,

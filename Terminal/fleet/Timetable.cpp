@@ -43,11 +43,11 @@ QSet<QString> servicesOfBusiestDay(const Network& network)
         ++sizes[trip.serviceId];
     QSet<QString> busiest;
     int most = 0;
-    for (int day = 0; day < 7; ++day) {
+    for (int weekday = 0; weekday < 7; ++weekday) {
         QSet<QString> services;
         int trips = 0;
         for (const feed::NetworkService& service : network.services) {
-            if ((service.days >> day & 1) == 0)
+            if ((service.days >> weekday & 1) == 0)
                 continue;
             services.insert(service.id);
             trips += sizes.value(service.id);
