@@ -87,7 +87,8 @@ if [ "${1:-}" = --all ]; then
             build="build/determinism-$compiler$level"
             quietly "Configuring $build" cmake --preset dev -B "$build" \
                 -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$level -DQT_FORCE_ASSERTS" \
-                -DCMAKE_BUILD_TYPE=None -DGUICORE_BUILD_QML=OFF -DGUICORE_BUILD_BENCHMARKS=OFF
+                -DCMAKE_BUILD_TYPE=None -DGUICORE_BUILD_QML=OFF -DGUICORE_BUILD_BENCHMARKS=OFF \
+                -DGUICORE_PRECOMPILED_HEADERS=OFF
             quietly "Building $build" cmake --build "$build"
             # shellcheck disable=SC2086 # a list of settings
             run_settings "$build" $all || status=1

@@ -93,7 +93,8 @@ fi
 # than they tell.
 cmake -G Ninja -S "$tree" -B "$out" "${quicker[@]}" -DCMAKE_BUILD_TYPE= \
     -DCMAKE_CXX_FLAGS="-O0 -g0" -DCMAKE_LINK_DEPENDS_NO_SHARED=ON -DGUICORE_BUILD_QML=OFF \
-    -DCMAKE_PROJECT_INCLUDE="$PWD/$here/libraries.cmake" -DGUICORE_BUILD_TOOLS=OFF > "$place/configure.log"
+    -DGUICORE_BUILD_TOOLS=OFF -DGUICORE_PRECOMPILED_HEADERS=ON \
+    -DCMAKE_PROJECT_INCLUDE="$PWD/$here/libraries.cmake" > "$place/configure.log"
 find "$out" -name CTestTestfile.cmake -exec sed -i 's/TIMEOUT "300"/TIMEOUT "60"/' {} +
 # A mutant is built once.
 export CCACHE_DISABLE=1
