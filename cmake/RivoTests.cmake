@@ -47,8 +47,8 @@ function(rivo_test_environment test)
 endfunction()
 
 # rivo_moc_one_file(<test>)
-# A test of one file includes what moc makes of it: one process. CMake's AUTOMOC starts five, for each
-# of many tests.
+# A test of one file includes what moc makes of it, and moc is all it needs: AUTOMOC adds two targets
+# and a file to compile to each of many tests.
 function(rivo_moc_one_file test)
     get_target_property(sources ${test} SOURCES)
     list(LENGTH sources count)
