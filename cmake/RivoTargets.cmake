@@ -36,7 +36,7 @@ endif()
 # rivo_precompile(<target> <header>...)
 # Has a library read headers of Qt that most of its files include once, where that is asked for. The
 # presets that package and that judge the sources do not ask: there a forgotten #include is noticed.
-# In one piece with the others of its target, a file has them from there.
+# A unity build reads them once anyway.
 function(rivo_precompile target)
     get_target_property(is_one_piece ${target} UNITY_BUILD)
     if(GUICORE_PRECOMPILED_HEADERS AND NOT is_one_piece)

@@ -13,11 +13,14 @@ packages+=,qtdeclarative5-dev,qtquickcontrols2-5-dev,libsqlite3-dev # the QML mo
 sysroot="$PWD/build/armhf-sysroot"
 stamp="$sysroot/made-by"
 
+# One process makes it; whoever comes meanwhile waits.
+mkdir -p build
+exec 9> build/armhf-sysroot.lock
+flock 9
 made_by="$(cat packaging/armhf-sysroot.sh packaging/bookworm.sh | sha256sum)"
 [ "$(cat "$stamp" 2> /dev/null || true)" != "$made_by" ] || exit 0
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_for_armhf_sysroot
-mkdir -p build
 trap 'rm -rf "$sysroot".new*' EXIT
 rm -rf "$sysroot".new*
 fetch_armhf "$sysroot.new.tar" "$packages"

@@ -100,7 +100,7 @@ configure_packages() {
     prepare_preset "$1"
     quietly "Configuring the packages of preset $1" cmake --preset "$1" -B "build/package-$1" \
         -DGUICORE_PACKAGES=ON -DGUICORE_BUILD_QML=ON \
-        -DGUICORE_BUILD_TESTS=OFF -DGUICORE_BUILD_BENCHMARKS=OFF \
+        -DGUICORE_BUILD_TESTS=OFF -DGUICORE_BUILD_BENCHMARKS=OFF -DGUICORE_PRECOMPILED_HEADERS=OFF \
         -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS= \
         -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_INSTALL_RPATH=ON
 }

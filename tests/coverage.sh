@@ -13,10 +13,11 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_for_coverage
 build_preset dev
+rm -f build/coverage/bin/tst_* # of an older build, perhaps
 build_preset coverage
 find build/coverage -name '*.gcda' -delete
-# The tests of build/dev with the shared libraries of this build. Those that have a static library in
-# them are of this build themselves. Without those that look at built files.
+# The tests of build/dev with the shared libraries of this build; those that link a static library are
+# built here with it. Tests of built files are left out.
 changes="s#ENVIRONMENT \"#&LD_LIBRARY_PATH=$PWD/build/coverage/lib;#"
 for program in build/coverage/bin/tst_*; do
     changes+=";s#$PWD/build/dev/bin/${program##*/}\"#$PWD/$program\"#"

@@ -7,7 +7,6 @@ function(rivo_prepare_for_mutants)
         target_compile_options(${library} PRIVATE -w)
         target_compile_definitions(${library} PRIVATE QT_FORCE_ASSERTS)
     endforeach()
-    # The logger's header first, as everywhere.
     target_precompile_headers(GuiCore PRIVATE
         <core/Logging.h> <QAbstractListModel> <QDateTime> <QGeoCoordinate> <QSet> <QVector> <algorithm>)
     target_precompile_headers(RivoCore PRIVATE

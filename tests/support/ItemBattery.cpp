@@ -362,7 +362,8 @@ void ItemBattery::constructorsTakeTheirArgumentsAsDeclared()
 
 void ItemBattery::bothConstructorsCountAndTheDestructorDoesNot()
 {
-    QVERIFY2(QByteArray(library().dli_fname).contains("/libGuiCore.so"), library().dli_fname);
+    const QByteArray file = library().dli_fname;
+    QVERIFY2(file.contains("/lib/libGuiCore.so") && !file.startsWith("/usr/lib"), file.constData());
     const QVector<const volatile int*> counters = instanceCounters();
     QCOMPARE(counters.size(), 5); // one per item class that counts
     const int one = m_item.isCounted ? 1 : 0;
