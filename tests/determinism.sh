@@ -85,6 +85,7 @@ if [ "${1:-}" = --all ]; then
     for compiler in g++-12 clang++-14; do
         for level in -O0 -O3; do
             build="build/determinism-$compiler$level"
+            # With the headers of each test alone: here a forgotten #include of a test is noticed.
             quietly "Configuring $build" cmake --preset dev -B "$build" \
                 -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$level -DQT_FORCE_ASSERTS" \
                 -DCMAKE_BUILD_TYPE=None -DGUICORE_BUILD_QML=OFF -DGUICORE_BUILD_BENCHMARKS=OFF \
