@@ -6,10 +6,10 @@ set -euo pipefail
 invoked_from="$PWD"
 cd "$(dirname "${BASH_SOURCE[0]}")"
 root="$PWD"
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
-# shellcheck source=packaging/screen.sh
-. packaging/screen.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
+# shellcheck source=scripts/screen.sh
+. scripts/screen.sh
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_run

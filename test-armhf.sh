@@ -3,8 +3,8 @@
 # armhf, in an emulator. What they compare with is the same as on this machine.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_test_armhf

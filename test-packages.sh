@@ -6,10 +6,10 @@
 # usage: ./test-packages.sh [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
-# shellcheck source=packaging/bookworm.sh
-. packaging/bookworm.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
+# shellcheck source=scripts/bookworm.sh
+. scripts/bookworm.sh
 preset="${1:-release}"
 
 # shellcheck disable=SC2086 # a list of names

@@ -2,8 +2,8 @@
 # Sets up, builds and runs all tests.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_test

@@ -5,8 +5,8 @@
 set -euo pipefail
 invoked_from="$PWD"
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
 
 if [ "$#" -gt 0 ]; then
     results=()

@@ -23,7 +23,7 @@ if [[ "$source" = */Unity/* ]]; then
     judge --checks="$own" "${sources[@]}" \
         --extra-arg=-Xclang --extra-arg=-analyzer-config --extra-arg=-Xclang --extra-arg=max-nodes=40000
     judge --checks='-clang-analyzer-*' "$source" \
-        --header-filter="^$root/(GuiCore|GuiCoreQml|Core|Terminal|tools)/"
+        --header-filter="^$root/(GuiCore|GuiCoreQml|Core|Feed|Program|Terminal|tools)/"
 else
     judge "$source"
 fi

@@ -1,5 +1,5 @@
 # 32-bit ARM with hardware floating point, Debian's armhf, built on another machine. The headers and
-# libraries come from the folder that packaging/armhf-sysroot.sh makes; programs run in an emulator.
+# libraries come from the folder that scripts/armhf-sysroot.sh makes; programs run in an emulator.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR armv7l)
 set(CMAKE_LIBRARY_ARCHITECTURE arm-linux-gnueabihf)

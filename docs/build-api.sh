@@ -5,8 +5,8 @@
 # usage: docs/build-api.sh
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
 output=build/api
 
 # shellcheck disable=SC2086 # a list of names

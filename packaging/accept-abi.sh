@@ -4,8 +4,8 @@
 # usage: packaging/accept-abi.sh [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
 # shellcheck source=packaging/abi.sh
 . packaging/abi.sh
 

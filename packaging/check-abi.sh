@@ -5,8 +5,8 @@
 set -euo pipefail
 here="$PWD"
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
 # shellcheck source=packaging/abi.sh
 . packaging/abi.sh
 

@@ -5,8 +5,8 @@
 # usage: packaging/make-packages.sh [--update] [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
 update=false
 [ "${1:-}" = --update ] && { update=true; shift; }
 preset="${1:-release}"

@@ -8,8 +8,8 @@
 set -euo pipefail
 export LC_ALL=C # decimal points
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
 
 architecture=amd64
 case "${1:-}" in

@@ -8,7 +8,7 @@ source_dir="$1" xvfb_run="$2"
 
 folder="$(mktemp -d)"
 trap 'rm -rf "$folder"' EXIT
-ask=". '$source_dir/packaging/screen.sh'; screen_to_use 2>&1"
+ask=". '$source_dir/scripts/screen.sh'; screen_to_use 2>&1"
 asked() { env -u QT_QPA_PLATFORM -u DISPLAY -u WAYLAND_DISPLAY -u XDG_RUNTIME_DIR "$@" bash -euo pipefail -c "$ask"; }
 
 # A socket that is there, and packages that are or are not installed, whatever this machine has.

@@ -12,8 +12,8 @@
 #   build/fuzz/bin/fuzz_FUZZER build/fuzz/crashes/FILE
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
 
 at_a_time="$(nproc)"
 if [ "${1:-}" = --all-at-once ]; then

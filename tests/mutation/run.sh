@@ -19,8 +19,8 @@
 # a mutant survived that equivalent.txt does not explain, and fewer than 97 % were killed.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
 here=tests/mutation
 place=build/mutation
 results="$place/results.tsv"
@@ -93,7 +93,7 @@ fi
 # than they tell.
 cmake -G Ninja -S "$tree" -B "$out" "${quicker[@]}" -DCMAKE_BUILD_TYPE= \
     -DCMAKE_CXX_FLAGS="-O0 -g0" -DCMAKE_LINK_DEPENDS_NO_SHARED=ON -DGUICORE_BUILD_QML=OFF \
-    -DGUICORE_BUILD_TOOLS=OFF -DGUICORE_PRECOMPILED_HEADERS=ON \
+    -DGUICORE_BUILD_FEED=OFF -DGUICORE_BUILD_TERMINAL=OFF -DGUICORE_BUILD_TOOLS=OFF -DGUICORE_PRECOMPILED_HEADERS=ON \
     -DCMAKE_PROJECT_INCLUDE="$PWD/$here/libraries.cmake" > "$place/configure.log"
 find "$out" -name CTestTestfile.cmake -exec sed -i 's/TIMEOUT "300"/TIMEOUT "60"/' {} +
 # A mutant is built once.

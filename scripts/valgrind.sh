@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
 # The C++ tests of a build, which is build/dev unless another one is named, under valgrind memcheck:
-# no error and no block lost, directly or through another one, but those of tests/valgrind.supp.
+# no error and no block lost, directly or through another one, but those of scripts/valgrind.supp.
 # What tries very many cases tries fewer.
 #
-#   tests/valgrind.sh [BUILD]
+#   scripts/valgrind.sh [BUILD]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
-# shellcheck source=tests/variants.sh
-. tests/variants.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
+# shellcheck source=scripts/variants.sh
+. scripts/variants.sh
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_for_valgrind
@@ -22,7 +22,7 @@ mkdir -p "$logs"
 memcheck='"valgrind" "--tool=memcheck" "--error-exitcode=99" "--leak-check=full"'
 memcheck+=' "--show-leak-kinds=definite,indirect" "--errors-for-leak-kinds=definite,indirect"'
 memcheck+=' "--num-callers=40" "--gen-suppressions=all" "--child-silent-after-fork=yes"'
-memcheck+=" \"--suppressions=$PWD/tests/valgrind.supp\" \"--log-file=$logs/\\1.log\""
+memcheck+=" \"--suppressions=$PWD/scripts/valgrind.supp\" \"--log-file=$logs/\\1.log\""
 vary_tests "$build" "$PWD/build/valgrind/memcheck" "
     s#^add_test(\\[=\\[\\(tst_[a-z_]*\\)\\]=\\] #&$memcheck #
     s#TIMEOUT \"[0-9]*\"#TIMEOUT \"1200\"#

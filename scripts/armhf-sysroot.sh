@@ -3,10 +3,10 @@
 # installed or run here. Made again only after what makes it has changed.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
-# shellcheck source=packaging/bookworm.sh
-. packaging/bookworm.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
+# shellcheck source=scripts/bookworm.sh
+. scripts/bookworm.sh
 
 packages=libc6-dev,qtbase5-dev,qtpositioning5-dev,libeasyloggingpp-dev,libcsv-dev
 packages+=,qtdeclarative5-dev,qtquickcontrols2-5-dev,libsqlite3-dev # the QML module and the terminal
@@ -17,7 +17,7 @@ stamp="$sysroot/made-by"
 mkdir -p build
 exec 9> build/armhf-sysroot.lock
 flock 9
-made_by="$(cat packaging/armhf-sysroot.sh packaging/bookworm.sh | sha256sum)"
+made_by="$(cat scripts/armhf-sysroot.sh scripts/bookworm.sh | sha256sum)"
 [ "$(cat "$stamp" 2> /dev/null || true)" != "$made_by" ] || exit 0
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_for_armhf_sysroot

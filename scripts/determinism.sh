@@ -2,15 +2,15 @@
 # The same results whatever the hash seed, locale, time zone, compiler and optimisation: runs the
 # C++ tests with their golden files, and compares what the tools print byte by byte.
 #
-#   tests/determinism.sh [BUILD]  a sample of three settings with build/dev or another build
-#   tests/determinism.sh --all    ten hash seeds, with every pair of locale and time zone among
+#   scripts/determinism.sh [BUILD]  a sample of three settings with build/dev or another build
+#   scripts/determinism.sh --all    ten hash seeds, with every pair of locale and time zone among
 #                                 them, for each of g++ and clang++ at -O0 and -O3
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
-# shellcheck source=tests/variants.sh
-. tests/variants.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
+# shellcheck source=scripts/variants.sh
+. scripts/variants.sh
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_for_determinism
@@ -88,7 +88,7 @@ if [ "${1:-}" = --all ]; then
             # With the headers of each test alone: here a forgotten #include of a test is noticed.
             quietly "Configuring $build" cmake --preset dev -B "$build" \
                 -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$level -DQT_FORCE_ASSERTS" \
-                -DCMAKE_BUILD_TYPE=None -DGUICORE_BUILD_QML=OFF -DGUICORE_BUILD_BENCHMARKS=OFF \
+                -DCMAKE_BUILD_TYPE=None -DGUICORE_BUILD_QML=OFF -DGUICORE_BUILD_TERMINAL=OFF -DGUICORE_BUILD_BENCHMARKS=OFF \
                 -DGUICORE_PRECOMPILED_HEADERS=OFF
             quietly "Building $build" cmake --build "$build"
             # shellcheck disable=SC2086 # a list of settings

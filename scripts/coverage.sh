@@ -5,10 +5,10 @@
 # counted.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-# shellcheck source=packaging/setup.sh
-. packaging/setup.sh
-# shellcheck source=tests/variants.sh
-. tests/variants.sh
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
+# shellcheck source=scripts/variants.sh
+. scripts/variants.sh
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_for_coverage
@@ -29,8 +29,8 @@ RIVO_SOAK_DIVISOR=100 RIVO_LAYOUT_CASES=500 run_variant build/coverage/counted \
 mkdir -p build/coverage/report
 status=0
 gcovr -j "$(nproc)" --root . --object-directory build/coverage \
-    build/coverage/GuiCore/CMakeFiles/GuiCore.dir build/coverage/Core build/coverage/Terminal/feed \
-    --filter 'GuiCore/src/' --filter 'Core/' --filter 'Terminal/feed/' \
+    build/coverage/GuiCore/CMakeFiles/GuiCore.dir build/coverage/Core build/coverage/Feed \
+    --filter 'GuiCore/src/' --filter 'Core/' --filter 'Feed/' \
     --exclude-throw-branches --exclude-unreachable-branches \
     --exclude-branches-by-pattern '.*Q_ASSERT\(.*' \
     --fail-under-line 100 --fail-under-branch 98 \

@@ -64,7 +64,7 @@ prepare_preset() {
     [[ "$1" = *armhf ]] || return 0
     # shellcheck disable=SC2086 # a list of names
     need_packages $packages_to_build_armhf
-    packaging/armhf-sysroot.sh
+    scripts/armhf-sysroot.sh
 }
 
 # build_preset NAME: configures the preset and builds it; only what changed is built again. Whoever
@@ -99,7 +99,7 @@ run_tests() {
 configure_packages() {
     prepare_preset "$1"
     quietly "Configuring the packages of preset $1" cmake --preset "$1" -B "build/package-$1" \
-        -DGUICORE_PACKAGES=ON -DGUICORE_BUILD_QML=ON \
+        -DGUICORE_PACKAGES=ON -DGUICORE_BUILD_QML=ON -DGUICORE_BUILD_TERMINAL=ON \
         -DGUICORE_BUILD_TESTS=OFF -DGUICORE_BUILD_BENCHMARKS=OFF -DGUICORE_PRECOMPILED_HEADERS=OFF \
         -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS= \
         -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_INSTALL_RPATH=ON
