@@ -49,7 +49,7 @@ empty 0" "$output"
     grep -qE "$log" "$work/consumer.log" || expect "$1 logs" "$log" "$(cat "$work/consumer.log")"
 }
 
-step "find_package" "$cmake" -G "$generator" -S "$source_dir/tests/consumer" -B "$work/cmake" \
+step "find_package" "$cmake" -G "$generator" -S "$source_dir/tests/delivery/consumer" -B "$work/cmake" \
     "-DCMAKE_CXX_COMPILER=$compiler" "-DCMAKE_CXX_FLAGS=${flags[*]}" "-DCMAKE_PREFIX_PATH=$tree"
 step "building with CMake" "$cmake" --build "$work/cmake"
 run_consumer "$work/cmake/consumer"
@@ -57,7 +57,7 @@ expect "needs the core library by its plain name" "libRIVO_ARM_QtLib.so" \
     "$(needed "$work/cmake/consumer" | grep RIVO)"
 
 mkdir "$work/newer"
-sed 's/GuiCore 1.0/GuiCore 2.0/' "$source_dir/tests/consumer/CMakeLists.txt" > "$work/newer/CMakeLists.txt"
+sed 's/GuiCore 1.0/GuiCore 2.0/' "$source_dir/tests/delivery/consumer/CMakeLists.txt" > "$work/newer/CMakeLists.txt"
 "$cmake" -G "$generator" -S "$work/newer" -B "$work/newer/build" "-DCMAKE_CXX_COMPILER=$compiler" \
     "-DCMAKE_PREFIX_PATH=$tree" 2>&1 | grep -q 'compatible with requested version "2.0"' ||
     expect "another major version is refused" "refused" "taken"
@@ -72,7 +72,7 @@ expect "pkg-config knows the version" \
     "$(pkg-config --modversion GuiCore)"
 read -ra use <<< "$(pkg-config --cflags --libs GuiCore)"
 step "building with pkg-config" "$compiler" "${flags[@]}" -std=c++17 -Wall -Wextra \
-    "$source_dir/tests/consumer/main.cpp" "${use[@]}" "-Wl,-rpath,$libraries" -o "$work/consumer"
+    "$source_dir/tests/delivery/consumer/main.cpp" "${use[@]}" "-Wl,-rpath,$libraries" -o "$work/consumer"
 run_consumer "$work/consumer"
 
 # Each header by itself; then those of the logger's storage with any of them.

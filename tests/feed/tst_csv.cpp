@@ -1,4 +1,4 @@
-#include "CsvTable.h"
+#include "CsvTable_p.h"
 #include "FeedProblem.h"
 
 #include <QtTest>
