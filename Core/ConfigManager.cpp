@@ -1,8 +1,8 @@
 #include <core/ConfigManager.h>
 
-#include "FileFollower.h"
-#include "LoggerConfiguration.h"
-#include "SettingsConfigPrivate.h"
+#include "FileFollower_p.h"
+#include "LoggerConfiguration_p.h"
+#include "SettingsConfig_p.h"
 
 #include <core-private/SettingsFile.h>
 #include <core/SettingsConfig.h>

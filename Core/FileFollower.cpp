@@ -1,4 +1,4 @@
-#include "FileFollower.h"
+#include "FileFollower_p.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QSet>

@@ -1,6 +1,6 @@
-#include "LoggerConfiguration.h"
+#include "LoggerConfiguration_p.h"
 
-#include "RegularFile.h"
+#include "RegularFile_p.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>

@@ -1,7 +1,7 @@
 // The logger's storage of this process: the third-party implementation, compiled once, with every
 // class of it visible to the other libraries.
 
-#include "LoggerConfiguration.h"
+#include "LoggerConfiguration_p.h"
 
 // Whatever the macro set says: no log file unless logging.conf names one, nothing on standard
 // output.

@@ -1,4 +1,4 @@
-#include "RegularFile.h"
+#include "RegularFile_p.h"
 
 #include <QtCore/QFile>
 

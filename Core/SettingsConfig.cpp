@@ -1,6 +1,6 @@
 #include <core/SettingsConfig.h>
 
-#include "SettingsConfigPrivate.h"
+#include "SettingsConfig_p.h"
 
 namespace rivo::core
 {

@@ -1,6 +1,6 @@
 #include <core-private/SettingsFile.h>
 
-#include "RegularFile.h"
+#include "RegularFile_p.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>

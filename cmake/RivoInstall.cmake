@@ -54,21 +54,10 @@ function(rivo_install_library)
     set_target_properties(GuiCore PROPERTIES INSTALL_RPATH "$ORIGIN")
     install(TARGETS GuiCore EXPORT GuiCoreTargets
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime NAMELINK_COMPONENT dev
-        INCLUDES DESTINATION "${GUICORE_INSTALL_INCLUDEDIR}")
-    get_target_property(source_dir GuiCore SOURCE_DIR)
-    get_target_property(binary_dir GuiCore BINARY_DIR)
-    get_target_property(headers GuiCore SOURCES)
-    list(FILTER headers INCLUDE REGEX "^src/.*\\.h$")
-    list(FILTER headers EXCLUDE REGEX "/(ProductDump|ZoneIndex)\\.h$") # not part of the interface
-    list(TRANSFORM headers PREPEND "${source_dir}/")
-    install(FILES ${headers} "${binary_dir}/include/GuiCoreExport.h"
-        DESTINATION "${GUICORE_INSTALL_INCLUDEDIR}" COMPONENT dev)
-
+        FILE_SET HEADERS DESTINATION "${GUICORE_INSTALL_INCLUDEDIR}" COMPONENT dev)
+    install(TARGETS RivoCoreBoundary
+        FILE_SET HEADERS DESTINATION "${GUICORE_INSTALL_INCLUDEDIR}" COMPONENT dev)
     rivo_install_core()
-    get_target_property(core_binary_dir RivoCoreBoundary BINARY_DIR)
-    install(DIRECTORY "${source_dir}/include/core" "${core_binary_dir}/include/core"
-        DESTINATION "${GUICORE_INSTALL_INCLUDEDIR}" COMPONENT dev
-        FILES_MATCHING PATTERN "*.h")
 
     set(generated "${CMAKE_CURRENT_BINARY_DIR}/install")
     configure_package_config_file(cmake/GuiCoreConfig.cmake.in "${generated}/GuiCoreConfig.cmake"

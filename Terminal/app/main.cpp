@@ -5,6 +5,7 @@
 
 #include <FeedLoader.h>
 #include <LibraryDiagnostics.h>
+#include <ProgramStart.h>
 #include <StandardOutput.h>
 
 #include <QDir>
@@ -15,7 +16,6 @@
 #include <QQuickWindow>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTextStream>
 #include <QTranslator>
 
 #include <memory>
@@ -31,14 +31,6 @@ using terminal::Terminal;
 
 enum ExitCode { Done = 0, Failed = 1, BadInput = 2 };
 
-void complain(const QStringList& lines)
-{
-    QTextStream standardError(stderr);
-    standardError.setCodec("UTF-8");
-    for (const QString& line : lines)
-        standardError << line << '\n';
-}
-
 void translate(QGuiApplication& application, QTranslator& translator, const QString& language)
 {
     QLocale locale = language.isEmpty() ? QLocale::system() : QLocale(language);
@@ -52,8 +44,8 @@ void translate(QGuiApplication& application, QTranslator& translator, const QStr
         application.installTranslator(&translator);
     const bool isUnderstood = isThere && QLocale(language).language() != QLocale::C;
     if (!language.isEmpty() && !isUnderstood)
-        complain({QStringLiteral("rivo-terminal: --language %1: no such texts, English is shown")
-                      .arg(language)});
+        reportFailure(
+            QStringLiteral("--language %1: no such texts, English is shown").arg(language));
 }
 
 Terminal::Settings settingsOf(const Options& options)
@@ -121,7 +113,7 @@ int show(QGuiApplication& application, Screen& screen, const Options& options, E
         return application.exec() == 0 ? otherwise : Failed;
     if (screen.savePicture(options.screenshot))
         return otherwise;
-    complain({QStringLiteral("rivo-terminal: cannot write %1").arg(options.screenshot)});
+    reportFailure(QStringLiteral("cannot write %1").arg(options.screenshot));
     return Failed;
 }
 
@@ -129,8 +121,7 @@ int show(QGuiApplication& application, Screen& screen, const Options& options, E
 
 int main(int argc, char* argv[])
 {
-    QCoreApplication::setApplicationName(QStringLiteral("rivo-terminal"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(RIVO_VERSION));
+    nameProgram(QStringLiteral("rivo-terminal"));
     // Before there has to be a display: --help and mistakes need none.
     const std::optional<Options> options = readCommandLine(argc, argv);
     if (!options)

@@ -1,8 +1,7 @@
 #include "FeedCommandLine.h"
 
-#include "ToolProgram.h"
-
 #include <FeedProblem.h>
+#include <ProgramStart.h>
 
 #include <QCoreApplication>
 #include <QMap>

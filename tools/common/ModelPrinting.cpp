@@ -1,10 +1,11 @@
 #include "ModelPrinting.h"
 
 #include "ConfiguredOrder.h"
-#include "LibraryDiagnostics.h"
 #include "RoleWriter.h"
-#include "StandardOutput.h"
-#include "ToolProgram.h"
+
+#include <LibraryDiagnostics.h>
+#include <ProgramStart.h>
+#include <StandardOutput.h>
 
 namespace
 {

@@ -1,30 +1,14 @@
 #include "ToolProgram.h"
 
 #include <FeedLoader.h>
-
-#include <QCoreApplication>
-#include <QTextStream>
+#include <ProgramStart.h>
 
 #include <clocale>
 
-void nameProgram(const QString& name)
+void startTool(const QString& name)
 {
-    QCoreApplication::setApplicationName(name);
-    QCoreApplication::setApplicationVersion(QStringLiteral(RIVO_VERSION));
+    nameProgram(name);
     static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));
-}
-
-void complain(const QStringList& lines)
-{
-    QTextStream standardError(stderr);
-    standardError.setCodec("UTF-8");
-    for (const QString& line : lines)
-        standardError << line << '\n';
-}
-
-void reportFailure(const QString& failure)
-{
-    complain({QCoreApplication::applicationName() + QStringLiteral(": ") + failure});
 }
 
 std::optional<rivo::feed::Feed> readFeed(const QString& path,

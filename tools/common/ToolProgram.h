@@ -3,7 +3,6 @@
 #include <Feed.h>
 
 #include <QString>
-#include <QStringList>
 
 #include <optional>
 
@@ -19,15 +18,9 @@ enum ExitCode {
     BadInput = 2   ///< the feed or the command line is wrong, or the output cannot be written
 };
 
-/// Name and version of the application that runs, and the width of characters on a terminal.
-void nameProgram(const QString& name);
+/// Sets name and version of the tool, and the width of characters on a terminal.
+void startTool(const QString& name);
 
-/// Writes the lines to standard error, in UTF-8.
-void complain(const QStringList& lines);
-
-/// Complains in one line that begins with the name of the program.
-void reportFailure(const QString& failure);
-
-/// Reads a feed and complains of its problems and notices; nothing if there are problems.
+/// Reads a feed and reports its problems and notices; nothing if there are problems.
 std::optional<rivo::feed::Feed> readFeed(const QString& path,
                                          const rivo::feed::FeedOptions& options);

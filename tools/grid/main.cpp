@@ -40,7 +40,7 @@ int run(const GridOptions& options, const rivo::feed::Feed& feed)
 int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
-    nameProgram(QStringLiteral("rivo-grid"));
+    startTool(QStringLiteral("rivo-grid"));
 
     const std::optional<GridOptions> options = parseCommandLine(QCoreApplication::arguments());
     if (!options)

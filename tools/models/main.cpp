@@ -7,6 +7,7 @@
 #include <ModelPrinting.h>
 #include <PassengerTypesModel.h>
 #include <PeripheralsModel.h>
+#include <ProgramStart.h>
 #include <RoleWriter.h>
 #include <ShoppingBasketModel.h>
 #include <ToolProgram.h>
@@ -92,7 +93,7 @@ int run(const ModelsOptions& options, const Feed& feed)
 int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
-    nameProgram(QStringLiteral("rivo-models"));
+    startTool(QStringLiteral("rivo-models"));
 
     const std::optional<ModelsOptions> options = parseCommandLine(QCoreApplication::arguments());
     if (!options)

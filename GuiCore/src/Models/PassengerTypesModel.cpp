@@ -1,7 +1,7 @@
 #include "PassengerTypesModel.h"
 
 #include "PassengerTypeItem.h"
-#include "ProductDump.h"
+#include "ProductDump_p.h"
 
 #include <core/ConfigManager.h>
 #include <core/JsonObjectFactory.h>

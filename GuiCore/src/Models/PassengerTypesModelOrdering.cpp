@@ -1,8 +1,8 @@
 #include "PassengerTypesModel.h"
 
 #include "PassengerTypeItem.h"
-#include "ProductDump.h"
-#include "ZoneIndex.h"
+#include "ProductDump_p.h"
+#include "ZoneIndex_p.h"
 
 #include <core/Logging.h>
 

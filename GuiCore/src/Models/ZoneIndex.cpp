@@ -1,4 +1,4 @@
-#include "ZoneIndex.h"
+#include "ZoneIndex_p.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,7 +1,7 @@
-#include "JsonNetwork.h"
+#include "JsonNetwork_p.h"
 
 #include "FeedProblem.h"
-#include "JsonFields.h"
+#include "JsonFields_p.h"
 
 #include <QJsonArray>
 #include <QSet>

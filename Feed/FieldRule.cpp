@@ -1,4 +1,4 @@
-#include "FieldRule.h"
+#include "FieldRule_p.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "JsonPrescan.h"
+#include "JsonPrescan_p.h"
 
-#include "FeedFile.h"
+#include "FeedFile_p.h"
 #include "FeedProblem.h"
 
 #include <QJsonArray>

@@ -1,6 +1,6 @@
-#include "CsvTable.h"
+#include "CsvTable_p.h"
 
-#include "FeedFile.h"
+#include "FeedFile_p.h"
 #include "FeedProblem.h"
 
 #include <csv.h>

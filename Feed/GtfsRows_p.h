@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Feed.h"
-#include "FieldRule.h"
+#include "FieldRule_p.h"
 #include "TextForms.h"
 
 #include <QString>

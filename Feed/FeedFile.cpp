@@ -1,4 +1,4 @@
-#include "FeedFile.h"
+#include "FeedFile_p.h"
 
 #include "FeedProblem.h"
 

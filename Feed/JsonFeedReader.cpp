@@ -1,10 +1,10 @@
-#include "JsonFeedReader.h"
+#include "JsonFeedReader_p.h"
 
-#include "FeedFile.h"
+#include "FeedFile_p.h"
 #include "FeedProblem.h"
-#include "JsonFields.h"
-#include "JsonNetwork.h"
-#include "JsonPrescan.h"
+#include "JsonFields_p.h"
+#include "JsonNetwork_p.h"
+#include "JsonPrescan_p.h"
 #include "PassengerTypes.h"
 
 #include <QHash>

@@ -1,10 +1,10 @@
-#include "GtfsReader.h"
+#include "GtfsReader_p.h"
 
-#include "CsvTable.h"
-#include "FeedFile.h"
+#include "CsvTable_p.h"
+#include "FeedFile_p.h"
 #include "FeedProblem.h"
-#include "FieldRule.h"
-#include "GtfsRows.h"
+#include "FieldRule_p.h"
+#include "GtfsRows_p.h"
 #include "PassengerTypes.h"
 #include "TextForms.h"
 

@@ -1,6 +1,6 @@
 #include "StandardOutput.h"
 
-#include "ToolProgram.h"
+#include "ProgramStart.h"
 
 #include <QByteArray>
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "FeedLoader.h"
 
-#include "GtfsReader.h"
-#include "JsonFeedReader.h"
+#include "GtfsReader_p.h"
+#include "JsonFeedReader_p.h"
 
 #include <QFileInfo>
 
