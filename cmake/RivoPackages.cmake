@@ -51,7 +51,7 @@ function(rivo_debian_package component package)
         set(CPACK_${CMAKE_MATCH_1} "${CMAKE_MATCH_2}" PARENT_SCOPE)
     endforeach()
 
-    execute_process(COMMAND gzip -9nc "${CMAKE_SOURCE_DIR}/packaging/debian/changelog"
+    execute_process(COMMAND gzip -9nc "${rivo_changelog}"
         OUTPUT_FILE "${generated}/changelog.gz" COMMAND_ERROR_IS_FATAL ANY)
     install(FILES "${generated}/changelog.gz" "${CMAKE_SOURCE_DIR}/packaging/debian/copyright"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" COMPONENT ${component})
@@ -105,6 +105,14 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ${GUICORE_PACKAGE_SHLIBDEPS})
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
 rivo_debian_architecture(CPACK_DEBIAN_PACKAGE_ARCHITECTURE)
+
+set(rivo_changelog "${CMAKE_CURRENT_BINARY_DIR}/packaging/changelog")
+file(MAKE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/packaging")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/CHANGELOG.md")
+execute_process(
+    COMMAND "${CMAKE_SOURCE_DIR}/packaging/debian-changelog.sh"
+        "${CPACK_PACKAGE_NAME}" "${PROJECT_VERSION}" "${CPACK_PACKAGE_CONTACT}"
+    OUTPUT_FILE "${rivo_changelog}" COMMAND_ERROR_IS_FATAL ANY)
 
 set(compiler_libraries "libc6 (>= 2.34)" "libgcc-s1 (>= 3.5)" "libstdc++6 (>= 12)")
 set(qt_core "libqt5core5a (>= 5.15.1)")

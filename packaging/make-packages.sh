@@ -19,7 +19,7 @@ configure_packages "$preset"
 quietly "Building the packages of preset $preset" cmake --build "$build"
 
 # The time of what is packaged, so that the same sources give the same packages.
-SOURCE_DATE_EPOCH="$(git log -1 --format=%ct 2> /dev/null || stat -c %Y packaging/debian/changelog)"
+SOURCE_DATE_EPOCH="$(git log -1 --format=%ct 2> /dev/null || stat -c %Y CHANGELOG.md)"
 export SOURCE_DATE_EPOCH
 rm -rf "$build/packages" "$build/_CPack_Packages"
 (cd "$build" && umask 022 && quietly "Packing" cpack)
