@@ -77,7 +77,7 @@ run_settings() {
 }
 # Qt says on standard error that a seed is forced, unless that is 0: what compares the standard error
 # of a process has 0. What the system says of an error (LANGUAGE) stays English: the tests know it so.
-hears_qt='tst_rivo_grid\|tst_rivo_models\|tst_core_logging\|tst_core_swap\|tst_swapped_core\|quiet_start\|readme_grid\|feed_schema_agreement'
+hears_qt='tst_rivo_grid\|tst_rivo_models\|tst_core_logging\|tst_core_swap\|tst_swapped_core\|quiet_start\|grid_document\|feed_schema_agreement'
 left_out='^(installed_tree|screen_to_use|abi_kept|core_imported_library|core_other_macros|tst_qml_.*)$'
 
 status=0
