@@ -1,15 +1,14 @@
-# The Debian packages, one per component: what only they have, and how CPack makes them.
-# Used by packaging/make-packages.sh.
+# Makes the Debian packages with CPack, one for each component. packaging/make-packages.sh uses it.
 
 # rivo_debian_architecture(<variable>)
-# Debian's name of the machine that the compiler builds for.
+# Sets the variable to Debian's name of the architecture that the compiler builds for.
 function(rivo_debian_architecture variable)
     set(x86_64-linux-gnu amd64)
     set(aarch64-linux-gnu arm64)
     set(arm-linux-gnueabihf armhf)
     if(NOT DEFINED "${CMAKE_LIBRARY_ARCHITECTURE}")
         message(FATAL_ERROR "No packages for \"${CMAKE_LIBRARY_ARCHITECTURE}\": "
-            "amd64, arm64 and armhf are what cmake/RivoPackages.cmake knows")
+            "cmake/RivoPackages.cmake knows amd64, arm64 and armhf")
     endif()
     set(${variable} "${${CMAKE_LIBRARY_ARCHITECTURE}}" PARENT_SCOPE)
 endfunction()
@@ -18,8 +17,8 @@ endfunction()
 #                     [NEEDS <component>...] [DEPENDS <package>...] [RECOMMENDS <package>...]
 #                     [LIBRARIES <package>...] [EXTRA <control file>...]
 #                     [SUPPRESS <lintian tag>...])
-# DESCRIPTION: the synopsis, then the lines of the text. LIBRARIES: the packages that its binaries
-# need, for cross builds, where the tool that finds them may not know the target's packages.
+# DESCRIPTION: the synopsis, then the lines of the text. LIBRARIES: the packages of the libraries that
+# the binaries load. Cross builds need this list: dpkg-shlibdeps does not know the target's packages.
 function(rivo_debian_package component package)
     cmake_parse_arguments(PARSE_ARGV 2 arg ""
         "SECTION" "DESCRIPTION;NEEDS;DEPENDS;RECOMMENDS;LIBRARIES;EXTRA;SUPPRESS")
@@ -64,7 +63,7 @@ function(rivo_debian_package component package)
     endif()
 endfunction()
 
-# What starts the terminal with the machine.
+# Installs what starts the terminal with the machine.
 function(rivo_install_kiosk)
     set(generated "${CMAKE_CURRENT_BINARY_DIR}/packaging/kiosk")
     set(kiosk "${CMAKE_SOURCE_DIR}/packaging/kiosk")
@@ -80,7 +79,7 @@ function(rivo_install_kiosk)
 endfunction()
 
 if(CMAKE_CROSSCOMPILING AND CMAKE_SYSROOT)
-    set(shlibdeps OFF) # the target's packages are not in the data base of this machine
+    set(shlibdeps OFF) # the package database of this machine does not have the target's packages
 else()
     set(shlibdeps ON)
 endif()
@@ -123,15 +122,15 @@ rivo_debian_package(runtime libguicore${PROJECT_VERSION_MAJOR}
     SECTION libs
     DESCRIPTION
         "list models of a ticketing terminal"
-        "Models behind the touch screen with which a bus driver sells tickets: the"
-        "selection grid, the basket, the catalogue of fare products, the Z reports, the"
-        "fleet and the devices. With the core library libRIVO_ARM_QtLib.so:"
-        "configuration, registry and logger."
+        "Qt list models for the touch screen of a ticketing terminal in a bus: the"
+        "selection grid, the basket, the fare products, the Z reports, the vehicles of"
+        "the fleet and the devices. The package also contains the core library"
+        "libRIVO_ARM_QtLib.so with configuration, registry and logger."
     LIBRARIES ${compiler_libraries} ${qt_core} ${positioning}
     EXTRA "${CMAKE_CURRENT_BINARY_DIR}/packaging/shlibs"
         "${CMAKE_SOURCE_DIR}/packaging/debian/runtime/triggers"
-    # Another build of the core library takes the place of ours under that very name; CPack writes
-    # its call of ldconfig beside the trigger.
+    # The core library has no version in its name, so that another build can replace it. CPack adds
+    # a call of ldconfig to the trigger.
     SUPPRESS
         "shared-library-lacks-version usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/libRIVO_ARM_QtLib.so libRIVO_ARM_QtLib.so"
         "maintscript-calls-ldconfig [postinst]" "maintscript-calls-ldconfig [postrm]")
@@ -139,8 +138,8 @@ rivo_debian_package(dev libguicore-dev
     SECTION libdevel
     DESCRIPTION
         "list models of a ticketing terminal - development files"
-        "Headers of GuiCore and of the core library, and what lets CMake"
-        "(find_package(GuiCore)) and pkg-config (GuiCore) find them."
+        "Headers of GuiCore and of the core library, with files for CMake"
+        "(find_package(GuiCore)) and pkg-config (GuiCore)."
     NEEDS runtime
     DEPENDS "qtbase5-dev (>= 5.15)" "qtpositioning5-dev (>= 5.15)" libeasyloggingpp-dev
     SUPPRESS "pkg-config-bad-directive -fPIC [usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/pkgconfig/GuiCore.pc]")
@@ -149,7 +148,7 @@ if(TARGET GuiCoreQml)
         SECTION libs
         DESCRIPTION
             "list models of a ticketing terminal - QML module"
-            "The models and rows of GuiCore as types of QML: import Rivo.GuiCore 1.0"
+            "QML types for the models and rows of GuiCore: import Rivo.GuiCore 1.0"
         NEEDS runtime
         LIBRARIES ${compiler_libraries} ${qt_core} "libqt5qml5 (>= 5.15.1)")
 endif()
@@ -158,18 +157,19 @@ if(TARGET rivo-terminal)
         SECTION misc
         DESCRIPTION
             "ticketing terminal for the driver of a bus"
-            "Sells tickets on a touch screen from a feed: the grid, the basket with payment"
-            "and printing, the fare catalogue, Z reports, the fleet on a map, the devices."
-            "Sales are kept in a journal that survives a power cut."
+            "Sells tickets from a feed on a touch screen. It shows the selection grid, the"
+            "basket with payment and printing, the fare products, the Z reports, the"
+            "vehicles on a map and the devices. A journal on disk keeps the sales, also"
+            "after a power cut."
             "."
-            "A systemd unit (not enabled by itself) and a session for display managers run"
-            "the terminal alone on the screen. Two sample feeds are included."
+            "A systemd service, which is not enabled by default, and a session for display"
+            "managers show the terminal on the whole screen. Two sample feeds are included."
         NEEDS runtime qml
         LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
             "libqt5gui5 (>= 5.15.1)" "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
             "libqt5quickcontrols2-5 (>= 5.15.1)" "libqt5sql5 (>= 5.15.1)"
             "libsqlite3-0 (>= 3.6.18)"
-        # Loaded at run time: the journal's data base, icons, texts, and what the QML imports.
+        # Loaded at run time: the database of the journal, icons, fonts, and what the QML imports.
         DEPENDS adduser libqt5sql5-sqlite libqt5svg5 "fonts-dejavu-core | fonts-dejavu"
             qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2
             qml-module-qtquick-controls2 qml-module-qtquick-templates2
@@ -179,7 +179,7 @@ if(TARGET rivo-terminal)
             ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postinst
             ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/prerm
             ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postrm
-        SUPPRESS "no-manual-page [usr/bin/rivo-terminal]") # --help tells all
+        SUPPRESS "no-manual-page [usr/bin/rivo-terminal]") # --help documents all options
     rivo_install_kiosk()
 endif()
 if(TARGET rivo-grid)
@@ -187,8 +187,8 @@ if(TARGET rivo-grid)
         SECTION misc
         DESCRIPTION
             "tools for the feeds of a ticketing terminal"
-            "rivo-grid prints the selection grid of a feed and judges its back-office"
-            "positions; rivo-models prints any of the models as a table, JSON or CSV."
+            "rivo-grid prints the selection grid of a feed and checks its back-office"
+            "positions. rivo-models prints the rows of a model as a table, JSON or CSV."
         NEEDS runtime
         LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
         RECOMMENDS rivo-terminal

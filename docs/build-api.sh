@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Makes the pages of the C++ interface from the headers, in build/api, and prints where they start.
-# Fails with what Doxygen has to say against our headers. That a getter, setter, property or change
-# signal says nothing of its own is fine: the comment of its class does.
+# Makes HTML pages of the C++ interface in build/api and prints the file of the first page. Fails if
+# Doxygen warns about the headers. A getter, setter, property or change signal needs no comment of its
+# own: the comment of its class documents it.
 # usage: docs/build-api.sh
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -26,7 +26,7 @@ if grep -vE -e "${member}[a-z][A-Za-z]*\(\) const \(function\)$undocumented" \
     -e "$member"'set[A-Z][A-Za-z]*\(.*\) \(function\)'"$undocumented" \
     -e "${member}[a-z][A-Za-z]*Changed\(.*\) \(signal\)$undocumented" \
     -e "${member}[a-z][A-Za-z]* \(property\)$undocumented" "$output/warnings" | sort -u | grep .; then
-    echo "Doxygen warns of the headers" >&2
+    echo "Doxygen warns about the headers" >&2
     exit 1
 fi
 [ -f "$output/html/classPassengerTypesModel.html" ]

@@ -1,7 +1,8 @@
 # shellcheck shell=bash
-# What the scripts about the ABI of libGuiCore.so share. Source it in the root of the repository.
+# Functions of the scripts that compare the ABI of libGuiCore.so. Source it in the root of the
+# repository.
 
-# abi_file LIBRARY: the stored description for the machine that the library is for.
+# abi_file LIBRARY: prints the file with the stored description for the architecture of the library.
 abi_file() {
     local machine
     case "$(LC_ALL=C readelf -h "$1" | sed -n 's/^ *Machine: *//p')" in
@@ -13,7 +14,7 @@ abi_file() {
     echo "packaging/abi/libGuiCore-$machine.abi"
 }
 
-# build_abi PRESET: builds what the ABI is described from, and sets library to it.
+# build_abi PRESET: builds the library from which the ABI is described, and sets `library` to its file.
 build_abi() {
     configure_packages "$1"
     quietly "Building the library of preset $1" cmake --build "build/package-$1" --target GuiCoreAbi
@@ -21,8 +22,8 @@ build_abi() {
     library="build/package-$1/GuiCore/abi/libGuiCore.so"
 }
 
-# describe_abi LIBRARY FILE: symbols and types, from the library's debug information; without paths,
-# lines and versions of the machine that built it.
+# describe_abi LIBRARY FILE: writes symbols and types into the file, from the library's debug
+# information, without paths, lines and versions of the machine that built the library.
 describe_abi() {
     readelf -S --wide "$1" | grep -qF .debug_info || {
         echo "$1 has no debug information to describe its ABI from" >&2
@@ -32,8 +33,8 @@ describe_abi() {
         --no-show-locs --type-id-style hash --out-file "$2" "$1"
 }
 
-# product_layout FILE: size and fields of sProduct as described. Only lists of it cross the boundary,
-# and abidiff does not look into what those point to.
+# product_layout FILE: prints size and fields of sProduct from a description. The functions of the
+# library take lists of sProduct, and abidiff does not compare the elements of lists.
 product_layout() {
     sed -n "/<class-decl name='sProduct'/,/<\/class-decl>/p" "$1" |
         sed -nE "s/.*<class-decl name='(sProduct)' size-in-bits='([0-9]+)'.*/\1: \2 bits/p
@@ -41,8 +42,8 @@ product_layout() {
                  s/.*<var-decl name='([^']+)' type-id='([^']+)'.*/    \1 (\2)/p"
 }
 
-# compare_abi LIBRARY: prints what is incompatible with the stored description and fails. What was
-# added breaks no application.
+# compare_abi LIBRARY: fails on a change that is incompatible with the stored description, and prints
+# the change. Additions are compatible.
 compare_abi() {
     local stored described status=0
     stored="$(abi_file "$1")"

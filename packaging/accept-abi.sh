@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the library of a preset (release if none is named) what later ones are compared with: after
-# a deliberate change, and before each release, for what was added to be kept from then on.
+# Stores the description of the ABI of a preset's library (default: release). Run it after a
+# deliberate change, and before each release, so that additions are protected from then on.
 # usage: packaging/accept-abi.sh [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

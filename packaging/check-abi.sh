@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Compares libGuiCore.so with the ABI that applications were built with: as the packages of a preset
-# have it (release if none is named), or a build of the target GuiCoreAbi that is there.
+# Compares libGuiCore.so with the stored description of its ABI and fails on an incompatible change.
+# Builds the library of a preset (default: release), or takes the file of a built target GuiCoreAbi.
 # usage: packaging/check-abi.sh [PRESET | LIBRARY]
 set -euo pipefail
 here="$PWD"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the Debian packages of a preset (release if none is named) in build/package-PRESET/packages
-# and says what they are. Fails if docs/delivery.md lists other contents; with --update it writes
-# them there instead.
+# Builds the Debian packages of a preset (default: release) in build/package-PRESET/packages and
+# prints their names and sizes. Fails if docs/delivery.md lists other contents; with --update it
+# writes the list into the document.
 # usage: packaging/make-packages.sh [--update] [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -18,14 +18,15 @@ need_packages $packages_to_package
 configure_packages "$preset"
 quietly "Building the packages of preset $preset" cmake --build "$build"
 
-# The time of what is packaged, so that the same sources give the same packages.
+# The date of the last commit, so that the same sources give the same packages.
 SOURCE_DATE_EPOCH="$(git log -1 --format=%ct 2> /dev/null || stat -c %Y CHANGELOG.md)"
 export SOURCE_DATE_EPOCH
 rm -rf "$build/packages" "$build/_CPack_Packages"
 (cd "$build" && umask 022 && quietly "Packing" cpack)
 
-# owners FOLDER: the packages of the libraries that the binaries in it load. They have the same names
-# for every architecture, so those of this machine, where all of them are installed, tell them.
+# owners FOLDER: prints the packages of the libraries that the binaries in the folder load. The names
+# of the packages are the same for every architecture, so this machine's packages give them: all of
+# them are installed here.
 owners() {
     local own library
     own="$(find "$1" "$build/lib" -name '*.so*' -printf '%f\n')"
@@ -36,8 +37,8 @@ owners() {
         done | LC_ALL=C sort -u
 }
 
-# The packages that dpkg-shlibdeps found, or that a cross build names without it, are those that
-# cmake/RivoPackages.cmake names, and the owner of each library is among them.
+# The dependencies of each package must be those in cmake/RivoPackages.cmake: dpkg-shlibdeps found
+# them, or a cross build copied them from there. The owner of each loaded library must be among them.
 for package in "$build"/packages/*.deb; do
     name="$(dpkg-deb -f "$package" Package)"
     found="$(dpkg-deb -f "$package" Depends | tr , '\n' | sed -E 's/^ *([^ ]+).*/\1/' |
@@ -58,7 +59,7 @@ for package in "$build"/packages/*.deb; do
     }
 done
 
-# contents: what each package installs, the machine's triplet in general terms.
+# contents: prints the files of each package, with TRIPLET for the triplet of the architecture.
 contents() {
     local package
     for package in "$build"/packages/*.deb; do
@@ -68,9 +69,9 @@ contents() {
     done
 }
 
-# documented: the list that stands between two comments of the document.
+# documented: prints the list between the two comments of the document.
 documented() { sed -n '/^<!-- contents of the packages -->$/,/^<!-- end -->$/p' "$document"; }
-# shellcheck disable=SC2016 # a fence, no command
+# shellcheck disable=SC2016 # a code fence, not a command
 listed="$(printf '<!-- contents of the packages -->\n```\n%s\n```\n<!-- end -->' "$(contents)")"
 if "$update"; then
     { sed '/^<!-- contents of the packages -->$/,$d' "$document"; echo "$listed"

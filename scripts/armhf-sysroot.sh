@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes build/armhf-sysroot: the headers and libraries of Debian 12 for 32-bit ARM. Nothing of it is
-# installed or run here. Made again only after what makes it has changed.
+# Makes build/armhf-sysroot with the headers and libraries of Debian 12 for 32-bit ARM. Does not
+# install or run them. Makes the folder again only after this script or bookworm.sh has changed.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/setup.sh
@@ -13,7 +13,7 @@ packages+=,qtdeclarative5-dev,qtquickcontrols2-5-dev,libsqlite3-dev # the QML mo
 sysroot="$PWD/build/armhf-sysroot"
 stamp="$sysroot/made-by"
 
-# One process makes it; whoever comes meanwhile waits.
+# One process makes the folder; concurrent callers wait.
 mkdir -p build
 exec 9> build/armhf-sysroot.lock
 flock 9
@@ -24,7 +24,7 @@ need_packages $packages_for_armhf_sysroot
 trap 'rm -rf "$sysroot".new*' EXIT
 rm -rf "$sysroot".new*
 fetch_armhf "$sysroot.new.tar" "$packages"
-# Only what a compiler, a linker and a loader look at, without what nothing here loads.
+# Only files for the compiler, the linker and the loader, without large ones that no program loads.
 unpack_tree "$sysroot.new.tar" "$sysroot.new" \
     --exclude='*/libLLVM*' --exclude='*/dri' --exclude='*/perl*' --exclude='*/python3*' \
     ./lib ./usr/include ./usr/lib

@@ -1,10 +1,10 @@
 # shellcheck shell=bash
-# Systems of Debian 12, fetched as apt fetches on this machine. Source it in the root of the
-# repository.
+# Makes systems of Debian 12 from the sources and with the settings of apt on this machine. Source it
+# in the root of the repository.
 
 suite=bookworm
 
-# What apt reads on this machine: URIs with the suite, certificates, proxies, credentials, keys.
+# The settings of apt on this machine: URIs with the suite, certificates, proxies, credentials, keys.
 mirrors() {
     apt-get update --print-uris | sed -nE "s#^'(.*)/dists/$suite/InRelease' .*#deb \1 $suite main#p"
 }
@@ -24,15 +24,15 @@ keyrings() {
         sed -E 's/^[^:=]*[:=] *//' | tr ',' '\n'
 }
 
-# Root's programs are kept from the mounts and the processes of this machine where the kernel lets
-# us; others have that from mmdebstrap, and an emulator needs no rights.
+# As root, programs run in mount and process namespaces of their own if the kernel allows that. For
+# other users mmdebstrap does the same. An emulator needs no rights.
 isolated=()
 if [ "$(id -u)" -eq 0 ] && unshare --mount --pid --fork --mount-proc true 2> /dev/null; then
     isolated=(unshare --mount --pid --fork --mount-proc --kill-child)
 fi
 
-# bootstrap TARGET SOURCE OPTION...: a system made by mmdebstrap with these options. SOURCE is a line
-# of a sources.list beside Debian's, or empty.
+# bootstrap TARGET SOURCE OPTION...: makes a system by mmdebstrap with these options. SOURCE is an
+# additional line of sources.list, or empty.
 bootstrap() {
     local target="$1" source="$2" settings keys=() key mirror status=0
     shift 2
@@ -41,7 +41,7 @@ bootstrap() {
     done < <(keyrings 2> /dev/null)
     mirror="$(mirrors)"
     [ -n "$mirror" ] || { echo "apt has no source of $suite on this machine" >&2; return 1; }
-    settings="$(mktemp)" # for its owner alone: may hold the password of a proxy
+    settings="$(mktemp)" # readable by its owner only: may hold the password of a proxy
     apt_settings > "$settings"
     "${isolated[@]}" mmdebstrap --aptopt="$settings" "${keys[@]}" "$@" \
         "$suite" "$target" "$mirror" ${source:+"$source"} || status=$?
@@ -49,15 +49,15 @@ bootstrap() {
     return "$status"
 }
 
-# fetch_armhf ARCHIVE PACKAGES [SOURCE]: a tar file with the contents of 32-bit ARM packages, named with
-# commas between, and of all that they need. Nothing of it is installed or run.
+# fetch_armhf ARCHIVE PACKAGES [SOURCE]: writes a tar file with the contents of 32-bit ARM packages and
+# of their dependencies. PACKAGES is a list with commas. Does not install or run them.
 fetch_armhf() {
     quietly "Fetching armhf packages" bootstrap "$1" "${3:-}" \
         --variant=extract --mode=chrootless --architectures=armhf --include="$2"
 }
 
-# unpack_tree ARCHIVE FOLDER [TAR OPTION...]: unpacks what fetch_armhf made. Links to absolute paths
-# become relative, or they would lead into this machine.
+# unpack_tree ARCHIVE FOLDER [TAR OPTION...]: unpacks an archive of fetch_armhf. Absolute links become
+# relative; otherwise they would point to files of this machine.
 unpack_tree() {
     local archive="$1" folder="$2" link
     shift 2

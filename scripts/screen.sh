@@ -1,12 +1,12 @@
 # shellcheck shell=bash
-# Sourced by run.sh: which screen a window can be opened on.
+# Sourced by run.sh: finds the screen on which a window can be opened.
 
-# x_answers: the X server that DISPLAY names takes connections.
+# x_answers: succeeds if the X server that DISPLAY names accepts connections.
 x_answers() {
     [ -n "${DISPLAY:-}" ] && timeout 10 xdpyinfo > /dev/null 2>&1
 }
 
-# wayland_answers: WAYLAND_DISPLAY names a socket, and Qt's plugin for Wayland is installed.
+# wayland_answers: succeeds if WAYLAND_DISPLAY names a socket and Qt's plugin for Wayland is installed.
 wayland_answers() {
     local socket="${WAYLAND_DISPLAY:-}"
     case "$socket" in
@@ -18,15 +18,16 @@ wayland_answers() {
         dpkg-query -W -f '${db:Status-Status}\n' qtwayland5 2> /dev/null | grep -qx installed
 }
 
-# platform_was_chosen: the user has named a Qt platform that shows windows, as on a vehicle without X.
+# platform_was_chosen: succeeds if the user chose a Qt platform that shows windows, as on a vehicle
+# without X.
 platform_was_chosen() {
     case "${QT_QPA_PLATFORM:-}" in
         "" | offscreen | minimal) return 1 ;;
     esac
 }
 
-# screen_to_use: prints the Qt platform that can open a window, or nothing; then one line on standard
-# error if there should have been a screen.
+# screen_to_use: prints the Qt platform that can open a window, or nothing. Prints one line on standard
+# error if a screen is configured but cannot be used.
 screen_to_use() {
     if platform_was_chosen; then
         echo "$QT_QPA_PLATFORM"

@@ -1,6 +1,6 @@
 # shellcheck shell=bash disable=SC2034 # the lists are used by those who source this
 # Sourced by run.sh, test.sh, test-armhf.sh and .ci/run: packages, configuration and build on Debian 12.
-# Quiet on success; what a failed step printed is shown.
+# A step prints nothing on success and its whole output on failure.
 
 packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarative5-dev
     qtdeclarative5-dev-tools qtquickcontrols2-5-dev qttools5-dev qttools5-dev-tools
@@ -26,7 +26,7 @@ packages_for_budgets="$packages_to_test valgrind libc6-dbg"
 packages_for_armhf_budgets="g++"
 packages_to_fuzz="$packages_to_run clang-14 libclang-rt-14-dev"
 
-# quietly WHAT COMMAND...: runs the command, shows its output only if it fails.
+# quietly WHAT COMMAND...: runs the command; shows its output only if the command fails.
 quietly() {
     local what="$1" log status
     shift
@@ -39,7 +39,7 @@ quietly() {
     return "$status"
 }
 
-# need_packages NAME...: installs those that are missing, as root or with sudo.
+# need_packages NAME...: installs the missing packages, as root or with sudo.
 need_packages() {
     local name missing=() sudo=()
     for name in "$@"; do
@@ -59,7 +59,7 @@ need_packages() {
         apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
-# prepare_preset NAME: what the compiler of the preset needs besides the packages of all presets.
+# prepare_preset NAME: installs what the preset needs besides the packages of all presets.
 prepare_preset() {
     [[ "$1" = *armhf ]] || return 0
     # shellcheck disable=SC2086 # a list of names
@@ -67,8 +67,8 @@ prepare_preset() {
     scripts/armhf-sysroot.sh
 }
 
-# build_preset NAME: configures the preset and builds it; only what changed is built again. Whoever
-# comes while another process builds it waits.
+# build_preset NAME: configures the preset and builds what has changed. Concurrent callers wait for
+# the build.
 build_preset() {
     mkdir -p build
     {
@@ -79,8 +79,8 @@ build_preset() {
     } 9> "build/$1.lock"
 }
 
-# run_tests NAME OPTION...: all tests of a built preset that ctest's options leave, one counted
-# summary; the whole output on failure.
+# run_tests NAME OPTION...: runs the tests of a built preset that the options of ctest select. Prints
+# one summary, on failure the whole output.
 run_tests() {
     local preset="$1" log="build/$1/ctest.log" status=0
     shift
@@ -94,8 +94,8 @@ run_tests() {
     return "$status"
 }
 
-# configure_packages NAME: the preset as it is packaged, in build/package-NAME, with QML whatever the
-# preset says. Debug information is for the description of the ABI; the packages are stripped.
+# configure_packages NAME: configures the preset for packaging in build/package-NAME, always with QML.
+# The description of the ABI needs the debug information; the packages are stripped.
 configure_packages() {
     prepare_preset "$1"
     quietly "Configuring the packages of preset $1" cmake --preset "$1" -B "build/package-$1" \
