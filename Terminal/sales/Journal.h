@@ -6,14 +6,13 @@
 #include <QString>
 #include <QVector>
 
+#include <memory>
 #include <optional>
-
-class QSqlDatabase;
-class QSqlQuery;
-class QVariant;
 
 namespace rivo::sales
 {
+
+class JournalFile;
 
 /// Why the journal cannot be used.
 struct JournalFault
@@ -55,7 +54,7 @@ public:
                                      qint64 firstZNumber);
 
     /// What stopped it; nothing while it works. Stopped until it is opened.
-    const std::optional<JournalFault>& fault() const { return m_fault; }
+    const std::optional<JournalFault>& fault() const;
 
     // All below are false, empty or nothing when stopped, and stop the journal when they fail.
 
@@ -89,30 +88,7 @@ public:
     std::optional<ShiftReport> handOver(qint64 zNumber, const QDateTime& at);
 
 private:
-    QSqlDatabase database() const;
-    void close();
-    bool connectTo(const QString& file);
-    bool setCheckpointOnClose(bool isWanted);
-    bool prepare(const Currency& currency, qint64 firstZNumber);
-    bool hasValidContent(const Currency& currency);
-    bool createTables(const Currency& currency, qint64 firstZNumber);
-    std::optional<QVariant> value(const QString& statement);
-    bool setPragma(const char* setting, const char* wanted);
-    template <typename Use>
-    bool forEachRow(QSqlQuery& query, Use use);
-    template <typename Steps>
-    bool inTransaction(Steps steps);
-    bool run(QSqlQuery& query);
-    bool run(const QString& statement);
-    std::optional<qint64> insertTicket(const QString& table, const Ticket& ticket,
-                                       const QVector<QVariant>& keys);
-    QVector<Ticket> readTickets(const QString& selection);
-    QVector<ShiftReport> readShifts(const QString& condition);
-    std::optional<ShiftReport> sumUp(qint64 zNumber);
-    bool fail(const JournalFault& fault);
-
-    QString m_connection; ///< empty if not open
-    std::optional<JournalFault> m_fault = JournalFault{JournalFault::Kind::Unreachable, {}};
+    std::unique_ptr<JournalFile> m_file;
 };
 
 } // namespace rivo::sales

@@ -1,0 +1,189 @@
+#include "JournalFile_p.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QUuid>
+#include <QtEndian>
+
+#include <sqlite3.h>
+
+namespace rivo::sales
+{
+
+namespace
+{
+
+const auto lockTimeout = QStringLiteral("QSQLITE_BUSY_TIMEOUT=500");
+
+JournalFault faultOf(const QSqlError& error)
+{
+    // SQLite's result codes; extended codes carry the primary one in their lowest byte.
+    constexpr int misfit = 1; // a statement does not fit the tables
+    constexpr int busy = 5;
+    constexpr int locked = 6;
+    constexpr int corrupt = 11;
+    constexpr int full = 13;
+    constexpr int notADatabase = 26;
+    switch (error.nativeErrorCode().toInt() & 0xff) {
+    case busy:
+    case locked:
+        return {JournalFault::Kind::Locked, error.text()};
+    case misfit:
+    case corrupt:
+    case notADatabase:
+        return {JournalFault::Kind::Damaged, error.text()};
+    case full:
+        return {JournalFault::Kind::Full, error.text()};
+    default:
+        return {JournalFault::Kind::Unreachable, error.text()};
+    }
+}
+
+/// The write-ahead log beside a database.
+QString logOf(const QString& file) { return file + QLatin1String("-wal"); }
+
+/// The file that SQLite opens for `file`, and keeps its log beside: it follows links.
+QString targetOf(const QString& file)
+{
+    constexpr int mostLinks = 40; // as many as the system follows
+    QFileInfo info(file);
+    for (int links = 0; info.isSymLink() && links < mostLinks; ++links)
+        info.setFile(info.symLinkTarget());
+    return info.absoluteFilePath();
+}
+
+/// Why a file is neither ours nor to be made. Read without SQLite, which would finish the
+/// interrupted transactions of any database that it opens, and throw away the log of an empty one.
+std::optional<JournalFault> headerFault(const QString& file)
+{
+    constexpr int idOffset = 68;
+    constexpr int headerSize = idOffset + static_cast<int>(sizeof(qint32));
+    QFile content(file);
+    if (content.exists() && !content.open(QIODevice::ReadOnly))
+        return std::nullopt; // SQLite will say why
+    const QByteArray header = content.isOpen() ? content.read(headerSize) : QByteArray();
+    if (header.isEmpty())
+        return QFileInfo(logOf(file)).size() > 0
+                   ? std::make_optional(damaged(QStringLiteral("a log without its database")))
+                   : std::nullopt;
+    if (header.size() < headerSize || !header.startsWith("SQLite format 3"))
+        return damaged(QStringLiteral("not a database"));
+    const auto id = qFromBigEndian<qint32>(header.constData() + idOffset);
+    if (id != applicationId)
+        return JournalFault{JournalFault::Kind::Foreign,
+                            QStringLiteral("application id %1").arg(id)};
+    return std::nullopt;
+}
+
+} // namespace
+
+QSqlDatabase JournalFile::database() const { return QSqlDatabase::database(m_connection, false); }
+
+void JournalFile::close()
+{
+    if (m_connection.isEmpty())
+        return;
+    if (!m_fault || QFileInfo(logOf(database().databaseName())).size() == 0)
+        setCheckpointOnClose(true);
+    database().close();
+    QSqlDatabase::removeDatabase(m_connection);
+    m_connection.clear();
+}
+
+bool JournalFile::fail(const JournalFault& fault)
+{
+    if (!m_fault)
+        m_fault = fault;
+    return false;
+}
+
+bool JournalFile::open(const QString& file)
+{
+    close();
+    const QString target = targetOf(file);
+    m_fault = headerFault(target);
+    if (m_fault)
+        return false;
+    if (connectTo(target))
+        return true;
+    close();
+    return false;
+}
+
+bool JournalFile::connectTo(const QString& file)
+{
+    m_connection = QUuid::createUuid().toString();
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
+    db.setDatabaseName(file);
+    db.setConnectOptions(lockTimeout);
+    if (!db.open())
+        return fail(faultOf(db.lastError()));
+    // Its handle is used below: a driver with an SQLite of its own would not survive that.
+    const std::optional<QVariant> source = value(QStringLiteral("SELECT sqlite_source_id()"));
+    if (!source)
+        return false;
+    return source->toString() == QLatin1String(sqlite3_sourceid())
+               ? setCheckpointOnClose(false)
+               : fail({JournalFault::Kind::Unreachable, source->toString()});
+}
+
+/// A write-ahead log that is left over would go into the database when the last connection closes,
+/// even if nothing was ever written through it.
+bool JournalFile::setCheckpointOnClose(bool isWanted)
+{
+    const QVariant driverHandle = database().driver()->handle();
+    const bool isSqlite = qstrcmp(driverHandle.typeName(), "sqlite3*") == 0;
+    sqlite3* handle = isSqlite ? *static_cast<sqlite3* const*>(driverHandle.constData()) : nullptr;
+    return (handle != nullptr && sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE,
+                                                   isWanted ? 0 : 1, nullptr) == SQLITE_OK) ||
+           fail({JournalFault::Kind::Unreachable, QStringLiteral("no handle of SQLite")});
+}
+
+std::optional<QVariant> JournalFile::value(const QString& statement)
+{
+    QSqlQuery query(database());
+    if (!query.exec(statement) || (!query.next() && query.lastError().isValid())) {
+        fail(faultOf(query.lastError()));
+        return std::nullopt;
+    }
+    if (!query.isValid()) {
+        fail(damaged(QStringLiteral("%1: nothing").arg(statement)));
+        return std::nullopt;
+    }
+    return query.value(0);
+}
+
+bool JournalFile::setPragma(const char* setting, const char* wanted)
+{
+    const QString statement =
+        QStringLiteral("PRAGMA %1=%2").arg(QLatin1String(setting), QLatin1String(wanted));
+    const std::optional<QVariant> result = value(statement);
+    if (!result)
+        return false;
+    return result->toString() == QLatin1String(wanted) ||
+           fail({JournalFault::Kind::Unreachable, statement});
+}
+
+bool JournalFile::run(QSqlQuery& query) { return query.exec() || fail(faultOf(query.lastError())); }
+
+bool JournalFile::run(const QString& statement)
+{
+    QSqlQuery query(database());
+    return query.prepare(statement) ? run(query) : fail(faultOf(query.lastError()));
+}
+
+QSqlQuery JournalFile::prepared(const QString& statement) const
+{
+    QSqlQuery query(database());
+    query.prepare(statement); // run() reports what is wrong with it
+    return query;
+}
+
+bool JournalFile::isRead(const QSqlQuery& query)
+{
+    return !query.lastError().isValid() || fail(faultOf(query.lastError()));
+}
+
+} // namespace rivo::sales
