@@ -5,12 +5,16 @@
 #include <QStringList>
 
 #include <array>
+#include <type_traits>
+#include <utility>
 
 namespace rivo::sales
 {
 
 namespace
 {
+
+using feed::FeedTripContext;
 
 constexpr int schemaVersion = 2;
 
@@ -23,14 +27,28 @@ struct Column
     void (*set)(Ticket&, const QVariant&);
 };
 
+/// A field of a ticket, or of the trip that it was sold on.
+template <typename AnyTicket, typename T>
+auto& fieldOf(AnyTicket& ticket, T Ticket::*field)
+{
+    return ticket.*field;
+}
+
+template <typename AnyTicket, typename T>
+auto& fieldOf(AnyTicket& ticket, T FeedTripContext::*field)
+{
+    return ticket.trip.*field;
+}
+
 template <auto Field>
 constexpr Column column(const char* name)
 {
-    using T = std::decay_t<decltype(Ticket().*Field)>;
+    using T = std::decay_t<decltype(fieldOf(std::declval<Ticket&>(), Field))>;
     constexpr bool isText = std::is_same_v<T, QString>;
-    return {name, isText ? "TEXT NOT NULL" : "INTEGER NOT NULL",
-            [](const Ticket& ticket) { return QVariant(ticket.*Field); },
-            [](Ticket& ticket, const QVariant& value) { ticket.*Field = value.value<T>(); }};
+    return {
+        name, isText ? "TEXT NOT NULL" : "INTEGER NOT NULL",
+        [](const Ticket& ticket) { return QVariant(fieldOf(ticket, Field)); },
+        [](Ticket& ticket, const QVariant& value) { fieldOf(ticket, Field) = value.value<T>(); }};
 }
 
 const std::array columns{column<&Ticket::passengerTypeId>("passenger_type"),
@@ -45,13 +63,13 @@ const std::array columns{column<&Ticket::passengerTypeId>("passenger_type"),
                          column<&Ticket::destination>("destination"),
                          column<&Ticket::isReturnFee>("is_return"),
                          column<&Ticket::isDaily>("is_daily"),
-                         column<&Ticket::routeId>("route"),
-                         column<&Ticket::fromStopId>("from_stop"),
-                         column<&Ticket::toStopId>("to_stop"),
-                         column<&Ticket::currentStopId>("current_stop"),
-                         column<&Ticket::tripsRouteId>("trips_route"),
-                         column<&Ticket::tripsExecutionId>("trips_execution"),
-                         column<&Ticket::publicRouteExecutionId>("public_execution")};
+                         column<&FeedTripContext::routeId>("route"),
+                         column<&FeedTripContext::fromStopId>("from_stop"),
+                         column<&FeedTripContext::toStopId>("to_stop"),
+                         column<&FeedTripContext::currentStopId>("current_stop"),
+                         column<&FeedTripContext::tripsRouteId>("trips_route"),
+                         column<&FeedTripContext::tripsExecutionId>("trips_execution"),
+                         column<&FeedTripContext::publicRouteExecutionId>("public_execution")};
 
 /// A text column must not be null, which is what QVariant makes of a null QString.
 QVariant storable(const QVariant& value)

@@ -17,7 +17,7 @@ enum class PayMethod { Cash = 1, Card = 2 };
 constexpr int driverChannel = 1;
 
 /// One ticket as it is sold: what it is, what it costs, and the trip it was sold on.
-struct Ticket : feed::FeedTripContext
+struct Ticket
 {
     qint64 number = 0;  ///< given by the journal when the sale is confirmed; 0 before
     int payMethod = -1; ///< PayMethod as a number once the sale is confirmed; -1 before
@@ -33,7 +33,14 @@ struct Ticket : feed::FeedTripContext
     QString destination;
     bool isReturnFee = false;
     bool isDaily = false;
+    feed::FeedTripContext trip;
 };
+
+/// The number of a ticket as it is on the paper: "000042"; empty for 0, which is no ticket.
+inline QString ticketNumberText(qint64 number)
+{
+    return number == 0 ? QString() : QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0'));
+}
 
 /// What one shift sold so far, or in all once it is closed.
 struct ShiftReport

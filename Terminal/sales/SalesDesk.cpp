@@ -1,5 +1,7 @@
 #include "SalesDesk.h"
 
+#include "PrintQueue_p.h"
+#include "ShiftBook_p.h"
 #include "SimulatedPrinter.h"
 
 #include <FareProductItem.h>
@@ -7,14 +9,10 @@
 #include <PassengerTypeItem.h>
 #include <PassengerTypesModel.h>
 #include <ShoppingBasketModel.h>
-#include <ShoppingItem.h>
 #include <TripContext.h>
-#include <ZReportItem.h>
-#include <ZReportModel.h>
 
 #include <QHash>
 
-#include <algorithm>
 #include <map>
 #include <tuple>
 #include <utility>
@@ -25,22 +23,6 @@ namespace rivo::sales
 namespace
 {
 
-/// What a tile and a line of the basket say under the same names.
-template <typename Item>
-Ticket productOf(const Item& item)
-{
-    Ticket ticket;
-    ticket.fareProductId = item.fareProductId();
-    ticket.fromStopGroupId = item.fromStopGroupId();
-    ticket.toStopGroupId = item.toStopGroupId();
-    ticket.description = item.description();
-    ticket.fareProductName = item.fareProductName();
-    ticket.icon = item.icon();
-    ticket.isReturnFee = item.isReturnFee();
-    ticket.isDaily = item.isDaily();
-    return ticket;
-}
-
 /// What makes two tickets the same for the count on a tile.
 auto tileKey(const Ticket& ticket)
 {
@@ -49,22 +31,14 @@ auto tileKey(const Ticket& ticket)
                            ticket.description, ticket.fareProductName);
 }
 
-feed::FeedTripContext tripOf(const ShoppingItem& item)
+/// As tickets are sold: the execution of a trip that is in no timetable has no name.
+QVector<Ticket> withNamedExecutions(QVector<Ticket> tickets)
 {
-    return {item.routeId(),
-            item.fromStopId(),
-            item.toStopId(),
-            item.currentStopId(),
-            item.tripsRouteId(),
-            item.tripsExecutionId(),
-            item.publicRouteExecutionId()};
-}
-
-feed::FeedTripContext& tripOf(Ticket& ticket) { return ticket; }
-
-QString ticketNumberText(qint64 number)
-{
-    return number == 0 ? QString() : QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0'));
+    for (Ticket& ticket : tickets) {
+        if (ticket.trip.publicRouteExecutionId == QLatin1String("DynamicTrip"))
+            ticket.trip.publicRouteExecutionId.clear();
+    }
+    return tickets;
 }
 
 } // namespace
@@ -73,7 +47,9 @@ SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrint
                      const Currency& currency, ZoneName zoneName, feed::TripContext& trip,
                      QObject* parent)
     : QObject(parent), m_models(models), m_journal(journal), m_printer(printer),
-      m_currency(currency), m_zoneName(std::move(zoneName)), m_trip(trip)
+      m_currency(currency), m_zoneName(std::move(zoneName)), m_trip(trip),
+      m_toPrint(std::make_unique<PrintQueue>(m_models.basket)),
+      m_shifts(std::make_unique<ShiftBook>(m_models.zReports, m_journal, m_currency))
 {
     connect(&m_printer, &SimulatedPrinter::printed, this, &SalesDesk::ticketPrinted);
     connect(&m_printer, &SimulatedPrinter::failed, this, &SalesDesk::printNext);
@@ -84,23 +60,19 @@ SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrint
     });
 }
 
+SalesDesk::~SalesDesk() = default;
+
 void SalesDesk::restore(double maxDebt)
 {
-    m_maxDebt = maxDebt;
-    showShifts();
+    m_shifts->show(maxDebt);
     const QVector<Ticket> unprinted = m_journal.unprintedTickets();
-    for (const Ticket& ticket : unprinted) {
+    m_tickets = unprinted.isEmpty() ? m_journal.basket() : unprinted;
+    for (const Ticket& ticket : qAsConst(m_tickets))
         show(ticket);
-        queueForPrinting(*item(m_models.basket.rowCount() - 1), ticket);
-    }
-    if (unprinted.isEmpty()) {
-        const QVector<Ticket> basket = m_journal.basket();
-        for (const Ticket& ticket : basket)
-            show(ticket);
-    }
+    m_toPrint->fill(unprinted);
     basketChanged();
     emit obstacleChanged();
-    if (!m_toPrint.isEmpty()) {
+    if (!m_toPrint->isEmpty()) {
         setState(Interrupted);
         emit ticketsInDoubtChanged();
     }
@@ -170,41 +142,25 @@ void SalesDesk::setState(State state)
 
 // The basket.
 
-ShoppingItem* SalesDesk::item(int row) const
-{
-    return qobject_cast<ShoppingItem*>(m_models.basket.itemFromRow(row));
-}
-
 Ticket SalesDesk::ticketOf(const PassengerTypeItem& tile) const
 {
-    Ticket ticket = productOf(tile);
+    Ticket ticket;
     ticket.passengerTypeId = tile.id();
+    ticket.fareProductId = tile.fareProductId();
+    ticket.fromStopGroupId = tile.fromStopGroupId();
+    ticket.toStopGroupId = tile.toStopGroupId();
+    ticket.description = tile.description();
+    ticket.fareProductName = tile.fareProductName();
+    ticket.icon = tile.icon();
     ticket.price = m_currency.fromUnits(tile.price()).value_or(0);
+    ticket.isReturnFee = tile.isReturnFee();
+    ticket.isDaily = tile.isDaily();
     return ticket;
-}
-
-Ticket SalesDesk::ticketOf(const ShoppingItem& item) const
-{
-    Ticket ticket = productOf(item);
-    ticket.passengerTypeId = item.passengerTypeId();
-    ticket.price = m_currency.fromUnits(item.price()).value_or(0);
-    ticket.origin = item.origin();
-    ticket.destination = item.destination();
-    tripOf(ticket) = tripOf(item);
-    return ticket;
-}
-
-QVector<Ticket> SalesDesk::tickets() const
-{
-    QVector<Ticket> tickets;
-    for (int row = 0; row < m_models.basket.rowCount(); ++row)
-        tickets.append(ticketOf(*item(row)));
-    return tickets;
 }
 
 void SalesDesk::show(const Ticket& ticket)
 {
-    feed::TripContext trip(ticket);
+    feed::TripContext trip(ticket.trip);
     m_models.basket.addItem(ticket.passengerTypeId, ticket.fareProductId, ticket.fromStopGroupId,
                             ticket.toStopGroupId, ticket.description, ticket.fareProductName,
                             ticket.icon, m_currency.toUnits(ticket.price), ticket.origin,
@@ -221,15 +177,16 @@ bool SalesDesk::add(int row)
     const std::optional<Minor> price = m_currency.fromUnits(tile->price());
     if (!price || *price < 0)
         return refuse(tr("This tile has no valid price."));
-    if (m_models.basket.rowCount() >= mostTickets)
+    if (m_tickets.size() >= mostTickets)
         return refuse(tr("The basket is full."));
 
     Ticket ticket = ticketOf(*tile);
     ticket.origin = m_zoneName(tile->fromStopGroupId());
     ticket.destination = m_zoneName(tile->toStopGroupId());
-    tripOf(ticket) = m_trip.trip();
+    ticket.trip = m_trip.trip();
     if (!m_journal.appendToBasket(ticket))
         return refuseByJournal();
+    m_tickets.append(ticket);
     show(ticket);
     basketChanged();
     return true;
@@ -239,10 +196,11 @@ bool SalesDesk::remove(int row)
 {
     if (!mayChangeBasket())
         return false;
-    if (item(row) == nullptr)
+    if (row < 0 || row >= m_tickets.size())
         return refuse(tr("There is no such line."));
     if (!m_journal.removeFromBasket(row))
         return refuseByJournal();
+    m_tickets.removeAt(row);
     m_models.basket.removeRow(row);
     basketChanged();
     return true;
@@ -254,9 +212,15 @@ bool SalesDesk::clear()
         return false;
     if (!m_journal.clearBasket())
         return refuseByJournal();
+    emptyBasket();
+    return true;
+}
+
+void SalesDesk::emptyBasket()
+{
+    m_tickets.clear();
     m_models.basket.clear();
     basketChanged();
-    return true;
 }
 
 /// The journal has just failed.
@@ -268,19 +232,18 @@ bool SalesDesk::refuseByJournal()
 
 void SalesDesk::basketChanged()
 {
-    const QVector<Ticket> all = tickets();
     m_total = 0;
-    for (const Ticket& ticket : all)
+    for (const Ticket& ticket : qAsConst(m_tickets))
         m_total += ticket.price;
-    updateBadges(all);
+    showBadges();
     emit totalChanged();
 }
 
-void SalesDesk::updateBadges(const QVector<Ticket>& tickets)
+void SalesDesk::showBadges()
 {
     std::map<decltype(tileKey(Ticket())), int> ofTile;
     QHash<int, int> ofProduct;
-    for (const Ticket& ticket : tickets) {
+    for (const Ticket& ticket : qAsConst(m_tickets)) {
         ++ofTile[tileKey(ticket)];
         ++ofProduct[ticket.fareProductId];
     }
@@ -304,86 +267,64 @@ bool SalesDesk::pay(SalesDesk::Payment payment)
         return false;
     if (!obstacle().isEmpty())
         return refuse(obstacle());
-    if (m_models.basket.rowCount() == 0)
+    if (m_tickets.isEmpty())
         return refuse(tr("The basket is empty."));
     if (payment != Cash && payment != Card) // QML may pass any number
         return refuse(tr("There is no such way of payment."));
-    const auto sold = m_journal.confirmSale(tickets(), static_cast<PayMethod>(payment),
-                                            QDateTime::currentDateTime());
+    const auto sold =
+        m_journal.confirmSale(withNamedExecutions(m_tickets), static_cast<PayMethod>(payment),
+                              QDateTime::currentDateTime());
     if (!sold)
         return refuseByJournal();
     setState(Printing); // before anything is announced: whoever reacts cannot sell it again
-    for (int row = 0; row < sold->size(); ++row)
-        queueForPrinting(*item(row), sold->at(row));
-    updateRunningReport();
+    m_tickets = *sold;
+    m_toPrint->fill(m_tickets);
+    updateRunningShift();
     emit saleConfirmed(sold->size());
     printNext();
     return true;
 }
 
-/// Sends the ticket of a line on its way to the printer.
-void SalesDesk::queueForPrinting(ShoppingItem& line, const Ticket& ticket)
-{
-    m_toPrint.append(ticket.number);
-    line.setPayMethod(ticket.payMethod);
-    line.setPayChannel(driverChannel);
-}
-
-/// The line of the ticket that is printed next; null if somebody else took it out of the basket.
-ShoppingItem* SalesDesk::lineToPrint() const
-{
-    return item(m_models.basket.rowCount() - m_toPrint.size());
-}
-
 void SalesDesk::printNext()
 {
-    if (m_state == Interrupted || (m_state == Selling && m_toPrint.isEmpty()))
+    if (m_state == Interrupted || (m_state == Selling && m_toPrint->isEmpty()))
         return; // the printer worked for someone else
-    if (m_toPrint.isEmpty())
+    if (m_toPrint->isEmpty())
         return finishSale();
     if (!m_printer.fault().isEmpty())
         return setState(WaitingForPrinter);
     setState(Printing);
-    if (ShoppingItem* line = lineToPrint())
-        line->setAccepted(true);
+    m_toPrint->acceptNext();
     m_printer.print();
 }
 
 void SalesDesk::ticketPrinted()
 {
-    if (m_toPrint.isEmpty() || m_state == Interrupted)
+    if (m_toPrint->isEmpty() || m_state == Interrupted)
         return;
-    if (!m_journal.markPrinted(m_toPrint.first()))
+    if (!m_journal.markPrinted(m_toPrint->nextNumber()))
         emit obstacleChanged(); // the paper is out, and the rest has been paid: go on
-    nextTicketIsOut();
+    m_toPrint->nextIsOut();
     printNext();
 }
 
-void SalesDesk::nextTicketIsOut()
-{
-    if (ShoppingItem* line = lineToPrint())
-        line->setPrinted(true);
-    m_toPrint.removeFirst();
-}
-
-int SalesDesk::ticketsInDoubt() const { return m_state == Interrupted ? m_toPrint.size() : 0; }
+int SalesDesk::ticketsInDoubt() const { return m_state == Interrupted ? m_toPrint->size() : 0; }
 
 QString SalesDesk::firstTicketInDoubt() const
 {
-    return ticketsInDoubt() > 0 ? ticketNumberText(m_toPrint.first()) : QString();
+    return ticketsInDoubt() > 0 ? ticketNumberText(m_toPrint->nextNumber()) : QString();
 }
 
 bool SalesDesk::confirmTicketInDoubt()
 {
     if (m_state != Interrupted)
         return refuse(tr("There is no ticket in doubt."));
-    if (!m_journal.markPrinted(m_toPrint.first()))
+    if (!m_journal.markPrinted(m_toPrint->nextNumber()))
         return refuseByJournal();
-    if (ShoppingItem* line = lineToPrint())
-        line->setAccepted(true);
-    nextTicketIsOut();
+    m_toPrint->acceptNext();
+    m_toPrint->nextIsOut();
     emit ticketsInDoubtChanged();
-    if (m_toPrint.isEmpty())
+    if (m_toPrint->isEmpty())
         finishSale();
     return true;
 }
@@ -400,129 +341,44 @@ bool SalesDesk::printTicketsInDoubt()
 
 void SalesDesk::finishSale()
 {
-    m_models.basket.clear();
-    basketChanged();
+    emptyBasket();
     setState(Selling);
     emit saleFinished();
 }
 
-// Shifts. The running one is the first row of the Z report model.
+// Shifts.
 
-void SalesDesk::showShifts()
+void SalesDesk::updateRunningShift()
 {
-    const auto running = m_journal.runningShift();
-    if (!running)
-        return;
-    QVector<ShiftReport> closed = m_journal.closedShifts();
-    std::reverse(closed.begin(), closed.end());
-    m_firstZ = closed.isEmpty() ? running->zNumber : closed.last().zNumber;
-    for (const ShiftReport& report : qAsConst(closed)) {
-        if (!report.paidAt.isValid())
-            m_owed += report.cash();
-    }
-    addReport(*running);
-    for (const ShiftReport& report : qAsConst(closed))
-        addReport(report);
-}
-
-/// What the driver carries: of the running shift, the cash of the unpaid shifts before it too.
-Minor SalesDesk::debtOf(const ShiftReport& report) const
-{
-    if (report.paidAt.isValid())
-        return 0;
-    return report.closedAt.isValid() ? report.cash() : report.cash() + m_owed;
-}
-
-void SalesDesk::addReport(const ShiftReport& report)
-{
-    m_models.zReports.addItem(
-        static_cast<int>(report.zNumber), report.ticketCount, m_currency.toUnits(report.ticketSum),
-        report.cardCount, m_currency.toUnits(report.cardSum), 0, 0.0,
-        ticketNumberText(report.firstTicket), ticketNumberText(report.lastTicket),
-        m_currency.toUnits(report.ticketSum), static_cast<double>(report.zNumber),
-        report.closedAt.isValid(), 0.0, report.paidAt, m_currency.toUnits(debtOf(report)),
-        m_maxDebt);
-}
-
-void SalesDesk::updateRunningReport()
-{
-    const auto report = m_journal.runningShift();
-    if (!report) {
+    if (!m_shifts->update())
         emit obstacleChanged(); // what was done is in the journal, but nothing else will be
-        return;
-    }
-    auto* item = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(0));
-    if (item == nullptr)
-        return;
-    const double sum = m_currency.toUnits(report->ticketSum);
-    const double cardSum = m_currency.toUnits(report->cardSum);
-    item->setTicketCount(report->ticketCount);
-    // An amount equal to the ticket sum of the moment is not taken: offered before and after the
-    // ticket sum changes, one of the two is.
-    item->setCardSellAmnt(cardSum);
-    item->setTicketSumAmnt(sum);
-    item->setCardSellAmnt(cardSum);
-    item->setCardSellCount(report->cardCount);
-    item->setFromTicketNumber(ticketNumberText(report->firstTicket));
-    item->setToTicketNumber(ticketNumberText(report->lastTicket));
-    item->setZSum(sum);
-    item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
 }
 
 bool SalesDesk::closeShift()
 {
     if (!mayChangeBasket())
         return false;
-    if (m_models.basket.rowCount() > 0)
+    if (!m_tickets.isEmpty())
         return refuse(tr("There are unpaid tickets in the basket."));
-    const auto report = m_journal.closeShift(QDateTime::currentDateTime());
-    if (!report)
+    const auto closed = m_shifts->close(QDateTime::currentDateTime());
+    if (!closed)
         return refuseByJournal();
-    if (auto* item = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(0))) {
-        item->setPaymentDate(report->paidAt);
-        item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
-        item->setIsClosed(true); // last: it is listed with what it owes
-    }
-    m_owed += debtOf(*report);
-    ShiftReport next;
-    next.zNumber = report->zNumber + 1;
-    addReport(next);
-    m_models.zReports.insertRow(0, m_models.zReports.takeRow(m_models.zReports.rowCount() - 1));
-    emit shiftClosed(static_cast<double>(report->zNumber));
+    emit shiftClosed(static_cast<double>(*closed));
     return true;
 }
 
-bool SalesDesk::keepsShift(double zNumber) const
-{
-    return m_firstZ > 0 && zNumber >= static_cast<double>(m_firstZ);
-}
-
-ZReportItem* SalesDesk::closedReport(double zNumber) const
-{
-    for (int row = 1; row < m_models.zReports.rowCount(); ++row) {
-        auto* item = qobject_cast<ZReportItem*>(m_models.zReports.itemFromRow(row));
-        if (item->zNumber() == zNumber)
-            return item;
-    }
-    return nullptr;
-}
+bool SalesDesk::keepsShift(double zNumber) const { return m_shifts->keeps(zNumber); }
 
 bool SalesDesk::handOver(double zNumber)
 {
     if (m_journal.fault())
         return refuse(obstacle());
-    ZReportItem* const item = keepsShift(zNumber) ? closedReport(zNumber) : nullptr;
-    const auto report = item != nullptr ? m_journal.handOver(static_cast<qint64>(zNumber),
-                                                             QDateTime::currentDateTime())
-                                        : std::nullopt;
+    const bool isPaid = m_shifts->handOver(zNumber, QDateTime::currentDateTime());
     if (m_journal.fault())
         return refuseByJournal();
-    if (!report)
+    if (!isPaid)
         return refuse(tr("There is no cash of this shift to hand over."));
-    m_owed -= report->cash();
-    item->setPaymentDate(report->paidAt);
-    item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
-    updateRunningReport();
+    updateRunningShift();
     emit shiftPaid(zNumber);
     return true;
 }

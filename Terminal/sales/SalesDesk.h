@@ -8,13 +8,12 @@
 #include <QVector>
 
 #include <functional>
+#include <memory>
 
 class FareProductsModel;
 class PassengerTypeItem;
 class PassengerTypesModel;
 class ShoppingBasketModel;
-class ShoppingItem;
-class ZReportItem;
 class ZReportModel;
 
 namespace rivo::feed
@@ -25,10 +24,12 @@ class TripContext;
 namespace rivo::sales
 {
 
+class PrintQueue;
+class ShiftBook;
 class SimulatedPrinter;
 
-/// The models that a sale moves through; all outlive the desk. Only the desk adds, removes and
-/// orders rows of the basket.
+/// The models that show a sale; all outlive the desk. Only the desk adds, removes and orders rows
+/// of the basket, and it reads none of them: the tickets are its own.
 struct SalesModels
 {
     PassengerTypesModel& grid;
@@ -78,6 +79,7 @@ public:
     SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrinter& printer,
               const Currency& currency, ZoneName zoneName, feed::TripContext& trip,
               QObject* parent = nullptr);
+    ~SalesDesk() override;
 
     /// Shows what the journal has: the shifts, and the basket as it was left, or the tickets that
     /// were paid but not noted as printed. Of these nobody but the driver knows whether the paper
@@ -99,7 +101,7 @@ public:
     QString firstTicketInDoubt() const;
 
     /// Counts the basket's tickets on the tiles; call when the grid was laid out anew.
-    void showBadges() { updateBadges(tickets()); }
+    void showBadges();
 
     /// Puts a ticket of the grid's tile `row` into the basket; refused for placeholders and what
     /// has expired.
@@ -145,25 +147,15 @@ private:
     bool refuse(const QString& reason);
     bool mayChangeBasket();
     void setState(State state);
-    QVector<Ticket> tickets() const;
     Ticket ticketOf(const PassengerTypeItem& tile) const;
-    Ticket ticketOf(const ShoppingItem& item) const;
-    ShoppingItem* item(int row) const;
     bool refuseByJournal();
     void show(const Ticket& ticket);
+    void emptyBasket();
     void basketChanged();
-    void updateBadges(const QVector<Ticket>& tickets);
-    void queueForPrinting(ShoppingItem& line, const Ticket& ticket);
-    ShoppingItem* lineToPrint() const;
     void printNext();
     void ticketPrinted();
-    void nextTicketIsOut();
     void finishSale();
-    void showShifts();
-    void addReport(const ShiftReport& report);
-    void updateRunningReport();
-    Minor debtOf(const ShiftReport& report) const;
-    ZReportItem* closedReport(double zNumber) const;
+    void updateRunningShift();
 
     SalesModels m_models;
     Journal& m_journal;
@@ -172,11 +164,10 @@ private:
     ZoneName m_zoneName;
     feed::TripContext& m_trip;
     State m_state = Selling;
+    QVector<Ticket> m_tickets; ///< of the basket; its rows only show them
     Minor m_total = 0;
-    QVector<qint64> m_toPrint; ///< numbers of the tickets of the last rows, the next one first
-    double m_maxDebt = 0.0;
-    Minor m_owed = 0;    ///< cash of closed shifts that was not handed over
-    qint64 m_firstZ = 0; ///< of the journal's first shift; 0 without a journal
+    std::unique_ptr<PrintQueue> m_toPrint;
+    std::unique_ptr<ShiftBook> m_shifts;
 };
 
 } // namespace rivo::sales

@@ -43,28 +43,29 @@ Ticket distinctTicket()
     made.destination = QStringLiteral("Łąka");
     made.isReturnFee = true;
     made.isDaily = false;
-    made.routeId = 5;
-    made.fromStopId = 6;
-    made.toStopId = 7;
-    made.currentStopId = 8;
-    made.tripsRouteId = 9;
-    made.tripsExecutionId = -10;
-    made.publicRouteExecutionId = QStringLiteral("exec");
+    made.trip.routeId = 5;
+    made.trip.fromStopId = 6;
+    made.trip.toStopId = 7;
+    made.trip.currentStopId = 8;
+    made.trip.tripsRouteId = 9;
+    made.trip.tripsExecutionId = -10;
+    made.trip.publicRouteExecutionId = QStringLiteral("exec");
     return made;
 }
 
 QString text(const Ticket& t)
 {
     return (QStringList{t.description, t.fareProductName, t.icon, t.origin, t.destination,
-                        t.publicRouteExecutionId} +
+                        t.trip.publicRouteExecutionId} +
             [&t] {
                 QStringList numbers;
                 for (const qint64 number :
                      {t.number, qint64(t.passengerTypeId), qint64(t.fareProductId),
                       qint64(t.fromStopGroupId), qint64(t.toStopGroupId), t.price,
-                      qint64(t.isReturnFee), qint64(t.isDaily), qint64(t.routeId),
-                      qint64(t.fromStopId), qint64(t.toStopId), qint64(t.currentStopId),
-                      qint64(t.tripsRouteId), qint64(t.tripsExecutionId)})
+                      qint64(t.isReturnFee), qint64(t.isDaily), qint64(t.trip.routeId),
+                      qint64(t.trip.fromStopId), qint64(t.trip.toStopId),
+                      qint64(t.trip.currentStopId), qint64(t.trip.tripsRouteId),
+                      qint64(t.trip.tripsExecutionId)})
                     numbers.append(QString::number(number));
                 return numbers;
             }())

@@ -156,6 +156,21 @@ private slots:
                  (QStringList{"8|night bus", "80|"}));
     }
 
+    /// Rows show the tickets; what they say is not sold.
+    void rowsOfTheBasketAreNotReadBack()
+    {
+        Counter counter(file());
+        QVERIFY(counter.desk.add(AdultSingle));
+        counter.line(0)->setPrice(0.01);
+        counter.line(0)->setFareProductId(99);
+        QVERIFY(counter.desk.add(ChildSingle));
+        QCOMPARE(counter.desk.totalText(), "€2.85");
+        QCOMPARE(counter.badge(AdultSingle), 1);
+        QVERIFY(counter.desk.pay(SalesDesk::Cash));
+        QCOMPARE(rowsOf(onlyConnection(), "SELECT fare_product, price FROM ticket"),
+                 (QStringList{"21|190", "21|95"}));
+    }
+
     void totalIsTheSumOfWhatIsShown()
     {
         Counter counter(file());

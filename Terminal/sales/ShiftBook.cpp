@@ -1,0 +1,130 @@
+#include "ShiftBook_p.h"
+
+#include "Journal.h"
+
+#include <ZReportItem.h>
+#include <ZReportModel.h>
+
+#include <algorithm>
+
+namespace rivo::sales
+{
+
+ShiftBook::ShiftBook(ZReportModel& reports, Journal& journal, const Currency& currency)
+    : m_reports(reports), m_journal(journal), m_currency(currency)
+{
+}
+
+void ShiftBook::show(double maxDebt)
+{
+    m_maxDebt = maxDebt;
+    const auto running = m_journal.runningShift();
+    if (!running)
+        return;
+    QVector<ShiftReport> closed = m_journal.closedShifts();
+    std::reverse(closed.begin(), closed.end());
+    m_firstZ = closed.isEmpty() ? running->zNumber : closed.last().zNumber;
+    for (const ShiftReport& report : qAsConst(closed)) {
+        if (!report.paidAt.isValid())
+            m_owed += report.cash();
+    }
+    addReport(*running);
+    for (const ShiftReport& report : qAsConst(closed))
+        addReport(report);
+}
+
+/// What the driver carries: of the running shift, the cash of the unpaid shifts before it too.
+Minor ShiftBook::debtOf(const ShiftReport& report) const
+{
+    if (report.paidAt.isValid())
+        return 0;
+    return report.closedAt.isValid() ? report.cash() : report.cash() + m_owed;
+}
+
+void ShiftBook::addReport(const ShiftReport& report)
+{
+    m_reports.addItem(static_cast<int>(report.zNumber), report.ticketCount,
+                      m_currency.toUnits(report.ticketSum), report.cardCount,
+                      m_currency.toUnits(report.cardSum), 0, 0.0,
+                      ticketNumberText(report.firstTicket), ticketNumberText(report.lastTicket),
+                      m_currency.toUnits(report.ticketSum), static_cast<double>(report.zNumber),
+                      report.closedAt.isValid(), 0.0, report.paidAt,
+                      m_currency.toUnits(debtOf(report)), m_maxDebt);
+}
+
+bool ShiftBook::update()
+{
+    const auto report = m_journal.runningShift();
+    if (!report)
+        return false;
+    ZReportItem* const item = reportAt(0);
+    if (item == nullptr)
+        return true;
+    const double sum = m_currency.toUnits(report->ticketSum);
+    const double cardSum = m_currency.toUnits(report->cardSum);
+    item->setTicketCount(report->ticketCount);
+    // An amount equal to the ticket sum of the moment is not taken: offered before and after the
+    // ticket sum changes, one of the two is.
+    item->setCardSellAmnt(cardSum);
+    item->setTicketSumAmnt(sum);
+    item->setCardSellAmnt(cardSum);
+    item->setCardSellCount(report->cardCount);
+    item->setFromTicketNumber(ticketNumberText(report->firstTicket));
+    item->setToTicketNumber(ticketNumberText(report->lastTicket));
+    item->setZSum(sum);
+    item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
+    return true;
+}
+
+std::optional<qint64> ShiftBook::close(const QDateTime& at)
+{
+    const auto report = m_journal.closeShift(at);
+    if (!report)
+        return std::nullopt;
+    if (ZReportItem* const item = reportAt(0)) {
+        item->setPaymentDate(report->paidAt);
+        item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
+        item->setIsClosed(true); // last: it is listed with what it owes
+    }
+    m_owed += debtOf(*report);
+    ShiftReport next;
+    next.zNumber = report->zNumber + 1;
+    addReport(next);
+    m_reports.insertRow(0, m_reports.takeRow(m_reports.rowCount() - 1));
+    return report->zNumber;
+}
+
+bool ShiftBook::keeps(double zNumber) const
+{
+    return m_firstZ > 0 && zNumber >= static_cast<double>(m_firstZ);
+}
+
+ZReportItem* ShiftBook::reportAt(int row) const
+{
+    return qobject_cast<ZReportItem*>(m_reports.itemFromRow(row));
+}
+
+ZReportItem* ShiftBook::closedReport(double zNumber) const
+{
+    for (int row = 1; row < m_reports.rowCount(); ++row) {
+        if (reportAt(row)->zNumber() == zNumber)
+            return reportAt(row);
+    }
+    return nullptr;
+}
+
+bool ShiftBook::handOver(double zNumber, const QDateTime& at)
+{
+    ZReportItem* const item = keeps(zNumber) ? closedReport(zNumber) : nullptr;
+    if (item == nullptr)
+        return false;
+    const auto report = m_journal.handOver(static_cast<qint64>(zNumber), at);
+    if (!report)
+        return false;
+    m_owed -= report->cash();
+    item->setPaymentDate(report->paidAt);
+    item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
+    return true;
+}
+
+} // namespace rivo::sales
