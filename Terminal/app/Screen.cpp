@@ -5,9 +5,11 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QImage>
 #include <QQuickWindow>
 #include <QSaveFile>
+#include <QStyleHints>
 #include <QTimer>
 
 // Generated from TerminalTypes.h: registers the types when an engine first imports them.
@@ -31,7 +33,12 @@ constexpr int settlingTime = 1200;
 
 } // namespace
 
-void Screen::registerTypes() { initResources(); }
+void Screen::registerTypes()
+{
+    initResources();
+    // Buttons ignore the second press of a double click. Nothing here is double-clicked.
+    QGuiApplication::styleHints()->setMouseDoubleClickInterval(0);
+}
 
 Screen::Screen(Terminal& terminal, const QString& page, const QSize& size)
 {

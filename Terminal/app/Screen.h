@@ -16,7 +16,8 @@ class Terminal;
 class Screen
 {
 public:
-    /// Makes the QML documents and icons known. Once per process, before any Screen.
+    /// Makes the QML documents and icons known, and every press of a quick series count. Once per
+    /// process, after the application was made and before any Screen.
     static void registerTypes();
 
     /// Shows `terminal`, opened at `page`. `terminal` outlives the screen.

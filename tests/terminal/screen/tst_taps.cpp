@@ -1,0 +1,224 @@
+#include "ScreenUnderTest.h"
+
+#include <QSignalSpy>
+#include <QTouchDevice>
+#include <QtTest>
+
+#include <functional>
+
+using rivo::sales::SalesDesk;
+using rivo::terminal::Terminal;
+
+namespace
+{
+
+constexpr int tapTime = 80; ///< from one press to the next, milliseconds: a quick finger
+
+/// What a control did so far.
+using Count = std::function<int(Terminal&)>;
+using Prepare = std::function<void(Terminal&)>;
+
+int ticketsIn(Terminal& terminal) { return terminal.basket()->rowCount(); }
+
+void fillBasket(Terminal& terminal)
+{
+    for (int i = 0; i < 8; ++i)
+        QVERIFY(terminal.desk()->add(0));
+}
+
+/// A finger or a mouse. Presses are as close to each other as quick ones are.
+class Pointer
+{
+public:
+    Pointer(QWindow* window, bool isTouch) : m_window(window)
+    {
+        static QTouchDevice* const screen = QTest::createTouchDevice();
+        m_screen = isTouch ? screen : nullptr;
+    }
+
+    void tap(const QPoint& place)
+    {
+        send(place, true);
+        QTest::qWait(tapTime / 2);
+        send(place, false);
+        QTest::qWait(tapTime / 2);
+    }
+
+private:
+    void send(const QPoint& place, bool isPress)
+    {
+        if (m_screen != nullptr) {
+            QTest::QTouchEventSequence touch = QTest::touchEvent(m_window, m_screen);
+            if (isPress)
+                touch.press(0, place, m_window);
+            else
+                touch.release(0, place, m_window);
+            return; // sent when the sequence ends
+        }
+        // QTest::mouseClick() moves its clock on so far that two clicks are never a double click.
+        m_time += tapTime / 2;
+        qt_handleMouseEvent(m_window, place, m_window->mapToGlobal(place),
+                            isPress ? Qt::LeftButton : Qt::NoButton, Qt::LeftButton,
+                            isPress ? QEvent::MouseButtonPress : QEvent::MouseButtonRelease,
+                            Qt::NoModifier, m_time);
+    }
+
+    QWindow* m_window;
+    QTouchDevice* m_screen = nullptr;
+    int m_time = 1000;
+};
+
+QPoint middleOf(const QQuickItem* item)
+{
+    return item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Count)
+Q_DECLARE_METATYPE(Prepare)
+
+/// Quick fingers: every press on every control counts.
+class TestTaps : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        prepareScreens();
+        m_complaints = std::make_unique<Complaints>();
+    }
+    void cleanup() { QCOMPARE(Complaints::take(), QStringList()); }
+    void cleanupTestCase() { m_complaints.reset(); }
+
+    void everyPressCounts_data();
+    void everyPressCounts();
+    void everyKindOfControlHearsThem_data();
+    void everyKindOfControlHearsThem();
+    void quickSales_data();
+    void quickSales();
+
+private:
+    std::unique_ptr<Complaints> m_complaints;
+};
+
+void TestTaps::everyPressCounts_data()
+{
+    QTest::addColumn<bool>("isTouch");
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<Prepare>("prepare");
+    QTest::addColumn<Count>("count");
+
+    const auto control = [](const char* what, const char* page, const char* name,
+                            const Prepare& prepare, const Count& count) {
+        for (const bool isTouch : {false, true})
+            QTest::addRow("%s by %s", what, isTouch ? "touch" : "mouse")
+                << isTouch << page << name << prepare << count;
+    };
+    const Prepare asItIs = [](Terminal&) {};
+    control("tile", "sell", "productText", asItIs, ticketsIn);
+    control("line of the basket", "sell", "removeButton", fillBasket,
+            [](Terminal& t) { return 8 - ticketsIn(t); });
+    control("next stop", "sell", "nextStop", asItIs, [](Terminal& t) { return t.trip()->stop(); });
+    control(
+        "previous stop", "sell", "previousStop",
+        [](Terminal& t) { t.trip()->setStop(t.trip()->stopCount() - 1); },
+        [](Terminal& t) { return t.trip()->stopCount() - 1 - t.trip()->stop(); });
+}
+
+void TestTaps::everyPressCounts()
+{
+    QFETCH(bool, isTouch);
+    QFETCH(QString, page);
+    QFETCH(QString, control);
+    QFETCH(Prepare, prepare);
+    QFETCH(Count, count);
+    ScreenUnderTest shown(exampleFeed("coast-line"), page);
+    prepare(shown.terminal());
+    QTRY_VERIFY(shown.item(control) != nullptr);
+    shown.window()->grabWindow(); // everything is where it is drawn
+    const QPoint place = middleOf(shown.item(control));
+    const int before = count(shown.terminal());
+    Pointer pointer(shown.window(), isTouch);
+    for (int press = 0; press < 6; ++press)
+        pointer.tap(place);
+    QCOMPARE(count(shown.terminal()) - before, 6);
+}
+
+void TestTaps::everyKindOfControlHearsThem_data()
+{
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QString>("part"); // of the control
+
+    for (const auto& [page, part] : {std::pair("sell", "nightButton"),
+                                     {"sell", "nav-sell"},
+                                     {"products", "priceText"},
+                                     {"devices", "stateText"},
+                                     {"devices", "event-Ready"},
+                                     {"settings", "extraLogSwitch"},
+                                     {"fleet", "statusText"},
+                                     {"fleet", "zoomIn"},
+                                     {"fleet", "vehicleTag"}})
+        QTest::newRow(part) << page << part;
+}
+
+void TestTaps::everyKindOfControlHearsThem()
+{
+    QFETCH(QString, page);
+    QFETCH(QString, part);
+    ScreenUnderTest shown(exampleFeed("coast-line"), page);
+    QTRY_VERIFY(shown.item(part) != nullptr);
+    QTest::qWait(200); // the map comes to rest
+    shown.window()->grabWindow();
+    QQuickItem* control = shown.item(part);
+    const QPoint place = middleOf(control);
+    const auto signalOf = [](const QQuickItem* item) {
+        const QMetaObject* type = item->metaObject();
+        return type->method(
+            qMax(type->indexOfSignal("clicked()"), type->indexOfSignal("tapped()")));
+    };
+    while (!signalOf(control).isValid())
+        control = control->parentItem();
+    for (const bool isTouch : {false, true}) {
+        const QSignalSpy spy(control, signalOf(control));
+        Pointer pointer(shown.window(), isTouch);
+        for (int press = 0; press < 6; ++press)
+            pointer.tap(place);
+        QCOMPARE(spy.size(), 6);
+    }
+}
+
+void TestTaps::quickSales_data()
+{
+    QTest::addColumn<bool>("isTouch");
+    QTest::addColumn<QString>("button");
+    for (const char* button : {"payCash", "payCard"}) {
+        QTest::addRow("%s by mouse", button) << false << button;
+        QTest::addRow("%s by touch", button) << true << button;
+    }
+}
+
+/// A press too many sells nothing twice; the next sale is not missed for it.
+void TestTaps::quickSales()
+{
+    QFETCH(bool, isTouch);
+    QFETCH(QString, button);
+    ScreenUnderTest shown(exampleFeed("coast-line"));
+    shown.window()->grabWindow();
+    const QPoint tile = middleOf(shown.item("productText"));
+    const QPoint pay = middleOf(shown.item(button));
+    QSignalSpy sales(shown.terminal().desk(), &SalesDesk::saleConfirmed);
+    Pointer pointer(shown.window(), isTouch);
+    for (int sale = 1; sale <= 6; ++sale) {
+        pointer.tap(tile);
+        pointer.tap(pay);
+        pointer.tap(pay);
+        QCOMPARE(sales.size(), sale);
+        QTRY_COMPARE(ticketsIn(shown.terminal()), 0);
+    }
+}
+
+QTEST_MAIN(TestTaps)
+#include "tst_taps.moc"
