@@ -12,6 +12,22 @@
 namespace rivo::feed::gtfs
 {
 
+constexpr auto agencyFile = "agency.txt";
+constexpr auto feedInfoFile = "feed_info.txt";
+constexpr auto categoriesFile = "rider_categories.txt";
+constexpr auto mappingFile = "passenger_types.txt";
+constexpr auto mediaFile = "fare_media.txt";
+constexpr auto areasFile = "areas.txt";
+constexpr auto productsFile = "fare_products.txt";
+constexpr auto legRulesFile = "fare_leg_rules.txt";
+constexpr auto stopsFile = "stops.txt";
+constexpr auto stopAreasFile = "stop_areas.txt";
+constexpr auto routesFile = "routes.txt";
+constexpr auto shapesFile = "shapes.txt";
+constexpr auto calendarFile = "calendar.txt";
+constexpr auto tripsFile = "trips.txt";
+constexpr auto stopTimesFile = "stop_times.txt";
+
 // One record type per file: what is read of a row, and the columns that it is read from.
 
 struct Row
