@@ -64,26 +64,14 @@ QHash<int, QByteArray> AssetItem::roleNames() const
 
 int AssetItem::id() const { return m_id; }
 
-void AssetItem::setId(const int& id) { store(m_id, id); }
-void AssetItem::setRegistrationNumber(const QString& registrationNumber)
-{
-    store(m_registrationNumber, registrationNumber);
-}
-void AssetItem::setInternalNumber(const QString& internalNumber)
-{
-    store(m_internalNumber, internalNumber);
-}
-void AssetItem::setDrivingStatus(const QString& drivingStatus)
-{
-    store(m_drivingStatus, drivingStatus);
-}
-void AssetItem::setRouteStatus(const QString& routeStatus) { store(m_routeStatus, routeStatus); }
-void AssetItem::setRouteId(const int& routeId) { store(m_routeId, routeId); }
-void AssetItem::setRouteName(const QString& routeName) { store(m_routeName, routeName); }
-void AssetItem::setAssetCoordinate(const QGeoCoordinate& assetCoordinate)
-{
-    store(m_assetCoordinate, assetCoordinate);
-}
-void AssetItem::setUpdated(const bool& updated) { m_updated = updated; }
-void AssetItem::setInView(const bool& inView) { store(m_inView, inView); }
-void AssetItem::setDirection(const double& direction) { storeFuzzy(m_direction, direction); }
+void AssetItem::setId(const int& value) { store(m_id, value); }
+void AssetItem::setRegistrationNumber(const QString& value) { store(m_registrationNumber, value); }
+void AssetItem::setInternalNumber(const QString& value) { store(m_internalNumber, value); }
+void AssetItem::setDrivingStatus(const QString& value) { store(m_drivingStatus, value); }
+void AssetItem::setRouteStatus(const QString& value) { store(m_routeStatus, value); }
+void AssetItem::setRouteId(const int& value) { store(m_routeId, value); }
+void AssetItem::setRouteName(const QString& value) { store(m_routeName, value); }
+void AssetItem::setAssetCoordinate(const QGeoCoordinate& value) { store(m_assetCoordinate, value); }
+void AssetItem::setUpdated(const bool& value) { m_updated = value; }
+void AssetItem::setInView(const bool& value) { store(m_inView, value); }
+void AssetItem::setDirection(const double& value) { storeFuzzy(m_direction, value); }

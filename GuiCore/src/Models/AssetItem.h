@@ -66,18 +66,18 @@ public:
     bool inView() const { return m_inView; }         ///< the application's: whether views show it
     double direction() const { return m_direction; } ///< degrees clockwise from north, as given
 
-    void setId(const int& id);
-    void setRegistrationNumber(const QString& registrationNumber);
-    void setInternalNumber(const QString& internalNumber);
-    void setDrivingStatus(const QString& drivingStatus);
-    void setRouteStatus(const QString& routeStatus);
-    void setRouteId(const int& routeId);
-    void setRouteName(const QString& routeName);
+    void setId(const int& value);
+    void setRegistrationNumber(const QString& value);
+    void setInternalNumber(const QString& value);
+    void setDrivingStatus(const QString& value);
+    void setRouteStatus(const QString& value);
+    void setRouteId(const int& value);
+    void setRouteName(const QString& value);
     /// Compares as QGeoCoordinate does: fuzzily, and at a pole without the longitude.
-    void setAssetCoordinate(const QGeoCoordinate& assetCoordinate);
-    void setUpdated(const bool& updated); ///< silent: stores, never emits
-    void setInView(const bool& inView);
-    void setDirection(const double& direction); ///< compares fuzzily
+    void setAssetCoordinate(const QGeoCoordinate& value);
+    void setUpdated(const bool& value); ///< silent: stores, never emits
+    void setInView(const bool& value);
+    void setDirection(const double& value); ///< compares fuzzily
 
 private:
     int m_id = -1;

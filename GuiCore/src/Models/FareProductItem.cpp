@@ -70,32 +70,26 @@ QHash<int, QByteArray> FareProductItem::roleNames() const
 
 int FareProductItem::id() const { return m_id; }
 
-void FareProductItem::setDescription(const QString& description)
+void FareProductItem::setDescription(const QString& value) { store(m_description, value); }
+void FareProductItem::setIcon(const QString& value) { store(m_icon, value); }
+void FareProductItem::setPrice(const double& value) { storeFuzzy(m_price, value); }
+void FareProductItem::setDiscount(const double& value) { storeFuzzy(m_discount, value); }
+void FareProductItem::setFreeReturn(const bool& value) { store(m_freeReturn, value); }
+void FareProductItem::setPaperTicket(const bool& value) { store(m_paperTicket, value); }
+void FareProductItem::setTotalInBasket(const int& value) { store(m_totalInBasket, value); }
+void FareProductItem::setPassengerTypes(const QList<QVariant>& value)
 {
-    store(m_description, description);
+    store(m_passengerTypes, value);
 }
-void FareProductItem::setIcon(const QString& icon) { store(m_icon, icon); }
-void FareProductItem::setPrice(const double& price) { storeFuzzy(m_price, price); }
-void FareProductItem::setDiscount(const double& discount) { storeFuzzy(m_discount, discount); }
-void FareProductItem::setFreeReturn(const bool& freeReturn) { store(m_freeReturn, freeReturn); }
-void FareProductItem::setPaperTicket(const bool& paperTicket) { store(m_paperTicket, paperTicket); }
-void FareProductItem::setTotalInBasket(const int& totalInBasket)
+void FareProductItem::setTicketMaterial(const QList<QVariant>& value)
 {
-    store(m_totalInBasket, totalInBasket);
+    store(m_ticketMaterial, value);
 }
-void FareProductItem::setPassengerTypes(const QList<QVariant>& passengerTypes)
+void FareProductItem::setPaymentMethod(const QList<QVariant>& value)
 {
-    store(m_passengerTypes, passengerTypes);
+    store(m_paymentMethod, value);
 }
-void FareProductItem::setTicketMaterial(const QList<QVariant>& ticketMaterial)
+void FareProductItem::setPaymentChannel(const QList<QVariant>& value)
 {
-    store(m_ticketMaterial, ticketMaterial);
-}
-void FareProductItem::setPaymentMethod(const QList<QVariant>& paymentMethod)
-{
-    store(m_paymentMethod, paymentMethod);
-}
-void FareProductItem::setPaymentChannel(const QList<QVariant>& paymentChannel)
-{
-    store(m_paymentChannel, paymentChannel);
+    store(m_paymentChannel, value);
 }

@@ -70,20 +70,20 @@ public:
 
     int totalInBasket() const { return m_totalInBasket; } ///< tickets of this product in the basket
 
-    void setDescription(const QString& description);
-    void setIcon(const QString& icon);
-    void setPrice(const double& price);       ///< compares fuzzily
-    void setDiscount(const double& discount); ///< compares fuzzily
-    void setFreeReturn(const bool& freeReturn);
-    void setPaperTicket(const bool& paperTicket);
-    void setTotalInBasket(const int& totalInBasket);
+    void setDescription(const QString& value);
+    void setIcon(const QString& value);
+    void setPrice(const double& value);    ///< compares fuzzily
+    void setDiscount(const double& value); ///< compares fuzzily
+    void setFreeReturn(const bool& value);
+    void setPaperTicket(const bool& value);
+    void setTotalInBasket(const int& value);
 
     // Lists are equal if they hold equal values in the same order. Equality is QVariant's, which
     // finds "1" and 1 equal.
-    void setPassengerTypes(const QList<QVariant>& passengerTypes);
-    void setTicketMaterial(const QList<QVariant>& ticketMaterial);
-    void setPaymentMethod(const QList<QVariant>& paymentMethod);
-    void setPaymentChannel(const QList<QVariant>& paymentChannel);
+    void setPassengerTypes(const QList<QVariant>& value);
+    void setTicketMaterial(const QList<QVariant>& value);
+    void setPaymentMethod(const QList<QVariant>& value);
+    void setPaymentChannel(const QList<QVariant>& value);
 
 private:
     int m_id = -1;

@@ -95,47 +95,23 @@ QHash<int, QByteArray> PassengerTypeItem::roleNames() const
 
 int PassengerTypeItem::id() const { return m_id; }
 
-void PassengerTypeItem::setId(const int& id) { store(m_id, id); }
-void PassengerTypeItem::setDescription(const QString& description)
+void PassengerTypeItem::setId(const int& value) { store(m_id, value); }
+void PassengerTypeItem::setDescription(const QString& value) { store(m_description, value); }
+void PassengerTypeItem::setCode(const QString& value) { store(m_code, value); }
+void PassengerTypeItem::setIcon(const QString& value) { store(m_icon, value); }
+void PassengerTypeItem::setPrice(const double& value) { storeFuzzy(m_price, value); }
+void PassengerTypeItem::setFareProductId(const int& value) { store(m_fareProductId, value); }
+void PassengerTypeItem::setFareProductName(const QString& value) { m_fareProductName = value; }
+void PassengerTypeItem::setTotalInBasket(const int& value) { store(m_totalInBasket, value); }
+void PassengerTypeItem::setIsReturnFee(const bool& value) { store(m_isReturnFee, value); }
+void PassengerTypeItem::setFromStopGroupId(const int& value) { store(m_fromStopGroupId, value); }
+void PassengerTypeItem::setToStopGroupId(const int& value) { store(m_toStopGroupId, value); }
+void PassengerTypeItem::setFareProductColor(const QString& value)
 {
-    store(m_description, description);
+    store(m_fareProductColor, value);
 }
-void PassengerTypeItem::setCode(const QString& code) { store(m_code, code); }
-void PassengerTypeItem::setIcon(const QString& icon) { store(m_icon, icon); }
-void PassengerTypeItem::setPrice(const double& price) { storeFuzzy(m_price, price); }
-void PassengerTypeItem::setFareProductId(const int& fareProductId)
-{
-    store(m_fareProductId, fareProductId);
-}
-void PassengerTypeItem::setFareProductName(const QString& fareProductName)
-{
-    m_fareProductName = fareProductName;
-}
-void PassengerTypeItem::setTotalInBasket(const int& totalInBasket)
-{
-    store(m_totalInBasket, totalInBasket);
-}
-void PassengerTypeItem::setIsReturnFee(const bool& isReturnFee)
-{
-    store(m_isReturnFee, isReturnFee);
-}
-void PassengerTypeItem::setFromStopGroupId(const int& fromStopGroupId)
-{
-    store(m_fromStopGroupId, fromStopGroupId);
-}
-void PassengerTypeItem::setToStopGroupId(const int& toStopGroupId)
-{
-    store(m_toStopGroupId, toStopGroupId);
-}
-void PassengerTypeItem::setFareProductColor(const QString& fareProductColor)
-{
-    store(m_fareProductColor, fareProductColor);
-}
-void PassengerTypeItem::setHasExpired(const bool& hasExpired) { store(m_hasExpired, hasExpired); }
-void PassengerTypeItem::setFareDiscount(const double& fareDiscount)
-{
-    store(m_fareDiscount, fareDiscount);
-}
-void PassengerTypeItem::setSelected(const bool& selected) { store(m_selected, selected); }
-void PassengerTypeItem::setIsDaily(const bool& isDaily) { store(m_isDaily, isDaily); }
-void PassengerTypeItem::setPos(const int& pos) { store(m_pos, pos); }
+void PassengerTypeItem::setHasExpired(const bool& value) { store(m_hasExpired, value); }
+void PassengerTypeItem::setFareDiscount(const double& value) { store(m_fareDiscount, value); }
+void PassengerTypeItem::setSelected(const bool& value) { store(m_selected, value); }
+void PassengerTypeItem::setIsDaily(const bool& value) { store(m_isDaily, value); }
+void PassengerTypeItem::setPos(const int& value) { store(m_pos, value); }

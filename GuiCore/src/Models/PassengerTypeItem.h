@@ -79,23 +79,23 @@ public:
     bool isDaily() const { return m_isDaily; }
     int pos() const { return m_pos; } ///< back-office position, counted from 1; -1 if none
 
-    void setId(const int& id);
-    void setDescription(const QString& description);
-    void setCode(const QString& code);
-    void setIcon(const QString& icon);
-    void setPrice(const double& price); ///< compares fuzzily
-    void setFareProductId(const int& fareProductId);
-    void setFareProductName(const QString& fareProductName); ///< silent: stores, never emits
-    void setTotalInBasket(const int& totalInBasket);
-    void setIsReturnFee(const bool& isReturnFee);
-    void setFromStopGroupId(const int& fromStopGroupId);
-    void setToStopGroupId(const int& toStopGroupId);
-    void setFareProductColor(const QString& fareProductColor);
-    void setHasExpired(const bool& hasExpired);
-    void setFareDiscount(const double& fareDiscount); ///< compares exactly, unlike the price
-    void setSelected(const bool& selected);
-    void setIsDaily(const bool& isDaily);
-    void setPos(const int& pos);
+    void setId(const int& value);
+    void setDescription(const QString& value);
+    void setCode(const QString& value);
+    void setIcon(const QString& value);
+    void setPrice(const double& value); ///< compares fuzzily
+    void setFareProductId(const int& value);
+    void setFareProductName(const QString& value); ///< silent: stores, never emits
+    void setTotalInBasket(const int& value);
+    void setIsReturnFee(const bool& value);
+    void setFromStopGroupId(const int& value);
+    void setToStopGroupId(const int& value);
+    void setFareProductColor(const QString& value);
+    void setHasExpired(const bool& value);
+    void setFareDiscount(const double& value); ///< compares exactly, unlike the price
+    void setSelected(const bool& value);
+    void setIsDaily(const bool& value);
+    void setPos(const int& value);
 
 private:
     int m_id = -1;

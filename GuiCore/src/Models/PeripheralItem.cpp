@@ -70,16 +70,13 @@ QHash<int, QByteArray> PeripheralItem::roleNames() const
 
 int PeripheralItem::id() const { return m_id; }
 
-void PeripheralItem::setId(const int& id) { store(m_id, id); }
-void PeripheralItem::setName(const QString& name) { store(m_name, name); }
-void PeripheralItem::setIdentity(const unsigned int& identity) { store(m_identity, identity); }
-void PeripheralItem::setIcon(const QString& icon) { store(m_icon, icon); }
-void PeripheralItem::setWarning(const bool& warning) { store(m_warning, warning); }
-void PeripheralItem::setBlueWarning(const bool& blueWarning) { store(m_blueWarning, blueWarning); }
-void PeripheralItem::setYellowWarning(const bool& yellowWarning)
-{
-    store(m_yellowWarning, yellowWarning);
-}
-void PeripheralItem::setError(const bool& error) { store(m_error, error); }
-void PeripheralItem::setDeviceState(const int& deviceState) { store(m_deviceState, deviceState); }
-void PeripheralItem::setStateStr(const QString& stateStr) { store(m_stateStr, stateStr); }
+void PeripheralItem::setId(const int& value) { store(m_id, value); }
+void PeripheralItem::setName(const QString& value) { store(m_name, value); }
+void PeripheralItem::setIdentity(const unsigned int& value) { store(m_identity, value); }
+void PeripheralItem::setIcon(const QString& value) { store(m_icon, value); }
+void PeripheralItem::setWarning(const bool& value) { store(m_warning, value); }
+void PeripheralItem::setBlueWarning(const bool& value) { store(m_blueWarning, value); }
+void PeripheralItem::setYellowWarning(const bool& value) { store(m_yellowWarning, value); }
+void PeripheralItem::setError(const bool& value) { store(m_error, value); }
+void PeripheralItem::setDeviceState(const int& value) { store(m_deviceState, value); }
+void PeripheralItem::setStateStr(const QString& value) { store(m_stateStr, value); }

@@ -64,16 +64,16 @@ public:
     int deviceState() const { return m_deviceState; } ///< a number of the application
     QString stateStr() const { return m_stateStr; }   ///< the state in words
 
-    void setId(const int& id);
-    void setName(const QString& name);
-    void setIdentity(const unsigned int& identity);
-    void setIcon(const QString& icon);
-    void setWarning(const bool& warning);
-    void setBlueWarning(const bool& blueWarning);
-    void setYellowWarning(const bool& yellowWarning);
-    void setError(const bool& error);
-    void setDeviceState(const int& deviceState);
-    void setStateStr(const QString& stateStr);
+    void setId(const int& value);
+    void setName(const QString& value);
+    void setIdentity(const unsigned int& value);
+    void setIcon(const QString& value);
+    void setWarning(const bool& value);
+    void setBlueWarning(const bool& value);
+    void setYellowWarning(const bool& value);
+    void setError(const bool& value);
+    void setDeviceState(const int& value);
+    void setStateStr(const QString& value);
 
 private:
     int m_id = -1;

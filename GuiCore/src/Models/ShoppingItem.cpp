@@ -89,52 +89,28 @@ QHash<int, QByteArray> ShoppingItem::roleNames() const
 
 int ShoppingItem::id() const { return m_id; }
 
-void ShoppingItem::setPassengerTypeId(const int& passengerTypeId)
-{
-    store(m_passengerTypeId, passengerTypeId);
-}
-void ShoppingItem::setFareProductId(const int& fareProductId)
-{
-    store(m_fareProductId, fareProductId);
-}
-void ShoppingItem::setFromStopGroupId(const int& fromStopGroupId)
-{
-    store(m_fromStopGroupId, fromStopGroupId);
-}
-void ShoppingItem::setToStopGroupId(const int& toStopGroupId)
-{
-    store(m_toStopGroupId, toStopGroupId);
-}
-void ShoppingItem::setDescription(const QString& description) { store(m_description, description); }
-void ShoppingItem::setFareProductName(const QString& fareProductName)
-{
-    store(m_fareProductName, fareProductName);
-}
-void ShoppingItem::setIcon(const QString& icon) { store(m_icon, icon); }
-void ShoppingItem::setPrice(const double& price) { store(m_price, price); }
-void ShoppingItem::setAccepted(const bool& accepted) { store(m_accepted, accepted); }
-void ShoppingItem::setPrinted(const bool& printed) { store(m_printed, printed); }
-void ShoppingItem::setOrigin(const QString& origin) { store(m_origin, origin); }
-void ShoppingItem::setDestination(const QString& destination) { store(m_destination, destination); }
-void ShoppingItem::setIsReturnFee(const bool& isReturnFee) { store(m_isReturnFee, isReturnFee); }
-void ShoppingItem::setIsDaily(const bool& isDaily) { store(m_isDaily, isDaily); }
-void ShoppingItem::setFromStopId(const int& fromStopId) { store(m_fromStopId, fromStopId); }
-void ShoppingItem::setToStopId(const int& toStopId) { store(m_toStopId, toStopId); }
-void ShoppingItem::setRouteId(int routeId) { m_routeId = routeId; }
-void ShoppingItem::setCurrentStopId(int currentStopId) { m_currentStopId = currentStopId; }
-void ShoppingItem::setTripsRouteId(int tripsRouteId) { m_tripsRouteId = tripsRouteId; }
-void ShoppingItem::setTripsExecutionId(int tripsExecutionId)
-{
-    m_tripsExecutionId = tripsExecutionId;
-}
-void ShoppingItem::setPublicRouteExecutionId(QString publicRouteExecutionId)
-{
-    m_publicRouteExecutionId = publicRouteExecutionId;
-}
-void ShoppingItem::setPayMethod(int payMethod) { m_payMethod = payMethod; }
-void ShoppingItem::setTicketMaterialId(int ticketMaterialId)
-{
-    m_ticketMaterialId = ticketMaterialId;
-}
-void ShoppingItem::setPasengerType(int pasengerType) { m_pasengerType = pasengerType; }
-void ShoppingItem::setPayChannel(int payChannel) { m_payChannel = payChannel; }
+void ShoppingItem::setPassengerTypeId(const int& value) { store(m_passengerTypeId, value); }
+void ShoppingItem::setFareProductId(const int& value) { store(m_fareProductId, value); }
+void ShoppingItem::setFromStopGroupId(const int& value) { store(m_fromStopGroupId, value); }
+void ShoppingItem::setToStopGroupId(const int& value) { store(m_toStopGroupId, value); }
+void ShoppingItem::setDescription(const QString& value) { store(m_description, value); }
+void ShoppingItem::setFareProductName(const QString& value) { store(m_fareProductName, value); }
+void ShoppingItem::setIcon(const QString& value) { store(m_icon, value); }
+void ShoppingItem::setPrice(const double& value) { store(m_price, value); }
+void ShoppingItem::setAccepted(const bool& value) { store(m_accepted, value); }
+void ShoppingItem::setPrinted(const bool& value) { store(m_printed, value); }
+void ShoppingItem::setOrigin(const QString& value) { store(m_origin, value); }
+void ShoppingItem::setDestination(const QString& value) { store(m_destination, value); }
+void ShoppingItem::setIsReturnFee(const bool& value) { store(m_isReturnFee, value); }
+void ShoppingItem::setIsDaily(const bool& value) { store(m_isDaily, value); }
+void ShoppingItem::setFromStopId(const int& value) { store(m_fromStopId, value); }
+void ShoppingItem::setToStopId(const int& value) { store(m_toStopId, value); }
+void ShoppingItem::setRouteId(int value) { m_routeId = value; }
+void ShoppingItem::setCurrentStopId(int value) { m_currentStopId = value; }
+void ShoppingItem::setTripsRouteId(int value) { m_tripsRouteId = value; }
+void ShoppingItem::setTripsExecutionId(int value) { m_tripsExecutionId = value; }
+void ShoppingItem::setPublicRouteExecutionId(QString value) { m_publicRouteExecutionId = value; }
+void ShoppingItem::setPayMethod(int value) { m_payMethod = value; }
+void ShoppingItem::setTicketMaterialId(int value) { m_ticketMaterialId = value; }
+void ShoppingItem::setPasengerType(int value) { m_pasengerType = value; }
+void ShoppingItem::setPayChannel(int value) { m_payChannel = value; }

@@ -114,33 +114,33 @@ public:
     /// Empty for a dynamic trip.
     QString publicRouteExecutionId() const { return m_publicRouteExecutionId; }
 
-    void setPassengerTypeId(const int& passengerTypeId);
-    void setFareProductId(const int& fareProductId);
-    void setFromStopGroupId(const int& fromStopGroupId);
-    void setToStopGroupId(const int& toStopGroupId);
-    void setDescription(const QString& description);
-    void setFareProductName(const QString& fareProductName);
-    void setIcon(const QString& icon);
-    void setPrice(const double& price); ///< compares exactly: every change is announced
-    void setAccepted(const bool& accepted);
-    void setPrinted(const bool& printed);
-    void setOrigin(const QString& origin);
-    void setDestination(const QString& destination);
-    void setIsReturnFee(const bool& isReturnFee);
-    void setIsDaily(const bool& isDaily);
-    void setFromStopId(const int& fromStopId);
-    void setToStopId(const int& toStopId);
+    void setPassengerTypeId(const int& value);
+    void setFareProductId(const int& value);
+    void setFromStopGroupId(const int& value);
+    void setToStopGroupId(const int& value);
+    void setDescription(const QString& value);
+    void setFareProductName(const QString& value);
+    void setIcon(const QString& value);
+    void setPrice(const double& value); ///< compares exactly: every change is announced
+    void setAccepted(const bool& value);
+    void setPrinted(const bool& value);
+    void setOrigin(const QString& value);
+    void setDestination(const QString& value);
+    void setIsReturnFee(const bool& value);
+    void setIsDaily(const bool& value);
+    void setFromStopId(const int& value);
+    void setToStopId(const int& value);
 
     // Silent: these always store and never emit.
-    void setRouteId(int routeId);
-    void setCurrentStopId(int currentStopId);
-    void setTripsRouteId(int tripsRouteId);
-    void setTripsExecutionId(int tripsExecutionId);
-    void setPublicRouteExecutionId(QString publicRouteExecutionId);
-    void setPayMethod(int payMethod);
-    void setTicketMaterialId(int ticketMaterialId);
-    void setPasengerType(int pasengerType);
-    void setPayChannel(int payChannel);
+    void setRouteId(int value);
+    void setCurrentStopId(int value);
+    void setTripsRouteId(int value);
+    void setTripsExecutionId(int value);
+    void setPublicRouteExecutionId(QString value);
+    void setPayMethod(int value);
+    void setTicketMaterialId(int value);
+    void setPasengerType(int value);
+    void setPayChannel(int value);
 
 private:
     int m_id = -1;

@@ -94,36 +94,24 @@ QHash<int, QByteArray> ZReportItem::roleNames() const
 
 int ZReportItem::id() const { return m_id; }
 
-void ZReportItem::setTicketCount(int ticketCount) { store(m_ticketCount, ticketCount); }
-void ZReportItem::setTicketSumAmnt(double ticketSumAmnt)
+void ZReportItem::setTicketCount(int value) { store(m_ticketCount, value); }
+void ZReportItem::setTicketSumAmnt(double value) { storeFuzzy(m_ticketSumAmnt, value); }
+void ZReportItem::setCardSellCount(int value) { store(m_cardSellCount, value); }
+void ZReportItem::setCardSellAmnt(double value)
 {
-    storeFuzzy(m_ticketSumAmnt, ticketSumAmnt);
-}
-void ZReportItem::setCardSellCount(int cardSellCount) { store(m_cardSellCount, cardSellCount); }
-void ZReportItem::setCardSellAmnt(double cardSellAmnt)
-{
-    if (fuzzilyEqual(m_ticketSumAmnt, cardSellAmnt))
+    if (fuzzilyEqual(m_ticketSumAmnt, value))
         return;
-    m_cardSellAmnt = cardSellAmnt;
+    m_cardSellAmnt = value;
     emit dataChanged();
 }
-void ZReportItem::setParcelCount(int parcelCount) { store(m_parcelCount, parcelCount); }
-void ZReportItem::setParcelAmnt(double parcelAmnt) { storeFuzzy(m_parcelAmnt, parcelAmnt); }
-void ZReportItem::setFromTicketNumber(QString fromTicketNumber)
-{
-    store(m_fromTicketNumber, fromTicketNumber);
-}
-void ZReportItem::setToTicketNumber(QString toTicketNumber)
-{
-    store(m_toTicketNumber, toTicketNumber);
-}
-void ZReportItem::setZSum(double zSum) { storeFuzzy(m_zSum, zSum); }
-void ZReportItem::setZNumber(double zNumber) { storeFuzzy(m_zNumber, zNumber); }
-void ZReportItem::setIsClosed(bool isClosed) { store(m_isClosed, isClosed); }
-void ZReportItem::setCommission(double commission) { store(m_commission, commission); }
-void ZReportItem::setPaymentDate(QDateTime paymentDate) { store(m_paymentDate, paymentDate); }
-void ZReportItem::setCurrentDebt(double currentDebt) { storeFuzzy(m_currentDebt, currentDebt); }
-void ZReportItem::setMaxAllowedDebt(double maxAllowedDebt)
-{
-    storeFuzzy(m_maxAllowedDebt, maxAllowedDebt);
-}
+void ZReportItem::setParcelCount(int value) { store(m_parcelCount, value); }
+void ZReportItem::setParcelAmnt(double value) { storeFuzzy(m_parcelAmnt, value); }
+void ZReportItem::setFromTicketNumber(QString value) { store(m_fromTicketNumber, value); }
+void ZReportItem::setToTicketNumber(QString value) { store(m_toTicketNumber, value); }
+void ZReportItem::setZSum(double value) { storeFuzzy(m_zSum, value); }
+void ZReportItem::setZNumber(double value) { storeFuzzy(m_zNumber, value); }
+void ZReportItem::setIsClosed(bool value) { store(m_isClosed, value); }
+void ZReportItem::setCommission(double value) { store(m_commission, value); }
+void ZReportItem::setPaymentDate(QDateTime value) { store(m_paymentDate, value); }
+void ZReportItem::setCurrentDebt(double value) { storeFuzzy(m_currentDebt, value); }
+void ZReportItem::setMaxAllowedDebt(double value) { storeFuzzy(m_maxAllowedDebt, value); }

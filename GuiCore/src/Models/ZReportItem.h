@@ -80,23 +80,23 @@ public:
     double currentDebt() const { return m_currentDebt; }
     double maxAllowedDebt() const { return m_maxAllowedDebt; }
 
-    void setTicketCount(int ticketCount);
-    void setTicketSumAmnt(double ticketSumAmnt); ///< compares fuzzily
-    void setCardSellCount(int cardSellCount);
+    void setTicketCount(int value);
+    void setTicketSumAmnt(double value); ///< compares fuzzily
+    void setCardSellCount(int value);
     /// Compares with the ticket sum, not with the stored amount: fuzzily equal to the ticket sum,
     /// it is neither stored nor announced; anything else is both, even the stored amount itself.
-    void setCardSellAmnt(double cardSellAmnt);
-    void setParcelCount(int parcelCount);
-    void setParcelAmnt(double parcelAmnt); ///< compares fuzzily
-    void setFromTicketNumber(QString fromTicketNumber);
-    void setToTicketNumber(QString toTicketNumber);
-    void setZSum(double zSum);       ///< compares fuzzily
-    void setZNumber(double zNumber); ///< compares fuzzily
-    void setIsClosed(bool isClosed);
-    void setCommission(double commission); ///< compares exactly
-    void setPaymentDate(QDateTime paymentDate);
-    void setCurrentDebt(double currentDebt);       ///< compares fuzzily
-    void setMaxAllowedDebt(double maxAllowedDebt); ///< compares fuzzily
+    void setCardSellAmnt(double value);
+    void setParcelCount(int value);
+    void setParcelAmnt(double value); ///< compares fuzzily
+    void setFromTicketNumber(QString value);
+    void setToTicketNumber(QString value);
+    void setZSum(double value);    ///< compares fuzzily
+    void setZNumber(double value); ///< compares fuzzily
+    void setIsClosed(bool value);
+    void setCommission(double value); ///< compares exactly
+    void setPaymentDate(QDateTime value);
+    void setCurrentDebt(double value);    ///< compares fuzzily
+    void setMaxAllowedDebt(double value); ///< compares fuzzily
 
 private:
     int m_id = -1;
