@@ -6,12 +6,8 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/setup.sh
 . scripts/setup.sh
-# shellcheck source=packaging/abi.sh
-. packaging/abi.sh
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_for_abi
-build_abi "${1:-release}"
-file="$(abi_file "$library")"
-describe_abi "$library" "$file"
-echo "$file"
+build_packaged_library "${1:-release}"
+python3 packaging/abi.py write "$library" packaging/abi
