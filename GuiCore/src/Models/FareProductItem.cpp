@@ -12,13 +12,16 @@ const rivo::models::QHashStaticInit<int, QByteArray>
         {FareProductItem::TotalInBasketRole, "totalInBasket"},
     };
 
-namespace
+namespace FareProductItems
 {
 // Counts constructions for a debugger or a core dump; nothing reads it, hence marked as used.
-__attribute__((used)) int instanceCount = 0;
-} // namespace
+__attribute__((used)) static int instanceCount = 0;
+} // namespace FareProductItems
 
-FareProductItem::FareProductItem(QObject* parent) : ListItem(parent) { ++instanceCount; }
+FareProductItem::FareProductItem(QObject* parent) : ListItem(parent)
+{
+    ++FareProductItems::instanceCount;
+}
 
 FareProductItem::FareProductItem(const int& id, const QString& description, const QString& icon,
                                  const double& price, const double& discount,
@@ -34,7 +37,7 @@ FareProductItem::FareProductItem(const int& id, const QString& description, cons
       m_paymentMethod(paymentMethod), m_paymentChannel(paymentChannel),
       m_totalInBasket(totalInBasket)
 {
-    ++instanceCount;
+    ++FareProductItems::instanceCount;
 }
 
 FareProductItem::~FareProductItem() = default;

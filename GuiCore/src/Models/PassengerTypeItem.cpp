@@ -20,13 +20,16 @@ const rivo::models::QHashStaticInit<int, QByteArray>
         {PassengerTypeItem::PosRole, "pos"},
     };
 
-namespace
+namespace PassengerTypeItems
 {
 // Counts constructions for a debugger or a core dump; nothing reads it, hence marked as used.
-__attribute__((used)) int instanceCount = 0;
-} // namespace
+__attribute__((used)) static int instanceCount = 0;
+} // namespace PassengerTypeItems
 
-PassengerTypeItem::PassengerTypeItem(QObject* parent) : ListItem(parent) { ++instanceCount; }
+PassengerTypeItem::PassengerTypeItem(QObject* parent) : ListItem(parent)
+{
+    ++PassengerTypeItems::instanceCount;
+}
 
 PassengerTypeItem::PassengerTypeItem(const int& id, const QString& description, const QString& code,
                                      const QString& icon, const double& price,
@@ -43,7 +46,7 @@ PassengerTypeItem::PassengerTypeItem(const int& id, const QString& description, 
       m_fareProductColor(fareProductColor), m_hasExpired(hasExpired), m_fareDiscount(fareDiscount),
       m_isDaily(isDaily), m_pos(pos)
 {
-    ++instanceCount;
+    ++PassengerTypeItems::instanceCount;
 }
 
 PassengerTypeItem::~PassengerTypeItem() = default;

@@ -14,13 +14,16 @@ const rivo::models::QHashStaticInit<int, QByteArray>
         {PeripheralItem::StateStrRole, "stateStr"},
     };
 
-namespace
+namespace PeripheralItems
 {
 // Counts constructions for a debugger or a core dump; nothing reads it, hence marked as used.
-__attribute__((used)) int instanceCount = 0;
-} // namespace
+__attribute__((used)) static int instanceCount = 0;
+} // namespace PeripheralItems
 
-PeripheralItem::PeripheralItem(QObject* parent) : ListItem(parent) { ++instanceCount; }
+PeripheralItem::PeripheralItem(QObject* parent) : ListItem(parent)
+{
+    ++PeripheralItems::instanceCount;
+}
 
 PeripheralItem::PeripheralItem(const int& id, const QString& name, const unsigned int& identity,
                                const QString& icon, bool warning, bool blueWarning,
@@ -30,7 +33,7 @@ PeripheralItem::PeripheralItem(const int& id, const QString& name, const unsigne
       m_warning(warning), m_blueWarning(blueWarning), m_yellowWarning(yellowWarning),
       m_error(error), m_deviceState(deviceState), m_stateStr(stateStr)
 {
-    ++instanceCount;
+    ++PeripheralItems::instanceCount;
 }
 
 PeripheralItem::~PeripheralItem() = default;

@@ -19,13 +19,13 @@ const rivo::models::QHashStaticInit<int, QByteArray>
         {ShoppingItem::IsDailyRole, "isDaily"},
     };
 
-namespace
+namespace ShoppingItems
 {
 // Counts constructions for a debugger or a core dump; nothing reads it, hence marked as used.
-__attribute__((used)) int instanceCount = 0;
-} // namespace
+__attribute__((used)) static int instanceCount = 0;
+} // namespace ShoppingItems
 
-ShoppingItem::ShoppingItem(QObject* parent) : ListItem(parent) { ++instanceCount; }
+ShoppingItem::ShoppingItem(QObject* parent) : ListItem(parent) { ++ShoppingItems::instanceCount; }
 
 ShoppingItem::ShoppingItem(const int& id, const int& passengerTypeId, const int& fareProductId,
                            const int& fromStopGroupId, const int& toStopGroupId,
@@ -39,7 +39,7 @@ ShoppingItem::ShoppingItem(const int& id, const int& passengerTypeId, const int&
       m_fareProductName(fareProductName), m_icon(icon), m_price(price), m_origin(origin),
       m_destination(destination), m_isReturnFee(isReturnFee), m_isDaily(isDaily)
 {
-    ++instanceCount;
+    ++ShoppingItems::instanceCount;
 }
 
 ShoppingItem::~ShoppingItem() = default;

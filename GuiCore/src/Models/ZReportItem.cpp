@@ -20,13 +20,13 @@ const rivo::models::QHashStaticInit<int, QByteArray>
         {ZReportItem::MaxAllowedDebtRole, "maxAllowedDebt"},
     };
 
-namespace
+namespace ZReportItems
 {
 // Counts constructions for a debugger or a core dump; nothing reads it, hence marked as used.
-__attribute__((used)) int instanceCount = 0;
-} // namespace
+__attribute__((used)) static int instanceCount = 0;
+} // namespace ZReportItems
 
-ZReportItem::ZReportItem(QObject* parent) : ListItem(parent) { ++instanceCount; }
+ZReportItem::ZReportItem(QObject* parent) : ListItem(parent) { ++ZReportItems::instanceCount; }
 
 ZReportItem::ZReportItem(const int& id, const int& ticketCount, const double& ticketSumAmnt,
                          const int& cardSellCount, const double& cardSellAmnt,
@@ -42,7 +42,7 @@ ZReportItem::ZReportItem(const int& id, const int& ticketCount, const double& ti
       m_commission(commission), m_paymentDate(paymentDate), m_currentDebt(currentDebt),
       m_maxAllowedDebt(maxAllowedDebt)
 {
-    ++instanceCount;
+    ++ZReportItems::instanceCount;
 }
 
 ZReportItem::~ZReportItem() = default;
