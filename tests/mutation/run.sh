@@ -123,8 +123,9 @@ stages() {
     */JsonObjectFactory.*) echo '^tst_core_registry$' ;;
     */SettingsConfig*) echo '^tst_core_config$' ;;
     */ListModel/*) echo '^tst_(listitem|listmodel.*)$' ;;
-    */PassengerTypesModel*.* | */ZoneIndex.* | */ProductDump.* | */sProduct.*)
-        echo '^tst_(product_catalogue|passengertypesmodel|supported_codes|backend_ordering|local_ordering|zone_grouping)$'
+    */PassengerTypesModel*.* | */*Layout.* | */ZoneIndex.* | */ProductSort_p.* | */ProductDump_p.* | \
+        */sProduct.* | */addProduct.*)
+        echo '^tst_(product_catalogue|product_record|passengertypesmodel|supported_codes|backend_ordering|local_ordering|zone_grouping)$'
         echo '^tst_(grid_logging|layout_reentrancy|layout_property)$' ;;
     *) echo "^tst_($name)\$" ;;
     esac

@@ -9,6 +9,8 @@
 #include <QStringList>
 #include <QVector>
 
+class ZoneIndex;
+
 /// The selection grid: every sellable combination of a passenger type and a fare product, shown
 /// by QML as numberOfColumns x numberOfRows tiles (rows of the model, row by row).
 ///
@@ -191,6 +193,7 @@ private:
     QVector<sProduct> arrangeByPosition();
     void appendDailyProducts();
     QVector<int> localPartOfOrder() const;
+    Q_DECL_HIDDEN void groupZone(int zone, ZoneIndex& index);
 
     QVector<sProduct> m_products;
     QVector<sProduct> m_dailyProducts;

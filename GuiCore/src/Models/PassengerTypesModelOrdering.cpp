@@ -1,66 +1,23 @@
 #include "PassengerTypesModel.h"
 
 #include "PassengerTypeItem.h"
+#include "PositionLayout_p.h"
 #include "ProductDump_p.h"
+#include "ProductSort_p.h"
 #include "ZoneIndex_p.h"
+#include "ZoneLayout_p.h"
 
 #include <core/Logging.h>
 
-#include <QSet>
-
 #include <algorithm>
-#include <array>
 #include <iostream>
 #include <iterator>
 #include <limits>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace
 {
-
-constexpr int noPosition = -1;
-constexpr int noColumn = -1;
-
-/// Passenger types whose columns are evened out within a zone.
-constexpr std::array<int, 6> evenedTypes{
-    PassengerTypesModel::PT_ADULT,      PassengerTypesModel::PT_STUDENT_1,
-    PassengerTypesModel::PT_SCHOOLBOY,  PassengerTypesModel::PT_DISABLED,
-    PassengerTypesModel::PT_MILITARY_1, PassengerTypesModel::PT_LFS};
-
-/// Columns that types missing from the display order may take.
-constexpr std::array<int, 4> freeColumns{0, 1, 2, 3};
-
-int positionOf(const sProduct& product) { return product.pos; }
-
-int zoneOf(const sProduct& product) { return product.toStopGroupId; }
-
-int typeOf(const sProduct& product) { return product.passengerTypeCode; }
-
-std::pair<int, int> fareProductAndZoneOf(const sProduct& product)
-{
-    return {product.fareProductId, product.toStopGroupId};
-}
-
-/// Sorts by a key; products of the same key keep their order. Keys and rows are sorted, then each
-/// product is moved once: a product is some ten times as large, and a stable sort of products moves
-/// each many times and makes as many more for its buffer.
-template <class Key>
-void sortBy(QVector<sProduct>& products, Key (*keyOf)(const sProduct&))
-{
-    std::vector<std::pair<Key, int>> places;
-    places.reserve(static_cast<std::size_t>(products.size()));
-    for (int row = 0; row < products.size(); ++row)
-        places.emplace_back(keyOf(products.at(row)), row);
-    std::sort(places.begin(), places.end());
-
-    QVector<sProduct> sorted;
-    sorted.reserve(products.size());
-    for (const auto& place : places)
-        sorted.append(std::move(products[place.second]));
-    products = std::move(sorted);
-}
 
 QVector<int> ascendingTypeCodes(const QStringList& texts)
 {
@@ -72,135 +29,12 @@ QVector<int> ascendingTypeCodes(const QStringList& texts)
     return codes;
 }
 
-QVector<int> typeCodesOf(const QVector<sProduct>& products)
-{
-    QVector<int> codes;
-    codes.reserve(products.size());
-    for (const sProduct& product : products)
-        codes.append(product.passengerTypeCode);
-    return codes;
-}
-
-int typeCount(const QVector<sProduct>& products)
-{
-    QSet<int> types;
-    for (const sProduct& product : products)
-        types.insert(product.passengerTypeCode);
-    return types.size();
-}
-
-sProduct placeholderAt(int position)
-{
-    sProduct placeholder;
-    placeholder.pos = position;
-    return placeholder;
-}
-
-sProduct placeholderOf(int passengerTypeCode)
-{
-    sProduct placeholder;
-    placeholder.passengerTypeCode = passengerTypeCode;
-    return placeholder;
-}
-
-/// Products in position order, every hole in the numbering from 1 on a placeholder. `products` are
-/// sorted and have distinct positions of at least 1.
-QVector<sProduct> withHolesFilled(const QVector<sProduct>& products)
-{
-    QVector<sProduct> arranged;
-    for (const sProduct& product : products) {
-        while (arranged.size() + 1 < product.pos)
-            arranged.append(placeholderAt(arranged.size() + 1));
-        arranged.append(product);
-    }
-    return arranged;
-}
-
-/// Grid rows that `count` tiles take in `columns` columns; none without tiles.
-int rowsFor(int count, int columns) { return count == 0 ? 0 : (count - 1) / columns + 1; }
-
-using TypeCounts = std::array<int, evenedTypes.size()>;
-
-TypeCounts countEvenedTypes(const QVector<sProduct>& block)
-{
-    TypeCounts counts{};
-    for (const sProduct& product : block) {
-        const auto type =
-            std::find(evenedTypes.cbegin(), evenedTypes.cend(), product.passengerTypeCode);
-        if (type != evenedTypes.cend())
-            ++counts[static_cast<std::size_t>(type - evenedTypes.cbegin())];
-    }
-    return counts;
-}
-
-/// Appends placeholders so that every evened type among `localTypeCodes` has `rows` products.
-void evenOutColumns(QVector<sProduct>& block, const TypeCounts& counts, int rows,
-                    const QVector<int>& localTypeCodes)
-{
-    for (std::size_t i = 0; i < evenedTypes.size(); ++i) {
-        if (!localTypeCodes.contains(evenedTypes[i]))
-            continue;
-        for (int missing = rows - counts[i]; missing > 0; --missing)
-            block.append(placeholderOf(evenedTypes[i]));
-    }
-}
-
-/// Type of the placeholders that fill a short block. `localTypeCodes` is ascending, not empty.
-int fillerType(const QVector<int>& localTypeCodes)
-{
-    using Model = PassengerTypesModel;
-    if (localTypeCodes.last() != Model::PT_LFS)
-        return Model::PT_LFS;
-    for (const int type :
-         {Model::PT_MILITARY_1, Model::PT_DISABLED, Model::PT_SCHOOLBOY, Model::PT_STUDENT_1}) {
-        if (!localTypeCodes.contains(type))
-            return type;
-    }
-    return Model::PT_ADULT;
-}
-
-/// Completes the last row of a block of at most two rows, in grids of three or four columns only.
-/// The placeholders go to the front; they count neither as rows nor as products of their type.
-void fillShortBlock(QVector<sProduct>& block, int columns, int type)
-{
-    if ((columns != 3 && columns != 4) || block.size() > 2 * columns)
-        return;
-    const int missing = (columns - block.size() % columns) % columns;
-    block.insert(0, missing, placeholderOf(type));
-}
-
-/// Gives each type without a column the first of the free columns that no type has yet; it stays
-/// without one when all are taken.
-void assignFreeColumns(QVector<int>& columns)
-{
-    for (int& column : columns) {
-        if (column != noColumn)
-            continue;
-        const auto free =
-            std::find_if(freeColumns.cbegin(), freeColumns.cend(),
-                         [&columns](int candidate) { return !columns.contains(candidate); });
-        if (free != freeColumns.cend())
-            column = *free;
-    }
-}
-
 std::string joined(const QVector<int>& values)
 {
     std::string text;
     for (const int value : values)
         text += (text.empty() ? "" : ", ") + std::to_string(value);
     return text;
-}
-
-bool isPermutation(const QVector<int>& indices)
-{
-    QVector<bool> seen(indices.size(), false);
-    for (const int index : indices) {
-        if (index < 0 || index >= seen.size() || seen.at(index))
-            return false;
-        seen[index] = true;
-    }
-    return true;
 }
 
 } // namespace
@@ -354,10 +188,8 @@ QVector<sProduct> PassengerTypesModel::arrangeByPosition()
     if (arranged.size() % divisorColumns() != 0) {
         const qint64 missing = qint64(divisorColumns()) * m_numberOfRows - arranged.size();
         // A column count that needs more is a mistake, and would take the memory of the terminal.
-        if (missing <= maximumGridSlots) {
-            for (qint64 i = 0; i < missing; ++i)
-                arranged.append(placeholderAt(arranged.last().pos + 1));
-        }
+        if (missing <= maximumGridSlots)
+            appendPlaceholders(arranged, missing);
     }
     return arranged;
 }
@@ -407,7 +239,7 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
         if (m_logFareProducts)
             writeProduct(LOG(INFO), product);
     }
-    const ZoneIndex index(ordered);
+    ZoneIndex index(ordered);
     const QVector<int> zones = index.zones();
     if (m_logFareProducts)
         LOG(INFO) << QStringLiteral("%1 zones will be supported").arg(zones.size());
@@ -418,7 +250,7 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
     m_groupedProducts.resize(0);
     m_groupedProducts.reserve(ordered.size());
     for (const int zone : zones)
-        sortAndGroupProductsForZone(zone);
+        groupZone(zone, index);
     addItemsToModel(m_groupedProducts);
 
     appendDailyProducts();
@@ -437,11 +269,20 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
 
 void PassengerTypesModel::sortAndGroupProductsForZone(int const& zone)
 {
-    const int wantedZone = zone; // the caller's number may change while the record is written
-    if (m_logFareProducts)
-        LOG(INFO) << QStringLiteral("Group products for zone: %1").arg(wantedZone);
+    ZoneIndex index(m_products);
+    groupZone(zone, index);
+}
 
-    QVector<sProduct> block = ZoneIndex::productsOf(m_products, wantedZone);
+/// sortAndGroupProductsForZone() with an index of the products, and logged under that name.
+void PassengerTypesModel::groupZone(int zone, ZoneIndex& index)
+{
+    if (m_logFareProducts)
+        el::base::Writer(el::Level::Info, __FILE__, __LINE__,
+                         "void PassengerTypesModel::sortAndGroupProductsForZone(const int&)")
+                .construct(1, el::base::consts::kDefaultLoggerId)
+            << QStringLiteral("Group products for zone: %1").arg(zone);
+
+    QVector<sProduct> block = index.productsOf(m_products, zone);
     if (block.isEmpty())
         return;
 
@@ -449,8 +290,7 @@ void PassengerTypesModel::sortAndGroupProductsForZone(int const& zone)
     const int rows = *std::max_element(counts.cbegin(), counts.cend());
     raiseNumberOfRows(rows);
     evenOutColumns(block, counts, rows, m_localTypeCodes);
-    if (!m_localTypeCodes.isEmpty() && m_numberOfColumns != m_localTypeCodes.size())
-        fillShortBlock(block, m_numberOfColumns, fillerType(m_localTypeCodes));
+    fillShortBlock(block, m_numberOfColumns, m_localTypeCodes);
 
     sortBy(block, typeOf);
     QVector<int> indices = getIndeces(typeCodesOf(block));
@@ -465,18 +305,8 @@ QVector<int> PassengerTypesModel::getIndeces(QVector<int> codes)
 
     const QVector<int> order =
         m_typeCodesOrder.size() == codes.size() ? m_typeCodesOrder : localPartOfOrder();
-    QVector<int> columns;
-    columns.reserve(codes.size());
-    for (const int code : qAsConst(codes))
-        columns.append(order.indexOf(code));
-    assignFreeColumns(columns);
-
     const int rows = qMax(1, productCount / divisorColumns());
-    QVector<int> indices;
-    for (const int column : qAsConst(columns)) {
-        for (int row = 0; row < rows; ++row)
-            indices.append(column + row * divisorColumns());
-    }
+    const QVector<int> indices = slotsOf(columnsOf(codes, order), rows, divisorColumns());
 
     if (m_logFareProducts)
         std::cout << "Indeces: [" << joined(indices) << "]" << std::endl;
@@ -500,15 +330,5 @@ QVector<int> PassengerTypesModel::localPartOfOrder() const
 
 void PassengerTypesModel::reOrder(QVector<sProduct>& products, QVector<int>& indices)
 {
-    // Slots of another length or not a permutation are ordinary data: types that are not evenly
-    // filled, or more types than free columns. Such products keep their order.
-    if (products.size() != indices.size() || !isPermutation(indices))
-        return;
-    for (int i = 0; i < indices.size() - 1; ++i) {
-        while (indices.at(i) != i) {
-            const int target = indices.at(i);
-            std::swap(products[i], products[target]);
-            std::swap(indices[i], indices[target]);
-        }
-    }
+    moveToSlots(products, indices);
 }

@@ -1,26 +1,8 @@
 #include "ZoneIndex_p.h"
 
 #include <algorithm>
-#include <iterator>
 
-namespace
-{
-
-ZoneIndex* newestIndex = nullptr;
-
-} // namespace
-
-ZoneIndex::ZoneIndex(const QVector<sProduct>& products) : m_outer(newestIndex)
-{
-    build(products);
-    newestIndex = this;
-}
-
-ZoneIndex::~ZoneIndex()
-{
-    Q_ASSERT(newestIndex == this);
-    newestIndex = m_outer;
-}
+ZoneIndex::ZoneIndex(const QVector<sProduct>& products) { build(products); }
 
 void ZoneIndex::build(const QVector<sProduct>& products)
 {
@@ -44,19 +26,8 @@ QVector<int> ZoneIndex::zones() const
 
 QVector<sProduct> ZoneIndex::productsOf(const QVector<sProduct>& products, int zone)
 {
-    if (newestIndex) {
-        if (newestIndex->m_products.constData() != products.constData())
-            newestIndex->build(products);
-        return newestIndex->block(zone);
-    }
-    QVector<sProduct> found;
-    std::copy_if(products.cbegin(), products.cend(), std::back_inserter(found),
-                 [zone](const sProduct& product) { return product.toStopGroupId == zone; });
-    return found;
-}
-
-QVector<sProduct> ZoneIndex::block(int zone) const
-{
+    if (m_products.constData() != products.constData())
+        build(products);
     const auto first = std::lower_bound(m_places.cbegin(), m_places.cend(), Place(zone, 0));
     const auto last = std::find_if(first, m_places.cend(),
                                    [zone](const Place& place) { return place.first != zone; });

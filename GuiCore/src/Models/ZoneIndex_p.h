@@ -7,22 +7,18 @@
 
 /// Products of a list by destination zone, so that grouping all zones of a layout reads the list
 /// once instead of once per zone.
-///
-/// The newest living index serves productsOf(). It shares the storage of its list, so a list that
-/// was changed since (a slot may do that in the middle of a layout) is known by its other storage
-/// and indexed anew. Destroyed in the reverse order of construction; GUI thread only.
 class ZoneIndex
 {
 public:
     explicit ZoneIndex(const QVector<sProduct>& products);
-    ~ZoneIndex();
-    Q_DISABLE_COPY_MOVE(ZoneIndex)
 
     /// Zones of the list, ascending, each once.
     QVector<int> zones() const;
 
-    /// Products of one zone, in the order of the list. Without an index it searches the list.
-    static QVector<sProduct> productsOf(const QVector<sProduct>& products, int zone);
+    /// Products of one zone, in the order of the list. The index shares the storage of its list, so
+    /// a list that was changed since (a slot may do that in the middle of a layout) is known by its
+    /// other storage and indexed anew.
+    QVector<sProduct> productsOf(const QVector<sProduct>& products, int zone);
 
 private:
     /// Zone and row of a product. The zone is here to be sorted and found by: products are far
@@ -30,9 +26,7 @@ private:
     using Place = QPair<int, int>;
 
     void build(const QVector<sProduct>& products);
-    QVector<sProduct> block(int zone) const;
 
     QVector<sProduct> m_products;
     QVector<Place> m_places; // ascending
-    ZoneIndex* const m_outer;
 };
