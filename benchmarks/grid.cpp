@@ -5,6 +5,7 @@
 #include "Peers.h"
 #include "Records.h"
 #include "Tiles.h"
+#include "addProduct.h"
 
 #include <algorithm>
 #include <memory>
@@ -54,14 +55,7 @@ QVector<sProduct> products(int count, int zones, Layout layout)
 void collect(PassengerTypesModel& model, const QVector<sProduct>& all)
 {
     for (const sProduct& product : all)
-        model.addItem(
-            product.passengerTypeId, product.description,
-            PassengerTypesModel::codeMap.key(
-                static_cast<PassengerTypesModel::PassengerType>(product.passengerTypeCode)),
-            product.icon, product.price, product.fareProductId, product.fareProductName,
-            product.isReturnFee, product.fromStopGroupId, product.toStopGroupId,
-            product.fareProductColor, product.hasExpired, product.fareDiscount, product.isDaily,
-            product.pos);
+        addProduct(model, product);
 }
 
 QVector<sProduct> productsFor(const benchmark::State& state, Layout layout)
@@ -96,15 +90,8 @@ void addItem(benchmark::State& state)
     for (auto _ : state) {
         const auto model = newModel();
         timed(state, [&] {
-            for (int i = 0; i < all.size(); ++i) {
-                const sProduct& product = all.at(i);
-                model->addItem(product.passengerTypeId, product.description, codes.at(i),
-                               product.icon, product.price, product.fareProductId,
-                               product.fareProductName, product.isReturnFee,
-                               product.fromStopGroupId, product.toStopGroupId,
-                               product.fareProductColor, product.hasExpired, product.fareDiscount,
-                               product.isDaily, product.pos);
-            }
+            for (int i = 0; i < all.size(); ++i)
+                addProduct(*model, all.at(i), codes.at(i));
         });
     }
     countRows(state, rowsOf(state));

@@ -12,6 +12,7 @@
 #include "PeripheralsModel.h"
 #include "ShoppingBasketModel.h"
 #include "ZReportModel.h"
+#include "addProduct.h"
 
 namespace rivo::feed
 {
@@ -19,11 +20,7 @@ namespace rivo::feed
 void addProducts(const Feed& feed, PassengerTypesModel& model)
 {
     for (const FeedProduct& product : feed.products)
-        model.addItem(product.passengerTypeId, product.description, product.passengerTypeCode,
-                      product.icon, product.price, product.fareProductId, product.fareProductName,
-                      product.isReturnFee, product.fromStopGroupId, product.toStopGroupId,
-                      product.fareProductColor, product.hasExpired, product.fareDiscount,
-                      product.isDaily, product.pos);
+        addProduct(model, product, product.passengerTypeCode);
 }
 
 void addFareProducts(const Feed& feed, FareProductsModel& model)

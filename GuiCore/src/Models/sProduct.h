@@ -24,4 +24,10 @@ struct sProduct
     int pos = -1;              ///< back-office grid position, counted from 1; -1 if none
 };
 
+/// Whether a record or tile of this name is a placeholder rather than a product.
+inline bool isPlaceholder(const QString& fareProductName, bool hasExpired)
+{
+    return hasExpired && fareProductName == sProduct().fareProductName;
+}
+
 Q_DECLARE_TYPEINFO(sProduct, Q_MOVABLE_TYPE); // grows in a list without being copied
