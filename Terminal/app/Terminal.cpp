@@ -4,8 +4,6 @@
 #include <ZReportItem.h>
 
 #include <QDateTime>
-#include <QFileInfo>
-#include <QImageReader>
 #include <QTime>
 
 #include <algorithm>
@@ -74,28 +72,19 @@ feed::Feed withReportsBefore(feed::Feed feed, const ZReportModel& own)
     return feed;
 }
 
-/// Relative luminance as the web's accessibility guidelines define it, 0 to 1.
-double luminance(const QColor& color)
-{
-    const auto linear = [](double channel) {
-        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
 } // namespace
 
 Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent)
-    : QObject(parent), m_feed(withClosedShiftsOnly(feed)), m_settings(settings), m_zoneNames(feed),
-      m_currency(feed.currency, feed.currencyDecimals()), m_grid(&m_prototypes),
+    : QObject(parent), m_feed(withClosedShiftsOnly(feed)), m_settings(settings),
+      m_currency(feed.currency, feed.currencyDecimals()),
+      m_presentation(feed, m_currency, settings.allowFileIcons), m_grid(&m_prototypes),
       m_basket(&m_prototypes), m_fareProducts(&m_prototypes), m_zReports(&m_prototypes),
       m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
       m_trip(feed, fleet::Timetable(feed.network)), m_devices(m_peripherals, m_printer),
       m_catalogue(m_fareProducts, m_feed),
       m_desk(
           {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, m_printer, m_currency,
-          [this](int zone) { return m_zoneNames.name(zone); }, *m_trip.context()),
+          [this](int zone) { return m_presentation.zoneName(zone); }, *m_trip.context()),
       m_night(settings.night)
 {
     layOutGrid();
@@ -140,39 +129,6 @@ void Terminal::setNight(bool night)
         return;
     m_night = night;
     emit nightChanged();
-}
-
-QString Terminal::zoneName(int zone) const { return m_zoneNames.name(zone); }
-
-QUrl Terminal::icon(const QString& url, const QUrl& fallback) const
-{
-    const QUrl wanted(url, QUrl::StrictMode);
-    if (wanted.scheme() == QLatin1String("qrc"))
-        return QFileInfo(QLatin1Char(':') + wanted.path()).isFile() ? wanted : fallback;
-    if (!m_settings.allowFileIcons || !wanted.isLocalFile())
-        return fallback;
-    // Not a pipe or a device, which would not end.
-    const QString file = wanted.toLocalFile();
-    return QFileInfo(file).isFile() && QImageReader(file).canRead() ? wanted : fallback;
-}
-
-QColor Terminal::color(const QString& name, const QColor& fallback) const
-{
-    QColor color;
-    if (name.isEmpty() || name.size() > 64 || !QColor::isValidColor(name))
-        return fallback;
-    color.setNamedColor(name);
-    if (color.alpha() == 0)
-        return fallback;
-    color.setAlpha(255);
-    return color;
-}
-
-QColor Terminal::textOn(const QColor& background) const
-{
-    const double light = luminance(background);
-    // The contrasts (L1 + 0.05) / (L2 + 0.05) with white and with black.
-    return 1.05 / (light + 0.05) >= (light + 0.05) / 0.05 ? QColor(Qt::white) : QColor(Qt::black);
 }
 
 } // namespace rivo::terminal

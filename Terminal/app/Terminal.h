@@ -2,6 +2,7 @@
 
 #include "CatalogueDesk.h"
 #include "DeviceDesk.h"
+#include "Presentation.h"
 #include "TripDesk.h"
 
 #include <AssetsModel.h>
@@ -15,12 +16,9 @@
 #include <ShoppingBasketModel.h>
 #include <SimulatedPrinter.h>
 #include <ZReportModel.h>
-#include <ZoneNames.h>
 
-#include <QColor>
 #include <QObject>
 #include <QSortFilterProxyModel>
-#include <QUrl>
 
 #include <memory>
 
@@ -28,7 +26,7 @@ namespace rivo::terminal
 {
 
 /// One terminal behind its screen: the six models filled from a feed, and the desks that act on
-/// them. What QML gets as its one root object.
+/// them. The window gets it as a whole; pages get what they need of it.
 class Terminal : public QObject
 {
     Q_OBJECT
@@ -45,6 +43,7 @@ class Terminal : public QObject
     Q_PROPERTY(rivo::terminal::TripDesk* trip READ trip CONSTANT)
     Q_PROPERTY(rivo::terminal::DeviceDesk* devices READ devices CONSTANT)
     Q_PROPERTY(rivo::terminal::CatalogueDesk* catalogue READ catalogue CONSTANT)
+    Q_PROPERTY(rivo::terminal::Presentation* presentation READ presentation CONSTANT)
     Q_PROPERTY(rivo::fleet::FleetSimulator* fleet READ fleet CONSTANT)
     Q_PROPERTY(QString journalFile READ journalFile CONSTANT)
     Q_PROPERTY(bool night READ night WRITE setNight NOTIFY nightChanged)
@@ -76,25 +75,13 @@ public:
     TripDesk* trip() { return &m_trip; }
     DeviceDesk* devices() { return &m_devices; }
     CatalogueDesk* catalogue() { return &m_catalogue; }
+    Presentation* presentation() { return &m_presentation; }
     fleet::FleetSimulator* fleet() { return m_fleet.get(); }
     sales::SimulatedPrinter& printer() { return m_printer; }
 
     QString journalFile() const { return m_settings.journalFile; }
     bool night() const { return m_night; } ///< dark colours for driving at night
     void setNight(bool night);
-
-    /// What a zone is called; empty for zone 0, which is no zone.
-    Q_INVOKABLE QString zoneName(int zone) const;
-
-    /// `url` if the terminal may load it, otherwise `fallback`. What is not in the resources, or
-    /// is a file without a picture, is `fallback` too.
-    Q_INVOKABLE QUrl icon(const QString& url, const QUrl& fallback) const;
-
-    /// The colour that a feed names, `fallback` for a text that names none. Never translucent.
-    Q_INVOKABLE QColor color(const QString& name, const QColor& fallback) const;
-
-    /// Black or white, whichever is easier to read on `background`.
-    Q_INVOKABLE QColor textOn(const QColor& background) const;
 
 signals:
     void nightChanged();
@@ -105,8 +92,8 @@ private:
 
     const feed::Feed m_feed;
     const Settings m_settings;
-    const feed::ZoneNames m_zoneNames;
     const sales::Currency m_currency;
+    Presentation m_presentation;
     QObject m_prototypes; ///< frees the models' prototype rows
     PassengerTypesModel m_grid;
     ShoppingBasketModel m_basket;

@@ -2,6 +2,8 @@
 
 #include "CatalogueDesk.h"
 #include "DeviceDesk.h"
+#include "Presentation.h"
+#include "StopLabels.h"
 #include "Terminal.h"
 #include "TripDesk.h"
 
@@ -13,8 +15,8 @@
 #include <QtQml>
 
 // The types of the import Rivo.Terminal 1.0: each declaration gives a class its QML name. Both the
-// registration with the engine and what qmllint knows of them are generated from these. All are
-// made by the terminal, none by QML.
+// registration with the engine and what qmllint knows of them are generated from these. QML makes
+// StopLabels, the terminal all others.
 
 #define RIVO_TERMINAL_TYPE(TYPE, NAME)                                                             \
     Q_GADGET                                                                                       \
@@ -35,6 +37,18 @@ struct CatalogueDeskType
 struct DeviceDeskType
 {
     RIVO_TERMINAL_TYPE(rivo::terminal::DeviceDesk, DeviceDesk)
+};
+
+struct PresentationType
+{
+    RIVO_TERMINAL_TYPE(rivo::terminal::Presentation, Presentation)
+};
+
+struct StopLabelsType
+{
+    Q_GADGET
+    QML_FOREIGN(rivo::terminal::StopLabels)
+    QML_NAMED_ELEMENT(StopLabels)
 };
 
 struct TripDeskType

@@ -5,7 +5,7 @@ import Rivo.Terminal 1.0
 Item {
     id: root
 
-    required property Terminal terminal
+    required property Presentation presentation
     required property int index
     required property string description
     required property string fareProductName
@@ -26,7 +26,7 @@ Item {
         x: Theme.gap
         anchors.verticalCenter: parent.verticalCenter
         size: 28
-        source: root.terminal.icon(root.shoppingItemIcon, "qrc:/icons/adult.svg")
+        source: root.presentation.icon(root.shoppingItemIcon, "qrc:/icons/adult.svg")
     }
     Column {
         anchors.left: icon.right
@@ -58,7 +58,7 @@ Item {
         anchors.right: removeButton.left
         anchors.rightMargin: 4
         anchors.verticalCenter: parent.verticalCenter
-        text: root.terminal.desk.priceText(root.price)
+        text: root.presentation.priceText(root.price)
         font.weight: Font.DemiBold
     }
     PanelButton {

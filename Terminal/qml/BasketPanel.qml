@@ -6,11 +6,13 @@ import Rivo.Terminal 1.0
 Rectangle {
     id: root
 
-    required property Terminal terminal
-    readonly property bool isSelling: terminal.desk.state === SalesDesk.Selling
-    readonly property bool isInterrupted: terminal.desk.state === SalesDesk.Interrupted
-    readonly property bool isEmpty: terminal.basket.count === 0
-    readonly property bool isPayable: isSelling && !isEmpty && terminal.desk.obstacle === ""
+    required property SalesDesk desk
+    required property ShoppingBasketModel tickets
+    required property Presentation presentation
+    readonly property bool isSelling: desk.state === SalesDesk.Selling
+    readonly property bool isInterrupted: desk.state === SalesDesk.Interrupted
+    readonly property bool isEmpty: tickets.count === 0
+    readonly property bool isPayable: isSelling && !isEmpty && desk.obstacle === ""
 
     color: Theme.surface
 
@@ -20,7 +22,7 @@ Rectangle {
         x: Theme.gap
         width: parent.width - clearButton.width - 3 * Theme.gap
         height: Theme.touch
-        text: root.isEmpty ? qsTr("Basket") : qsTr("%n ticket(s)", "", root.terminal.basket.count)
+        text: root.isEmpty ? qsTr("Basket") : qsTr("%n ticket(s)", "", root.tickets.count)
         font.pixelSize: Theme.largeText
         font.weight: Font.DemiBold
     }
@@ -44,7 +46,7 @@ Rectangle {
         anchors.left: parent.left
         anchors.right: parent.right
         clip: true
-        model: root.terminal.basket
+        model: root.tickets
         boundsBehavior: Flickable.StopAtBounds
 
         property int shownCount: 0
@@ -57,9 +59,9 @@ Rectangle {
         }
         delegate: BasketLine {
             width: lines.width
-            terminal: root.terminal
+            presentation: root.presentation
             removable: root.isSelling
-            onRemoveRequested: root.terminal.desk.remove(index)
+            onRemoveRequested: root.desk.remove(index)
         }
         PlainText {
             anchors.centerIn: parent
@@ -88,7 +90,7 @@ Rectangle {
                 objectName: "obstacleText"
                 anchors.fill: parent
                 anchors.margins: 8
-                text: root.terminal.desk.obstacle
+                text: root.desk.obstacle
                 wrapMode: Text.Wrap
                 elide: Text.ElideNone
                 color: Theme.errorInk
@@ -108,7 +110,7 @@ Rectangle {
                 objectName: "totalText"
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
-                text: root.terminal.desk.totalText
+                text: root.desk.totalText
                 font.pixelSize: Theme.hugeText
                 font.weight: Font.Bold
             }
@@ -118,7 +120,7 @@ Rectangle {
             width: parent.width
             visible: root.isInterrupted
             text: qsTr("Paid, but the terminal stopped while printing. Is ticket %1 out?")
-                      .arg(root.terminal.desk.firstTicketInDoubt)
+                      .arg(root.desk.firstTicketInDoubt)
             wrapMode: Text.Wrap
             elide: Text.ElideNone
             font.weight: Font.DemiBold
@@ -135,7 +137,7 @@ Rectangle {
                 text: qsTr("It is out")
                 onClicked: {
                     confirming.question = qsTr("Is ticket %1 out?")
-                                              .arg(root.terminal.desk.firstTicketInDoubt)
+                                              .arg(root.desk.firstTicketInDoubt)
                     confirming.open()
                 }
             }
@@ -143,10 +145,10 @@ Rectangle {
                 objectName: "printDoubts"
                 width: (parent.width - Theme.gap) / 2
                 text: qsTr("Print (%1)", "as a button, how many tickets")
-                          .arg(root.terminal.desk.ticketsInDoubt)
+                          .arg(root.desk.ticketsInDoubt)
                 onClicked: {
                     printing.question = qsTr("Print %n ticket(s)?", "",
-                                             root.terminal.desk.ticketsInDoubt)
+                                             root.desk.ticketsInDoubt)
                     printing.open()
                 }
             }
@@ -163,7 +165,7 @@ Rectangle {
                 text: qsTr("Cash")
                 iconSource: "qrc:/icons/cash.svg"
                 enabled: root.isPayable
-                onClicked: root.terminal.desk.pay(SalesDesk.Cash)
+                onClicked: root.desk.pay(SalesDesk.Cash)
             }
             PanelButton {
                 objectName: "payCard"
@@ -173,7 +175,7 @@ Rectangle {
                 text: qsTr("Card")
                 iconSource: "qrc:/icons/paycard.svg"
                 enabled: root.isPayable
-                onClicked: root.terminal.desk.pay(SalesDesk.Card)
+                onClicked: root.desk.pay(SalesDesk.Card)
             }
         }
     }
@@ -183,7 +185,7 @@ Rectangle {
         objectName: "clearConfirmation"
         question: qsTr("Remove all tickets from the basket?")
         confirmText: qsTr("Remove all")
-        onConfirmed: root.terminal.desk.clear()
+        onConfirmed: root.desk.clear()
     }
     Confirmation {
         id: confirming
@@ -191,7 +193,7 @@ Rectangle {
         objectName: "doubtConfirmation"
         consequence: qsTr("It will not be printed again.")
         confirmText: qsTr("It is out")
-        onConfirmed: root.terminal.desk.confirmTicketInDoubt()
+        onConfirmed: root.desk.confirmTicketInDoubt()
     }
     Confirmation {
         id: printing
@@ -199,6 +201,6 @@ Rectangle {
         objectName: "printConfirmation"
         consequence: qsTr("Those that are out already come out twice.")
         confirmText: qsTr("Print")
-        onConfirmed: root.terminal.desk.printTicketsInDoubt()
+        onConfirmed: root.desk.printTicketsInDoubt()
     }
 }

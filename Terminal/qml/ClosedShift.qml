@@ -5,13 +5,14 @@ import Rivo.Terminal 1.0
 ShiftReport {
     id: root
 
+    required property SalesDesk desk
     required property int parcelCountData
     required property double parcelAmountData
     required property double commission
     required property date paymentDate ///< an invalid date if not paid yet
 
     readonly property bool isPaid: !isNaN(paymentDate)
-    readonly property bool isPayable: !isPaid && terminal.desk.keepsShift(zNumberData)
+    readonly property bool isPayable: !isPaid && desk.keepsShift(zNumberData)
     signal handOverRequested
 
     implicitHeight: content.height + 3 * Theme.gap

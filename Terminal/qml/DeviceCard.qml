@@ -6,7 +6,7 @@ import Rivo.Terminal 1.0
 T.AbstractButton {
     id: root
 
-    required property Terminal terminal
+    required property Presentation presentation
     required property int index
     required property string peripheralName
     required property double identity
@@ -16,6 +16,7 @@ T.AbstractButton {
     required property bool yellowWarning
     required property bool error
     required property string stateStr
+    property bool isPrinter: false
     property bool chosen: false
 
     readonly property bool hasReported: stateStr !== ""
@@ -39,9 +40,9 @@ T.AbstractButton {
             y: 14
             size: 40
             objectName: "deviceIcon"
-            source: root.terminal.icon(root.iconSource,
-                                       root.terminal.devices.isPrinter(root.index)
-                                       ? "qrc:/icons/printer.svg" : "qrc:/icons/device.svg")
+            source: root.presentation.icon(root.iconSource,
+                                           root.isPrinter ? "qrc:/icons/printer.svg"
+                                                          : "qrc:/icons/device.svg")
         }
         PlainText {
             id: name
@@ -92,7 +93,7 @@ T.AbstractButton {
                 iconSource: "qrc:/icons/info.svg"
                 text: qsTr("Notice")
                 face: Theme.notice
-                ink: root.terminal.textOn(face)
+                ink: root.presentation.textOn(face)
             }
             DeviceFlag {
                 objectName: "yellowFlag"
@@ -100,7 +101,7 @@ T.AbstractButton {
                 iconSource: "qrc:/icons/warning.svg"
                 text: qsTr("Warning")
                 face: "#f2c94c"
-                ink: root.terminal.textOn(face)
+                ink: root.presentation.textOn(face)
             }
             DeviceFlag {
                 objectName: "warningFlag"
@@ -108,7 +109,7 @@ T.AbstractButton {
                 iconSource: "qrc:/icons/warning.svg"
                 text: qsTr("Serious")
                 face: "#e8772e"
-                ink: root.terminal.textOn(face)
+                ink: root.presentation.textOn(face)
             }
             DeviceFlag {
                 objectName: "errorFlag"

@@ -1,14 +1,17 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
+import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 
 /// The devices of the terminal, and events that can be made for the one that was tapped.
 Item {
     id: root
 
-    required property Terminal terminal
+    required property PeripheralsModel peripherals
+    required property DeviceDesk desk
+    required property Presentation presentation
     readonly property DeviceCard current: devices.currentItem
-    readonly property bool isPrinter: terminal.devices.isPrinter(devices.currentIndex)
+    readonly property bool isPrinter: desk.isPrinter(devices.currentIndex)
 
     ListView {
         id: devices
@@ -23,12 +26,13 @@ Item {
         bottomMargin: Theme.gap
         spacing: Theme.gap
         clip: true
-        model: root.terminal.peripherals
+        model: root.peripherals
         boundsBehavior: Flickable.StopAtBounds
         T.ScrollBar.vertical: ScrollMark {}
         delegate: DeviceCard {
-            terminal: root.terminal
+            presentation: root.presentation
             width: devices.width - 2 * Theme.gap
+            isPrinter: root.desk.isPrinter(index)
             chosen: devices.currentIndex === index
             onClicked: devices.currentIndex = index
         }
@@ -79,59 +83,59 @@ Item {
                 width: parent.width - 2 * Theme.gap
                 spacing: Theme.gap
                 DeviceEvent {
-                    desk: root.terminal.devices
+                    desk: root.desk
                     row: devices.currentIndex
                     event: DeviceDesk.Ready
                     text: qsTr("Ready")
                 }
                 DeviceEvent {
-                    desk: root.terminal.devices
+                    desk: root.desk
                     row: devices.currentIndex
                     event: DeviceDesk.Notice
                     text: qsTr("Updating")
                 }
                 DeviceEvent {
-                    desk: root.terminal.devices
+                    desk: root.desk
                     row: devices.currentIndex
                     event: DeviceDesk.Warning
                     text: qsTr("Paper low")
                     visible: root.isPrinter
                 }
                 DeviceEvent {
-                    desk: root.terminal.devices
+                    desk: root.desk
                     row: devices.currentIndex
                     event: DeviceDesk.Warning
                     text: qsTr("Weak signal")
                 }
                 DeviceEvent {
-                    desk: root.terminal.devices
+                    desk: root.desk
                     row: devices.currentIndex
                     event: DeviceDesk.SeriousWarning
                     text: qsTr("Too hot")
                 }
                 DeviceEvent {
-                    desk: root.terminal.devices
+                    desk: root.desk
                     row: devices.currentIndex
                     event: DeviceDesk.Fault
                     text: qsTr("Paper jam")
                     visible: root.isPrinter
                 }
                 DeviceEvent {
-                    desk: root.terminal.devices
+                    desk: root.desk
                     row: devices.currentIndex
                     event: DeviceDesk.Fault
                     text: qsTr("Cover open")
                     visible: root.isPrinter
                 }
                 DeviceEvent {
-                    desk: root.terminal.devices
+                    desk: root.desk
                     row: devices.currentIndex
                     event: DeviceDesk.Fault
                     text: qsTr("Out of paper")
                     visible: root.isPrinter
                 }
                 DeviceEvent {
-                    desk: root.terminal.devices
+                    desk: root.desk
                     row: devices.currentIndex
                     event: DeviceDesk.Fault
                     text: qsTr("No connection")

@@ -2,6 +2,7 @@ import QtQml 2.15
 import QtQuick 2.15
 import QtLocation 5.15
 import QtPositioning 5.15
+import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 import "." // before the types of QtLocation
 
@@ -9,7 +10,10 @@ import "." // before the types of QtLocation
 Item {
     id: root
 
-    required property Terminal terminal
+    required property FleetSimulator fleet
+    required property AssetsModel vehicles
+    required property int ownRoute
+    required property Presentation presentation
     property int chosenId: -1
     property int ownId: -1
     property bool follow: false
@@ -18,13 +22,10 @@ Item {
     signal vehicleTapped(int id)
 
     readonly property int margin: 52
-    /// Where the names of stops are, from their stop on, by its number; and those that are shown.
-    property var labelPlaces: ({})
+    /// The names that are shown: where they are, from their stop on, by its number.
     property var labels: ({})
     property var labelledCenter: QtPositioning.coordinate()
     property double labelledZoom: -1
-
-    readonly property int ownRoute: terminal.trip.context.routeId
 
     function zoomBy(steps) {
         map.zoomLevel = Math.max(map.minimumZoomLevel,
@@ -34,7 +35,7 @@ Item {
     /// Brings the line of this vehicle's trip into view; all lines if it has none, and where
     /// there are no lines what else there is.
     function fit() {
-        const lines = root.terminal.fleet.lines
+        const lines = root.fleet.lines
         const own = lines.filter(line => line.route === root.ownRoute)
         let points = []
         for (const line of own.length > 0 ? own : lines)
@@ -61,25 +62,25 @@ Item {
         if (!isNear) {
             root.labelledCenter = map.center
             root.labelledZoom = map.zoomLevel
-            root.labelPlaces = root.placesOfLabels()
+            names.place(root.fleet.stops, root.pointsOfStops(), root.pointsOfLines(),
+                        root.placesOfMarks(), Qt.rect(0, 0, map.width, map.height),
+                        Qt.rect(buttons.x, buttons.y, buttons.width, buttons.height))
         }
-        root.hideCoveredLabels()
+        root.showLabels()
     }
 
-    function placesOfLabels() {
-        const view = Qt.rect(0, 0, map.width, map.height)
-        const area = Qt.rect(-map.width / 2, -map.height / 2, 2 * map.width, 2 * map.height)
-        const stops = []
-        for (const stop of root.terminal.fleet.stops) {
-            const point = map.fromCoordinate(stop.coordinate, false)
-            if (placing.isCovered(Qt.rect(point.x, point.y, 1, 1), [area]))
-                stops.push({ number: stop.number, name: stop.name, point: point })
-        }
-        const lines = []
-        for (const line of root.terminal.fleet.lines)
-            lines.push(line.path.map(place => map.fromCoordinate(place, false)))
-        return placing.place(stops, lines, root.placesOfMarks(), area, view,
-                             Qt.rect(buttons.x, buttons.y, buttons.width, buttons.height))
+    function pointsOfStops() {
+        const points = []
+        for (const stop of root.fleet.stops)
+            points.push(map.fromCoordinate(stop.coordinate, false))
+        return points
+    }
+
+    function pointsOfLines() {
+        const points = []
+        for (const line of root.fleet.lines)
+            points.push(line.path.map(place => map.fromCoordinate(place, false)))
+        return points
     }
 
     function placesOfMarks() {
@@ -95,25 +96,16 @@ Item {
     }
 
     /// Leaves out the names that a vehicle stands on.
-    function hideCoveredLabels() {
-        const marks = root.placesOfMarks()
-        const shown = {}
-        for (const stop of root.terminal.fleet.stops) {
-            const place = root.labelPlaces[stop.number]
-            if (place === undefined)
-                continue
-            const at = map.fromCoordinate(stop.coordinate, false)
-            if (!placing.isCovered(Qt.rect(at.x + place.x, at.y + place.y, place.width,
-                                           place.height), marks))
-                shown[stop.number] = place
-        }
-        root.labels = shown
+    function showLabels() {
+        root.labels = names.shown(root.fleet.stops, root.pointsOfStops(), root.placesOfMarks())
     }
 
     onWidthChanged: fitting.restart()
     onHeightChanged: fitting.restart()
     StopLabels {
-        id: placing
+        id: names
+
+        font.pixelSize: Theme.smallText
     }
     Timer {
         id: labelling
@@ -122,9 +114,9 @@ Item {
         onTriggered: root.placeLabels()
     }
     Connections {
-        target: root.terminal.fleet
+        target: root.fleet
         function onTimeChanged() {
-            root.hideCoveredLabels()
+            root.showLabels()
         }
     }
     Timer {
@@ -156,10 +148,11 @@ Item {
         onZoomLevelChanged: labelling.restart()
 
         MapItemView {
-            model: root.terminal.fleet.lines
+            model: root.fleet.lines
             delegate: MapPolyline {
                 required property var modelData
-                readonly property color own: root.terminal.color(modelData["color"], Theme.accent)
+                readonly property color own: root.presentation.color(modelData["color"],
+                                                                     Theme.accent)
 
                 path: modelData["path"]
                 line.width: modelData["route"] === root.ownRoute ? 6 : 4
@@ -167,7 +160,7 @@ Item {
             }
         }
         MapItemView {
-            model: root.terminal.fleet.stops
+            model: root.fleet.stops
             delegate: MapQuickItem {
                 id: stop
 
@@ -202,7 +195,7 @@ Item {
                         color: Theme.surface
                         PlainText {
                             anchors.fill: parent
-                            anchors.leftMargin: placing.padding
+                            anchors.leftMargin: names.padding
                             text: stop.modelData["name"]
                             font.pixelSize: Theme.smallText
                         }
@@ -211,13 +204,13 @@ Item {
             }
         }
         MapItemView {
-            model: root.terminal.vehicles
+            model: root.vehicles
             delegate: VehicleMark {
                 id: mark
 
                 readonly property bool isFollowed: root.follow && chosen
 
-                reporting: drivingStatus, root.terminal.fleet.reportingOf(vehicle)
+                reporting: drivingStatus, root.fleet.reportingOf(vehicle)
                 chosen: vehicle === root.chosenId
                 own: vehicle === root.ownId
                 onTapped: root.vehicleTapped(vehicle)
@@ -232,7 +225,7 @@ Item {
     }
     Rectangle {
         anchors.fill: parent
-        visible: root.terminal.fleet.lines["length"] === 0 && root.terminal.vehicles.count === 0
+        visible: root.fleet.lines["length"] === 0 && root.vehicles.count === 0
         color: Theme.background
         EmptyText {
             objectName: "emptyMapText"

@@ -1,16 +1,18 @@
 import QtQml 2.15
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
+import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 
 /// Where the vehicles are: the map, the list of all of them, and the pace of the simulation.
 Item {
     id: root
 
-    required property Terminal terminal
-    readonly property FleetSimulator fleet: terminal.fleet
-    readonly property int ownId: fleet.vehicleOf(terminal.trip.context.tripsExecutionId,
-                                                 terminal.trip.context.routeId)
+    required property FleetSimulator fleet
+    required property AssetsModel vehicles
+    required property TripContext trip
+    required property Presentation presentation
+    readonly property int ownId: fleet.vehicleOf(trip.tripsExecutionId, trip.routeId)
     property int chosenId: ownId
     property bool follow: false
     property bool chosenIsSilent: false
@@ -33,7 +35,10 @@ Item {
         anchors.right: panel.left
         height: parent.height
         clip: true
-        terminal: root.terminal
+        fleet: root.fleet
+        vehicles: root.vehicles
+        ownRoute: root.trip.routeId
+        presentation: root.presentation
         chosenId: root.chosenId
         ownId: root.ownId
         follow: root.follow
@@ -51,7 +56,7 @@ Item {
         color: Theme.surface
 
         ListView {
-            id: vehicles
+            id: lines
 
             objectName: "vehicleLines"
             anchors.top: parent.top
@@ -59,18 +64,18 @@ Item {
             anchors.left: parent.left
             anchors.right: parent.right
             clip: true
-            model: root.terminal.vehicles
+            model: root.vehicles
             boundsBehavior: Flickable.StopAtBounds
             T.ScrollBar.vertical: ScrollMark {}
             delegate: VehicleLine {
-                width: vehicles.width
+                width: lines.width
                 reporting: drivingStatus, root.fleet.reportingOf(vehicle)
                 own: vehicle === root.ownId
                 chosen: vehicle === root.chosenId
                 onClicked: root.chosenId = vehicle
             }
             EmptyText {
-                visible: vehicles.count === 0
+                visible: lines.count === 0
                 text: qsTr("This feed has no vehicles.")
             }
         }

@@ -35,8 +35,13 @@ T.ApplicationWindow {
         anchors.left: root.contentItem.left
         anchors.right: root.contentItem.right
         height: 52
-        terminal: root.terminal
+        trip: root.terminal.trip
+        tiles: root.terminal.grid
+        time: root.terminal.fleet.timeText
+        faults: root.terminal.devices.faults
+        night: root.terminal.night
         onDevicesRequested: root.page = "devices"
+        onNightRequested: night => root.terminal.night = night
     }
     Rectangle {
         anchors.fill: navigation
@@ -101,27 +106,56 @@ T.ApplicationWindow {
 
         PageLoader {
             shown: root.page === "sell"
-            sourceComponent: SellPage { terminal: root.terminal }
+            sourceComponent: SellPage {
+                tiles: root.terminal.grid
+                tickets: root.terminal.basket
+                desk: root.terminal.desk
+                presentation: root.terminal.presentation
+            }
         }
         PageLoader {
             shown: root.page === "products"
-            sourceComponent: ProductsPage { terminal: root.terminal }
+            sourceComponent: ProductsPage {
+                fareProducts: root.terminal.fareProducts
+                catalogue: root.terminal.catalogue
+                presentation: root.terminal.presentation
+            }
         }
         PageLoader {
             shown: root.page === "zreport"
-            sourceComponent: ZReportPage { terminal: root.terminal }
+            sourceComponent: ZReportPage {
+                desk: root.terminal.desk
+                runningShift: root.terminal.runningShift
+                closedShifts: root.terminal.closedShifts
+                presentation: root.terminal.presentation
+            }
         }
         PageLoader {
             shown: root.page === "fleet"
-            sourceComponent: FleetPage { terminal: root.terminal }
+            sourceComponent: FleetPage {
+                fleet: root.terminal.fleet
+                vehicles: root.terminal.vehicles
+                trip: root.terminal.trip.context
+                presentation: root.terminal.presentation
+            }
         }
         PageLoader {
             shown: root.page === "devices"
-            sourceComponent: DevicesPage { terminal: root.terminal }
+            sourceComponent: DevicesPage {
+                peripherals: root.terminal.peripherals
+                desk: root.terminal.devices
+                presentation: root.terminal.presentation
+            }
         }
         PageLoader {
             shown: root.page === "settings"
-            sourceComponent: SettingsPage { terminal: root.terminal }
+            sourceComponent: SettingsPage {
+                tiles: root.terminal.grid
+                night: root.terminal.night
+                operatorName: root.terminal.operatorName
+                journalFile: root.terminal.journalFile
+                onNightRequested: night => root.terminal.night = night
+            }
         }
     }
     Toast {

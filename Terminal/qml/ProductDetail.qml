@@ -7,7 +7,8 @@ Flickable {
     id: root
 
     required property ProductRow product
-    readonly property CatalogueDesk catalogue: product.terminal.catalogue
+    required property CatalogueDesk catalogue
+    required property Presentation presentation
 
     clip: true
     contentHeight: content.height + 4 * Theme.gap
@@ -51,7 +52,7 @@ Flickable {
             Fact {
                 width: facts.cellWidth
                 label: qsTr("Price")
-                value: root.product.terminal.desk.priceText(root.product.price)
+                value: root.presentation.priceText(root.product.price)
             }
             Fact {
                 width: facts.cellWidth

@@ -6,7 +6,7 @@ import Rivo.Terminal 1.0
 T.AbstractButton {
     id: root
 
-    required property Terminal terminal
+    required property Presentation presentation
     required property int index
     required property int fareProductId
     required property string description
@@ -18,7 +18,7 @@ T.AbstractButton {
     required property int totalInBasket
     property bool chosen: false
 
-    readonly property url picture: terminal.icon(productFairIcon, "qrc:/icons/products.svg")
+    readonly property url picture: presentation.icon(productFairIcon, "qrc:/icons/products.svg")
     readonly property string discountText: discount === 0 ? ""
         : (discount > 0 ? "−" : "+")
           + Math.abs(discount).toLocaleString(Qt.locale(), "f", -128) + "%"
@@ -72,7 +72,7 @@ T.AbstractButton {
             PlainText {
                 objectName: "priceText"
                 anchors.right: parent.right
-                text: root.terminal.desk.priceText(root.price)
+                text: root.presentation.priceText(root.price)
                 font.pixelSize: Theme.largeText
                 font.weight: Font.Bold
             }

@@ -1,12 +1,15 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
+import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 
 /// The fare catalogue, and beside it the product that was tapped.
 Item {
     id: root
 
-    required property Terminal terminal
+    required property FareProductsModel fareProducts
+    required property CatalogueDesk catalogue
+    required property Presentation presentation
 
     ListView {
         id: products
@@ -17,11 +20,11 @@ Item {
         anchors.bottom: parent.bottom
         width: Math.floor(parent.width * 0.55)
         clip: true
-        model: root.terminal.fareProducts
+        model: root.fareProducts
         boundsBehavior: Flickable.StopAtBounds
         T.ScrollBar.vertical: ScrollMark {}
         delegate: ProductRow {
-            terminal: root.terminal
+            presentation: root.presentation
             width: products.width
             chosen: products.currentIndex === index
             onClicked: products.currentIndex = index
@@ -44,6 +47,8 @@ Item {
             sourceComponent: ProductDetail {
                 objectName: "productDetail"
                 product: products.currentItem
+                catalogue: root.catalogue
+                presentation: root.presentation
             }
         }
     }

@@ -6,7 +6,10 @@ import Rivo.Terminal 1.0
 Item {
     id: root
 
-    required property Terminal terminal
+    required property PassengerTypesModel tiles
+    required property ShoppingBasketModel tickets
+    required property SalesDesk desk
+    required property Presentation presentation
 
     /// The tile that was tapped last; -1 for none.
     property int selectedTile: -1
@@ -15,24 +18,24 @@ Item {
         if (tile === root.selectedTile)
             return
         if (root.selectedTile >= 0)
-            root.terminal.grid.setSelected(root.selectedTile, false)
+            root.tiles.setSelected(root.selectedTile, false)
         root.selectedTile = tile
         if (tile >= 0)
-            root.terminal.grid.setSelected(tile, true)
+            root.tiles.setSelected(tile, true)
     }
 
     Connections {
-        target: root.terminal.basket
+        target: root.tickets
         function onCountChanged() {
-            if (root.terminal.basket.count === 0)
+            if (root.tickets.count === 0)
                 root.select(-1)
         }
     }
 
     Connections {
-        target: root.terminal.grid
+        target: root.tiles
         function onCountChanged() {
-            if (root.terminal.grid.count === 0) // laid out anew: no tile is selected
+            if (root.tiles.count === 0) // laid out anew: no tile is selected
                 root.selectedTile = -1
         }
     }
@@ -55,24 +58,24 @@ Item {
         GridView {
             id: grid
 
-            readonly property int columns: Math.max(1, root.terminal.grid.numberOfColumns)
-            readonly property int rows: Math.max(1, root.terminal.grid.numberOfRows)
+            readonly property int columns: Math.max(1, root.tiles.numberOfColumns)
+            readonly property int rows: Math.max(1, root.tiles.numberOfRows)
 
             objectName: "grid"
             width: Math.max(sideways.width, columns * 104)
             height: sideways.height
-            model: root.terminal.grid
+            model: root.tiles
             cellWidth: Math.floor(width / columns)
             cellHeight: Math.min(132, Math.max(cellWidth < 170 ? 132 : 104,
                                                Math.floor(height / rows)))
             boundsBehavior: Flickable.StopAtBounds
             cacheBuffer: cellHeight * 2
             delegate: Tile {
-                terminal: root.terminal
+                presentation: root.presentation
                 width: grid.cellWidth
                 height: grid.cellHeight
                 onClicked: {
-                    if (root.terminal.desk.add(index))
+                    if (root.desk.add(index))
                         root.select(index)
                 }
             }
@@ -93,6 +96,8 @@ Item {
         anchors.top: parent.top
         anchors.bottom: parent.bottom
         width: Math.max(250, Math.min(340, parent.width * 0.3))
-        terminal: root.terminal
+        desk: root.desk
+        tickets: root.tickets
+        presentation: root.presentation
     }
 }

@@ -1,12 +1,16 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
-import Rivo.Terminal 1.0
+import Rivo.GuiCore 1.0
 
 /// How the screen looks, what is logged, and what this terminal is. Nothing here can stop sales.
 Flickable {
     id: root
 
-    required property Terminal terminal
+    required property PassengerTypesModel tiles
+    required property bool night
+    required property string operatorName
+    required property string journalFile
+    signal nightRequested(bool night)
 
     contentHeight: Math.max(settings.height, facts.height) + 4 * Theme.gap
     clip: true
@@ -28,8 +32,8 @@ Flickable {
                 width: parent.width
                 text: qsTr("Night colours")
                 hint: qsTr("Light text on dark ground, for driving in the dark")
-                checked: root.terminal.night
-                onToggled: root.terminal.night = checked
+                checked: root.night
+                onToggled: root.nightRequested(checked)
             }
         }
         Panel {
@@ -40,16 +44,16 @@ Flickable {
                 width: parent.width
                 text: qsTr("Layout of the tiles")
                 hint: qsTr("Puts the tiles in order anew, and writes down how")
-                checked: root.terminal.grid.logFareProducts
-                onToggled: root.terminal.grid.logFareProducts = checked
+                checked: root.tiles.logFareProducts
+                onToggled: root.tiles.logFareProducts = checked
             }
             SettingSwitch {
                 objectName: "extraLogSwitch"
                 width: parent.width
                 text: qsTr("Extra diagnostics")
                 hint: qsTr("Only if the support asks for it")
-                checked: root.terminal.grid.logExtraFareProducts
-                onToggled: root.terminal.grid.logExtraFareProducts = checked
+                checked: root.tiles.logExtraFareProducts
+                onToggled: root.tiles.logExtraFareProducts = checked
             }
             PlainText {
                 objectName: "logNote"
@@ -72,7 +76,7 @@ Flickable {
         Fact {
             width: parent.width
             label: qsTr("Operator")
-            value: root.terminal.operatorName
+            value: root.operatorName
         }
         Fact {
             width: parent.width
@@ -87,7 +91,7 @@ Flickable {
         Fact {
             width: parent.width
             label: qsTr("Sales journal")
-            value: root.terminal.journalFile
+            value: root.journalFile
         }
     }
 }

@@ -3,7 +3,7 @@ import Rivo.Terminal 1.0
 
 /// One row of the Z reports, with its numbers as people read them. A count of -1 was not counted.
 Item {
-    required property Terminal terminal
+    required property Presentation presentation
     required property double zNumberData
     required property double zSumData
     required property int ticketCountData
@@ -17,7 +17,7 @@ Item {
     readonly property string cardText: countText(cardSellCountData, cardSellAmountData)
 
     function money(amount) {
-        return terminal.desk.priceText(amount)
+        return presentation.priceText(amount)
     }
     function countText(count, amount) {
         return count < 0 ? "–"

@@ -1,12 +1,18 @@
 import QtQuick 2.15
+import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 
 /// Route, stop, time and faults; the current stop can be changed here.
 Rectangle {
     id: root
 
-    required property Terminal terminal
+    required property TripDesk trip
+    required property PassengerTypesModel tiles
+    required property string time
+    required property int faults ///< devices with one
+    required property bool night
     signal devicesRequested
+    signal nightRequested(bool night)
 
     color: Theme.raised
 
@@ -25,36 +31,36 @@ Rectangle {
             objectName: "routeText"
             height: parent.height
             width: Math.min(implicitWidth, parent.width * 0.4)
-            text: root.terminal.trip.route === "" ? qsTr("No trip") : root.terminal.trip.route
+            text: root.trip.route === "" ? qsTr("No trip") : root.trip.route
             font.weight: Font.DemiBold
         }
         PanelButton {
             objectName: "previousStop"
             height: parent.height
             width: 48
-            visible: root.terminal.trip.stopCount > 0
-            enabled: root.terminal.trip.stop > 0
+            visible: root.trip.stopCount > 0
+            enabled: root.trip.stop > 0
             iconSource: "qrc:/icons/previous.svg"
             Accessible.name: qsTr("Previous stop")
-            onClicked: root.terminal.trip.stop -= 1
+            onClicked: root.trip.stop -= 1
         }
         PlainText {
             objectName: "stopText"
             height: parent.height
             // One width for all names, or the button beside it moves away from the finger.
-            width: root.terminal.trip.stopCount > 0 ? Math.min(220, parent.width * 0.3) : implicitWidth
+            width: root.trip.stopCount > 0 ? Math.min(220, parent.width * 0.3) : implicitWidth
             horizontalAlignment: Text.AlignHCenter
-            text: root.terminal.trip.stopName
+            text: root.trip.stopName
         }
         PanelButton {
             objectName: "nextStop"
             height: parent.height
             width: 48
-            visible: root.terminal.trip.stopCount > 0
-            enabled: root.terminal.trip.stop < root.terminal.trip.stopCount - 1
+            visible: root.trip.stopCount > 0
+            enabled: root.trip.stop < root.trip.stopCount - 1
             iconSource: "qrc:/icons/next.svg"
             Accessible.name: qsTr("Next stop")
-            onClicked: root.terminal.trip.stop += 1
+            onClicked: root.trip.stop += 1
         }
     }
     Row {
@@ -67,33 +73,33 @@ Rectangle {
             objectName: "statusLog"
             height: parent.height
             text: qsTr("LOG")
-            checked: root.terminal.grid.logFareProducts || root.terminal.grid.logExtraFareProducts
+            checked: root.tiles.logFareProducts || root.tiles.logExtraFareProducts
             Accessible.name: qsTr("Log fare products")
-            onClicked: root.terminal.grid.logFareProducts = !root.terminal.grid.logFareProducts
+            onClicked: root.tiles.logFareProducts = !root.tiles.logFareProducts
         }
         PanelButton {
             objectName: "faultsButton"
             height: parent.height
-            visible: root.terminal.devices.faults > 0
+            visible: root.faults > 0
             danger: true
             iconSource: "qrc:/icons/error.svg"
-            text: root.terminal.devices.faults
-            Accessible.name: qsTr("%n device fault(s)", "", root.terminal.devices.faults)
+            text: root.faults
+            Accessible.name: qsTr("%n device fault(s)", "", root.faults)
             onClicked: root.devicesRequested()
         }
         PlainText {
             objectName: "clockText"
             height: parent.height
-            text: root.terminal.fleet.timeText
+            text: root.time
             font.pixelSize: Theme.largeText
             font.weight: Font.DemiBold
         }
         PanelButton {
             objectName: "nightButton"
             height: parent.height
-            iconSource: root.terminal.night ? "qrc:/icons/sun.svg" : "qrc:/icons/moon.svg"
-            Accessible.name: root.terminal.night ? qsTr("Day colours") : qsTr("Night colours")
-            onClicked: root.terminal.night = !root.terminal.night
+            iconSource: root.night ? "qrc:/icons/sun.svg" : "qrc:/icons/moon.svg"
+            Accessible.name: root.night ? qsTr("Day colours") : qsTr("Night colours")
+            onClicked: root.nightRequested(!root.night)
         }
     }
 }

@@ -6,7 +6,7 @@ import Rivo.Terminal 1.0
 T.AbstractButton {
     id: root
 
-    required property Terminal terminal
+    required property Presentation presentation
     required property int index
     required property string description
     required property string fareProductIcon
@@ -21,11 +21,10 @@ T.AbstractButton {
     required property bool hasExpired
     required property bool selected
 
-    /// A filler of the layout, which has no product at all.
-    readonly property bool isPlaceholder: hasExpired && fareProductName === "---DUMMY---"
+    readonly property bool isPlaceholder: presentation.isPlaceholder(fareProductName, hasExpired)
     readonly property color face: hasExpired ? Theme.inert
-                                             : terminal.color(fareProductColor, Theme.tile)
-    readonly property color ink: hasExpired ? Theme.inertInk : terminal.textOn(face)
+                                             : presentation.color(fareProductColor, Theme.tile)
+    readonly property color ink: hasExpired ? Theme.inertInk : presentation.textOn(face)
 
     /// Too narrow for icon, passenger and discount side by side, and for the zone beside the price.
     readonly property bool isNarrow: width < 170
@@ -53,7 +52,7 @@ T.AbstractButton {
             x: root.totalInBasket > 0 ? 24 : 10 // beside the badge
             y: root.isNarrow ? 6 : 8
             size: root.isNarrow ? 24 : 30
-            source: root.terminal.icon(root.fareProductIcon, "qrc:/icons/adult.svg")
+            source: root.presentation.icon(root.fareProductIcon, "qrc:/icons/adult.svg")
             ink: root.ink
         }
         PlainText {
@@ -137,7 +136,7 @@ T.AbstractButton {
                 anchors.verticalCenter: parent.verticalCenter
                 width: Math.max(0, Math.min(implicitWidth, end - marks.x - x))
                 text: {
-                    const zone = root.terminal.zoneName(root.toStopGroupId)
+                    const zone = root.presentation.zoneName(root.toStopGroupId)
                     return zone === String(root.toStopGroupId) ? qsTr("Zone %1").arg(zone) : zone
                 }
                 font.pixelSize: Theme.smallText
@@ -159,7 +158,7 @@ T.AbstractButton {
             width: Math.min(implicitWidth, root.width - 20 - (root.isNarrow ? 0 : leftForZone))
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 12
-            text: root.hasExpired ? qsTr("expired") : root.terminal.desk.priceText(root.price)
+            text: root.hasExpired ? qsTr("expired") : root.presentation.priceText(root.price)
             font.pixelSize: root.hasExpired ? Theme.smallText : Theme.largeText
             font.weight: Font.Bold
             color: root.ink

@@ -7,11 +7,14 @@ import Rivo.Terminal 1.0
 Item {
     id: root
 
-    required property Terminal terminal
+    required property SalesDesk desk
+    required property QtObject runningShift ///< a model of one row, or of none
+    required property QtObject closedShifts ///< a model
+    required property Presentation presentation
     property string closedNumber
 
     Connections {
-        target: root.terminal.desk
+        target: root.desk
         function onShiftClosed(zNumber) {
             root.closedNumber = zNumber.toFixed(0)
         }
@@ -26,11 +29,11 @@ Item {
         Repeater {
             id: shifts
 
-            model: root.terminal.runningShift
+            model: root.runningShift
             RunningShift {
                 objectName: "runningShift"
                 anchors.fill: parent
-                terminal: root.terminal
+                presentation: root.presentation
                 closedNumber: root.closedNumber
                 onCloseRequested: {
                     closing.question = qsTr("Close shift %1?").arg(number)
@@ -42,7 +45,7 @@ Item {
         EmptyText {
             objectName: "noShiftText"
             visible: shifts.count === 0
-            text: root.terminal.desk.obstacle
+            text: root.desk.obstacle
             color: Theme.error
             font.pixelSize: Theme.largeText
             font.weight: Font.DemiBold
@@ -71,12 +74,13 @@ Item {
             anchors.bottom: parent.bottom
             width: parent.width
             clip: true
-            model: root.terminal.closedShifts
+            model: root.closedShifts
             boundsBehavior: Flickable.StopAtBounds
             T.ScrollBar.vertical: ScrollMark {}
             delegate: ClosedShift {
                 width: closed.width
-                terminal: root.terminal
+                desk: root.desk
+                presentation: root.presentation
                 onHandOverRequested: {
                     handingOver.shift = zNumberData
                     handingOver.question = qsTr("Hand over %1 in cash?").arg(money(currentDebt))
@@ -100,7 +104,7 @@ Item {
 
         objectName: "closeConfirmation"
         confirmText: qsTr("Close shift")
-        onConfirmed: root.terminal.desk.closeShift()
+        onConfirmed: root.desk.closeShift()
     }
     Confirmation {
         id: handingOver
@@ -109,6 +113,6 @@ Item {
 
         objectName: "handOverConfirmation"
         confirmText: qsTr("Hand over")
-        onConfirmed: root.terminal.desk.handOver(shift)
+        onConfirmed: root.desk.handOver(shift)
     }
 }

@@ -67,4 +67,10 @@ QString Currency::text(Minor amount, const QLocale& locale) const
     return locale.toCurrencyString(toUnits(amount), symbolOf(m_code), m_decimals);
 }
 
+QString Currency::unitsText(double units, const QLocale& locale) const
+{
+    const std::optional<Minor> amount = fromUnits(units);
+    return amount ? text(*amount, locale) : QStringLiteral("–");
+}
+
 } // namespace rivo::sales

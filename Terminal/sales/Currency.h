@@ -31,6 +31,9 @@ public:
     /// With the currency's decimals and its symbol, where `locale` puts them: "£1.90".
     QString text(Minor amount, const QLocale& locale = QLocale()) const;
 
+    /// The text of the amount that `units` are; a dash for none.
+    QString unitsText(double units, const QLocale& locale = QLocale()) const;
+
 private:
     QString m_code;
     int m_decimals;

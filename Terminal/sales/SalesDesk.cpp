@@ -109,12 +109,6 @@ double SalesDesk::total() const { return static_cast<double>(m_total); }
 
 QString SalesDesk::totalText() const { return m_currency.text(m_total); }
 
-QString SalesDesk::priceText(double units) const
-{
-    const std::optional<Minor> amount = m_currency.fromUnits(units);
-    return amount ? m_currency.text(*amount) : QStringLiteral("–");
-}
-
 bool SalesDesk::refuse(const QString& reason)
 {
     emit refused(reason);

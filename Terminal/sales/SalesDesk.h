@@ -129,9 +129,6 @@ public:
     /// Whether a shift is one of this terminal's journal, by its number; others are paid elsewhere.
     Q_INVOKABLE bool keepsShift(double zNumber) const;
 
-    /// An amount in currency units as people read it; a dash for one that is beyond Currency's.
-    Q_INVOKABLE QString priceText(double units) const;
-
 signals:
     void stateChanged();
     void obstacleChanged();

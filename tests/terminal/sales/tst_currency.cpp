@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+#include <cmath>
 #include <limits>
 
 using rivo::sales::Currency;
@@ -117,6 +118,15 @@ private slots:
         QFETCH(qint64, amount);
         QFETCH(QString, locale);
         QTEST(Currency(code, decimals).text(amount, QLocale(locale)), "text");
+    }
+
+    void textOfUnits()
+    {
+        const Currency euro("EUR", 2);
+        const QLocale britain("en_GB");
+        QCOMPARE(euro.unitsText(1.005, britain), "€1.01");
+        for (const double none : {1e10 + 0.01, -1e10 - 0.01, std::nan("")})
+            QCOMPARE(euro.unitsText(none, britain), "–");
     }
 };
 

@@ -205,7 +205,6 @@ private slots:
         QFETCH(double, price);
         Counter counter(file());
         qobject_cast<PassengerTypeItem*>(counter.grid.itemFromRow(AdultSingle))->setPrice(price);
-        QCOMPARE(counter.desk.priceText(price), QString::fromUtf8("–"));
         QStringList reasons;
         connect(&counter.desk, &SalesDesk::refused, &counter.desk,
                 [&reasons](const QString& reason) { reasons.append(reason); });
@@ -219,7 +218,6 @@ private slots:
     void pricesWithMoreDecimalsAreThoseOfTheCurrency()
     {
         Counter counter(file());
-        QCOMPARE(counter.desk.priceText(1.005), "€1.01");
         for (int i = 0; i < 3; ++i)
             QVERIFY(counter.desk.add(TooExact));
         QCOMPARE(counter.prices(), (QVector<qint64>{101, 101, 101}));

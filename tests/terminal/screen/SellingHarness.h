@@ -202,11 +202,11 @@ private:
     {
         auto* grid = m_shown->terminal().grid();
         for (int row = 0; row < grid->rowCount(); ++row) {
-            const auto value = [&](const char* role) {
-                return grid->data(grid->index(row, 0), grid->roleNames().key(role));
-            };
-            const bool isPlaceholder = value("fareProductName").toString() == "---DUMMY---";
-            if (value("hasExpired").toBool() && isPlaceholder == wantsPlaceholder)
+            const QVariantMap tile = grid->get(row).toMap();
+            const bool isExpired = tile.value("hasExpired").toBool();
+            const bool isPlaceholder = m_shown->terminal().presentation()->isPlaceholder(
+                tile.value("fareProductName").toString(), isExpired);
+            if (isExpired && isPlaceholder == wantsPlaceholder)
                 return row;
         }
         return -1;

@@ -318,7 +318,7 @@ void TestScreenTexts::tilesNameTheirZone()
             tile = tile->parentItem();
         ++tiles;
         QCOMPARE(zone->property("text").toString(),
-                 shown.terminal().zoneName(tile->property("toStopGroupId").toInt()));
+                 shown.terminal().presentation()->zoneName(tile->property("toStopGroupId").toInt()));
         QVERIFY2(!zone->property("truncated").toBool(),
                  qPrintable(zone->property("text").toString()));
     }

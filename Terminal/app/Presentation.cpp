@@ -1,0 +1,75 @@
+#include "Presentation.h"
+
+#include <Feed.h>
+#include <sProduct.h>
+
+#include <QFileInfo>
+#include <QImageReader>
+
+#include <cmath>
+
+namespace rivo::terminal
+{
+
+namespace
+{
+
+/// Relative luminance as the web's accessibility guidelines define it, 0 to 1.
+double luminance(const QColor& color)
+{
+    const auto linear = [](double channel) {
+        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+} // namespace
+
+Presentation::Presentation(const feed::Feed& feed, const sales::Currency& currency,
+                           bool allowFileIcons, QObject* parent)
+    : QObject(parent), m_zoneNames(feed), m_currency(currency), m_allowFileIcons(allowFileIcons)
+{
+}
+
+QString Presentation::priceText(double units) const { return m_currency.unitsText(units); }
+
+QString Presentation::zoneName(int zone) const { return m_zoneNames.name(zone); }
+
+bool Presentation::isPlaceholder(const QString& fareProductName, bool hasExpired) const
+{
+    return hasExpired && fareProductName == sProduct().fareProductName;
+}
+
+QUrl Presentation::icon(const QString& url, const QUrl& fallback) const
+{
+    const QUrl wanted(url, QUrl::StrictMode);
+    if (wanted.scheme() == QLatin1String("qrc"))
+        return QFileInfo(QLatin1Char(':') + wanted.path()).isFile() ? wanted : fallback;
+    if (!m_allowFileIcons || !wanted.isLocalFile())
+        return fallback;
+    // Not a pipe or a device, which would not end.
+    const QString file = wanted.toLocalFile();
+    return QFileInfo(file).isFile() && QImageReader(file).canRead() ? wanted : fallback;
+}
+
+QColor Presentation::color(const QString& name, const QColor& fallback) const
+{
+    QColor color;
+    if (name.isEmpty() || name.size() > 64 || !QColor::isValidColor(name))
+        return fallback;
+    color.setNamedColor(name);
+    if (color.alpha() == 0)
+        return fallback;
+    color.setAlpha(255);
+    return color;
+}
+
+QColor Presentation::textOn(const QColor& background) const
+{
+    const double light = luminance(background);
+    // The contrasts (L1 + 0.05) / (L2 + 0.05) with white and with black.
+    return 1.05 / (light + 0.05) >= (light + 0.05) / 0.05 ? QColor(Qt::white) : QColor(Qt::black);
+}
+
+} // namespace rivo::terminal
