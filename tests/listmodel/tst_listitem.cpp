@@ -1,15 +1,11 @@
 #include "ListItem.h"
 #include "MetaObjectText.h"
-#include "PassengerTypeItem.h"
 #include "QHashStaticInit.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
-#include <cstring>
 #include <limits>
-#include <memory>
-#include <type_traits>
 
 using rivo::models::ListItem;
 using rivo::models::QHashStaticInit;
@@ -17,75 +13,25 @@ using rivo::models::QHashStaticInit;
 namespace
 {
 
-// The interface as it is declared, argument by argument.
-static_assert(std::is_abstract_v<ListItem>);
-static_assert(std::is_base_of_v<QObject, ListItem>);
-static_assert(std::has_virtual_destructor_v<ListItem>);
-static_assert(sizeof(ListItem) == sizeof(QObject), "no data members of its own");
-static_assert(std::is_same_v<decltype(&ListItem::id), int (ListItem::*)() const>);
-static_assert(std::is_same_v<decltype(&ListItem::data), QVariant (ListItem::*)(int) const>);
-static_assert(
-    std::is_same_v<decltype(&ListItem::roleNames), QHash<int, QByteArray> (ListItem::*)() const>);
-static_assert(std::is_same_v<decltype(&ListItem::triggerItemUpdate), void (ListItem::*)()>);
-static_assert(std::is_same_v<decltype(&ListItem::dataChanged), void (ListItem::*)()>);
-
 using RoleTable = QHashStaticInit<int, QByteArray>;
 static_assert(sizeof(RoleTable) == sizeof(QHash<int, QByteArray>), "the hash is its only member");
-static_assert(std::is_same_v<decltype(RoleTable::hash), QHash<int, QByteArray>>);
 
-/// A row with one field of each kind of setter.
+/// A row with one amount.
 class Row : public ListItem
 {
 public:
-    explicit Row(QObject* parent = nullptr) : ListItem(parent) {}
     explicit Row(double amount) : m_amount(amount) {}
 
     int id() const override { return 0; }
     QVariant data(int) const override { return QVariant(); }
     QHash<int, QByteArray> roleNames() const override { return {}; }
 
-    void setNumber(int number) { store(m_number, number); }
-    void setText(const QString& text) { store(m_text, text); }
-    void setExact(double amount) { store(m_exact, amount); }
+    double amount() const { return m_amount; }
     void setAmount(double amount) { storeFuzzy(m_amount, amount); }
 
-    double amount() const { return m_amount; }
-    int number() const { return m_number; }
-
 private:
-    int m_number = 0;
-    QString m_text;
-    double m_exact = 0.0;
-    double m_amount = 0.0;
+    double m_amount;
 };
-
-#ifdef __GXX_ABI_VERSION
-#define CAN_READ_VTABLE_SLOTS
-
-/// By how much a pointer to a virtual member is more than the offset of its slot. ARM marks virtual
-/// members elsewhere.
-#if defined(__arm__) || defined(__aarch64__)
-constexpr std::size_t virtualMark = 0;
-#else
-constexpr std::size_t virtualMark = 1;
-#endif
-
-/// Slot in the table of virtual operations.
-template <typename Member>
-std::size_t vtableSlot(Member member)
-{
-    std::size_t encoded = 0;
-    std::memcpy(&encoded, &member, sizeof(encoded));
-    return (encoded - virtualMark) / sizeof(void*);
-}
-
-/// Opens the last virtual of QObject.
-class LastOfQObject : public QObject
-{
-public:
-    static std::size_t slot() { return vtableSlot(&LastOfQObject::disconnectNotify); }
-};
-#endif
 
 const double ulp = std::numeric_limits<double>::epsilon(); // of values from 1 to 2
 const double notANumber = qQNaN();
@@ -107,83 +53,6 @@ private slots:
         QCOMPARE(metaobject::properties(type), QStringList());
         QCOMPARE(metaobject::enums(type), QStringList());
         QVERIFY(metaobject::hasNothingElse(type));
-    }
-
-    void virtualsFollowThoseOfQObjectInDeclaredOrder()
-    {
-#ifdef CAN_READ_VTABLE_SLOTS
-        const std::size_t last = LastOfQObject::slot();
-        QCOMPARE(vtableSlot(&ListItem::id), last + 1);
-        QCOMPARE(vtableSlot(&ListItem::data), last + 2);
-        QCOMPARE(vtableSlot(&ListItem::roleNames), last + 3);
-        QCOMPARE(vtableSlot(&ListItem::triggerItemUpdate), last + 4);
-#else
-        QSKIP("the position of a virtual operation cannot be read on this platform");
-#endif
-    }
-
-    void belongsToTheParentItIsGiven()
-    {
-        QObject parent;
-        const Row withParent(&parent);
-        const Row withoutParent;
-        QCOMPARE(withParent.parent(), &parent);
-        QCOMPARE(withoutParent.parent(), nullptr);
-    }
-
-    void isDestroyedThroughItsBase()
-    {
-        auto* row = new Row;
-        QSignalSpy destroyed(row, &QObject::destroyed);
-        std::unique_ptr<ListItem>(row).reset();
-        QCOMPARE(destroyed.count(), 1);
-    }
-
-    void triggerItemUpdateEmitsAlthoughNothingChanged()
-    {
-        Row row;
-        QSignalSpy rowChanges(&row, &ListItem::dataChanged);
-        row.triggerItemUpdate();
-        row.triggerItemUpdate();
-        QCOMPARE(rowChanges.count(), 2);
-
-        PassengerTypeItem tile;
-        QSignalSpy tileChanges(&tile, &ListItem::dataChanged);
-        tile.triggerItemUpdate();
-        QCOMPARE(tileChanges.count(), 1);
-    }
-
-    void aSetterAnnouncesADifferentValueOnce()
-    {
-        Row row;
-        QSignalSpy changes(&row, &ListItem::dataChanged);
-        row.setNumber(0);
-        row.setText(QString());
-        row.setText(QStringLiteral("")); // empty equals null
-        row.setExact(0.0);
-        row.setExact(-0.0);
-        QCOMPARE(changes.count(), 0);
-
-        row.setNumber(5);
-        QCOMPARE(changes.count(), 1);
-        row.setNumber(5);
-        QCOMPARE(changes.count(), 1);
-        row.setText(QStringLiteral("Adult"));
-        QCOMPARE(changes.count(), 2);
-        row.setText(QStringLiteral("adult"));
-        QCOMPARE(changes.count(), 3);
-        row.setExact(std::numeric_limits<double>::denorm_min());
-        QCOMPARE(changes.count(), 4);
-    }
-
-    void theValueIsStoredBeforeItIsAnnounced()
-    {
-        Row row;
-        QList<double> seen;
-        connect(&row, &ListItem::dataChanged, &row, [&] { seen << row.number() << row.amount(); });
-        row.setNumber(7);
-        row.setAmount(2.5);
-        QCOMPARE(seen, (QList<double>{7, 0, 7, 2.5}));
     }
 
     // Equal means abs(a - b) * 1e12 <= min(abs(a), abs(b)) with a = old + 1, b = new + 1.
@@ -243,26 +112,6 @@ private slots:
         const RoleTable table{{257, "id"}, {258, "name"}, {257, "number"}};
         QCOMPARE(table.hash, (QHash<int, QByteArray>{{257, "number"}, {258, "name"}}));
         QVERIFY(RoleTable({}).hash.isEmpty());
-    }
-
-    void roleNamesShareTheStaticTable()
-    {
-        const PassengerTypeItem first;
-        const PassengerTypeItem second;
-        const QHash<int, QByteArray>& table =
-            PassengerTypeItemRolesHandling::PASSENGER_TYPE_ROLES_HASH_TABLE.hash;
-        QVERIFY(!table.isEmpty());
-        QCOMPARE(first.roleNames(), second.roleNames());
-        QVERIFY(first.roleNames().isSharedWith(table));
-        QVERIFY(second.roleNames().isSharedWith(table));
-    }
-
-    void aCopyOfTheTableIsTheCallersOwn()
-    {
-        const PassengerTypeItem tile;
-        QHash<int, QByteArray> copy = tile.roleNames();
-        copy.insert(257, "other");
-        QCOMPARE(tile.roleNames().value(257), QByteArray("passengerTypeId"));
     }
 };
 

@@ -1,11 +1,13 @@
+#include "LibraryModels.h"
 #include "ModelBattery.h"
-#include "PassengerTypeFields.h"
-#include "PassengerTypesModel.h"
 #include "SampleItem.h"
+#include "TopLevelOnly.h"
 
 #include <QTest>
 
-/// 100,000 random operations on a list of grid tiles, and a few on other lists.
+#include <memory>
+
+/// 100,000 random operations on a list of grid tiles, and a few on the smallest rows.
 class TestListModelRandom : public QObject
 {
     Q_OBJECT
@@ -14,25 +16,18 @@ private slots:
     void gridTiles_data() { battery::seedRows(5); }
     void gridTiles()
     {
-        PassengerTypeItem prototype;
-        battery::TopLevelOnly<rivo::models::ListModel> model(&prototype, nullptr);
-        battery::runRandomOperations(model, passengerTypeItemClass(), 20000);
+        const ItemClass& tiles = rowsOf("PassengerTypesModel");
+        const std::unique_ptr<rivo::models::ListItem> prototype(tiles.make(nullptr));
+        TopLevelOnly<rivo::models::ListModel> model(prototype.get(), nullptr);
+        battery::runRandomOperations(model, tiles, 20000);
     }
 
     void smallestRows_data() { battery::seedRows(2); }
     void smallestRows()
     {
         SampleItem prototype;
-        battery::TopLevelOnly<rivo::models::ListModel> model(&prototype, nullptr);
+        TopLevelOnly<rivo::models::ListModel> model(&prototype, nullptr);
         battery::runRandomOperations(model, sampleItemClass(), 2000);
-    }
-
-    void selectionGrid_data() { battery::seedRows(2); }
-    void selectionGrid()
-    {
-        QObject owner;
-        battery::TopLevelOnly<PassengerTypesModel> model(&owner);
-        battery::runRandomOperations(model, passengerTypeItemClass(), 2000);
     }
 };
 

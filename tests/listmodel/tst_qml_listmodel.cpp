@@ -1,12 +1,9 @@
-#include "ListModel.h"
-#include "ModelBattery.h"
-#include "PassengerTypeItem.h"
-#include "PassengerTypesModel.h"
-#include "SampleItem.h"
+#include "DeferredDeletions.h"
+#include "LibraryModels.h"
+#include "SampleModel.h"
 #include "SignalLog.h"
 
 #include <QCoreApplication>
-#include <QMetaEnum>
 #include <QPointer>
 #include <QProcess>
 #include <QQmlComponent>
@@ -19,27 +16,23 @@
 
 #include <sys/resource.h>
 
+using rivo::models::ListItem;
 using rivo::models::ListModel;
 
 namespace
 {
 
-/// A grid as QML gets it: three tiles in a model that is a context property. Nothing is registered
-/// with the engine.
+const ItemClass& tiles() { return rowsOf("PassengerTypesModel"); }
+
+/// A grid of three tiles in a model that is a context property. Nothing is registered with the
+/// engine: how QML uses the models without the module Rivo.GuiCore.
 class Screen
 {
 public:
     Screen()
     {
-        sProduct product;
-        product.hasExpired = false;
-        for (int id : {10, 20, 30}) {
-            product.passengerTypeId = id;
-            product.description = QStringLiteral("Type %1").arg(id);
-            product.price = id / 10.0;
-            product.pos = id / 10;
-            model.addItemsToModel({product});
-        }
+        for (int number : {0, 1, 2})
+            model.appendRow(tiles().makeNumbered(10 * number, number, &model));
         show("model", &model);
     }
 
@@ -58,11 +51,11 @@ public:
     void collectGarbage()
     {
         engine.collectGarbage();
-        battery::runDeferredDeletions();
+        runDeferredDeletions();
     }
 
-    QObject owner; // frees the model's prototype
-    PassengerTypesModel model{&owner};
+    QObject owner; // of the model and its prototype
+    ListModel& model = *libraryModel("PassengerTypesModel").make(&owner);
     QQmlEngine engine;
 };
 
@@ -112,109 +105,14 @@ private slots:
         QCOMPARE(log.take(), QStringList{rowChanged(1)});
     }
 
-    void noRowIsNull()
+    void aRowIsReadByTheNamesOfItsRoles()
     {
         Screen screen;
-        for (const char* row : {"-1", "3", "2147483647", "-2147483648"})
-            QCOMPARE(screen.evaluate(QStringLiteral("model.itemFromRow(%1) === null").arg(row)),
-                     QVariant(true));
-    }
-
-    void countIsBound()
-    {
-        Screen screen;
-        QQmlComponent component(&screen.engine);
-        component.setData("import QtQml 2.0\n"
-                          "QtObject {\n"
-                          "    property int rows: model.count\n"
-                          "    property int announced: -1\n"
-                          "    Component.onCompleted:\n"
-                          "        model.countChanged.connect(function(count) {\n"
-                          "            announced = count })\n"
-                          "}\n",
-                          QUrl());
-        const std::unique_ptr<QObject> object(component.create());
-        QVERIFY2(object, qPrintable(component.errorString()));
-        QCOMPARE(object->property("rows").toInt(), 3);
-        QCOMPARE(object->property("announced").toInt(), -1);
-
-        screen.model.addItemsToModel({sProduct(), sProduct()});
-        QCOMPARE(object->property("rows").toInt(), 5);
-        QCOMPARE(object->property("announced").toInt(), 5);
-        screen.model.takeRows(0, 2);
-        QCOMPARE(object->property("rows").toInt(), 3);
-        screen.model.clear();
-        QCOMPARE(object->property("rows").toInt(), 0);
-        QCOMPARE(object->property("announced").toInt(), 0);
-    }
-
-    void expression_data()
-    {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QVariant>("result");
-        const auto row = [](const char* name, const char* script, const QVariant& result) {
-            QTest::newRow(name) << QString::fromLatin1(script) << result;
-        };
-        row("a role of a row by its name", "model.get(1).description", "Type 20");
-        row("a number of a row", "model.get(1).price + 1", 3.0);
-        row("a flag of a row", "model.get(0).selected === false", true);
-        row("the icon's role name", "model.get(0).fareProductIcon", "qrc:/icons/adult.svg");
-        row("a field without a role", "model.get(0).code === undefined", true);
-        row("all roles of a row", "Object.keys(model.get(0)).length", 16);
-        row("the row after the last", "model.get(3) === undefined", true);
-        row("a negative row", "model.get(-1) === undefined", true);
-        row("a row by its index", "model.get(model.index(2, 0)).pos", 3);
-        row("a row by an invalid index", "model.get(model.index(7, 0)) === undefined", true);
-        row("the map of a row is a copy",
-            "(function() { var r = model.get(0); r.price = 9; return model.get(0).price; })()",
-            1.0);
-        row("the count", "model.count", 3);
-        row("the number of rows", "model.rowCount()", 3);
-        row("the number of rows below a row", "model.rowCount(model.index(0, 0))", 3);
-        row("the count cannot be written",
-            "(function() { try { model.count = 7 } catch (e) {}"
-            "return model.count; })()",
-            3);
-        row("the row of an id", "model.rowIndexFromId(30)", 2);
-        row("the row of an unknown id", "model.rowIndexFromId(31)", -1);
-        row("the first row is removed", "[model.removeRow(0), model.get(0).pos].join()", "true,2");
-        row("a row is removed whatever parent is given",
-            "[model.removeRow(1, model.index(0, 0)), model.get(1).pos].join()", "true,3");
-        row("the row after the last is not removed", "[model.removeRow(3), model.count].join()",
-            "false,3");
-        row("a negative row is not removed", "[model.removeRow(-1), model.count].join()",
-            "false,3");
-        row("clear leaves no rows", "[model.clear(), model.count].join()", ",0");
-        row("no object is not appended", "[model.appendRowFromQml(null), model.count].join()",
-            ",3");
-        row("C++ alone appends, takes, sorts and counts by role",
-            "[model.appendRow, model.appendRows, model.insertRow, model.removeRows, model.takeRow,"
-            " model.takeRows, model.sort, model.sortByRole, model.sortRangeByRole, model.findById,"
-            " model.indexFromItem, model.countByRole, model.onHandleItemChange"
-            "].every(function(f) { return f === undefined; })",
-            true);
-    }
-
-    void expression()
-    {
-        QFETCH(QString, script);
-        QFETCH(QVariant, result);
-        Screen screen;
-        QCOMPARE(screen.evaluate(script).toString(), result.toString());
-    }
-
-    void anItemIsAppended()
-    {
-        Screen screen;
-        auto* item = new PassengerTypeItem(&screen.model);
-        item->setId(40);
-        screen.show("item", item);
-        SignalLog log(&screen.model);
-        screen.evaluate("model.appendRowFromQml(item)");
-        QCOMPARE(log.take(), announcedInsertion(3, 3, 4));
-        QCOMPARE(screen.model.itemFromRow(3), item);
-        QCOMPARE(screen.evaluate("model.rowIndexFromId(40)"), QVariant(3));
-        QCOMPARE(screen.evaluate("model.itemFromRow(3) === item"), QVariant(true));
+        QCOMPARE(screen.evaluate("model.get(1).description"), QVariant("description 1"));
+        QCOMPARE(screen.evaluate("model.get(1).price === model.get(0).price + 1"), QVariant(true));
+        QCOMPARE(screen.evaluate("model.get(0).code === undefined"), QVariant(true)); // no role
+        QCOMPARE(screen.evaluate("model.get(3) === undefined"), QVariant(true));
+        QCOMPARE(screen.evaluate("model.itemFromRow(3) === null"), QVariant(true));
     }
 
     // An item that QML received from itemFromRow() belongs to its QObject parent, or, without one,
@@ -223,7 +121,7 @@ private slots:
     void aRowWithAParentSurvivesGarbageCollection()
     {
         Screen screen;
-        const QPointer<rivo::models::ListItem> row = screen.model.itemFromRow(0);
+        const QPointer<ListItem> row = screen.model.itemFromRow(0);
         QCOMPARE(screen.evaluate("model.itemFromRow(0).objectName"), QVariant(QString()));
         screen.collectGarbage();
         QVERIFY(row);
@@ -239,54 +137,21 @@ private slots:
         model.appendRows({untouched, received});
         Screen screen;
         screen.show("loose", &model);
-        screen.collectGarbage();
-        QVERIFY(untouched && received);
-
         QCOMPARE(screen.evaluate("loose.get(1).id"), QVariant(2)); // a map is harmless
         screen.collectGarbage();
         QVERIFY(untouched && received);
 
-        QCOMPARE(screen.evaluate("loose.itemFromRow(1).objectName"), QVariant(QString()));
+        QQmlComponent holder(&screen.engine);
+        holder.setData("import QtQml 2.0\nQtObject { property var row: loose.itemFromRow(1) }\n",
+                       QUrl());
+        const std::unique_ptr<QObject> held(holder.create());
+        screen.collectGarbage();
+        QVERIFY(held && received);
+        held->setProperty("row", QVariant());
         screen.collectGarbage();
         QVERIFY(untouched);
         QVERIFY(!received); // the model's row 1 leads nowhere now
         delete model.takeRow(0);
-    }
-
-    void aRowWithoutParentSurvivesWhileQmlHoldsIt()
-    {
-        SampleItem prototype;
-        ListModel model(&prototype, nullptr);
-        const QPointer<SampleItem> row = new SampleItem(1);
-        model.appendRow(row);
-        Screen screen;
-        screen.show("loose", &model);
-        QQmlComponent component(&screen.engine);
-        component.setData("import QtQml 2.0\n"
-                          "QtObject { property var row: loose.itemFromRow(0) }\n",
-                          QUrl());
-        std::unique_ptr<QObject> holder(component.create());
-        QVERIFY2(holder, qPrintable(component.errorString()));
-        screen.collectGarbage();
-        QVERIFY(row);
-
-        model.takeRow(0);
-        holder.reset();
-        screen.collectGarbage();
-        QVERIFY(!row);
-    }
-
-    void passengerTypesAreReadableByName()
-    {
-        const QMetaObject& type = PassengerTypesModel::staticMetaObject;
-        const QMetaEnum types = type.enumerator(type.indexOfEnumerator("PassengerType"));
-        QVERIFY(types.isValid());
-        bool known = false;
-        QCOMPARE(types.keyToValue("PT_ADULT", &known), 1);
-        QVERIFY(known);
-        QCOMPARE(types.valueToKey(10), "PT_MILITARY_2");
-        types.keyToValue("PT_STUDENT", &known);
-        QVERIFY(!known);
     }
 
     void anItemFromQmlNeedsNoRegistrationEither()
@@ -316,8 +181,8 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     const QString argument = QCoreApplication::arguments().value(1);
     if (argument == appendItem) {
-        PassengerTypeItem item;
-        return appendFromQml(item);
+        const std::unique_ptr<ListItem> item(tiles().make(nullptr));
+        return appendFromQml(*item);
     }
     if (argument == appendForeignObject) {
         QObject object;

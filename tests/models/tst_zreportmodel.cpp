@@ -1,28 +1,20 @@
 #include "AutomaticSpacing.h"
+#include "LibraryModels.h"
 #include "LogCapture.h"
-#include "ModelBattery.h"
 #include "SignalLog.h"
-#include "ZReportFields.h"
+#include "TopLevelOnly.h"
+#include "ZReportItem.h"
 #include "ZReportModel.h"
 
-#include <QPointer>
+#include <QAbstractItemModelTester>
 #include <QTest>
 
+#include <climits>
 #include <limits>
 #include <memory>
-#include <type_traits>
-
-using rivo::models::ListItem;
 
 namespace
 {
-
-static_assert(std::is_same_v<decltype(&ZReportModel::addItem),
-                             void (ZReportModel::*)(
-                                 const qint32&, const qint32&, const double&, const qint32&,
-                                 const double&, const qint32&, const double&, const QString&,
-                                 const QString&, const double&, const double&, const bool&,
-                                 const double&, const QDateTime&, const double&, const double&)>);
 
 const QDateTime evening(QDate(2024, 5, 1), QTime(22, 15), Qt::UTC);
 
@@ -45,7 +37,7 @@ private slots:
     {
         m_log = std::make_unique<LogCapture>();
         m_owner = std::make_unique<QObject>();
-        m_reports = new battery::TopLevelOnly<ZReportModel>(m_owner.get());
+        m_reports = new TopLevelOnly<ZReportModel>(m_owner.get());
         new QAbstractItemModelTester(
             m_reports, QAbstractItemModelTester::FailureReportingMode::Fatal, m_reports);
     }
@@ -71,28 +63,6 @@ private slots:
                     QDateTime(), -3.0, -4.0});
         QCOMPARE(m_reports->itemFromRow(0)->metaObject(), &ZReportItem::staticMetaObject);
         QCOMPARE(m_reports->itemFromRow(0)->parent(), m_reports);
-    }
-
-    void reportsOfOneIdAreSeveralRows()
-    {
-        addReport(*m_reports, 7);
-        addReport(*m_reports, 7);
-        QCOMPARE(m_reports->rowCount(), 2);
-        QCOMPARE(m_log->records().size(), 2);
-    }
-
-    void reportsBelongToTheModel()
-    {
-        for (int id = 0; id < 3; ++id)
-            addReport(*m_reports, id);
-        const QPointer<ListItem> removed = m_reports->itemFromRow(1);
-        QVERIFY(m_reports->removeRow(1));
-        QVERIFY(removed);
-        battery::runDeferredDeletions();
-        QVERIFY(!removed);
-        const QPointer<ListItem> left = m_reports->itemFromRow(1);
-        delete m_reports;
-        QVERIFY(!left);
     }
 
     void message_data()
@@ -185,7 +155,7 @@ private:
     /// The row has exactly these values.
     void compare(int row, const QVariantList& values) const
     {
-        QCOMPARE(differences(*m_reports->itemFromRow(row), zReportItemClass().fields, values),
+        QCOMPARE(differences(*m_reports->itemFromRow(row), rowsOf("ZReportModel").fields, values),
                  QStringList());
     }
 

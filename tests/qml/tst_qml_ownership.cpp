@@ -1,6 +1,7 @@
-#include "ModelKinds.h"
-#include "QmlScreen.h"
+#include "AssetItem.h"
+#include "AssetsModel.h"
 #include "QmlTest.h"
+#include "ShownModel.h"
 
 #include <QPointer>
 #include <QTest>
@@ -17,18 +18,18 @@ class Factory : public QObject
     Q_OBJECT
 
 public:
-    explicit Factory(const ModelKind& kind) : m_kind(kind) {}
+    explicit Factory(const ItemClass& itemClass) : m_itemClass(itemClass) {}
 
     Q_INVOKABLE QObject* make()
     {
-        newest = m_kind.makeItem(1, 1, nullptr);
+        newest = m_itemClass.makeNumbered(1, 1, nullptr);
         return newest;
     }
 
     QPointer<ListItem> newest;
 
 private:
-    const ModelKind& m_kind;
+    const ItemClass& m_itemClass;
 };
 
 enum class ModelMadeIn { Cpp, Qml };
@@ -40,13 +41,13 @@ enum class RowParent { None, RemovedLater };
 class Stage
 {
 public:
-    Stage(const ModelKind& modelKind, ModelMadeIn place) : kind(modelKind)
+    Stage(const QString& modelName, ModelMadeIn place) : described(libraryModel(modelName))
     {
         if (place == ModelMadeIn::Qml) {
-            m_madeInQml = screen.create(QLatin1String(kind.name) + QLatin1String(" {}"));
+            m_madeInQml = screen.create(modelName + QLatin1String(" {}"));
             model = qobject_cast<ListModel*>(m_madeInQml.get());
         } else {
-            model = kind.makeModel(&m_owner);
+            model = described.make(&m_owner);
         }
         screen.show("model", model);
     }
@@ -75,7 +76,13 @@ public:
         collect(Collector::Engine);
     }
 
-    const ModelKind& kind;
+    /// A row whose values are numbered 1.
+    ListItem* makeRow(QObject* parent) const
+    {
+        return described.itemClass.makeNumbered(1, 1, parent);
+    }
+
+    const LibraryModel& described;
     QmlScreen screen;
     ListModel* model = nullptr;
 
@@ -99,9 +106,6 @@ public:
 private:
     const ListModel::RowExposureHandler m_handler;
 };
-
-QVector<ListItem*> seen;
-void noteRow(ListItem* row) { seen.append(row); }
 
 } // namespace
 
@@ -165,39 +169,39 @@ private slots:
 
     void rowHandedOut_data()
     {
-        QTest::addColumn<int>("kind");
+        QTest::addColumn<QString>("model");
         QTest::addColumn<ModelMadeIn>("place");
         QTest::addColumn<RowParent>("parent");
         QTest::addColumn<Collector>("collector");
-        for (int kind = 0; kind < int(modelKinds().size()); ++kind) {
-            const ModelKind& modelKind = modelKinds()[std::size_t(kind)];
-            for (ModelMadeIn place : {ModelMadeIn::Cpp, ModelMadeIn::Qml}) {
-                if (place == ModelMadeIn::Qml && !modelKind.creatable)
-                    continue;
-                for (RowParent parent : {RowParent::None, RowParent::RemovedLater}) {
-                    for (Collector collector : {Collector::Script, Collector::Engine})
-                        QTest::addRow("%s made in %s, %s, collected by %s", modelKind.name,
-                                      place == ModelMadeIn::Cpp ? "C++" : "QML",
-                                      parent == RowParent::None ? "row without parent"
-                                                                : "row that loses its parent",
-                                      collector == Collector::Script ? "gc()" : "the engine")
-                            << kind << place << parent << collector;
-                }
+        const auto row = [](const LibraryModel& model, ModelMadeIn place) {
+            for (RowParent parent : {RowParent::None, RowParent::RemovedLater}) {
+                for (Collector collector : {Collector::Script, Collector::Engine})
+                    QTest::addRow("%s made in %s, %s, collected by %s", model.name,
+                                  place == ModelMadeIn::Cpp ? "C++" : "QML",
+                                  parent == RowParent::None ? "row without parent"
+                                                            : "row that loses its parent",
+                                  collector == Collector::Script ? "gc()" : "the engine")
+                        << QString(model.name) << place << parent << collector;
             }
+        };
+        for (const LibraryModel& model : libraryModels()) {
+            row(model, ModelMadeIn::Cpp);
+            if (model.isMadeByQml)
+                row(model, ModelMadeIn::Qml);
         }
     }
 
     void rowHandedOut()
     {
-        QFETCH(int, kind);
+        QFETCH(QString, model);
         QFETCH(ModelMadeIn, place);
         QFETCH(RowParent, parent);
         QFETCH(Collector, collector);
-        Stage stage(modelKinds().at(std::size_t(kind)), place);
+        Stage stage(model, place);
         QVERIFY(stage.model);
         QObject rowParent;
         const QPointer<ListItem> row =
-            stage.kind.makeItem(1, 1, parent == RowParent::None ? nullptr : &rowParent);
+            stage.makeRow(parent == RowParent::None ? nullptr : &rowParent);
         stage.model->appendRow(row);
         QCOMPARE(stage.screen.evaluate("model.itemFromRow(0).objectName"), QVariant(QString()));
         row->setParent(nullptr);
@@ -206,8 +210,8 @@ private slots:
         QVERIFY(row);
         QCOMPARE(stage.model->itemFromRow(0), row.data());
         QCOMPARE(stage.screen.evaluate("model.itemFromRow(0) !== null"), QVariant(true));
-        QCOMPARE(modelkinds::rowTexts(stage.screen.evaluate("model.get(0)").toMap()),
-                 modelkinds::rowTexts(stage.kind.values(1, 1)));
+        QCOMPARE(rowTexts(stage.screen.evaluate("model.get(0)").toMap()),
+                 numberedTexts(stage.described.itemClass, 1, 1));
 
         stage.screen.evaluate("model.removeRow(0)");
         runDeferredDeletions();
@@ -217,14 +221,14 @@ private slots:
     void rowHandedOutWithoutTheHandler_data() { rowHandedOut_data(); }
     void rowHandedOutWithoutTheHandler()
     {
-        QFETCH(int, kind);
+        QFETCH(QString, model);
         QFETCH(ModelMadeIn, place);
         QFETCH(RowParent, parent);
         QFETCH(Collector, collector);
-        Stage stage(modelKinds().at(std::size_t(kind)), place);
+        Stage stage(model, place);
         QObject rowParent;
         const QPointer<ListItem> row =
-            stage.kind.makeItem(1, 1, parent == RowParent::None ? nullptr : &rowParent);
+            stage.makeRow(parent == RowParent::None ? nullptr : &rowParent);
         stage.model->appendRow(row);
         stage.screen.importModule();
         const WithoutHandler unprotected;
@@ -246,9 +250,9 @@ private slots:
     void rowsInsertedByQml()
     {
         QFETCH(ModelMadeIn, place);
-        for (const char* kind : {"AssetsModel", "PeripheralsModel"}) {
-            Stage stage(modelKindNamed(kind), place);
-            Factory factory(stage.kind);
+        for (const char* model : {"AssetsModel", "PeripheralsModel"}) {
+            Stage stage(model, place);
+            Factory factory(stage.described.itemClass);
             stage.screen.show("factory", &factory);
 
             stage.screen.evaluate("factory.make() !== null");
@@ -267,8 +271,8 @@ private slots:
 
     void anItemGivenByQmlIsLostWithoutTheHandler()
     {
-        Stage stage(modelKindNamed("AssetsModel"), ModelMadeIn::Cpp);
-        Factory factory(stage.kind);
+        Stage stage("AssetsModel", ModelMadeIn::Cpp);
+        Factory factory(stage.described.itemClass);
         stage.screen.show("factory", &factory);
         stage.screen.importModule();
         const WithoutHandler unprotected;
@@ -281,8 +285,8 @@ private slots:
 
     void qmlCannotDestroyARow()
     {
-        Stage stage(modelKindNamed("AssetsModel"), ModelMadeIn::Cpp);
-        const QPointer<ListItem> row = stage.kind.makeItem(1, 1, nullptr);
+        Stage stage("AssetsModel", ModelMadeIn::Cpp);
+        const QPointer<ListItem> row = stage.makeRow(nullptr);
         stage.model->appendRow(row);
         QCOMPARE(stage.screen.evaluate("(function() {"
                                        " try { model.itemFromRow(0).destroy(); return 'done' }"
@@ -294,8 +298,8 @@ private slots:
 
     void aRowTakenOutStaysWithCpp()
     {
-        Stage stage(modelKindNamed("AssetsModel"), ModelMadeIn::Qml);
-        const QPointer<ListItem> row = stage.kind.makeItem(1, 1, nullptr);
+        Stage stage("AssetsModel", ModelMadeIn::Qml);
+        const QPointer<ListItem> row = stage.makeRow(nullptr);
         stage.model->appendRow(row);
         stage.screen.evaluate("model.itemFromRow(0).objectName");
         const std::unique_ptr<ListItem> taken(stage.model->takeRow(0));
@@ -305,56 +309,6 @@ private slots:
         stage.collectInEveryWay();
         QVERIFY(row);
         stage.model->takeRow(0);
-    }
-
-    void rowsOutliveTheEngine()
-    {
-        QObject owner;
-        AssetsModel model(&owner);
-        const QPointer<ListItem> row = new AssetItem;
-        model.appendRow(row);
-        {
-            QmlScreen screen;
-            screen.show("model", &model);
-            screen.evaluate("model.itemFromRow(0).objectName");
-        }
-        runDeferredDeletions();
-        QVERIFY(row);
-        model.clear();
-        runDeferredDeletions();
-    }
-
-    // The handler itself.
-
-    void theHandlerSeesEachRowThatIsHandedOut()
-    {
-        QObject owner;
-        AssetsModel model(&owner);
-        auto* first = new AssetItem(&owner);
-        auto* second = new AssetItem(&owner);
-        const auto handler = ListModel::rowExposureHandler();
-        ListModel::setRowExposureHandler(noteRow);
-        seen.clear();
-
-        model.appendRow(first);
-        model.data(model.index(0, 0), AssetItem::IdRole);
-        model.get(0);
-        model.get(model.index(0, 0));
-        model.findById(-1);
-        model.rowIndexFromId(-1);
-        first->triggerItemUpdate();
-        model.itemFromRow(-1);
-        model.itemFromRow(1);
-        model.appendRowFromQml(nullptr);
-        const QVector<ListItem*> seenByOthers = seen;
-        model.itemFromRow(0);
-        model.appendRowFromQml(second);
-        model.itemFromRow(1);
-        ListModel::setRowExposureHandler(handler);
-
-        QCOMPARE(seenByOthers, QVector<ListItem*>());
-        QCOMPARE(seen, (QVector<ListItem*>{first, second, second}));
-        model.takeRows(0, 2);
     }
 
     // Against the contract, and harmless as long as nobody uses the row.

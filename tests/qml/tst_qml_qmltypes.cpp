@@ -1,4 +1,4 @@
-#include "ModelKinds.h"
+#include "LibraryModels.h"
 #include "QmlScreen.h"
 #include "QmlTest.h"
 
@@ -169,29 +169,20 @@ QStringList enumsOf(const QMetaObject& type)
 
 struct ExportedType
 {
-    const char* name;
+    QByteArray name;
     const QMetaObject* type;
     bool creatable;
 };
 
-const std::vector<ExportedType>& exportedTypes()
+QVector<ExportedType> exportedTypes()
 {
-    static const std::vector<ExportedType> types{
-        {"ListItem", &ListItem::staticMetaObject, false},
-        {"ListModel", &ListModel::staticMetaObject, false},
-        {"PassengerTypeItem", &PassengerTypeItem::staticMetaObject, false},
-        {"PassengerTypesModel", &PassengerTypesModel::staticMetaObject, false},
-        {"ShoppingItem", &ShoppingItem::staticMetaObject, false},
-        {"ShoppingBasketModel", &ShoppingBasketModel::staticMetaObject, false},
-        {"FareProductItem", &FareProductItem::staticMetaObject, false},
-        {"FareProductsModel", &FareProductsModel::staticMetaObject, false},
-        {"ZReportItem", &ZReportItem::staticMetaObject, false},
-        {"ZReportModel", &ZReportModel::staticMetaObject, false},
-        {"AssetItem", &AssetItem::staticMetaObject, false},
-        {"AssetsModel", &AssetsModel::staticMetaObject, true},
-        {"PeripheralItem", &PeripheralItem::staticMetaObject, false},
-        {"PeripheralsModel", &PeripheralsModel::staticMetaObject, true},
-    };
+    QVector<ExportedType> types{{"ListItem", &ListItem::staticMetaObject, false},
+                                {"ListModel", &ListModel::staticMetaObject, false}};
+    for (const LibraryModel& model : libraryModels()) {
+        const ItemClass& rows = model.itemClass;
+        types.append({rows.type->className(), rows.type, false});
+        types.append({model.name, model.type, model.isMadeByQml});
+    }
     return types;
 }
 
@@ -276,7 +267,7 @@ private slots:
     void type()
     {
         QFETCH(int, index);
-        const ExportedType& exported = exportedTypes().at(std::size_t(index));
+        const ExportedType exported = exportedTypes().at(index);
         const QMetaObject& type = *exported.type;
         QVERIFY(qmlTypeId("Rivo.GuiCore", 1, 0, exported.name) != -1);
         const Element* component = componentOf(type);

@@ -2,15 +2,19 @@
 
 #include "ListItem.h"
 
+#include <QByteArray>
 #include <QGeoCoordinate>
-#include <QList>
+#include <QHash>
+#include <QMetaObject>
 #include <QStringList>
 #include <QVariant>
 #include <QVector>
 
-#include <climits>
 #include <cmath>
 #include <functional>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 
 /// When a setter stores a value and announces it.
 enum class Announced {
@@ -22,102 +26,179 @@ enum class Announced {
 /// One field of an item class, stated apart from the class itself.
 struct ItemField
 {
-    const char* name;
-    int role; ///< 0 if the field is not shown
+    const char* name; ///< of the getter
+    int role = 0;     ///< 0 if the field is not shown
+    QByteArray roleName;
     QVariant initial;
-    QVariantList samples; ///< values to try, among them the initial one
-    Announced announced;
     std::function<QVariant(const rivo::models::ListItem&)> get;
     std::function<void(rivo::models::ListItem&, const QVariant&)> set; ///< null if it cannot be set
-    bool isArgument = true;             ///< of the constructor that takes values
+    Announced announced = Announced::IfDifferent;
     const char* comparedWith = nullptr; ///< the field that the setter compares with, if another
+    bool isArgument = true;             ///< of the constructor that takes values
+    std::size_t size = 0;               ///< in bytes, as of the alignment
+    std::size_t alignment = 0;
+    int number = 0; ///< of the field in its class, from 0
+
+    /// Values to try, among them the initial one. Some differ by less than a comparison notices.
+    QVariantList samples() const;
+
+    /// A value of the field's own for every number `n` from 0; that of a bool repeats.
+    QVariant numbered(int n) const;
 };
 
-/// An item class as its fields, the identity first.
-struct ItemClass
+/// A field as the table of a class states it: field(...).shownAs(261).fuzzy().
+template <typename T, bool IsArgument = true>
+struct StatedField : ItemField
 {
-    std::function<rivo::models::ListItem*(QObject* parent)> make; ///< all fields initial
-    /// From one value per field; those of fields that are no argument are not looked at.
-    std::function<rivo::models::ListItem*(const QVariantList& values, QObject* parent)> construct;
-    QVector<ItemField> fields;
+    using Arguments = std::conditional_t<IsArgument, std::tuple<T>, std::tuple<>>;
+
+    explicit StatedField(const ItemField& field) : ItemField(field) { isArgument = IsArgument; }
+
+    /// The role that shows the field; its name is that of the field unless another is given.
+    StatedField shownAs(int shownRole, const char* otherName = nullptr) const
+    {
+        StatedField field = *this;
+        field.role = shownRole;
+        field.roleName = otherName ? otherName : name;
+        return field;
+    }
+
+    StatedField fuzzy() const { return announcing(Announced::IfFuzzilyDifferent, nullptr); }
+    StatedField fuzzyAgainst(const char* other) const
+    {
+        return announcing(Announced::IfFuzzilyDifferent, other);
+    }
+    StatedField silent() const { return announcing(Announced::Never, nullptr); }
+
+    /// The constructor that takes values leaves it initial.
+    StatedField<T, false> notAnArgument() const { return StatedField<T, false>(*this); }
+
+    static Arguments arguments(const QVariant& value)
+    {
+        if constexpr (IsArgument)
+            return Arguments(value.value<T>());
+        else
+            return {};
+    }
+
+private:
+    StatedField announcing(Announced announcement, const char* other) const
+    {
+        StatedField field = *this;
+        field.announced = announcement;
+        field.comparedWith = other;
+        return field;
+    }
 };
 
 /// A field without a setter.
 template <typename Item, typename T>
-ItemField itemField(const char* name, int role, const T& initial, const QList<T>& others,
-                    T (Item::*get)() const)
+StatedField<T> field(const char* name, const std::common_type_t<T>& initial, T (Item::*get)() const)
 {
-    QVariantList samples{QVariant::fromValue(initial)};
-    for (const T& other : others)
-        samples.append(QVariant::fromValue(other));
-    return {name,
-            role,
-            QVariant::fromValue(initial),
-            samples,
-            Announced::Never,
-            [get](const rivo::models::ListItem& item) {
-                return QVariant::fromValue((static_cast<const Item&>(item).*get)());
-            },
-            {}};
+    ItemField plain;
+    plain.name = name;
+    plain.initial = QVariant::fromValue(initial);
+    plain.get = [get](const rivo::models::ListItem& item) {
+        return QVariant::fromValue((static_cast<const Item&>(item).*get)());
+    };
+    plain.announced = Announced::Never;
+    plain.size = sizeof(T);
+    plain.alignment = alignof(T);
+    return StatedField<T>(plain);
 }
 
-/// A field with a getter and a setter. Their types are the exact ones: values by value, arguments
-/// by const reference.
-template <typename Item, typename T>
-ItemField itemField(const char* name, int role, const T& initial, const QList<T>& others,
-                    T (Item::*get)() const, void (Item::*set)(const T&),
-                    Announced announced = Announced::IfDifferent)
+/// A field with a setter that takes its argument by value or by reference.
+template <typename Item, typename T, typename Argument>
+StatedField<T> field(const char* name, const std::common_type_t<T>& initial, T (Item::*get)() const,
+                     void (Item::*set)(Argument))
 {
-    ItemField field = itemField(name, role, initial, others, get);
-    field.announced = announced;
-    field.set = [set](rivo::models::ListItem& item, const QVariant& value) {
+    static_assert(std::is_same_v<Argument, T> || std::is_same_v<Argument, const T&>);
+    StatedField<T> stated = field(name, initial, get);
+    stated.announced = Announced::IfDifferent;
+    stated.set = [set](rivo::models::ListItem& item, const QVariant& value) {
         (static_cast<Item&>(item).*set)(value.value<T>());
     };
-    return field;
+    return stated;
 }
 
-/// The same where the setter takes its argument by value.
-template <typename Item, typename T>
-ItemField itemField(const char* name, int role, const T& initial, const QList<T>& others,
-                    T (Item::*get)() const, void (Item::*set)(T),
-                    Announced announced = Announced::IfDifferent)
+/// An item class as its fields in the order of declaration, the identity first.
+struct ItemClass
 {
-    ItemField field = itemField(name, role, initial, others, get);
-    field.announced = announced;
-    field.set = [set](rivo::models::ListItem& item, const QVariant& value) {
-        (static_cast<Item&>(item).*set)(value.value<T>());
+    const QMetaObject* type;
+    std::size_t size;                                             ///< of an object
+    std::function<rivo::models::ListItem*(QObject* parent)> make; ///< all fields initial
+    /// From one value per field; those of fields that are no argument are not looked at.
+    std::function<rivo::models::ListItem*(const QVariantList& values, QObject* parent)> construct;
+    QVector<ItemField> fields;
+
+    const QHash<int, QByteArray>* roleTable = nullptr;       ///< what all items of the class share
+    std::function<rivo::models::ListItem*()> makeRenumbered; ///< its id() is 4711
+    QStringList properties; ///< names of those fields that are Qt properties too, in their order
+    bool isCounted = true;  ///< has an instanceCount
+
+    int indexOf(const QString& name) const;
+    QVariantList initialValues() const;
+    /// Initial but for these, which are given by the names of their fields.
+    QVariantList initialValuesBut(const QVariantMap& others) const;
+    QHash<int, QByteArray> roleNames() const;
+
+    /// With these values in all fields.
+    rivo::models::ListItem* build(const QVariantList& values, QObject* parent) const;
+
+    /// Another value in every field for every number; see ItemField::numbered().
+    QVariantList numberedValues(int id, int n) const;
+    rivo::models::ListItem* makeNumbered(int id, int n, QObject* parent) const
+    {
+        return build(numberedValues(id, n), parent);
+    }
+
+    /// Sets all fields but the identity, the silent ones first: the others announce them.
+    void renumber(rivo::models::ListItem& item, int n) const;
+};
+
+template <typename Item, typename... Fields, std::size_t... At>
+rivo::models::ListItem* constructed(const QVariantList& values, QObject* parent,
+                                    std::index_sequence<At...>)
+{
+    return std::apply([parent](const auto&... arguments) { return new Item(arguments..., parent); },
+                      std::tuple_cat(Fields::arguments(values.at(static_cast<int>(At)))...));
+}
+
+/// `fields` are the members of the class and nothing else.
+template <typename Item, typename... Fields>
+ItemClass itemClass(const Fields&... fields)
+{
+    ItemClass described;
+    described.type = &Item::staticMetaObject;
+    described.size = sizeof(Item);
+    described.make = [](QObject* parent) { return new Item(parent); };
+    described.construct = [](const QVariantList& values, QObject* parent) {
+        return constructed<Item, Fields...>(values, parent, std::index_sequence_for<Fields...>());
     };
-    return field;
+    described.fields = {fields...};
+    for (int i = 0; i < described.fields.size(); ++i)
+        described.fields[i].number = i;
+    return described;
 }
 
-/// `field`, which the constructor that takes values leaves initial.
-inline ItemField notAnArgument(ItemField field)
+/// An item class of the library: its role table, and an item with an identity of its own making.
+template <typename Item, typename... Fields>
+ItemClass libraryItem(const QHash<int, QByteArray>& roleTable, const Fields&... fields)
 {
-    field.isArgument = false;
-    return field;
-}
-
-/// `field`, whose setter compares with the value of another one.
-inline ItemField comparedWith(const char* other, ItemField field)
-{
-    field.comparedWith = other;
-    return field;
-}
-
-inline int indexOfField(const QVector<ItemField>& fields, const char* name)
-{
-    int index = 0;
-    while (index < fields.size() && qstrcmp(fields.at(index).name, name) != 0)
-        ++index;
-    return index;
-}
-
-inline QVariantList initialValues(const QVector<ItemField>& fields)
-{
-    QVariantList values;
-    for (const ItemField& field : fields)
-        values << field.initial;
-    return values;
+    static_assert(std::is_same_v<decltype(&Item::id), int (Item::*)() const>);
+    static_assert(
+        std::is_same_v<decltype(&Item::triggerItemUpdate), void (rivo::models::ListItem::*)()>,
+        "inherited unchanged");
+    class Renumbered : public Item
+    {
+    public:
+        using Item::Item;
+        int id() const override { return 4711; }
+    };
+    ItemClass described = itemClass<Item>(fields...);
+    described.roleTable = &roleTable;
+    described.makeRenumbered = [] { return new Renumbered(nullptr); };
+    return described;
 }
 
 /// Equality by the type's own operator; both have the same type. Unlike the QVariant equality it
@@ -132,39 +213,11 @@ inline bool isEqual(const QVariant& a, const QVariant& b)
 }
 
 /// Same type and same value to the last bit, converting nothing.
-inline bool sameValue(const QVariant& a, const QVariant& b)
-{
-    if (a.userType() != b.userType())
-        return false;
-    if (a.userType() != QMetaType::Double)
-        return isEqual(a, b);
-    const bool bothNaN = std::isnan(a.toDouble()) && std::isnan(b.toDouble());
-    return bothNaN || (isEqual(a, b) && std::signbit(a.toDouble()) == std::signbit(b.toDouble()));
-}
+bool sameValue(const QVariant& a, const QVariant& b);
 
 /// Names of the fields whose getter or role does not show its value of these, one per field.
-inline QStringList differences(const rivo::models::ListItem& item, const QVector<ItemField>& fields,
-                               const QVariantList& values)
-{
-    if (values.size() != fields.size())
-        return {QStringLiteral("number of values")};
-    QStringList names;
-    for (int i = 0; i < fields.size(); ++i) {
-        const ItemField& field = fields.at(i);
-        if (!sameValue(field.get(item), values.at(i)) ||
-            (field.role != 0 && !sameValue(item.data(field.role), values.at(i))))
-            names.append(QString::fromLatin1(field.name));
-    }
-    return names;
-}
-
-/// The setter's comparison, as a formula of its own.
-inline bool fuzzilyEqual(double a, double b)
-{
-    const double shiftedA = a + 1.0;
-    const double shiftedB = b + 1.0;
-    return qAbs(shiftedA - shiftedB) * 1e12 <= qMin(qAbs(shiftedA), qAbs(shiftedB));
-}
+QStringList differences(const rivo::models::ListItem& item, const QVector<ItemField>& fields,
+                        const QVariantList& values);
 
 /// What a setter does.
 struct SetterEffect
@@ -174,22 +227,8 @@ struct SetterEffect
 };
 
 /// What must happen when `value` is set to field `index` of an item with these values.
-inline SetterEffect setterEffect(const QVector<ItemField>& fields, const QVariantList& values,
-                                 int index, const QVariant& value)
-{
-    const ItemField& field = fields.at(index);
-    const QVariant compared =
-        values.at(field.comparedWith ? indexOfField(fields, field.comparedWith) : index);
-    bool isDifferent = false;
-    switch (field.announced) {
-    case Announced::IfDifferent:
-        isDifferent = !isEqual(compared, value);
-        break;
-    case Announced::IfFuzzilyDifferent:
-        isDifferent = !fuzzilyEqual(compared.toDouble(), value.toDouble());
-        break;
-    case Announced::Never:
-        return {true, false};
-    }
-    return {isDifferent, isDifferent};
-}
+SetterEffect setterEffect(const ItemClass& itemClass, const QVariantList& values, int index,
+                          const QVariant& value);
+
+/// A value as text, the same whether it comes straight from C++ or by way of JavaScript.
+QString valueText(const QVariant& value);

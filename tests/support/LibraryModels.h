@@ -1,21 +1,8 @@
 #pragma once
 
-#include "AssetFields.h"
-#include "AssetsModel.h"
-#include "FareProductFields.h"
-#include "FareProductsModel.h"
-#include "PassengerTypeFields.h"
-#include "PassengerTypesModel.h"
-#include "PeripheralFields.h"
-#include "PeripheralsModel.h"
-#include "ShoppingBasketModel.h"
-#include "ShoppingFields.h"
-#include "ZReportFields.h"
-#include "ZReportModel.h"
+#include "ItemFields.h"
+#include "ListModel.h"
 
-#include <QString>
-
-#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -23,39 +10,26 @@
 struct LibraryModel
 {
     const char* name; ///< of the class
+    const QMetaObject* type;
+    bool isMadeByQml;      ///< QML may create one
+    std::size_t addedSize; ///< in bytes, beyond that of the base
     std::function<rivo::models::ListModel*(QObject* parent)> make;
+    /// For QAbstractItemModelTester; see TopLevelOnly.h.
+    std::function<rivo::models::ListModel*(QObject* parent)> makeTopLevelOnly;
     ItemClass itemClass;
-    const QMetaObject* itemType;
 };
 
-template <typename Model, typename Item>
-LibraryModel describedModel(const ItemClass& itemClass)
-{
-    return {Model::staticMetaObject.className(), [](QObject* parent) { return new Model(parent); },
-            itemClass, &Item::staticMetaObject};
-}
-
 /// All six.
-inline const std::vector<LibraryModel>& libraryModels()
-{
-    static const std::vector<LibraryModel> models{
-        describedModel<PassengerTypesModel, PassengerTypeItem>(passengerTypeItemClass()),
-        describedModel<ShoppingBasketModel, ShoppingItem>(shoppingItemClass()),
-        describedModel<FareProductsModel, FareProductItem>(fareProductItemClass()),
-        describedModel<ZReportModel, ZReportItem>(zReportItemClass()),
-        describedModel<AssetsModel, AssetItem>(assetItemClass()),
-        describedModel<PeripheralsModel, PeripheralItem>(peripheralItemClass())};
-    return models;
-}
+const std::vector<LibraryModel>& libraryModels();
 
 /// The one of this name, which must be there.
-inline const LibraryModel& libraryModel(const QString& name)
+const LibraryModel& libraryModel(const QString& name);
+
+/// The class of the rows of that model.
+inline const ItemClass& rowsOf(const QString& modelName)
 {
-    const std::vector<LibraryModel>& models = libraryModels();
-    const auto found = std::find_if(models.cbegin(), models.cend(), [&](const LibraryModel& model) {
-        return name == QLatin1String(model.name);
-    });
-    if (found == models.cend())
-        qFatal("no model %s", qPrintable(name));
-    return *found;
+    return libraryModel(modelName).itemClass;
 }
+
+/// Test data: a row for each model, which then is libraryModel(QTest::currentDataTag()).
+void everyModel();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ItemFields.h"
-#include "ListItem.h"
 
 /// Smallest row: an identity and one value of any type.
 class SampleItem : public rivo::models::ListItem
@@ -9,6 +8,7 @@ class SampleItem : public rivo::models::ListItem
 public:
     enum Role { IdRole = Qt::UserRole + 1, ValueRole };
 
+    explicit SampleItem(QObject* parent) : SampleItem(0, QStringLiteral("none"), parent) {}
     explicit SampleItem(int id = 0, const QVariant& value = QVariant(), QObject* parent = nullptr)
         : ListItem(parent), m_id(id), m_value(value)
     {
@@ -46,23 +46,8 @@ private:
 /// SampleItem with a text as its value.
 inline ItemClass sampleItemClass()
 {
-    const ItemField value{
-        "value",
-        SampleItem::ValueRole,
-        QStringLiteral("none"),
-        {QStringLiteral("none"), QStringLiteral("bread"), QStringLiteral("ticket"), QString()},
-        Announced::IfDifferent,
-        [](const rivo::models::ListItem& item) {
-            return static_cast<const SampleItem&>(item).value();
-        },
-        [](rivo::models::ListItem& item, const QVariant& changed) {
-            static_cast<SampleItem&>(item).setValue(changed);
-        }};
-    return {[](QObject* parent) { return new SampleItem(0, QStringLiteral("none"), parent); },
-            [](const QVariantList& v, QObject* parent) {
-                return new SampleItem(v[0].toInt(), v[1], parent);
-            },
-            {itemField("id", SampleItem::IdRole, 0, {-1, 1, 2, 3, INT_MAX, INT_MIN},
-                       &SampleItem::id, &SampleItem::setId),
-             value}};
+    return itemClass<SampleItem>(
+        field("id", 0, &SampleItem::id, &SampleItem::setId).shownAs(SampleItem::IdRole),
+        field("value", QVariant("none"), &SampleItem::value, &SampleItem::setValue)
+            .shownAs(SampleItem::ValueRole));
 }
