@@ -121,49 +121,35 @@ private slots:
 
     // A model made in C++ and one made in QML are of the same type to QML.
 
-    void modelsAreAssignableByType()
-    {
-        QmlScreen screen;
-        QObject owner;
-        AssetsModel assets(&owner);
-        PassengerTypesModel grid(&owner);
-        screen.show("cppAssets", &assets);
-        screen.show("cppGrid", &grid);
-        const std::unique_ptr<QObject> object =
-            screen.create("QtObject {\n"
-                          "    property PassengerTypesModel grid: cppGrid\n"
-                          "    property ListModel base: cppGrid\n"
-                          "    property AssetsModel fromCpp: cppAssets\n"
-                          "    property AssetsModel fromQml: AssetsModel {}\n"
-                          "    property ListModel baseFromQml: fromQml\n"
-                          "}\n");
-        QVERIFY(object);
-        QCOMPARE(object->property("grid").value<QObject*>(), &grid);
-        QCOMPARE(object->property("base").value<QObject*>(), &grid);
-        QCOMPARE(object->property("fromCpp").value<QObject*>(), &assets);
-        QVERIFY(object->property("fromQml").value<QObject*>());
-        QCOMPARE(object->property("baseFromQml").value<QObject*>(),
-                 object->property("fromQml").value<QObject*>());
-    }
-
-    void rowsAreAssignableByType()
+    void modelsAndRowsAreAssignableByType()
     {
         QmlScreen screen;
         QObject owner;
         AssetsModel assets(&owner);
         auto* vehicle = new AssetItem(&assets);
         assets.appendRow(vehicle);
-        screen.show("assets", &assets);
+        screen.show("cppAssets", &assets);
         const std::unique_ptr<QObject> object =
             screen.create("QtObject {\n"
-                          "    property AssetItem vehicle: assets.itemFromRow(0)\n"
-                          "    property ListItem row: assets.itemFromRow(0)\n"
+                          "    property AssetsModel fromCpp: cppAssets\n"
+                          "    property ListModel base: cppAssets\n"
+                          "    property AssetsModel fromQml: AssetsModel {}\n"
+                          "    property ListModel baseFromQml: fromQml\n"
+                          "    property AssetItem vehicle: cppAssets.itemFromRow(0)\n"
+                          "    property ListItem row: cppAssets.itemFromRow(0)\n"
                           "    property bool isVehicle: row instanceof AssetItem\n"
                           "    property bool isTicket: row instanceof ShoppingItem\n"
                           "}\n");
         QVERIFY(object);
-        QCOMPARE(object->property("vehicle").value<QObject*>(), vehicle);
-        QCOMPARE(object->property("row").value<QObject*>(), vehicle);
+        const auto held = [&object](const char* name) {
+            return object->property(name).value<QObject*>();
+        };
+        QCOMPARE(held("fromCpp"), &assets);
+        QCOMPARE(held("base"), &assets);
+        QVERIFY(held("fromQml"));
+        QCOMPARE(held("baseFromQml"), held("fromQml"));
+        QCOMPARE(held("vehicle"), vehicle);
+        QCOMPARE(held("row"), vehicle);
         QCOMPARE(object->property("isVehicle"), QVariant(true));
         QCOMPARE(object->property("isTicket"), QVariant(false));
     }

@@ -33,8 +33,6 @@ private:
 };
 
 enum class ModelMadeIn { Cpp, Qml };
-enum class Collector { Script, Engine };
-enum class Inserted { BeforeTheImport, AfterTheImport };
 enum class RowParent { None, RemovedLater };
 
 /// A model, and an engine in which it is "model".
@@ -61,19 +59,12 @@ public:
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
 
-    void collect(Collector collector)
+    void collectGarbage()
     {
-        if (collector == Collector::Script)
-            screen.evaluate("gc()");
-        else
-            screen.engine.collectGarbage();
+        screen.evaluate("gc()");
         runDeferredDeletions();
-    }
-
-    void collectInEveryWay()
-    {
-        collect(Collector::Script);
-        collect(Collector::Engine);
+        screen.engine.collectGarbage();
+        runDeferredDeletions();
     }
 
     /// A row whose values are numbered 1.
@@ -91,17 +82,18 @@ private:
     std::unique_ptr<QObject> m_madeInQml;
 };
 
-/// No protection while this lives: what happens to an application that does not load the module.
-class WithoutHandler
+/// The protection of the module, or none: what happens to an application that does not load it.
+class Protection
 {
 public:
-    WithoutHandler() : m_handler(ListModel::rowExposureHandler())
+    explicit Protection(bool isOn) : m_handler(ListModel::rowExposureHandler())
     {
-        ListModel::setRowExposureHandler(nullptr);
+        if (!isOn)
+            ListModel::setRowExposureHandler(nullptr);
     }
-    ~WithoutHandler() { ListModel::setRowExposureHandler(m_handler); }
-    WithoutHandler(const WithoutHandler&) = delete;
-    WithoutHandler& operator=(const WithoutHandler&) = delete;
+    ~Protection() { ListModel::setRowExposureHandler(m_handler); }
+    Protection(const Protection&) = delete;
+    Protection& operator=(const Protection&) = delete;
 
 private:
     const ListModel::RowExposureHandler m_handler;
@@ -110,8 +102,6 @@ private:
 } // namespace
 
 Q_DECLARE_METATYPE(ModelMadeIn)
-Q_DECLARE_METATYPE(Collector)
-Q_DECLARE_METATYPE(Inserted)
 Q_DECLARE_METATYPE(RowParent)
 
 class TestQmlOwnership : public QmlTest
@@ -172,16 +162,16 @@ private slots:
         QTest::addColumn<QString>("model");
         QTest::addColumn<ModelMadeIn>("place");
         QTest::addColumn<RowParent>("parent");
-        QTest::addColumn<Collector>("collector");
+        QTest::addColumn<bool>("isProtected");
         const auto row = [](const LibraryModel& model, ModelMadeIn place) {
             for (RowParent parent : {RowParent::None, RowParent::RemovedLater}) {
-                for (Collector collector : {Collector::Script, Collector::Engine})
-                    QTest::addRow("%s made in %s, %s, collected by %s", model.name,
+                for (bool isProtected : {true, false})
+                    QTest::addRow("%s made in %s, %s, %s", model.name,
                                   place == ModelMadeIn::Cpp ? "C++" : "QML",
                                   parent == RowParent::None ? "row without parent"
                                                             : "row that loses its parent",
-                                  collector == Collector::Script ? "gc()" : "the engine")
-                        << QString(model.name) << place << parent << collector;
+                                  isProtected ? "protected" : "without the handler")
+                        << QString(model.name) << place << parent << isProtected;
             }
         };
         for (const LibraryModel& model : libraryModels()) {
@@ -196,48 +186,32 @@ private slots:
         QFETCH(QString, model);
         QFETCH(ModelMadeIn, place);
         QFETCH(RowParent, parent);
-        QFETCH(Collector, collector);
+        QFETCH(bool, isProtected);
         Stage stage(model, place);
         QVERIFY(stage.model);
         QObject rowParent;
         const QPointer<ListItem> row =
             stage.makeRow(parent == RowParent::None ? nullptr : &rowParent);
         stage.model->appendRow(row);
-        QCOMPARE(stage.screen.evaluate("model.itemFromRow(0).objectName"), QVariant(QString()));
+        stage.screen.importModule();
+        {
+            const Protection protection(isProtected);
+            QCOMPARE(stage.screen.evaluate("model.itemFromRow(0).objectName"), QVariant(QString()));
+        }
         row->setParent(nullptr);
+        stage.collectGarbage();
+        QCOMPARE(!row.isNull(), isProtected);
+        if (!isProtected) {
+            stage.model->takeRows(0, 1); // the row leads nowhere
+            return;
+        }
 
-        stage.collect(collector);
-        QVERIFY(row);
         QCOMPARE(stage.model->itemFromRow(0), row.data());
-        QCOMPARE(stage.screen.evaluate("model.itemFromRow(0) !== null"), QVariant(true));
         QCOMPARE(rowTexts(stage.screen.evaluate("model.get(0)").toMap()),
                  numberedTexts(stage.described.itemClass, 1, 1));
-
         stage.screen.evaluate("model.removeRow(0)");
         runDeferredDeletions();
         QVERIFY(!row);
-    }
-
-    void rowHandedOutWithoutTheHandler_data() { rowHandedOut_data(); }
-    void rowHandedOutWithoutTheHandler()
-    {
-        QFETCH(QString, model);
-        QFETCH(ModelMadeIn, place);
-        QFETCH(RowParent, parent);
-        QFETCH(Collector, collector);
-        Stage stage(model, place);
-        QObject rowParent;
-        const QPointer<ListItem> row =
-            stage.makeRow(parent == RowParent::None ? nullptr : &rowParent);
-        stage.model->appendRow(row);
-        stage.screen.importModule();
-        const WithoutHandler unprotected;
-        QCOMPARE(stage.screen.evaluate("model.itemFromRow(0).objectName"), QVariant(QString()));
-        row->setParent(nullptr);
-
-        stage.collect(collector);
-        QVERIFY(!row);
-        stage.model->takeRows(0, 1); // the row leads nowhere
     }
 
     void rowsInsertedByQml_data()
@@ -257,13 +231,13 @@ private slots:
 
             stage.screen.evaluate("factory.make() !== null");
             const QPointer<ListItem> forgotten = factory.newest;
-            stage.collectInEveryWay();
+            stage.collectGarbage();
             QVERIFY(!forgotten); // the control: what is no row is collected
 
             stage.screen.evaluate("model.appendRowFromQml(factory.make())");
             const QPointer<ListItem> row = factory.newest;
             QCOMPARE(stage.model->rowCount(), 1);
-            stage.collectInEveryWay();
+            stage.collectGarbage();
             QVERIFY(row);
             QCOMPARE(stage.model->itemFromRow(0), row.data());
         }
@@ -275,25 +249,12 @@ private slots:
         Factory factory(stage.described.itemClass);
         stage.screen.show("factory", &factory);
         stage.screen.importModule();
-        const WithoutHandler unprotected;
+        const Protection none(false);
         stage.screen.evaluate("model.appendRowFromQml(factory.make())");
         const QPointer<ListItem> row = factory.newest;
-        stage.collectInEveryWay();
+        stage.collectGarbage();
         QVERIFY(!row);
         stage.model->takeRows(0, 1);
-    }
-
-    void qmlCannotDestroyARow()
-    {
-        Stage stage("AssetsModel", ModelMadeIn::Cpp);
-        const QPointer<ListItem> row = stage.makeRow(nullptr);
-        stage.model->appendRow(row);
-        QCOMPARE(stage.screen.evaluate("(function() {"
-                                       " try { model.itemFromRow(0).destroy(); return 'done' }"
-                                       " catch (error) { return error.message } })()"),
-                 QVariant("Invalid attempt to destroy() an indestructible object"));
-        runDeferredDeletions();
-        QVERIFY(row);
     }
 
     void aRowTakenOutStaysWithCpp()
@@ -303,10 +264,10 @@ private slots:
         stage.model->appendRow(row);
         stage.screen.evaluate("model.itemFromRow(0).objectName");
         const std::unique_ptr<ListItem> taken(stage.model->takeRow(0));
-        stage.collectInEveryWay();
+        stage.collectGarbage();
         QVERIFY(row);
         stage.model->insertRow(0, taken.get());
-        stage.collectInEveryWay();
+        stage.collectGarbage();
         QVERIFY(row);
         stage.model->takeRow(0);
     }
