@@ -14,6 +14,9 @@ public:
 
     TemporaryConfig() { makeFolder(); }
 
+    /// A template for the name of the base path.
+    explicit TemporaryConfig(const QString& base) : m_base(base) { makeFolder(); }
+
     bool isValid() const { return m_base.isValid(); }
     QString base() const { return m_base.path(); }
     QString folder() const { return m_base.filePath("ProjectLink"); }
@@ -32,6 +35,16 @@ public:
     }
 
     bool writeSettings(const QByteArray& content) const { return write(settingsPath(), content); }
+
+    /// Lets other users read the settings, whatever the umask is.
+    bool letOthersRead() const
+    {
+        const QFile::Permissions read = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+        const QFile::Permissions enter =
+            read | QFile::WriteOwner | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
+        return QFile::setPermissions(base(), enter) && QFile::setPermissions(folder(), enter) &&
+               QFile::setPermissions(settingsPath(), read | QFile::WriteOwner);
+    }
 
     static QByteArray read(const QString& path)
     {

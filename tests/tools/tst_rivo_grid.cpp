@@ -307,7 +307,8 @@ void TestRivoGrid::coloursOnlyOnATerminal()
             environment.insert(variable.first, variable.second);
         QProcess process;
         process.setProcessEnvironment(environment);
-        process.start("script", {"-qec", QStringLiteral(RIVO_GRID " %1").arg(feed), "/dev/null"});
+        process.start("script",
+                      {"-qec", QStringLiteral("'" RIVO_GRID "' '%1'").arg(feed), "/dev/null"});
         process.waitForFinished();
         return process.readAllStandardOutput();
     };

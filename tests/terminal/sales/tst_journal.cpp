@@ -1,6 +1,7 @@
 #include "Counter.h"
 #include "FileSizeLimit.h"
 #include "SmallDisk.h"
+#include "WithoutRootRights.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,7 +10,6 @@
 
 #include <functional>
 #include <memory>
-#include <sys/fsuid.h>
 
 using namespace rivo::sales;
 using Kind = JournalFault::Kind;
@@ -576,6 +576,7 @@ private slots:
     /// As a user who may read the file and no more.
     void readOnlyFileIsUnreachable()
     {
+        m_folder = std::make_unique<QTemporaryDir>(everybodysPlace());
         {
             Journal journal;
             journal.open(file(), euro, 17);
@@ -585,13 +586,16 @@ private slots:
         QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner | QFile::ReadGroup));
         QVERIFY(QFile::setPermissions(m_folder->path(), QFile::ReadOwner | QFile::ExeOwner |
                                                             QFile::ReadOther | QFile::ExeGroup));
-        constexpr uid_t nobody = 65534;
-        const auto self = static_cast<uid_t>(setfsuid(nobody));
-        const QByteArray readable = contentOf(file());
+        QByteArray readable;
         Journal journal;
-        const std::optional<JournalFault> fault = journal.open(file(), euro, 17);
-        const bool isSold = sell(journal, {95});
-        setfsuid(self);
+        std::optional<JournalFault> fault;
+        bool isSold = true;
+        {
+            const WithoutRootRights rights;
+            readable = contentOf(file());
+            fault = journal.open(file(), euro, 17);
+            isSold = sell(journal, {95});
+        }
         QVERIFY(QFile::setPermissions(m_folder->path(),
                                       QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         QCOMPARE(readable, before);
