@@ -29,7 +29,7 @@ picture="$root/build/release/sell.png"
 journal="$(mktemp -d)"
 trap 'rm -rf "$journal"' EXIT
 QT_QPA_PLATFORM=xcb quietly "Rendering the Sell page" \
-    xvfb-run -a -s "-screen 0 1280x800x24" "$bin/rivo-terminal" --feed "$feed" \
+    on_own_screen "$bin/rivo-terminal" --feed "$feed" \
     --journal "$journal/sales.journal" --screenshot "$picture"
 echo "$picture"
 "$bin/rivo-grid" "$feed"

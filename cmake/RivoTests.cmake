@@ -25,25 +25,20 @@ set(rivo_long_tests installed_tree tst_core_follow tst_feed_robustness tst_fleet
     tst_layout_property tst_layout_reentrancy tst_rivo_grid tst_rivo_models tst_sales_kill
     tst_screen_pictures tst_screen_soak tst_screen_texts tst_selling tst_terminal_program)
 
-# rivo_test_environment(<test>)
-# HOME, TMPDIR and the working directory of a test are folders of its own, so that neither the
-# user's configuration nor another test can change its outcome. NM and READELF read what was built.
-function(rivo_test_environment test)
-    set(home "${CMAKE_BINARY_DIR}/tests/home/${test}")
-    file(MAKE_DIRECTORY "${home}/tmp" "${home}/work")
-    set(timeout 300)
-    if(CMAKE_CROSSCOMPILING_EMULATOR)
-        set(timeout 1200) # a busy machine starts emulated programs slowly
-    endif()
+# rivo_add_command_test(<name> COMMAND <command> [<argument>...])
+# A test in a home of its own: neither the user's environment nor another test can change its
+# outcome. NM and READELF read what was built.
+function(rivo_add_command_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "COMMAND")
+    add_test(NAME ${name} COMMAND "${CMAKE_SOURCE_DIR}/tests/support/run_test.sh"
+        "${CMAKE_BINARY_DIR}/tests/home" ${name} ${arg_COMMAND})
     set(cost 0)
-    if(test IN_LIST rivo_long_tests)
+    if(name IN_LIST rivo_long_tests)
         set(cost 100)
     endif()
-    set_tests_properties(${test} PROPERTIES
+    set_tests_properties(${name} PROPERTIES
         COST ${cost}
-        WORKING_DIRECTORY "${home}/work"
-        TIMEOUT ${timeout}
-        ENVIRONMENT "HOME=${home};TMPDIR=${home}/tmp;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC;QT_LOGGING_RULES=;NM=${CMAKE_NM};READELF=${CMAKE_READELF};${GUICORE_TEST_ENVIRONMENT}")
+        ENVIRONMENT "NM=${CMAKE_NM};READELF=${CMAKE_READELF}")
 endfunction()
 
 # rivo_moc_one_file(<test>)
@@ -92,7 +87,7 @@ function(rivo_reuse_test_headers name)
 endfunction()
 
 # rivo_add_program_test(<name> SOURCES <file>... LIBRARIES <target>...)
-# A QtTest program that runs under ctest.
+# A QtTest program. Those that need neither QML nor a screen have the label "plain".
 function(rivo_add_program_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})
@@ -103,8 +98,10 @@ function(rivo_add_program_test name)
     if(CMAKE_CROSSCOMPILING_EMULATOR)
         target_link_libraries(${name} PRIVATE emulated_processes)
     endif()
-    add_test(NAME ${name} COMMAND ${name})
-    rivo_test_environment(${name})
+    rivo_add_command_test(${name} COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR} "$<TARGET_FILE:${name}>")
+    if(NOT arg_LIBRARIES MATCHES "Qt5::(Gui|Qml|Quick|Svg)|RivoTerminal|qml_test")
+        set_tests_properties(${name} PROPERTIES LABELS plain)
+    endif()
 endfunction()
 
 # rivo_add_test(<name> SOURCES <file>... [LIBRARIES <target>...])

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by run.sh: finds the screen on which a window can be opened.
+# Sourced by run.sh and by tests: finds the screen on which a window can be opened.
 
 # x_answers: succeeds if the X server that DISPLAY names accepts connections.
 x_answers() {
@@ -41,4 +41,11 @@ screen_to_use() {
         echo "WAYLAND_DISPLAY=$WAYLAND_DISPLAY cannot be used (no socket of that name, or no package qtwayland5);" \
             "drawing a picture instead." >&2
     fi
+}
+
+# on_own_screen COMMAND...: runs the command on an X server of its own, which shows nothing.
+# xvfb-run's own files are in /tmp, for it takes no folder with a blank in its name.
+on_own_screen() {
+    local folder="${TMPDIR:-/tmp}"
+    TMPDIR=/tmp xvfb-run -a -s "-screen 0 1280x800x24" env TMPDIR="$folder" "$@"
 }

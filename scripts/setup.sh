@@ -79,17 +79,28 @@ build_preset() {
     } 9> "build/$1.lock"
 }
 
-# run_tests NAME OPTION...: runs the tests of a built preset that the options of ctest select. Prints
-# one summary, on failure the whole output.
+# run_tests PRESET OPTION...: runs the tests of the preset's build that the options of ctest select.
+# Prints one summary with the reasons of what was skipped, on failure the whole output. More tests
+# than processors run at a time, because many wait.
 run_tests() {
-    local preset="$1" log="build/$1/ctest.log" status=0
-    shift
-    ctest --preset "$preset" "$@" > "$log" 2>&1 || status=$?
+    run_tests_in "build/$1" "$@"
+}
+
+# run_tests_in BUILD PRESET OPTION...: the same for another build of the preset.
+run_tests_in() {
+    local build="$1" preset="$2" log="$1/ctest.log" status=0
+    shift 2
+    ctest --preset "$preset" --test-dir "$build" -j "$(($(nproc) + 1))" "$@" > "$log" 2>&1 || status=$?
     [ "$status" -eq 0 ] || cat "$log"
-    grep -E '^Totals:' "build/$preset/Testing/Temporary/LastTest.log" | awk -v preset="$preset" '
-        { passed += $2; failed += $4; skipped += $6 }
-        END { printf "%s: %d checks passed, %d failed, %d skipped, in %d test programs\n",
-                     preset, passed, failed, skipped, NR }'
+    awk -v name="${build##*/}" '
+        /^Totals:/ { passed += $2; failed += $4; skipped += $6; ++programs }
+        /^SKIP   : / { sub(/^[^(]*\([^)]*\) /, ""); ++reasons[$0] }
+        END {
+            printf "%s: %d checks passed, %d failed, %d skipped, in %d test programs\n",
+                   name, passed, failed, skipped, programs
+            for (reason in reasons)
+                printf "    %d skipped: %s\n", reasons[reason], reason
+        }' "$build/Testing/Temporary/LastTest.log"
     grep -E 'tests passed|Total Test time|No tests were found' "$log"
     return "$status"
 }

@@ -7,6 +7,8 @@ source_dir="$1" binary_dir="$2" cmake="$3" generator="$4" compiler="$5"
 read -ra flags <<< "${6:-}"
 # shellcheck source=tests/support/boundary.sh
 . "$(dirname "${BASH_SOURCE[0]}")/../support/boundary.sh"
+# shellcheck source=scripts/screen.sh
+. "$source_dir/scripts/screen.sh"
 unset LD_LIBRARY_PATH QML2_IMPORT_PATH
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
@@ -62,15 +64,14 @@ sed 's/GuiCore 1.0/GuiCore 2.0/' "$source_dir/tests/delivery/consumer/CMakeLists
     "-DCMAKE_PREFIX_PATH=$tree" 2>&1 | grep -q 'compatible with requested version "2.0"' ||
     expect "another major version is refused" "refused" "taken"
 
-# Compilers take no blank in what pkg-config prints.
-tree="$work/elsewhere"
-step "move again" mv "$work/somewhere else" "$tree"
 libraries="$(dirname "$(find "$tree" -name libGuiCore.so)")"
 export PKG_CONFIG_PATH="$libraries/pkgconfig"
 expect "pkg-config knows the version" \
     "$(sed -n 's/^CMAKE_PROJECT_VERSION:[A-Z]*=//p' "$binary_dir/CMakeCache.txt")" \
     "$(pkg-config --modversion GuiCore)"
-read -ra use <<< "$(pkg-config --cflags --libs GuiCore)"
+# What pkg-config prints is for a shell: it quotes the blank in the name of the folder.
+declare -a use
+eval "use=($(pkg-config --cflags --libs GuiCore))"
 step "building with pkg-config" "$compiler" "${flags[@]}" -std=c++17 -Wall -Wextra \
     "$source_dir/tests/delivery/consumer/main.cpp" "${use[@]}" "-Wl,-rpath,$libraries" -o "$work/consumer"
 run_consumer "$work/consumer"
@@ -91,7 +92,7 @@ if [ -x "$tree/bin/rivo-terminal" ]; then
     export QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software XDG_RUNTIME_DIR="$work/runtime"
     mkdir -m 700 "$XDG_RUNTIME_DIR"
     export ASAN_OPTIONS="${ASAN_OPTIONS:-}:detect_leaks=0" # Qt Quick leaks by itself
-    xvfb-run -a "$tree/bin/rivo-terminal" --journal "$work/q.journal" \
+    on_own_screen "$tree/bin/rivo-terminal" --journal "$work/q.journal" \
         --screenshot "$work/sell.png" > "$work/terminal.txt" 2>&1
     expect "rivo-terminal opens the shipped feed" "0 " "$? $(cat "$work/terminal.txt")"
     [ "$(stat -c %s "$work/sell.png" 2> /dev/null || echo 0)" -gt 20000 ] ||

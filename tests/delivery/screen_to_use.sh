@@ -1,12 +1,14 @@
 #!/usr/bin/env bash
 # Where run.sh opens its window: on a screen that answers, otherwise nowhere, and it says why.
-# usage: screen_to_use.sh SOURCE_DIR XVFB_RUN
+# usage: screen_to_use.sh SOURCE_DIR
 set -u
-source_dir="$1" xvfb_run="$2"
+source_dir="$1"
 # shellcheck source=tests/support/boundary.sh
 . "$(dirname "${BASH_SOURCE[0]}")/../support/boundary.sh"
 
-folder="$(mktemp -d)"
+# shellcheck source=scripts/screen.sh
+. "$source_dir/scripts/screen.sh"
+folder="$(mktemp -d -p /tmp)" # the path of a socket is at most 107 bytes
 trap 'rm -rf "$folder"' EXIT
 ask=". '$source_dir/scripts/screen.sh'; screen_to_use 2>&1"
 asked() { env -u QT_QPA_PLATFORM -u DISPLAY -u WAYLAND_DISPLAY -u XDG_RUNTIME_DIR "$@" bash -euo pipefail -c "$ask"; }
@@ -27,12 +29,12 @@ stale="DISPLAY=:59535"
 
 expect "says nothing where there is no screen" "" "$(asked)"
 expect "uses an X server that answers" "xcb" \
-    "$("$xvfb_run" -a env -u WAYLAND_DISPLAY bash -euo pipefail -c "$ask")"
+    "$(on_own_screen env -u WAYLAND_DISPLAY bash -euo pipefail -c "$ask")"
 expect "uses what the user has chosen" "eglfs" \
     "$(asked QT_QPA_PLATFORM=eglfs "$stale" "$wayland" "$here" "$with_plugin")"
 expect "opens no window where nobody sees it" "" "$(asked QT_QPA_PLATFORM=offscreen)"
 expect "uses the X server before Wayland" "xcb" \
-    "$("$xvfb_run" -a env "$wayland" "$here" "$with_plugin" bash -euo pipefail -c "$ask")"
+    "$(on_own_screen env "$wayland" "$here" "$with_plugin" bash -euo pipefail -c "$ask")"
 expect "names an X server that does not answer" \
     "No X server answers at DISPLAY=:59535; drawing a picture instead." "$(asked "$stale")"
 expect "uses Wayland alone" "wayland" "$(asked "$wayland" "$here" "$with_plugin")"
