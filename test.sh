@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs all tests.
+# Sets up, builds and runs all tests, or those that ctest's options name: ./test.sh -R '^tst_journal$'
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 # shellcheck source=scripts/setup.sh
@@ -8,4 +8,4 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_test
 build_preset dev
-run_tests dev
+run_tests dev "$@"

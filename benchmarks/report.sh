@@ -16,8 +16,7 @@ if [ "$#" -gt 0 ]; then
 else
     # shellcheck disable=SC2086 # a list of names
     need_packages $packages_for_benchmarks
-    quietly "Configuring preset bench" cmake --preset bench
-    quietly "Building the benchmarks" cmake --build --preset bench --target bench-models
+    build_variant bench release -DGUICORE_BUILD_BENCHMARKS=ON --target bench-models
     # Three processes, for memory lies elsewhere in each; the medians count.
     for run in 1 2 3; do
         results+=("$PWD/build/bench/benchmarks-$run.json")

@@ -1,4 +1,4 @@
-# The core library's name on disk and in NEEDED entries, whoever built it.
+# The core library's name on disk and in NEEDED entries, that of every build of it.
 set(RIVO_CORE_LIBRARY_NAME RIVO_ARM_QtLib)
 set(RIVO_CORE_LIBRARY_SONAME "${CMAKE_SHARED_LIBRARY_PREFIX}${RIVO_CORE_LIBRARY_NAME}${CMAKE_SHARED_LIBRARY_SUFFIX}")
 set(RIVO_CORE_MODULE_DIR "${CMAKE_CURRENT_LIST_DIR}")
@@ -18,7 +18,7 @@ function(rivo_generate_logging_header file)
 endfunction()
 
 # rivo_import_core_library(<target> <file>)
-# Another build of the core library as an imported target. Whoever links it gets the NEEDED entry
+# Another build of the core library as an imported target. What links it gets the NEEDED entry
 # libRIVO_ARM_QtLib.so, so that the library can be swapped at load time too.
 function(rivo_import_core_library target file)
     get_filename_component(file "${file}" ABSOLUTE BASE_DIR "${CMAKE_SOURCE_DIR}")

@@ -12,11 +12,10 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 include(RivoCoreLibrary)
 
-set(GUICORE_INSTALL_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/guicore")
-set(GUICORE_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/GuiCore")
-set(GUICORE_INSTALL_QMLDIR "${CMAKE_INSTALL_LIBDIR}/qt5/qml" CACHE STRING
-    "Import path of the installed QML module, relative to the prefix")
-set(GUICORE_INSTALL_FEEDDIR "${CMAKE_INSTALL_DATADIR}/rivo-terminal/feeds")
+set(RIVO_INSTALL_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/guicore")
+set(RIVO_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/GuiCore")
+set(RIVO_INSTALL_QMLDIR "${CMAKE_INSTALL_LIBDIR}/qt5/qml")
+set(RIVO_INSTALL_FEEDDIR "${CMAKE_INSTALL_DATADIR}/rivo-terminal/feeds")
 
 # rivo_relative_path(<variable> <from> <to>)
 # The way between two folders of the installed tree.
@@ -54,24 +53,24 @@ function(rivo_install_library)
     set_target_properties(GuiCore PROPERTIES INSTALL_RPATH "$ORIGIN")
     install(TARGETS GuiCore EXPORT GuiCoreTargets
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime NAMELINK_COMPONENT dev
-        FILE_SET HEADERS DESTINATION "${GUICORE_INSTALL_INCLUDEDIR}" COMPONENT dev)
+        FILE_SET HEADERS DESTINATION "${RIVO_INSTALL_INCLUDEDIR}" COMPONENT dev)
     install(TARGETS RivoCoreBoundary
-        FILE_SET HEADERS DESTINATION "${GUICORE_INSTALL_INCLUDEDIR}" COMPONENT dev)
+        FILE_SET HEADERS DESTINATION "${RIVO_INSTALL_INCLUDEDIR}" COMPONENT dev)
     rivo_install_core()
 
     set(generated "${CMAKE_CURRENT_BINARY_DIR}/install")
     configure_package_config_file(cmake/GuiCoreConfig.cmake.in "${generated}/GuiCoreConfig.cmake"
-        INSTALL_DESTINATION "${GUICORE_INSTALL_CMAKEDIR}"
-        PATH_VARS CMAKE_INSTALL_LIBDIR GUICORE_INSTALL_INCLUDEDIR)
+        INSTALL_DESTINATION "${RIVO_INSTALL_CMAKEDIR}"
+        PATH_VARS CMAKE_INSTALL_LIBDIR RIVO_INSTALL_INCLUDEDIR)
     write_basic_package_version_file("${generated}/GuiCoreConfigVersion.cmake"
         COMPATIBILITY SameMajorVersion)
     install(EXPORT GuiCoreTargets NAMESPACE GuiCore::
-        DESTINATION "${GUICORE_INSTALL_CMAKEDIR}" COMPONENT dev)
+        DESTINATION "${RIVO_INSTALL_CMAKEDIR}" COMPONENT dev)
     install(FILES "${generated}/GuiCoreConfig.cmake" "${generated}/GuiCoreConfigVersion.cmake"
-        DESTINATION "${GUICORE_INSTALL_CMAKEDIR}" COMPONENT dev)
+        DESTINATION "${RIVO_INSTALL_CMAKEDIR}" COMPONENT dev)
 
     set(pkgconfig_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
-    rivo_relative_path(GUICORE_PC_PREFIX "${pkgconfig_dir}" "")
+    rivo_relative_path(RIVO_PC_PREFIX "${pkgconfig_dir}" "")
     configure_file(cmake/GuiCore.pc.in "${generated}/GuiCore.pc" @ONLY)
     install(FILES "${generated}/GuiCore.pc" DESTINATION "${pkgconfig_dir}" COMPONENT dev)
 endfunction()

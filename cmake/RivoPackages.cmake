@@ -32,7 +32,7 @@ function(rivo_debian_package component package)
     list(TRANSFORM all_depends REPLACE " .*" "")
     list(JOIN all_depends "\n" all_depends)
     file(CONFIGURE OUTPUT "${generated}/depends" CONTENT "${all_depends}\n")
-    if(NOT GUICORE_PACKAGE_SHLIBDEPS)
+    if(NOT CPACK_DEBIAN_PACKAGE_SHLIBDEPS)
         list(APPEND arg_DEPENDS ${arg_LIBRARIES})
     endif()
     list(JOIN arg_DEPENDS ", " depends)
@@ -78,15 +78,12 @@ function(rivo_install_kiosk)
         RENAME rivo-terminal COMPONENT terminal)
 endfunction()
 
+# dpkg-shlibdeps finds the packages of needed libraries.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 if(CMAKE_CROSSCOMPILING AND CMAKE_SYSROOT)
-    set(shlibdeps OFF) # the package database of this machine does not have the target's packages
-else()
-    set(shlibdeps ON)
+    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS OFF) # the package database of this machine does not have the target's packages
 endif()
-option(GUICORE_PACKAGE_SHLIBDEPS "Let dpkg-shlibdeps find the packages of needed libraries"
-    ${shlibdeps})
 
-set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME rivo-guicore)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has one of its own
 set(CPACK_PACKAGE_VENDOR "Rivo")
@@ -101,7 +98,6 @@ set(CPACK_COMPONENTS_ALL "") # those of which there is a package
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ${GUICORE_PACKAGE_SHLIBDEPS})
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
 rivo_debian_architecture(CPACK_DEBIAN_PACKAGE_ARCHITECTURE)
 

@@ -1,5 +1,8 @@
 # Compiler settings shared by every target of ours.
 
+# The flags of preset "fuzz": then the fuzzers are built.
+string(REGEX MATCH "-fsanitize=[^ ]*fuzzer" RIVO_IS_FUZZED "${CMAKE_CXX_FLAGS}")
+
 add_library(rivo_settings INTERFACE)
 target_compile_options(rivo_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
@@ -8,8 +11,8 @@ target_compile_options(rivo_settings INTERFACE
     # Log records carry __FILE__: relative to the repository, the same on every machine.
     -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=
     -ffile-prefix-map=${CMAKE_BINARY_DIR}=build
-    # Nobody replaces a function of ours by one of the same name: the compiler may put one into
-    # another although both are exported.
+    # No function of ours is replaced at load time by one of the same name: the compiler may inline
+    # exported functions into each other.
     -fno-semantic-interposition)
 target_compile_definitions(rivo_settings INTERFACE QT_DEPRECATED_WARNINGS QT_NO_FOREACH)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
@@ -18,7 +21,7 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 4)
     target_compile_definitions(rivo_settings INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 endif()
 target_link_options(rivo_settings INTERFACE -Wl,--as-needed)
-if(NOT GUICORE_BUILD_FUZZERS) # whose sanitizers are in the programs alone
+if(NOT RIVO_IS_FUZZED) # its sanitizers are in the programs alone
     target_link_options(rivo_settings INTERFACE -Wl,--no-undefined)
 endif()
 
@@ -27,19 +30,15 @@ add_library(rivo_strict INTERFACE)
 target_link_libraries(rivo_strict INTERFACE rivo_settings)
 target_compile_definitions(rivo_strict INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_CAST_FROM_BYTEARRAY)
-if(GUICORE_COVERAGE)
+if(CMAKE_CXX_FLAGS MATCHES "--coverage")
     # Edges that only an exception takes, or another thread at the first use of a static variable,
     # are no branches of ours.
     target_compile_options(rivo_strict INTERFACE -fno-exceptions -fno-threadsafe-statics)
 endif()
 
 # rivo_precompile(<target> <header>...)
-# Has a library read headers of Qt that most of its files include once, where that is asked for. The
-# presets that package and that judge the sources do not ask: there a forgotten #include is noticed.
-# A unity build reads them once anyway.
+# Has a target read headers of Qt that most of its files include once. Where a forgotten #include has
+# to be noticed CMAKE_DISABLE_PRECOMPILE_HEADERS is on: in preset tidy and in packages.
 function(rivo_precompile target)
-    get_target_property(is_one_piece ${target} UNITY_BUILD)
-    if(GUICORE_PRECOMPILED_HEADERS AND NOT is_one_piece)
-        target_precompile_headers(${target} PRIVATE ${ARGN})
-    endif()
+    target_precompile_headers(${target} PRIVATE ${ARGN})
 endfunction()

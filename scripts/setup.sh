@@ -59,24 +59,35 @@ need_packages() {
         apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
-# prepare_preset NAME: installs what the preset needs besides the packages of all presets.
-prepare_preset() {
-    [[ "$1" = *armhf ]] || return 0
-    # shellcheck disable=SC2086 # a list of names
-    need_packages $packages_to_build_armhf
-    scripts/armhf-sysroot.sh
+# build_preset NAME: configures the preset and builds what has changed.
+build_preset() {
+    build_variant "$1" "$1"
 }
 
-# build_preset NAME: configures the preset and builds what has changed. Concurrent callers wait for
-# the build.
-build_preset() {
-    mkdir -p build
-    {
-        flock 9
-        prepare_preset "$1" 9>&-
-        quietly "Configuring preset $1" cmake --preset "$1" 9>&-
-        quietly "Building preset $1" cmake --build --preset "$1" 9>&-
-    } 9> "build/$1.lock"
+# build_variant NAME PRESET [CMAKE OPTION...] [--target TARGET...]: the same in build/NAME with these
+# options for the preset; the named targets alone, if there are any.
+build_variant() {
+    local name="$1" preset="$2" options=()
+    shift 2
+    while [ $# -gt 0 ] && [ "$1" != --target ]; do
+        options+=("$1")
+        shift
+    done
+    configure_variant "$name" "$preset" "${options[@]}"
+    quietly "Building build/$name" cmake --build "build/$name" "$@"
+}
+
+# configure_variant NAME PRESET [CMAKE OPTION...]: prepares build/NAME, and what the compiler of the
+# preset needs besides the packages of all presets.
+configure_variant() {
+    local name="$1" preset="$2"
+    shift 2
+    if [ "$preset" = armhf ]; then
+        # shellcheck disable=SC2086 # a list of names
+        need_packages $packages_to_build_armhf
+        scripts/armhf-sysroot.sh
+    fi
+    quietly "Configuring build/$name" cmake --preset "$preset" -B "build/$name" "$@"
 }
 
 # run_tests PRESET OPTION...: runs the tests of the preset's build that the options of ctest select.
@@ -108,10 +119,9 @@ run_tests_in() {
 # configure_packages NAME: configures the preset for packaging in build/package-NAME, always with QML.
 # The description of the ABI needs the debug information; the packages are stripped.
 configure_packages() {
-    prepare_preset "$1"
-    quietly "Configuring the packages of preset $1" cmake --preset "$1" -B "build/package-$1" \
-        -DGUICORE_PACKAGES=ON -DGUICORE_BUILD_QML=ON -DGUICORE_BUILD_TERMINAL=ON \
-        -DGUICORE_BUILD_TESTS=OFF -DGUICORE_BUILD_BENCHMARKS=OFF -DGUICORE_PRECOMPILED_HEADERS=OFF \
+    configure_variant "package-$1" "$1" -DCPACK_GENERATOR=DEB \
+        -DGUICORE_BUILD_QML=ON -DGUICORE_BUILD_TERMINAL=ON \
+        -DGUICORE_BUILD_TESTS=OFF -DGUICORE_BUILD_BENCHMARKS=OFF -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON \
         -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS= \
         -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_INSTALL_RPATH=ON
 }

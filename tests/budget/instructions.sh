@@ -27,40 +27,47 @@ operations=50 # half of what hot_paths is prepared for
 if [ "$architecture" = amd64 ]; then
     # shellcheck disable=SC2086 # a list of names
     need_packages $packages_for_budgets
-    preset=budget
+    build=build/budget
     runner=()
     # Callgrind says "Collected : N".
     counter=(valgrind --tool=callgrind --callgrind-out-file=/dev/null)
 else
     # shellcheck disable=SC2086 # a list of names
     need_packages $packages_for_armhf_budgets
-    preset=budget-armhf
+    build=build/budget-armhf
     runner=(qemu-arm -L "$PWD/build/armhf-sysroot")
     # The plugin says "Instructions: N".
-    counter=("${runner[@]}" -plugin "$PWD/build/$preset/count_instructions.so")
+    counter=("${runner[@]}" -plugin "$PWD/$build/count_instructions.so")
 fi
-build_preset "$preset"
-[ "$architecture" = amd64 ] || quietly "Building the counter" \
-    g++ -std=c++17 -Wall -Wextra -Wpedantic -Werror -O2 -shared -fPIC \
-    -o "build/$preset/count_instructions.so" tests/budget/count_instructions.cpp
+hot_paths() {
+    build_variant "${build#build/}" "$@" -DGUICORE_BUILD_TESTS=ON -DGUICORE_BUILD_QML=OFF \
+        -DGUICORE_BUILD_TERMINAL=OFF -DGUICORE_BUILD_FEED=OFF -DGUICORE_BUILD_TOOLS=OFF --target hot_paths
+}
+if [ "$architecture" = amd64 ]; then
+    hot_paths release
+else
+    hot_paths armhf -DCMAKE_CXX_FLAGS= -DCMAKE_CXX_FLAGS_RELEASE="-O3 -DNDEBUG" # as in preset release
+    quietly "Building the counter" g++ -std=c++17 -Wall -Wextra -Wpedantic -Werror -O2 -shared -fPIC \
+        -o "$build/count_instructions.so" tests/budget/count_instructions.cpp
+fi
 
-counts="$PWD/build/$preset/counts"
+counts="$PWD/$build/counts"
 rm -rf "$counts"
 mkdir -p "$counts/home"
 
 # count NAME OPERATIONS: the instructions of a process that performs so many, to a file of these names.
-# Without the environment of whoever calls, and with functions bound and hashes seeded as always.
+# Without the caller's environment, and with functions bound and hashes seeded as always.
 count() {
     local said="$counts/$1-$2.log"
     env -i PATH="$PATH" HOME="$counts/home" LC_ALL=C TZ=UTC QT_HASH_SEED=0 LD_BIND_NOW=1 \
-        "${counter[@]}" "$PWD/build/$preset/bin/hot_paths" "$1" "$2" > "$said" 2>&1 || {
+        "${counter[@]}" "$PWD/$build/bin/hot_paths" "$1" "$2" > "$said" 2>&1 || {
         cat "$said" >&2
         return 1
     }
     sed -n -E 's/^.*(Collected|Instructions) ?: ([0-9]+)$/\2/p' "$said" > "$counts/$1-$2"
 }
 
-paths="$("${runner[@]}" "build/$preset/bin/hot_paths")"
+paths="$("${runner[@]}" "$build/bin/hot_paths")"
 for path in $paths; do
     count "$path" "$operations" &
     first=$!

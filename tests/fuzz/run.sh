@@ -1,13 +1,12 @@
 #!/usr/bin/env bash
 # Fuzzing: each fuzzer runs for a while on its corpus and on what it finds worth keeping.
 #
-#   tests/fuzz/run.sh [--all-at-once] [SECONDS [FUZZER...]]
+#   tests/fuzz/run.sh [SECONDS [FUZZER...]]
 #
-# 60 seconds of each, if not told otherwise, and as many at a time as there are processors; FUZZER is
+# 60 seconds of each unless SECONDS is given, and as many at a time as there are processors; FUZZER is
 # json, gtfs, settings, models or layout. What they find is kept in build/fuzz/corpus/FUZZER and used
 # the next time. An input that makes a fuzzer fail is kept in build/fuzz/crashes, its output is
-# printed, and the exit code is 1. --all-at-once lets all share the processors, for a run that is to be
-# short rather than thorough. To repeat a failure:
+# printed, and the exit code is 1. To repeat a failure:
 #
 #   build/fuzz/bin/fuzz_FUZZER build/fuzz/crashes/FILE
 set -euo pipefail
@@ -16,10 +15,6 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 . scripts/setup.sh
 
 at_a_time="$(nproc)"
-if [ "${1:-}" = --all-at-once ]; then
-    at_a_time=5
-    shift
-fi
 seconds="${1:-60}"
 [[ "$seconds" =~ ^[1-9][0-9]*$ ]] || { sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' "$0"; exit 2; }
 fuzzers=("${@:2}")

@@ -1,4 +1,5 @@
 #include "FleetSimulator.h"
+#include "RealFeed.h"
 #include "SignalLog.h"
 #include "TestNetwork.h"
 
@@ -648,7 +649,7 @@ void FleetSimulatorTest::shippedFeeds()
 
 void FleetSimulatorTest::aRealFeed()
 {
-    const QString folder = QStringLiteral(REAL_GTFS_FEED);
+    const QString folder = realFeed();
     if (folder.isEmpty())
         QSKIP("GUICORE_REAL_GTFS_FEED is not set");
     const feed::FeedResult result = feed::loadFeed(folder);
