@@ -39,7 +39,7 @@ cat > "$work/look.sh" << 'LOOK'
 set -eu
 rivo-grid "$FEEDS/hill-valley.json" > grid.txt
 rivo-models fleet "$FEEDS/coast-line.json" > fleet.txt
-export QT_QUICK_BACKEND=software LC_ALL=C.UTF-8 XDG_RUNTIME_DIR="$PWD/runtime"
+export QT_QUICK_BACKEND=software LC_ALL=C.UTF-8 XDG_RUNTIME_DIR="$PWD/runtime" TMPDIR=/tmp
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 for page in sell products zreport fleet devices settings; do
     xvfb-run -a -s "-screen 0 1280x800x24" rivo-terminal --page "$page" --language de \
