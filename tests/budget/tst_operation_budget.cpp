@@ -141,7 +141,7 @@ struct Scene
     Counted<PassengerTypesModel> productsByPosition{&owner}; // not yet laid out
 
     const QStringList types = typeTexts({1, 3, 4, 8});
-    const Product product{types.at(0)};
+    const NewProduct product = usualProduct(PassengerTypesModel::PT_ADULT, 0);
 
     Scene()
     {
@@ -292,7 +292,7 @@ const Budget budgets[] = {
     {"the name of the last product",                    3,      3,      0,      0,      0, nothing,
      OPERATION(s.grid.getFareProductName(rows - 1))},
     {"adding a product",                                1,      1,      0,      0,      0, nothing,
-     OPERATION(s.product.addTo(s.grid))},
+     OPERATION(addItem(s.grid, s.product))},
     {"laying out ten products by zone",               197,    195,     21,      0,      0, "1 numberOfColumnsChanged, 5 numberOfRowsChanged, 21 rowsAboutToBeInserted, 21 rowsInserted, 21 countChanged",
      OPERATION(s.productsByZone.sortAndRegroup(s.types, 4))},
     {"laying out ten products by position",           110,    111,     13,      0,      0, "1 numberOfColumnsChanged, 2 numberOfRowsChanged, 13 rowsAboutToBeInserted, 13 rowsInserted, 13 countChanged",

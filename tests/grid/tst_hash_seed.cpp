@@ -23,17 +23,15 @@ const QStringList layoutTypes{"PT_LFS", "PT_ADULT", "PT_STUDENT_1", "PT_DISABLED
 /// A fixed list of all types, several zones and products, in no order.
 void addMixedProducts(PassengerTypesModel& model, bool hasPositions)
 {
-    const QStringList types = PassengerTypesModel::codeMap.keys() << "PT_UNKNOWN";
+    const QVector<int> types{8, 3, 0, 10, 1, 7, 4, 9, 5};
     for (int i = 0; i < 60; ++i) {
-        Product(types.at(i * 7 % types.size()))
-            .named(QString("product %1").arg(i))
-            .typeId(i * 5 % 11)
-            .id(i * 13 % 17)
-            .toZone(i * 11 % 6 - 2)
-            .price(i * 37 % 101 / 4.0)
-            .daily(i % 10 == 9)
-            .at(hasPositions ? i * 23 % 61 + 1 : -1)
-            .addTo(model);
+        NewProduct product = usualProduct(types.at(i * 7 % types.size()), i * 13 % 17);
+        product.record.fareProductName = QString("product %1").arg(i);
+        product.record.toStopGroupId = i * 11 % 6 - 2;
+        product.record.price = i * 37 % 101 / 4.0;
+        product.record.isDaily = i % 10 == 9;
+        product.record.pos = hasPositions ? i * 23 % 61 + 1 : -1;
+        addItem(model, product);
     }
 }
 

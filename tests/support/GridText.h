@@ -66,6 +66,21 @@ inline QString gridText(const PassengerTypesModel& model)
     return gridText(model, model.numberOfColumns());
 }
 
+/// The number of grid rows and the grid; of a long one its last tiles alone.
+inline QString sizedGridText(const PassengerTypesModel& model)
+{
+    constexpr int longest = 100;
+    const QString rows = QString("%1 rows").arg(model.numberOfRows());
+    if (model.rowCount() == 0)
+        return rows;
+    if (model.rowCount() <= longest)
+        return rows + ": " + gridText(model);
+    QStringList last;
+    for (int row = model.rowCount() - 3; row < model.rowCount(); ++row)
+        last.append(tileText(model.itemFromRow(row)));
+    return rows + QString(", %1 tiles: ... ").arg(model.rowCount()) + last.join(' ');
+}
+
 /// One text per row: every role by name, in the order of the role numbers.
 inline QStringList allRoles(const PassengerTypesModel& model)
 {

@@ -1,31 +1,29 @@
 #pragma once
 
 #include <QByteArray>
-#include <QFile>
-#include <QTemporaryFile>
 
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <unistd.h>
 
 /// Collects what the process writes to standard output while it lives. Keep it in a scope without
-/// assertions: their messages go to standard output too.
+/// assertions: their messages go to standard output too. All use one file: do not nest them.
 class StdoutCapture
 {
 public:
     StdoutCapture()
     {
         flush();
-        if (!m_file.open())
-            qFatal("Standard output cannot be captured: %s", qPrintable(m_file.errorString()));
+        require(ftruncate(file(), 0) == 0 && lseek(file(), 0, SEEK_SET) == 0);
         m_saved = dup(STDOUT_FILENO);
-        dup2(m_file.handle(), STDOUT_FILENO);
+        require(m_saved != -1 && dup2(file(), STDOUT_FILENO) != -1);
     }
 
     ~StdoutCapture()
     {
         flush();
-        dup2(m_saved, STDOUT_FILENO);
+        require(dup2(m_saved, STDOUT_FILENO) != -1);
         close(m_saved);
     }
 
@@ -36,18 +34,32 @@ public:
     QByteArray text() const
     {
         flush();
-        QFile file(m_file.fileName()); // opened anew: the capture's own handle stands at the end
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        QByteArray text(static_cast<int>(lseek(file(), 0, SEEK_CUR)), '\0');
+        require(pread(file(), text.data(), static_cast<std::size_t>(text.size()), 0) ==
+                text.size());
+        return text;
     }
 
 private:
+    static int file()
+    {
+        static std::FILE* const file = std::tmpfile();
+        require(file != nullptr);
+        return fileno(file);
+    }
+
     static void flush()
     {
         std::cout.flush();
         std::fflush(stdout);
     }
 
-    QTemporaryFile m_file;
+    static void require(bool isDone)
+    {
+        if (!isDone)
+            std::abort();
+    }
+
     int m_saved = -1;
 };
 

@@ -1,6 +1,8 @@
 #include "LayoutCase.h"
 
 #include <algorithm>
+#include <cstring>
+#include <iterator>
 #include <limits>
 #include <numeric>
 #include <optional>
@@ -14,10 +16,7 @@ constexpr int lowest = std::numeric_limits<int>::min();
 constexpr int highest = std::numeric_limits<int>::max();
 constexpr int mostProducts = 60;
 
-const QStringList knownTypes{QStringLiteral("PT_ADULT"),      QStringLiteral("PT_STUDENT_1"),
-                             QStringLiteral("PT_SCHOOLBOY"),  QStringLiteral("PT_DISABLED"),
-                             QStringLiteral("PT_MILITARY_1"), QStringLiteral("PT_LFS"),
-                             QStringLiteral("PT_STUDENT_2"),  QStringLiteral("PT_MILITARY_2")};
+const QStringList knownTypes = typeTexts({1, 3, 4, 5, 7, 8, 9, 10});
 const QStringList unknownTypes{QStringLiteral("pt_adult"), QStringLiteral("PT_SENIOR"),
                                QStringLiteral("PT_ADULT "), QStringLiteral("100 %1"), QString()};
 
@@ -187,7 +186,7 @@ QVector<int> randomFareProducts(Random& random)
     }
 }
 
-oracle::Product randomProduct(Random& random)
+NewProduct randomProduct(Random& random, const QString& type)
 {
     static const QStringList descriptions{QStringLiteral("Adult"), QStringLiteral("Student, 50 %"),
                                           QString(), QStringLiteral("\u017bo\u0142nierz, ulga %1"),
@@ -195,32 +194,34 @@ oracle::Product randomProduct(Random& random)
     static const QStringList names{QStringLiteral("Single"), QStringLiteral("Return"),
                                    QStringLiteral("Bilet jednorazowy \u2013 strefa B"), QString(),
                                    QStringLiteral("%1 of [%2]")};
-    oracle::Product product;
-    product.passengerTypeId = random.between(-1, 99);
-    product.description = random.pick(descriptions);
-    product.icon = random.chance(20) ? QStringLiteral("qrc:/icons/own.svg") : QString();
-    product.price = random.between(-100, 5000) / 100.0;
-    product.fareProductName = random.pick(names);
-    product.isReturnFee = random.chance(30);
-    product.fromStopGroupId =
+    NewProduct product{type, {}};
+    sProduct& record = product.record;
+    record.passengerTypeCode = PassengerTypesModel::codeMap.value(type);
+    record.passengerTypeId = random.between(-1, 99);
+    record.description = random.pick(descriptions);
+    record.icon = random.chance(20) ? QStringLiteral("qrc:/icons/own.svg") : QString();
+    record.price = random.between(-100, 5000) / 100.0;
+    record.fareProductName = random.pick(names);
+    record.isReturnFee = random.chance(30);
+    record.fromStopGroupId =
         random.chance(5) ? random.pick(QVector<int>{lowest, highest}) : random.between(-1, 20);
-    product.fareProductColor = random.chance(50) ? QStringLiteral("#00ff7f") : QString();
-    product.hasExpired = random.chance(20);
-    product.fareDiscount = random.between(0, 100) / 3.0;
+    record.fareProductColor = random.chance(50) ? QStringLiteral("#00ff7f") : QString();
+    record.hasExpired = random.chance(20);
+    record.fareDiscount = random.between(0, 100) / 3.0;
     return product;
 }
 
 /// Products of each type in each zone, with some missing, or just any.
-QVector<Record> randomRecords(Random& random, const QStringList& types)
+QVector<NewProduct> randomProducts(Random& random, const QStringList& types)
 {
     const QVector<int> zones = randomZones(random);
     const QVector<int> fareProducts = randomFareProducts(random);
-    QVector<Record> records;
+    QVector<NewProduct> products;
     const auto add = [&](const QString& type, int zone) {
-        Record record{type, randomProduct(random)};
-        record.product.toStopGroupId = zone;
-        record.product.fareProductId = random.pick(fareProducts);
-        records.append(record);
+        NewProduct product = randomProduct(random, type);
+        product.record.toStopGroupId = zone;
+        product.record.fareProductId = random.pick(fareProducts);
+        products.append(product);
     };
 
     switch (random.weighted({45, 28, 22, 5})) {
@@ -248,14 +249,14 @@ QVector<Record> randomRecords(Random& random, const QStringList& types)
     default:
         break;
     }
-    return random.shuffled(records).mid(0, mostProducts);
+    return random.shuffled(products).mid(0, mostProducts);
 }
 
-void makeSomeDaily(Random& random, QVector<Record>& records)
+void makeSomeDaily(Random& random, QVector<NewProduct>& products)
 {
     const int percent = QVector<int>{0, 15, 100}.at(random.weighted({60, 35, 5}));
-    for (Record& record : records)
-        record.product.isDaily = random.chance(percent);
+    for (NewProduct& product : products)
+        product.record.isDaily = random.chance(percent);
 }
 
 /// 1 .. count in random order, then spoilt in one of many ways.
@@ -309,13 +310,13 @@ QVector<int> randomPositions(Random& random, int count)
     return random.shuffled(positions);
 }
 
-void assignPositions(Random& random, QVector<Record>& records)
+void assignPositions(Random& random, QVector<NewProduct>& products)
 {
-    if (records.isEmpty())
+    if (products.isEmpty())
         return;
-    const QVector<int> positions = randomPositions(random, records.size());
-    for (int i = 0; i < records.size(); ++i)
-        records[i].product.pos = positions.at(i);
+    const QVector<int> positions = randomPositions(random, products.size());
+    for (int i = 0; i < products.size(); ++i)
+        products[i].record.pos = positions.at(i);
 }
 
 int randomColumns(Random& random, const QStringList& types, const QStringList& localTypes)
@@ -338,44 +339,77 @@ int randomColumns(Random& random, const QStringList& types, const QStringList& l
     }
 }
 
-Call layoutCall(Random& random, const QStringList& types, const QVector<Record>& records)
+Call layoutCall(Random& random, const QStringList& types, const QVector<NewProduct>& products)
 {
-    Call call;
-    call.typeTexts = randomLocalTypes(random, types);
+    const QStringList local = randomLocalTypes(random, types);
     switch (random.weighted({88, 3, 3, 6})) {
     case 0:
-        call.kind = Call::LayOut;
-        call.number = randomColumns(random, types, call.typeTexts);
+        return {Call::LayOut, local, {}, {randomColumns(random, types, local)}};
+    case 1:
+        return {Call::LayOutByPosition};
+    case 2:
+        return {Call::LayOutByZone, local};
+    default:
+        return {Call::GroupZone,
+                {},
+                {},
+                {products.isEmpty() || random.chance(10)
+                     ? random.between(-1, 9)
+                     : random.pick(products).record.toStopGroupId}};
+    }
+}
+
+Call numberCall(Call::Kind kind, int number) { return {kind, {}, {}, {number}}; }
+
+/// Mostly ascending types with repetitions.
+Call slotsCall(Random& random)
+{
+    const QVector<int> codes{0, 1, 3, 4, 5, 7, 8, 9, 10, -1, lowest, highest};
+    const int choice = random.chance(10) ? codes.size() : 7;
+    Call call{Call::Slots};
+    for (int count = random.below(24); count > 0; --count)
+        call.numbers.append(codes.at(random.below(choice)));
+    if (!random.chance(10))
+        std::sort(call.numbers.begin(), call.numbers.end());
+    return call;
+}
+
+/// To a permutation, or one with a mistake, or one of another length.
+Call moveCall(Random& random)
+{
+    const int length = random.below(12);
+    Call call{Call::Move};
+    for (int i = 0; i < length; ++i) {
+        call.products.append(usualProduct(i, 0));
+        call.numbers.append(i);
+    }
+    call.numbers = random.shuffled(call.numbers);
+    switch (random.below(5)) {
+    case 0:
+        if (length > 0)
+            call.numbers[random.below(length)] =
+                random.pick(QVector<int>{lowest, -1, length, highest, 0, length / 2});
         break;
     case 1:
-        call.kind = Call::LayOutByPosition;
+        call.numbers.append(length);
         break;
     case 2:
-        call.kind = Call::LayOutByZone;
+        call.numbers.resize(length / 2);
         break;
     default:
-        call.kind = Call::GroupZone;
-        call.number = records.isEmpty() || random.chance(10)
-                          ? random.between(-1, 9)
-                          : random.pick(records).product.toStopGroupId;
         break;
     }
     return call;
 }
 
-Call numberCall(Call::Kind kind, int number)
+Call judgeCall(Random& random)
 {
-    Call call;
-    call.kind = kind;
-    call.number = number;
-    return call;
-}
-
-Call supportCall(Random& random, const QStringList& types)
-{
-    Call call;
-    call.kind = Call::Support;
-    call.typeTexts = randomLocalTypes(random, types);
+    const QVector<int> positions =
+        random.chance(50) ? QVector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9}
+                          : QVector<int>{-1, -1, 0, -2, lowest, highest, 100000, 100001, 1, 2, 3};
+    Call call{Call::Judge};
+    for (int count = random.below(5); count > 0; --count)
+        call.numbers.append(random.pick(positions));
     return call;
 }
 
@@ -386,28 +420,29 @@ void appendRound(Random& random, Case& layoutCase, bool first)
     const QStringList types = randomTypes(random, layoutCase.configuration.order);
 
     if (random.chance(first ? 60 : 20))
-        calls.append(supportCall(random, types));
+        calls.append({Call::Support, randomLocalTypes(random, types)});
     if (!first && random.chance(65))
-        calls.append(numberCall(Call::Clear, 0));
+        calls.append(Call{Call::Clear});
     if (random.chance(15))
         calls.append(numberCall(Call::SwitchLogging, random.below(2)));
 
-    Call add;
-    add.kind = Call::Add;
-    add.records = randomRecords(random, types);
+    Call add{Call::Add, {}, randomProducts(random, types)};
     if (random.chance(40))
-        assignPositions(random, add.records);
-    makeSomeDaily(random, add.records);
+        assignPositions(random, add.products);
+    makeSomeDaily(random, add.products);
     calls.append(add);
 
     if (random.chance(5))
         calls.append(numberCall(Call::SetColumns, random.pick(QVector<int>{0, 0, 2, -2})));
-    const Call layout = layoutCall(random, types, add.records);
+    const Call layout = layoutCall(random, types, add.products);
     if (random.chance(layout.kind == Call::GroupZone ? 40 : 5))
         calls.append(numberCall(Call::SetRows, random.pick(QVector<int>{highest, highest, 1, -5})));
     calls.append(layout);
     if (random.chance(10))
-        calls.append(supportCall(random, types));
+        calls.append({Call::Support, randomLocalTypes(random, types)});
+    if (random.chance(10))
+        calls.append({Call::Print, {}, add.products.mid(0, 3)});
+    calls += {slotsCall(random), moveCall(random), judgeCall(random)};
 }
 
 // ---- shrinking ----
@@ -424,8 +459,8 @@ bool offerShorterList(const Case& failing, Access list, const Visitor& accept)
     for (int part = size; part > 0; part /= 2) {
         for (int start = 0; start + part <= size; start += part) {
             Case candidate = failing;
-            list(candidate).erase(list(candidate).begin() + start,
-                                  list(candidate).begin() + start + part);
+            auto& shorter = list(candidate);
+            shorter.erase(shorter.begin() + start, shorter.begin() + start + part);
             if (accept(candidate))
                 return true;
         }
@@ -433,189 +468,220 @@ bool offerShorterList(const Case& failing, Access list, const Visitor& accept)
     return false;
 }
 
-bool offerSmallerNumber(const Case& failing, const std::function<int&(Case&)>& number,
-                        const Visitor& accept)
+bool offerSmallerNumbers(const Case& failing, int call, const Visitor& accept)
 {
-    Case original = failing;
-    const int value = number(original);
-    for (const int smaller : {0, 1, -1, 3, value / 2, value - value / 8}) {
-        if (qAbs(qint64(smaller)) >= qAbs(qint64(value)))
-            continue;
+    for (int i = 0; i < failing.calls.at(call).numbers.size(); ++i) {
+        const int value = failing.calls.at(call).numbers.at(i);
+        for (const int smaller : {0, 1, -1, 3, value / 2, value - value / 8}) {
+            Case candidate = failing;
+            candidate.calls[call].numbers[i] = smaller;
+            if (qAbs(qint64(smaller)) < qAbs(qint64(value)) && accept(candidate))
+                return true;
+        }
+    }
+    return false;
+}
+
+/// Simpler values of a field: what a product has by itself, then smaller numbers.
+QVector<QVariant> simplerValues(const ProductField& field, const sProduct& product, int place)
+{
+    const QVariant value = field.get(product);
+    QVector<QVariant> simpler{field.get(usualProduct(product.passengerTypeCode, place).record)};
+    if (value.userType() == QMetaType::Int) {
+        for (const int smaller : {0, 1, -1, value.toInt() / 2}) {
+            if (qAbs(qint64(smaller)) < qAbs(qint64(value.toInt())))
+                simpler.append(smaller);
+        }
+    }
+    return simpler.mid(simpler.first() == value ? simpler.size() : 0);
+}
+
+bool offerSimplerProducts(const Case& failing, int call, const Visitor& accept)
+{
+    const QVector<NewProduct>& products = failing.calls.at(call).products;
+    for (int i = 0; i < products.size(); ++i) {
         Case candidate = failing;
-        number(candidate) = smaller;
-        if (accept(candidate))
+        NewProduct& product = candidate.calls[call].products[i];
+        const sProduct& record = products.at(i).record;
+        product = usualProduct(PassengerTypesModel::PT_ADULT, i);
+        if (shortText(product, i) != shortText(products.at(i), i) && accept(candidate))
             return true;
-    }
-    return false;
-}
-
-/// Numbers of a record, unless they are small already.
-bool offerSmallerRecordNumbers(const Case& failing, int call, const Visitor& accept)
-{
-    for (int i = 0; i < failing.calls.at(call).records.size(); ++i) {
-        for (int oracle::Product::*const field :
-             {&oracle::Product::toStopGroupId, &oracle::Product::fareProductId,
-              &oracle::Product::pos, &oracle::Product::fromStopGroupId}) {
-            const auto number = [=](Case& it) -> int& {
-                return it.calls[call].records[i].product.*field;
-            };
-            const int value = failing.calls.at(call).records.at(i).product.*field;
-            if (qAbs(qint64(value)) > 1 && offerSmallerNumber(failing, number, accept))
-                return true;
+        for (const ProductField& field : productFields) {
+            const QVector<QVariant> values = simplerValues(field, record, i);
+            for (const QVariant& value : values) {
+                product = products.at(i);
+                field.set(product.record, value);
+                if (accept(candidate))
+                    return true;
+            }
         }
     }
     return false;
-}
-
-using Simplification = void (*)(Record&);
-
-const QVector<Simplification> simplifications{
-    [](Record& record) {
-        const oracle::Product old = record.product;
-        record.product = oracle::Product();
-        record.product.toStopGroupId = old.toStopGroupId;
-        record.product.fareProductId = old.fareProductId;
-        record.product.isDaily = old.isDaily;
-        record.product.pos = old.pos;
-    },
-    [](Record& record) { record.product.description = QStringLiteral("---NOT FOR SALE---"); },
-    [](Record& record) { record.product.fareProductName = QStringLiteral("---DUMMY---"); },
-    [](Record& record) { record.product.icon.clear(); },
-    [](Record& record) { record.product.fareProductColor.clear(); },
-    [](Record& record) { record.product.passengerTypeId = 0; },
-    [](Record& record) { record.product.price = 0.0; },
-    [](Record& record) { record.product.fareDiscount = 0.0; },
-    [](Record& record) { record.product.fromStopGroupId = 0; },
-    [](Record& record) { record.product.hasExpired = true; },
-    [](Record& record) { record.product.isReturnFee = false; },
-    [](Record& record) { record.product.isDaily = false; },
-    [](Record& record) { record.product.pos = -1; },
-    [](Record& record) { record.product.fareProductId = 0; },
-    [](Record& record) { record.product.toStopGroupId = 0; },
-    [](Record& record) { record.typeText = knownTypes.first(); },
-};
-
-bool sameRecord(const Record& left, const Record& right)
-{
-    return left.typeText == right.typeText && left.product == right.product;
-}
-
-/// Offers simpler records: first all of a call at once, then one by one.
-bool offerSimplerRecords(const Case& failing, int call, const Visitor& accept)
-{
-    const QVector<Record>& records = failing.calls.at(call).records;
-    for (const Simplification simplify : simplifications) {
-        Case together = failing;
-        for (Record& record : together.calls[call].records)
-            simplify(record);
-        const bool changed = !std::equal(records.begin(), records.end(),
-                                         together.calls.at(call).records.constBegin(), sameRecord);
-        if (!changed)
-            continue;
-        if (accept(together))
-            return true;
-        for (int i = 0; i < records.size(); ++i) {
-            Case single = failing;
-            simplify(single.calls[call].records[i]);
-            if (!sameRecord(single.calls.at(call).records.at(i), records.at(i)) && accept(single))
-                return true;
-        }
-    }
-    return false;
-}
-
-bool offerSimplerSwitches(const Case& failing, const Visitor& accept)
-{
-    Case candidate = failing;
-    candidate.configuration.logging = false;
-    if (failing.configuration.logging && accept(candidate))
-        return true;
-    candidate = failing;
-    candidate.autoSpacing = false;
-    return failing.autoSpacing && accept(candidate);
-}
-
-bool offerSimplerCall(const Case& failing, int call, const Visitor& accept)
-{
-    return offerShorterList(
-               failing, [call](Case & it) -> auto& { return it.calls[call].records; }, accept) ||
-           offerShorterList(
-               failing, [call](Case & it) -> auto& { return it.calls[call].typeTexts; }, accept) ||
-           offerSmallerNumber(
-               failing, [call](Case& it) -> int& { return it.calls[call].number; }, accept) ||
-           offerSimplerRecords(failing, call, accept) ||
-           offerSmallerRecordNumbers(failing, call, accept);
 }
 
 /// Offers cases that are one step simpler, boldest first, until one is accepted.
 bool offerSimplerCases(const Case& failing, const Visitor& accept)
 {
-    if (offerShorterList(
-            failing, [](Case & it) -> auto& { return it.calls; }, accept))
+    const auto calls = [](Case & it) -> auto& { return it.calls; };
+    if (offerShorterList(failing, calls, accept))
         return true;
     for (int call = 0; call < failing.calls.size(); ++call) {
-        if (offerSimplerCall(failing, call, accept))
+        const auto products = [call](Case & it) -> auto& { return it.calls[call].products; };
+        const auto types = [call](Case & it) -> auto& { return it.calls[call].typeTexts; };
+        if (offerShorterList(failing, products, accept) ||
+            offerShorterList(failing, types, accept) ||
+            offerSmallerNumbers(failing, call, accept) ||
+            offerSimplerProducts(failing, call, accept))
             return true;
     }
-    return offerShorterList(
-               failing, [](Case & it) -> auto& { return it.configuration.order; }, accept) ||
-           offerSimplerSwitches(failing, accept);
+    const auto order = [](Case & it) -> auto& { return it.configuration.order; };
+    if (offerShorterList(failing, order, accept))
+        return true;
+    Case candidate = failing;
+    candidate.configuration.logging = false;
+    candidate.autoSpacing = false;
+    return (failing.configuration.logging || failing.autoSpacing) && accept(candidate);
 }
 
 // ---- description ----
 
-QString quoted(const QStringList& texts)
+/// How a kind of call is written: its name, its list and what stands before the numbers behind it.
+struct Writing
 {
-    return texts.isEmpty() ? QStringLiteral("{}")
-                           : QStringLiteral("{\"%1\"}").arg(texts.join(QLatin1String("\", \"")));
+    Call::Kind kind;
+    const char* name;
+    enum { Numbers, Types, Products } list = Numbers;
+    const char* separator = "";
+};
+
+const Writing writings[] = {{Call::Clear, "clear"},
+                            {Call::Support, "support", Writing::Types},
+                            {Call::Add, "add", Writing::Products},
+                            {Call::SwitchLogging, "logging"},
+                            {Call::SetColumns, "columns"},
+                            {Call::SetRows, "rows"},
+                            {Call::Slots, "slots"},
+                            {Call::Move, "move", Writing::Products, "to"},
+                            {Call::Judge, "judge"},
+                            {Call::Print, "print", Writing::Products},
+                            {Call::LayOut, "lay out", Writing::Types, "in"},
+                            {Call::LayOutByPosition, "by position"},
+                            {Call::LayOutByZone, "by zone", Writing::Types},
+                            {Call::GroupZone, "group"}};
+
+QStringList words(const QString& text)
+{
+    static const QRegularExpression pattern(R"re("[^"]*"|[^ ]+)re");
+    QStringList found;
+    for (auto it = pattern.globalMatch(text); it.hasNext();)
+        found.append(it.next().captured());
+    return found;
 }
 
-QString describeCall(const Call& call)
+QVector<int> numbersFrom(const QString& text)
 {
-    const QString number = QString::number(call.number);
-    switch (call.kind) {
-    case Call::Clear:
-        return QStringLiteral("clearData()");
-    case Call::Support:
-        return QStringLiteral("setSupportedPassengerTypeCodes(") + quoted(call.typeTexts) +
-               QStringLiteral(")");
-    case Call::Add: {
-        QString text = QStringLiteral("addItem() of %1 products").arg(call.records.size());
-        for (const Record& record : call.records) {
-            text += QStringLiteral("\n       \"") + record.typeText + QStringLiteral("\" ") +
-                    describe(record.product);
+    QVector<int> numbers;
+    for (const QString& word : words(text)) {
+        bool isNumber = false;
+        numbers.append(word.toInt(&isNumber));
+        if (!isNumber)
+            qFatal("\"%s\" is no number", qPrintable(word));
+    }
+    return numbers;
+}
+
+QString numbersText(const QVector<int>& numbers)
+{
+    QString text;
+    for (const int number : numbers)
+        text += ' ' + QString::number(number);
+    return text;
+}
+
+QStringList typesFrom(const QString& text)
+{
+    QStringList types;
+    for (const QString& word : words(text))
+        types.append(word.startsWith('"') ? withoutQuotes(word)
+                                          : typeText(numbersFrom(word).first()));
+    return types;
+}
+
+QString typesText(const QStringList& types)
+{
+    QString text;
+    for (const QString& type : types) {
+        const int code = PassengerTypesModel::codeMap.value(type);
+        text += ' ' + (code == 0 ? '"' + type + '"' : QString::number(code));
+    }
+    return text;
+}
+
+Call callFrom(const QString& line)
+{
+    for (const Writing& writing : writings) {
+        if (line != writing.name && !line.startsWith(writing.name + QStringLiteral(" ")))
+            continue;
+        Call call{writing.kind};
+        QString list = line.mid(int(std::strlen(writing.name)));
+        if (*writing.separator) {
+            const QString separator = QStringLiteral(" %1 ").arg(writing.separator);
+            const int at = (list + ' ').lastIndexOf(separator);
+            if (at == -1)
+                qFatal("\"%s\" lacks \"%s\"", qPrintable(line), writing.separator);
+            call.numbers = numbersFrom(list.mid(at + separator.size()));
+            list.truncate(at);
         }
-        return text;
+        if (writing.list == Writing::Numbers)
+            call.numbers = numbersFrom(list);
+        else if (writing.list == Writing::Types)
+            call.typeTexts = typesFrom(list);
+        else
+            call.products = productsFrom(list.trimmed());
+        return call;
     }
-    case Call::SwitchLogging:
-        return QStringLiteral("setLogFareProducts(") + number + QStringLiteral(")");
-    case Call::SetColumns:
-        return QStringLiteral("setNumberOfColumns(") + number + QStringLiteral(")");
-    case Call::SetRows:
-        return QStringLiteral("setNumberOfRows(") + number + QStringLiteral(")");
-    case Call::LayOut:
-        return QStringLiteral("sortAndRegroup(") + quoted(call.typeTexts) + QStringLiteral(", ") +
-               number + QStringLiteral(")");
-    case Call::LayOutByPosition:
-        return QStringLiteral("sortBasedOnBackendAssignment()");
-    case Call::LayOutByZone:
-        return QStringLiteral("sortBasedOnLocalData(") + quoted(call.typeTexts) +
-               QStringLiteral(")");
-    case Call::GroupZone:
-        return QStringLiteral("sortAndGroupProductsForZone(") + number + QStringLiteral(")");
-    }
-    return {};
+    qFatal("\"%s\" is no call", qPrintable(line));
+}
+
+QString describe(const Call& call)
+{
+    const Writing& writing =
+        *std::find_if(std::begin(writings), std::end(writings),
+                      [&call](const Writing& entry) { return entry.kind == call.kind; });
+    QString text = writing.name + typesText(call.typeTexts);
+    for (int i = 0; i < call.products.size(); ++i)
+        text += ' ' + shortText(call.products.at(i), i);
+    if (*writing.separator)
+        text += QStringLiteral(" %1").arg(writing.separator);
+    return text + numbersText(call.numbers);
 }
 
 } // namespace
 
-QVector<Configuration> randomConfigurations(quint64 seed, int count)
+void addLine(Case& layoutCase, const QString& line)
 {
-    Random random(seed);
-    QVector<Configuration> configurations;
-    for (int i = 0; i < count; ++i)
-        configurations.append({randomOrder(random), random.chance(40)});
-    return configurations;
+    if (line == "spacing")
+        layoutCase.autoSpacing = true;
+    else if (line == "logged")
+        layoutCase.configuration.logging = true;
+    else if (line.startsWith("order "))
+        layoutCase.configuration.order = typesFrom(line.mid(6));
+    else
+        layoutCase.calls.append(callFrom(line));
+}
+
+QString describe(const Case& layoutCase)
+{
+    QStringList lines;
+    if (!layoutCase.configuration.order.isEmpty())
+        lines.append("order" + typesText(layoutCase.configuration.order));
+    if (layoutCase.configuration.logging)
+        lines.append("logged");
+    if (layoutCase.autoSpacing)
+        lines.append("spacing");
+    for (const Call& call : layoutCase.calls)
+        lines.append(describe(call));
+    return lines.join("\n");
 }
 
 namespace
@@ -633,6 +699,15 @@ Case someCase(Random& random, const QVector<Configuration>& configurations)
 }
 
 } // namespace
+
+QVector<Configuration> randomConfigurations(quint64 seed, int count)
+{
+    Random random(seed);
+    QVector<Configuration> configurations;
+    for (int i = 0; i < count; ++i)
+        configurations.append({randomOrder(random), random.chance(40)});
+    return configurations;
+}
 
 Case randomCase(quint64 seed, int number, const QVector<Configuration>& configurations)
 {
@@ -661,50 +736,4 @@ Case shrunk(Case failing, const std::function<bool(const Case&)>& fails, int att
             failing = next;
     }
     return failing;
-}
-
-int productCount(const Case& layoutCase)
-{
-    int count = 0;
-    for (const Call& call : layoutCase.calls)
-        count += call.records.size();
-    return count;
-}
-
-QString describe(const oracle::Product& product)
-{
-    const oracle::Product placeholder;
-    QStringList fields;
-    const auto add = [&fields](const char* name, const auto& value, const auto& usual) {
-        if (value != usual)
-            fields.append(QLatin1String(name) + QLatin1Char('=') +
-                          QVariant::fromValue(value).toString());
-    };
-    add("zone", product.toStopGroupId, placeholder.toStopGroupId);
-    add("fareProductId", product.fareProductId, placeholder.fareProductId);
-    add("pos", product.pos, placeholder.pos);
-    add("daily", product.isDaily, placeholder.isDaily);
-    add("type", product.passengerTypeCode, placeholder.passengerTypeCode);
-    add("typeId", product.passengerTypeId, placeholder.passengerTypeId);
-    add("name", product.fareProductName, placeholder.fareProductName);
-    add("description", product.description, placeholder.description);
-    add("from", product.fromStopGroupId, placeholder.fromStopGroupId);
-    add("icon", product.icon, placeholder.icon);
-    add("price", product.price, placeholder.price);
-    add("discount", product.fareDiscount, placeholder.fareDiscount);
-    add("colour", product.fareProductColor, placeholder.fareProductColor);
-    add("expired", product.hasExpired, placeholder.hasExpired);
-    add("returnFee", product.isReturnFee, placeholder.isReturnFee);
-    return fields.isEmpty() ? QStringLiteral("like a placeholder") : fields.join(QLatin1Char(' '));
-}
-
-QString describe(const Case& layoutCase)
-{
-    QString text = QStringLiteral("configured order ") + quoted(layoutCase.configuration.order) +
-                   (layoutCase.configuration.logging ? QStringLiteral(", log_fareproducts on")
-                                                     : QStringLiteral(", log_fareproducts off")) +
-                   (layoutCase.autoSpacing ? QStringLiteral(", automatic spacing") : QString());
-    for (int i = 0; i < layoutCase.calls.size(); ++i)
-        text += QStringLiteral("\n%1: ").arg(i + 1, 4) + describeCall(layoutCase.calls.at(i));
-    return text;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Choices.h"
-#include "LayoutOracle.h"
+#include "Products.h"
 
 #include <QString>
 #include <QStringList>
@@ -16,33 +16,33 @@ struct Configuration
     bool logging = false; ///< "logLevels" holds "log_fareproducts"
 };
 
-/// One product of addItem(), with the passenger type as text.
-struct Record
-{
-    QString typeText;
-    oracle::Product product;
-};
-
-/// One call of the model.
+/// One call of the model. As text: its name, its list and its numbers, such as "lay out 1 3 in 2";
+/// passenger types are numbers or, for any text, in quotes.
 struct Call
 {
     enum Kind {
-        Clear,            ///< clearData()
-        Support,          ///< setSupportedPassengerTypeCodes(typeTexts)
-        Add,              ///< addItem() for each of `records`
-        SwitchLogging,    ///< setLogFareProducts(number != 0)
-        SetColumns,       ///< setNumberOfColumns(number)
-        SetRows,          ///< setNumberOfRows(number)
-        LayOut,           ///< sortAndRegroup(typeTexts, number)
-        LayOutByPosition, ///< sortBasedOnBackendAssignment(); skipped without products
-        LayOutByZone,     ///< sortBasedOnLocalData(typeTexts)
-        GroupZone         ///< sortAndGroupProductsForZone(number)
+        Clear,            ///< "clear": clearData()
+        Support,          ///< "support 8 1 "X"": setSupportedPassengerTypeCodes()
+        Add,              ///< "add 1a 3b>2": addItem() for each
+        SwitchLogging,    ///< "logging 1": setLogFareProducts()
+        SetColumns,       ///< "columns 3": setNumberOfColumns()
+        SetRows,          ///< "rows 3": setNumberOfRows()
+        Slots,            ///< "slots 1 1 3 3": getIndeces()
+        Move,             ///< "move 1a 1b to 1 0": reOrder()
+        Judge,            ///< "judge -1 4": the checks of positions
+        Print,            ///< "print 1a 3b>2": printProducts()
+        LayOut,           ///< "lay out 1 3 in 2": sortAndRegroup()
+        LayOutByPosition, ///< "by position": sortBasedOnBackendAssignment()
+        LayOutByZone,     ///< "by zone 1 3": sortBasedOnLocalData()
+        GroupZone         ///< "group 7": sortAndGroupProductsForZone()
     };
 
     Kind kind = Clear;
-    QStringList typeTexts;
-    int number = 0;
-    QVector<Record> records;
+    QStringList typeTexts{};
+    QVector<NewProduct> products{};
+    QVector<int> numbers{};
+
+    int number() const { return numbers.value(0); }
 };
 
 /// The life of one model.
@@ -52,6 +52,12 @@ struct Case
     bool autoSpacing = false; ///< the logger's flag
     QVector<Call> calls;
 };
+
+/// The case with one more line of a description.
+void addLine(Case& layoutCase, const QString& line);
+
+/// Everything that is needed to repeat the case, as lines for addLine().
+QString describe(const Case& layoutCase);
 
 /// The configurations that the cases of one seed share.
 QVector<Configuration> randomConfigurations(quint64 seed, int count);
@@ -65,11 +71,3 @@ Case decidedCase(Choices choices, const QVector<Configuration>& configurations);
 /// A smaller case that fails too: none of its parts can be left out or made simpler. Gives up
 /// after `attempts` runs.
 Case shrunk(Case failing, const std::function<bool(const Case&)>& fails, int attempts = 4000);
-
-int productCount(const Case& layoutCase);
-
-/// Everything that is needed to repeat the case by hand.
-QString describe(const Case& layoutCase);
-
-/// The fields that differ from those of a placeholder.
-QString describe(const oracle::Product& product);

@@ -1,11 +1,12 @@
 #include "LayoutOracle.h"
 
+#include "GridSignals.h"
+
 #include <algorithm>
 #include <array>
 #include <limits>
 #include <map>
 #include <set>
-#include <tuple>
 #include <utility>
 
 namespace oracle
@@ -67,15 +68,6 @@ QVector<int> ascendingCodes(const QStringList& typeTexts)
 }
 
 // ---- records ----
-
-auto fieldsOf(const Product& product)
-{
-    return std::tie(product.passengerTypeId, product.description, product.passengerTypeCode,
-                    product.icon, product.price, product.fareProductId, product.fareProductName,
-                    product.isReturnFee, product.fromStopGroupId, product.toStopGroupId,
-                    product.fareProductColor, product.hasExpired, product.fareDiscount,
-                    product.isDaily, product.pos);
-}
 
 Product placeholderAt(int pos)
 {
@@ -169,7 +161,7 @@ public:
     void setColumns(int columns)
     {
         if (columns != state().columns)
-            outcome.steps.append({Step::Columns, columns, {}});
+            outcome.steps.append(gridColumnsChanged(columns));
         state().columns = columns;
     }
 
@@ -180,7 +172,7 @@ public:
         if (wanted != rows)
             note("rows: saturated");
         if (rows != state().rows)
-            outcome.steps.append({Step::Rows, rows, {}});
+            outcome.steps.append(gridRowsChanged(rows));
         state().rows = rows;
     }
 
@@ -189,7 +181,7 @@ public:
     void show(const QVector<Product>& products)
     {
         for (const Product& product : products) {
-            outcome.steps.append({Step::Appended, state().tiles.size(), {}});
+            outcome.steps += tilesAppended(state().tiles.size(), state().tiles.size());
             state().tiles.append(product);
         }
     }
@@ -202,7 +194,7 @@ public:
             if (piece.spaced && state().autoSpacing)
                 line += QLatin1Char(' ');
         }
-        outcome.steps.append({Step::Log, 0, line});
+        outcome.steps.append(logged(line));
     }
 
     void log(const Message& message)
@@ -270,6 +262,8 @@ Objection objectionTo(const QVector<Product>& products)
     const char* const zero = "--- POSITION 0 ASSIGNED TO PRODUCT. THAT IS NOT ALLOWED. SHOULD "
                              "ALWAYS START COUNTING/NUMBERING POSITION FROM 1 ---";
 
+    if (products.isEmpty())
+        return {};
     std::map<int, int> frequency;
     for (const Product& product : products)
         ++frequency[product.pos];
@@ -355,7 +349,11 @@ void layOutByPosition(Account& account)
     state.products = ranked(state.products, [](const Product& product) { return product.pos; });
 
     const Objection objection = objectionTo(state.products);
-    if (objection.message) {
+    if (state.products.isEmpty()) {
+        account.note("position: no products");
+        account.setRows(0);
+        account.log({literal("------------------- FARE PRODUCTS AFTER --------------------")});
+    } else if (objection.message) {
         account.note(objection.branch);
         account.logAlways({literal(objection.message)});
         account.show(state.products);
@@ -464,11 +462,11 @@ int configuredColumn(const State& state, int code, bool wholeOrder)
 }
 
 /// The column of each type. Those without one share the first four columns that are left over.
-QVector<int> columnsOf(const State& state, const QVector<int>& types, bool wholeOrder)
+QVector<int> columnsOf(Account& account, const QVector<int>& types, bool wholeOrder)
 {
     QVector<int> columns;
     for (const int code : types)
-        columns.append(configuredColumn(state, code, wholeOrder));
+        columns.append(configuredColumn(account.state(), code, wholeOrder));
 
     QVector<int> leftOver;
     for (int column = 0; column < 4; ++column) {
@@ -477,22 +475,74 @@ QVector<int> columnsOf(const State& state, const QVector<int>& types, bool whole
     }
     int homeless = 0;
     for (int& column : columns) {
-        if (column == -1)
+        if (column == -1) {
             column = leftOver.value(homeless++, -1);
+            account.note(QStringLiteral("slots: free column %1").arg(column));
+        }
+        if (column >= account.state().columns)
+            account.note("slots: column beyond the last");
     }
     return columns;
 }
 
-void noteColumns(QStringList& branches, const State& state, const QVector<int>& types,
-                 bool wholeOrder)
+bool isPermutation(const QVector<int>& numbers)
 {
-    const QVector<int> columns = columnsOf(state, types, wholeOrder);
-    for (int i = 0; i < types.size(); ++i) {
-        if (configuredColumn(state, types.at(i), wholeOrder) == -1)
-            branches.append(QStringLiteral("slots: free column %1").arg(columns.at(i)));
-        if (columns.at(i) >= state.columns)
-            branches.append(QStringLiteral("slots: column beyond the last"));
+    for (int value = 0; value < numbers.size(); ++value) {
+        if (numbers.count(value) != 1)
+            return false;
     }
+    return true;
+}
+
+/// What then stands at each place.
+template <typename List>
+List reordered(const List& entries, const QVector<int>& slotNumbers)
+{
+    if (entries.size() != slotNumbers.size() || !isPermutation(slotNumbers))
+        return entries;
+    List result;
+    for (int place = 0; place < entries.size(); ++place)
+        result.append(entries.at(slotNumbers.indexOf(place)));
+    return result;
+}
+
+QString joined(const QVector<int>& numbers, const QString& separator)
+{
+    QStringList texts;
+    for (const int number : numbers)
+        texts.append(QString::number(number));
+    return texts.join(separator);
+}
+
+QVector<int> slotsOf(Account& account, const QVector<int>& codes)
+{
+    const State& state = account.state();
+    QString& output = account.outcome.standardOutput;
+    QVector<int> types;
+    for (int i = 0; i < codes.size(); ++i) {
+        if (i == 0 || codes.at(i) != codes.at(i - 1))
+            types.append(codes.at(i));
+    }
+
+    const bool wholeOrder = state.order.size() == types.size();
+    account.note(wholeOrder ? "slots: whole order" : "slots: local part of the order");
+    for (const int entry : state.order) {
+        if (!wholeOrder && !state.local.contains(entry)) {
+            account.note("slots: entry removed from the order");
+            output += QStringLiteral("Remove : %1 from vTypeCodesOrderCpy\n").arg(entry);
+        }
+    }
+
+    const QVector<int> columns = columnsOf(account, types, wholeOrder);
+    const int width = usableColumns(state);
+    const int height = std::max(1, codes.size() / width);
+    QVector<int> numbers;
+    for (int k = 0; k < types.size() * height; ++k)
+        numbers.append(columns.at(k / height) + k % height * width);
+    if (state.logging)
+        output += QLatin1String("Indeces: [") + joined(numbers, QStringLiteral(", ")) +
+                  QLatin1String("]\n");
+    return numbers;
 }
 
 void noteMove(Account& account, const TypeTable& table, const QVector<int>& numbers, int members)
@@ -520,7 +570,8 @@ void noteMove(Account& account, const TypeTable& table, const QVector<int>& numb
         account.note("slots: beyond the group");
 }
 
-void groupZone(Account& account, int zone)
+/// The block of a zone.
+QVector<Product> groupZone(Account& account, int zone)
 {
     State& state = account.state();
     account.log({text(QStringLiteral("Group products for zone: %1").arg(zone))});
@@ -532,7 +583,7 @@ void groupZone(Account& account, int zone)
     }
     if (table.empty()) {
         account.note("zone: without products");
-        return;
+        return {};
     }
 
     const int height = tallestColumn(table);
@@ -546,11 +597,9 @@ void groupZone(Account& account, int zone)
     QVector<int> codes;
     for (const Product& product : group)
         codes.append(product.passengerTypeCode);
-    const Slots slotList = slotsOf(state, codes);
-    account.outcome.standardOutput += slotList.standardOutput;
-    account.outcome.branches += slotList.branches;
-    noteMove(account, table, slotList.numbers, group.size());
-    state.groupedProducts += reordered(group, slotList.numbers);
+    const QVector<int> numbers = slotsOf(account, codes);
+    noteMove(account, table, numbers, group.size());
+    return reordered(group, numbers);
 }
 
 void layOutByZone(Account& account, const QStringList& typeTexts)
@@ -578,10 +627,10 @@ void layOutByZone(Account& account, const QStringList& typeTexts)
     account.log(
         {text(QStringLiteral("%1 passengerTypeCodes will be supported").arg(types.size()))});
 
-    state.groupedProducts.clear();
+    QVector<Product> groupedProducts;
     for (const int zone : zones)
-        groupZone(account, zone);
-    account.show(state.groupedProducts);
+        groupedProducts += groupZone(account, zone);
+    account.show(groupedProducts);
     showDailyProducts(account);
 
     logGridSize(account);
@@ -604,16 +653,6 @@ int chosenColumns(Account& account)
 }
 
 } // namespace
-
-bool operator==(const Product& left, const Product& right)
-{
-    return fieldsOf(left) == fieldsOf(right);
-}
-
-bool operator==(const Step& left, const Step& right)
-{
-    return left.kind == right.kind && left.value == right.value && left.text == right.text;
-}
 
 Tile tileOf(const Product& product)
 {
@@ -660,9 +699,8 @@ Outcome cleared(const State& state)
     outcome.state.tiles.clear();
     outcome.state.products.clear();
     outcome.state.dailyProducts.clear();
-    outcome.state.groupedProducts.clear();
     if (!state.tiles.isEmpty())
-        outcome.steps.append({Step::Removed, state.tiles.size(), {}});
+        outcome.steps = announcedRemoval(0, state.tiles.size() - 1, 0) << countChanged(0);
     return outcome;
 }
 
@@ -671,7 +709,6 @@ Outcome supporting(const State& state, const QStringList& typeTexts)
     Account account(state);
     QVector<int>& order = account.state().order;
     const QVector<int> supported = ascendingCodes(typeTexts);
-    account.state().supported = supported;
 
     if (order.isEmpty()) {
         account.note("order: taken from the supported types");
@@ -715,6 +752,16 @@ Outcome withRows(const State& state, int rows)
     return account.outcome;
 }
 
+Outcome withLogging(const State& state, bool logging)
+{
+    Outcome outcome;
+    outcome.state = state;
+    outcome.state.logging = logging;
+    if (logging != state.logging)
+        outcome.steps = QStringList(QStringLiteral("logFareProductsChanged()"));
+    return outcome;
+}
+
 Outcome laidOut(const State& state, const QStringList& typeTexts, int columns)
 {
     Account account(state);
@@ -747,59 +794,53 @@ Outcome withZone(const State& state, int zone)
     return account.outcome;
 }
 
-Slots slotsOf(const State& state, const QVector<int>& codes)
+Outcome withSlots(const State& state, const QVector<int>& codes)
 {
-    QVector<int> types;
-    for (int i = 0; i < codes.size(); ++i) {
-        if (i == 0 || codes.at(i) != codes.at(i - 1))
-            types.append(codes.at(i));
-    }
-
-    Slots result;
-    const bool wholeOrder = state.order.size() == types.size();
-    result.branches.append(wholeOrder ? QStringLiteral("slots: whole order")
-                                      : QStringLiteral("slots: local part of the order"));
-    for (const int entry : state.order) {
-        if (!wholeOrder && !state.local.contains(entry)) {
-            result.branches.append(QStringLiteral("slots: entry removed from the order"));
-            result.standardOutput +=
-                QStringLiteral("Remove : %1 from vTypeCodesOrderCpy\n").arg(entry);
-        }
-    }
-
-    const QVector<int> columns = columnsOf(state, types, wholeOrder);
-    noteColumns(result.branches, state, types, wholeOrder);
-    const int width = usableColumns(state);
-    const int height = std::max(1, codes.size() / width);
-    QStringList written;
-    for (int k = 0; k < types.size() * height; ++k) {
-        result.numbers.append(columns.at(k / height) + k % height * width);
-        written.append(QString::number(result.numbers.last()));
-    }
-    if (state.logging) {
-        result.standardOutput +=
-            QLatin1String("Indeces: [") + written.join(QLatin1String(", ")) + QLatin1String("]\n");
-    }
-    return result;
+    Account account(state);
+    account.outcome.result = joined(slotsOf(account, codes), QStringLiteral(" "));
+    account.outcome.branches.clear(); // those of layouts are counted
+    return account.outcome;
 }
 
-bool isPermutation(const QVector<int>& numbers)
+Outcome moved(const State& state, const QStringList& names, const QVector<int>& slotNumbers)
 {
-    for (int value = 0; value < numbers.size(); ++value) {
-        if (numbers.count(value) != 1)
-            return false;
-    }
-    return true;
+    Account account(state);
+    const bool moves = names.size() == slotNumbers.size() && isPermutation(slotNumbers);
+    account.note(moves ? "move: to a permutation" : "move: refused");
+    QVector<int> after = slotNumbers;
+    if (moves)
+        std::sort(after.begin(), after.end());
+    account.outcome.result = reordered(names, slotNumbers).join(QLatin1Char(' ')) +
+                             QLatin1String(" to ") + joined(after, QStringLiteral(" "));
+    return account.outcome;
 }
 
-QVector<Product> reordered(const QVector<Product>& products, const QVector<int>& slotNumbers)
+Outcome judged(const State& state, const QVector<int>& positions)
 {
-    if (products.size() != slotNumbers.size() || !isPermutation(slotNumbers))
-        return products;
-    QVector<Product> result;
-    for (int place = 0; place < products.size(); ++place)
-        result.append(products.at(slotNumbers.indexOf(place)));
-    return result;
+    Account account(state);
+    const std::set<int> distinct(positions.begin(), positions.end());
+    QStringList answers;
+    const auto judge = [&](bool is, const char* answer) {
+        if (is)
+            answers.append(QString::fromLatin1(answer));
+        account.note(QStringLiteral("judge: ") + QLatin1String(is ? "" : "not ") +
+                     QLatin1String(answer));
+    };
+    judge(positions.count(-1) < positions.size(), "some assigned");
+    judge(positions.count(-1) == 0, "all assigned");
+    judge(static_cast<int>(distinct.size()) < positions.size(), "duplicates");
+    judge(distinct.count(0) == 1, "zero");
+    judge(!distinct.empty() && (*distinct.begin() < -1 || *distinct.rbegin() > lastUsablePosition),
+          "out of range");
+    account.outcome.result = answers.join(QLatin1String(", "));
+    return account.outcome;
+}
+
+Outcome printed(const State& state, const QVector<Product>& products)
+{
+    Account account(state);
+    account.dump(products, recordMessageWithPosition);
+    return account.outcome;
 }
 
 } // namespace oracle

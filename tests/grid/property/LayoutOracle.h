@@ -5,7 +5,7 @@
 #include <QVariant>
 #include <QVector>
 
-/// What the selection grid must show and tell, stated slot by slot and independently of the
+/// What the selection grid must show and emit, stated slot by slot and independently of the
 /// library: no code, record or table is shared with it. Pure functions from one state to the next.
 namespace oracle
 {
@@ -30,9 +30,6 @@ struct Product
     int pos = -1;
 };
 
-bool operator==(const Product& left, const Product& right);
-inline bool operator!=(const Product& left, const Product& right) { return !(left == right); }
-
 /// A tile as its readers see it.
 struct Tile
 {
@@ -45,12 +42,10 @@ Tile tileOf(const Product& product);
 /// Everything that a model remembers between two calls.
 struct State
 {
-    QVector<int> order;     ///< display order of passenger types
-    QVector<int> supported; ///< supported types, ascending
-    QVector<int> local;     ///< types of the last zone layout, ascending
+    QVector<int> order; ///< display order of passenger types
+    QVector<int> local; ///< types of the last zone layout, ascending
     QVector<Product> products;
     QVector<Product> dailyProducts;
-    QVector<Product> groupedProducts;
     QVector<Product> tiles; ///< the records behind the model's rows
     int columns = 3;
     int rows = 0;
@@ -58,34 +53,18 @@ struct State
     bool autoSpacing = false; ///< the logger's flag
 };
 
-/// One thing that an observer of the model notices.
-struct Step
-{
-    enum Kind {
-        Columns,  ///< numberOfColumnsChanged(value)
-        Rows,     ///< numberOfRowsChanged(value)
-        Appended, ///< row `value` was inserted, on its own and at the end
-        Removed,  ///< the first `value` rows were removed in one block
-        Log,      ///< the message `text`
-        Other     ///< `text` tells what; never expected
-    };
-
-    Kind kind = Log;
-    int value = 0;
-    QString text;
-};
-
-bool operator==(const Step& left, const Step& right);
-inline bool operator!=(const Step& left, const Step& right) { return !(left == right); }
-
 /// What a call leads to.
 struct Outcome
 {
     State state;
-    QVector<Step> steps; ///< in the order in which they happen
+    QStringList steps; ///< signals as SignalLog writes them and messages as logged(), in order
     QString standardOutput;
+    QString result;       ///< what a call returns or does to its arguments
     QStringList branches; ///< which of the rules decided, for counting; may repeat
 };
+
+/// The step of a log message.
+inline QString logged(const QString& message) { return QLatin1String("log: ") + message; }
 
 /// A new model: `order` are the configured texts.
 Outcome constructed(const QStringList& order, bool logging, bool autoSpacing);
@@ -99,14 +78,15 @@ Outcome cleared(const State& state);
 /// setSupportedPassengerTypeCodes().
 Outcome supporting(const State& state, const QStringList& typeTexts);
 
-/// setNumberOfColumns() and setNumberOfRows().
+/// setNumberOfColumns(), setNumberOfRows() and setLogFareProducts().
 Outcome withColumns(const State& state, int columns);
 Outcome withRows(const State& state, int rows);
+Outcome withLogging(const State& state, bool logging);
 
 /// sortAndRegroup().
 Outcome laidOut(const State& state, const QStringList& typeTexts, int columns);
 
-/// sortBasedOnBackendAssignment(); there must be a product.
+/// sortBasedOnBackendAssignment().
 Outcome laidOutByPosition(const State& state);
 
 /// sortBasedOnLocalData().
@@ -115,20 +95,16 @@ Outcome laidOutByZone(const State& state, const QStringList& typeTexts);
 /// sortAndGroupProductsForZone().
 Outcome withZone(const State& state, int zone);
 
-/// What getIndeces() returns and writes.
-struct Slots
-{
-    QVector<int> numbers;
-    QString standardOutput;
-    QStringList branches;
-};
+/// getIndeces(): the slots.
+Outcome withSlots(const State& state, const QVector<int>& codes);
 
-Slots slotsOf(const State& state, const QVector<int>& codes);
+/// reOrder(): `names` at their places, " to " and the slots.
+Outcome moved(const State& state, const QStringList& names, const QVector<int>& slotNumbers);
 
-/// reOrder(): what then stands at each place.
-QVector<Product> reordered(const QVector<Product>& products, const QVector<int>& slotNumbers);
+/// What the checks of the positions answer.
+Outcome judged(const State& state, const QVector<int>& positions);
 
-/// Whether `numbers` holds each of 0 .. length - 1 once.
-bool isPermutation(const QVector<int>& numbers);
+/// printProducts().
+Outcome printed(const State& state, const QVector<Product>& products);
 
 } // namespace oracle

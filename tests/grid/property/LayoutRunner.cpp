@@ -1,188 +1,93 @@
 #include "LayoutRunner.h"
 
+#include "AutomaticSpacing.h"
+#include "GridText.h"
+#include "SignalLog.h"
+#include "StdoutCapture.h"
+#include "TerminalHome.h"
+
 #include "PassengerTypeItem.h"
 #include "PassengerTypesModel.h"
-#include "PassengerTypesModelInspector.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QEvent>
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <memory>
 
 using oracle::Outcome;
 using oracle::Product;
 using oracle::State;
-using oracle::Step;
 
 namespace
 {
 
-// ---- watching a model ----
-
 /// Writes down what a model does, with the log messages in between.
-class Observer : public QObject
+class Observer
 {
 public:
-    explicit Observer(LogCapture& log) : m_log(log) { m_log.clear(); }
-
-    void watch(PassengerTypesModel& model)
+    explicit Observer(LogCapture& log) : m_log(log)
     {
-        using Model = PassengerTypesModel;
-        connect(&model, &Model::numberOfColumnsChanged, this, [this](int columns) {
-            note({Step::Columns, columns, {}});
-        });
-        connect(&model, &Model::numberOfRowsChanged, this, [this](int rows) {
-            note({Step::Rows, rows, {}});
-        });
-        connect(&model, &Model::rowsInserted, this,
-                [this, &model](const QModelIndex&, int first, int last) {
-                    if (first == last && last == model.rowCount() - 1)
-                        note({Step::Appended, first, {}});
-                    else
-                        noteOther(QStringLiteral("insertion of rows %1 to %2 of %3")
-                                      .arg(first)
-                                      .arg(last)
-                                      .arg(model.rowCount()));
-                });
-        connect(&model, &Model::rowsRemoved, this, [this](const QModelIndex&, int first, int last) {
-            if (first == 0)
-                note({Step::Removed, last + 1, {}});
-            else
-                noteOther(QStringLiteral("removal of rows %1 to %2").arg(first).arg(last));
-        });
-        connect(&model, &Model::rowsMoved, this,
-                [this] { noteOther(QStringLiteral("move of rows")); });
-        connect(&model, &Model::modelReset, this, [this] { noteOther(QStringLiteral("reset")); });
-        connect(&model, &Model::layoutChanged, this,
-                [this] { noteOther(QStringLiteral("change of layout")); });
-        connect(&model, &Model::dataChanged, this,
-                [this] { noteOther(QStringLiteral("change of data")); });
+        m_log.clear();
+        m_log.observe([this] { noteMessage(); });
+    }
+    ~Observer() { m_log.observe({}); }
+    Q_DISABLE_COPY_MOVE(Observer)
+
+    void watch(const PassengerTypesModel& model)
+    {
+        m_signals = std::make_unique<SignalLog>(&model);
     }
 
     /// The steps since the last call.
-    QVector<Step> takeSteps()
+    QStringList takeSteps()
     {
-        noteMessages();
-        QVector<Step> steps;
+        noteSignals();
+        QStringList steps;
         steps.swap(m_steps);
         return steps;
     }
 
 private:
-    void noteMessages()
+    void noteSignals()
     {
-        const QVector<LogCapture::Record> records = m_log.records();
-        for (const LogCapture::Record& record : records) {
-            if (record.level == el::Level::Info)
-                m_steps.append({Step::Log, 0, record.message});
-            else
-                m_steps.append(
-                    {Step::Log, -1, QStringLiteral("not level Info: ") + record.message});
-        }
+        if (m_signals)
+            m_steps += m_signals->take();
+    }
+
+    void noteMessage()
+    {
+        noteSignals();
+        const LogCapture::Record record = m_log.records().last();
         m_log.clear();
+        m_steps +=
+            oracle::logged(record.level == el::Level::Info ? record.message : "not level Info");
     }
-
-    void note(const Step& step)
-    {
-        noteMessages();
-        m_steps.append(step);
-    }
-
-    void noteOther(const QString& what) { note({Step::Other, 0, what}); }
 
     LogCapture& m_log;
-    QVector<Step> m_steps;
+    std::unique_ptr<SignalLog> m_signals;
+    QStringList m_steps;
 };
 
 // ---- comparing ----
 
-using ::describe;
-
-QString describe(const Step& step)
-{
-    switch (step.kind) {
-    case Step::Columns:
-        return QStringLiteral("numberOfColumnsChanged(%1)").arg(step.value);
-    case Step::Rows:
-        return QStringLiteral("numberOfRowsChanged(%1)").arg(step.value);
-    case Step::Appended:
-        return QStringLiteral("insertion of row %1").arg(step.value);
-    case Step::Removed:
-        return QStringLiteral("removal of the first %1 rows").arg(step.value);
-    case Step::Other:
-        return step.text;
-    case Step::Log:
-        return QStringLiteral("message \"") + step.text + QLatin1Char('"');
-    }
-    return {};
-}
-
-QString describe(int value) { return QString::number(value); }
-
 QString compareValues(const QString& what, const QString& actual, const QString& expected)
 {
     return actual == expected ? QString()
-                              : QStringLiteral("%1:\n  model:  ").arg(what) + actual +
-                                    QStringLiteral("\n  oracle: ") + expected;
+                              : what + ":\n  model:  " + actual + "\n  oracle: " + expected;
 }
 
-template <typename T>
-QString compareLists(const QString& what, const QVector<T>& actual, const QVector<T>& expected)
+QString compareSteps(const QStringList& actual, const QStringList& expected)
 {
-    if (actual == expected)
-        return {};
     int place = 0;
     while (place < qMin(actual.size(), expected.size()) && actual.at(place) == expected.at(place))
         ++place;
-    const auto at = [place](const QVector<T>& list) {
-        return place < list.size() ? describe(list.at(place)) : QStringLiteral("nothing");
-    };
-    const QString where = QStringLiteral("%1, entry %2 (of %3, expected %4)")
-                              .arg(what)
-                              .arg(place)
-                              .arg(actual.size())
-                              .arg(expected.size());
-    return compareValues(where, at(actual), at(expected));
-}
-
-Product recorded(const sProduct& record)
-{
-    Product product;
-    product.passengerTypeId = record.passengerTypeId;
-    product.description = record.description;
-    product.passengerTypeCode = record.passengerTypeCode;
-    product.icon = record.icon;
-    product.price = record.price;
-    product.fareProductId = record.fareProductId;
-    product.fareProductName = record.fareProductName;
-    product.isReturnFee = record.isReturnFee;
-    product.fromStopGroupId = record.fromStopGroupId;
-    product.toStopGroupId = record.toStopGroupId;
-    product.fareProductColor = record.fareProductColor;
-    product.hasExpired = record.hasExpired;
-    product.fareDiscount = record.fareDiscount;
-    product.isDaily = record.isDaily;
-    product.pos = record.pos;
-    return product;
-}
-
-QVector<Product> recorded(const QVector<sProduct>& records)
-{
-    QVector<Product> products;
-    products.reserve(records.size());
-    for (const sProduct& record : records)
-        products.append(recorded(record));
-    return products;
-}
-
-bool sameValue(const QVariant& left, const QVariant& right)
-{
-    return left.userType() == right.userType() && left == right;
+    return actual == expected
+               ? QString()
+               : compareValues(QString("step %1 of %2, expected %3")
+                                   .arg(place)
+                                   .arg(actual.size())
+                                   .arg(expected.size()),
+                               actual.value(place, "none"), expected.value(place, "none"));
 }
 
 QString compareTile(const PassengerTypesModel& model, int row, const Product& expected)
@@ -192,71 +97,82 @@ QString compareTile(const PassengerTypesModel& model, int row, const Product& ex
     for (int i = 0; i < tile.roles.size(); ++i) {
         const int role = Qt::UserRole + 1 + i;
         const QVariant actual = model.data(index, role);
-        if (!sameValue(actual, tile.roles.at(i))) {
-            return QStringLiteral("row %1, role %2: model %3 %4, oracle %5 %6")
-                .arg(row)
-                .arg(role)
-                .arg(QLatin1String(actual.typeName()), actual.toString(),
-                     QLatin1String(tile.roles.at(i).typeName()), tile.roles.at(i).toString());
-        }
+        const QVariant& wanted = tile.roles.at(i);
+        if (actual.userType() != wanted.userType() || actual != wanted)
+            return compareValues(QString("row %1, role %2").arg(row).arg(role),
+                                 actual.typeName() + (' ' + actual.toString()),
+                                 wanted.typeName() + (' ' + wanted.toString()));
     }
     const auto* item = qobject_cast<const PassengerTypeItem*>(model.itemFromRow(row));
-    return compareValues(QStringLiteral("row %1, code text").arg(row),
-                         item ? item->code() : QStringLiteral("no PassengerTypeItem"), tile.code);
+    return compareValues(QString("row %1, code text").arg(row),
+                         item ? item->code() : "no PassengerTypeItem", tile.code);
 }
 
-QString compareTiles(const PassengerTypesModel& model, const QVector<Product>& expected)
+QString compareSizes(const PassengerTypesModel& model, const State& expected)
 {
-    if (model.rowCount() != expected.size()) {
-        return compareValues(QStringLiteral("row count"), describe(model.rowCount()),
-                             describe(expected.size()));
-    }
-    for (int row = 0; row < expected.size(); ++row) {
-        QString difference = compareTile(model, row, expected.at(row));
-        if (!difference.isEmpty())
-            return difference;
-    }
-    return {};
+    const auto compare = [](const char* what, int actual, int wanted) {
+        return compareValues(what, QString::number(actual), QString::number(wanted));
+    };
+    return compare("numberOfColumns", model.numberOfColumns(), expected.columns) +
+           compare("numberOfRows", model.numberOfRows(), expected.rows) +
+           compare("row count", model.rowCount(), expected.tiles.size());
 }
 
-QString compareStates(const PassengerTypesModel& model, const State& expected)
+QString compareTiles(const PassengerTypesModel& model, const State& expected, int firstRow)
 {
-    const PassengerTypesModelInspector kept(model);
-    const QStringList differences{
-        compareValues(QStringLiteral("numberOfColumns"), describe(model.numberOfColumns()),
-                      describe(expected.columns)),
-        compareValues(QStringLiteral("numberOfRows"), describe(model.numberOfRows()),
-                      describe(expected.rows)),
-        compareLists(QStringLiteral("display order"), kept.typeCodesOrder(), expected.order),
-        compareLists(QStringLiteral("supported types"), kept.supportedTypeCodes(),
-                     expected.supported),
-        compareLists(QStringLiteral("local types"), kept.localTypeCodes(), expected.local),
-        compareLists(QStringLiteral("products"), recorded(kept.products()), expected.products),
-        compareLists(QStringLiteral("daily products"), recorded(kept.dailyProducts()),
-                     expected.dailyProducts),
-        compareLists(QStringLiteral("grouped products"), recorded(kept.groupedProducts()),
-                     expected.groupedProducts),
-        compareTiles(model, expected.tiles)};
-    for (const QString& difference : differences) {
-        if (!difference.isEmpty())
-            return difference;
-    }
-    return {};
+    QString difference;
+    for (int row = firstRow; difference.isEmpty() && row < expected.tiles.size(); ++row)
+        difference = compareTile(model, row, expected.tiles.at(row));
+    return difference;
 }
 
 // ---- playing ----
 
-void addTo(PassengerTypesModel& model, const Record& record)
+QVector<sProduct> recordsOf(const Call& call)
 {
-    const Product& product = record.product;
-    model.addItem(product.passengerTypeId, product.description, record.typeText, product.icon,
-                  product.price, product.fareProductId, product.fareProductName,
-                  product.isReturnFee, product.fromStopGroupId, product.toStopGroupId,
-                  product.fareProductColor, product.hasExpired, product.fareDiscount,
-                  product.isDaily, product.pos);
+    QVector<sProduct> records;
+    for (const NewProduct& product : call.products)
+        records.append(product.record);
+    return records;
 }
 
-void play(PassengerTypesModel& model, const Call& call)
+QStringList namesOf(const QVector<sProduct>& records)
+{
+    QStringList names;
+    for (const sProduct& record : records)
+        names.append(record.fareProductName);
+    return names;
+}
+
+QString joined(const QVector<int>& numbers)
+{
+    QStringList texts;
+    for (const int number : numbers)
+        texts.append(QString::number(number));
+    return texts.join(' ');
+}
+
+QString judge(PassengerTypesModel& model, const QVector<int>& positions)
+{
+    QVector<sProduct> products(positions.size());
+    for (int i = 0; i < positions.size(); ++i)
+        products[i].pos = positions.at(i);
+    QStringList answers;
+    if (model.hasBackendAssignedSortingToProducts(products))
+        answers.append("some assigned");
+    if (model.hasBackendAssignedPosToProduct(products))
+        answers.append("all assigned");
+    if (model.checkForPosDuplicates(products))
+        answers.append("duplicates");
+    if (model.hasBackendAssignedPosToZero(products))
+        answers.append("zero");
+    if (PassengerTypesModel::hasBackendAssignedPosOutOfRange(products))
+        answers.append("out of range");
+    return answers.join(", ");
+}
+
+/// Returns the result.
+QString play(PassengerTypesModel& model, const Call& call)
 {
     switch (call.kind) {
     case Call::Clear:
@@ -266,20 +182,33 @@ void play(PassengerTypesModel& model, const Call& call)
         model.setSupportedPassengerTypeCodes(call.typeTexts);
         break;
     case Call::Add:
-        for (const Record& record : call.records)
-            addTo(model, record);
+        for (const NewProduct& product : call.products)
+            addItem(model, product);
         break;
     case Call::SwitchLogging:
-        model.setLogFareProducts(call.number != 0);
+        model.setLogFareProducts(call.number() != 0);
         break;
     case Call::SetColumns:
-        model.setNumberOfColumns(call.number);
+        model.setNumberOfColumns(call.number());
         break;
     case Call::SetRows:
-        model.setNumberOfRows(call.number);
+        model.setNumberOfRows(call.number());
+        break;
+    case Call::Slots:
+        return joined(model.getIndeces(call.numbers));
+    case Call::Move: {
+        QVector<sProduct> products = recordsOf(call);
+        QVector<int> numbers = call.numbers;
+        model.reOrder(products, numbers);
+        return namesOf(products).join(' ') + " to " + joined(numbers);
+    }
+    case Call::Judge:
+        return judge(model, call.numbers);
+    case Call::Print:
+        model.printProducts(recordsOf(call));
         break;
     case Call::LayOut:
-        model.sortAndRegroup(call.typeTexts, call.number);
+        model.sortAndRegroup(call.typeTexts, call.number());
         break;
     case Call::LayOutByPosition:
         model.sortBasedOnBackendAssignment();
@@ -288,16 +217,18 @@ void play(PassengerTypesModel& model, const Call& call)
         model.sortBasedOnLocalData(call.typeTexts);
         break;
     case Call::GroupZone:
-        model.sortAndGroupProductsForZone(call.number);
+        model.sortAndGroupProductsForZone(call.number());
         break;
     }
+    return {};
 }
 
-Outcome quietly(const State& state)
+Product productOf(const sProduct& record)
 {
-    Outcome outcome;
-    outcome.state = state;
-    return outcome;
+    const auto& [typeId, description, type, icon, price, fareProductId, name, returnFee, from, to,
+                 color, expired, discount, daily, pos] = record;
+    return {typeId, description, type,  icon,    price,    fareProductId, name, returnFee,
+            from,   to,          color, expired, discount, daily,         pos};
 }
 
 Outcome foretell(const State& state, const Call& call)
@@ -308,37 +239,53 @@ Outcome foretell(const State& state, const Call& call)
     case Call::Support:
         return oracle::supporting(state, call.typeTexts);
     case Call::Add: {
-        State after = state;
-        for (const Record& record : call.records)
-            after = oracle::added(std::move(after), record.product, record.typeText);
-        return quietly(after);
+        Outcome outcome{state, {}, {}, {}, {}};
+        for (const NewProduct& product : call.products)
+            outcome.state = oracle::added(std::move(outcome.state), productOf(product.record),
+                                          product.typeText);
+        return outcome;
     }
-    case Call::SwitchLogging: {
-        State after = state;
-        after.logging = call.number != 0;
-        return quietly(after);
-    }
+    case Call::SwitchLogging:
+        return oracle::withLogging(state, call.number() != 0);
     case Call::SetColumns:
-        return oracle::withColumns(state, call.number);
+        return oracle::withColumns(state, call.number());
     case Call::SetRows:
-        return oracle::withRows(state, call.number);
+        return oracle::withRows(state, call.number());
+    case Call::Slots:
+        return oracle::withSlots(state, call.numbers);
+    case Call::Move:
+        return oracle::moved(state, namesOf(recordsOf(call)), call.numbers);
+    case Call::Judge:
+        return oracle::judged(state, call.numbers);
+    case Call::Print: {
+        QVector<Product> products;
+        for (const NewProduct& product : call.products)
+            products.append(productOf(product.record));
+        return oracle::printed(state, products);
+    }
     case Call::LayOut:
-        return oracle::laidOut(state, call.typeTexts, call.number);
+        return oracle::laidOut(state, call.typeTexts, call.number());
     case Call::LayOutByPosition:
         return oracle::laidOutByPosition(state);
     case Call::LayOutByZone:
         return oracle::laidOutByZone(state, call.typeTexts);
     case Call::GroupZone:
-        return oracle::withZone(state, call.number);
+        return oracle::withZone(state, call.number());
     }
     return {};
 }
 
-bool isLayout(const Call& call) { return call.kind >= Call::LayOut; }
-
-bool isPossible(const Call& call, const State& state)
+/// Show what a model keeps to itself: the slots the display order and the types of the last layout,
+/// a layout by position the products, one without products how many types there were.
+QVector<Call> revealingCalls(const State& state)
 {
-    return call.kind != Call::LayOutByPosition || !state.products.isEmpty();
+    constexpr int mostTiles = 1000;
+    QVector<Call> calls{{Call::Slots, {}, {}, {0, 1, 3, 4, 5, 7, 8, 9, 10}}};
+    if (!state.products.isEmpty())
+        calls.append({Call::GroupZone, {}, {}, {state.products.first().toStopGroupId}});
+    if (state.tiles.size() <= mostTiles)
+        calls.append(Call{Call::LayOutByPosition});
+    return calls + QVector<Call>{Call{Call::Clear}, Call{Call::LayOut, {}, {}, {0}}};
 }
 
 /// What the event loop would do. The second call empties the queue, which only grows otherwise and
@@ -349,104 +296,89 @@ void destroyClearedRows()
     QCoreApplication::sendPostedEvents();
 }
 
-/// The logger's flag for the duration of a case.
-class AutoSpacing
-{
-public:
-    explicit AutoSpacing(bool on) : m_on(on)
-    {
-        if (m_on)
-            el::Loggers::addFlag(el::LoggingFlag::AutoSpacing);
-    }
-    ~AutoSpacing()
-    {
-        if (m_on)
-            el::Loggers::removeFlag(el::LoggingFlag::AutoSpacing);
-    }
-    AutoSpacing(const AutoSpacing&) = delete;
-    AutoSpacing& operator=(const AutoSpacing&) = delete;
-
-private:
-    const bool m_on;
-};
-
 } // namespace
 
-Verdict LayoutRunner::run(const Case& layoutCase)
+Verdict LayoutRunner::run(const Case& layoutCase, const Watcher& watch)
 {
-    const AutoSpacing spacing(layoutCase.autoSpacing);
+    const AutomaticSpacing spacing(layoutCase.autoSpacing);
     useConfiguration(layoutCase.configuration);
 
     Verdict verdict;
     State state;
+    Seen seen;
     QObject owner; // of the model and of its prototype row
     Observer observer(m_log);
+    PassengerTypesModel* model = nullptr;
+    bool isLastCall = false;
 
-    const auto differs = [&](const PassengerTypesModel& model, Outcome expected,
-                             const QString& output) {
+    const auto agrees = [&](const QString& place, Outcome expected, const auto& action) {
+        seen.output = QString::fromUtf8(stdoutOf([&] { seen.result = action(); }));
+        seen.steps = observer.takeSteps();
         if (m_distortion)
             m_distortion(expected);
         verdict.branches += expected.branches;
-        QString& difference = verdict.difference;
-        difference = compareLists(QStringLiteral("steps"), observer.takeSteps(), expected.steps);
-        if (difference.isEmpty()) {
-            difference =
-                compareValues(QStringLiteral("standard output"), output, expected.standardOutput);
-        }
-        if (difference.isEmpty())
-            difference = compareStates(model, expected.state);
+        const int firstNewTile = isLastCall ? 0 : state.tiles.size();
         state = expected.state;
-        return !difference.isEmpty();
+        QString difference =
+            compareSteps(seen.steps, expected.steps) +
+            compareValues("standard output", seen.output, expected.standardOutput) +
+            compareValues("result", seen.result, expected.result);
+        if (difference.isEmpty())
+            difference = compareSizes(*model, state);
+        if (difference.isEmpty())
+            difference = compareTiles(*model, state, firstNewTile);
+        if (!difference.isEmpty())
+            verdict.difference = place + ": " + difference;
+        return difference.isEmpty();
+    };
+    const auto playsAlike = [&](const QString& place, const Call& call) {
+        return agrees(place, foretell(state, call), [&] { return play(*model, call); });
     };
 
-    m_output.start();
-    auto* model = new PassengerTypesModel(&owner);
-    const QString constructionOutput = m_output.stop();
-    if (differs(*model,
+    if (!agrees("construction",
                 oracle::constructed(layoutCase.configuration.order,
                                     layoutCase.configuration.logging, layoutCase.autoSpacing),
-                constructionOutput)) {
-        verdict.difference.prepend(QStringLiteral("after construction, "));
+                [&] {
+                    model = new PassengerTypesModel(&owner);
+                    return QString();
+                }))
         return verdict;
-    }
     observer.watch(*model);
 
     for (int i = 0; i < layoutCase.calls.size(); ++i) {
         const Call& call = layoutCase.calls.at(i);
-        if (!isPossible(call, state))
-            continue;
-        verdict.layouts += isLayout(call) ? 1 : 0;
-        if (isLayout(call) && !state.tiles.isEmpty())
-            verdict.branches.append(QStringLiteral("layout behind earlier rows"));
-        m_output.start();
-        play(*model, call);
-        const QString output = m_output.stop();
-        if (differs(*model, foretell(state, call), output)) {
-            verdict.difference.prepend(QStringLiteral("after call %1, ").arg(i + 1));
+        const bool isLayout = call.kind >= Call::LayOut;
+        isLastCall = i == layoutCase.calls.size() - 1;
+        verdict.layouts += isLayout ? 1 : 0;
+        if (isLayout && !state.tiles.isEmpty())
+            verdict.branches.append("layout behind earlier rows");
+        if (!playsAlike(QString("call %1").arg(i + 1), call))
             return verdict;
-        }
+        if (isLayout)
+            seen.result = sizedGridText(*model);
+        if (watch)
+            watch(i, seen);
     }
+    isLastCall = false;
+    const QStringList branches = verdict.branches;
+    for (const Call& call : revealingCalls(state)) {
+        if (!playsAlike("revealing call", call))
+            return verdict;
+    }
+    verdict.branches = branches; // those of the case are counted
     destroyClearedRows();
     return verdict;
 }
 
+/// Each configuration is followed by a manager of its own: cases share the home that has it.
 void LayoutRunner::useConfiguration(const Configuration& configuration)
 {
-    const QJsonObject settings{
-        {QStringLiteral("passengerTypeCodesOrder"),
-         QJsonArray::fromStringList(configuration.order)},
-        {QStringLiteral("logLevels"),
-         configuration.logging ? QJsonArray{QStringLiteral("log_fareproducts")} : QJsonArray{}}};
-    const QByteArray text = QJsonDocument(settings).toJson();
-    QByteArray& home = m_homeOfSettings[QString::fromUtf8(text)];
+    QByteArray& home = m_homes[{configuration.order.join('\n'), configuration.logging}];
     if (home.isEmpty()) {
-        const QString path = m_homes.filePath(QString::number(m_homeOfSettings.size()));
-        const QString folder = path + QStringLiteral("/ProjectLink");
-        QFile file(folder + QStringLiteral("/settings.json"));
-        if (!QDir().mkpath(folder) || !file.open(QIODevice::WriteOnly) ||
-            file.write(text) != text.size())
-            qFatal("The settings cannot be written");
-        home = path.toUtf8();
+        const TerminalHome written(configuration.order, configuration.logging
+                                                            ? QStringList("log_fareproducts")
+                                                            : QStringList());
+        home = qgetenv("HOME");
     }
     qputenv("HOME", home);
 }
