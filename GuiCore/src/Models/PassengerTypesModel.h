@@ -184,8 +184,6 @@ signals:
     void logExtraFareProductsChanged();
 
 private:
-    friend class PassengerTypesModelInspector; // reads the members in tests
-
     int divisorColumns() const;
     void raiseNumberOfRows(int rows);
     const char* objectionToPositions();
