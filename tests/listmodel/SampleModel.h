@@ -3,8 +3,8 @@
 #include "ListModel.h"
 #include "SampleItem.h"
 
-/// A model of SampleItems, owned by the model. Their identities count from 0, so that these tell
-/// which row went where.
+/// A model of SampleItems, which it owns. Their identities count from 0: they show which row went
+/// where.
 class SampleModel : public rivo::models::ListModel
 {
 public:

@@ -34,7 +34,7 @@ public:
     int rowCount(const QModelIndex& = QModelIndex()) const override { return reported; }
 };
 
-/// A model that wants to know of every removal.
+/// A model that notes every removal.
 class WatchfulModel : public Model
 {
 public:
@@ -457,7 +457,7 @@ private slots:
         QCOMPARE(model.itemFromRow(0), nullptr);
     }
 
-    void clearRemovesAsManyRowsAsTheVirtualCountSays_data()
+    void clearRemovesAsManyRowsAsTheVirtualCount_data()
     {
         QTest::addColumn<int>("rows");
         QTest::addColumn<int>("reported");
@@ -473,7 +473,7 @@ private slots:
             << 0 << 7 << "" << QStringList();
     }
 
-    void clearRemovesAsManyRowsAsTheVirtualCountSays()
+    void clearRemovesAsManyRowsAsTheVirtualCount()
     {
         QFETCH(int, rows);
         QFETCH(int, reported);
@@ -559,7 +559,7 @@ private slots:
         QFETCH(QString, after);
         QFETCH(QStringList, emitted);
         Model model(3);
-        SignalLog log(&model); // connected first, hears first
+        SignalLog log(&model); // connected first, called first
         m_callBack = [&model, callBack, once = true]() mutable {
             if (std::exchange(once, false))
                 make(model, callBack);

@@ -131,7 +131,7 @@ private slots:
         QCOMPARE(SampleModel().countByRole(SampleItem::ValueRole, 1), 0);
     }
 
-    void handlerHearsOfEveryRowThatIsHandedOut()
+    void theHandlerIsCalledWithEveryRowThatIsHandedOut()
     {
         SampleModel model(1);
         SampleItem* first = model.item(0); // without a handler

@@ -148,7 +148,7 @@ private slots:
         }
     }
 
-    /// Whatever is compared in a way of its own is ordered as QVariant does.
+    /// Texts are compared in a way of their own, and all values are ordered as QVariant does.
     void everyPairIsInTheOrderOfItsValues()
     {
         const QVariantList values{QString(),
@@ -320,7 +320,7 @@ private slots:
         QCOMPARE(ids(model).mid(last), counted(1000).mid(last));
     }
 
-    void viewsAreNotTold()
+    void noViewIsNotified()
     {
         Model model(QVariantList{3, 2, 1});
         const QPersistentModelIndex first = model.index(0, 0);

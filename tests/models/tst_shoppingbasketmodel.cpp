@@ -166,7 +166,7 @@ private slots:
         QCOMPARE(trip.rowCounts, QVector<int>(7, 1));
     }
 
-    // What views see is one insertion: the stops that are set before it reach nobody.
+    // Views see one insertion: the stops are set before the row is connected.
     void emissions()
     {
         Trip trip(*m_basket);

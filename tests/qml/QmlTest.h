@@ -7,8 +7,8 @@
 #include <QStringList>
 #include <QTest>
 
-/// A test with the QML module. Whatever Qt and QML have to say during a test function is a fault of
-/// it; the library's log is kept off the console.
+/// A test with the QML module. Any message of Qt or QML during a test function is a failure; the
+/// library's log is kept off the console.
 class QmlTest : public QObject
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ private slots:
     }
 
 protected:
-    /// What was said since the test function began or the last call, for whoever expects it.
+    /// What Qt and QML reported since the test function began or since the last call.
     static QStringList takeTexts()
     {
         const QStringList taken = texts();

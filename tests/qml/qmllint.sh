@@ -15,7 +15,7 @@ mapfile -d '' files < <(find . \( -name build -o -name .git \) -prune -o -name '
 # Some complaints leave the exit code at 0, so silence is what counts.
 complaints() { "$qmllint" --check-unqualified "${imports[@]}" "$@" 2>&1 || echo "exit code $?"; }
 
-# The linter knows the module: it finds the two mistakes here, and no third.
+# The linter finds the module: it reports these two mistakes and no third.
 wrong="$(mktemp --suffix=.qml)"
 trap 'rm -f "$wrong"' EXIT
 cat > "$wrong" << 'EOT'
@@ -35,7 +35,7 @@ found="$(complaints "$wrong" | grep -oE 'Property "[A-Za-z_]+" not found on type
 expected='Property "numberOfColumn" not found on type "PassengerTypesModel"
 Property "PT_STUDENT" not found on type "PassengerTypesModel"'
 [ "$found" = "$expected" ] || {
-    echo "The linter does not know the module; it says:"
+    echo "The linter does not find the module; it reports:"
     complaints "$wrong"
     exit 1
 }

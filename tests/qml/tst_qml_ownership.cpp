@@ -272,7 +272,7 @@ private slots:
         stage.model->takeRow(0);
     }
 
-    // Against the contract, and harmless as long as nobody uses the row.
+    // Against the contract, and harmless as long as the row is not used.
     void aRowThatIsBeingDestroyedIsHandedOut()
     {
         QObject owner;

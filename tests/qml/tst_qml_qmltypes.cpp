@@ -116,8 +116,8 @@ QStringList methodsOf(const Element& component)
     return texts;
 }
 
-/// A signal that says no more than that a property of its name changed is understood.
-bool isUnderstood(const QMetaObject& type, const QMetaMethod& method)
+/// A signal without arguments that only reports a change of the property of its name is not listed.
+bool isImplied(const QMetaObject& type, const QMetaMethod& method)
 {
     if (method.methodType() != QMetaMethod::Signal || method.parameterCount() > 0)
         return false;
@@ -135,7 +135,7 @@ QStringList methodsOf(const QMetaObject& type)
     QStringList texts;
     for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
         const QMetaMethod method = type.method(i);
-        if (isUnderstood(type, method))
+        if (isImplied(type, method))
             continue;
         QStringList parameters;
         for (int p = 0; p < method.parameterCount(); ++p)
@@ -190,7 +190,7 @@ QVector<ExportedType> exportedTypes()
 
 } // namespace
 
-/// plugins.qmltypes says to tools what an engine with the module does.
+/// plugins.qmltypes describes to tools what an engine with the module does.
 class TestQmlTypes : public QmlTest
 {
     Q_OBJECT

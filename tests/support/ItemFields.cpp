@@ -13,8 +13,8 @@ namespace
 
 const QDateTime morning(QDate(2024, 5, 1), QTime(6, 30), Qt::UTC);
 
-/// Of one type. Moments, places, lists and amounts have neighbours that only a strict comparison
-/// tells apart, or only a tolerant one does not.
+/// Of one type. Some moments, places, lists and amounts are equal to one comparison and different to
+/// another.
 QVariantList valuesOf(int type)
 {
     switch (type) {

@@ -120,7 +120,7 @@ public:
     /// Nothing is left to decide by.
     bool isOver() const { return m_random.areUsedUp(); }
 
-    /// Does one operation and compares; the text tells what differs, or is empty.
+    /// Does one operation and compares; returns what differs.
     QString step()
     {
         m_expected.clear();
@@ -169,10 +169,7 @@ private:
     const Operation& nextOperation()
     {
         static const std::vector<Operation> operations{
-            {"appendRow", 12, &RandomRun::appendRow},
-            {"appendRowFromQml", 4, &RandomRun::appendRowFromQml},
-            {"appendRows", 4, &RandomRun::appendRows},
-            {"insertRow", 16, &RandomRun::insertRow},
+            {"insertion", 36, &RandomRun::insert},
             {"putBack", 6, &RandomRun::putBack},
             {"removeRow", 6, &RandomRun::removeRow},
             {"removeRows", 4, &RandomRun::removeRows},
@@ -204,55 +201,40 @@ private:
     // Operations. Each states in m_expected what the model must emit and brings m_rows to what it
     // must show.
 
-    void appendRow()
+    void insert()
     {
-        const Row row = newRow();
-        m_model.appendRow(row.item);
-        expectInsertion(rowCount(), {row});
-    }
-
-    void appendRowFromQml()
-    {
-        const Row row = newRow();
-        m_model.appendRowFromQml(row.item);
-        expectInsertion(rowCount(), {row});
-    }
-
-    void appendRows()
-    {
-        std::vector<Row> rows;
-        for (int i = m_random.bounded(5); i > 0; --i)
+        std::vector<Row> rows{newRow()};
+        if (m_random.bounded(9) == 0) {
             rows.push_back(newRow());
-        m_model.appendRows(pointers(rows));
-        expectInsertion(rowCount(), rows);
-    }
-
-    void insertRow()
-    {
-        const int position = m_random.bounded(rowCount() + 1);
-        const Row row = newRow();
-        m_model.insertRow(position, row.item);
-        expectInsertion(position, {row});
+            rows.push_back(newRow());
+        }
+        bringIn(rows);
     }
 
     /// Rows that were taken out come back.
     void putBack()
     {
-        if (m_taken.empty())
-            return;
-        const int size = 1 + m_random.bounded(static_cast<int>(m_taken.size()));
+        const auto size = m_random.bounded(static_cast<int>(m_taken.size()) + 1);
         const std::vector<Row> rows(m_taken.cend() - size, m_taken.cend());
         m_taken.resize(m_taken.size() - rows.size());
+        bringIn(rows);
+    }
+
+    /// In one of the ways that there are for so many rows.
+    void bringIn(const std::vector<Row>& rows)
+    {
+        enum Way { AppendRow, AppendRowFromQml, InsertAtEnd, Insert };
+        const int way = m_random.bounded(2) == 0 ? Insert : m_random.bounded(3);
         const int position =
-            size > 1 || m_random.bounded(2) == 0 ? rowCount() : m_random.bounded(rowCount() + 1);
-        if (position < rowCount())
-            m_model.insertRow(position, rows.front().item);
-        else if (size > 1)
+            rows.size() == 1 && way == Insert ? m_random.bounded(rowCount() + 1) : rowCount();
+        if (rows.size() != 1)
             m_model.appendRows(pointers(rows));
-        else if (m_random.bounded(2) == 0)
+        else if (way == AppendRow)
             m_model.appendRow(rows.front().item);
-        else
+        else if (way == AppendRowFromQml)
             m_model.appendRowFromQml(rows.front().item);
+        else
+            m_model.insertRow(position, rows.front().item);
         expectInsertion(position, rows);
     }
 
@@ -454,7 +436,7 @@ private:
     {
         m_taken.insert(m_taken.end(), m_rows.begin() + row, m_rows.begin() + row + size);
         expectRemoval(row, size);
-        // Whoever took rows may destroy them.
+        // Rows that were taken may be destroyed.
         while (m_taken.size() > mostTaken) {
             delete m_taken.front().item;
             m_taken.erase(m_taken.begin());
@@ -521,11 +503,11 @@ private:
 
     void compareEverything()
     {
+        const int roles = m_itemClass.roleNames().size();
         for (int row = 0; row < rowCount(); ++row) {
             compareValues(row);
             const QVariantMap exported = m_model.get(row).toMap();
-            expect(exported.size() == m_itemClass.roleNames().size(),
-                   "get() has another number of keys");
+            expect(exported.size() == roles, "get() has another number of keys");
             for (const ItemField& field : m_itemClass.fields) {
                 if (field.role != 0)
                     expect(sameValue(exported.value(QString::fromLatin1(field.roleName)),
@@ -565,7 +547,7 @@ private:
         return randomField([](const ItemField& field) { return field.role != 0; });
     }
 
-    /// Of a type that QVariant knows how to order.
+    /// Of a type that QVariant orders.
     int randomOrderedField()
     {
         return randomField([](const ItemField& field) {

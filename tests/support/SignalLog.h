@@ -13,7 +13,7 @@
 ///     model.appendRow(item);
 ///     QCOMPARE(log.take(), announcedInsertion(0, 0, 1));
 ///
-/// Covers each signal of each class below QObject, whether the test thinks of it or not. Nested
+/// Covers each signal of each class below QObject, also those that the test does not expect. Nested
 /// emissions stand where they happened. An index is written as its row, or "-" if invalid.
 class SignalLog : public QObject // a hand-written receiver: no Q_OBJECT, see qt_metacall()
 {

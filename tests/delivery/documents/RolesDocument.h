@@ -7,7 +7,7 @@
 /// Lines of an interface by class and table, as comparable texts: "257, id, int, int".
 using InterfaceLines = QMap<QString, QMap<QString, QStringList>>;
 
-/// What docs/roles.md says.
+/// What docs/roles.md states.
 struct RolesDocument
 {
     InterfaceLines lines;            ///< without the columns that only explain

@@ -125,14 +125,14 @@ private slots:
 
     // The document against the library.
 
-    void tellsWhatTheLibraryHasAndNothingElse_data()
+    void statesWhatTheLibraryHasAndNothingElse_data()
     {
         QTest::addColumn<QString>("className");
         for (const QString& name : m_library.keys())
             QTest::newRow(qPrintable(name)) << name;
     }
 
-    void tellsWhatTheLibraryHasAndNothingElse()
+    void statesWhatTheLibraryHasAndNothingElse()
     {
         QFETCH(QString, className);
         QVERIFY(!m_document.lines[className].isEmpty());
