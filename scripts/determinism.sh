@@ -2,7 +2,7 @@
 # The same results whatever the hash seed, locale, time zone, compiler and optimisation: runs the
 # C++ tests with their golden files, and compares what the tools print byte by byte.
 #
-#   scripts/determinism.sh        a sample of three settings with build/dev
+#   scripts/determinism.sh        a sample of two settings with build/dev
 #   scripts/determinism.sh --all  ten hash seeds, with every pair of locale and time zone among them,
 #                                 for each of g++ and clang++ at -O0 and -O3
 set -euo pipefail
@@ -25,7 +25,7 @@ done
 
 # Seed, locale and time zone of each run. The seeds are those at the ends and some between; the time
 # zones are 13 hours ahead and 3.5 hours behind, both with summer time.
-sample="0:C:Pacific/Auckland 1:de_DE.UTF-8:America/St_Johns 4294967295:tr_TR.UTF-8:Pacific/Auckland"
+sample="0:de_DE.UTF-8:America/St_Johns 4294967295:tr_TR.UTF-8:Pacific/Auckland"
 all="0:C:Pacific/Auckland 1:de_DE.UTF-8:America/St_Johns 2:tr_TR.UTF-8:Pacific/Auckland
     3:C:America/St_Johns 42:de_DE.UTF-8:Pacific/Auckland 1000:tr_TR.UTF-8:America/St_Johns
     65537:C:Pacific/Auckland 123456789:de_DE.UTF-8:America/St_Johns
