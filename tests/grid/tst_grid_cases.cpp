@@ -30,8 +30,6 @@ struct Example
 void addStatement(Example& example, const QString& respect, const QString& text)
 {
     const int call = example.layoutCase.calls.size() - 1;
-    if (call < 0)
-        qFatal("%s: no call that could show \"%s\"", qPrintable(example.place), qPrintable(text));
     QVector<Statement>& statements = example.statements;
     if (!statements.isEmpty() && statements.last().call == call &&
         statements.last().respect == respect)
@@ -85,9 +83,10 @@ void readExamples(const QString& path, Take take)
             common.clear();
         } else if (!line.startsWith(' ')) {
             finish();
-            title = line;
+            title = line.section(": ", 0, 0);
             example = {QFileInfo(path).fileName() + ':' + QString::number(number), {}, {}};
-            for (const QString& text : qAsConst(common))
+            for (const QString& text :
+                 common + line.section(": ", 1).split('\n', Qt::SkipEmptyParts))
                 addText(example, text);
         } else if (title.isEmpty()) {
             common.append(line.trimmed());

@@ -109,17 +109,6 @@ private slots:
 
     // Properties
 
-    void newModelHasDefaults()
-    {
-        const Model model(m_owner.get());
-        QCOMPARE(model.numberOfColumns(), 3);
-        QCOMPARE(model.numberOfRows(), 0);
-        QCOMPARE(model.logFareProducts(), false);
-        QCOMPARE(model.logExtraFareProducts(), false);
-        QCOMPARE(model.rowCount(), 0);
-        QCOMPARE(model.roleNames(), PassengerTypeItem(m_owner.get()).roleNames());
-    }
-
     void setterAnnouncesDifferentValueOnce_data()
     {
         QTest::addColumn<QByteArray>("property");
@@ -150,6 +139,7 @@ private slots:
         QFETCH(QString, emitted);
 
         Model model(m_owner.get());
+        QCOMPARE(model.property(property), values.first());
         SignalLog signalLog(&model);
         for (const QVariant& value : values) {
             QVERIFY(model.setProperty(property, value));
@@ -160,45 +150,10 @@ private slots:
 
     // Construction
 
-    void constructorReadsDisplayOrder_data()
-    {
-        QTest::addColumn<QStringList>("configured");
-        QTest::addColumn<QString>("message");
-
-        QTest::newRow("without an order the closing dot stands once")
-            << QStringList() << "Products ordering in config is empty.";
-        QTest::newRow("unknown text enters the order as 0")
-            << QStringList{"PT_ADULT", "PT_LFS", "X"} << "[1->PT_ADULT],[8->PT_LFS],[0->X]";
-        QTest::newRow("single type has no comma")
-            << QStringList{"PT_MILITARY_2"} << "[10->PT_MILITARY_2]";
-        QTest::newRow("repeated type stays repeated")
-            << QStringList{"PT_ADULT", "PT_ADULT"} << "[1->PT_ADULT],[1->PT_ADULT]";
-        QTest::newRow("case matters") << QStringList{"pt_adult"} << "[0->pt_adult]";
-        QTest::newRow("empty text is a type of its own, unknown") << QStringList{""} << "[0->]";
-        QTest::newRow("text is not taken for a place to fill")
-            << QStringList{"%1", "%2"} << "[0->%1],[0->%2]";
-        QTest::newRow("text beyond ASCII reaches the log")
-            << QStringList{QString::fromUtf8("Dorosły")} << QString::fromUtf8("[0->Dorosły]");
-    }
-
-    void constructorReadsDisplayOrder()
-    {
-        QFETCH(QStringList, configured);
-        QFETCH(QString, message);
-
-        // Whatever the switch says.
-        for (const QStringList& levels : {QStringList(), QStringList("log_fareproducts")}) {
-            const TerminalHome home(configured, levels);
-            m_log->clear();
-            const Model model(m_owner.get());
-            QCOMPARE(m_log->messages(), QStringList("TypeCodes Order: " + message));
-        }
-    }
-
-    void constructorReadsLogLevels_data()
+    void logLevelsDecideAboutProductDumps_data()
     {
         QTest::addColumn<QStringList>("levels");
-        QTest::addColumn<bool>("logFareProducts");
+        QTest::addColumn<bool>("isOn");
 
         QTest::newRow("no level") << QStringList() << false;
         QTest::newRow("only level") << QStringList{"log_fareproducts"} << true;
@@ -213,15 +168,29 @@ private slots:
             << QStringList{"log_fareproducts_all", "fareproducts"} << false;
     }
 
-    void constructorReadsLogLevels()
+    void logLevelsDecideAboutProductDumps()
     {
         QFETCH(QStringList, levels);
-        QFETCH(bool, logFareProducts);
+        QFETCH(bool, isOn);
 
-        m_home->writeSettings({}, levels);
-        const Model model(m_owner.get());
-        QCOMPARE(model.logFareProducts(), logFareProducts);
-        QCOMPARE(model.logExtraFareProducts(), false);
+        // Those of the start, then those that follow, twice.
+        for (const QStringList& first : {levels, QStringList(), QStringList("log_fareproducts")}) {
+            const TerminalHome home({}, first);
+            Model model(m_owner.get());
+            Model other(m_owner.get());
+            const bool wasOn = first == levels ? isOn : !first.isEmpty();
+            QCOMPARE(model.logFareProducts(), wasOn);
+            QCOMPARE(model.logExtraFareProducts(), false);
+            SignalLog signalLog(&model);
+            other.setLogFareProducts(!isOn);
+            for (const bool isChange : {wasOn != isOn, false}) {
+                emit home.settings()->logLevelsChanged(levels);
+                QCOMPARE(model.logFareProducts(), isOn);
+                QCOMPARE(other.logFareProducts(), isOn);
+                QCOMPARE(signalLog.take(),
+                         isChange ? QStringList("logFareProductsChanged()") : QStringList());
+            }
+        }
     }
 
     void constructorReadsMarkerFile_data()
@@ -230,16 +199,14 @@ private slots:
         QTest::addColumn<QString>("folder");
         QTest::addColumn<bool>("logExtraFareProducts");
 
-        QTest::newRow("no marker file") << ""
-                                        << "" << false;
-        QTest::newRow("marker file") << "debug"
-                                     << "" << true;
-        QTest::newRow("a folder of that name is no marker file") << ""
-                                                                 << "debug" << false;
-        QTest::newRow("case matters") << "DEBUG"
-                                      << "" << false;
-        QTest::newRow("an extension matters") << "debug.txt"
-                                              << "" << false;
+        const auto row = [](const char* name, const char* file, const char* folder, bool isOn) {
+            QTest::newRow(name) << file << folder << isOn;
+        };
+        row("no marker file", "", "", false);
+        row("marker file", "debug", "", true);
+        row("a folder of that name is no marker file", "", "debug", false);
+        row("case matters", "DEBUG", "", false);
+        row("an extension matters", "debug.txt", "", false);
     }
 
     void constructorReadsMarkerFile()
@@ -310,58 +277,6 @@ private slots:
 
     // Configuration at run time
 
-    void logLevelsAreFollowed_data()
-    {
-        QTest::addColumn<QStringList>("configured");
-        QTest::addColumn<QStringList>("changed");
-        QTest::addColumn<bool>("logFareProducts");
-        QTest::addColumn<int>("emitted");
-
-        QTest::newRow("switched on")
-            << QStringList{"info"} << QStringList{"info", "log_fareproducts"} << true << 1;
-        QTest::newRow("switched off")
-            << QStringList{"log_fareproducts"} << QStringList() << false << 1;
-        QTest::newRow("other level added while on")
-            << QStringList{"log_fareproducts"} << QStringList{"info", "log_fareproducts"} << true
-            << 0;
-        QTest::newRow("other level added while off")
-            << QStringList() << QStringList{"info"} << false << 0;
-        QTest::newRow("case matters")
-            << QStringList() << QStringList{"LOG_FAREPRODUCTS"} << false << 0;
-    }
-
-    void logLevelsAreFollowed()
-    {
-        QFETCH(QStringList, configured);
-        QFETCH(QStringList, changed);
-        QFETCH(bool, logFareProducts);
-        QFETCH(int, emitted);
-
-        m_home->writeSettings({}, configured);
-        Model model(m_owner.get());
-        SignalLog signalLog(&model);
-        for (int time = 0; time < 2; ++time) {
-            emit m_home->settings()->logLevelsChanged(changed);
-            QCOMPARE(model.logFareProducts(), logFareProducts);
-            QCOMPARE(signalLog.take(), time == 0 && emitted
-                                           ? QStringList("logFareProductsChanged()")
-                                           : QStringList());
-        }
-    }
-
-    void logLevelsFollowedByEveryModel()
-    {
-        Model one(m_owner.get());
-        Model other(m_owner.get());
-        one.setLogFareProducts(true);
-        emit m_home->settings()->logLevelsChanged({"log_fareproducts"});
-        QCOMPARE(one.logFareProducts(), true);
-        QCOMPARE(other.logFareProducts(), true);
-        emit m_home->settings()->logLevelsChanged({});
-        QCOMPARE(one.logFareProducts(), false);
-        QCOMPARE(other.logFareProducts(), false);
-    }
-
     void subscriptionEndsWithModel()
     {
         const SettingsConfig* settings = m_home->settings();
@@ -373,56 +288,7 @@ private slots:
         emit m_home->settings()->logLevelsChanged({"log_fareproducts"});
     }
 
-    void settingsFileIsFollowed_data()
-    {
-        QTest::addColumn<bool>("isThereAtStart");
-        QTest::addColumn<bool>("isReplaced");
-
-        QTest::newRow("file replaced") << true << true;
-        QTest::newRow("file rewritten in place") << true << false;
-        QTest::newRow("file created after start") << false << true;
-    }
-
-    void settingsFileIsFollowed()
-    {
-        QFETCH(bool, isThereAtStart);
-        QFETCH(bool, isReplaced);
-
-        const auto write = [this, isReplaced](const QByteArray& levels) {
-            const QByteArray content = R"({"logLevels": [)" + levels + "]}";
-            if (isReplaced) {
-                m_home->writeFile(content);
-            } else {
-                QFile file(m_home->settingsFile());
-                QVERIFY(file.open(QIODevice::WriteOnly));
-                file.write(content);
-            }
-        };
-        if (isThereAtStart)
-            m_home->writeSettings({}, {});
-
-        Model model(m_owner.get());
-        QCOMPARE(model.logFareProducts(), false);
-        SignalLog signalLog(&model);
-
-        write(R"("log_fareproducts")");
-        QTRY_COMPARE(model.logFareProducts(), true);
-        QTest::qWait(300);
-        QCOMPARE(signalLog.take(), QStringList("logFareProductsChanged()"));
-
-        write(R"("log_fareproducts" )"); // differs on disk only
-        QTest::qWait(300);
-        write(R"("info", "log_fareproducts")"); // another list, the same switch
-        QTest::qWait(300);
-        QCOMPARE(signalLog.take(), QStringList());
-
-        write(R"("info")");
-        QTRY_COMPARE(model.logFareProducts(), false);
-        QTest::qWait(300);
-        QCOMPARE(signalLog.take(), QStringList("logFareProductsChanged()"));
-    }
-
-    void displayOrderIsReadAtConstructionOnly()
+    void settingsFileIsFollowedButForTheDisplayOrder()
     {
         m_home->writeSettings({"PT_ADULT"}, {});
         Model model(m_owner.get());
@@ -430,10 +296,12 @@ private slots:
         m_home->writeSettings({"PT_LFS"}, {"log_fareproducts"});
         QTRY_COMPARE(model.logFareProducts(), true);
         QCOMPARE(m_log->messages(), QStringList());
-        stdoutOf([&model] { QCOMPARE(model.getIndeces({1}), QVector<int>{0}); });
+        QCOMPARE(stdoutOf([&model] { model.getIndeces({1}); }), QByteArray("Indeces: [0]\n"));
 
         const Model later(m_owner.get());
         QCOMPARE(m_log->messages(), QStringList("TypeCodes Order: [8->PT_LFS]"));
+        m_home->writeSettings({}, {"info"});
+        QTRY_COMPARE(model.logFareProducts(), false);
     }
 
     // Registry of configuration objects
@@ -450,24 +318,6 @@ private slots:
         QCOMPARE(JsonObjectFactory::m_ObjectsMap().value("settingsConfig"), registeredAtLoad);
         QVERIFY(!JsonObjectFactory::isRegistered("SettingsConfig"));
         QVERIFY(!JsonObjectFactory::isRegistered(""));
-    }
-
-    void registrationLeavesEntryAsItIs()
-    {
-        {
-            const JsonObjectFactory::JsonObjectRegistration<SettingsConfig> again("settingsConfig");
-            QCOMPARE(JsonObjectFactory::m_ObjectsMap().value("settingsConfig"), registeredAtLoad);
-        }
-        QCOMPARE(JsonObjectFactory::m_ObjectsMap().value("settingsConfig"), registeredAtLoad);
-    }
-
-    void emptyRegistrationIsReported()
-    {
-        const QStringList before = JsonObjectFactory::m_ObjectsMap().keys();
-        QTest::ignoreMessage(QtDebugMsg, "\n\n\n Requested empty class registration \n\n\n");
-        const JsonObjectFactory::JsonObjectRegistration<SettingsConfig> empty{QString()};
-        QVERIFY(!JsonObjectFactory::isRegistered(""));
-        QCOMPARE(JsonObjectFactory::m_ObjectsMap().keys(), before);
     }
 
     // Clearing

@@ -51,11 +51,29 @@ public:
         return list;
     }
 
-    /// Some of the list, at least one, in random order.
+    /// Some of the list, in random order.
     template <typename List>
-    List some(const List& list)
+    List some(const List& list, int least = 1, int most = highest)
     {
-        return shuffled(list).mid(0, between(1, list.size()));
+        return shuffled(list).mid(0, between(least, qMin(most, list.size())));
+    }
+
+    QVector<int> numbers(int count, int first, int last)
+    {
+        QVector<int> numbers;
+        while (numbers.size() < count)
+            numbers.append(between(first, last));
+        return numbers;
+    }
+
+    /// One of the values, by weight.
+    template <typename Value>
+    Value oneOf(const QVector<QPair<int, Value>>& values)
+    {
+        QVector<int> weights;
+        for (const auto& value : values)
+            weights.append(value.first);
+        return values.at(weighted(weights)).second;
     }
 
     /// Index of a weight, by weight.
@@ -75,115 +93,61 @@ private:
 
 QStringList randomOrder(Random& random)
 {
-    switch (random.weighted({15, 20, 30, 15, 20})) {
-    case 0:
-        return {};
-    case 1:
-        return random.shuffled(knownTypes);
-    case 2:
-        return random.shuffled(knownTypes).mid(0, random.between(1, 4));
-    case 3:
-        return random.shuffled(knownTypes + unknownTypes).mid(0, random.between(2, 8));
-    default: {
-        const QStringList some = random.some(knownTypes + unknownTypes.mid(0, 1));
-        return random.shuffled(some + random.some(some)).mid(0, 10);
-    }
-    }
+    const QStringList repeated = random.some(knownTypes + unknownTypes.mid(0, 1));
+    return random.oneOf<QStringList>(
+        {{15, {}},
+         {20, random.shuffled(knownTypes)},
+         {30, random.some(knownTypes, 1, 4)},
+         {15, random.some(knownTypes + unknownTypes, 2, 8)},
+         {20, random.shuffled(repeated + random.some(repeated)).mid(0, 10)}});
 }
 
 /// The types that the products of one list have.
-QStringList randomTypes(Random& random, const QStringList& order)
+QStringList randomTypes(Random& random, QStringList order)
 {
-    switch (random.weighted({order.isEmpty() ? 0 : 35, 25, 10, 8, 12, 10})) {
-    case 0: {
-        QStringList types = order;
-        types.removeDuplicates();
-        return types;
-    }
-    case 1:
-        return random.shuffled(knownTypes).mid(0, random.between(1, 4));
-    case 2:
-        return random.shuffled(knownTypes);
-    case 3:
-        return knownTypes.mid(6, random.between(1, 2));
-    case 4:
-        return random.some(knownTypes + unknownTypes);
-    default:
-        return random.shuffled(knownTypes).mid(0, random.between(5, 8));
-    }
+    order.removeDuplicates();
+    return random.oneOf<QStringList>({{order.isEmpty() ? 0 : 35, order},
+                                      {25, random.some(knownTypes, 1, 4)},
+                                      {10, random.shuffled(knownTypes)},
+                                      {8, knownTypes.mid(6, random.between(1, 2))},
+                                      {12, random.some(knownTypes + unknownTypes)},
+                                      {10, random.some(knownTypes, 5, 8)}});
 }
 
 QStringList randomLocalTypes(Random& random, const QStringList& types)
 {
-    switch (random.weighted({36, 11, 14, 8, 11, 6, 5, 9})) {
-    case 0:
-        return random.shuffled(types);
-    case 1:
-        return random.some(types);
-    case 2: {
-        QStringList superset = types + random.some(knownTypes);
-        superset.removeDuplicates();
-        return random.shuffled(superset);
-    }
-    case 3: {
-        QStringList others;
-        for (const QString& type : knownTypes) {
-            if (!types.contains(type))
-                others.append(type);
-        }
-        return others.isEmpty() ? others : random.some(others);
-    }
-    case 4:
-        return random.shuffled(types + random.some(types));
-    case 5:
-        return {};
-    case 6:
-        return random.some(knownTypes + unknownTypes);
-    default: // with PT_LFS as the last
-        return random.shuffled(knownTypes.mid(0, 5)).mid(0, random.between(3, 5)) +
-               knownTypes.mid(5, 1);
-    }
+    QStringList more = types + random.some(knownTypes);
+    more.removeDuplicates();
+    QStringList others = knownTypes;
+    for (const QString& type : types)
+        others.removeOne(type);
+    const QStringList endingInLfs = random.some(knownTypes.mid(0, 5), 3, 5) << knownTypes.at(5);
+    return random.oneOf<QStringList>({{36, random.shuffled(types)},
+                                      {11, random.some(types)},
+                                      {14, random.shuffled(more)},
+                                      {8, others.isEmpty() ? others : random.some(others)},
+                                      {11, random.shuffled(types + random.some(types))},
+                                      {6, {}},
+                                      {5, random.some(knownTypes + unknownTypes)},
+                                      {9, endingInLfs}});
 }
 
 QVector<int> randomZones(Random& random)
 {
-    QVector<int> zones;
-    switch (random.weighted({30, 35, 15, 10, 10})) {
-    case 0:
-        return {random.between(1, 9)};
-    case 1:
-        for (int count = random.between(2, 4); count > 0; --count)
-            zones.append(random.between(1, 9));
-        return zones;
-    case 2:
-        for (int count = random.between(5, 30); count > 0; --count)
-            zones.append(random.between(-5, 40));
-        return zones;
-    case 3:
-        for (int count = random.between(1, 5); count > 0; --count)
-            zones.append(random.between(-4, 1));
-        return zones;
-    default:
-        return random.some(QVector<int>{lowest, highest, 0, -1, 1, lowest + 1, highest - 1});
-    }
+    const QVector<int> outermost{lowest, highest, 0, -1, 1, lowest + 1, highest - 1};
+    return random.oneOf<QVector<int>>({{30, random.numbers(1, 1, 9)},
+                                       {35, random.numbers(random.between(2, 4), 1, 9)},
+                                       {15, random.numbers(random.between(5, 30), -5, 40)},
+                                       {10, random.numbers(random.between(1, 5), -4, 1)},
+                                       {10, random.some(outermost)}});
 }
 
 QVector<int> randomFareProducts(Random& random)
 {
-    switch (random.weighted({25, 45, 20, 10})) {
-    case 0:
-        return {random.between(0, 5)};
-    case 1:
-        return random.shuffled(QVector<int>{1, 2, 3, 4, 5}).mid(0, random.between(2, 4));
-    case 2: {
-        QVector<int> all;
-        for (int i = 0; i < mostProducts; ++i)
-            all.append(i);
-        return all;
-    }
-    default:
-        return {lowest, -7, 0, 7, highest};
-    }
+    return random.oneOf<QVector<int>>({{25, random.numbers(1, 0, 5)},
+                                       {45, random.some(QVector<int>{1, 2, 3, 4, 5}, 2, 4)},
+                                       {20, random.numbers(mostProducts, 0, mostProducts)},
+                                       {10, {lowest, -7, 0, 7, highest}}});
 }
 
 NewProduct randomProduct(Random& random, const QString& type)
@@ -321,42 +285,27 @@ void assignPositions(Random& random, QVector<NewProduct>& products)
 
 int randomColumns(Random& random, const QStringList& types, const QStringList& localTypes)
 {
-    switch (random.weighted({15, 25, 12, 14, 14, 14, 6})) {
-    case 0:
-        return 0;
-    case 1:
-        return types.size();
-    case 2:
-        return localTypes.size();
-    case 3:
-        return 3;
-    case 4:
-        return 4;
-    case 5:
-        return random.between(1, 8);
-    default:
-        return random.pick(QVector<int>{-1, -2, -3, -4, -7, lowest, highest, 40, 600, 100500});
-    }
+    const QVector<int> odd{-1, -2, -3, -4, -7, lowest, highest, 40, 600, 100500};
+    return random.oneOf<int>({{15, 0},
+                              {25, types.size()},
+                              {12, localTypes.size()},
+                              {14, 3},
+                              {14, 4},
+                              {14, random.between(1, 8)},
+                              {6, random.pick(odd)}});
 }
 
 Call layoutCall(Random& random, const QStringList& types, const QVector<NewProduct>& products)
 {
     const QStringList local = randomLocalTypes(random, types);
-    switch (random.weighted({88, 3, 3, 6})) {
-    case 0:
-        return {Call::LayOut, local, {}, {randomColumns(random, types, local)}};
-    case 1:
-        return {Call::LayOutByPosition};
-    case 2:
-        return {Call::LayOutByZone, local};
-    default:
-        return {Call::GroupZone,
-                {},
-                {},
-                {products.isEmpty() || random.chance(10)
-                     ? random.between(-1, 9)
-                     : random.pick(products).record.toStopGroupId}};
-    }
+    const int zone = products.isEmpty() || random.chance(10)
+                         ? random.between(-1, 9)
+                         : random.pick(products).record.toStopGroupId;
+    const int columns = randomColumns(random, types, local);
+    return random.oneOf<Call>({{88, {Call::LayOut, local, {}, {columns}}},
+                               {3, {Call::LayOutByPosition}},
+                               {3, {Call::LayOutByZone, local}},
+                               {6, {Call::GroupZone, {}, {}, {zone}}}});
 }
 
 Call numberCall(Call::Kind kind, int number) { return {kind, {}, {}, {number}}; }
@@ -468,16 +417,28 @@ bool offerShorterList(const Case& failing, Access list, const Visitor& accept)
     return false;
 }
 
+QVector<int> smallerNumbers(int value)
+{
+    QVector<int> smaller;
+    for (const int candidate : {0, 1, -1, 3, value / 2}) {
+        if (qAbs(qint64(candidate)) < qAbs(qint64(value)))
+            smaller.append(candidate);
+    }
+    return smaller;
+}
+
 bool offerSmallerNumbers(const Case& failing, int call, const Visitor& accept)
 {
+    Case candidate = failing;
     for (int i = 0; i < failing.calls.at(call).numbers.size(); ++i) {
-        const int value = failing.calls.at(call).numbers.at(i);
-        for (const int smaller : {0, 1, -1, 3, value / 2, value - value / 8}) {
-            Case candidate = failing;
-            candidate.calls[call].numbers[i] = smaller;
-            if (qAbs(qint64(smaller)) < qAbs(qint64(value)) && accept(candidate))
+        int& number = candidate.calls[call].numbers[i];
+        const int value = number;
+        for (const int smaller : smallerNumbers(value)) {
+            number = smaller;
+            if (accept(candidate))
                 return true;
         }
+        number = value;
     }
     return false;
 }
@@ -486,35 +447,38 @@ bool offerSmallerNumbers(const Case& failing, int call, const Visitor& accept)
 QVector<QVariant> simplerValues(const ProductField& field, const sProduct& product, int place)
 {
     const QVariant value = field.get(product);
-    QVector<QVariant> simpler{field.get(usualProduct(product.passengerTypeCode, place).record)};
+    const QVariant usual = field.get(usualProduct(product.passengerTypeCode, place).record);
+    if (value == usual)
+        return {};
+    QVector<QVariant> simpler{usual};
     if (value.userType() == QMetaType::Int) {
-        for (const int smaller : {0, 1, -1, value.toInt() / 2}) {
-            if (qAbs(qint64(smaller)) < qAbs(qint64(value.toInt())))
-                simpler.append(smaller);
-        }
+        for (const int smaller : smallerNumbers(value.toInt()))
+            simpler.append(smaller);
     }
-    return simpler.mid(simpler.first() == value ? simpler.size() : 0);
+    return simpler;
 }
 
 bool offerSimplerProducts(const Case& failing, int call, const Visitor& accept)
 {
-    const QVector<NewProduct>& products = failing.calls.at(call).products;
-    for (int i = 0; i < products.size(); ++i) {
-        Case candidate = failing;
+    Case candidate = failing;
+    for (int i = 0; i < failing.calls.at(call).products.size(); ++i) {
         NewProduct& product = candidate.calls[call].products[i];
-        const sProduct& record = products.at(i).record;
-        product = usualProduct(PassengerTypesModel::PT_ADULT, i);
-        if (shortText(product, i) != shortText(products.at(i), i) && accept(candidate))
+        const NewProduct given = product;
+        const NewProduct usual = usualProduct(PassengerTypesModel::PT_ADULT, i);
+        product.typeText = usual.typeText;
+        product.record.passengerTypeCode = usual.record.passengerTypeCode;
+        if (shortText(product, i) != shortText(given, i) && accept(candidate))
             return true;
         for (const ProductField& field : productFields) {
-            const QVector<QVariant> values = simplerValues(field, record, i);
+            const QVector<QVariant> values = simplerValues(field, given.record, i);
             for (const QVariant& value : values) {
-                product = products.at(i);
+                product = given;
                 field.set(product.record, value);
                 if (accept(candidate))
                     return true;
             }
         }
+        product = given;
     }
     return false;
 }

@@ -223,7 +223,7 @@ void showDailyProducts(Account& account)
     State& state = account.state();
     if (state.dailyProducts.isEmpty())
         return;
-    account.note("daily products");
+    account.note("grid: with daily products");
     state.dailyProducts = rankedByZone(state.dailyProducts);
     account.raiseRows(state.dailyProducts.size());
     account.show(state.dailyProducts);

@@ -171,56 +171,10 @@ QString judge(PassengerTypesModel& model, const QVector<int>& positions)
     return answers.join(", ");
 }
 
-/// Returns the result.
-QString play(PassengerTypesModel& model, const Call& call)
+QString moved(PassengerTypesModel& model, QVector<sProduct> products, QVector<int> numbers)
 {
-    switch (call.kind) {
-    case Call::Clear:
-        model.clearData();
-        break;
-    case Call::Support:
-        model.setSupportedPassengerTypeCodes(call.typeTexts);
-        break;
-    case Call::Add:
-        for (const NewProduct& product : call.products)
-            addItem(model, product);
-        break;
-    case Call::SwitchLogging:
-        model.setLogFareProducts(call.number() != 0);
-        break;
-    case Call::SetColumns:
-        model.setNumberOfColumns(call.number());
-        break;
-    case Call::SetRows:
-        model.setNumberOfRows(call.number());
-        break;
-    case Call::Slots:
-        return joined(model.getIndeces(call.numbers));
-    case Call::Move: {
-        QVector<sProduct> products = recordsOf(call);
-        QVector<int> numbers = call.numbers;
-        model.reOrder(products, numbers);
-        return namesOf(products).join(' ') + " to " + joined(numbers);
-    }
-    case Call::Judge:
-        return judge(model, call.numbers);
-    case Call::Print:
-        model.printProducts(recordsOf(call));
-        break;
-    case Call::LayOut:
-        model.sortAndRegroup(call.typeTexts, call.number());
-        break;
-    case Call::LayOutByPosition:
-        model.sortBasedOnBackendAssignment();
-        break;
-    case Call::LayOutByZone:
-        model.sortBasedOnLocalData(call.typeTexts);
-        break;
-    case Call::GroupZone:
-        model.sortAndGroupProductsForZone(call.number());
-        break;
-    }
-    return {};
+    model.reOrder(products, numbers);
+    return namesOf(products).join(' ') + " to " + joined(numbers);
 }
 
 Product productOf(const sProduct& record)
@@ -231,45 +185,61 @@ Product productOf(const sProduct& record)
             from,   to,          color, expired, discount, daily,         pos};
 }
 
-Outcome foretell(const State& state, const Call& call)
+/// Performs a call on the model, which gives `result`, and returns what the oracle expects.
+Outcome perform(PassengerTypesModel& model, const State& state, const Call& call, QString& result)
 {
     switch (call.kind) {
     case Call::Clear:
+        model.clearData();
         return oracle::cleared(state);
     case Call::Support:
+        model.setSupportedPassengerTypeCodes(call.typeTexts);
         return oracle::supporting(state, call.typeTexts);
     case Call::Add: {
         Outcome outcome{state, {}, {}, {}, {}};
-        for (const NewProduct& product : call.products)
+        for (const NewProduct& product : call.products) {
+            addItem(model, product);
             outcome.state = oracle::added(std::move(outcome.state), productOf(product.record),
                                           product.typeText);
+        }
         return outcome;
     }
     case Call::SwitchLogging:
+        model.setLogFareProducts(call.number() != 0);
         return oracle::withLogging(state, call.number() != 0);
     case Call::SetColumns:
+        model.setNumberOfColumns(call.number());
         return oracle::withColumns(state, call.number());
     case Call::SetRows:
+        model.setNumberOfRows(call.number());
         return oracle::withRows(state, call.number());
     case Call::Slots:
+        result = joined(model.getIndeces(call.numbers));
         return oracle::withSlots(state, call.numbers);
     case Call::Move:
+        result = moved(model, recordsOf(call), call.numbers);
         return oracle::moved(state, namesOf(recordsOf(call)), call.numbers);
     case Call::Judge:
+        result = judge(model, call.numbers);
         return oracle::judged(state, call.numbers);
     case Call::Print: {
         QVector<Product> products;
         for (const NewProduct& product : call.products)
             products.append(productOf(product.record));
+        model.printProducts(recordsOf(call));
         return oracle::printed(state, products);
     }
     case Call::LayOut:
+        model.sortAndRegroup(call.typeTexts, call.number());
         return oracle::laidOut(state, call.typeTexts, call.number());
     case Call::LayOutByPosition:
+        model.sortBasedOnBackendAssignment();
         return oracle::laidOutByPosition(state);
     case Call::LayOutByZone:
+        model.sortBasedOnLocalData(call.typeTexts);
         return oracle::laidOutByZone(state, call.typeTexts);
     case Call::GroupZone:
+        model.sortAndGroupProductsForZone(call.number());
         return oracle::withZone(state, call.number());
     }
     return {};
@@ -311,8 +281,11 @@ Verdict LayoutRunner::run(const Case& layoutCase, const Watcher& watch)
     PassengerTypesModel* model = nullptr;
     bool isLastCall = false;
 
-    const auto agrees = [&](const QString& place, Outcome expected, const auto& action) {
-        seen.output = QString::fromUtf8(stdoutOf([&] { seen.result = action(); }));
+    // `perform` makes the model do something and returns what is expected of it.
+    const auto agrees = [&](const QString& place, const auto& perform) {
+        Outcome expected;
+        seen.result.clear();
+        seen.output = QString::fromUtf8(stdoutOf([&] { expected = perform(); }));
         seen.steps = observer.takeSteps();
         if (m_distortion)
             m_distortion(expected);
@@ -332,17 +305,17 @@ Verdict LayoutRunner::run(const Case& layoutCase, const Watcher& watch)
         return difference.isEmpty();
     };
     const auto playsAlike = [&](const QString& place, const Call& call) {
-        return agrees(place, foretell(state, call), [&] { return play(*model, call); });
+        return agrees(place, [&] { return perform(*model, state, call, seen.result); });
     };
 
-    if (!agrees("construction",
-                oracle::constructed(layoutCase.configuration.order,
-                                    layoutCase.configuration.logging, layoutCase.autoSpacing),
-                [&] {
-                    model = new PassengerTypesModel(&owner);
-                    return QString();
-                }))
+    if (!agrees("construction", [&] {
+            model = new PassengerTypesModel(&owner);
+            return oracle::constructed(layoutCase.configuration.order,
+                                       layoutCase.configuration.logging, layoutCase.autoSpacing);
+        }))
         return verdict;
+    if (watch)
+        watch(-1, seen);
     observer.watch(*model);
 
     for (int i = 0; i < layoutCase.calls.size(); ++i) {
@@ -351,7 +324,7 @@ Verdict LayoutRunner::run(const Case& layoutCase, const Watcher& watch)
         isLastCall = i == layoutCase.calls.size() - 1;
         verdict.layouts += isLayout ? 1 : 0;
         if (isLayout && !state.tiles.isEmpty())
-            verdict.branches.append("layout behind earlier rows");
+            verdict.branches.append("grid: behind earlier rows");
         if (!playsAlike(QString("call %1").arg(i + 1), call))
             return verdict;
         if (isLayout)

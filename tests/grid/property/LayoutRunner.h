@@ -35,7 +35,7 @@ class LayoutRunner
 public:
     /// Changes what is expected; for showing that a mistake would be found.
     using Distortion = std::function<void(oracle::Outcome&)>;
-    /// Receives what each call of the case showed.
+    /// Receives what the construction (-1) and each call of the case showed.
     using Watcher = std::function<void(int call, const Seen&)>;
 
     LayoutRunner() = default;

@@ -44,92 +44,39 @@ int fromEnvironment(const char* name, int usual)
 quint64 seedOfTheRun() { return static_cast<quint64>(fromEnvironment("RIVO_LAYOUT_SEED", 1)); }
 
 /// How often each rule must at least decide in usualCases, so that the generator stays wild.
-struct Minimum
-{
-    const char* branch;
-    int count;
-};
-
-const Minimum minima[] = {
-    {"order: configured", 5000},
-    {"order: none configured", 500},
-    {"order: taken from the supported types", 300},
-    {"order: trusted for its length", 700},
-    {"order: complete", 1300},
-    {"order: completed", 1300},
-    {"columns: chosen without a previous layout", 800},
-    {"columns: as many as the previous layout had types", 100},
-    {"columns: chosen after a layout of many types", 100},
-    {"position: numbered", 1000},
-    {"position: nothing at 1", 400},
-    {"position: hole", 700},
-    {"position: last row filled", 600},
-    {"position: last row full", 300},
-    {"position: last row too long to fill", 8},
-    {"position: negative columns", 30},
-    {"position: duplicate", 400},
-    {"position: several unassigned", 400},
-    {"position: one unassigned", 180},
-    {"position: zero", 170},
-    {"position: below -1", 170},
-    {"position: above the bound", 180},
-    {"zone: no products at all", 600},
-    {"zone: without products", 80},
-    {"zone: of no height", 2000},
-    {"zone: column evened out", 4000},
-    {"zone: whole column of placeholders", 10000},
-    {"filler: 3 columns, row 1", 700},
-    {"filler: 3 columns, row 2", 500},
-    {"filler: 4 columns, row 1", 500},
-    {"filler: 4 columns, row 2", 400},
-    {"filler: none with as many columns as types", 400},
-    {"filler: none without local types", 400},
-    {"filler: type 8", 2000},
-    {"filler: type 7", 100},
-    {"filler: type 5", 60},
-    {"filler: type 4", 25},
-    {"filler: type 3", 10},
-    {"filler: type 1", 60},
-    {"slots: whole order", 1700},
-    {"slots: local part of the order", 10000},
-    {"slots: entry removed from the order", 20000},
-    {"slots: free column 0", 3000},
-    {"slots: free column 1", 3000},
-    {"slots: free column 2", 3000},
-    {"slots: free column 3", 2500},
-    {"slots: free column -1", 5000},
-    {"slots: column beyond the last", 10000},
-    {"slots: even group", 3500},
-    {"slots: uneven group, yet a permutation", 80},
-    {"slots: products move", 1500},
-    {"slots: products stay", 2000},
-    {"slots: too few", 3500},
-    {"slots: too many", 3500},
-    {"slots: repeated", 500},
-    {"slots: negative", 2500},
-    {"slots: beyond the group", 4000},
-    {"rows: saturated", 20},
-    {"move: to a permutation", 5000},
-    {"move: refused", 5000},
-    {"judge: some assigned", 5000},
-    {"judge: all assigned", 5000},
-    {"judge: duplicates", 2000},
-    {"judge: zero", 1000},
-    {"judge: out of range", 3000},
-    {"daily products", 2000},
-    {"layout behind earlier rows", 800},
-};
+const char* const minima = R"(
+order: configured 5000; none configured 500; taken from the supported types 300
+order: trusted for its length 700; complete 1300; completed 1300
+columns: chosen without a previous layout 800; as many as the previous layout had types 100
+columns: chosen after a layout of many types 100
+position: numbered 1000; nothing at 1 400; hole 700; last row filled 600; last row full 300
+position: last row too long to fill 8; negative columns 30; duplicate 400; several unassigned 400
+position: one unassigned 180; zero 170; below -1 170; above the bound 180
+zone: no products at all 600; without products 80; of no height 2000; column evened out 4000
+zone: whole column of placeholders 10000
+filler: 3 columns, row 1 700; 3 columns, row 2 500; 4 columns, row 1 500; 4 columns, row 2 400
+filler: none with as many columns as types 400; none without local types 400; type 8 2000
+filler: type 7 100; type 5 60; type 4 25; type 3 10; type 1 60
+slots: whole order 1700; local part of the order 10000; entry removed from the order 20000
+slots: free column 0 3000; free column 1 3000; free column 2 3000; free column 3 2500
+slots: free column -1 5000; column beyond the last 10000; even group 3500
+slots: uneven group, yet a permutation 80; products move 1500; products stay 2000; too few 3500
+slots: too many 3500; repeated 500; negative 2500; beyond the group 4000
+rows: saturated 20
+move: to a permutation 5000; refused 5000
+judge: some assigned 5000; all assigned 5000; duplicates 2000; zero 1000; out of range 3000
+grid: with daily products 2000; behind earlier rows 800
+)";
 
 QString missingCoverage(const QMap<QString, int>& counts)
 {
     QString missing;
-    for (const Minimum& minimum : minima) {
-        const int count = counts.value(QLatin1String(minimum.branch));
-        if (count < minimum.count) {
-            missing += QStringLiteral("\n  %1: %2 of at least %3")
-                           .arg(QLatin1String(minimum.branch))
-                           .arg(count)
-                           .arg(minimum.count);
+    for (const QString& line : QString(minima).split('\n', Qt::SkipEmptyParts)) {
+        const QString subject = line.section(": ", 0, 0) + ": ";
+        for (const QString& entry : line.section(": ", 1).split("; ")) {
+            const int count = counts.value(subject + entry.section(' ', 0, -2));
+            if (count < entry.section(' ', -1).toInt())
+                missing += QString("\n  %1 of at least ").arg(count) + subject + entry;
         }
     }
     return missing;
