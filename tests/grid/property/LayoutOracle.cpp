@@ -107,46 +107,36 @@ QVector<Product> rankedByZone(const QVector<Product>& products)
 
 // ---- messages ----
 
-/// A piece of a log message. Literals and numbers are followed by a blank under automatic spacing,
-/// texts are not.
-struct Piece
+/// Stands where automatic spacing puts a blank: behind character strings and numbers of a message,
+/// not behind texts.
+const QString gap{QChar(1)};
+
+QString piece(const char* text) { return text + gap; }
+QString piece(int number) { return QString::number(number) + gap; }
+
+/// The dumps of records and of tiles keep the type as a number or as a text.
+QString message(const Product& product, const QString& type, const char* nameLabel)
 {
-    QString text;
-    bool spaced;
-};
-
-Piece literal(const char* text) { return {QString::fromLatin1(text), true}; }
-Piece number(int value) { return {QString::number(value), true}; }
-Piece text(const QString& value) { return {value, false}; }
-
-using Message = QVector<Piece>;
-
-Message commonPart(const Product& product, const Piece& code)
-{
-    return {literal("FromStopGroupId: "),    number(product.fromStopGroupId),
-            literal(" ToStopGroupId: "),     number(product.toStopGroupId),
-            literal(" PassengerTypeId: "),   number(product.passengerTypeId),
-            literal(" PassengerTypeCode: "), code,
-            literal(" FareProductId: "),     number(product.fareProductId)};
+    return piece("FromStopGroupId: ") + piece(product.fromStopGroupId) + piece(" ToStopGroupId: ") +
+           piece(product.toStopGroupId) + piece(" PassengerTypeId: ") +
+           piece(product.passengerTypeId) + piece(" PassengerTypeCode: ") + type +
+           piece(" FareProductId: ") + piece(product.fareProductId) + piece(nameLabel) +
+           product.fareProductName + piece(" Description: ") + product.description;
 }
 
-Message recordMessage(const Product& product)
+QString recordMessage(const Product& product)
 {
-    return commonPart(product, number(product.passengerTypeCode)) +
-           Message{literal(" Name: "), text(product.fareProductName), literal(" Description: "),
-                   text(product.description)};
+    return message(product, piece(product.passengerTypeCode), " Name: ");
 }
 
-Message recordMessageWithPosition(const Product& product)
+QString recordMessageWithPosition(const Product& product)
 {
-    return recordMessage(product) + Message{literal(" Pos: "), number(product.pos)};
+    return recordMessage(product) + piece(" Pos: ") + piece(product.pos);
 }
 
-Message tileMessage(const Product& product)
+QString tileMessage(const Product& product)
 {
-    return commonPart(product, text(tileOf(product).code)) +
-           Message{literal(" FareProductName: "), text(product.fareProductName),
-                   literal(" Description: "), text(product.description)};
+    return message(product, tileOf(product).code, " FareProductName: ");
 }
 
 // ---- the account of one call ----
@@ -186,18 +176,12 @@ public:
         }
     }
 
-    void logAlways(const Message& message)
+    void logAlways(QString message)
     {
-        QString line;
-        for (const Piece& piece : message) {
-            line += piece.text;
-            if (piece.spaced && state().autoSpacing)
-                line += QLatin1Char(' ');
-        }
-        outcome.steps.append(logged(line));
+        outcome.steps.append(logged(message.replace(gap, state().autoSpacing ? " " : "")));
     }
 
-    void log(const Message& message)
+    void log(const QString& message)
     {
         if (state().logging)
             logAlways(message);
@@ -231,8 +215,8 @@ void showDailyProducts(Account& account)
 
 void logGridSize(Account& account)
 {
-    account.log({text(QStringLiteral("NumberOfCols: %1").arg(account.state().columns))});
-    account.log({text(QStringLiteral("NumberOfRows: %1").arg(account.state().rows))});
+    account.log(QString("NumberOfCols: %1").arg(account.state().columns));
+    account.log(QString("NumberOfRows: %1").arg(account.state().rows));
 }
 
 int usableColumns(const State& state) { return state.columns == 0 ? 1 : state.columns; }
@@ -245,45 +229,38 @@ bool hasPositions(const QVector<Product>& products)
                        [](const Product& product) { return product.pos != -1; });
 }
 
-/// The message that forbids a layout by position, and which rule asks for it; null if there is
-/// none.
-struct Objection
+/// Why a layout by position is not possible; empty if it is.
+QString objectionTo(Account& account)
 {
-    const char* message = nullptr;
-    const char* branch = nullptr;
-};
+    const QString duplicate =
+        piece("------------------- DUPLICATE POSITIONS IN FARE PRODUCTS --------------------");
+    const QString unassigned =
+        piece("------------------- POSITION NOT ASSIGNED TO PRODUCT --------------------");
+    const QString zero =
+        piece("--- POSITION 0 ASSIGNED TO PRODUCT. THAT IS NOT ALLOWED. SHOULD ALWAYS START "
+              "COUNTING/NUMBERING POSITION FROM 1 ---");
+    const auto objection = [&account](const char* branch, const QString& message) {
+        account.note(branch);
+        return message;
+    };
 
-Objection objectionTo(const QVector<Product>& products)
-{
-    const char* const duplicate =
-        "------------------- DUPLICATE POSITIONS IN FARE PRODUCTS --------------------";
-    const char* const unassigned =
-        "------------------- POSITION NOT ASSIGNED TO PRODUCT --------------------";
-    const char* const zero = "--- POSITION 0 ASSIGNED TO PRODUCT. THAT IS NOT ALLOWED. SHOULD "
-                             "ALWAYS START COUNTING/NUMBERING POSITION FROM 1 ---";
-
-    if (products.isEmpty())
-        return {};
     std::map<int, int> frequency;
-    for (const Product& product : products)
+    for (const Product& product : qAsConst(account.state().products))
         ++frequency[product.pos];
-
-    bool anotherRepeats = false;
-    for (const auto& [pos, count] : frequency)
-        anotherRepeats = anotherRepeats || (count > 1 && pos != -1);
-
-    if (anotherRepeats)
-        return {duplicate, "position: duplicate"};
-    if (frequency.count(-1) && frequency[-1] > 1)
-        return {duplicate, "position: several unassigned"};
-    if (frequency.count(-1))
-        return {unassigned, "position: one unassigned"};
+    const int unassignedOnes = frequency.count(-1) ? frequency[-1] : 0;
+    for (const auto& [pos, count] : frequency) {
+        if (count > 1 && pos != -1)
+            return objection("position: duplicate", duplicate);
+    }
+    if (unassignedOnes > 0)
+        return unassignedOnes > 1 ? objection("position: several unassigned", duplicate)
+                                  : objection("position: one unassigned", unassigned);
     if (frequency.count(0))
-        return {zero, "position: zero"};
+        return objection("position: zero", zero);
     if (frequency.begin()->first < -1)
-        return {unassigned, "position: below -1"};
+        return objection("position: below -1", unassigned);
     if (frequency.rbegin()->first > lastUsablePosition)
-        return {unassigned, "position: above the bound"};
+        return objection("position: above the bound", unassigned);
     return {};
 }
 
@@ -293,22 +270,12 @@ qint64 rowsFor(int count, int columns) { return (qint64(count) - 1) / columns + 
 int filling(Account& account, int count)
 {
     const int columns = usableColumns(account.state());
-    if (columns < 0) {
-        account.note("position: negative columns");
-        return 0;
-    }
-    const qint64 beyondWholeRows = count % columns;
-    if (beyondWholeRows == 0) {
-        account.note("position: last row full");
-        return 0;
-    }
-    const qint64 missing = columns - beyondWholeRows;
-    if (missing > largestFilling) {
-        account.note("position: last row too long to fill");
-        return 0;
-    }
-    account.note("position: last row filled");
-    return static_cast<int>(missing);
+    const qint64 missing = columns < 0 || count % columns == 0 ? 0 : columns - count % columns;
+    account.note(columns < 0                ? "position: negative columns"
+                 : missing == 0             ? "position: last row full"
+                 : missing > largestFilling ? "position: last row too long to fill"
+                                            : "position: last row filled");
+    return missing > largestFilling ? 0 : static_cast<int>(missing);
 }
 
 void showNumbered(Account& account)
@@ -337,25 +304,23 @@ void showNumbered(Account& account)
 
     account.setRows(rowsFor(last, usableColumns(state)));
     account.show(arranged);
-    account.log({literal("------------------- FARE PRODUCTS AFTER --------------------")});
+    account.log(piece("------------------- FARE PRODUCTS AFTER --------------------"));
     account.dump(arranged, recordMessageWithPosition);
 }
 
 void layOutByPosition(Account& account)
 {
     State& state = account.state();
-    account.log({literal("------------------- FARE PRODUCTS BEFORE --------------------")});
+    account.log(piece("------------------- FARE PRODUCTS BEFORE --------------------"));
     account.dump(state.products, recordMessageWithPosition);
     state.products = ranked(state.products, [](const Product& product) { return product.pos; });
 
-    const Objection objection = objectionTo(state.products);
     if (state.products.isEmpty()) {
         account.note("position: no products");
         account.setRows(0);
-        account.log({literal("------------------- FARE PRODUCTS AFTER --------------------")});
-    } else if (objection.message) {
-        account.note(objection.branch);
-        account.logAlways({literal(objection.message)});
+        account.log(piece("------------------- FARE PRODUCTS AFTER --------------------"));
+    } else if (const QString objection = objectionTo(account); !objection.isEmpty()) {
+        account.logAlways(objection);
         account.show(state.products);
         account.setRows(rowsFor(state.products.size(), usableColumns(state)));
     } else {
@@ -413,14 +378,12 @@ int fillerType(const QVector<int>& local)
     return 1;
 }
 
+/// For one product, two, three ... in a block.
 int fillerCount(int columns, int members)
 {
-    static const std::map<std::pair<int, int>, int> counts{
-        {{3, 1}, 2}, {{3, 2}, 1}, {{3, 4}, 2}, {{3, 5}, 1}, {{4, 1}, 3},
-        {{4, 2}, 2}, {{4, 3}, 1}, {{4, 5}, 3}, {{4, 6}, 2}, {{4, 7}, 1},
-    };
-    const auto found = counts.find({columns, members});
-    return found == counts.end() ? 0 : found->second;
+    const QVector<int> ofThree{2, 1, 0, 2, 1};
+    const QVector<int> ofFour{3, 2, 1, 0, 3, 2, 1};
+    return columns == 3 ? ofThree.value(members - 1) : columns == 4 ? ofFour.value(members - 1) : 0;
 }
 
 void fillShortBlock(TypeTable& table, Account& account)
@@ -540,13 +503,13 @@ QVector<int> slotsOf(Account& account, const QVector<int>& codes)
     for (int k = 0; k < types.size() * height; ++k)
         numbers.append(columns.at(k / height) + k % height * width);
     if (state.logging)
-        output += QLatin1String("Indeces: [") + joined(numbers, QStringLiteral(", ")) +
-                  QLatin1String("]\n");
+        output += "Indeces: [" + joined(numbers, QStringLiteral(", ")) + "]\n";
     return numbers;
 }
 
 void noteMove(Account& account, const TypeTable& table, const QVector<int>& numbers, int members)
 {
+    const std::set<int> distinct(numbers.begin(), numbers.end());
     if (isPermutation(numbers) && numbers.size() == members) {
         const int height = table.begin()->second.size();
         const bool even = std::all_of(table.begin(), table.end(), [height](const auto& entry) {
@@ -555,15 +518,11 @@ void noteMove(Account& account, const TypeTable& table, const QVector<int>& numb
         const bool moves = !std::is_sorted(numbers.begin(), numbers.end());
         account.note(even ? "slots: even group" : "slots: uneven group, yet a permutation");
         account.note(moves ? "slots: products move" : "slots: products stay");
-        return;
-    }
-    const std::set<int> distinct(numbers.begin(), numbers.end());
-    if (numbers.size() < members)
-        account.note("slots: too few");
-    else if (numbers.size() > members)
-        account.note("slots: too many");
-    else if (static_cast<int>(distinct.size()) < members)
+    } else if (numbers.size() != members) {
+        account.note(numbers.size() < members ? "slots: too few" : "slots: too many");
+    } else if (static_cast<int>(distinct.size()) < members) {
         account.note("slots: repeated");
+    }
     if (*distinct.begin() < 0)
         account.note("slots: negative");
     if (*distinct.rbegin() >= members)
@@ -574,7 +533,7 @@ void noteMove(Account& account, const TypeTable& table, const QVector<int>& numb
 QVector<Product> groupZone(Account& account, int zone)
 {
     State& state = account.state();
-    account.log({text(QStringLiteral("Group products for zone: %1").arg(zone))});
+    account.log(QString("Group products for zone: %1").arg(zone));
 
     TypeTable table;
     for (const Product& product : qAsConst(state.products)) {
@@ -607,14 +566,14 @@ void layOutByZone(Account& account, const QStringList& typeTexts)
     State& state = account.state();
     state.local = ascendingCodes(typeTexts);
     account.setRows(0);
-    account.log({number(state.products.size()), literal(" products in our vector")});
+    account.log(piece(state.products.size()) + piece(" products in our vector"));
     if (state.products.isEmpty())
         account.note("zone: no products at all");
 
     state.products = ranked(state.products, [](const Product& product) {
         return std::make_pair(product.fareProductId, product.toStopGroupId);
     });
-    account.log({literal("------------------- BEFORE GROUPING --------------------")});
+    account.log(piece("------------------- BEFORE GROUPING --------------------"));
     account.dump(state.products, recordMessage);
 
     std::set<int> zones;
@@ -623,9 +582,8 @@ void layOutByZone(Account& account, const QStringList& typeTexts)
         zones.insert(product.toStopGroupId);
         types.insert(product.passengerTypeCode);
     }
-    account.log({text(QStringLiteral("%1 zones will be supported").arg(zones.size()))});
-    account.log(
-        {text(QStringLiteral("%1 passengerTypeCodes will be supported").arg(types.size()))});
+    account.log(QString("%1 zones will be supported").arg(zones.size()));
+    account.log(QString("%1 passengerTypeCodes will be supported").arg(types.size()));
 
     QVector<Product> groupedProducts;
     for (const int zone : zones)
@@ -634,7 +592,7 @@ void layOutByZone(Account& account, const QStringList& typeTexts)
     showDailyProducts(account);
 
     logGridSize(account);
-    account.log({literal("------------------- AFTER GROUPING --------------------")});
+    account.log(piece("------------------- AFTER GROUPING --------------------"));
     QVector<Product> described;
     for (const Product& tile : qAsConst(state.tiles)) {
         if (!tile.description.isEmpty())
@@ -674,14 +632,12 @@ Outcome constructed(const QStringList& order, bool logging, bool autoSpacing)
     QStringList entries;
     for (const QString& entry : order) {
         account.state().order.append(codeOf(entry));
-        entries.append(QLatin1Char('[') + QString::number(codeOf(entry)) + QLatin1String("->") +
-                       entry + QLatin1Char(']'));
+        entries.append('[' + QString::number(codeOf(entry)) + "->" + entry + ']');
     }
     account.note(order.isEmpty() ? "order: none configured" : "order: configured");
-    account.logAlways({text(QLatin1String("TypeCodes Order: ") +
-                            (order.isEmpty() ? QStringLiteral("Products ordering in config is "
-                                                              "empty.")
-                                             : entries.join(QLatin1Char(','))))});
+    account.logAlways("TypeCodes Order: " + (order.isEmpty()
+                                                 ? "Products ordering in config is empty."
+                                                 : entries.join(',')));
     return account.outcome;
 }
 
@@ -715,11 +671,10 @@ Outcome supporting(const State& state, const QStringList& typeTexts)
         order = supported;
         QStringList entries;
         for (const int code : supported)
-            entries.append(QStringLiteral("[%1]").arg(code));
-        account.logAlways({text(QLatin1String("Products ordering in config is empty. Set default "
-                                              "ordering. TypeCodes Order:") +
-                                (entries.isEmpty() ? QString() : QStringLiteral(" ")) +
-                                entries.join(QLatin1Char(',')))});
+            entries.append('[' + QString::number(code) + ']');
+        account.logAlways("Products ordering in config is empty. Set default ordering. TypeCodes "
+                          "Order:" +
+                          QString(entries.isEmpty() ? "" : " ") + entries.join(','));
         return account.outcome;
     }
     if (order.size() == supported.size()) {
@@ -731,8 +686,7 @@ Outcome supporting(const State& state, const QStringList& typeTexts)
         missing.erase(code);
     account.note(missing.empty() ? "order: complete" : "order: completed");
     for (const int code : missing) {
-        account.logAlways(
-            {text(QStringLiteral("Append missing type code %1 from config").arg(code))});
+        account.logAlways(QString("Append missing type code %1 from config").arg(code));
         order.append(code);
     }
     return account.outcome;
@@ -810,8 +764,8 @@ Outcome moved(const State& state, const QStringList& names, const QVector<int>& 
     QVector<int> after = slotNumbers;
     if (moves)
         std::sort(after.begin(), after.end());
-    account.outcome.result = reordered(names, slotNumbers).join(QLatin1Char(' ')) +
-                             QLatin1String(" to ") + joined(after, QStringLiteral(" "));
+    account.outcome.result = reordered(names, slotNumbers).join(QLatin1Char(' ')) + " to " +
+                             joined(after, QStringLiteral(" "));
     return account.outcome;
 }
 
@@ -832,7 +786,7 @@ Outcome judged(const State& state, const QVector<int>& positions)
     judge(distinct.count(0) == 1, "zero");
     judge(!distinct.empty() && (*distinct.begin() < -1 || *distinct.rbegin() > lastUsablePosition),
           "out of range");
-    account.outcome.result = answers.join(QLatin1String(", "));
+    account.outcome.result = answers.join(", ");
     return account.outcome;
 }
 
