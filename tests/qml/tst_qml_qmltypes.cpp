@@ -1,11 +1,9 @@
 #include "LibraryModels.h"
+#include "MetaObjectText.h"
 #include "QmlScreen.h"
 #include "QmlTest.h"
 
 #include <QFile>
-#include <QMetaEnum>
-#include <QMetaMethod>
-#include <QMetaProperty>
 #include <QQmlListProperty>
 #include <QTest>
 
@@ -96,10 +94,10 @@ QStringList propertiesOf(const QMetaObject& type)
 }
 
 QString methodText(bool isSignal, const QString& type, const QString& name,
-                   const QStringList& parameters)
+                   const QString& parameters)
 {
     return QStringList{isSignal ? "signal" : "method", type.isEmpty() ? "void" : type, name,
-                       '(' + parameters.join(", ") + ')'}
+                       '(' + parameters + ')'}
         .join(' ');
 }
 
@@ -110,8 +108,8 @@ QStringList methodsOf(const Element& component)
         QStringList parameters;
         for (const Element* parameter : method->ofKind({"A"}))
             parameters.append((parameter->typeText() + ' ' + parameter->name).trimmed());
-        texts.append(
-            methodText(method->kind() == "S", method->typeText(), method->name, parameters));
+        texts.append(methodText(method->kind() == "S", method->typeText(), method->name,
+                                parameters.join(", ")));
     }
     return texts;
 }
@@ -135,15 +133,9 @@ QStringList methodsOf(const QMetaObject& type)
     QStringList texts;
     for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
         const QMetaMethod method = type.method(i);
-        if (isImplied(type, method))
-            continue;
-        QStringList parameters;
-        for (int p = 0; p < method.parameterCount(); ++p)
-            parameters.append(QString::fromLatin1(method.parameterTypes().at(p) + ' ' +
-                                                  method.parameterNames().at(p))
-                                  .trimmed());
-        texts.append(methodText(method.methodType() == QMetaMethod::Signal, method.typeName(),
-                                method.name(), parameters));
+        if (!isImplied(type, method))
+            texts.append(methodText(method.methodType() == QMetaMethod::Signal, method.typeName(),
+                                    method.name(), metaobject::parameters(method)));
     }
     return texts;
 }

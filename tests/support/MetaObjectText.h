@@ -11,46 +11,30 @@
 namespace metaobject
 {
 
-/// Methods in index order: "public signal void countChanged(int )". A clone is an overload that a
+/// "int iRow, bool"
+inline QString parameters(const QMetaMethod& method)
+{
+    QStringList texts;
+    for (int i = 0; i < method.parameterCount(); ++i)
+        texts.append(QString::fromLatin1(
+            (method.parameterTypes().at(i) + ' ' + method.parameterNames().at(i)).trimmed()));
+    return texts.join(QLatin1String(", "));
+}
+
+/// Methods in index order: "public signal void countChanged(int)". A clone is an overload that a
 /// default argument makes.
 inline QStringList methods(const QMetaObject& type)
 {
-    const auto access = [](const QMetaMethod& method) {
-        switch (method.access()) {
-        case QMetaMethod::Private:
-            return "private";
-        case QMetaMethod::Protected:
-            return "protected";
-        case QMetaMethod::Public:
-            return "public";
-        }
-        return "?";
-    };
-    const auto kind = [](const QMetaMethod& method) {
-        switch (method.methodType()) {
-        case QMetaMethod::Method:
-            return "invokable";
-        case QMetaMethod::Signal:
-            return "signal";
-        case QMetaMethod::Slot:
-            return "slot";
-        case QMetaMethod::Constructor:
-            return "constructor";
-        }
-        return "?";
-    };
+    // In the order of QMetaMethod::Access and QMetaMethod::MethodType.
+    const QStringList access{"private", "protected", "public"};
+    const QStringList kinds{"invokable", "signal", "slot", "constructor"};
     QStringList texts;
     for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
         const QMetaMethod method = type.method(i);
-        QStringList parameters;
-        for (int p = 0; p < method.parameterCount(); ++p)
-            parameters.append(QString::fromLatin1(
-                (method.parameterTypes().at(p) + ' ' + method.parameterNames().at(p)).trimmed()));
-        QString text =
-            QString::fromLatin1("%1 %2 %3 %4(%5)")
-                .arg(QLatin1String(access(method)), QLatin1String(kind(method)),
-                     QLatin1String(method.typeName()), QString::fromLatin1(method.name()),
-                     parameters.join(QLatin1String(", ")));
+        QString text = QString::fromLatin1("%1 %2 %3 %4(%5)")
+                           .arg(access.at(method.access()), kinds.at(method.methodType()),
+                                QLatin1String(method.typeName()),
+                                QString::fromLatin1(method.name()), parameters(method));
         if (method.attributes() & QMetaMethod::Cloned)
             text += QLatin1String(" clone");
         if (method.revision() != 0)

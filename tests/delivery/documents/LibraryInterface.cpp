@@ -1,10 +1,8 @@
 #include "LibraryInterface.h"
 
 #include "LibraryModels.h"
+#include "MetaObjectText.h"
 
-#include <QMetaEnum>
-#include <QMetaMethod>
-#include <QMetaProperty>
 #include <QSet>
 
 using rivo::models::ListModel;
@@ -26,11 +24,7 @@ QString qmlType(const QString& type)
 /// "setSelected(int iRow, bool)"
 QString signatureText(const QMetaMethod& method)
 {
-    QStringList parameters;
-    for (int i = 0; i < method.parameterCount(); ++i)
-        parameters.append(QString::fromLatin1(
-            (method.parameterTypes().at(i) + ' ' + method.parameterNames().at(i)).trimmed()));
-    return QString::fromLatin1(method.name()) + '(' + parameters.join(", ") + ')';
+    return QString::fromLatin1(method.name()) + '(' + metaobject::parameters(method) + ')';
 }
 
 /// Public invokables and slots that the class itself adds.

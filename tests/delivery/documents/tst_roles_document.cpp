@@ -212,27 +212,22 @@ private slots:
     {
         QTest::addColumn<QString>("markdown");
         QTest::addColumn<QStringList>("faults");
-        QTest::newRow("table outside of a heading") << "## M\n\n| A |\n"
-                                                    << QStringList{"table out of place in M"};
-        QTest::newRow("row with a cell too few") << "## M\n### Roles\n| A | B |\n|---|---|\n| 1 |\n"
-                                                 << QStringList{"wrong width: | 1 |"};
-        QTest::newRow("row with a cell too many") << "## M\n### Roles\n| A |\n|---|\n| 1 | 2 |\n"
-                                                  << QStringList{"wrong width: | 1 | 2 |"};
-        QTest::newRow("role without a meaning")
-            << "## M\n### Roles\n| Role | Unit | Meaning |\n|---|---|---|\n| 1 | - | |\n"
-            << QStringList{"M, 1: no Meaning"};
-        QTest::newRow("role without a unit")
-            << "## M\n### Roles\n| Role | Unit | Meaning |\n|---|---|---|\n| 1 | | x |\n"
-            << QStringList{"M, 1: no Unit"};
-        QTest::newRow("role of which nothing is said")
-            << "## M\n### Roles\n| Role | Unit | Meaning |\n|---|---|---|\n| 1 | | ` ` |\n"
-            << (QStringList{"M, 1: no Unit", "M, 1: no Meaning"});
-        QTest::newRow("code that is no example") << "## M\n### Roles\n```qml\n```\n"
-                                                 << QStringList{"example out of place in M"};
-        QTest::newRow("example in another language") << "## M\n### Example\n```cpp\n```\n"
-                                                     << QStringList{"example out of place in M"};
-        QTest::newRow("second example") << "## M\n### Example\n```qml\nA\n```\n```qml\nB\n```\n"
-                                        << QStringList{"example out of place in M"};
+        const auto row = [](const char* name, const QString& markdown, const QStringList& faults) {
+            QTest::newRow(name) << "## M\n" + markdown << faults;
+        };
+        const QString example = "example out of place in M";
+        const QString roles = "### Roles\n| Role | Unit | Meaning |\n|---|---|---|\n";
+        row("table outside of a heading", "\n| A |\n", {"table out of place in M"});
+        row("row with a cell too few", roles + "| 1 | 2 |\n", {"wrong width: | 1 | 2 |"});
+        row("row with a cell too many", roles + "| 1 | 2 | 3 | 4 |\n",
+            {"wrong width: | 1 | 2 | 3 | 4 |"});
+        row("role without a meaning", roles + "| 1 | - | |\n", {"M, 1: no Meaning"});
+        row("role without a unit", roles + "| 1 | | x |\n", {"M, 1: no Unit"});
+        row("role of which nothing is said", roles + "| 1 | | ` ` |\n",
+            {"M, 1: no Unit", "M, 1: no Meaning"});
+        row("code that is no example", "### Roles\n```qml\n```\n", {example});
+        row("example in another language", "### Example\n```cpp\n```\n", {example});
+        row("second example", "### Example\n```qml\nA\n```\n```qml\nB\n```\n", {example});
     }
 
     void aFaultOfTheMarkdownIsNoticed()
