@@ -3,6 +3,7 @@
 #include "SmallDisk.h"
 #include "WithoutRootRights.h"
 
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -12,7 +13,6 @@
 #include <memory>
 
 using namespace rivo::sales;
-using Kind = JournalFault::Kind;
 
 namespace
 {
@@ -27,78 +27,59 @@ Ticket ticket(Minor price, const QString& name = QStringLiteral("single"))
     return made;
 }
 
-/// A ticket in which no two fields of a type are equal.
-Ticket distinctTicket()
-{
-    Ticket made;
-    made.passengerTypeId = 1;
-    made.fareProductId = 2;
-    made.fromStopGroupId = 3;
-    made.toStopGroupId = 4;
-    made.description = QStringLiteral("Dziecko 'do' lat 7; \"--\" 😀");
-    made.fareProductName = QStringLiteral("Jednorazowy");
-    made.icon = QStringLiteral("qrc:/icons/child.svg");
-    made.price = 9007199254740993; // not a double
-    made.origin = QStringLiteral("Zakręt");
-    made.destination = QStringLiteral("Łąka");
-    made.isReturnFee = true;
-    made.isDaily = false;
-    made.trip.routeId = 5;
-    made.trip.fromStopId = 6;
-    made.trip.toStopId = 7;
-    made.trip.currentStopId = 8;
-    made.trip.tripsRouteId = 9;
-    made.trip.tripsExecutionId = -10;
-    made.trip.publicRouteExecutionId = QStringLiteral("exec");
-    return made;
-}
+/// No two fields of a type are equal, and the price is no double.
+const Ticket distinctTicket{0,
+                            -1,
+                            1,
+                            2,
+                            3,
+                            4,
+                            "Dziecko 'do' lat 7; \"--\" 😀",
+                            "Jednorazowy",
+                            "qrc:/icons/child.svg",
+                            9007199254740993,
+                            "Zakręt",
+                            "Łąka",
+                            true,
+                            false,
+                            {5, 6, 7, 8, 9, -10, "exec"}};
 
 QString text(const Ticket& t)
 {
-    return (QStringList{t.description, t.fareProductName, t.icon, t.origin, t.destination,
-                        t.trip.publicRouteExecutionId} +
-            [&t] {
-                QStringList numbers;
-                for (const qint64 number :
-                     {t.number, qint64(t.passengerTypeId), qint64(t.fareProductId),
-                      qint64(t.fromStopGroupId), qint64(t.toStopGroupId), t.price,
-                      qint64(t.isReturnFee), qint64(t.isDaily), qint64(t.trip.routeId),
-                      qint64(t.trip.fromStopId), qint64(t.trip.toStopId),
-                      qint64(t.trip.currentStopId), qint64(t.trip.tripsRouteId),
-                      qint64(t.trip.tripsExecutionId)})
-                    numbers.append(QString::number(number));
-                return numbers;
-            }())
-        .join('|');
-}
-
-QVector<Minor> prices(const QVector<Ticket>& tickets)
-{
-    QVector<Minor> all;
-    for (const Ticket& each : tickets)
-        all.append(each.price);
+    QString all;
+    QDebug(&all) << t.number << t.payMethod << t.passengerTypeId << t.fareProductId
+                 << t.fromStopGroupId << t.toStopGroupId << t.description << t.fareProductName
+                 << t.icon << t.price << t.origin << t.destination << t.isReturnFee << t.isDaily
+                 << t.trip.routeId << t.trip.fromStopId << t.trip.toStopId << t.trip.currentStopId
+                 << t.trip.tripsRouteId << t.trip.tripsExecutionId << t.trip.publicRouteExecutionId;
     return all;
 }
 
-QVector<qint64> numbers(const QVector<Ticket>& tickets)
+QVector<qint64> valuesOf(const QVector<Ticket>& tickets, qint64 Ticket::*field)
 {
     QVector<qint64> all;
     for (const Ticket& each : tickets)
-        all.append(each.number);
+        all.append(each.*field);
     return all;
 }
 
-/// "17: 3 tickets 475, 1 by card 190, 1-3".
+/// "17: 3 tickets 475, 1 by card 190, 1-3, closed 29 12:00, paid 30 12:00", the latter with the day
+/// of the month, as far as it happened.
 QString text(const ShiftReport& report)
 {
+    const auto when = [](const char* what, const QDateTime& at) {
+        return at.isValid() ? QString(", %1 %2").arg(what, at.toUTC().toString("dd hh:mm"))
+                            : QString();
+    };
     return QStringLiteral("%1: %2 tickets %3, %4 by card %5, %6-%7")
-        .arg(report.zNumber)
-        .arg(report.ticketCount)
-        .arg(report.ticketSum)
-        .arg(report.cardCount)
-        .arg(report.cardSum)
-        .arg(report.firstTicket)
-        .arg(report.lastTicket);
+               .arg(report.zNumber)
+               .arg(report.ticketCount)
+               .arg(report.ticketSum)
+               .arg(report.cardCount)
+               .arg(report.cardSum)
+               .arg(report.firstTicket)
+               .arg(report.lastTicket) +
+           when("closed", report.closedAt) + when("paid", report.paidAt);
 }
 
 QString text(const std::optional<ShiftReport>& report)
@@ -106,10 +87,28 @@ QString text(const std::optional<ShiftReport>& report)
     return report ? text(*report) : QStringLiteral("none");
 }
 
+/// All shifts, the running one last.
+QStringList shiftsOf(Journal& journal)
+{
+    QStringList all;
+    const QVector<ShiftReport> closed = journal.closedShifts();
+    for (const ShiftReport& report : closed)
+        all.append(text(report));
+    return all << text(journal.runningShift());
+}
+
 QByteArray contentOf(const QString& file)
 {
     QFile content(file);
     return content.open(QIODevice::ReadOnly) ? content.readAll() : QByteArray("unreadable");
+}
+
+QMap<QString, QByteArray> filesIn(const QString& folder)
+{
+    QMap<QString, QByteArray> files;
+    for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::System))
+        files.insert(name, contentOf(folder + '/' + name));
+    return files;
 }
 
 void write(const QString& file, const QByteArray& content)
@@ -119,8 +118,17 @@ void write(const QString& file, const QByteArray& content)
         qFatal("%s cannot be written", qPrintable(file));
 }
 
-/// Executes statements in `file` with plain SQL, outside any journal.
-void executeIn(const QString& file, const QStringList& statements)
+/// A copy of a database and its write-ahead log, while the database is open.
+void copyWithLog(const QString& from, const QString& to)
+{
+    if (!QFile::copy(from, to) || !QFile::copy(from + "-wal", to + "-wal") ||
+        QFileInfo(to + "-wal").size() <= 4096)
+        qFatal("%s cannot be copied", qPrintable(from));
+}
+
+/// Executes statements in `file` with plain SQL, outside any journal, then calls `look`.
+void executeIn(
+    const QString& file, const QStringList& statements, const std::function<void()>& look = [] {})
 {
     {
         QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "plain");
@@ -132,9 +140,18 @@ void executeIn(const QString& file, const QStringList& statements)
             if (!query.exec(statement))
                 qFatal("%s: %s", qPrintable(statement), qPrintable(query.lastError().text()));
         }
+        look();
     }
     QSqlDatabase::removeDatabase("plain");
 }
+
+struct OpenJournal : Journal
+{
+    explicit OpenJournal(const QString& file, qint64 firstZ = 17, const Currency& money = euro)
+    {
+        open(file, money, firstZ);
+    }
+};
 
 bool sell(Journal& journal, const QVector<Minor>& ticketPrices, PayMethod method = PayMethod::Cash)
 {
@@ -144,28 +161,132 @@ bool sell(Journal& journal, const QVector<Minor>& ticketPrices, PayMethod method
     return journal.confirmSale(tickets, method, noon).has_value();
 }
 
-/// The kind of fault as text; "none" without.
 QString kindOf(const std::optional<JournalFault>& fault)
 {
-    if (!fault)
-        return QStringLiteral("none");
-    switch (fault->kind) {
-    case Kind::Locked:
-        return QStringLiteral("locked");
-    case Kind::Full:
-        return QStringLiteral("full");
-    case Kind::Damaged:
-        return QStringLiteral("damaged");
-    case Kind::Foreign:
-        return QStringLiteral("foreign");
-    case Kind::OtherVersion:
-        return QStringLiteral("other version");
-    case Kind::OtherCurrency:
-        return QStringLiteral("other currency");
-    case Kind::Unreachable:
-        return QStringLiteral("unreachable");
+    static const QStringList names{"locked",        "full",           "damaged",    "foreign",
+                                   "other version", "other currency", "unreachable"};
+    return fault ? names.at(static_cast<int>(fault->kind)) : QStringLiteral("none");
+}
+
+/// Makes files in a folder and returns the one to open.
+using Prepare = std::function<QString(const QString& folder)>;
+
+QString fileIn(const QString& folder) { return folder + "/journal.db"; }
+
+Prepare content(const QByteArray& bytes)
+{
+    return [bytes](const QString& folder) {
+        write(fileIn(folder), bytes);
+        return fileIn(folder);
+    };
+}
+
+Prepare database(const QStringList& statements)
+{
+    return [statements](const QString& folder) {
+        executeIn(fileIn(folder), statements);
+        return fileIn(folder);
+    };
+}
+
+/// The journal as a power cut leaves it: two tickets and `statement` are in the log alone.
+Prepare powerCut(const QString& statement, const Currency& money = euro)
+{
+    return [=](const QString& folder) {
+        const QString living = folder + "/living.db";
+        {
+            OpenJournal journal(living, 17, money);
+            if (!sell(journal, {190, 95}))
+                qFatal("Nothing can be sold");
+            rowsOf(onlyConnection(), statement);
+            copyWithLog(living, fileIn(folder));
+        }
+        QFile::remove(living);
+        return fileIn(folder);
+    };
+}
+
+/// A journal of two closed shifts, 100 sales in the first, that `harm` was done to.
+Prepare harmed(const std::function<void(const QString& file)>& harm)
+{
+    return [harm](const QString& folder) {
+        {
+            OpenJournal journal(fileIn(folder));
+            rowsOf(onlyConnection(), "PRAGMA synchronous=OFF");
+            for (int sale = 0; sale < 100; ++sale)
+                journal.confirmSale({ticket(190, QString(900, 'x')), ticket(95)},
+                                    sale % 3 == 0 ? PayMethod::Card : PayMethod::Cash, noon);
+            if (!journal.closeShift(noon) || !journal.closeShift(noon))
+                qFatal("No shift can be closed");
+        }
+        harm(fileIn(folder));
+        return fileIn(folder);
+    };
+}
+
+Prepare harmed(const QString& statement)
+{
+    return harmed([statement](const QString& file) { executeIn(file, {statement}); });
+}
+
+/// A page of zeros, counted from the end.
+Prepare harmedPage(int page)
+{
+    return harmed([page](const QString& file) {
+        QByteArray content = contentOf(file);
+        write(file, content.replace(content.size() - page * 4096, 4096, QByteArray(4096, '\0')));
+    });
+}
+
+/// Sums and tickets are found through indexes: one that lost an entry loses a sale.
+QString harmedIndex(const QString& folder)
+{
+    {
+        OpenJournal journal(fileIn(folder), 413);
+        sell(journal, {190});
+        sell(journal, {95});
     }
-    return {};
+    // Entries of the index sale_shift: header of 3 bytes, the shift (0x019d), the sale's number.
+    QByteArray content = contentOf(fileIn(folder));
+    const int entry = content.indexOf(QByteArray("\x03\x02\x01\x01\x9d\x02", 6));
+    if (entry < 0)
+        qFatal("The index has no such entry");
+    content[entry + 4] = '\x9e';
+    write(fileIn(folder), content);
+    return fileIn(folder);
+}
+
+/// SQLite itself would move the log into the database of anyone who crashed.
+QString logOfAnotherProgram(const QString& folder)
+{
+    const QString living = folder + "/living.db";
+    executeIn(living, {"PRAGMA journal_mode=WAL", "CREATE TABLE diary (day)"},
+              [&] { copyWithLog(living, fileIn(folder)); });
+    QFile::remove(living);
+    return fileIn(folder);
+}
+
+/// The sales may be in the log: a new journal would throw it away.
+Prepare logAlone(bool isDatabaseThere)
+{
+    return [isDatabaseThere](const QString& folder) {
+        if (isDatabaseThere)
+            write(fileIn(folder), {});
+        write(fileIn(folder) + "-wal", "all that was sold today");
+        return fileIn(folder);
+    };
+}
+
+/// Opened through a link to a link.
+Prepare linked(const Prepare& prepare)
+{
+    return [prepare](const QString& folder) {
+        const QString target = prepare(folder);
+        if (!QFile::link("other-link", folder + "/link") ||
+            !QFile::link(target, folder + "/other-link"))
+            qFatal("No links can be made");
+        return folder + "/link";
+    };
 }
 
 /// Something that the journal writes.
@@ -197,6 +318,8 @@ const std::vector<Step>& steps()
 
 } // namespace
 
+Q_DECLARE_METATYPE(Prepare)
+
 class TestJournal : public QObject
 {
     Q_OBJECT
@@ -216,361 +339,153 @@ private slots:
             QVERIFY2(!step.run(journal), step.name);
         QVERIFY(journal.basket().isEmpty());
         QVERIFY(journal.unprintedTickets().isEmpty());
-        QVERIFY(journal.closedShifts().isEmpty());
-        QVERIFY(!journal.runningShift());
+        QCOMPARE(shiftsOf(journal), QStringList("none"));
+    }
+
+    void newFileStartsTheFirstShift_data()
+    {
+        QTest::addColumn<bool>("isThere");
+        QTest::newRow("no file") << false;
+        QTest::newRow("empty file") << true;
     }
 
     void newFileStartsTheFirstShift()
     {
+        QFETCH(bool, isThere);
+        if (isThere)
+            write(file(), {});
         Journal journal;
         QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
         QCOMPARE(kindOf(journal.fault()), "none");
-        QCOMPARE(text(journal.runningShift()), "17: 0 tickets 0, 0 by card 0, 0-0");
-        QVERIFY(journal.closedShifts().isEmpty());
+        QCOMPARE(shiftsOf(journal), QStringList("17: 0 tickets 0, 0 by card 0, 0-0"));
         QVERIFY(journal.basket().isEmpty());
         QVERIFY(journal.unprintedTickets().isEmpty());
         QCOMPARE(rowsOf(onlyConnection(), "PRAGMA journal_mode"), QStringList("wal"));
         QCOMPARE(rowsOf(onlyConnection(), "PRAGMA synchronous"), QStringList("2"));
     }
 
-    void emptyFileIsTakenAsNew()
-    {
-        write(file(), {});
-        Journal journal;
-        QCOMPARE(kindOf(journal.open(file(), euro, 3)), "none");
-        QCOMPARE(text(journal.runningShift()), "3: 0 tickets 0, 0 by card 0, 0-0");
-    }
-
-    void everythingIsThereAfterReopening()
-    {
-        {
-            Journal journal;
-            journal.open(file(), euro, 17);
-            QVERIFY(sell(journal, {190, 95}));
-            QVERIFY(journal.closeShift(noon));
-            QVERIFY(sell(journal, {450}, PayMethod::Card));
-            QVERIFY(journal.appendToBasket(distinctTicket()));
-        }
-        Journal journal;
-        QCOMPARE(kindOf(journal.open(file(), euro, 99)), "none");
-        QCOMPARE(text(journal.runningShift()), "18: 1 tickets 450, 1 by card 450, 3-3");
-        QCOMPARE(journal.closedShifts().size(), 1);
-        QCOMPARE(text(journal.closedShifts().at(0)), "17: 2 tickets 285, 0 by card 0, 1-2");
-        QCOMPARE(journal.closedShifts().at(0).closedAt, noon);
-        QCOMPARE(journal.basket().size(), 1);
-        QCOMPARE(text(journal.basket().at(0)), text(distinctTicket()));
-        QCOMPARE(numbers(journal.unprintedTickets()), (QVector<qint64>{1, 2, 3}));
-    }
-
     void openingAgainClosesFirst()
     {
-        Journal journal;
-        journal.open(file(), euro, 17);
+        OpenJournal journal(file());
         QVERIFY(sell(journal, {190}));
         QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
-        QCOMPARE(text(journal.runningShift()), "17: 1 tickets 190, 0 by card 0, 1-1");
+        QCOMPARE(shiftsOf(journal), QStringList("17: 1 tickets 190, 0 by card 0, 1-1"));
         QCOMPARE(QSqlDatabase::connectionNames().size(), 1);
     }
 
     /// A journal as shipped is read by what ships later: the tables are an interface.
     void fileSaysWhatItIs()
     {
-        {
-            Journal journal;
-            journal.open(file(), euro, 17);
-        }
+        OpenJournal(file()).clearBasket();
         const QByteArray header = contentOf(file()).left(72);
         QCOMPARE(header.mid(68, 4), QByteArray("RivJ"));
         QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\2", 4));
     }
 
+    /// Whoever looks into it later finds every byte, and what the terminal left when it lost power.
     void refusedFileStaysAsItIs_data()
     {
-        QTest::addColumn<QByteArray>("content"); // of the file; if empty, `statements` make it
-        QTest::addColumn<QStringList>("statements");
+        QTest::addColumn<Prepare>("prepare");
         QTest::addColumn<QString>("fault");
+        const auto add = [](const char* what, const Prepare& prepare, const char* fault) {
+            QTest::newRow(what) << prepare << fault;
+        };
 
-        const auto file = [](const char* name, const QByteArray& content) {
-            QTest::newRow(name) << content << QStringList() << "damaged";
-        };
-        file("text", "Dear diary, today I sold nothing at all.\n");
-        file("one byte", "S");
-        file("zeros", QByteArray(8192, '\0'));
-        file("database that ends in its header", "SQLite format 3");
-        const auto database = [](const char* name, const QStringList& statements,
-                                 const char* fault) {
-            QTest::newRow(name) << QByteArray() << statements << fault;
-        };
-        database("database of another program", {"CREATE TABLE diary (day)"}, "foreign");
-        database("another program's, with a write-ahead log",
-                 {"PRAGMA journal_mode=WAL", "CREATE TABLE diary (day)"}, "foreign");
-        database("another program's identifier",
-                 {"PRAGMA application_id=77", "CREATE TABLE journal (currency)"}, "foreign");
+        add("text", content("Dear diary, today I sold nothing at all.\n"), "damaged");
+        add("one byte", content("S"), "damaged");
+        add("zeros", content(QByteArray(8192, '\0')), "damaged");
+        add("database that ends in its header", content("SQLite format 3"), "damaged");
+
+        add("database of another program", database({"CREATE TABLE diary (day)"}), "foreign");
+        add("another program's, with a write-ahead log",
+            database({"PRAGMA journal_mode=WAL", "CREATE TABLE diary (day)"}), "foreign");
+        add("another program's, with an unfinished log", logOfAnotherProgram, "foreign");
+        add("another program's identifier",
+            database({"PRAGMA application_id=77", "CREATE TABLE journal (currency)"}), "foreign");
         const QString ours = QStringLiteral("PRAGMA application_id=%1").arg(0x5269764a);
-        database("newer version", {ours, "PRAGMA user_version=3", "CREATE TABLE journal (a)"},
-                 "other version");
-        database("older version", {ours, "PRAGMA user_version=1", "CREATE TABLE journal (a)"},
-                 "other version");
-        database("our identifier, other tables",
-                 {ours, "PRAGMA user_version=2", "CREATE TABLE journal (a)"}, "damaged");
+        add("newer version", database({ours, "PRAGMA user_version=3", "CREATE TABLE journal (a)"}),
+            "other version");
+        add("older version", database({ours, "PRAGMA user_version=1", "CREATE TABLE journal (a)"}),
+            "other version");
+        add("our identifier, other tables",
+            database({ours, "PRAGMA user_version=2", "CREATE TABLE journal (a)"}), "damaged");
+
+        add("another currency", powerCut("SELECT 1", Currency("PLN", 2)), "other currency");
+        add("same code, other minor units", powerCut("SELECT 1", Currency("EUR", 3)),
+            "other currency");
+        add("another currency, found through links",
+            linked(powerCut("SELECT 1", Currency("PLN", 2))), "other currency");
+        add("another version in the log", powerCut("PRAGMA user_version=3"), "other version");
+        add("sums in the log that do not agree", powerCut("UPDATE sale SET total = 7"), "damaged");
+        add("table is missing in the log", powerCut("DROP TABLE basket"), "damaged");
+
+        add("log of an empty database", logAlone(true), "damaged");
+        add("log without a database", logAlone(false), "damaged");
+        add("log of an empty database, found through links", linked(logAlone(true)), "damaged");
+        add("log without a database, found through links", linked(logAlone(false)), "damaged");
+
+        add(
+            "missing folder", [](const QString& folder) { return folder + "/none/journal.db"; },
+            "unreachable");
+        add(
+            "folder instead of a file", [](const QString& folder) { return folder; },
+            "unreachable");
+
+        add("last page is zeros", harmedPage(1), "damaged");
+        add("page in the middle is zeros", harmedPage(20), "damaged");
+        add("file is cut off", harmed([](const QString& file) {
+                QFile::resize(file, QFile(file).size() / 2 / 4096 * 4096);
+            }),
+            "damaged");
+        add("index differs from its table", harmedIndex, "damaged");
+        for (const char* statement :
+             {"UPDATE sale SET total = total + 1 WHERE id = 7",
+              "UPDATE sale SET pay_method = 2 WHERE id = 8", // not as the shift's card sales
+              "UPDATE sale SET shift = 99 WHERE id = 100", "DELETE FROM sale WHERE id = 1",
+              "DELETE FROM ticket WHERE number = 12", "DELETE FROM ticket WHERE sale = 3",
+              "UPDATE shift SET paid_at = '2026-03-29T12:00:00.250Z' WHERE z_number = 19",
+              "DELETE FROM shift WHERE closed_at IS NULL",
+              "INSERT INTO shift (z_number) VALUES (99)", "DELETE FROM journal",
+              "DROP TABLE ticket"})
+            add(statement, harmed(QString(statement)), "damaged");
+        for (const char* figure : {"ticket_count", "ticket_sum", "card_count", "card_sum",
+                                   "first_ticket", "last_ticket"}) {
+            for (const char* statement : {"UPDATE shift SET %1 = %1 + 1 WHERE z_number = 17",
+                                          "UPDATE shift SET %1 = NULL WHERE z_number = 17",
+                                          "UPDATE shift SET %1 = 1 WHERE z_number = 18"}) {
+                const QString harm = QString(statement).arg(figure);
+                add(qPrintable(harm), harmed(harm), "damaged");
+            }
+        }
     }
 
     void refusedFileStaysAsItIs()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(QStringList, statements);
-        if (content.isEmpty())
-            executeIn(file(), statements);
-        else
-            write(file(), content);
+        QFETCH(Prepare, prepare);
         QFETCH(QString, fault);
-        checkRefusal(fault);
-    }
-
-    /// SQLite itself would move the log into the database of anyone who crashed.
-    void unfinishedLogOfAnotherProgramStays()
-    {
-        const QString living = m_folder->filePath("living.db");
-        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "other");
-        db.setDatabaseName(living);
-        QVERIFY(db.open());
-        QSqlQuery query(db);
-        QVERIFY(query.exec("PRAGMA journal_mode=WAL") && query.exec("CREATE TABLE diary (day)"));
-        query.finish();
-        QVERIFY(QFile::copy(living, file()));
-        QVERIFY(QFile::copy(living + "-wal", file() + "-wal"));
-        query = QSqlQuery();
-        db.close();
-        db = QSqlDatabase();
-        QSqlDatabase::removeDatabase("other");
-
-        const QByteArray log = contentOf(file() + "-wal");
-        QVERIFY(!log.isEmpty());
-        const QByteArray before = contentOf(file());
-        Journal journal;
-        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "foreign");
-        QCOMPARE(contentOf(file()), before);
-        QCOMPARE(contentOf(file() + "-wal"), log);
-    }
-
-    void journalOfOtherMoneyStaysAsItIs_data()
-    {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<int>("decimals");
-
-        QTest::newRow("another currency") << "PLN" << 2;
-        QTest::newRow("same code, other minor units") << "EUR" << 3;
-    }
-
-    void journalOfOtherMoneyStaysAsItIs()
-    {
-        QFETCH(QString, code);
-        QFETCH(int, decimals);
-        {
-            Journal journal;
-            journal.open(file(), Currency(code, decimals), 17);
-            QVERIFY(sell(journal, {190}));
-        }
-        checkRefusal("other currency");
-    }
-
-    /// Whoever looks into the file later finds what the terminal left when it lost power.
-    void unfinishedLogOfARefusedJournalStays_data()
-    {
-        QTest::addColumn<QString>("statement"); // executed in it before
-        QTest::addColumn<QString>("currency");
-        QTest::addColumn<QString>("link"); // that names it; empty for none
-        QTest::addColumn<QString>("fault");
-
-        QTest::newRow("another currency") << "SELECT 1"
-                                          << "PLN"
-                                          << ""
-                                          << "other currency";
-        QTest::newRow("another currency, found through links") << "SELECT 1"
-                                                               << "PLN"
-                                                               << "link"
-                                                               << "other currency";
-        QTest::newRow("another version") << "PRAGMA user_version=3"
-                                         << "EUR"
-                                         << ""
-                                         << "other version";
-        QTest::newRow("sums that do not agree") << "UPDATE sale SET total = 7"
-                                                << "EUR"
-                                                << ""
-                                                << "damaged";
-        QTest::newRow("table is missing") << "DROP TABLE basket"
-                                          << "EUR"
-                                          << ""
-                                          << "damaged";
-    }
-
-    void unfinishedLogOfARefusedJournalStays()
-    {
-        QFETCH(QString, statement);
-        QFETCH(QString, currency);
-        QFETCH(QString, fault);
-        leaveUnfinishedLog(statement);
-        const QByteArray content = contentOf(file());
-        const QByteArray log = contentOf(file() + "-wal");
-        QVERIFY(log.size() > 4096);
-        QFETCH(QString, link);
-        QString path = file();
-        if (!link.isEmpty()) {
-            path = m_folder->filePath(link);
-            QVERIFY(QFile::link("other-link", path));
-            QVERIFY(QFile::link(file(), m_folder->filePath("other-link")));
-        }
+        const QString path = prepare(m_folder->path());
+        const QMap<QString, QByteArray> before = filesIn(m_folder->path());
         for (int attempt = 0; attempt < 2; ++attempt) {
             Journal journal;
-            QCOMPARE(kindOf(journal.open(path, Currency(currency, 2), 17)), fault);
+            QCOMPARE(kindOf(journal.open(path, euro, 17)), fault);
             QVERIFY(!sell(journal, {95}));
+            QVERIFY(!journal.appendToBasket(ticket(95)));
+            QVERIFY(!journal.runningShift());
+            QVERIFY(QSqlDatabase::connectionNames().isEmpty());
         }
-        QCOMPARE(contentOf(file()), content);
-        QCOMPARE(contentOf(file() + "-wal"), log);
+        QCOMPARE(filesIn(m_folder->path()), before);
+        QVERIFY(!QDir(m_folder->filePath("none")).exists());
     }
 
     void unfinishedLogOfOursIsTakenIn()
     {
-        leaveUnfinishedLog("SELECT 1");
-        {
+        powerCut("SELECT 1")(m_folder->path());
+        for (int attempt = 0; attempt < 2; ++attempt) {
             Journal journal;
             QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
-            QCOMPARE(text(journal.runningShift()), "17: 2 tickets 285, 0 by card 0, 1-2");
+            QCOMPARE(shiftsOf(journal), QStringList("17: 2 tickets 285, 0 by card 0, 1-2"));
         }
         QVERIFY(!QFile::exists(file() + "-wal"));
-        Journal journal;
-        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
-        QCOMPARE(text(journal.runningShift()), "17: 2 tickets 285, 0 by card 0, 1-2");
-    }
-
-    /// The sales may be in the log: a new journal would throw it away.
-    void logWithoutItsDatabaseStays_data()
-    {
-        QTest::addColumn<bool>("isThere");
-
-        QTest::addColumn<bool>("isLinked");
-
-        QTest::newRow("database is empty") << true << false;
-        QTest::newRow("database is missing") << false << false;
-        QTest::newRow("database is empty, found through a link") << true << true;
-        QTest::newRow("database is missing where a link points") << false << true;
-    }
-
-    void logWithoutItsDatabaseStays()
-    {
-        QFETCH(bool, isThere);
-        if (isThere)
-            write(file(), {});
-        write(file() + "-wal", "all that was sold today");
-        QFETCH(bool, isLinked);
-        const QString link = m_folder->filePath("link");
-        if (isLinked)
-            QVERIFY(QFile::link(file(), link));
-        checkRefusal("damaged", isLinked ? link : file());
-        QCOMPARE(contentOf(file() + "-wal"), QByteArray("all that was sold today"));
-    }
-
-    void damageIsFoundAtOpening_data()
-    {
-        QTest::addColumn<int>("page"); // counted from the end; 0 = by statement
-        QTest::addColumn<QString>("statement");
-
-        QTest::newRow("last page is zeros") << 1 << "";
-        QTest::newRow("page in the middle is zeros") << 20 << "";
-        QTest::newRow("total differs from the tickets")
-            << 0 << "UPDATE sale SET total = total + 1 WHERE id = 7";
-        QTest::newRow("ticket is missing") << 0 << "DELETE FROM ticket WHERE number = 12";
-        QTest::newRow("sale is missing") << 0 << "DELETE FROM sale WHERE id = 1";
-        QTest::newRow("all tickets of a sale are missing")
-            << 0 << "DELETE FROM ticket WHERE sale = 3";
-        for (const char* figure : {"ticket_count", "ticket_sum", "card_count", "card_sum",
-                                   "first_ticket", "last_ticket"}) {
-            QTest::addRow("%s of a shift differs from its tickets", figure)
-                << 0
-                << QStringLiteral("UPDATE shift SET %1 = %1 + 1 WHERE z_number = 17").arg(figure);
-            QTest::addRow("%s of a shift without sales is not 0", figure)
-                << 0 << QStringLiteral("UPDATE shift SET %1 = 1 WHERE z_number = 18").arg(figure);
-            QTest::addRow("%s of a shift is missing", figure)
-                << 0
-                << QStringLiteral("UPDATE shift SET %1 = NULL WHERE z_number = 17").arg(figure);
-        }
-        QTest::newRow("payment method of a sale differs from the shift's card sales")
-            << 0 << "UPDATE sale SET pay_method = 2 WHERE id = 8";
-        QTest::newRow("running shift is paid")
-            << 0 << "UPDATE shift SET paid_at = '2026-03-29T12:00:00.250Z' WHERE z_number = 19";
-        QTest::newRow("no running shift") << 0 << "DELETE FROM shift WHERE closed_at IS NULL";
-        QTest::newRow("sale of no shift") << 0 << "UPDATE sale SET shift = 99 WHERE id = 100";
-        QTest::newRow("two running shifts") << 0 << "INSERT INTO shift (z_number) VALUES (99)";
-        QTest::newRow("no currency") << 0 << "DELETE FROM journal";
-        QTest::newRow("table is missing") << 0 << "DROP TABLE ticket";
-    }
-
-    void damageIsFoundAtOpening()
-    {
-        QFETCH(int, page);
-        QFETCH(QString, statement);
-        {
-            Journal journal;
-            journal.open(file(), euro, 17);
-            for (int sale = 0; sale < 100; ++sale)
-                QVERIFY(journal.confirmSale({ticket(190, QString(900, 'x')), ticket(95)},
-                                            sale % 3 == 0 ? PayMethod::Card : PayMethod::Cash,
-                                            noon));
-            QVERIFY(journal.closeShift(noon));
-            QVERIFY(journal.closeShift(noon));
-        }
-        if (page == 0) {
-            executeIn(file(), {statement});
-        } else {
-            QByteArray content = contentOf(file());
-            content.replace(content.size() - page * 4096, 4096, QByteArray(4096, '\0'));
-            write(file(), content);
-        }
-        checkRefusal("damaged");
-    }
-
-    /// Sums and tickets are found through indexes: one that lost an entry loses a sale.
-    void indexThatDiffersFromItsTableIsDamage()
-    {
-        {
-            Journal journal;
-            journal.open(file(), euro, 413);
-            QVERIFY(sell(journal, {190}));
-            QVERIFY(sell(journal, {95}));
-        }
-        // Entries of the index sale_shift: header of 3 bytes, the shift (0x019d), the sale's
-        // number.
-        QByteArray content = contentOf(file());
-        const int entry = content.indexOf(QByteArray("\x03\x02\x01\x01\x9d\x02", 6));
-        QVERIFY(entry > 0);
-        content[entry + 4] = '\x9e';
-        write(file(), content);
-        checkRefusal("damaged");
-    }
-
-    void cutOffFileIsDamaged()
-    {
-        {
-            Journal journal;
-            journal.open(file(), euro, 17);
-            QVERIFY(sell(journal, QVector<Minor>(100, 190)));
-        }
-        QVERIFY(QFile::resize(file(), QFile(file()).size() / 2 / 4096 * 4096));
-        checkRefusal("damaged");
-    }
-
-    void missingFolderIsUnreachable()
-    {
-        Journal journal;
-        QCOMPARE(kindOf(journal.open(m_folder->filePath("none/journal.db"), euro, 17)),
-                 "unreachable");
-        QVERIFY(!QDir(m_folder->filePath("none")).exists());
-    }
-
-    void folderInsteadOfAFileIsUnreachable()
-    {
-        Journal journal;
-        QCOMPARE(kindOf(journal.open(m_folder->path(), euro, 17)), "unreachable");
     }
 
     /// As a user who may read the file and no more.
@@ -604,63 +519,55 @@ private slots:
         QCOMPARE(contentOf(file()), before);
     }
 
+    /// The terminal stays locked out by its twin even if nothing was ever sold.
     void secondOpenerFindsItLocked()
     {
+        OpenJournal(file()).clearBasket();
         Journal second;
         {
-            Journal first;
-            first.open(file(), euro, 17);
+            OpenJournal first(file());
             QCOMPARE(kindOf(second.open(file(), euro, 17)), "locked");
             QVERIFY(!sell(second, {95}));
             QVERIFY(sell(first, {190}));
+            QCOMPARE(kindOf(second.open(file(), euro, 17)), "locked");
         }
         QCOMPARE(kindOf(second.open(file(), euro, 17)), "none");
-        QCOMPARE(text(second.runningShift()), "17: 1 tickets 190, 0 by card 0, 1-1");
-    }
-
-    /// The terminal stays locked out by its twin even if nothing was ever sold.
-    void secondOpenerFindsAnUntouchedOneLocked()
-    {
-        {
-            Journal maker;
-            maker.open(file(), euro, 17);
-        }
-        Journal first;
-        first.open(file(), euro, 17);
-        Journal second;
-        QCOMPARE(kindOf(second.open(file(), euro, 17)), "locked");
+        QCOMPARE(shiftsOf(second), QStringList("17: 1 tickets 190, 0 by card 0, 1-1"));
     }
 
     void basketLines()
     {
-        Journal journal;
-        journal.open(file(), euro, 17);
+        OpenJournal journal(file());
+        const auto removed = [&](int row) {
+            return journal.removeFromBasket(row) ? valuesOf(journal.basket(), &Ticket::price)
+                                                 : QVector<qint64>();
+        };
         for (const Minor price : {1, 2, 3, 4})
             QVERIFY(journal.appendToBasket(ticket(price)));
-        QVERIFY(journal.removeFromBasket(1));
-        QCOMPARE(prices(journal.basket()), (QVector<Minor>{1, 3, 4}));
-        QVERIFY(journal.removeFromBasket(2));
+        QCOMPARE(removed(1), (QVector<Minor>{1, 3, 4}));
+        QCOMPARE(removed(2), (QVector<Minor>{1, 3}));
         QVERIFY(journal.appendToBasket(ticket(5)));
-        QCOMPARE(prices(journal.basket()), (QVector<Minor>{1, 3, 5}));
-        QVERIFY(journal.removeFromBasket(3));
-        QCOMPARE(prices(journal.basket()), (QVector<Minor>{1, 3, 5}));
-        QVERIFY(journal.removeFromBasket(0));
-        QCOMPARE(prices(journal.basket()), (QVector<Minor>{3, 5}));
+        QCOMPARE(removed(3), (QVector<Minor>{1, 3, 5}));
+        QCOMPARE(removed(0), (QVector<Minor>{3, 5}));
         QVERIFY(journal.clearBasket());
         QVERIFY(journal.basket().isEmpty());
     }
 
     void saleNumbersItsTicketsAndEmptiesTheBasket()
     {
-        Journal journal;
-        journal.open(file(), euro, 17);
-        QVERIFY(journal.appendToBasket(distinctTicket()));
-        const auto sold =
-            journal.confirmSale({distinctTicket(), ticket(95)}, PayMethod::Card, noon);
+        Ticket expected = distinctTicket;
+        {
+            OpenJournal journal(file());
+            QVERIFY(journal.appendToBasket(distinctTicket));
+        }
+        OpenJournal journal(file());
+        QCOMPARE(journal.basket().size(), 1);
+        QCOMPARE(text(journal.basket().at(0)), text(expected));
+        const auto sold = journal.confirmSale({distinctTicket, ticket(95)}, PayMethod::Card, noon);
         QVERIFY(sold);
-        QCOMPARE(numbers(*sold), (QVector<qint64>{1, 2}));
-        Ticket expected = distinctTicket();
         expected.number = 1;
+        expected.payMethod = 2;
+        QCOMPARE(valuesOf(*sold, &Ticket::number), (QVector<qint64>{1, 2}));
         QCOMPARE(text(sold->at(0)), text(expected));
         QCOMPARE(text(journal.unprintedTickets().at(0)), text(expected));
         QVERIFY(journal.basket().isEmpty());
@@ -670,8 +577,7 @@ private slots:
 
     void nothingCannotBeSold()
     {
-        Journal journal;
-        journal.open(file(), euro, 17);
+        OpenJournal journal(file());
         const QStringList before = journalContent();
         QVERIFY(!journal.confirmSale({}, PayMethod::Cash, noon));
         QCOMPARE(journalContent(), before);
@@ -680,115 +586,78 @@ private slots:
 
     void ticketsArePrintedOneByOne()
     {
-        Journal journal;
-        journal.open(file(), euro, 17);
+        OpenJournal journal(file());
         QVERIFY(sell(journal, {190, 95, 450}));
-        QVERIFY(journal.markPrinted(1));
-        QCOMPARE(numbers(journal.unprintedTickets()), (QVector<qint64>{2, 3}));
-        QVERIFY(journal.markPrinted(3));
-        QCOMPARE(numbers(journal.unprintedTickets()), (QVector<qint64>{2}));
-        QVERIFY(journal.markPrinted(2));
-        QVERIFY(journal.unprintedTickets().isEmpty());
+        QVector<QVector<qint64>> left;
+        for (const qint64 number : {1, 3, 2}) {
+            QVERIFY(journal.markPrinted(number));
+            left.append(valuesOf(journal.unprintedTickets(), &Ticket::number));
+        }
+        QCOMPARE(left, (QVector<QVector<qint64>>{{2, 3}, {2}, {}}));
     }
 
     void ticketNumbersAreNeverUsedAgain()
     {
         {
-            Journal journal;
-            journal.open(file(), euro, 17);
+            OpenJournal journal(file());
             QVERIFY(sell(journal, {190, 95}));
         }
         executeIn(file(), {"DELETE FROM ticket", "DELETE FROM sale"});
-        Journal journal;
-        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
-        const auto sold = journal.confirmSale({ticket(95)}, PayMethod::Cash, noon);
-        QVERIFY(sold);
-        QCOMPARE(numbers(*sold), (QVector<qint64>{3}));
+        OpenJournal journal(file());
+        QVERIFY(sell(journal, {95}));
+        QCOMPARE(valuesOf(journal.unprintedTickets(), &Ticket::number), (QVector<qint64>{3}));
     }
 
-    void shiftsAreSummedUpAndNumberedOn()
+    void shiftsAreSummedUpNumberedOnAndPaid()
     {
-        Journal journal;
-        journal.open(file(), euro, 17);
-        QVERIFY(sell(journal, {190, 95}));
-        QVERIFY(sell(journal, {450}, PayMethod::Card));
-        QVERIFY(sell(journal, {0, 10}, PayMethod::Card));
-        QCOMPARE(text(journal.runningShift()), "17: 5 tickets 745, 3 by card 460, 1-5");
-        const auto closed = journal.closeShift(noon);
-        QCOMPARE(text(closed), "17: 5 tickets 745, 3 by card 460, 1-5");
-        QCOMPARE(closed->closedAt, noon);
-        QCOMPARE(text(journal.runningShift()), "18: 0 tickets 0, 0 by card 0, 0-0");
-        QVERIFY(sell(journal, {7}));
-        QCOMPARE(text(journal.closeShift(noon.addDays(1))), "18: 1 tickets 7, 0 by card 0, 6-6");
-        QCOMPARE(text(journal.closeShift(noon.addDays(2))), "19: 0 tickets 0, 0 by card 0, 0-0");
-        const QVector<ShiftReport> shifts = journal.closedShifts();
-        QCOMPARE(shifts.size(), 3);
-        QCOMPARE(text(shifts.at(0)), text(closed));
-        QCOMPARE(text(shifts.at(1)), "18: 1 tickets 7, 0 by card 0, 6-6");
-        QCOMPARE(shifts.at(1).closedAt, noon.addDays(1));
-        QCOMPARE(text(shifts.at(2)), "19: 0 tickets 0, 0 by card 0, 0-0");
-        QCOMPARE(text(journal.runningShift()), "20: 0 tickets 0, 0 by card 0, 0-0");
-    }
-
-    void cashOfAClosedShiftIsHandedOver()
-    {
+        QStringList shifts;
         {
-            Journal journal;
-            journal.open(file(), euro, 17);
+            OpenJournal journal(file());
             QVERIFY(sell(journal, {190, 95}));
             QVERIFY(sell(journal, {450}, PayMethod::Card));
+            QVERIFY(sell(journal, {0, 10}, PayMethod::Card));
+            QCOMPARE(shiftsOf(journal), QStringList("17: 5 tickets 745, 3 by card 460, 1-5"));
             const auto closed = journal.closeShift(noon);
-            QVERIFY(closed);
+            QCOMPARE(text(closed), "17: 5 tickets 745, 3 by card 460, 1-5, closed 29 12:00");
             QCOMPARE(closed->cash(), 285);
-            QVERIFY(!closed->paidAt.isValid());
-            QVERIFY(!journal.closedShifts().at(0).paidAt.isValid());
-            const auto paid = journal.handOver(17, noon.addSecs(60));
-            QVERIFY(paid);
-            QCOMPARE(text(paid), text(closed));
-            QCOMPARE(paid->closedAt, noon);
-            QCOMPARE(paid->paidAt, noon.addSecs(60));
-            QCOMPARE(journal.closedShifts().at(0).paidAt, noon.addSecs(60));
+            QVERIFY(sell(journal, {7}));
+            QCOMPARE(text(journal.closeShift(noon.addDays(1))),
+                     "18: 1 tickets 7, 0 by card 0, 6-6, closed 30 12:00");
+            // Without cash they are paid when they are closed.
+            QCOMPARE(text(journal.closeShift(noon.addDays(2))),
+                     "19: 0 tickets 0, 0 by card 0, 0-0, closed 31 12:00, paid 31 12:00");
+            QVERIFY(sell(journal, {450}, PayMethod::Card));
+            QCOMPARE(text(journal.closeShift(noon.addSecs(60))),
+                     "20: 1 tickets 450, 1 by card 450, 7-7, closed 29 12:01, paid 29 12:01");
+            QCOMPARE(text(journal.handOver(17, noon.addSecs(120))),
+                     "17: 5 tickets 745, 3 by card 460, 1-5, closed 29 12:00, paid 29 12:02");
+            QVERIFY(sell(journal, {95}));
+            shifts = shiftsOf(journal);
         }
-        Journal journal;
-        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
-        QCOMPARE(journal.closedShifts().at(0).paidAt, noon.addSecs(60));
-        QCOMPARE(journal.closedShifts().at(0).closedAt, noon);
-    }
-
-    void shiftWithoutCashIsPaidWhenItIsClosed()
-    {
-        Journal journal;
-        journal.open(file(), euro, 17);
-        QCOMPARE(journal.closeShift(noon)->paidAt, noon);
-        QVERIFY(sell(journal, {450}, PayMethod::Card));
-        QCOMPARE(journal.closeShift(noon.addDays(1))->paidAt, noon.addDays(1));
-        QCOMPARE(journal.closedShifts().at(0).paidAt, noon);
-        QCOMPARE(journal.closedShifts().at(1).paidAt, noon.addDays(1));
-    }
-
-    void nothingElseIsHandedOver_data()
-    {
-        QTest::addColumn<qint64>("shift");
-
-        QTest::newRow("paid shift") << qint64(17);
-        QTest::newRow("running shift") << qint64(19);
-        QTest::newRow("shift before the first") << qint64(16);
-        QTest::newRow("shift to come") << qint64(20);
+        OpenJournal journal(file(), 99);
+        QCOMPARE(shiftsOf(journal), shifts);
+        QCOMPARE(
+            shifts,
+            (QStringList{"17: 5 tickets 745, 3 by card 460, 1-5, closed 29 12:00, paid 29 12:02",
+                         "18: 1 tickets 7, 0 by card 0, 6-6, closed 30 12:00",
+                         "19: 0 tickets 0, 0 by card 0, 0-0, closed 31 12:00, paid 31 12:00",
+                         "20: 1 tickets 450, 1 by card 450, 7-7, closed 29 12:01, paid 29 12:01",
+                         "21: 1 tickets 95, 0 by card 0, 8-8"}));
+        QCOMPARE(journal.closedShifts().at(0).closedAt, noon); // to the millisecond
+        QCOMPARE(journal.closedShifts().at(0).paidAt, noon.addSecs(120));
     }
 
     void nothingElseIsHandedOver()
     {
-        QFETCH(qint64, shift);
-        Journal journal;
-        journal.open(file(), euro, 17);
+        OpenJournal journal(file());
         for (int day = 0; day < 3; ++day) {
             QVERIFY(sell(journal, {190}));
-            if (day < 2)
-                QVERIFY(journal.closeShift(noon));
+            QVERIFY(day == 2 || journal.closeShift(noon));
         }
         QVERIFY(journal.handOver(17, noon));
         const QStringList before = journalContent();
-        QVERIFY(!journal.handOver(shift, noon.addDays(1)));
+        for (const qint64 shift : {17, 19, 16, 20}) // paid, running, before the first, to come
+            QVERIFY2(!journal.handOver(shift, noon.addDays(1)), qPrintable(QString::number(shift)));
         QCOMPARE(journalContent(), before);
         QCOMPARE(kindOf(journal.fault()), "none");
         QVERIFY(journal.handOver(18, noon)); // it goes on working
@@ -931,44 +800,12 @@ private slots:
     }
 
 private:
-    QString file() const { return m_folder->filePath("journal.db"); }
-
-    void checkRefusal(const QString& fault) { checkRefusal(fault, file()); }
-
-    void checkRefusal(const QString& fault, const QString& path)
-    {
-        const QByteArray before = contentOf(file());
-        const QStringList entries = QDir(m_folder->path()).entryList(QDir::Files);
-        Journal journal;
-        QCOMPARE(kindOf(journal.open(path, euro, 17)), fault);
-        QVERIFY(!sell(journal, {95}));
-        QVERIFY(!journal.appendToBasket(ticket(95)));
-        QVERIFY(!journal.runningShift());
-        QVERIFY(QSqlDatabase::connectionNames().isEmpty());
-        QCOMPARE(contentOf(file()), before);
-        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), entries);
-    }
-
-    /// The journal as a power cut leaves it: two tickets and `statement` in the log alone.
-    void leaveUnfinishedLog(const QString& statement)
-    {
-        const QString living = m_folder->filePath("living.db");
-        {
-            Journal journal;
-            journal.open(living, euro, 17);
-            QVERIFY(sell(journal, {190, 95}));
-            rowsOf(onlyConnection(), statement);
-            QVERIFY(QFile::copy(living, file()));
-            QVERIFY(QFile::copy(living + "-wal", file() + "-wal"));
-        }
-        QVERIFY(QFile::remove(living));
-    }
+    QString file() const { return fileIn(m_folder->path()); }
 
     /// A closed shift, a sale, of which one ticket is printed, and an unfinished basket.
     void prepareDay()
     {
-        Journal journal;
-        journal.open(file(), euro, 16);
+        OpenJournal journal(file(), 16);
         sell(journal, {100});
         journal.markPrinted(1);
         journal.closeShift(noon);

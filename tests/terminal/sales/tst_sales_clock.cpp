@@ -1,5 +1,5 @@
-#include "Counter.h"
 #include "MovedClock.h"
+#include "Play.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -10,12 +10,6 @@ namespace
 {
 
 const QDateTime start(QDate(2026, 6, 1), QTime(12, 0), Qt::UTC);
-
-bool sell(Counter& counter, int tile)
-{
-    return counter.desk.add(tile) && counter.desk.pay(SalesDesk::Cash) &&
-           QTest::qWaitFor([&] { return counter.desk.state() == SalesDesk::Selling; });
-}
 
 /// "17: 2 tickets, 000001-000002, paid 2026-06-01", the newest shift first.
 QStringList reportsOf(const Counter& counter)
@@ -78,17 +72,11 @@ private slots:
         MovedClock::set(start.toSecsSinceEpoch());
         {
             Counter counter(file);
-            QVERIFY(sell(counter, AdultSingle));
+            QVERIFY(play(counter, "adult cash end"));
             MovedClock::set(then.toSecsSinceEpoch());
-            QVERIFY(sell(counter, ChildSingle));
-            QVERIFY(counter.desk.closeShift());
-            QVERIFY(counter.desk.handOver(17));
-            QVERIFY(sell(counter, AdultSingle));
-            QVERIFY(counter.desk.closeShift());
-            QVERIFY(counter.desk.handOver(18));
+            QVERIFY(play(counter, "child cash end close hand:17 adult cash end close hand:18"));
             MovedClock::set(start.toSecsSinceEpoch());
-            QVERIFY(sell(counter, DayTicket));
-            QVERIFY(counter.desk.add(AdultSingle));
+            QVERIFY(play(counter, "day cash end adult"));
             QCOMPARE(reportsOf(counter), reports);
         }
         MovedClock::set(then.toSecsSinceEpoch());
@@ -100,7 +88,7 @@ private slots:
         const QString thatDay = then.date().toString(Qt::ISODate);
         QCOMPARE(rowsOf(onlyConnection(), "SELECT substr(sold_at, 1, 10) FROM sale ORDER BY id"),
                  QStringList({startDay, thatDay, thatDay, startDay}));
-        QVERIFY(sell(again, ChildSingle));
+        QVERIFY(play(again, "child cash end"));
         QCOMPARE(again.report(0)->toTicketNumber(), QString("000006"));
     }
 };

@@ -1,6 +1,7 @@
-#include "Counter.h"
+#include "Play.h"
 #include "SignalLog.h"
 
+#include <QDebug>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
@@ -15,11 +16,12 @@ using namespace rivo::sales;
 namespace
 {
 
-const char* const lostJournal = "The sales journal is damaged. Nothing can be sold.";
+const QString lostJournal = "The sales journal is damaged. Nothing can be sold.";
+const QString fullJournal = "There is no space left for the sales journal. Nothing can be sold.";
 
-/// What a call did: its result, then all signals of the desk and the models, then "journal" if that
+/// What a step did: its result, then all signals of the desk and the models, then "journal" if that
 /// changed.
-QStringList outcomeOf(Counter& counter, const std::function<bool()>& call)
+QStringList outcomeOf(Counter& counter, const QString& step)
 {
     const QStringList before = journalContent();
     SignalLog desk(&counter.desk);
@@ -27,7 +29,7 @@ QStringList outcomeOf(Counter& counter, const std::function<bool()>& call)
     SignalLog basket(&counter.basket);
     SignalLog fareProducts(&counter.fareProducts);
     SignalLog zReports(&counter.zReports);
-    const bool result = call();
+    const bool result = play(counter, step);
     QStringList outcome{result ? "true" : "false"};
     for (SignalLog* log : {&desk, &grid, &basket, &fareProducts, &zReports})
         outcome += log->take();
@@ -36,7 +38,11 @@ QStringList outcomeOf(Counter& counter, const std::function<bool()>& call)
     return outcome;
 }
 
-QStringList refusal(const QString& reason) { return {"false", "refused(" + reason + ")"}; }
+/// `before`: what is announced first.
+QStringList refusal(const QString& reason, const QStringList& before = {})
+{
+    return QStringList("false") + before + QStringList("refused(" + reason + ")");
+}
 
 /// The flags of the basket's lines: "ap" accepted and printed, "a-", "--".
 QString progressOf(const Counter& counter)
@@ -48,18 +54,17 @@ QString progressOf(const Counter& counter)
     return lines.join(' ');
 }
 
-bool waitForEndOfSale(Counter& counter)
+QString text(const ShoppingItem& line)
 {
-    return QTest::qWaitFor([&] { return counter.desk.state() == SalesDesk::Selling; });
-}
-
-bool sell(Counter& counter, const QVector<int>& tiles, SalesDesk::Payment payment)
-{
-    for (const int tile : tiles) {
-        if (!counter.desk.add(tile))
-            return false;
-    }
-    return counter.desk.pay(payment) && waitForEndOfSale(counter);
+    QString all;
+    QDebug(&all) << line.passengerTypeId() << line.fareProductId() << line.fromStopGroupId()
+                 << line.toStopGroupId() << line.description() << line.fareProductName()
+                 << line.icon() << line.price() << line.origin() << line.destination()
+                 << line.isReturnFee() << line.isDaily() << line.accepted() << line.printed()
+                 << line.payMethod() << line.routeId() << line.fromStopId() << line.toStopId()
+                 << line.currentStopId() << line.tripsRouteId() << line.tripsExecutionId()
+                 << line.publicRouteExecutionId();
+    return all.remove('"').trimmed();
 }
 
 /// "17 open: 3 tickets 4.75, 1 by card 1.9, 000001-000003, z 4.75, debt 2.85 of 100".
@@ -84,6 +89,12 @@ QStringList reportsOf(const Counter& counter)
     for (int row = 0; row < counter.zReports.rowCount(); ++row)
         all.append(text(*counter.report(row)));
     return all;
+}
+
+QStringList ticketsWhere(const QString& condition, const QString& columns = "number")
+{
+    return rowsOf(onlyConnection(),
+                  QString("SELECT %1 FROM ticket WHERE %2").arg(columns, condition));
 }
 
 } // namespace
@@ -116,43 +127,24 @@ private slots:
     void ticketSaysWhatTheTileAndTheTripSay()
     {
         Counter counter(file());
-        QVERIFY(counter.desk.add(ReturnFee));
-        const ShoppingItem& line = *counter.line(0);
-        QCOMPARE(line.passengerTypeId(), 11);
-        QCOMPARE(line.fareProductId(), 21);
-        QCOMPARE(line.fromStopGroupId(), 1);
-        QCOMPARE(line.toStopGroupId(), 2);
-        QCOMPARE(line.description(), "adult");
-        QCOMPARE(line.fareProductName(), "product 21");
-        QCOMPARE(line.icon(), "qrc:/icons/adult.svg");
-        QCOMPARE(line.price(), 1.9);
-        QCOMPARE(line.origin(), "zone 1");
-        QCOMPARE(line.destination(), "zone 2");
-        QCOMPARE(line.isReturnFee(), true);
-        QCOMPARE(line.isDaily(), false);
-        QCOMPARE(line.accepted(), false);
-        QCOMPARE(line.printed(), false);
-        QCOMPARE(line.routeId(), 5);
-        QCOMPARE(line.fromStopId(), 6);
-        QCOMPARE(line.toStopId(), 7);
-        QCOMPARE(line.currentStopId(), 8);
-        QCOMPARE(line.tripsRouteId(), 9);
-        QCOMPARE(line.tripsExecutionId(), 10);
-        QCOMPARE(line.publicRouteExecutionId(), "night bus");
-        QCOMPARE(line.parent(), &counter.basket);
+        QVERIFY(play(counter, "return"));
+        QCOMPARE(text(*counter.line(0)),
+                 "11 21 1 2 adult product 21 qrc:/icons/adult.svg 1.9 zone 1 zone 2 true false"
+                 " false false -1 5 6 7 8 9 10 night bus");
+        QCOMPARE(counter.line(0)->parent(), &counter.basket);
     }
 
     void tripIsThatOfTheTap()
     {
         Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
+        QVERIFY(play(counter, "adult"));
         counter.trip.setCurrentStopId(80);
         counter.trip.setProperty("publicRouteExecutionId", "DynamicTrip");
-        QVERIFY(counter.desk.add(AdultSingle));
+        QVERIFY(play(counter, "adult"));
         QCOMPARE(counter.line(0)->currentStopId(), 8);
         QCOMPARE(counter.line(1)->currentStopId(), 80);
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
-        QCOMPARE(rowsOf(onlyConnection(), "SELECT current_stop, public_execution FROM ticket"),
+        QVERIFY(play(counter, "cash"));
+        QCOMPARE(ticketsWhere("1", "current_stop, public_execution"),
                  (QStringList{"8|night bus", "80|"}));
     }
 
@@ -160,70 +152,58 @@ private slots:
     void rowsOfTheBasketAreNotReadBack()
     {
         Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
+        QVERIFY(play(counter, "adult"));
         counter.line(0)->setPrice(0.01);
         counter.line(0)->setFareProductId(99);
-        QVERIFY(counter.desk.add(ChildSingle));
+        QVERIFY(play(counter, "child"));
         QCOMPARE(counter.desk.totalText(), "€2.85");
         QCOMPARE(counter.badge(AdultSingle), 1);
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
-        QCOMPARE(rowsOf(onlyConnection(), "SELECT fare_product, price FROM ticket"),
-                 (QStringList{"21|190", "21|95"}));
+        QVERIFY(play(counter, "cash"));
+        QCOMPARE(ticketsWhere("1", "fare_product, price"), (QStringList{"21|190", "21|95"}));
     }
 
     void totalIsTheSumOfWhatIsShown()
     {
         Counter counter(file());
         SignalLog log(&counter.desk);
-        QVERIFY(counter.desk.add(AdultSingle));
-        QCOMPARE(log.take(), QStringList("totalChanged()"));
+        const QStringList once("totalChanged()");
+        for (const auto& [step, total] : {std::pair("adult", "€1.90"),
+                                          {"child", "€2.85"},
+                                          {"exact", "€3.86"},
+                                          {"remove:0", "€1.96"},
+                                          {"clear", "€0.00"}}) {
+            QVERIFY(play(counter, step));
+            QCOMPARE(log.take(), once);
+            QCOMPARE(counter.desk.totalText(), total);
+        }
+        QVERIFY(play(counter, "adult"));
         QCOMPARE(counter.desk.total(), 190.0);
-        QCOMPARE(counter.desk.totalText(), "€1.90");
-        QVERIFY(counter.desk.add(ChildSingle));
-        QVERIFY(counter.desk.add(TooExact));
-        QCOMPARE(counter.desk.totalText(), "€3.86");
-        QVERIFY(counter.desk.remove(0));
-        QCOMPARE(counter.desk.totalText(), "€1.96");
-        log.take();
-        QVERIFY(counter.desk.clear());
-        QCOMPARE(log.take(), QStringList("totalChanged()"));
-        QCOMPARE(counter.desk.totalText(), "€0.00");
-    }
-
-    void pricesBeyondTheCurrencyAreNotSold_data()
-    {
-        QTest::addColumn<double>("price");
-        QTest::newRow("more than 10^12 minor units") << 1e10 + 0.01;
-        QTest::newRow("the largest number") << std::numeric_limits<double>::max();
-        QTest::newRow("infinity") << std::numeric_limits<double>::infinity();
-        QTest::newRow("less than -10^12 minor units") << -1e10 - 0.01;
-        QTest::newRow("no number") << std::nan("");
     }
 
     void pricesBeyondTheCurrencyAreNotSold()
     {
-        QFETCH(double, price);
         Counter counter(file());
-        qobject_cast<PassengerTypeItem*>(counter.grid.itemFromRow(AdultSingle))->setPrice(price);
-        QStringList reasons;
-        connect(&counter.desk, &SalesDesk::refused, &counter.desk,
-                [&reasons](const QString& reason) { reasons.append(reason); });
-        QVERIFY(!counter.desk.add(AdultSingle));
-        QCOMPARE(reasons, QStringList("This tile has no valid price."));
-        QCOMPARE(counter.basket.rowCount(), 0);
-        QCOMPARE(counter.desk.totalText(), "€0.00");
-        QVERIFY(counter.desk.add(ChildSingle)); // the others are sold
+        SignalLog log(&counter.desk);
+        auto* tile = qobject_cast<PassengerTypeItem*>(counter.grid.itemFromRow(AdultSingle));
+        constexpr double infinite = std::numeric_limits<double>::infinity();
+        for (const double price : {1e10 + 0.01, std::numeric_limits<double>::max(), infinite,
+                                   -1e10 - 0.01, -infinite, std::nan("")}) {
+            tile->setPrice(price);
+            QVERIFY(!play(counter, "adult"));
+            QCOMPARE(log.take(), QStringList("refused(This tile has no valid price.)"));
+        }
+        QVERIFY(play(counter, "child")); // the others are sold
+        QCOMPARE(counter.prices(), QVector<qint64>{95});
     }
 
     void pricesWithMoreDecimalsAreThoseOfTheCurrency()
     {
         Counter counter(file());
-        for (int i = 0; i < 3; ++i)
-            QVERIFY(counter.desk.add(TooExact));
+        QVERIFY(play(counter, "exact exact exact"));
         QCOMPARE(counter.prices(), (QVector<qint64>{101, 101, 101}));
         QCOMPARE(counter.line(0)->price(), 1.01);
         QCOMPARE(counter.badge(TooExact), 3);
-        QVERIFY(counter.desk.pay(SalesDesk::Card));
+        QVERIFY(play(counter, "card"));
         QCOMPARE(counter.report()->ticketSumAmnt(), 3.03);
         QCOMPARE(counter.report()->cardSellAmnt(), 3.03);
         QCOMPARE(rowsOf(onlyConnection(), "SELECT total FROM sale"), QStringList("303"));
@@ -232,30 +212,24 @@ private slots:
     void currencyWithoutDecimals()
     {
         Counter counter(file(), Currency("JPY", 0));
-        QVERIFY(counter.desk.add(AdultSingle));
-        QVERIFY(counter.desk.add(DayTicket));
+        QVERIFY(play(counter, "adult day"));
         QCOMPARE(counter.desk.totalText(), "¥7");
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
+        QVERIFY(play(counter, "cash"));
         QCOMPARE(counter.report()->ticketSumAmnt(), 7.0);
     }
 
     void badgesCountTheTicketsOfEachTile()
     {
         Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
-        QVERIFY(counter.desk.add(AdultSingle));
-        QVERIFY(counter.desk.add(ChildSingle));
-        QVERIFY(counter.desk.add(DayTicket));
-        QVERIFY(counter.desk.add(SeniorSingle));
+        QVERIFY(play(counter, "adult adult child day senior"));
         QCOMPARE(badges(counter), (QVector<int>{2, 1, 1, 0, 0, 0, 0, 0, 0, 0, 1}));
         QCOMPARE(productBadges(counter), (QVector<int>{4, 1, 0}));
-        QVERIFY(counter.desk.add(ReturnFee));
-        QVERIFY(counter.desk.remove(0));
+        QVERIFY(play(counter, "return remove:0"));
         QCOMPARE(badges(counter), (QVector<int>{1, 1, 1, 0, 0, 0, 0, 0, 1, 0, 1}));
         QCOMPARE(productBadges(counter), (QVector<int>{4, 1, 0}));
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
+        QVERIFY(play(counter, "cash"));
         QCOMPARE(counter.badge(AdultSingle), 1);
-        QVERIFY(waitForEndOfSale(counter));
+        QVERIFY(play(counter, "end"));
         QCOMPARE(badges(counter), QVector<int>(TileCount, 0));
         QCOMPARE(productBadges(counter), (QVector<int>{0, 0, 0}));
     }
@@ -266,92 +240,52 @@ private slots:
         Counter counter(file());
         SignalLog grid(&counter.grid);
         SignalLog fareProducts(&counter.fareProducts);
-        QVERIFY(counter.desk.add(ChildSingle));
+        QVERIFY(play(counter, "child"));
         QCOMPARE(grid.take(), QStringList(rowChanged(ChildSingle)));
         QCOMPARE(fareProducts.take(), QStringList(rowChanged(0)));
     }
 
     void refusals_data()
     {
-        QTest::addColumn<QString>("call");
-        QTest::addColumn<QString>("state"); // of the desk before the call
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<QString>("state"); // of the desk before it
         QTest::addColumn<QString>("reason");
-
-        const char* const notForSale = "This tile is not for sale.";
-        QTest::newRow("placeholder") << "add 3"
-                                     << "basket" << notForSale;
-        QTest::newRow("expired tile") << "add 4"
-                                      << "basket" << notForSale;
-        QTest::newRow("tile before the first") << "add -1"
-                                               << "basket" << notForSale;
-        QTest::newRow("tile behind the last") << "add 11"
-                                              << "basket" << notForSale;
-        const char* const noPrice = "This tile has no valid price.";
-        QTest::newRow("price that is no number") << "add 6"
-                                                 << "basket" << noPrice;
-        QTest::newRow("negative price") << "add 7"
-                                        << "basket" << noPrice;
-        QTest::newRow("ticket 201") << "add 0"
-                                    << "full"
-                                    << "The basket is full.";
-        const char* const noLine = "There is no such line.";
-        QTest::newRow("line before the first") << "remove -1"
-                                               << "basket" << noLine;
-        QTest::newRow("line behind the last") << "remove 2"
-                                              << "basket" << noLine;
-        QTest::newRow("line of an empty basket") << "remove 0"
-                                                 << "empty" << noLine;
-        QTest::newRow("payment of nothing") << "pay 1"
-                                            << "empty"
-                                            << "The basket is empty.";
-        const char* const noWay = "There is no such way of payment.";
-        QTest::newRow("payment by nothing") << "pay 0"
-                                            << "basket" << noWay;
-        QTest::newRow("payment by an unknown way") << "pay 3"
-                                                   << "basket" << noWay;
-        QTest::newRow("printer cannot print") << "pay 1"
-                                              << "fault"
-                                              << "The ticket printer cannot print: no paper";
-        const char* const noCash = "There is no cash of this shift to hand over.";
-        QTest::newRow("cash of the running shift") << "handOver 18"
-                                                   << "shifts" << noCash;
-        QTest::newRow("cash of a shift that is paid") << "handOver 17"
-                                                      << "shifts" << noCash;
-        QTest::newRow("cash of a shift before the journal's first") << "handOver 16"
-                                                                    << "shifts" << noCash;
-        QTest::newRow("cash of a shift to come") << "handOver 19"
-                                                 << "shifts" << noCash;
-        for (const char* state : {"empty", "basket", "printing", "waiting"}) {
-            for (const char* call : {"out", "rest"})
-                QTest::addRow("%s while %s", call, state)
-                    << call << state << "There is no ticket in doubt.";
-        }
-        QTest::newRow("shift with an open basket") << "close"
-                                                   << "basket"
-                                                   << "There are unpaid tickets in the basket.";
-        for (const char* call : {"add 0", "remove 0", "clear", "pay 1", "pay 2", "close"}) {
-            QTest::addRow("%s while tickets are printed", call) << call << "printing"
-                                                                << "Tickets are being printed.";
-            QTest::addRow("%s while waiting for the printer", call) << call << "waiting"
-                                                                    << "Tickets are being printed.";
-            QTest::addRow("%s without a journal", call) << call << "damaged" << lostJournal;
-        }
-        QTest::newRow("cash without a journal") << "handOver 17"
-                                                << "damaged" << lostJournal;
+        const auto add = [](const char* reason, const char* state, const QStringList& steps) {
+            for (const QString& step : steps)
+                QTest::addRow("%s, %s", qPrintable(step), state) << step << state << reason;
+        };
+        add("This tile is not for sale.", "basket", {"placeholder", "expired", "add:-1", "add:11"});
+        add("This tile has no valid price.", "basket", {"nan", "negative"});
+        add("The basket is full.", "full", {"adult"});
+        add("There is no such line.", "basket", {"remove:-1", "remove:2"});
+        add("There is no such line.", "empty", {"remove:0"});
+        add("The basket is empty.", "empty", {"cash", "card"});
+        add("There is no such way of payment.", "basket", {"pay:0", "pay:3"});
+        add("The ticket printer cannot print: no paper", "fault", {"cash"});
+        // Of the running shift, a paid one, one before the journal's first, one to come.
+        add("There is no cash of this shift to hand over.", "shifts",
+            {"hand:18", "hand:17", "hand:16", "hand:19"});
+        add("There are unpaid tickets in the basket.", "basket", {"close"});
+        for (const char* state : {"empty", "basket", "printing", "waiting"})
+            add("There is no ticket in doubt.", state, {"out", "print"});
+        const QStringList all{"adult", "remove:0", "clear", "cash", "card", "close"};
+        for (const char* state : {"printing", "waiting"})
+            add("Tickets are being printed.", state, all);
+        add("The last sale was interrupted: say first which tickets are out.", "doubt", all);
+        add(qPrintable(lostJournal), "damaged", all + QStringList("hand:17"));
     }
 
     void refusals()
     {
-        QFETCH(QString, call);
+        QFETCH(QString, step);
         QFETCH(QString, state);
         QFETCH(QString, reason);
-        Counter counter(file());
-        bring(counter, state);
-        const QVector<qint64> prices = counter.prices();
-        const QStringList reports = reportsOf(counter);
-        QCOMPARE(outcomeOf(counter, [&] { return run(counter.desk, call); }), refusal(reason));
-        QCOMPARE(counter.prices(), prices);
-        QCOMPARE(reportsOf(counter), reports);
+        const auto counter = counterIn(state);
+        const QVector<qint64> prices = counter->prices();
+        const QStringList reports = reportsOf(*counter);
+        QCOMPARE(outcomeOf(*counter, step), refusal(reason));
+        QCOMPARE(counter->prices(), prices);
+        QCOMPARE(reportsOf(*counter), reports);
     }
 
     void everyFaultOfTheJournalIsSaidInWords_data()
@@ -400,8 +334,8 @@ private slots:
         QCOMPARE(counter.desk.obstacle(), obstacle);
         QCOMPARE(counter.zReports.rowCount(), 0);
         SignalLog log(&counter.desk);
-        QVERIFY(!counter.desk.add(AdultSingle));
-        QVERIFY(!counter.desk.closeShift());
+        QVERIFY(!play(counter, "adult"));
+        QVERIFY(!play(counter, "close"));
         QCOMPARE(log.take(),
                  (QStringList{"refused(" + obstacle + ")", "refused(" + obstacle + ")"}));
         QCOMPARE(counter.basket.rowCount(), 0);
@@ -409,51 +343,47 @@ private slots:
 
     void journalThatFillsUpStopsSelling_data()
     {
-        QTest::addColumn<QString>("call");
+        QTest::addColumn<QString>("step");
         QTest::addColumn<QString>("state");
-
-        QTest::newRow("line of the basket") << "add 0"
-                                            << "basket";
-        QTest::newRow("removed line") << "remove 0"
-                                      << "basket";
-        QTest::newRow("emptied basket") << "clear"
-                                        << "basket";
-        QTest::newRow("cash sale") << "pay 1"
-                                   << "basket";
-        QTest::newRow("closed shift") << "close"
-                                      << "empty";
-        QTest::newRow("cash handed over") << "handOver 17"
-                                          << "closed";
+        for (const auto& [step, state] : {std::pair("adult", "basket"),
+                                          {"remove:0", "basket"},
+                                          {"clear", "basket"},
+                                          {"cash", "basket"},
+                                          {"close", "empty"},
+                                          {"hand:17", "closed"},
+                                          {"out", "doubt"}})
+            QTest::newRow(step) << step << state;
     }
 
     void journalThatFillsUpStopsSelling()
     {
-        QFETCH(QString, call);
+        QFETCH(QString, step);
         QFETCH(QString, state);
-        const QString full = "There is no space left for the sales journal. Nothing can be sold.";
-        QVector<qint64> prices;
-        QStringList reports;
-        {
-            Counter counter(file());
-            bring(counter, state);
-            prices = counter.prices();
-            reports = reportsOf(counter);
-            fillUp();
-            QCOMPARE(outcomeOf(counter, [&] { return run(counter.desk, call); }),
-                     (QStringList{"false", "obstacleChanged()", "refused(" + full + ")"}));
-            QCOMPARE(counter.desk.obstacle(), full);
-            QCOMPARE(counter.desk.state(), SalesDesk::Selling);
-            QCOMPARE(counter.prices(), prices);
-            QCOMPARE(reportsOf(counter), reports);
-            for (const char* next : {"add 0", "clear", "pay 1", "close"})
-                QCOMPARE(outcomeOf(counter, [&] { return run(counter.desk, next); }),
-                         refusal(full));
+        auto counter = counterIn(state);
+        const QVector<qint64> prices = counter->prices();
+        const QStringList reports = reportsOf(*counter);
+        const SalesDesk::State before = counter->desk.state();
+        const QString progress = progressOf(*counter);
+        fillUp();
+        const QStringList stopped = refusal(fullJournal, {"obstacleChanged()"});
+        QCOMPARE(outcomeOf(*counter, step), stopped);
+        QCOMPARE(counter->desk.obstacle(), fullJournal);
+        QCOMPARE(counter->desk.state(), before);
+        QCOMPARE(counter->prices(), prices);
+        QCOMPARE(reportsOf(*counter), reports);
+        QCOMPARE(progressOf(*counter), progress);
+        for (const char* next : {"adult", "clear", "cash", "close"})
+            QCOMPARE(outcomeOf(*counter, next), refusal(fullJournal));
+        if (state == "doubt") {
+            QCOMPARE(outcomeOf(*counter, step), stopped);
+            QCOMPARE(counter->desk.ticketsInDoubt(), 2);
         }
+        counter.reset();
         Counter again(file());
         QCOMPARE(again.desk.obstacle(), QString());
         QCOMPARE(again.prices(), prices);
         QCOMPARE(reportsOf(again), reports);
-        QVERIFY(run(again.desk, call));
+        QVERIFY(play(again, step));
     }
 
     /// The passenger has paid: the tickets come out. After a restart the driver says that they are,
@@ -462,23 +392,20 @@ private slots:
     {
         {
             Counter counter(file());
-            QVERIFY(counter.desk.add(AdultSingle));
-            QVERIFY(counter.desk.add(ChildSingle));
-            QVERIFY(counter.desk.pay(SalesDesk::Cash));
+            QVERIFY(play(counter, "adult child cash"));
             fillUp();
             SignalLog log(&counter.desk);
-            QVERIFY(waitForEndOfSale(counter));
+            QVERIFY(play(counter, "end"));
             QVERIFY(log.take().contains("saleFinished()"));
             QVERIFY(!counter.desk.obstacle().isEmpty());
             QCOMPARE(counter.basket.rowCount(), 0);
-            QVERIFY(!counter.desk.add(AdultSingle));
+            QVERIFY(!play(counter, "adult"));
         }
         Counter again(file());
         QCOMPARE(again.prices(), (QVector<qint64>{190, 95}));
         QCOMPARE(again.desk.state(), SalesDesk::Interrupted);
         SignalLog printer(&again.printer);
-        QVERIFY(again.desk.confirmTicketInDoubt());
-        QVERIFY(again.desk.confirmTicketInDoubt());
+        QVERIFY(play(again, "out out"));
         QCOMPARE(again.desk.state(), SalesDesk::Selling);
         QCOMPARE(printer.take(), QStringList());
         QCOMPARE(again.report()->ticketCount(), 2);
@@ -486,16 +413,13 @@ private slots:
 
     void basketHasRoomForTwoHundredTickets()
     {
-        Counter counter(file());
-        bring(counter, "full");
-        QCOMPARE(counter.basket.rowCount(), SalesDesk::mostTickets);
-        QCOMPARE(counter.desk.totalText(), "€380.00");
-        QVERIFY(counter.desk.remove(57));
-        QVERIFY(counter.desk.add(ChildSingle));
-        QVERIFY(counter.desk.pay(SalesDesk::Card));
-        QCOMPARE(counter.report()->ticketCount(), 200);
-        QCOMPARE(counter.report()->cardSellAmnt(), 379.05);
-        QVERIFY(waitForEndOfSale(counter));
+        const auto counter = counterIn("full");
+        QCOMPARE(counter->basket.rowCount(), SalesDesk::mostTickets);
+        QCOMPARE(counter->desk.totalText(), "€380.00");
+        QVERIFY(play(*counter, "remove:57 child card"));
+        QCOMPARE(counter->report()->ticketCount(), 200);
+        QCOMPARE(counter->report()->cardSellAmnt(), 379.05);
+        QVERIFY(play(*counter, "end"));
     }
 
     void journalComesBeforeTheScreen()
@@ -524,13 +448,7 @@ private slots:
                         seen.append(
                             QStringLiteral("printed %1").arg(count("ticket WHERE printed = 1")));
                 });
-        QVERIFY(counter.desk.add(AdultSingle));
-        QVERIFY(counter.desk.add(AdultSingle));
-        QVERIFY(counter.desk.add(AdultSingle));
-        QVERIFY(counter.desk.remove(1));
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
-        QVERIFY(waitForEndOfSale(counter));
-        QVERIFY(counter.desk.closeShift());
+        QVERIFY(play(counter, "adult adult adult remove:1 cash end close"));
         seen.removeDuplicates();
         QCOMPARE(seen,
                  (QStringList{"insert 1", "insert 2", "insert 3", "remove 2", "report 1 0",
@@ -540,18 +458,16 @@ private slots:
     void ticketsArePrintedOneByOne()
     {
         Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
-        QVERIFY(counter.desk.add(ChildSingle));
-        QVERIFY(counter.desk.add(Free));
+        QVERIFY(play(counter, "adult child free"));
         SignalLog desk(&counter.desk);
         SignalLog basket(&counter.basket);
         QStringList progress;
         connect(&counter.basket, &QAbstractItemModel::dataChanged, this,
                 [&] { progress.append(progressOf(counter)); });
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
+        QVERIFY(play(counter, "cash"));
         QCOMPARE(desk.take(), (QStringList{"stateChanged()", "saleConfirmed(3)"}));
         QCOMPARE(counter.desk.state(), SalesDesk::Printing);
-        QVERIFY(waitForEndOfSale(counter));
+        QVERIFY(play(counter, "end"));
         QCOMPARE(progress, (QStringList{"a- -- --", "ap -- --", "ap a- --", "ap ap --", "ap ap a-",
                                         "ap ap ap"}));
         QCOMPARE(basket.take(), (QStringList{rowChanged(0), rowChanged(0), rowChanged(1),
@@ -559,21 +475,18 @@ private slots:
                                  announcedRemoval(0, 2, 0) + QStringList{countChanged(0)}));
         QCOMPARE(desk.take(), (QStringList{"totalChanged()", "stateChanged()", "saleFinished()"}));
         QCOMPARE(counter.desk.totalText(), "€0.00");
-        QCOMPARE(rowsOf(onlyConnection(), "SELECT number, printed FROM ticket"),
-                 (QStringList{"1|1", "2|1", "3|1"}));
+        QCOMPARE(ticketsWhere("printed = 1"), (QStringList{"1", "2", "3"}));
     }
 
     void linesSayHowTheyWerePaid()
     {
         Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
+        QVERIFY(play(counter, "adult"));
         QCOMPARE(counter.line(0)->payMethod(), -1);
-        QVERIFY(counter.desk.pay(SalesDesk::Card));
+        QVERIFY(play(counter, "card"));
         QCOMPARE(counter.line(0)->payMethod(), 2);
         QCOMPARE(counter.line(0)->payChannel(), driverChannel);
-        QVERIFY(waitForEndOfSale(counter));
-        QVERIFY(counter.desk.add(AdultSingle));
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
+        QVERIFY(play(counter, "end adult cash"));
         QCOMPARE(counter.line(0)->payMethod(), 1);
         QCOMPARE(rowsOf(onlyConnection(), "SELECT pay_method FROM sale"), (QStringList{"2", "1"}));
     }
@@ -582,19 +495,17 @@ private slots:
     void slotsCannotSellTheSameBasketAgain()
     {
         Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
+        QVERIFY(play(counter, "adult"));
         int refused = 0;
         const auto interfere = [&] {
-            refused += counter.desk.pay(SalesDesk::Cash) ? 0 : 1;
-            refused += counter.desk.add(ChildSingle) ? 0 : 1;
-            refused += counter.desk.closeShift() ? 0 : 1;
+            for (const char* step : {"cash", "child", "close"})
+                refused += play(counter, step) ? 0 : 1;
         };
         connect(&counter.desk, &SalesDesk::saleConfirmed, this, interfere);
         connect(&counter.zReports, &QAbstractItemModel::dataChanged, this, interfere);
         connect(&counter.basket, &QAbstractItemModel::dataChanged, this, interfere);
         connect(&counter.basket, &QAbstractItemModel::rowsRemoved, this, interfere);
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
-        QVERIFY(waitForEndOfSale(counter));
+        QVERIFY(play(counter, "cash end"));
         QVERIFY(refused > 0);
         QCOMPARE(refused % 3, 0);
         QCOMPARE(rowsOf(onlyConnection(), "SELECT total FROM sale"), QStringList("190"));
@@ -604,300 +515,206 @@ private slots:
     void printerFaultBlocksPayment()
     {
         Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
         SignalLog log(&counter.desk);
-        counter.printer.setFault("no paper");
+        QVERIFY(play(counter, "jam"));
         QCOMPARE(log.take(), QStringList("obstacleChanged()"));
         QCOMPARE(counter.desk.obstacle(), "The ticket printer cannot print: no paper");
-        QVERIFY(counter.desk.add(ChildSingle)); // the basket may be prepared
-        QVERIFY(!counter.desk.pay(SalesDesk::Cash));
+        QVERIFY(play(counter, "adult child")); // the basket may be prepared
+        QVERIFY(!play(counter, "cash"));
         counter.printer.setFault("cover open");
         QCOMPARE(counter.desk.obstacle(), "The ticket printer cannot print: cover open");
         log.take();
-        counter.printer.setFault({});
+        QVERIFY(play(counter, "ready"));
         QCOMPARE(log.take(), QStringList("obstacleChanged()"));
         QCOMPARE(counter.desk.obstacle(), QString());
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
-        QVERIFY(waitForEndOfSale(counter));
+        QVERIFY(play(counter, "cash end"));
     }
 
     void printerFaultWhilePrintingWaits()
     {
         Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
-        QVERIFY(counter.desk.add(ChildSingle));
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
-        QVERIFY(QTest::qWaitFor([&] { return counter.line(0)->printed(); }));
-        counter.printer.setFault("no paper");
-        QVERIFY(
-            QTest::qWaitFor([&] { return counter.desk.state() == SalesDesk::WaitingForPrinter; }));
+        QVERIFY(play(counter, "adult child cash first jam"));
+        QTRY_COMPARE(counter.desk.state(), SalesDesk::WaitingForPrinter);
         QCOMPARE(progressOf(counter), "ap a-");
         counter.printer.setFault("cover open");
         QCOMPARE(counter.desk.state(), SalesDesk::WaitingForPrinter);
         SignalLog log(&counter.desk);
-        counter.printer.setFault({});
+        QVERIFY(play(counter, "ready"));
         QCOMPARE(counter.desk.state(), SalesDesk::Printing);
-        QVERIFY(waitForEndOfSale(counter));
+        QVERIFY(play(counter, "end"));
         QCOMPARE(log.take(), (QStringList{"obstacleChanged()", "stateChanged()", "totalChanged()",
                                           "stateChanged()", "saleFinished()"}));
-        QCOMPARE(rowsOf(onlyConnection(), "SELECT COUNT(*) FROM ticket WHERE printed = 1"),
-                 QStringList("2"));
+        QCOMPARE(ticketsWhere("printed = 1"), (QStringList{"1", "2"}));
     }
 
     /// The paper is spoilt: the ticket is printed again.
     void faultThatIsGoneBeforeTheTicketIsOutSpoilsIt()
     {
         Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
         SignalLog printer(&counter.printer);
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
-        counter.printer.setFault("cover open");
-        counter.printer.setFault({});
+        QVERIFY(play(counter, "adult cash jam jam ready"));
         QCOMPARE(counter.desk.state(), SalesDesk::Printing);
-        QVERIFY(waitForEndOfSale(counter));
-        QCOMPARE(printer.take(),
+        QVERIFY(play(counter, "end"));
+        QCOMPARE(printer.take(), // the same fault again is no news
                  (QStringList{"faultChanged()", "faultChanged()", "failed()", "printed()"}));
     }
 
-    void sameFaultAgainIsNoNews()
+    void printerWithoutASaleIsIgnored_data()
     {
-        Counter counter(file());
-        counter.printer.setFault("no paper");
-        SignalLog log(&counter.printer);
-        counter.printer.setFault("no paper");
-        QCOMPARE(log.take(), QStringList());
+        QTest::addColumn<QString>("state");
+        for (const char* state : {"empty", "basket", "doubt"})
+            QTest::newRow(state) << state;
     }
 
     void printerWithoutASaleIsIgnored()
     {
-        Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
-        SignalLog printer(&counter.printer);
-        SignalLog desk(&counter.desk);
-        counter.printer.print(); // the driver's paper feed
-        QVERIFY(QTest::qWaitFor([&] { return !printer.take().isEmpty(); }));
+        QFETCH(QString, state);
+        const auto counter = counterIn(state);
+        const QStringList before = journalContent();
+        const SalesDesk::State deskState = counter->desk.state();
+        const QString progress = progressOf(*counter);
+        SignalLog printer(&counter->printer);
+        SignalLog desk(&counter->desk);
+        counter->printer.print(); // the driver's paper feed
+        QVERIFY(QTest::qWaitFor([&] { return printer.take().contains("printed()"); }));
         QCOMPARE(desk.take(), QStringList());
-        counter.printer.print();
-        counter.printer.setFault("no paper");
+        counter->printer.print();
+        QVERIFY(play(*counter, "jam ready"));
         QVERIFY(QTest::qWaitFor([&] { return printer.take().contains("failed()"); }));
-        QCOMPARE(desk.take(), QStringList("obstacleChanged()"));
-        QCOMPARE(counter.basket.rowCount(), 1);
+        QTest::qWait(1);
+        QCOMPARE(printer.take(), QStringList());
+        QCOMPARE(desk.take(), (QStringList{"obstacleChanged()", "obstacleChanged()"}));
+        QCOMPARE(counter->desk.state(), deskState);
+        QCOMPARE(progressOf(*counter), progress);
+        QCOMPARE(journalContent(), before);
     }
 
     void basketIsThereAfterARestart()
     {
+        QString before;
         {
             Counter counter(file());
-            QVERIFY(counter.desk.add(AdultSingle));
-            QVERIFY(counter.desk.add(ChildSingle));
-            QVERIFY(counter.desk.add(DayTicket));
-            QVERIFY(counter.desk.remove(0));
+            QVERIFY(play(counter, "adult child day remove:0"));
+            before = text(*counter.line(0)) + text(*counter.line(1));
         }
         Counter counter(file());
+        QCOMPARE(text(*counter.line(0)) + text(*counter.line(1)), before);
         QCOMPARE(counter.prices(), (QVector<qint64>{95, 450}));
         QCOMPARE(counter.desk.totalText(), "€5.45");
         QCOMPARE(counter.desk.state(), SalesDesk::Selling);
         QCOMPARE(badges(counter), (QVector<int>{0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0}));
-        QCOMPARE(counter.line(1)->isDaily(), true);
-        QCOMPARE(counter.line(0)->origin(), "zone 1");
-        QCOMPARE(counter.line(0)->tripsExecutionId(), 10);
-        QCOMPARE(counter.line(0)->publicRouteExecutionId(), "night bus");
-        QVERIFY(counter.desk.remove(0));
-        QVERIFY(counter.desk.pay(SalesDesk::Cash));
-        QVERIFY(waitForEndOfSale(counter));
+        QVERIFY(play(counter, "remove:0 cash end"));
         QCOMPARE(rowsOf(onlyConnection(), "SELECT total FROM sale"), QStringList("450"));
     }
 
     void emptiedBasketIsEmptyAfterARestart()
     {
-        {
-            Counter counter(file());
-            QVERIFY(counter.desk.add(AdultSingle));
-            QVERIFY(counter.desk.clear());
-        }
-        Counter counter(file());
-        QCOMPARE(counter.basket.rowCount(), 0);
+        QVERIFY(play(*std::make_unique<Counter>(file()), "adult clear"));
+        QCOMPARE(Counter(file()).basket.rowCount(), 0);
     }
 
     /// Nobody but the driver knows whether the paper is out.
     void interruptedPrintingIsAskedAboutAfterARestart()
     {
-        interruptPrinting();
-        Counter counter(file());
-        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
-        QCOMPARE(counter.desk.ticketsInDoubt(), 2);
-        QCOMPARE(counter.desk.firstTicketInDoubt(), "000002");
-        QCOMPARE(counter.desk.obstacle(), QString());
-        QCOMPARE(counter.prices(), (QVector<qint64>{95, 0}));
-        QCOMPARE(progressOf(counter), "-- --");
-        const QStringList before = journalContent();
-        SignalLog printer(&counter.printer);
-        SignalLog desk(&counter.desk);
-        const QString decide =
-            "refused(The last sale was interrupted: say first which tickets are out.)";
-        for (const char* call : {"add 0", "remove 0", "clear", "pay 1", "close"})
-            QVERIFY(!run(counter.desk, call));
-        QCOMPARE(desk.take(), (QStringList{decide, decide, decide, decide, decide}));
-        counter.printer.print(); // for somebody else
-        QVERIFY(QTest::qWaitFor([&] { return printer.take().contains("printed()"); }));
-        counter.printer.print();
-        counter.printer.setFault("no paper");
-        counter.printer.setFault({});
-        QVERIFY(QTest::qWaitFor([&] { return printer.take().contains("failed()"); }));
-        QTest::qWait(1);
-        QCOMPARE(printer.take(), QStringList());
-        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
-        QCOMPARE(progressOf(counter), "-- --");
-        QCOMPARE(journalContent(), before);
+        const auto counter = counterIn("doubt");
+        QCOMPARE(counter->desk.state(), SalesDesk::Interrupted);
+        QCOMPARE(counter->desk.ticketsInDoubt(), 2);
+        QCOMPARE(counter->desk.firstTicketInDoubt(), "000002");
+        QCOMPARE(counter->desk.obstacle(), QString());
+        QCOMPARE(counter->prices(), (QVector<qint64>{95, 0}));
+        QCOMPARE(progressOf(*counter), "-- --");
     }
 
     void ticketThatIsOutIsNotPrintedAgain()
     {
-        interruptPrinting();
-        Counter counter(file());
-        SignalLog printer(&counter.printer);
-        SignalLog desk(&counter.desk);
-        QVERIFY(counter.desk.confirmTicketInDoubt());
-        QCOMPARE(desk.take(), QStringList("ticketsInDoubtChanged()"));
-        QCOMPARE(counter.desk.ticketsInDoubt(), 1);
-        QCOMPARE(counter.desk.firstTicketInDoubt(), "000003");
-        QCOMPARE(progressOf(counter), "ap --");
-        QCOMPARE(rowsOf(onlyConnection(), "SELECT number FROM ticket WHERE printed = 0"),
-                 QStringList("3"));
-        QVERIFY(counter.desk.confirmTicketInDoubt());
+        const auto counter = counterIn("doubt");
+        SignalLog printer(&counter->printer);
+        SignalLog desk(&counter->desk);
+        QVERIFY(play(*counter, "jam out")); // no printer is needed for it
+        QCOMPARE(desk.take(), (QStringList{"obstacleChanged()", "ticketsInDoubtChanged()"}));
+        QCOMPARE(counter->desk.ticketsInDoubt(), 1);
+        QCOMPARE(counter->desk.firstTicketInDoubt(), "000003");
+        QCOMPARE(progressOf(*counter), "ap --");
+        QCOMPARE(ticketsWhere("printed = 0"), QStringList("3"));
+        QVERIFY(play(*counter, "out"));
         QCOMPARE(desk.take(), (QStringList{"ticketsInDoubtChanged()", "totalChanged()",
                                            "stateChanged()", "saleFinished()"}));
-        QCOMPARE(counter.desk.state(), SalesDesk::Selling);
-        QCOMPARE(counter.desk.ticketsInDoubt(), 0);
-        QCOMPARE(counter.desk.firstTicketInDoubt(), QString());
-        QCOMPARE(counter.basket.rowCount(), 0);
-        QCOMPARE(printer.take(), QStringList());
-        QVERIFY(!counter.desk.confirmTicketInDoubt());
-        QVERIFY(counter.desk.add(AdultSingle));
-    }
-
-    void journalThatFillsUpKeepsTheDoubt()
-    {
-        interruptPrinting();
-        Counter counter(file());
-        fillUp();
-        const QString full = "There is no space left for the sales journal. Nothing can be sold.";
-        const QStringList expected{"false", "obstacleChanged()", "refused(" + full + ")"};
-        QCOMPARE(outcomeOf(counter, [&] { return counter.desk.confirmTicketInDoubt(); }), expected);
-        QCOMPARE(outcomeOf(counter, [&] { return counter.desk.confirmTicketInDoubt(); }), expected);
-        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
-        QCOMPARE(counter.desk.ticketsInDoubt(), 2);
-        QCOMPARE(progressOf(counter), "-- --");
+        QCOMPARE(counter->desk.state(), SalesDesk::Selling);
+        QCOMPARE(counter->desk.ticketsInDoubt(), 0);
+        QCOMPARE(counter->desk.firstTicketInDoubt(), QString());
+        QCOMPARE(counter->basket.rowCount(), 0);
+        QCOMPARE(printer.take(), QStringList("faultChanged()"));
+        QCOMPARE(ticketsWhere("printed = 0"), QStringList());
+        QVERIFY(!play(*counter, "out"));
+        QVERIFY(play(*counter, "adult"));
     }
 
     /// They have been paid; that they are out is noted as far as the journal can.
     void ticketsInDoubtArePrintedWithoutAJournal()
     {
-        interruptPrinting();
-        Counter counter(file());
+        const auto counter = counterIn("doubt");
         fillUp();
-        QVERIFY(counter.desk.printTicketsInDoubt());
-        QVERIFY(waitForEndOfSale(counter));
-        QVERIFY(!counter.desk.obstacle().isEmpty());
+        QVERIFY(play(*counter, "print end"));
+        QVERIFY(!counter->desk.obstacle().isEmpty());
     }
 
-    void allTicketsInDoubtAreOutThoughThePrinterCannotPrint()
+    void ticketsInDoubtArePrintedIfTheDriverSaysSo()
     {
-        interruptPrinting();
-        Counter counter(file(), euro, 0.0, "no paper");
-        QVERIFY(counter.desk.confirmTicketInDoubt());
-        QVERIFY(counter.desk.confirmTicketInDoubt());
-        QCOMPARE(counter.desk.state(), SalesDesk::Selling);
-        QCOMPARE(rowsOf(onlyConnection(), "SELECT COUNT(*) FROM ticket WHERE printed = 0"),
-                 QStringList("0"));
+        const auto counter = counterIn("doubt");
+        QVERIFY(play(*counter, "print"));
+        QCOMPARE(counter->desk.ticketsInDoubt(), 0);
+        QCOMPARE(counter->desk.state(), SalesDesk::Printing);
+        QCOMPARE(counter->prices(), (QVector<qint64>{95, 0}));
+        QCOMPARE(counter->line(0)->payMethod(), 2);
+        QCOMPARE(counter->line(0)->payChannel(), driverChannel);
+        QCOMPARE(progressOf(*counter), "a- --");
+        SignalLog log(&counter->desk);
+        QVERIFY(play(*counter, "end"));
+        QVERIFY(log.take().contains("saleFinished()"));
+        QCOMPARE(counter->basket.rowCount(), 0);
+        QCOMPARE(text(*counter->report()),
+                 "17 open: 3 tickets 2.85, 3 by card 2.85, 000001-000003, z 2.85, debt 0 of 0");
+        QCOMPARE(ticketsWhere("printed = 1"), (QStringList{"1", "2", "3"}));
+    }
+
+    void printingOfDoubtsWaitsForThePrinter()
+    {
+        const auto counter = counterIn("doubt");
+        QVERIFY(play(*counter, "jam print"));
+        QCOMPARE(counter->desk.state(), SalesDesk::WaitingForPrinter);
+        QCOMPARE(progressOf(*counter), "-- --");
+        QVERIFY(!play(*counter, "adult"));
+        QVERIFY(play(*counter, "ready end"));
+        QCOMPARE(ticketsWhere("printed = 1"), (QStringList{"1", "2", "3"}));
     }
 
     void cashIsHandedOverInEveryState_data()
     {
         QTest::addColumn<QString>("state");
-
-        for (const char* state : {"empty", "basket", "printing", "waiting", "fault"})
+        for (const char* state : {"empty", "basket", "printing", "waiting", "fault", "doubt"})
             QTest::newRow(state) << state;
     }
 
     void cashIsHandedOverInEveryState()
     {
         QFETCH(QString, state);
-        Counter counter(file());
-        bring(counter, "closed");
-        bring(counter, state);
-        const SalesDesk::State before = counter.desk.state();
-        const QString progress = progressOf(counter);
-        QVERIFY(counter.desk.handOver(17));
-        QCOMPARE(counter.desk.state(), before);
-        QCOMPARE(progressOf(counter), progress);
-        QCOMPARE(counter.report(1)->currentDebt(), 0.0);
-    }
-
-    void cashIsHandedOverWhileTicketsAreInDoubt()
-    {
-        {
-            Counter counter(file());
-            bring(counter, "closed");
-        }
-        interruptPrinting();
-        Counter counter(file());
-        QVERIFY(counter.desk.handOver(17));
-        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
-        QCOMPARE(counter.desk.ticketsInDoubt(), 2);
-        QCOMPARE(debtsOf(counter), (QVector<double>{0.0, 0.0}));
-    }
-
-    void ticketsInDoubtArePrintedIfTheDriverSaysSo()
-    {
-        interruptPrinting();
-        Counter counter(file());
-        QVERIFY(counter.desk.printTicketsInDoubt());
-        QCOMPARE(counter.desk.ticketsInDoubt(), 0);
-        QCOMPARE(counter.desk.state(), SalesDesk::Printing);
-        QCOMPARE(counter.prices(), (QVector<qint64>{95, 0}));
-        QCOMPARE(counter.line(0)->payMethod(), 2);
-        QCOMPARE(counter.line(0)->payChannel(), driverChannel);
-        QCOMPARE(progressOf(counter), "a- --");
-        SignalLog log(&counter.desk);
-        QVERIFY(waitForEndOfSale(counter));
-        QVERIFY(log.take().contains("saleFinished()"));
-        QCOMPARE(counter.basket.rowCount(), 0);
-        QCOMPARE(text(*counter.report()),
-                 "17 open: 3 tickets 2.85, 3 by card 2.85, 000001-000003, z 2.85, debt 0 of 0");
-        QCOMPARE(rowsOf(onlyConnection(), "SELECT COUNT(*) FROM ticket WHERE printed = 1"),
-                 QStringList("3"));
-    }
-
-    void printingOfDoubtsWaitsForThePrinter()
-    {
-        {
-            Counter counter(file());
-            QVERIFY(counter.desk.add(AdultSingle));
-            QVERIFY(counter.desk.pay(SalesDesk::Cash));
-            counter.printer.setFault("no paper");
-            QVERIFY(QTest::qWaitFor(
-                [&] { return counter.desk.state() == SalesDesk::WaitingForPrinter; }));
-        }
-        Counter counter(file(), euro, 0.0, "no paper");
-        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
-        QVERIFY(counter.desk.printTicketsInDoubt());
-        QCOMPARE(counter.desk.state(), SalesDesk::WaitingForPrinter);
-        QCOMPARE(progressOf(counter), "--");
-        QVERIFY(!counter.desk.add(AdultSingle));
-        counter.printer.setFault({});
-        QVERIFY(waitForEndOfSale(counter));
-        QCOMPARE(rowsOf(onlyConnection(), "SELECT number, printed FROM ticket"),
-                 QStringList("1|1"));
+        counterIn("closed");
+        const auto counter = counterIn(state);
+        const SalesDesk::State before = counter->desk.state();
+        const QString progress = progressOf(*counter);
+        QVERIFY(play(*counter, "hand:17"));
+        QCOMPARE(counter->desk.state(), before);
+        QCOMPARE(progressOf(*counter), progress);
+        QCOMPARE(counter->report(1)->currentDebt(), 0.0);
     }
 
     void reportFollowsTheSales()
     {
         Counter counter(file(), euro, 100.0);
-        QVERIFY(sell(counter, {AdultSingle, ChildSingle}, SalesDesk::Cash));
+        QVERIFY(play(counter, "adult child cash end"));
         QCOMPARE(text(*counter.report()),
                  "17 open: 2 tickets 2.85, 0 by card 0, 000001-000002, z 2.85, debt 2.85 of 100");
-        QVERIFY(sell(counter, {DayTicket}, SalesDesk::Card));
+        QVERIFY(play(counter, "day card end"));
         QCOMPARE(text(*counter.report()),
                  "17 open: 3 tickets 7.35, 1 by card 4.5, 000001-000003, z 7.35, debt 2.85 of 100");
     }
@@ -906,47 +723,43 @@ private slots:
     void cardSumIsTrueForEveryOrderOfSales_data()
     {
         QTest::addColumn<QString>("sales"); // tile letters, upper case by card
-
-        QTest::newRow("first by card") << "A";
-        QTest::newRow("all by card") << "A C D A";
-        QTest::newRow("first by card, equal to the sum before") << "a A";
-        QTest::newRow("card sum equal to the sum before") << "a c A C";
-        QTest::newRow("twice the same") << "a A A";
-        QTest::newRow("free by card first") << "F";
-        QTest::newRow("free by card behind cash") << "a F A";
-        QTest::newRow("free by card behind card") << "A F F";
-        QTest::newRow("free by cash behind card") << "A f A";
-        QTest::newRow("card, cash, card") << "A a A c C d D";
-        QTest::newRow("card sum reaches the sum of before by two") << "d C C C";
+        for (const char* sales :
+             {"A",                         // first by card
+              "A C D A",                   // all by card
+              "a A",                       // first by card, equal to the sum before
+              "a c A C",                   // card sum equal to the sum before
+              "a A A",                     // twice the same
+              "F",                         // free by card first
+              "a F A",                     // free by card behind cash
+              "A F F",                     // free by card behind card
+              "A f A",                     // free by cash behind card
+              "A a A c C d D", "d C C C"}) // card sum reaches the sum of before by two
+            QTest::newRow(sales) << sales;
     }
 
     void cardSumIsTrueForEveryOrderOfSales()
     {
         QFETCH(QString, sales);
         Counter counter(file());
+        const QMap<QChar, QPair<QString, qint64>> tiles{
+            {'a', {"adult", 190}}, {'c', {"child", 95}}, {'d', {"day", 450}}, {'f', {"free", 0}}};
         qint64 sum = 0;
         qint64 cardSum = 0;
         for (const QString& sale : sales.split(' ')) {
-            const QChar letter = sale.at(0).toLower();
-            const int tile = letter == 'a'   ? AdultSingle
-                             : letter == 'c' ? ChildSingle
-                             : letter == 'd' ? DayTicket
-                                             : Free;
-            const qint64 price = letter == 'a' ? 190 : letter == 'c' ? 95 : letter == 'd' ? 450 : 0;
+            const auto [tile, price] = tiles.value(sale.at(0).toLower());
             const bool isCard = sale.at(0).isUpper();
             sum += price;
             cardSum += isCard ? price : 0;
-            QVERIFY(sell(counter, {tile}, isCard ? SalesDesk::Card : SalesDesk::Cash));
+            QVERIFY(play(counter, tile + (isCard ? " card end" : " cash end")));
             compareSums(counter, sum, cardSum);
         }
-        counter.printer.setFault({});
     }
 
     void cardSumIsTrueForRandomSales()
     {
         QRandomGenerator random(20260329);
-        const QVector<QPair<int, qint64>> tiles{
-            {AdultSingle, 190}, {ChildSingle, 95}, {DayTicket, 450}, {Free, 0}, {TooExact, 101}};
+        const QVector<QPair<QString, qint64>> tiles{
+            {"adult", 190}, {"child", 95}, {"day", 450}, {"free", 0}, {"exact", 101}};
         qint64 owed = 0;
         for (int shift = 0; shift < 12; ++shift) {
             Counter counter(file());
@@ -957,19 +770,20 @@ private slots:
             const int cardShare = random.bounded(5);
             for (int sale = 0; sale < 12; ++sale) {
                 const bool isCard = random.bounded(4) < cardShare;
-                QVector<int> basket;
+                QStringList steps;
                 for (int count = 1 + random.bounded(3); count > 0; --count) {
                     const auto& [tile, price] = tiles.at(random.bounded(tiles.size()));
-                    basket.append(tile);
+                    steps.append(tile);
                     sum += price;
                     cardSum += isCard ? price : 0;
                     cardCount += isCard ? 1 : 0;
                 }
-                QVERIFY(sell(counter, basket, isCard ? SalesDesk::Card : SalesDesk::Cash));
+                steps << (isCard ? "card" : "cash") << "end";
+                QVERIFY(play(counter, steps.join(' ')));
                 compareSums(counter, sum, cardSum, owed);
                 QCOMPARE(counter.report()->cardSellCount(), cardCount);
             }
-            QVERIFY(counter.desk.closeShift());
+            QVERIFY(play(counter, "close"));
             if (shift % 2 == 0)
                 owed += sum - cardSum;
             else if (sum > cardSum)
@@ -981,10 +795,9 @@ private slots:
     void closingNumbersTheReportAndStartsTheNext()
     {
         Counter counter(file(), euro, 100.0);
-        QVERIFY(sell(counter, {AdultSingle}, SalesDesk::Cash));
-        QVERIFY(sell(counter, {ChildSingle}, SalesDesk::Card));
+        QVERIFY(play(counter, "adult cash end child card end"));
         SignalLog log(&counter.desk);
-        QVERIFY(counter.desk.closeShift());
+        QVERIFY(play(counter, "close"));
         QCOMPARE(log.take(), QStringList("shiftClosed(double)"));
         const QStringList expected{
             "18 open: 0 tickets 0, 0 by card 0, -, z 0, debt 1.9 of 100",
@@ -996,7 +809,7 @@ private slots:
         QCOMPARE(counter.report(0)->parent(), &counter.zReports);
 
         SignalLog reports(&counter.zReports);
-        QVERIFY(sell(counter, {DayTicket}, SalesDesk::Cash));
+        QVERIFY(play(counter, "day cash end"));
         for (const QString& each : reports.take())
             QCOMPARE(each, rowChanged(0)); // the row that runs now, each change once
         QCOMPARE(text(*counter.report()),
@@ -1006,15 +819,11 @@ private slots:
     void cashIsOwedUntilItIsHandedOver()
     {
         Counter counter(file(), euro, 100.0);
-        for (const int tile : {AdultSingle, ChildSingle, DayTicket}) {
-            QVERIFY(sell(counter, {tile}, SalesDesk::Cash));
-            if (tile != DayTicket)
-                QVERIFY(counter.desk.closeShift());
-        }
+        QVERIFY(play(counter, "adult cash end close child cash end close day cash end"));
         QCOMPARE(debtsOf(counter), (QVector<double>{7.35, 0.95, 1.9}));
         SignalLog desk(&counter.desk);
         SignalLog reports(&counter.zReports);
-        QVERIFY(counter.desk.handOver(17));
+        QVERIFY(play(counter, "hand:17"));
         QCOMPARE(desk.take(), QStringList("shiftPaid(double)"));
         const QStringList changes = reports.take();
         QCOMPARE(changes.mid(0, 2), (QStringList{rowChanged(2), rowChanged(2)}));
@@ -1022,25 +831,20 @@ private slots:
         QCOMPARE(debtsOf(counter), (QVector<double>{5.45, 0.95, 0.0}));
         QVERIFY(counter.report(2)->paymentDate().isValid());
         QVERIFY(!counter.report(1)->paymentDate().isValid());
-        QVERIFY(counter.desk.add(AdultSingle)); // an open basket does not matter
-        QVERIFY(counter.desk.handOver(18));
+        QVERIFY(play(counter, "hand:18"));
         QCOMPARE(debtsOf(counter), (QVector<double>{4.5, 0.0, 0.0}));
-        QVERIFY(counter.desk.clear());
-        QVERIFY(counter.desk.closeShift());
+        QVERIFY(play(counter, "close"));
         QCOMPARE(debtsOf(counter), (QVector<double>{4.5, 4.5, 0.0, 0.0}));
     }
 
-    void debtIsThereAfterARestart()
+    void reportsAndDebtAreThereAfterARestart()
     {
         QStringList before;
         QDateTime paidAt;
         {
             Counter counter(file(), euro, 50.0);
-            for (const int tile : {AdultSingle, ChildSingle, DayTicket}) {
-                QVERIFY(sell(counter, {tile}, SalesDesk::Cash));
-                QVERIFY(counter.desk.closeShift());
-            }
-            QVERIFY(counter.desk.handOver(18));
+            QVERIFY(play(counter, "adult cash end close child cash end close"
+                                  " day cash end adult card end close hand:18 child card end"));
             before = reportsOf(counter);
             paidAt = counter.report(2)->paymentDate();
         }
@@ -1052,48 +856,25 @@ private slots:
         QVERIFY(counter.desk.keepsShift(20));
         QVERIFY(!counter.desk.keepsShift(16));
         QVERIFY(!counter.desk.keepsShift(qQNaN()));
-        QVERIFY(sell(counter, {ChildSingle}, SalesDesk::Cash));
+        QVERIFY(play(counter, "child cash end"));
         QCOMPARE(debtsOf(counter), (QVector<double>{7.35, 4.5, 0.0, 1.9}));
-        QVERIFY(counter.desk.handOver(17));
+        QVERIFY(play(counter, "hand:17"));
         QCOMPARE(debtsOf(counter), (QVector<double>{5.45, 4.5, 0.0, 0.0}));
-        QVERIFY(counter.desk.handOver(19));
+        QVERIFY(play(counter, "hand:19"));
         QCOMPARE(debtsOf(counter), (QVector<double>{0.95, 0.0, 0.0, 0.0}));
     }
 
     void shiftWithoutCashOwesNothing()
     {
         Counter counter(file());
-        QVERIFY(sell(counter, {AdultSingle}, SalesDesk::Card));
-        QVERIFY(counter.desk.closeShift());
-        QCOMPARE(debtsOf(counter), (QVector<double>{0.0, 0.0}));
-        QVERIFY(counter.report(1)->paymentDate().isValid());
-        QVERIFY(!counter.desk.handOver(17));
-    }
-
-    void reportsAreThereAfterARestart()
-    {
-        QStringList before;
-        {
-            Counter counter(file(), euro, 50.0);
-            QVERIFY(sell(counter, {AdultSingle}, SalesDesk::Cash));
-            QVERIFY(counter.desk.closeShift());
-            QVERIFY(sell(counter, {ChildSingle}, SalesDesk::Card));
-            QVERIFY(counter.desk.closeShift());
-            QVERIFY(sell(counter, {DayTicket}, SalesDesk::Cash));
-            before = reportsOf(counter);
-        }
-        QCOMPARE(before.size(), 3);
-        Counter counter(file(), euro, 50.0);
-        QCOMPARE(reportsOf(counter), before);
-    }
-
-    void shiftWithoutSalesCanBeClosed()
-    {
-        Counter counter(file());
-        QVERIFY(counter.desk.closeShift());
+        QVERIFY(play(counter, "close adult card end close"));
         QCOMPARE(reportsOf(counter),
-                 (QStringList{"18 open: 0 tickets 0, 0 by card 0, -, z 0, debt 0 of 0",
+                 (QStringList{"19 open: 0 tickets 0, 0 by card 0, -, z 0, debt 0 of 0",
+                              "18 closed: 1 tickets 1.9, 1 by card 1.9, 000001-000001, z 1.9,"
+                              " debt 0 of 0",
                               "17 closed: 0 tickets 0, 0 by card 0, -, z 0, debt 0 of 0"}));
+        QVERIFY(counter.report(1)->paymentDate().isValid());
+        QVERIFY(!play(counter, "hand:18"));
     }
 
     /// What the driver taps is on the disk as it is shown.
@@ -1161,17 +942,6 @@ private:
         }
     }
 
-    /// The journal of a sale of which one ticket of three was noted as printed.
-    void interruptPrinting()
-    {
-        Counter counter(file());
-        QVERIFY(counter.desk.add(AdultSingle));
-        QVERIFY(counter.desk.add(ChildSingle));
-        QVERIFY(counter.desk.add(Free));
-        QVERIFY(counter.desk.pay(SalesDesk::Card));
-        QVERIFY(QTest::qWaitFor([&] { return counter.line(0)->printed(); }));
-    }
-
     /// A journal with one change.
     void changeJournal(const QString& statement)
     {
@@ -1188,60 +958,39 @@ private:
         return debts;
     }
 
-    /// Brings a new desk into a state, see refusals_data().
-    static void bring(Counter& counter, const QString& state)
+    /// A desk over the journal of this test that was brought into a state.
+    std::unique_ptr<Counter> counterIn(const QString& state) const
     {
-        if (state == "empty")
-            return;
-        if (state == "closed" || state == "shifts") {
-            QVERIFY(sell(counter, {AdultSingle}, SalesDesk::Cash));
-            QVERIFY(counter.desk.closeShift());
-            if (state == "shifts") {
-                QVERIFY(sell(counter, {AdultSingle}, SalesDesk::Cash));
-                QVERIFY(counter.desk.handOver(17));
-            }
-            return;
-        }
-        if (state == "full") {
-            rowsOf(onlyConnection(), "PRAGMA synchronous=OFF");
-            for (int i = 0; i < SalesDesk::mostTickets; ++i)
-                counter.desk.add(AdultSingle);
-            return;
-        }
-        counter.desk.add(AdultSingle);
-        counter.desk.add(ChildSingle);
-        if (state == "printing" || state == "waiting")
-            counter.desk.pay(SalesDesk::Cash);
-        if (state == "waiting" || state == "fault")
-            counter.printer.setFault("no paper");
+        static const QMap<QString, QString> steps{{"empty", ""},
+                                                  {"basket", "adult child"},
+                                                  {"fault", "adult child jam"},
+                                                  {"printing", "adult child cash"},
+                                                  {"waiting", "adult child cash jam"},
+                                                  {"doubt", "adult child free card first"},
+                                                  {"closed", "adult cash end close"},
+                                                  {"shifts", "adult cash end close adult cash end"
+                                                             " hand:17"},
+                                                  {"damaged", "adult child"},
+                                                  {"full", ""}};
+        auto counter = std::make_unique<Counter>(file());
+        if (!steps.contains(state) || !play(*counter, steps.value(state)))
+            qFatal("The desk cannot be brought into the state %s", qPrintable(state));
         if (state == "waiting")
             QTest::qWait(1);
+        if (state == "full") {
+            rowsOf(onlyConnection(), "PRAGMA synchronous=OFF");
+            play(*counter, QString(" adult").repeated(SalesDesk::mostTickets));
+        }
+        if (state == "doubt") { // the power fails when the first of three tickets is out
+            counter.reset();
+            counter = std::make_unique<Counter>(file());
+        }
         if (state == "damaged") {
             rowsOf(onlyConnection(), "ALTER TABLE basket RENAME TO lost");
-            counter.desk.clear();
+            play(*counter, "clear");
             rowsOf(onlyConnection(), "ALTER TABLE lost RENAME TO basket");
         }
-    }
-
-    /// "add 3", "remove 0", "clear", "pay 1", "close", "handOver 17", "out" or "rest".
-    static bool run(SalesDesk& desk, const QString& call)
-    {
-        const int argument = call.section(' ', 1).toInt();
-        if (call.startsWith("add"))
-            return desk.add(argument);
-        if (call.startsWith("remove"))
-            return desk.remove(argument);
-        if (call == "clear")
-            return desk.clear();
-        if (call.startsWith("pay"))
-            return desk.pay(static_cast<SalesDesk::Payment>(argument));
-        if (call.startsWith("handOver"))
-            return desk.handOver(argument);
-        if (call == "out")
-            return desk.confirmTicketInDoubt();
-        if (call == "rest")
-            return desk.printTicketsInDoubt();
-        return desk.closeShift();
+        return counter;
     }
 
     static void compareSums(const Counter& counter, qint64 sum, qint64 cardSum, qint64 owed = 0)
