@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ScreenUnderTest.h"
+#include "../ScreenUnderTest.h"
 
 #include <AssetItem.h>
 #include <PassengerTypeItem.h>

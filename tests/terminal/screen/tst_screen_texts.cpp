@@ -1,9 +1,10 @@
-#include "ScreenUnderTest.h"
+#include "../ScreenUnderTest.h"
 
 #include <QImage>
 #include <QUrl>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -100,6 +101,32 @@ Feed hostileFeed()
 
 bool isText(const QQuickItem* item) { return item->inherits("QQuickText"); }
 
+/// Whether the item, or one that it is part of, is so.
+template <typename Is>
+bool isWithin(const QQuickItem* item, Is is)
+{
+    for (; item != nullptr; item = item->parentItem()) {
+        if (is(item))
+            return true;
+    }
+    return false;
+}
+
+bool isWithin(const QQuickItem* item, const char* type)
+{
+    return isWithin(item, [type](const QQuickItem* each) { return each->inherits(type); });
+}
+
+bool isOnMap(const QQuickItem* item) { return isWithin(item, "QDeclarativeGeoMap"); }
+
+QString shownText(const QQuickItem* item) { return item->property("text").toString(); }
+QColor colorOf(const QQuickItem* item) { return item->property("color").value<QColor>(); }
+
+QRectF placeOf(const QQuickItem* item)
+{
+    return item->mapRectToScene({0, 0, item->width(), item->height()});
+}
+
 QString where(const QQuickItem* item)
 {
     QString path;
@@ -129,21 +156,12 @@ double contrast(const QColor& a, const QColor& b)
 /// The part of the item that its clipping parents leave to be seen.
 QRectF visiblePart(const QQuickItem* item)
 {
-    QRectF part = item->mapRectToScene({0, 0, item->width(), item->height()});
+    QRectF part = placeOf(item);
     for (const QQuickItem* p = item->parentItem(); p != nullptr; p = p->parentItem()) {
         if (p->clip() || p->parentItem() == nullptr)
-            part &= p->mapRectToScene({0, 0, p->width(), p->height()});
+            part &= placeOf(p);
     }
     return part;
-}
-
-bool isOnMap(const QQuickItem* item)
-{
-    for (; item != nullptr; item = item->parentItem()) {
-        if (item->inherits("QDeclarativeGeoMap"))
-            return true;
-    }
-    return false;
 }
 
 /// The colour of the nearest rectangle behind the item that is not to be seen through; invalid if
@@ -153,7 +171,7 @@ QColor backing(const QQuickItem* item)
     for (const QQuickItem* p = item->parentItem(); p != nullptr; p = p->parentItem()) {
         if (!p->inherits("QQuickRectangle"))
             continue;
-        const QColor color = p->property("color").value<QColor>();
+        const QColor color = colorOf(p);
         const QRectF place = item->mapRectToItem(p, {0, 0, item->width(), item->height()});
         const QRectF room(-1, -1, p->width() + 2, p->height() + 2);
         return color.alpha() == 255 && room.contains(place) ? color : QColor();
@@ -161,13 +179,25 @@ QColor backing(const QQuickItem* item)
     return {};
 }
 
-bool isDimmed(const QQuickItem* item)
+/// The colour that most pixels of a part have: what a text stands on.
+QColor mostOf(const QImage& image, const QRect& part)
 {
-    for (; item != nullptr; item = item->parentItem()) {
-        if (item->opacity() < 1.0)
-            return true;
+    QHash<QRgb, int> counts;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        for (int x = part.left(); x <= part.right(); ++x)
+            ++counts[image.pixel(x, y)];
     }
-    return false;
+    const auto isLess = [](int a, int b) { return a < b; };
+    return std::max_element(counts.cbegin(), counts.cend(), isLess).key();
+}
+
+void isReadable(const QQuickItem* text, const QColor& ground)
+{
+    const double found = contrast(colorOf(text), ground);
+    QVERIFY2(found >= 4.5,
+             qPrintable(QString("%1 \"%2\": %3 on %4 is %5:1")
+                            .arg(where(text), shownText(text), colorOf(text).name(), ground.name())
+                            .arg(found)));
 }
 
 } // namespace
@@ -186,304 +216,265 @@ private slots:
     void cleanup() { QCOMPARE(Complaints::take(), QStringList()); }
     void cleanupTestCase() { m_complaints.reset(); }
 
-    void hostileTextsStayTexts_data();
-    void hostileTextsStayTexts();
-    void textsOnTheMapCanBeRead_data();
-    void textsOnTheMapCanBeRead();
-    void tilesNameTheirZone_data();
-    void tilesNameTheirZone();
-    void picturesComeFromTheProgram_data();
-    void picturesComeFromTheProgram();
+    void hostileTextsStayTexts_data()
+    {
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<bool>("night");
+        QTest::addColumn<QString>("popup");
+        QTest::addColumn<QSize>("size");
+        for (const bool night : {false, true}) {
+            const auto add = [night](const QString& page, const QString& popup = {},
+                                     const QSize& size = {800, 480}) {
+                QTest::addRow("%s %s at %d %s", qPrintable(page), qPrintable(popup), size.width(),
+                              night ? "at night" : "by day")
+                    << page << night << popup << size;
+            };
+            for (const QString& page : g_pages)
+                add(page);
+            add("sell", "clearConfirmation");
+            add("zreport", "closeConfirmation");
+            add("sell", "toast");
+            add("sell", {}, {1280, 800});
+        }
+    }
+
+    void hostileTextsStayTexts()
+    {
+        const auto shown = this->shown(hostileFeed());
+        everyTextIsPlain(*shown);
+        textsStayInside(*shown);
+        textsCanBeRead(*shown);
+        everythingToTapIsLargeEnough(*shown);
+    }
+
+    void textsOnTheMapCanBeRead_data()
+    {
+        QTest::addColumn<QString>("feed");
+        QTest::addColumn<bool>("night");
+        for (const QString feed : {"coast-line", "hill-valley", "hostile"}) {
+            QTest::newRow(qPrintable(feed + " by day")) << feed << false;
+            QTest::newRow(qPrintable(feed + " at night")) << feed << true;
+        }
+    }
+
+    void textsOnTheMapCanBeRead()
+    {
+        QFETCH(QString, feed);
+        QFETCH(bool, night);
+        ScreenUnderTest shown(
+            feed == "hostile" ? hostileFeed() : exampleFeed(feed), "fleet", {1024, 600},
+            [night](rivo::terminal::Terminal::Settings& settings) { settings.night = night; });
+        QTRY_VERIFY(shown.item("stopLabel") != nullptr);
+        int texts = 0;
+        shown.forEachItem([&](QQuickItem* item) {
+            if (!isText(item) || !isOnMap(item) || shownText(item).isEmpty())
+                return;
+            ++texts;
+            const QColor ground = backing(item);
+            QVERIFY2(ground.isValid(), qPrintable(where(item) + " has nothing behind it"));
+            isReadable(item, ground);
+        });
+        QVERIFY2(texts > 4, qPrintable(QString::number(texts)));
+    }
+
+    void tilesNameTheirZone_data()
+    {
+        QTest::addColumn<QString>("feed");
+        QTest::addColumn<QSize>("size");
+        for (const char* feed : {"coast-line", "hill-valley"}) {
+            for (const QSize size : {QSize(800, 480), QSize(1024, 600), QSize(1280, 800)})
+                QTest::addRow("%s at %dx%d", feed, size.width(), size.height()) << feed << size;
+        }
+    }
+
+    void tilesNameTheirZone()
+    {
+        QFETCH(QString, feed);
+        QFETCH(QSize, size);
+        ScreenUnderTest shown(exampleFeed(feed), "sell", size);
+        int tiles = 0;
+        for (QQuickItem* zone : shown.all("zoneText")) {
+            const QQuickItem* tile = zone;
+            while (!tile->property("toStopGroupId").isValid())
+                tile = tile->parentItem();
+            ++tiles;
+            QCOMPARE(shownText(zone), shown.terminal().presentation()->zoneName(
+                                          tile->property("toStopGroupId").toInt()));
+            QVERIFY2(!zone->property("truncated").toBool(), qPrintable(shownText(zone)));
+        }
+        QVERIFY2(tiles > 5, qPrintable(QString::number(tiles)));
+    }
+
+    void picturesComeFromTheProgram_data()
+    {
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<bool>("night");
+        QTest::addColumn<QString>("popup");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("allowFileIcons");
+        for (const bool allowed : {false, true}) {
+            for (const QString& page : g_pages)
+                QTest::newRow(qPrintable(page + (allowed ? ", files allowed" : "")))
+                    << page << false << "" << QSize(1024, 600) << allowed;
+        }
+    }
+
+    void picturesComeFromTheProgram()
+    {
+        QFETCH(QString, page);
+        QFETCH(bool, allowFileIcons);
+        Feed feed = hostileFeed();
+        const QString picture = QDir::current().filePath("picture.png");
+        QImage image(8, 8, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(picture));
+        feed.products[0].icon = QUrl::fromLocalFile(picture).toString();
+        feed.products[0].pos = 1;
+        const auto shown = this->shown(feed, allowFileIcons);
+        int pictures = 0;
+        QStringList files;
+        shown->forEachItem([&](QQuickItem* item) {
+            if (!item->inherits("QQuickImageBase"))
+                return;
+            ++pictures;
+            const QUrl source = item->property("source").toUrl();
+            if (source.isLocalFile())
+                files.append(source.toLocalFile());
+            else
+                QVERIFY2(source.isEmpty() || source.scheme() == "qrc",
+                         qPrintable(where(item) + " " + source.toString()));
+            QVERIFY2(source.isEmpty() || item->property("status").toInt() == 1,
+                     qPrintable(where(item) + " " + source.toString()));
+        });
+        QVERIFY(pictures > 5);
+        files.removeDuplicates();
+        QCOMPARE(files, allowFileIcons && page == "sell" ? QStringList(picture) : QStringList());
+    }
 
 private:
-    static void everyTextIsPlain(ScreenUnderTest& shown);
-    static void textsStayInside(ScreenUnderTest& shown);
-    static void textsCanBeRead(ScreenUnderTest& shown);
-    static void everythingToTapIsLargeEnough(ScreenUnderTest& shown);
+    static void everyTextIsPlain(ScreenUnderTest& shown)
+    {
+        int texts = 0;
+        shown.forEachItem([&](QQuickItem* item) {
+            QVERIFY2(!item->inherits("QQuickTextEdit") && !item->inherits("QQuickTextInput"),
+                     qPrintable(where(item)));
+            if (!isText(item))
+                return;
+            ++texts;
+            QVERIFY2(item->property("textFormat").toInt() == Qt::PlainText,
+                     qPrintable(where(item)));
+        });
+        QVERIFY2(texts > 10, qPrintable(QString::number(texts)));
+    }
+
+    static void textsStayInside(ScreenUnderTest& shown)
+    {
+        shown.forEachItem([&](QQuickItem* item) {
+            if (!isText(item) || shownText(item).isEmpty())
+                return;
+            const QString what = where(item) + " \"" + shownText(item) + "\"";
+            // What is drawn is not wider or higher than the item.
+            const double slack = 1.5;
+            QVERIFY2(item->property("contentWidth").toDouble() <= item->width() + slack,
+                     qPrintable(what + " is wider than its item"));
+            QVERIFY2(item->property("contentHeight").toDouble() <= item->height() + slack,
+                     qPrintable(what + " is higher than its item"));
+            // The item does not stick out of the button, tile or line that it is part of.
+            for (const QQuickItem* box = item->parentItem(); box != nullptr;
+                 box = box->parentItem()) {
+                const bool isBox =
+                    box->inherits("QQuickAbstractButton") || box->inherits("QQuickRectangle");
+                if (box->inherits("QDeclarativeGeoMapQuickItem"))
+                    return; // texts on the map belong to the map
+                if (!isBox || box->width() <= 0)
+                    continue;
+                const QRectF inner =
+                    item->mapRectToItem(box, {0, 0, item->width(), item->height()});
+                QVERIFY2(inner.left() >= -slack && inner.right() <= box->width() + slack,
+                         qPrintable(what + " sticks out of " + where(box)));
+                break;
+            }
+        });
+    }
+
+    static void textsCanBeRead(ScreenUnderTest& shown)
+    {
+        // A busy machine is still moving tiles to their places: until nothing moves any more.
+        QImage image;
+        QVERIFY(QTest::qWaitFor([&] {
+            const QImage before = std::exchange(image, shown.window()->grabWindow());
+            return !image.isNull() && image == before;
+        }));
+        const bool hasPopup = !shown.all("cancelButton").isEmpty();
+        const QQuickItem* toast = shown.item("toast");
+        const QRectF covered = toast == nullptr ? QRectF() : placeOf(toast);
+        int compared = 0;
+        shown.forEachItem([&](QQuickItem* item) {
+            if (!isText(item) || shownText(item).trimmed().isEmpty() ||
+                isWithin(item, [](const QQuickItem* each) { return each->opacity() < 1.0; }))
+                return;
+            if (isOnMap(item))
+                return; // lies over lines and other marks, see textsOnTheMapCanBeRead()
+            if (hasPopup && !isWithin(item, "QQuickPopupItem"))
+                return;
+            if (item->objectName() != "toastText" && covered.intersects(visiblePart(item)))
+                return;
+            const QRect part = visiblePart(item).toRect() & image.rect();
+            if (part.width() < 4 || part.height() < 4)
+                return;
+            ++compared;
+            isReadable(item, mostOf(image, part));
+        });
+        QVERIFY2(compared > 2, qPrintable(QString::number(compared)));
+    }
+
+    static void everythingToTapIsLargeEnough(ScreenUnderTest& shown)
+    {
+        int targets = 0;
+        shown.forEachItem([&](QQuickItem* item) {
+            if (!item->inherits("QQuickAbstractButton"))
+                return;
+            ++targets;
+            QVERIFY2(
+                item->width() >= 48 && item->height() >= 48,
+                qPrintable(where(item) + QString(" %1x%2").arg(item->width()).arg(item->height())));
+            const QRectF place = placeOf(item);
+            QVERIFY2(place.left() >= -1 && place.right() <= shown.window()->width() + 1,
+                     qPrintable(where(item) + " sticks out of the window"));
+        });
+        QVERIFY(targets > 5);
+    }
+
     /// The screen of this row, with tickets in the basket and its popup open if it has one.
-    std::unique_ptr<ScreenUnderTest> shown(const Feed& feed, bool allowFileIcons = false);
+    std::unique_ptr<ScreenUnderTest> shown(const Feed& feed, bool allowFileIcons = false)
+    {
+        QFETCH(QString, page);
+        QFETCH(bool, night);
+        QFETCH(QString, popup);
+        QFETCH(QSize, size);
+        auto shown = std::make_unique<ScreenUnderTest>(
+            feed, page, size, [&](rivo::terminal::Terminal::Settings& settings) {
+                settings.night = night;
+                settings.allowFileIcons = allowFileIcons;
+                settings.ticketTime = 60000;
+            });
+        auto* desk = shown->terminal().desk();
+        for (int row = 0; row < shown->terminal().grid()->rowCount(); ++row) {
+            if (shown->terminal().basket()->rowCount() < 6)
+                desk->add(row);
+        }
+        if (popup == "clearConfirmation")
+            shown->tap(shown->item("clearButton"));
+        else if (popup == "closeConfirmation")
+            shown->tap(shown->item("closeShiftButton"));
+        else if (popup == "toast")
+            emit desk->refused(text(2) + " " + text(0));
+        QTest::qWait(400); // animations
+        return shown;
+    }
+
     std::unique_ptr<Complaints> m_complaints;
 };
-
-void TestScreenTexts::hostileTextsStayTexts_data()
-{
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<bool>("night");
-    QTest::addColumn<QString>("popup");
-    QTest::addColumn<QSize>("size");
-    for (const bool night : {false, true}) {
-        const QString time = night ? " at night" : " by day";
-        for (const QString& page : g_pages)
-            QTest::newRow(qPrintable(page + time)) << page << night << "" << QSize(800, 480);
-        QTest::newRow(qPrintable("question before clearing" + time))
-            << "sell" << night << "clearConfirmation" << QSize(800, 480);
-        QTest::newRow(qPrintable("question before closing" + time))
-            << "zreport" << night << "closeConfirmation" << QSize(800, 480);
-        QTest::newRow(qPrintable("reason of a refusal" + time))
-            << "sell" << night << "toast" << QSize(800, 480);
-        QTest::newRow(qPrintable("sell on a large screen" + time))
-            << "sell" << night << "" << QSize(1280, 800);
-    }
-}
-
-std::unique_ptr<ScreenUnderTest> TestScreenTexts::shown(const Feed& feed, bool allowFileIcons)
-{
-    QFETCH(QString, page);
-    QFETCH(bool, night);
-    QFETCH(QString, popup);
-    QFETCH(QSize, size);
-    auto shown = std::make_unique<ScreenUnderTest>(
-        feed, page, size, [&](rivo::terminal::Terminal::Settings& settings) {
-            settings.night = night;
-            settings.allowFileIcons = allowFileIcons;
-            settings.ticketTime = 60000;
-        });
-    auto* desk = shown->terminal().desk();
-    for (int row = 0; row < shown->terminal().grid()->rowCount(); ++row) {
-        if (shown->terminal().basket()->rowCount() < 6)
-            desk->add(row);
-    }
-    if (popup == "clearConfirmation")
-        shown->tap(shown->item("clearButton"));
-    else if (popup == "closeConfirmation")
-        shown->tap(shown->item("closeShiftButton"));
-    else if (popup == "toast")
-        emit desk->refused(text(2) + " " + text(0));
-    QTest::qWait(400); // animations
-    return shown;
-}
-
-void TestScreenTexts::hostileTextsStayTexts()
-{
-    const auto shown = this->shown(hostileFeed());
-    everyTextIsPlain(*shown);
-    textsStayInside(*shown);
-    textsCanBeRead(*shown);
-    everythingToTapIsLargeEnough(*shown);
-}
-
-void TestScreenTexts::textsOnTheMapCanBeRead_data()
-{
-    QTest::addColumn<QString>("feed");
-    QTest::addColumn<bool>("night");
-    for (const QString feed : {"coast-line", "hill-valley", "hostile"}) {
-        QTest::newRow(qPrintable(feed + " by day")) << feed << false;
-        QTest::newRow(qPrintable(feed + " at night")) << feed << true;
-    }
-}
-
-void TestScreenTexts::textsOnTheMapCanBeRead()
-{
-    QFETCH(QString, feed);
-    QFETCH(bool, night);
-    ScreenUnderTest shown(
-        feed == "hostile" ? hostileFeed() : exampleFeed(feed), "fleet", {1024, 600},
-        [night](rivo::terminal::Terminal::Settings& settings) { settings.night = night; });
-    QTRY_VERIFY(shown.item("stopLabel") != nullptr);
-    int texts = 0;
-    shown.forEachItem([&](QQuickItem* item) {
-        if (!isText(item) || !isOnMap(item) || item->property("text").toString().isEmpty())
-            return;
-        ++texts;
-        const QColor ink = item->property("color").value<QColor>();
-        const QColor ground = backing(item);
-        QVERIFY2(ground.isValid(), qPrintable(where(item) + " has nothing behind it"));
-        QVERIFY2(contrast(ink, ground) >= 4.5,
-                 qPrintable(QString("%1: %2 on %3 is %4:1")
-                                .arg(where(item), ink.name(), ground.name())
-                                .arg(contrast(ink, ground))));
-    });
-    QVERIFY2(texts > 4, qPrintable(QString::number(texts)));
-}
-
-void TestScreenTexts::tilesNameTheirZone_data()
-{
-    QTest::addColumn<QString>("feed");
-    QTest::addColumn<QSize>("size");
-    for (const char* feed : {"coast-line", "hill-valley"}) {
-        for (const QSize size : {QSize(800, 480), QSize(1024, 600), QSize(1280, 800)})
-            QTest::addRow("%s at %dx%d", feed, size.width(), size.height()) << feed << size;
-    }
-}
-
-void TestScreenTexts::tilesNameTheirZone()
-{
-    QFETCH(QString, feed);
-    QFETCH(QSize, size);
-    ScreenUnderTest shown(exampleFeed(feed), "sell", size);
-    int tiles = 0;
-    for (QQuickItem* zone : shown.all("zoneText")) {
-        const QQuickItem* tile = zone;
-        while (!tile->property("toStopGroupId").isValid())
-            tile = tile->parentItem();
-        ++tiles;
-        QCOMPARE(zone->property("text").toString(),
-                 shown.terminal().presentation()->zoneName(tile->property("toStopGroupId").toInt()));
-        QVERIFY2(!zone->property("truncated").toBool(),
-                 qPrintable(zone->property("text").toString()));
-    }
-    QVERIFY2(tiles > 5, qPrintable(QString::number(tiles)));
-}
-
-void TestScreenTexts::everyTextIsPlain(ScreenUnderTest& shown)
-{
-    int texts = 0;
-    shown.forEachItem([&](QQuickItem* item) {
-        QVERIFY2(!item->inherits("QQuickTextEdit") && !item->inherits("QQuickTextInput"),
-                 qPrintable(where(item)));
-        if (!isText(item))
-            return;
-        ++texts;
-        QVERIFY2(item->property("textFormat").toInt() == Qt::PlainText, qPrintable(where(item)));
-    });
-    QVERIFY2(texts > 10, qPrintable(QString::number(texts)));
-}
-
-void TestScreenTexts::picturesComeFromTheProgram_data()
-{
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<bool>("night");
-    QTest::addColumn<QString>("popup");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<bool>("allowFileIcons");
-    for (const bool allowed : {false, true}) {
-        for (const QString& page : g_pages)
-            QTest::newRow(qPrintable(page + (allowed ? ", files allowed" : "")))
-                << page << false << "" << QSize(1024, 600) << allowed;
-    }
-}
-
-void TestScreenTexts::picturesComeFromTheProgram()
-{
-    QFETCH(QString, page);
-    QFETCH(bool, allowFileIcons);
-    Feed feed = hostileFeed();
-    const QString picture = QDir::current().filePath("picture.png");
-    QImage image(8, 8, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QVERIFY(image.save(picture));
-    feed.products[0].icon = QUrl::fromLocalFile(picture).toString();
-    feed.products[0].pos = 1;
-    const auto shown = this->shown(feed, allowFileIcons);
-    int pictures = 0;
-    QStringList files;
-    shown->forEachItem([&](QQuickItem* item) {
-        if (!item->inherits("QQuickImageBase"))
-            return;
-        ++pictures;
-        const QUrl source = item->property("source").toUrl();
-        if (source.isLocalFile())
-            files.append(source.toLocalFile());
-        else
-            QVERIFY2(source.isEmpty() || source.scheme() == "qrc",
-                     qPrintable(where(item) + " " + source.toString()));
-        QVERIFY2(source.isEmpty() || item->property("status").toInt() == 1,
-                 qPrintable(where(item) + " " + source.toString()));
-    });
-    QVERIFY(pictures > 5);
-    files.removeDuplicates();
-    QCOMPARE(files, allowFileIcons && page == "sell" ? QStringList(picture) : QStringList());
-}
-
-void TestScreenTexts::textsStayInside(ScreenUnderTest& shown)
-{
-    shown.forEachItem([&](QQuickItem* item) {
-        if (!isText(item) || item->property("text").toString().isEmpty())
-            return;
-        const QString what = where(item) + " \"" + item->property("text").toString() + "\"";
-        // What is drawn is not wider or higher than the item.
-        const double slack = 1.5;
-        QVERIFY2(item->property("contentWidth").toDouble() <= item->width() + slack,
-                 qPrintable(what + " is wider than its item"));
-        QVERIFY2(item->property("contentHeight").toDouble() <= item->height() + slack,
-                 qPrintable(what + " is higher than its item"));
-        // The item does not stick out of the button, tile or line that it is part of.
-        for (const QQuickItem* box = item->parentItem(); box != nullptr; box = box->parentItem()) {
-            const bool isBox =
-                box->inherits("QQuickAbstractButton") || box->inherits("QQuickRectangle");
-            if (box->inherits("QDeclarativeGeoMapQuickItem"))
-                return; // texts on the map belong to the map
-            if (!isBox || box->width() <= 0)
-                continue;
-            const QRectF inner = item->mapRectToItem(box, {0, 0, item->width(), item->height()});
-            QVERIFY2(inner.left() >= -slack && inner.right() <= box->width() + slack,
-                     qPrintable(what + " sticks out of " + where(box)));
-            break;
-        }
-    });
-}
-
-void TestScreenTexts::textsCanBeRead(ScreenUnderTest& shown)
-{
-    // A busy machine is still moving tiles to their places: until nothing moves any more.
-    QImage image;
-    QVERIFY(QTest::qWaitFor([&] {
-        const QImage before = std::exchange(image, shown.window()->grabWindow());
-        return !image.isNull() && image == before;
-    }));
-    const bool hasPopup = !shown.all("cancelButton").isEmpty();
-    const QQuickItem* toast = shown.item("toast");
-    const QRectF covered = toast == nullptr
-                               ? QRectF()
-                               : toast->mapRectToScene({0, 0, toast->width(), toast->height()});
-    int compared = 0;
-    shown.forEachItem([&](QQuickItem* item) {
-        if (!isText(item) || item->property("text").toString().trimmed().isEmpty() ||
-            isDimmed(item))
-            return;
-        if (isOnMap(item))
-            return; // lies over lines and other marks, see textsOnTheMapCanBeRead()
-        bool isInPopup = false;
-        for (const QQuickItem* p = item; p != nullptr; p = p->parentItem())
-            isInPopup = isInPopup || p->inherits("QQuickPopupItem");
-        if (hasPopup && !isInPopup)
-            return;
-        if (item->objectName() != "toastText" && covered.intersects(visiblePart(item)))
-            return;
-        const QRect part = visiblePart(item).toRect() & image.rect();
-        if (part.width() < 4 || part.height() < 4)
-            return;
-        // The ground is the colour that most pixels have.
-        QHash<QRgb, int> counts;
-        for (int y = part.top(); y <= part.bottom(); ++y) {
-            for (int x = part.left(); x <= part.right(); ++x)
-                ++counts[image.pixel(x, y)];
-        }
-        QRgb ground = 0;
-        int most = 0;
-        for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
-            if (it.value() > most) {
-                most = it.value();
-                ground = it.key();
-            }
-        }
-        ++compared;
-        const QColor ink = item->property("color").value<QColor>();
-        const double found = contrast(ink, QColor(ground));
-        QVERIFY2(found >= 4.5, qPrintable(QString("%1 \"%2\": %3 on %4 is %5:1")
-                                              .arg(where(item), item->property("text").toString(),
-                                                   ink.name(), QColor(ground).name())
-                                              .arg(found)));
-    });
-    QVERIFY2(compared > 2, qPrintable(QString::number(compared)));
-}
-
-void TestScreenTexts::everythingToTapIsLargeEnough(ScreenUnderTest& shown)
-{
-    int targets = 0;
-    shown.forEachItem([&](QQuickItem* item) {
-        if (!item->inherits("QQuickAbstractButton"))
-            return;
-        ++targets;
-        QVERIFY2(
-            item->width() >= 48 && item->height() >= 48,
-            qPrintable(where(item) + QString(" %1x%2").arg(item->width()).arg(item->height())));
-        const QRectF place = item->mapRectToScene({0, 0, item->width(), item->height()});
-        QVERIFY2(place.left() >= -1 && place.right() <= shown.window()->width() + 1,
-                 qPrintable(where(item) + " sticks out of the window"));
-    });
-    QVERIFY(targets > 5);
-}
 
 QTEST_MAIN(TestScreenTexts)
 #include "tst_screen_texts.moc"

@@ -1,4 +1,4 @@
-#include "ScreenUnderTest.h"
+#include "../ScreenUnderTest.h"
 
 #include <QSignalSpy>
 #include <QTouchDevice>

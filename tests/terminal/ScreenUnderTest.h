@@ -135,8 +135,24 @@ public:
 
     QQuickItem* item(const QString& name) { return all(name).value(0); }
 
+    QStringList texts(const QString& name)
+    {
+        QStringList texts;
+        for (const QQuickItem* item : all(name))
+            texts.append(item->property("text").toString());
+        return texts;
+    }
+    QString text(const QString& name) { return texts(name).value(0); }
+
+    /// The one item of this name, which may still have to come.
+    void tap(const QString& name)
+    {
+        QTRY_COMPARE(all(name).size(), 1);
+        tap(item(name));
+    }
     void tap(QQuickItem* item)
     {
+        QVERIFY(item != nullptr);
         const QPointF center(item->width() / 2, item->height() / 2);
         QTest::mouseClick(window(), Qt::LeftButton, {}, item->mapToScene(center).toPoint());
     }
