@@ -191,8 +191,10 @@ private slots:
             });
         };
         QVERIFY(isTurned(shown.vehicle(31).direction()));
-        shown.vehicle(31).setDirection(123.25);
-        QVERIFY(isTurned(123.25));
+        for (const double direction : {0.0, 123.25, 270.0, 720.25, -90.0}) {
+            shown.vehicle(31).setDirection(direction);
+            QVERIFY2(isTurned(direction), qPrintable(QString::number(direction)));
+        }
 
         shown.vehicle(31).setInView(false);
         QTRY_COMPARE(shown.all("arrow").size(), 3);

@@ -461,9 +461,8 @@ void FleetSimulatorTest::neverHeardOf()
     Fleet fleet(TestNetwork().trip("1", "5", out("8:00:00", "9:00:00")), {5, 7});
     fleet.vehicle(102).setAssetCoordinate(QGeoCoordinate());
     fleet.vehicle(101).setAssetCoordinate(QGeoCoordinate());
-    QCOMPARE(fleet.simulator->reportingOf(101), FleetSimulator::Offline);
-    QCOMPARE(fleet.simulator->reportingOf(102), FleetSimulator::Offline);
-    QCOMPARE(fleet.simulator->reportingOf(4711), FleetSimulator::Offline);
+    for (const int id : {101, 102, 4711})
+        QCOMPARE(fleet.simulator->reportingOf(id), FleetSimulator::Offline);
     fleet.simulator->setTime(10);
     QCOMPARE(fleet.simulator->reportingOf(101), FleetSimulator::Live);
     QCOMPARE(fleet.simulator->reportingOf(102), FleetSimulator::Offline);

@@ -28,7 +28,6 @@ private slots:
     void repeatedPointsCountOnce();
     void places_data();
     void places();
-    void directions_data();
     void directions();
     void nearest_data();
     void nearest();
@@ -87,24 +86,17 @@ void PathTest::places()
     QVERIFY(qAbs(place.direction - direction) < 0.01);
 }
 
-void PathTest::directions_data()
-{
-    QTest::addColumn<QGeoCoordinate>("to");
-    QTest::addColumn<double>("direction");
-    QTest::newRow("north") << at(0, 1) << 0.0;
-    QTest::newRow("north-east") << at(1, 1) << 45.0;
-    QTest::newRow("east") << at(1, 0) << 90.0;
-    QTest::newRow("south") << at(0, -1) << 180.0;
-    QTest::newRow("west") << at(-1, 0) << 270.0;
-    QTest::newRow("north-west") << at(-1, 1) << 315.0;
-}
-
 void PathTest::directions()
 {
-    QFETCH(QGeoCoordinate, to);
-    QFETCH(double, direction);
-    const double is = Path({at(0, 0), to}).at(1.0).direction;
-    QVERIFY2(qAbs(is - direction) < 0.01, qPrintable(QString::number(is)));
+    for (const auto& [to, direction] : {std::pair(at(0, 1), 0.0),
+                                        {at(1, 1), 45.0},
+                                        {at(1, 0), 90.0},
+                                        {at(0, -1), 180.0},
+                                        {at(-1, 0), 270.0},
+                                        {at(-1, 1), 315.0}}) {
+        const double is = Path({at(0, 0), to}).at(1.0).direction;
+        QVERIFY2(qAbs(is - direction) < 0.01, qPrintable(QString::number(is)));
+    }
 }
 
 void PathTest::nearest_data()

@@ -38,10 +38,8 @@ class TripDeskTest : public QObject
 private slots:
     void trips_data();
     void trips();
-    void contextOfTheTimetable();
-    void contextOfTheFeedStays();
+    void contexts();
     void stopsWithoutNames();
-    void stops_data();
     void stops();
     void stopThatIsVisitedTwice();
 };
@@ -85,37 +83,22 @@ void TripDeskTest::trips()
     QTEST(desk.stopName(), "stopName");
 }
 
-void TripDeskTest::contextOfTheTimetable()
+void TripDeskTest::contexts()
 {
-    const feed::Feed feed = feedWith(network());
-    TripDesk desk(feed, fleet::Timetable(feed.network));
-    const feed::TripContext& context = *desk.context();
-    QCOMPARE(context.routeId(), 5);
-    QCOMPARE(context.fromStopId(), 4);
-    QCOMPARE(context.toStopId(), 1);
-    QCOMPARE(context.currentStopId(), 4);
-    QCOMPARE(context.tripsRouteId(), 5);
-    QCOMPARE(context.tripsExecutionId(), 50);
-    QCOMPARE(context.publicRouteExecutionId(), QString("50"));
-
-    TripDesk none{feed::Feed(), fleet::Timetable()};
-    QCOMPARE(none.context()->routeId(), -1);
-    QCOMPARE(none.context()->currentStopId(), -1);
-    QCOMPARE(none.context()->publicRouteExecutionId(), QString());
-}
-
-void TripDeskTest::contextOfTheFeedStays()
-{
-    const feed::Feed feed = feedWith(network(), feed::FeedTripContext{6, 11, 12, 13, 14, 51, "P"});
-    TripDesk desk(feed, fleet::Timetable(feed.network));
-    const feed::TripContext& context = *desk.context();
-    QCOMPARE(context.routeId(), 6);
-    QCOMPARE(context.fromStopId(), 11);
-    QCOMPARE(context.toStopId(), 12);
-    QCOMPARE(context.currentStopId(), 13);
-    QCOMPARE(context.tripsRouteId(), 14);
-    QCOMPARE(context.tripsExecutionId(), 51);
-    QCOMPARE(context.publicRouteExecutionId(), QString("P"));
+    const auto contextOf = [](const feed::Feed& feed) {
+        TripDesk desk(feed, fleet::Timetable(feed.network));
+        const feed::TripContext& context = *desk.context();
+        QStringList texts;
+        for (const int id :
+             {context.routeId(), context.fromStopId(), context.toStopId(), context.currentStopId(),
+              context.tripsRouteId(), context.tripsExecutionId()})
+            texts.append(QString::number(id));
+        return texts.join(' ') + ' ' + context.publicRouteExecutionId();
+    };
+    QCOMPARE(contextOf(feedWith(network())), "5 4 1 4 5 50 50"); // of the timetable
+    QCOMPARE(contextOf(feedWith(network(), feed::FeedTripContext{6, 11, 12, 13, 14, 51, "P"})),
+             "6 11 12 13 14 51 P"); // the feed's stays
+    QCOMPARE(contextOf(feed::Feed()), "-1 -1 -1 -1 -1 -1 ");
 }
 
 void TripDeskTest::stopsWithoutNames()
@@ -129,34 +112,33 @@ void TripDeskTest::stopsWithoutNames()
     QCOMPARE(desk.stops(), QStringList({"4", "2", "1"}));
 }
 
-void TripDeskTest::stops_data()
-{
-    QTest::addColumn<int>("stop");
-    QTest::addColumn<int>("kept");
-    QTest::addColumn<int>("number");
-    QTest::newRow("the next one") << 1 << 1 << 2;
-    QTest::newRow("the last one") << 2 << 2 << 1;
-    QTest::newRow("the same one") << 0 << 0 << 4;
-    QTest::newRow("behind the last one") << 3 << 0 << 4;
-    QTest::newRow("before the first one") << -1 << 0 << 4;
-}
-
 void TripDeskTest::stops()
 {
-    QFETCH(int, stop);
-    QFETCH(int, kept);
-    QFETCH(int, number);
     const feed::Feed feed = feedWith(network());
     TripDesk desk(feed, fleet::Timetable(feed.network));
     SignalLog signalLog(&desk);
     SignalLog contextSignals(desk.context());
-    desk.setStop(stop);
-    QCOMPARE(desk.stop(), kept);
-    QCOMPARE(desk.stopName(), "Stop " + QString::number(number));
-    QCOMPARE(desk.context()->currentStopId(), number);
-    QCOMPARE(signalLog.take(), kept == 0 ? QStringList() : QStringList("stopChanged()"));
-    QCOMPARE(contextSignals.take(),
-             kept == 0 ? QStringList() : QStringList("currentStopIdChanged()"));
+    struct Step
+    {
+        int stop;
+        int kept;
+        const char* name;
+        int number;
+        bool isNew;
+    };
+    for (const Step& step : {Step{0, 0, "Stop 4", 4, false}, // the same one
+                             {1, 1, "Stop 2", 2, true},
+                             {2, 2, "Stop 1", 1, true},
+                             {3, 2, "Stop 1", 1, false},     // behind the last one
+                             {-1, 2, "Stop 1", 1, false}}) { // before the first one
+        desk.setStop(step.stop);
+        QCOMPARE(desk.stop(), step.kept);
+        QCOMPARE(desk.stopName(), QString(step.name));
+        QCOMPARE(desk.context()->currentStopId(), step.number);
+        QCOMPARE(signalLog.take(), QStringList("stopChanged()").mid(step.isNew ? 0 : 1));
+        QCOMPARE(contextSignals.take(),
+                 QStringList("currentStopIdChanged()").mid(step.isNew ? 0 : 1));
+    }
 }
 
 void TripDeskTest::stopThatIsVisitedTwice()

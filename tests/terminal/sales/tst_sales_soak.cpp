@@ -29,18 +29,22 @@ private slots:
         rowsOf(onlyConnection(), "PRAGMA cache_size=20");   // or it grows with the file
         QRandomGenerator random(20260329);
         const QVector<QPair<int, qint64>> tiles{
-            {AdultSingle, 190}, {ChildSingle, 95}, {DayTicket, 450}, {Free, 0}};
+            {AdultSingle, 190}, {ChildSingle, 95}, {DayTicket, 450}, {Free, 0}, {TooExact, 101}};
         qint64 sum = 0;
         qint64 cardSum = 0;
+        qint64 owed = 0; // for the shifts before
+        int cardCount = 0;
         int ticketCount = 0;
         size_t before = 0;
         for (int sale = 1; sale <= sales; ++sale) {
-            const bool isCard = random.bounded(3) == 0;
+            const int shift = (sale - 1) / salesPerShift;
+            const bool isCard = random.bounded(4) < shift % 5; // none, some, all
             for (int count = 1 + random.bounded(4); count > 0; --count) {
                 const auto& [tile, price] = tiles.at(random.bounded(tiles.size()));
                 QVERIFY(counter.desk.add(tile));
                 sum += price;
                 cardSum += isCard ? price : 0;
+                cardCount += isCard ? 1 : 0;
                 ++ticketCount;
             }
             QVERIFY(counter.desk.pay(isCard ? SalesDesk::Card : SalesDesk::Cash));
@@ -49,12 +53,18 @@ private slots:
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             QCOMPARE(counter.report()->ticketSumAmnt(), euro.toUnits(sum));
             QCOMPARE(counter.report()->cardSellAmnt(), euro.toUnits(cardSum));
+            QCOMPARE(counter.report()->cardSellCount(), cardCount);
+            QCOMPARE(counter.report()->currentDebt(), euro.toUnits(sum - cardSum + owed));
             QCOMPARE(counter.report()->toTicketNumber().toInt(), ticketCount);
             if (sale % salesPerShift == 0) {
                 QVERIFY(counter.desk.closeShift());
-                QVERIFY(counter.desk.handOver(counter.report(1)->zNumber()));
+                if (shift % 2 == 0)
+                    owed += sum - cardSum;
+                else
+                    QCOMPARE(counter.desk.handOver(counter.report(1)->zNumber()), sum > cardSum);
                 sum = 0;
                 cardSum = 0;
+                cardCount = 0;
             }
             if (sale == warmUp)
                 before = usedMemory();

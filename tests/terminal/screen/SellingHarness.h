@@ -2,7 +2,6 @@
 
 #include "../ScreenUnderTest.h"
 
-#include <AssetItem.h>
 #include <PassengerTypeItem.h>
 #include <ShoppingBasketModel.h>
 #include <ShoppingItem.h>
@@ -137,34 +136,8 @@ public:
     }
     Q_INVOKABLE int contextStop() { return m_shown->terminal().trip()->context()->currentStopId(); }
     Q_INVOKABLE QString obstacle() { return m_shown->terminal().desk()->obstacle(); }
-    Q_INVOKABLE int deskState() { return m_shown->terminal().desk()->state(); }
-    Q_INVOKABLE bool logsProducts() { return m_shown->terminal().grid()->logFareProducts(); }
     Q_INVOKABLE void setNight(bool night) { m_shown->terminal().setNight(night); }
     Q_INVOKABLE QColor background() { return m_shown->window()->color(); }
-    Q_INVOKABLE QColor faceAt(int x, int y)
-    {
-        return m_shown->window()->grabWindow().pixelColor(x, y);
-    }
-
-    /// Turns vehicle `row` and returns the rotation of its mark.
-    Q_INVOKABLE double markRotation(int row, double direction)
-    {
-        auto* vehicle = qobject_cast<AssetItem*>(m_shown->terminal().vehicles()->itemFromRow(row));
-        vehicle->setDirection(direction);
-        vehicle->setInView(true);
-        QQuickItem* arrow = nullptr;
-        m_shown->forEachItem([&](QQuickItem* item) {
-            if (item->property("registrationNumber").toString() != vehicle->registrationNumber() ||
-                !item->property("assetCoordinate").isValid())
-                return;
-            ScreenUnderTest::forEachItem(item, [&](QQuickItem* part) {
-                if (part->objectName() == "arrow")
-                    arrow = part;
-            });
-        });
-        return arrow == nullptr ? qQNaN() : arrow->rotation();
-    }
-    Q_INVOKABLE int vehicleCount() { return m_shown->terminal().vehicles()->rowCount(); }
 
     Q_INVOKABLE int problemCount() const { return m_problems.size(); }
     /// The texts of the window with the problems, in their order.

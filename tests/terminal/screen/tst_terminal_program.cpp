@@ -16,11 +16,9 @@ private slots:
     void picturesArePrinted();
     void wrongCommandLines_data();
     void wrongCommandLines();
-    void helpAndVersion_data();
     void helpAndVersion();
     void brokenFeedIsShownAndNamed();
     void pictureThatCannotBeWritten();
-    void languages_data();
     void languages();
     void logIsWrittenWhenAskedFor();
     void measurements();
@@ -33,6 +31,8 @@ private:
         QString error;
     };
     Result run(const QStringList& arguments) const;
+    /// With a feed, a journal, and a picture to save.
+    Result shoot(const QStringList& arguments, const QString& picture = "page.png") const;
     static QString feed() { return EXAMPLE_FEEDS "/coast-line.json"; }
 
     QTemporaryDir m_folder;
@@ -46,6 +46,14 @@ TestTerminalProgram::Result TestTerminalProgram::run(const QStringList& argument
         return {};
     return {program.exitCode(), QString::fromUtf8(program.readAllStandardOutput()),
             QString::fromUtf8(program.readAllStandardError())};
+}
+
+TestTerminalProgram::Result TestTerminalProgram::shoot(const QStringList& arguments,
+                                                       const QString& picture) const
+{
+    return run(QStringList{"--feed", feed(), "--journal", m_folder.filePath("page.journal"),
+                           "--screenshot", m_folder.filePath(picture)} +
+               arguments);
 }
 
 void TestTerminalProgram::picturesArePrinted_data()
@@ -67,10 +75,7 @@ void TestTerminalProgram::picturesArePrinted()
     QFETCH(QSize, size);
     const QString picture = m_folder.filePath("page.png");
     QFile::remove(picture);
-    const Result result =
-        run(QStringList{"--feed", feed(), "--journal", m_folder.filePath("page.journal"),
-                        "--screenshot", picture} +
-            arguments);
+    const Result result = shoot(arguments);
     QCOMPARE(result.error, QString());
     QCOMPARE(result.output, QString());
     QCOMPARE(result.exitCode, 0);
@@ -113,24 +118,15 @@ void TestTerminalProgram::wrongCommandLines()
     QCOMPARE(result.exitCode, 2);
 }
 
-void TestTerminalProgram::helpAndVersion_data()
-{
-    QTest::addColumn<QString>("option");
-    QTest::addColumn<QString>("start");
-    QTest::newRow("help") << "--help"
-                          << "Usage: ";
-    QTest::newRow("version") << "--version"
-                             << "rivo-terminal ";
-}
-
 void TestTerminalProgram::helpAndVersion()
 {
-    QFETCH(QString, option);
-    QFETCH(QString, start);
-    const Result result = run({option});
-    QCOMPARE(result.error, QString());
-    QVERIFY2(result.output.startsWith(start), qPrintable(result.output));
-    QCOMPARE(result.exitCode, 0);
+    for (const auto& [option, start] :
+         {std::pair("--help", "Usage: "), {"--version", "rivo-terminal "}}) {
+        const Result result = run({option});
+        QCOMPARE(result.error, QString());
+        QVERIFY2(result.output.startsWith(start), qPrintable(result.output));
+        QCOMPARE(result.exitCode, 0);
+    }
 }
 
 void TestTerminalProgram::brokenFeedIsShownAndNamed()
@@ -146,46 +142,27 @@ void TestTerminalProgram::brokenFeedIsShownAndNamed()
 
 void TestTerminalProgram::pictureThatCannotBeWritten()
 {
-    const QString picture = m_folder.filePath("no/such/folder.png");
-    const Result result = run({"--feed", feed(), "--journal", m_folder.filePath("page.journal"),
-                               "--screenshot", picture});
-    QCOMPARE(result.error, QString("rivo-terminal: cannot write %1\n").arg(picture));
+    const Result result = shoot({}, "no/such/folder.png");
+    QCOMPARE(
+        result.error,
+        QString("rivo-terminal: cannot write %1\n").arg(m_folder.filePath("no/such/folder.png")));
     QCOMPARE(result.exitCode, 1);
-}
-
-void TestTerminalProgram::languages_data()
-{
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<QString>("error");
-    const auto english = [](const char* language) {
-        return QString("rivo-terminal: --language %1: no such texts, English is shown\n")
-            .arg(language);
-    };
-    QTest::newRow("English") << "en"
-                             << "";
-    QTest::newRow("German") << "de"
-                            << "";
-    QTest::newRow("German of a country") << "de_AT"
-                                         << "";
-    QTest::newRow("a language without texts") << "fr" << english("fr");
-    QTest::newRow("no language") << "xx" << english("xx");
 }
 
 void TestTerminalProgram::languages()
 {
-    QFETCH(QString, language);
-    QFETCH(QString, error);
-    const Result result =
-        run({"--feed", feed(), "--journal", m_folder.filePath("page.journal"), "--screenshot",
-             m_folder.filePath("page.png"), "--language", language});
-    QCOMPARE(result.error, error);
-    QCOMPARE(result.exitCode, 0);
+    for (const auto& [language, isThere] :
+         {std::pair("en", true), {"de", true}, {"de_AT", true}, {"fr", false}, {"xx", false}}) {
+        const Result result = shoot({"--language", language});
+        const char* const error = "rivo-terminal: --language %1: no such texts, English is shown\n";
+        QCOMPARE(result.error, isThere ? QString() : QString(error).arg(language));
+        QCOMPARE(result.exitCode, 0);
+    }
 }
 
 void TestTerminalProgram::logIsWrittenWhenAskedFor()
 {
-    const Result result = run({"--feed", feed(), "--journal", m_folder.filePath("page.journal"),
-                               "--screenshot", m_folder.filePath("page.png"), "--verbose"});
+    const Result result = shoot({"--verbose"});
     QVERIFY2(result.error.contains(" INFO "), qPrintable(result.error));
     QCOMPARE(result.output, QString());
     QCOMPARE(result.exitCode, 0);

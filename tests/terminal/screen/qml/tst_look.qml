@@ -20,38 +20,11 @@ ScreenCase {
         }
     }
 
-    function test_logIsSwitchedInTheStatusLine() {
-        Harness.open("coast-line", "sell")
-        test.verify(!Harness.logsProducts())
-        test.tap("statusLog")
-        test.verify(Harness.logsProducts())
-        test.tap("statusLog")
-        test.verify(!Harness.logsProducts())
-    }
-
     function test_settingsSayWhereTheLogIs() {
         Harness.open("coast-line", "settings")
         test.tryVerify(() => Harness.countOf("logNote") === 1)
         for (const name of ["logging.conf", "--verbose"])
             test.verify(Harness.textOf("logNote").includes(name), name)
-    }
-
-    function test_marksPointWhereVehiclesGo_data() {
-        return [
-            { tag: "north", direction: 0 },
-            { tag: "between east and south", direction: 135.5 },
-            { tag: "west", direction: 270 },
-            { tag: "more than one turn", direction: 720.25 },
-            { tag: "the other way round", direction: -90 }
-        ]
-    }
-
-    function test_marksPointWhereVehiclesGo(row) {
-        Harness.open("coast-line", "fleet")
-        test.verify(Harness.vehicleCount() > 1)
-        for (let vehicle = 0; vehicle < 2; ++vehicle)
-            test.tryVerify(() => Harness.markRotation(vehicle, row["direction"])
-                                 === row["direction"])
     }
 
     function test_nightColours() {

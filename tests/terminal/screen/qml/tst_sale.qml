@@ -111,23 +111,6 @@ ScreenCase {
         test.compare(Harness.refusals, 0)
     }
 
-    function test_closingAShift() {
-        Harness.open("coast-line", "sell")
-        test.sellTile(0)
-        test.tap("payCash")
-        test.basketIs(0)
-        test.tap("nav-zreport")
-        const number = Number(Harness.report("zNumberData"))
-        test.tap("closeShiftButton")
-        test.tap("cancelButton")
-        test.tryVerify(() => Harness.countOf("cancelButton") === 0)
-        test.compare(Number(Harness.report("zNumberData")), number)
-        test.tap("closeShiftButton")
-        test.tap("confirmButton")
-        test.tryVerify(() => Number(Harness.report("zNumberData")) === number + 1)
-        test.shows("runningSum", "€0.00")
-    }
-
     function test_ticketsCarryTheStop() {
         Harness.open("coast-line", "sell")
         const first = Harness.contextStop()
