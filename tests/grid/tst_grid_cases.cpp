@@ -57,20 +57,21 @@ void addText(Example& example, const QString& text)
     }
 }
 
-/// Calls `take` with the title and the content of each example.
+/// Calls `take` with the title, behind that of its section, and the content of each example.
 template <typename Take>
 void readExamples(const QString& path, Take take)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         qFatal("%s cannot be read", qPrintable(path));
+    QString section;
     QStringList common;
     QString title;
     Example example;
     int number = 0;
     const auto finish = [&] {
         if (!title.isEmpty())
-            take(title, example);
+            take(section + title, example);
         title.clear();
     };
     for (const QByteArray& bytes : file.readAll().split('\n')) {
@@ -80,6 +81,7 @@ void readExamples(const QString& path, Take take)
             continue;
         if (line.startsWith('[')) {
             finish();
+            section = line.mid(1).replace("]", ": ");
             common.clear();
         } else if (!line.startsWith(' ')) {
             finish();

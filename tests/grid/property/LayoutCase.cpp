@@ -394,119 +394,6 @@ void appendRound(Random& random, Case& layoutCase, bool first)
     calls += {slotsCall(random), moveCall(random), judgeCall(random)};
 }
 
-// ---- shrinking ----
-
-using Visitor = std::function<bool(const Case&)>;
-
-/// Offers the case without a half, a quarter ... of a list, down to single entries, until one is
-/// accepted.
-template <typename Access>
-bool offerShorterList(const Case& failing, Access list, const Visitor& accept)
-{
-    Case original = failing;
-    const int size = list(original).size();
-    for (int part = size; part > 0; part /= 2) {
-        for (int start = 0; start + part <= size; start += part) {
-            Case candidate = failing;
-            auto& shorter = list(candidate);
-            shorter.erase(shorter.begin() + start, shorter.begin() + start + part);
-            if (accept(candidate))
-                return true;
-        }
-    }
-    return false;
-}
-
-QVector<int> smallerNumbers(int value)
-{
-    QVector<int> smaller;
-    for (const int candidate : {0, 1, -1, 3, value / 2}) {
-        if (qAbs(qint64(candidate)) < qAbs(qint64(value)))
-            smaller.append(candidate);
-    }
-    return smaller;
-}
-
-bool offerSmallerNumbers(const Case& failing, int call, const Visitor& accept)
-{
-    Case candidate = failing;
-    for (int i = 0; i < failing.calls.at(call).numbers.size(); ++i) {
-        int& number = candidate.calls[call].numbers[i];
-        const int value = number;
-        for (const int smaller : smallerNumbers(value)) {
-            number = smaller;
-            if (accept(candidate))
-                return true;
-        }
-        number = value;
-    }
-    return false;
-}
-
-/// Simpler values of a field: what a product has by itself, then smaller numbers.
-QVector<QVariant> simplerValues(const ProductField& field, const sProduct& product, int place)
-{
-    const QVariant value = field.get(product);
-    const QVariant usual = field.get(usualProduct(product.passengerTypeCode, place).record);
-    if (value == usual)
-        return {};
-    QVector<QVariant> simpler{usual};
-    if (value.userType() == QMetaType::Int) {
-        for (const int smaller : smallerNumbers(value.toInt()))
-            simpler.append(smaller);
-    }
-    return simpler;
-}
-
-bool offerSimplerProducts(const Case& failing, int call, const Visitor& accept)
-{
-    Case candidate = failing;
-    for (int i = 0; i < failing.calls.at(call).products.size(); ++i) {
-        NewProduct& product = candidate.calls[call].products[i];
-        const NewProduct given = product;
-        const NewProduct usual = usualProduct(PassengerTypesModel::PT_ADULT, i);
-        product.typeText = usual.typeText;
-        product.record.passengerTypeCode = usual.record.passengerTypeCode;
-        if (shortText(product, i) != shortText(given, i) && accept(candidate))
-            return true;
-        for (const ProductField& field : productFields) {
-            const QVector<QVariant> values = simplerValues(field, given.record, i);
-            for (const QVariant& value : values) {
-                product = given;
-                field.set(product.record, value);
-                if (accept(candidate))
-                    return true;
-            }
-        }
-        product = given;
-    }
-    return false;
-}
-
-/// Offers cases that are one step simpler, boldest first, until one is accepted.
-bool offerSimplerCases(const Case& failing, const Visitor& accept)
-{
-    const auto calls = [](Case & it) -> auto& { return it.calls; };
-    if (offerShorterList(failing, calls, accept))
-        return true;
-    for (int call = 0; call < failing.calls.size(); ++call) {
-        const auto products = [call](Case & it) -> auto& { return it.calls[call].products; };
-        const auto types = [call](Case & it) -> auto& { return it.calls[call].typeTexts; };
-        if (offerShorterList(failing, products, accept) ||
-            offerShorterList(failing, types, accept) ||
-            offerSmallerNumbers(failing, call, accept) ||
-            offerSimplerProducts(failing, call, accept))
-            return true;
-    }
-    const auto order = [](Case & it) -> auto& { return it.configuration.order; };
-    if (offerShorterList(failing, order, accept))
-        return true;
-    Case candidate = failing;
-    candidate.configuration.logging = false;
-    candidate.autoSpacing = false;
-    return (failing.configuration.logging || failing.autoSpacing) && accept(candidate);
-}
-
 // ---- description ----
 
 /// How a kind of call is written: its name, its list and what stands before the numbers behind it.
@@ -685,19 +572,77 @@ Case decidedCase(Choices choices, const QVector<Configuration>& configurations)
     return someCase(random, configurations);
 }
 
-Case shrunk(Case failing, const std::function<bool(const Case&)>& fails, int attempts)
+namespace
 {
-    bool simpler = true;
-    while (simpler) {
-        Case next;
-        simpler = offerSimplerCases(failing, [&](const Case& candidate) {
-            if (--attempts < 0 || !fails(candidate))
-                return false;
-            next = candidate;
-            return true;
-        });
-        if (simpler)
-            failing = next;
+
+QVector<QRegularExpressionMatch> matches(const QString& text, const char* pattern)
+{
+    QVector<QRegularExpressionMatch> found;
+    const QRegularExpression expression(pattern);
+    for (auto it = expression.globalMatch(text); it.hasNext();)
+        found.append(it.next());
+    return found;
+}
+
+/// The line without some of its words, without parts of a word, with smaller numbers.
+QStringList simplerLines(const QString& line)
+{
+    static const QRegularExpression separator(" (in|to)( |$)");
+    QStringList simpler;
+    const auto words = matches(line, R"re( (?=[-"\d])(?:"[^"]*"|\{[^}]*\}|[^ "{])+)re");
+    for (int part = words.size(); part > 0; part /= 2) {
+        for (int start = 0; start + part <= words.size(); start += part) {
+            const int begin = words.at(start).capturedStart();
+            const int end = words.at(start + part - 1).capturedEnd();
+            if (!line.mid(begin, end - begin).contains(separator))
+                simpler.append(line.left(begin) + line.mid(end));
+        }
     }
-    return failing;
+    for (const auto& part :
+         matches(line, R"re([#>@]-?\d+|!|\{[^}]*\}|(?<=\d)"[^"]*"|\w+="[^"]*",?)re"))
+        simpler.append(line.left(part.capturedStart()) + line.mid(part.capturedEnd()));
+    for (const auto& number : matches(line, R"re(-?\d+)re")) {
+        const int value = number.captured().toInt();
+        for (const int smaller : {0, 1, -1, 3, value / 2}) {
+            if (qAbs(qint64(smaller)) < qAbs(qint64(value)))
+                simpler.append(line.left(number.capturedStart()) + QString::number(smaller) +
+                               line.mid(number.capturedEnd()));
+        }
+    }
+    return simpler;
+}
+
+} // namespace
+
+Case shrunk(const Case& failing, const std::function<bool(const Case&)>& fails, int attempts)
+{
+    QStringList lines = describe(failing).split('\n');
+    Case smallest = failing;
+    const auto accept = [&](const QStringList& candidate) {
+        Case simpler;
+        for (const QString& line : candidate)
+            addLine(simpler, line);
+        if (--attempts < 0 || !fails(simpler))
+            return false;
+        smallest = simpler;
+        lines = candidate;
+        return true;
+    };
+    const auto isSimplified = [&](int at) {
+        const QString line = lines.at(at);
+        QStringList candidate = lines;
+        candidate.removeAt(at);
+        if (accept(candidate))
+            return true;
+        candidate.insert(at, QString());
+        for (const QString& simpler : simplerLines(line)) {
+            candidate[at] = simpler;
+            if (accept(candidate))
+                return true;
+        }
+        return false;
+    };
+    for (int at = lines.size() - 1; at >= 0;)
+        at = isSimplified(at) ? lines.size() - 1 : at - 1;
+    return smallest;
 }

@@ -70,4 +70,5 @@ Case decidedCase(Choices choices, const QVector<Configuration>& configurations);
 
 /// A smaller case that fails too: none of its parts can be left out or made simpler. Gives up
 /// after `attempts` runs.
-Case shrunk(Case failing, const std::function<bool(const Case&)>& fails, int attempts = 4000);
+Case shrunk(const Case& failing, const std::function<bool(const Case&)>& fails,
+            int attempts = 4000);
