@@ -407,7 +407,7 @@ private slots:
     void typesOfTheLayoutFollowTheResetOfTheRows()
     {
         const auto model = newModel("1a", false);
-        model->setNumberOfRows(9);
+        stdoutOf([&] { model->sortBasedOnLocalData(layoutTypes); });
         connect(model.get(), &PassengerTypesModel::numberOfRowsChanged, model.get(),
                 [&] { model->getIndeces({}); });
         // At 0 rows the layout is made for no type yet, at 1 row for both.
