@@ -173,6 +173,24 @@ private slots:
         QCOMPARE(m_model->numberOfRows(), 0);
     }
 
+    void longListsAreJudgedAndMovedInTime()
+    {
+        constexpr int count = 50000;
+        QVector<sProduct> products(count);
+        QVector<int> slotNumbers(count);
+        for (int i = 0; i < count; ++i) {
+            products[i].pos = i + 1;
+            slotNumbers[i] = int(qint64(i) * 7 % count); // each once
+        }
+        const QVector<int> wanted = slotNumbers;
+        QVERIFY(!m_model->checkForPosDuplicates(products));
+        m_model->reOrder(products, slotNumbers);
+        for (int i = 0; i < count; ++i)
+            QCOMPARE(products.at(wanted.at(i)).pos, i + 1);
+        products.last().pos = products.first().pos;
+        QVERIFY(m_model->checkForPosDuplicates(products));
+    }
+
     // Names
 
     void nameIsThatOfTheFirstTileWithTheNumber()
