@@ -20,8 +20,8 @@ constexpr int rows = 10000;
 constexpr bool is32Bit = sizeof(void*) == 4;
 
 // Beside the object itself: what Qt keeps of it and of its connection, and its place in the model.
-constexpr std::size_t bytesOfAnyRow = is32Bit ? 227 : 422;
-constexpr int blocksOfAnyRow = 6;
+constexpr std::size_t bytesOfAnyRow = is32Bit ? 211 : 390;
+constexpr int blocksOfAnyRow = 5;
 
 // A text of twelve letters, which is a block of its own.
 constexpr std::size_t bytesOfAText = (is32Bit ? 16 : 24) + 13 * sizeof(QChar);

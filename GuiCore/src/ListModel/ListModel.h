@@ -27,8 +27,10 @@ namespace models
 /// itemFromRow() needs a QObject parent, or the JavaScript garbage collector destroys it; not so
 /// once the QML module Rivo.GuiCore is loaded, see setRowExposureHandler().
 ///
-/// A row's dataChanged() is passed on as dataChanged() of its current row with an empty role list
-/// (any role may have changed); that of an item which is no row any more is ignored.
+/// Each insertion connects the item's dataChanged() to the slot onHandleItemChange(), by name: an
+/// application can disconnect it the same way. The slot passes it on as dataChanged() of the
+/// item's current row with an empty role list (any role may have changed); that of an item which
+/// is no row any more is ignored. The time of a change grows with the number of rows.
 ///
 /// What is read, and what is in range, does not depend on a `parent` index; removeRows(), takeRow()
 /// and takeRows() announce the removal below the one they are given: give none. Every change of
@@ -80,8 +82,8 @@ public:
     /// item lands at the end, but is announced at `row`. Null is ignored.
     void insertRow(int row, ListItem* item);
 
-    /// appendRow() for QML. `item` must be a ListItem: a debug build asserts it, a release build
-    /// does not check. The item goes to the row exposure handler first.
+    /// appendRow() for QML. `item` must be a ListItem, which is not checked. The item goes to the
+    /// row exposure handler first.
     Q_INVOKABLE void appendRowFromQml(QObject* item);
 
     /// Removes and destroys (deleteLater()) one row; false for a row out of range. `parent` is not
