@@ -19,14 +19,14 @@
 namespace
 {
 
-QVector<int> ascendingTypeCodes(const QStringList& texts)
+/// Replaces `codes` by those of the texts, ascending, and keeps its storage.
+void replaceByTypeCodes(QVector<int>& codes, const QStringList& texts)
 {
-    QVector<int> codes;
+    codes.resize(0);
     codes.reserve(texts.size());
     for (const QString& text : texts)
         codes.append(PassengerTypesModel::codeMap.value(text));
     std::sort(codes.begin(), codes.end());
-    return codes;
 }
 
 std::string joined(const QVector<int>& values)
@@ -43,7 +43,7 @@ std::string joined(const QVector<int>& values)
 
 void PassengerTypesModel::setSupportedPassengerTypeCodes(QStringList const& codes)
 {
-    m_supportedTypeCodes = ascendingTypeCodes(codes);
+    replaceByTypeCodes(m_supportedTypeCodes, codes);
 
     if (m_typeCodesOrder.isEmpty()) {
         QString message = QStringLiteral(
@@ -226,7 +226,7 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
     const QStringList typeCodes = codes;
     m_localTypeCodes.resize(0);
     setNumberOfRows(0);
-    m_localTypeCodes = ascendingTypeCodes(typeCodes);
+    replaceByTypeCodes(m_localTypeCodes, typeCodes);
 
     if (m_logFareProducts)
         LOG(INFO) << m_products.size() << " products in our vector";

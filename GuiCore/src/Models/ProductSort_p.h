@@ -5,8 +5,9 @@
 #include <QVector>
 
 #include <algorithm>
+#include <memory>
+#include <new>
 #include <utility>
-#include <vector>
 
 // Sorting of records by what the layouts order them by.
 
@@ -21,21 +22,43 @@ inline std::pair<int, int> fareProductAndZoneOf(const sProduct& product)
     return {product.fareProductId, product.toStopGroupId};
 }
 
-/// Sorts by a key; products of the same key keep their order. Keys and rows are sorted, then each
-/// product is moved once: a product is some ten times as large, and a stable sort of products moves
-/// each many times and makes as many more for its buffer.
+/// Puts the product of row rows[k].second into row k, for every k, and moves each once.
+template <class Key>
+void moveToRows(QVector<sProduct>& products, std::pair<Key, int>* rows)
+{
+    sProduct* const moved = products.data();
+    for (int first = 0; first < products.size(); ++first) {
+        if (rows[first].second == first)
+            continue;
+        sProduct displaced = std::move(moved[first]);
+        int row = first;
+        while (rows[row].second != first) {
+            const int source = std::exchange(rows[row].second, row);
+            moved[row] = std::move(moved[source]);
+            row = source;
+        }
+        rows[row].second = row;
+        moved[row] = std::move(displaced);
+    }
+}
+
+/// Sorts in place by a key; products of the same key keep their order. Keys and rows are sorted,
+/// then each product is moved once: a product is some ten times as large, and a stable sort of
+/// products moves each many times. Without memory for the keys it sorts the products themselves.
 template <class Key>
 void sortBy(QVector<sProduct>& products, Key (*keyOf)(const sProduct&))
 {
-    std::vector<std::pair<Key, int>> places;
-    places.reserve(static_cast<std::size_t>(products.size()));
-    for (int row = 0; row < products.size(); ++row)
-        places.emplace_back(keyOf(products.at(row)), row);
-    std::sort(places.begin(), places.end());
-
-    QVector<sProduct> sorted;
-    sorted.reserve(products.size());
-    for (const auto& place : places)
-        sorted.append(std::move(products[place.second]));
-    products = std::move(sorted);
+    using Row = std::pair<Key, int>;
+    const int count = products.size();
+    const std::unique_ptr<Row[]> rows(new (std::nothrow) Row[static_cast<std::size_t>(count)]);
+    if (!rows) {
+        std::stable_sort(
+            products.begin(), products.end(),
+            [keyOf](const sProduct& a, const sProduct& b) { return keyOf(a) < keyOf(b); });
+        return;
+    }
+    for (int row = 0; row < count; ++row)
+        rows[row] = {keyOf(products.at(row)), row};
+    std::sort(rows.get(), rows.get() + count);
+    moveToRows(products, rows.get());
 }

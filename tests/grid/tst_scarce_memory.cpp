@@ -1,0 +1,96 @@
+// Layouts where there is no memory for large buffers.
+
+#include "GridText.h"
+#include "Products.h"
+#include "TerminalHome.h"
+
+#include <QtTest>
+
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+namespace
+{
+
+constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
+std::size_t largestBlock = unlimited; // that operator new gives
+int refusals = 0;
+
+void* blockOf(std::size_t size)
+{
+    if (size <= largestBlock)
+        return std::malloc(size);
+    ++refusals;
+    return nullptr;
+}
+
+void* blockOrThrow(std::size_t size)
+{
+    if (void* const block = blockOf(size))
+        return block;
+    throw std::bad_alloc();
+}
+
+} // namespace
+
+void* operator new(std::size_t size) { return blockOrThrow(size); }
+void* operator new[](std::size_t size) { return blockOrThrow(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return blockOf(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return blockOf(size); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
+
+class TestScarceMemory : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void layoutIsTheSameWithoutMemoryForABuffer_data();
+    void layoutIsTheSameWithoutMemoryForABuffer();
+};
+
+void TestScarceMemory::layoutIsTheSameWithoutMemoryForABuffer_data()
+{
+    QTest::addColumn<QString>("kind");
+    for (const char* kind : {"by position", "with equal positions", "by zone", "daily"})
+        QTest::newRow(kind) << kind;
+}
+
+void TestScarceMemory::layoutIsTheSameWithoutMemoryForABuffer()
+{
+    QFETCH(QString, kind);
+    constexpr int count = 1001;
+    const TerminalHome home;
+    QStringList grids;
+    for (const std::size_t limit : {unlimited, std::size_t(2000)}) {
+        QObject owner;
+        auto* model = new PassengerTypesModel(&owner);
+        for (int i = 0; i < count; ++i) {
+            const int shuffled = (i * 389 + 17) % count;
+            Product product(shuffled % 2 ? "PT_ADULT" : "PT_LFS");
+            product.named(QString::number(i)).id(shuffled / 3);
+            if (kind == "by position")
+                product.at(shuffled + 1);
+            else if (kind == "with equal positions")
+                product.at(shuffled / 7 + 1);
+            else if (kind == "daily")
+                product.toZone(shuffled / 5).daily();
+            product.addTo(*model);
+        }
+        refusals = 0;
+        largestBlock = limit;
+        model->sortAndRegroup({"PT_ADULT", "PT_LFS"}, 2);
+        largestBlock = unlimited;
+        QCOMPARE(refusals > 0, limit != unlimited);
+        QVERIFY(model->rowCount() >= count);
+        grids.append(gridText(*model));
+    }
+    QCOMPARE(grids.at(1), grids.at(0));
+}
+
+QTEST_GUILESS_MAIN(TestScarceMemory)
+
+#include "tst_scarce_memory.moc"
