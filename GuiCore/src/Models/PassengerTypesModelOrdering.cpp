@@ -159,7 +159,7 @@ const char* PassengerTypesModel::objectionToPositions()
         "------------------- POSITION NOT ASSIGNED TO PRODUCT --------------------";
     if (checkForPosDuplicates(m_products))
         return "------------------- DUPLICATE POSITIONS IN FARE PRODUCTS --------------------";
-    if (!hasBackendAssignedPosToProduct(m_products))
+    if (!hasBackendAssignedPosToProduct(m_products) || hasPositionBelowNone(m_products))
         return notAssigned;
     if (hasBackendAssignedPosToZero(m_products))
         return "--- POSITION 0 ASSIGNED TO PRODUCT. THAT IS NOT ALLOWED. SHOULD ALWAYS START "

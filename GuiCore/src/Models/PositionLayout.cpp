@@ -1,5 +1,13 @@
 #include "PositionLayout_p.h"
 
+#include <algorithm>
+
+bool hasPositionBelowNone(const QVector<sProduct>& products)
+{
+    return std::any_of(products.cbegin(), products.cend(),
+                       [](const sProduct& product) { return product.pos < noPosition; });
+}
+
 int rowsFor(int count, int columns) { return count == 0 ? 0 : (count - 1) / columns + 1; }
 
 sProduct placeholderAt(int position)

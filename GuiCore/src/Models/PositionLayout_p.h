@@ -9,6 +9,9 @@
 /// Position of a product to which the back office has assigned none.
 constexpr int noPosition = -1;
 
+/// Any position below the one that stands for none: such a product counts as not assigned.
+bool hasPositionBelowNone(const QVector<sProduct>& products);
+
 /// Grid rows that `count` tiles take in `columns` columns; none without tiles.
 int rowsFor(int count, int columns);
 

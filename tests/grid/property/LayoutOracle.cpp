@@ -255,10 +255,10 @@ QString objectionTo(Account& account)
     if (unassignedOnes > 0)
         return unassignedOnes > 1 ? objection("position: several unassigned", duplicate)
                                   : objection("position: one unassigned", unassigned);
-    if (frequency.count(0))
-        return objection("position: zero", zero);
     if (frequency.begin()->first < -1)
         return objection("position: below -1", unassigned);
+    if (frequency.count(0))
+        return objection("position: zero", zero);
     if (frequency.rbegin()->first > lastUsablePosition)
         return objection("position: above the bound", unassigned);
     return {};
