@@ -7,6 +7,8 @@
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
+#include <cstddef>
+#include <new>
 #include <utility>
 
 namespace QJsonWrapper
@@ -56,11 +58,29 @@ public:
     Q_DISABLE_COPY(JsonObjectRegistration)
 
 private:
+    /// The object in memory of its own. The core library may come from another maker, whose T has
+    /// another size than the one that is declared here; its constructor knows that size alone.
+    class Block
+    {
+    public:
+        Block() { new (m_memory) T(nullptr); }
+        ~Block() { object()->T::~T(); }
+        Q_DISABLE_COPY(Block)
+
+        T* object() { return std::launder(reinterpret_cast<T*>(m_memory)); }
+
+    private:
+        static constexpr std::size_t size = 16 * 1024;
+        static_assert(sizeof(T) <= size);
+
+        alignas(T) alignas(64) unsigned char m_memory[size] = {};
+    };
+
     // A registration's constructor ends after the object's, so its destructor runs first.
     static const QObject* processWideObject()
     {
-        static T object(nullptr);
-        return &object;
+        static Block block;
+        return block.object();
     }
 
     QString m_key;
