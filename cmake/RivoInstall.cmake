@@ -36,12 +36,20 @@ function(rivo_install target)
 endfunction()
 
 # rivo_install_core()
-# The core library under its name on disk. Another build of it (GUICORE_CORE_LIBRARY) is a copy.
+# The core library under the name that the loader looks for. Another build of it
+# (GUICORE_CORE_LIBRARY) is a copy.
 function(rivo_install_core)
     if(GUICORE_CORE_LIBRARY)
-        get_filename_component(file "${GUICORE_CORE_LIBRARY}" ABSOLUTE BASE_DIR "${CMAKE_SOURCE_DIR}")
+        get_filename_component(file "${GUICORE_CORE_LIBRARY}" REALPATH BASE_DIR "${CMAKE_SOURCE_DIR}")
+        get_target_property(name RivoCore RIVO_LOADED_NAME)
         install(FILES "${file}" DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime
-            RENAME "${RIVO_CORE_LIBRARY_SONAME}")
+            RENAME "${name}")
+        if(NOT name STREQUAL RIVO_CORE_LIBRARY_SONAME) # for linkers
+            set(link "${CMAKE_CURRENT_BINARY_DIR}/install/${RIVO_CORE_LIBRARY_SONAME}")
+            file(MAKE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/install")
+            file(CREATE_LINK "${name}" "${link}" SYMBOLIC)
+            install(FILES "${link}" DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT dev)
+        endif()
     else()
         install(TARGETS RivoCore LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime)
     endif()

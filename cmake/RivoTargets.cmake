@@ -1,4 +1,5 @@
 # Compiler settings shared by every target of ours.
+include(RivoCoreLibrary)
 
 # The flags of preset "fuzz": then the fuzzers are built.
 string(REGEX MATCH "-fsanitize=[^ ]*fuzzer" RIVO_IS_FUZZED "${CMAKE_CXX_FLAGS}")
@@ -15,11 +16,7 @@ target_compile_options(rivo_settings INTERFACE
     # exported functions into each other.
     -fno-semantic-interposition)
 target_compile_definitions(rivo_settings INTERFACE QT_DEPRECATED_WARNINGS QT_NO_FOREACH)
-if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-    # Files of 2 GiB and more, inodes and times beyond 32 bits: without these, to look at such a
-    # file fails.
-    target_compile_definitions(rivo_settings INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
-endif()
+target_compile_definitions(rivo_settings INTERFACE ${RIVO_LAYOUT_DEFINITIONS})
 target_link_options(rivo_settings INTERFACE -Wl,--as-needed)
 if(NOT RIVO_IS_FUZZED) # its sanitizers are in the programs alone
     target_link_options(rivo_settings INTERFACE -Wl,--no-undefined)

@@ -18,13 +18,17 @@ function(configure_user case library)
     execute_process(
         COMMAND "${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_FOLDER}"
             -B "${BUILD_FOLDER}/${case}" -DCMAKE_CXX_COMPILER=${COMPILER}
-            -DREPOSITORY=${REPOSITORY} -DGUICORE_CORE_LIBRARY=${library}
+            -DREPOSITORY=${REPOSITORY} -DGUICORE_CORE_LIBRARY=${library} -DCMAKE_INSTALL_LIBDIR=lib
         RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
     set(status ${result} PARENT_SCOPE)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
 function(expect_needed case library)
+    set(name libRIVO_ARM_QtLib.so)
+    if(ARGN)
+        set(name ${ARGN})
+    endif()
     configure_user(${case} "${library}")
     if(NOT status EQUAL 0)
         message(SEND_ERROR "${case}: not configured:\n${output}")
@@ -40,12 +44,26 @@ function(expect_needed case library)
         COMMAND "${CMAKE_COMMAND}" -E env LC_ALL=C
             "${READELF}" -d "${BUILD_FOLDER}/${case}/libuser.so"
         OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
-    if(NOT dynamic MATCHES "Shared library: \\[libRIVO_ARM_QtLib\\.so\\]")
-        message(SEND_ERROR "${case}: no NEEDED entry libRIVO_ARM_QtLib.so in\n${dynamic}")
+    string(FIND "${dynamic}" "Shared library: [${name}]" place)
+    if(place EQUAL -1)
+        message(SEND_ERROR "${case}: no NEEDED entry ${name} in\n${dynamic}")
     endif()
     execute_process(COMMAND ${EMULATOR} "${BUILD_FOLDER}/${case}/program" RESULT_VARIABLE status)
     if(NOT status EQUAL 0)
         message(SEND_ERROR "${case}: the program does not run: ${status}")
+    endif()
+
+    # Installed under the name that the loader looks for, and found by linkers.
+    set(prefix "${BUILD_FOLDER}/${case}/installed")
+    file(REMOVE_RECURSE "${prefix}")
+    execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD_FOLDER}/${case}" --prefix "${prefix}"
+        OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+    if(NOT EXISTS "${prefix}/lib/${name}" OR IS_SYMLINK "${prefix}/lib/${name}")
+        message(SEND_ERROR "${case}: no installed ${name}")
+    endif()
+    file(REAL_PATH "${prefix}/lib/libRIVO_ARM_QtLib.so" found)
+    if(NOT found STREQUAL "${prefix}/lib/${name}")
+        message(SEND_ERROR "${case}: linkers find ${found}")
     endif()
 endfunction()
 
@@ -72,9 +90,18 @@ expect_needed(right_soname_and_another_name "${BUILD_FOLDER}/renamed/vendor.so")
 # The same build folder, another library.
 expect_needed(no_soname "${BUILD_FOLDER}/plain/libRIVO_ARM_QtLib.so")
 
-compile_stub(other/libRIVO_ARM_QtLib.so -Wl,-soname,libRIVO_ARM_QtLib.so.1)
-expect_refusal(other_soname "${BUILD_FOLDER}/other/libRIVO_ARM_QtLib.so"
-    "has the SONAME libRIVO_ARM_QtLib.so.1; it must be libRIVO_ARM_QtLib.so or absent")
+compile_stub(versioned/libRIVO_ARM_QtLib.so.1.2 -Wl,-soname,libRIVO_ARM_QtLib.so.1)
+expect_needed(version_in_the_soname "${BUILD_FOLDER}/versioned/libRIVO_ARM_QtLib.so.1.2"
+    libRIVO_ARM_QtLib.so.1)
+file(CREATE_LINK libRIVO_ARM_QtLib.so.1.2 "${BUILD_FOLDER}/versioned/libRIVO_ARM_QtLib.so" SYMBOLIC)
+expect_needed(link_to_a_version "${BUILD_FOLDER}/versioned/libRIVO_ARM_QtLib.so"
+    libRIVO_ARM_QtLib.so.1)
+
+foreach(name IN ITEMS libOther.so libRIVO_ARM_QtLib.so.beta libRIVO_ARM_QtLib-so.1)
+    compile_stub(${name}/libRIVO_ARM_QtLib.so -Wl,-soname,${name})
+    expect_refusal(other_soname "${BUILD_FOLDER}/${name}/libRIVO_ARM_QtLib.so"
+        "has the SONAME ${name}; it must be libRIVO_ARM_QtLib.so, with or without a version, or absent")
+endforeach()
 expect_refusal(missing "${BUILD_FOLDER}/nowhere.so" "there is no file")
 expect_refusal(folder "${BUILD_FOLDER}/plain" "there is no file")
 expect_refusal(no_library "${SOURCE_FOLDER}/stub.cpp" "is not a shared library")

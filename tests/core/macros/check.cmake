@@ -30,6 +30,20 @@ if(leftovers)
     message(SEND_ERROR "Left behind: ${leftovers}")
 endif()
 
+# GuiCore logs texts of Qt to a core library that was built without support for them.
+execute_process(
+    COMMAND "${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_FOLDER}" -B "${BUILD_FOLDER}-without-qt"
+        -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_CXX_COMPILER=${COMPILER}
+        -DREPOSITORY=${REPOSITORY} -DWITH_GUICORE=ON "-DGUICORE_ELPP_MACROS=ELPP_THREAD_SAFE"
+    OUTPUT_VARIABLE output ERROR_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
+execute_process(
+    COMMAND "${CMAKE_COMMAND}" --build "${BUILD_FOLDER}-without-qt"
+        --target GuiCore/CMakeFiles/GuiCore.dir/src/Models/PassengerTypesModelOrdering.cpp.o
+    OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+    message(SEND_ERROR "Without ELPP_QT_LOGGING GuiCore is not built:\n${output}")
+endif()
+
 execute_process(
     COMMAND "${CMAKE_COMMAND}" -G "${GENERATOR}" -S "${SOURCE_FOLDER}" -B "${BUILD_FOLDER}-bad"
         -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_CXX_COMPILER=${COMPILER}
