@@ -16,10 +16,10 @@
 //
 // A benchmark is called Operation/who/rows, and the grid's Operation/who/products/zones. `who` is
 // "ours"; "standard", "stringlist" and "proxy" for QStandardItemModel, QStringListModel and
-// QSortFilterProxyModel over QStandardItemModel; "qml" for QML's ListModel; or "floor", the bare
-// loop that does only what cannot be avoided. Beside them, "tiles" is the floor of a layout and the
-// rows that come of it, and "object" the memory of a QObject without fields. Every benchmark tells
-// the seconds per row, or per operation where it is about one row, as the counter `per_row`.
+// QSortFilterProxyModel over QStandardItemModel; "qml" for QML's ListModel; or "baseline", which
+// does the same work by the same contract and nothing else. "object" is the memory of a QObject
+// without fields. Every benchmark reports the seconds per row, or per operation where it is about
+// one row, as the counter `per_row`.
 
 using Work = std::function<void(benchmark::State&)>;
 using Sizes = std::vector<std::int64_t>;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Baseline.h"
 #include "ListModel.h"
 #include "PassengerTypeItem.h"
 #include "Records.h"
@@ -12,10 +13,11 @@
 
 #include <memory>
 
-// Ours, Qt's models and the floor with one interface, so that each operation is written once. They
-// hold the same rows: those of Records.h, of sixteen roles, unless a peer cannot.
+// Ours and Qt's models with one interface, which Baseline.h has too, so that each operation is
+// written once. They hold the same rows: those of Records.h, of sixteen roles, unless a peer
+// cannot.
 //
-// Whoever removes rows destroys them before the call returns, ours by the deferred deletion.
+// What removes rows destroys them before the call returns, ours by the deferred deletion.
 
 /// Slot for what is emitted.
 class Listener : public QObject
@@ -133,38 +135,4 @@ public:
 private:
     Standard m_source;
     QSortFilterProxyModel m_model;
-};
-
-/// What no model can avoid: the same objects, children of one owner, each with one connection, in
-/// one list.
-class Floor
-{
-public:
-    using Taken = PassengerTypeItem*;
-    using TakenBlock = QVector<PassengerTypeItem*>;
-
-    Floor() : m_owner(std::make_unique<QObject>()) {}
-
-    PassengerTypeItem* item(int row) const { return m_items.at(row); }
-    QVector<PassengerTypeItem*>& items() { return m_items; }
-
-    void append(const sProduct& product) { m_items.append(newConnectedItem(product)); }
-    void appendOne(int number) { append(record(number)); }
-    void appendBlock(int first, int count);
-    void insertInFront(int number) { m_items.prepend(newConnectedItem(record(number))); }
-    void removeOne(int row) { delete m_items.takeAt(row); }
-    void removeBlock(int row, int count);
-    void clear() { removeBlock(0, m_items.size()); }
-    Taken takeOne(int row);
-    TakenBlock takeBlock(int row, int count);
-    void putBack(Taken item);
-    void putBack(const TakenBlock& items) { m_items += items; }
-    void change(int row, int value) { item(row)->setTotalInBasket(value); }
-
-private:
-    PassengerTypeItem* newConnectedItem(const sProduct& product);
-
-    Listener m_listener;
-    std::unique_ptr<QObject> m_owner;
-    QVector<PassengerTypeItem*> m_items;
 };

@@ -1,4 +1,4 @@
-// Cost of the list models beside that of Qt's own, and of a bare loop, in one run.
+// Cost of the list models beside that of Qt's own, and of the baseline, in one run.
 
 #include "Measure.h"
 #include "QmlPeer.h"

@@ -64,6 +64,6 @@ void addMemory()
     addFor<Standard>("standard");
     addFor<StringList>("stringlist");
     addFor<QmlList>("qml");
-    addFor<Floor>("floor");
+    addFor<Baseline>("baseline");
     addFor<Objects>("object");
 }

@@ -119,8 +119,8 @@ void addRemoving()
     addRemovals<Standard>("standard", fromTenRows);
     addRemovals<StringList>("stringlist", fromTenRows);
     addRemovals<QmlList>("qml", fromTenRowsInQml);
-    addRemovals<Floor>("floor", fromTenRows);
+    addRemovals<Baseline>("baseline", fromTenRows);
     addTakes<Ours>("ours");
     addTakes<Standard>("standard");
-    addTakes<Floor>("floor");
+    addTakes<Baseline>("baseline");
 }

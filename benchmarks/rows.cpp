@@ -71,5 +71,5 @@ void addRows()
     addFor<Standard>("standard", fromTenRows);
     addFor<StringList>("stringlist", fromTenRows);
     addFor<QmlList>("qml", fromTenRowsInQml);
-    addFor<Floor>("floor", fromTenRows);
+    addFor<Baseline>("baseline", fromTenRows);
 }

@@ -5,7 +5,6 @@
 #include "Peers.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace
 {
@@ -35,46 +34,6 @@ void sortTexts(benchmark::State& state)
     countRows(state, rowsOf(state));
 }
 
-bool isBefore(int a, int b) { return a < b; }
-bool isBefore(const QString& a, const QString& b) { return a.compare(b, Qt::CaseInsensitive) < 0; }
-
-/// std::stable_sort() of the keys, which are read once, with the rows.
-template <typename Field>
-void sortItems(PassengerTypeItem** first, PassengerTypeItem** last, Field field)
-{
-    using Key = decltype((*first->*field)());
-    std::vector<std::pair<Key, PassengerTypeItem*>> keyed;
-    keyed.reserve(static_cast<std::size_t>(last - first));
-    for (PassengerTypeItem** item = first; item != last; ++item)
-        keyed.emplace_back(((*item)->*field)(), *item);
-    std::stable_sort(keyed.begin(), keyed.end(),
-                     [](const auto& a, const auto& b) { return isBefore(a.first, b.first); });
-    std::transform(keyed.cbegin(), keyed.cend(), first, [](const auto& key) { return key.second; });
-}
-
-template <typename Field>
-void sortFloor(benchmark::State& state, int first, int last, Field field)
-{
-    QVector<PassengerTypeItem*>& items = filled<Floor>(state).items();
-    PassengerTypeItem** const begin = items.data();
-    for (auto _ : state) {
-        sortItems(begin, begin + items.size(), &PassengerTypeItem::pos);
-        timed(state, [&] { sortItems(begin + first, begin + last, field); });
-    }
-    countRows(state, last - first);
-}
-
-template <int (PassengerTypeItem::*field)() const>
-void sortFloorByNumber(benchmark::State& state)
-{
-    sortFloor(state, 0, rowsOf(state), field);
-}
-
-void sortFloorByText(benchmark::State& state)
-{
-    sortFloor(state, 0, rowsOf(state), &PassengerTypeItem::description);
-}
-
 // SortRangeByRole: the half of the rows in the middle, by text. Only the library has that.
 
 int firstOfHalf(const benchmark::State& state) { return rowsOf(state) / 4; }
@@ -93,9 +52,24 @@ void sortRangeOurs(benchmark::State& state)
     countRows(state, lastOfHalf(state) - firstOfHalf(state));
 }
 
-void sortRangeFloor(benchmark::State& state)
+/// A heap sort.
+void sortRangeBaseline(benchmark::State& state)
 {
-    sortFloor(state, firstOfHalf(state), lastOfHalf(state), &PassengerTypeItem::description);
+    Baseline& baseline = filled<Baseline>(state);
+    BareModel::Rows& rows = baseline.model().rows();
+    const auto before = [](const rivo::models::ListItem* a, const rivo::models::ListItem* b) {
+        return isBefore(a, b, Role::DescriptionRole);
+    };
+    for (auto _ : state) {
+        baseline.sortBy(unrelatedRole);
+        timed(state, [&] {
+            const auto first = rows.begin() + firstOfHalf(state);
+            const auto last = rows.begin() + lastOfHalf(state);
+            std::make_heap(first, last, before);
+            std::sort_heap(first, last, before);
+        });
+    }
+    countRows(state, lastOfHalf(state) - firstOfHalf(state));
 }
 
 // Sort: by the identity of the rows.
@@ -110,6 +84,22 @@ void sortOurs(benchmark::State& state)
     countRows(state, rowsOf(state));
 }
 
+void sortBaseline(benchmark::State& state)
+{
+    Baseline& baseline = filled<Baseline>(state);
+    BareModel::Rows& rows = baseline.model().rows();
+    for (auto _ : state) {
+        baseline.sortBy(unrelatedRole);
+        timed(state, [&] {
+            std::sort(rows.begin(), rows.end(),
+                      [](const rivo::models::ListItem* a, const rivo::models::ListItem* b) {
+                          return a->id() < b->id();
+                      });
+        });
+    }
+    countRows(state, rowsOf(state));
+}
+
 } // namespace
 
 void addSorting()
@@ -118,19 +108,18 @@ void addSorting()
     add("SortByRoleText", "proxy", sortByRole<Proxy, Role::DescriptionRole>, fromTenRows);
     add("SortByRoleText", "standard", sortByRole<Standard, Role::DescriptionRole>, fromTenRows);
     add("SortByRoleText", "stringlist", sortTexts, fromTenRows);
-    add("SortByRoleText", "floor", sortFloorByText, fromTenRows);
+    add("SortByRoleText", "baseline", sortByRole<Baseline, Role::DescriptionRole>, fromTenRows);
 
     add("SortByRoleNumber", "ours", sortByRole<Ours, Role::FareProductIdRole>, fromTenRows);
     add("SortByRoleNumber", "proxy", sortByRole<Proxy, Role::FareProductIdRole>, fromTenRows);
     add("SortByRoleNumber", "standard", sortByRole<Standard, Role::FareProductIdRole>, fromTenRows);
-    add("SortByRoleNumber", "floor", sortFloorByNumber<&PassengerTypeItem::fareProductId>,
-        fromTenRows);
+    add("SortByRoleNumber", "baseline", sortByRole<Baseline, Role::FareProductIdRole>, fromTenRows);
 
     add("SortRangeByRole", "ours", sortRangeOurs, fromTenRows);
-    add("SortRangeByRole", "floor", sortRangeFloor, fromTenRows);
+    add("SortRangeByRole", "baseline", sortRangeBaseline, fromTenRows);
 
     add("Sort", "ours", sortOurs, fromTenRows);
     add("Sort", "proxy", sortByRole<Proxy, Role::PassengerTypeIdRole>, fromTenRows);
     add("Sort", "standard", sortByRole<Standard, Role::PassengerTypeIdRole>, fromTenRows);
-    add("Sort", "floor", sortFloorByNumber<&PassengerTypeItem::id>, fromTenRows);
+    add("Sort", "baseline", sortBaseline, fromTenRows);
 }
