@@ -6,7 +6,7 @@ execute_process(
         -DREPOSITORY=${REPOSITORY}
         "-DGUICORE_ELPP_MACROS=ELPP_QT_LOGGING;ELPP_THREAD_SAFE;ELPP_STACKTRACE_ON_CRASH=1"
     OUTPUT_VARIABLE output ERROR_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
-file(STRINGS "${BUILD_FOLDER}/boundary/include/core/Logging.h" defines REGEX "^#define ELPP_")
+file(STRINGS "${BUILD_FOLDER}/GuiCore/include/include/core/Logging.h" defines REGEX "^#define ELPP_")
 if(NOT "${defines}" STREQUAL
         "#define ELPP_QT_LOGGING;#define ELPP_THREAD_SAFE;#define ELPP_STACKTRACE_ON_CRASH 1")
     message(SEND_ERROR "The macros became ${defines}")
