@@ -13,8 +13,8 @@ namespace
 
 const QDateTime morning(QDate(2024, 5, 1), QTime(6, 30), Qt::UTC);
 
-/// Of one type. Some moments, places, lists and amounts are equal to one comparison and different to
-/// another.
+/// Of one type. Some moments, places, lists and amounts are equal to one comparison and different
+/// to another.
 QVariantList valuesOf(int type)
 {
     switch (type) {
@@ -161,8 +161,11 @@ ListItem* ItemClass::build(const QVariantList& values, QObject* parent) const
 {
     ListItem* item = construct(values, parent);
     for (const ItemField& each : fields) {
-        if (!each.isArgument)
-            each.set(*item, values.at(each.number));
+        if (each.isArgument)
+            continue;
+        if (each.announced == Announced::IfFuzzilyDifferent)
+            each.set(*item, qQNaN()); // from which every value differs
+        each.set(*item, values.at(each.number));
     }
     return item;
 }

@@ -26,8 +26,8 @@ enum class Announced {
 /// One field of an item class, stated apart from the class itself.
 struct ItemField
 {
-    const char* name; ///< of the getter
-    int role = 0;     ///< 0 if the field is not shown
+    const char* name = nullptr; ///< of the getter
+    int role = 0;               ///< 0 if the field is not shown
     QByteArray roleName;
     QVariant initial;
     std::function<QVariant(const rivo::models::ListItem&)> get;
@@ -124,8 +124,8 @@ StatedField<T> field(const char* name, const std::common_type_t<T>& initial, T (
 /// An item class as its fields in the order of declaration, the identity first.
 struct ItemClass
 {
-    const QMetaObject* type;
-    std::size_t size;                                             ///< of an object
+    const QMetaObject* type = nullptr;
+    std::size_t size = 0;                                         ///< of an object
     std::function<rivo::models::ListItem*(QObject* parent)> make; ///< all fields initial
     /// From one value per field; those of fields that are no argument are not looked at.
     std::function<rivo::models::ListItem*(const QVariantList& values, QObject* parent)> construct;
