@@ -69,7 +69,7 @@ function(rivo_install_library)
     set(generated "${CMAKE_CURRENT_BINARY_DIR}/install")
     configure_package_config_file(cmake/GuiCoreConfig.cmake.in "${generated}/GuiCoreConfig.cmake"
         INSTALL_DESTINATION "${RIVO_INSTALL_CMAKEDIR}"
-        PATH_VARS CMAKE_INSTALL_LIBDIR RIVO_INSTALL_INCLUDEDIR)
+        PATH_VARS CMAKE_INSTALL_LIBDIR RIVO_INSTALL_INCLUDEDIR RIVO_INSTALL_QMLDIR)
     write_basic_package_version_file("${generated}/GuiCoreConfigVersion.cmake"
         COMPATIBILITY SameMajorVersion)
     install(EXPORT GuiCoreTargets NAMESPACE GuiCore::
