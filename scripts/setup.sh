@@ -9,7 +9,7 @@ packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarat
     qml-module-qtquick-templates2 qml-module-qtlocation qml-module-qtpositioning
     xvfb xauth x11-utils libgl1-mesa-dri fonts-dejavu-core"
 packages_to_test="$packages_to_run binutils libbenchmark-dev python3-jsonschema libqt5svg5-dev
-    qml-module-qttest pkg-config"
+    qml-module-qttest qml-module-org-kde-kitemmodels pkg-config"
 packages_for_armhf_sysroot="mmdebstrap gpg debian-archive-keyring ca-certificates"
 packages_to_build_armhf="crossbuild-essential-armhf qemu-user cmake ninja-build qtbase5-dev-tools qt5-qmake-bin"
 packages_to_test_armhf="python3-jsonschema"

@@ -76,6 +76,21 @@ step "building with pkg-config" "$compiler" "${flags[@]}" -std=c++17 -Wall -Wext
     "$source_dir/tests/delivery/consumer/main.cpp" "${use[@]}" "-Wl,-rpath,$libraries" -o "$work/consumer"
 run_consumer "$work/consumer"
 
+# The examples against the installed tree. They need its QML module, one of them KItemModels' too.
+if [ -d "$libraries/qt5/qml/Rivo/GuiCore" ]; then
+    for example in "fleet-list=20 vehicles, the first: Bus 01 on Route 2" \
+        "ticket-grid=3 columns, 5 for sale, 1 in the basket" \
+        "sorted-view=Airport Bus 3, Castle Bus 4, Harbour Bus 1"; do
+        name="${example%%=*}"
+        step "configuring $name" "$cmake" -G "$generator" -S "$source_dir/examples/$name" -B "$work/$name" \
+            "-DCMAKE_CXX_COMPILER=$compiler" "-DCMAKE_CXX_FLAGS=${flags[*]}" "-DCMAKE_PREFIX_PATH=$tree"
+        step "building $name" "$cmake" --build "$work/$name"
+        expect "$name shows" "${example#*=}" \
+            "$(ASAN_OPTIONS="${ASAN_OPTIONS:-}:detect_leaks=0" QT_QUICK_BACKEND=software \
+                timeout 60 "$work/$name/$name" --once 2> "$work/log" || cat "$work/log")"
+    done
+fi
+
 # Each header by itself; then those of the logger's storage with any of them.
 while read -r header; do
     step "<$header> by itself" "$compiler" "${flags[@]}" -std=c++17 -Wall -Wextra -Werror -x c++ \
