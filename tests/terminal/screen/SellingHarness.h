@@ -197,10 +197,11 @@ private:
             device.warning = device.blueWarning = device.yellowWarning = device.error = false;
         return feed;
     }
+    /// A short path, so that every problem is in sight: the list makes visible lines alone.
     QString brokenFeed()
     {
-        QFile file(m_folder.filePath("broken.json"));
-        if (!file.open(QIODevice::WriteOnly))
+        QFile file("broken.json");
+        if (!QDir::setCurrent(m_folder.path()) || !file.open(QIODevice::WriteOnly))
             qFatal("The broken feed cannot be written");
         file.write(R"({"format": "rivo-feed", "version": 1, "currency": "EUR",
                        "supportedPassengerTypes": ["PT_ADULT"],
