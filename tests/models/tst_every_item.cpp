@@ -26,8 +26,8 @@ const ItemClass* tested = nullptr;
 
 const ItemClass& rows() { return *tested; }
 
-/// The samples of a field, a text that differs from another in case only, and doubles beyond amounts
-/// of money. Where the shift by one leads to zero, the fuzzy comparison is exact.
+/// The samples of a field, a text that differs from another in case only, and doubles beyond
+/// amounts of money. Where the shift by one leads to zero, the fuzzy comparison is exact.
 QVariantList thoroughSamples(const ItemField& field)
 {
     using Limits = std::numeric_limits<double>;
