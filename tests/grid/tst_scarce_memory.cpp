@@ -70,15 +70,19 @@ void TestScarceMemory::layoutIsTheSameWithoutMemoryForABuffer()
         auto* model = new PassengerTypesModel(&owner);
         for (int i = 0; i < count; ++i) {
             const int shuffled = (i * 389 + 17) % count;
-            Product product(shuffled % 2 ? "PT_ADULT" : "PT_LFS");
-            product.named(QString::number(i)).id(shuffled / 3);
+            const int type =
+                shuffled % 2 ? PassengerTypesModel::PT_ADULT : PassengerTypesModel::PT_LFS;
+            NewProduct product = usualProduct(type, 0);
+            product.record.fareProductName = QString::number(i);
+            product.record.fareProductId = shuffled / 3;
+            product.record.isDaily = kind == "daily";
             if (kind == "by position")
-                product.at(shuffled + 1);
+                product.record.pos = shuffled + 1;
             else if (kind == "with equal positions")
-                product.at(shuffled / 7 + 1);
+                product.record.pos = shuffled / 7 + 1;
             else if (kind == "daily")
-                product.toZone(shuffled / 5).daily();
-            product.addTo(*model);
+                product.record.toStopGroupId = shuffled / 5;
+            addItem(*model, product);
         }
         refusals = 0;
         largestBlock = limit;

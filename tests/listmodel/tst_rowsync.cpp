@@ -4,6 +4,7 @@
 #include "ModelBattery.h"
 #include "RowSync.h"
 #include "SignalLog.h"
+#include "TopLevelOnly.h"
 
 #include <QAbstractItemModelTester>
 #include <QItemSelectionModel>
@@ -250,7 +251,7 @@ private slots:
         QFETCH(quint32, seed);
         QRandomGenerator random(seed);
         QObject owner;
-        battery::TopLevelOnly<AssetsModel> model(&owner);
+        TopLevelOnly<AssetsModel> model(&owner);
         const QAbstractItemModelTester tester(
             &model, QAbstractItemModelTester::FailureReportingMode::QtTest);
         QSortFilterProxyModel sorted;
