@@ -48,7 +48,7 @@ def exported_symbols(library):
     symbols = {}
     for line in run("readelf", "--dyn-syms", "--wide", library).splitlines():
         columns = line.split()
-        if len(columns) == 8 and columns[0].endswith(":") and columns[6] not in ("UND", "Ndx"):
+        if len(columns) == 8 and columns[4] in ("GLOBAL", "WEAK") and columns[6] != "UND":
             size, kind, name = int(columns[2], 0), columns[3], columns[7].split("@")[0]
             symbols[name] = Symbol(name, size, kind == "OBJECT")
     return symbols
