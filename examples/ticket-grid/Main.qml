@@ -27,7 +27,7 @@ Window {
             required property int index
             required property string description
             required property string fareProductName
-            required property double price
+            required property real price
             required property bool hasExpired
 
             width: tiles.cellWidth - 4
@@ -59,7 +59,7 @@ Window {
         delegate: Text {
             required property string description
             required property string fareProductName
-            required property double price
+            required property real price
 
             font.pixelSize: 18
             textFormat: Text.PlainText
