@@ -72,7 +72,7 @@ public:
             take(ofNoStop, around(from + way * step / steps, lineRadius));
     }
 
-    /// Whether nobody but `owner` has a part of `room`.
+    /// Whether no part of `room` belongs to another than `owner`.
     bool isFree(int owner, const QRectF& room) const
     {
         return everySquare(

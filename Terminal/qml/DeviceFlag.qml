@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-/// One of a device's four flags. It is told by colour, symbol and word; while it is off it is an
+/// One of a device's four flags. Colour, symbol and word show it; while it is off it is an
 /// empty frame.
 Rectangle {
     id: root

@@ -40,7 +40,7 @@ Item {
         }
     }
 
-    // Sideways for more columns than tiles can be told apart in.
+    // Scrolls sideways if tiles would become too narrow to read.
     Flickable {
         id: sideways
 

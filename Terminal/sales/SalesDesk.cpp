@@ -270,7 +270,7 @@ bool SalesDesk::pay(SalesDesk::Payment payment)
                               QDateTime::currentDateTime());
     if (!sold)
         return refuseByJournal();
-    setState(Printing); // before anything is announced: whoever reacts cannot sell it again
+    setState(Printing); // before anything is announced: a slot cannot sell it again
     m_tickets = *sold;
     m_toPrint->fill(m_tickets);
     updateRunningShift();

@@ -82,7 +82,7 @@ public:
     ~SalesDesk() override;
 
     /// Shows what the journal has: the shifts, and the basket as it was left, or the tickets that
-    /// were paid but not noted as printed. Of these nobody but the driver knows whether the paper
+    /// were paid but not noted as printed. Of these only the driver knows whether the paper
     /// is out: nothing is printed before he says so (state Interrupted). The running shift becomes
     /// the first row of the Z report model, which must be empty. Call once, with the grid laid out.
     ///

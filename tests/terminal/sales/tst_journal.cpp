@@ -382,7 +382,7 @@ private slots:
         QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\2", 4));
     }
 
-    /// Whoever looks into it later finds every byte, and what the terminal left when it lost power.
+    /// Every byte stays for a later look, with what the terminal left when it lost power.
     void refusedFileStaysAsItIs_data()
     {
         QTest::addColumn<Prepare>("prepare");

@@ -485,7 +485,7 @@ private slots:
         QCOMPARE(rowsOf(onlyConnection(), "SELECT pay_method FROM sale"), (QStringList{"2", "1"}));
     }
 
-    /// Whoever reacts to a sale finds the desk busy: nothing is sold twice.
+    /// A slot of a sale finds the desk busy: nothing is sold twice.
     void slotsCannotSellTheSameBasketAgain()
     {
         Counter counter(file());
@@ -607,7 +607,7 @@ private slots:
         QCOMPARE(Counter(file()).basket.rowCount(), 0);
     }
 
-    /// Nobody but the driver knows whether the paper is out.
+    /// Only the driver knows whether the paper is out.
     void interruptedPrintingIsAskedAboutAfterARestart()
     {
         const auto counter = counterIn("doubt");
