@@ -58,7 +58,7 @@ void sortBy(QVector<sProduct>& products, Key (*keyOf)(const sProduct&))
         return;
     }
     for (int row = 0; row < count; ++row)
-        rows[row] = {keyOf(products.at(row)), row};
+        rows.get()[row] = {keyOf(products.at(row)), row};
     std::sort(rows.get(), rows.get() + count);
     moveToRows(products, rows.get());
 }
