@@ -50,7 +50,7 @@ void ForeignCoreTest::itsClassesMayHaveAnySize_data()
 {
     QTest::addColumn<QString>("program");
     QTest::addColumn<QString>("core");
-    for (const QString& core : QString(FOREIGN_CORES).split(' ')) {
+    for (const QString& core : QString(FOREIGN_CORES).split('|')) {
         const QByteArray size = core.section('-', -1).section('/', 0, 0).toUtf8();
         QTest::addRow("%s bytes, at load time", size.constData()) << PROBE << core;
         QTest::addRow("%s bytes, instead of the one that was linked", size.constData())
