@@ -7,6 +7,7 @@
 #include <QVector>
 #include <QtNumeric>
 
+#include <memory>
 #include <optional>
 
 namespace rivo::feed
@@ -188,6 +189,8 @@ struct Network
     QVector<NetworkShape> shapes;
 };
 
+struct Tariff;
+
 /// Everything that one feed says, whatever its format.
 struct Feed
 {
@@ -203,6 +206,7 @@ struct Feed
     std::optional<int> printerId; ///< of the peripheral that prints tickets; none = not said
     QVector<FeedZReport> zReports;
     Network network;
+    std::shared_ptr<const Tariff> tariff; ///< what may be sold where; null = all products always
 
     /// Digits after the decimal point of the currency's amounts: 2, or 0, 3 or 4 where ISO 4217
     /// says so.

@@ -2,14 +2,11 @@
 
 #include "FeedProblem.h"
 
-#include <QFile>
-#include <QTextCodec>
+#include "OpenFile_p.h"
 
-#include <cerrno>
-#include <cstring>
+#include <QFile>
+
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace rivo::feed
 {
@@ -17,65 +14,59 @@ namespace rivo::feed
 namespace
 {
 
-QString systemError(int error) { return QString::fromLocal8Bit(std::strerror(error)); }
+constexpr int readingAttempts = 3;
 
-QString kindOf(mode_t mode)
+/// The whole of `file`; nothing after reporting that it cannot be read or is too large.
+std::optional<QByteArray> contentOf(const OpenFile& file, qint64 maxBytes, const FileFailure& fail)
 {
-    if (S_ISDIR(mode))
-        return QStringLiteral("a folder");
-    if (S_ISFIFO(mode))
-        return QStringLiteral("a pipe");
-    if (S_ISSOCK(mode))
-        return QStringLiteral("a socket");
-    return QStringLiteral("a device");
-}
-
-/// Opens `path` if it is a regular file; -1 and a problem otherwise. The kind is asked before the
-/// file is opened, as opening alone can wake a device, and again of what was opened.
-int openRegular(const QString& path, FeedReport& report)
-{
-    const QByteArray name = QFile::encodeName(path);
-    struct stat status = {};
-    int handle = -1;
-    const bool isFound = ::stat(name.constData(), &status) == 0;
-    if (isFound && S_ISREG(status.st_mode))
-        handle = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    const bool isOpen = handle >= 0 && ::fstat(handle, &status) == 0;
-    if (isOpen && S_ISREG(status.st_mode))
-        return handle;
-    const bool isOther = isFound && !S_ISREG(status.st_mode);
-    report.add(path, 0, isOther ? kindOf(status.st_mode) : systemError(errno),
-               QStringLiteral("a readable file"));
-    if (handle >= 0)
-        ::close(handle); // GCOVR_EXCL_LINE: only if the file is replaced between stat() and open()
-    return -1;
+    QByteArray content;
+    qint64 size = file.size();
+    if (size <= maxBytes) {
+        // A file of the system may say that it is empty; others may have grown.
+        const qint64 room = qMin(maxBytes, qMax<qint64>(size, 1 << 16)) + 1;
+        content.resize(static_cast<int>(room));
+        qint64 count = file.read(content.data(), room, fail);
+        if (count < 0)
+            return std::nullopt;
+        if (count == room && room <= maxBytes) {
+            content.resize(static_cast<int>(maxBytes + 1));
+            const qint64 more = file.read(content.data() + count, maxBytes + 1 - count, fail);
+            if (more < 0)
+                return std::nullopt;
+            count += more;
+        }
+        content.resize(static_cast<int>(count));
+        size = qMax(size, count);
+    }
+    if (size <= maxBytes)
+        return content;
+    fail(QStringLiteral("%1 bytes").arg(size), QStringLiteral("at most %1 bytes").arg(maxBytes));
+    return std::nullopt;
 }
 
 } // namespace
 
 std::optional<QByteArray> readFeedFile(const QString& path, qint64 maxBytes, FeedReport& report)
 {
-    const int handle = openRegular(path, report);
-    if (handle < 0)
-        return std::nullopt;
-    QFile file;
-    file.open(handle, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
-    QByteArray content;
-    if (file.size() <= maxBytes)
-        content = file.read(file.size() + 1);
-    if (content.size() > file.size()) // it has grown, or is a file of the system that has no size
-        content += file.read(maxBytes + 1 - content.size());
-    const qint64 size = qMax<qint64>(file.size(), content.size());
-    if (file.error() != QFileDevice::NoError)
-        report.add(path, 0, file.errorString(), QStringLiteral("a readable file"));
-    else if (size > maxBytes)
-        report.add(path, 0, QStringLiteral("%1 bytes").arg(size),
-                   QStringLiteral("at most %1 bytes").arg(maxBytes));
-    if (file.error() != QFileDevice::NoError || size > maxBytes)
-        return std::nullopt;
-    if (content.startsWith("\xEF\xBB\xBF"))
-        content.remove(0, 3);
-    return content;
+    const auto fail = [&](const QString& found, const QString& expected) {
+        report.add(path, 0, found, expected);
+    };
+    for (int attempt = 0; attempt < readingAttempts; ++attempt) {
+        const auto file = OpenFile::open(AT_FDCWD, QFile::encodeName(path), fail);
+        if (!file)
+            return std::nullopt;
+        const FileState before = file->state();
+        std::optional<QByteArray> content = contentOf(*file, maxBytes, fail);
+        if (!content)
+            return std::nullopt;
+        if (!file->state().hasContentOf(before))
+            continue;
+        if (content->startsWith("\xEF\xBB\xBF"))
+            content->remove(0, 3);
+        return content;
+    }
+    fail(QStringLiteral("changing while it is read"), QStringLiteral("a file that stays as it is"));
+    return std::nullopt;
 }
 
 int lineLength(const QByteArray& text, int from)
@@ -95,22 +86,50 @@ QString toText(const QByteArray& utf8)
     return QString::fromUtf8(utf8.constData(), qMax(0, utf8.size()));
 }
 
+bool isUtf8(std::string_view text)
+{
+    const auto* byte = reinterpret_cast<const unsigned char*>(text.data());
+    const unsigned char* const end = byte + text.size();
+    while (byte < end) {
+        if (*byte < 0x80) {
+            ++byte;
+            continue;
+        }
+        // Neither an overlong form, nor half a pair of surrogates, nor beyond U+10FFFF.
+        const int length = *byte >= 0xF0 ? 4 : *byte >= 0xE0 ? 3 : 2;
+        const unsigned char least = *byte == 0xE0 ? 0xA0 : *byte == 0xF0 ? 0x90 : 0x80;
+        const unsigned char most = *byte == 0xED ? 0x9F : *byte == 0xF4 ? 0x8F : 0xBF;
+        if (*byte < 0xC2 || *byte > 0xF4 || end - byte < length || byte[1] < least ||
+            byte[1] > most)
+            return false;
+        for (int i = 2; i < length; ++i) {
+            if ((byte[i] & 0xC0) != 0x80)
+                return false;
+        }
+        byte += length;
+    }
+    return true;
+}
+
+bool isUtf16(const QByteArray& text)
+{
+    return text.startsWith("\xFF\xFE") || text.startsWith("\xFE\xFF");
+}
+
 bool checkUtf8(const QByteArray& text, const QString& file, FeedReport& report)
 {
-    QTextCodec* const codec = QTextCodec::codecForName("UTF-8");
     bool isValid = true;
     int line = 1;
     for (int from = 0, length = 0; from < text.size(); from += length, ++line) {
         length = lineLength(text, from);
-        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-        codec->toUnicode(text.constData() + from, length, &state);
-        if (state.invalidChars == 0 && state.remainingChars == 0)
+        if (isUtf8({text.constData() + from, static_cast<size_t>(length)}))
             continue;
         isValid = false;
-        report.add(file, line, QStringLiteral("bytes that are no UTF-8"),
-                   QStringLiteral("text in UTF-8"));
+        report.add(file, line, QStringLiteral("bytes that are no UTF-8"), utf8Expected());
     }
     return isValid;
 }
+
+QString utf8Expected() { return QStringLiteral("text in UTF-8 (save the file in this encoding)"); }
 
 } // namespace rivo::feed

@@ -2,8 +2,12 @@
 
 #include "GtfsReader_p.h"
 #include "JsonFeedReader_p.h"
+#include "OpenFile_p.h"
 
+#include <QFile>
 #include <QFileInfo>
+
+#include <fcntl.h>
 
 namespace rivo::feed
 {
@@ -23,6 +27,29 @@ QStringList lines(const QVector<Entry>& entries, int further, QLatin1String what
     return result;
 }
 
+/// Whether the file begins as archives do.
+bool isArchive(const QString& path)
+{
+    const auto ignore = [](const QString&, const QString&) {};
+    const auto file = OpenFile::open(AT_FDCWD, QFile::encodeName(path), ignore);
+    QByteArray start(4, '\0');
+    return file && file->read(start.data(), start.size(), ignore) == start.size() &&
+           (start == "PK\x03\x04" || start == "PK\x05\x06");
+}
+
+std::optional<Feed> read(const QString& path, const FeedOptions& options, FeedReport& report)
+{
+    if (QFileInfo(path).isDir())
+        return readGtfsFeed(path, openFolder, options, report);
+    if (isArchive(path) || path.endsWith(QLatin1String(".zip"), Qt::CaseInsensitive))
+        return readGtfsFeed(path, openArchive, options, report);
+    if (!path.endsWith(QLatin1String(".txt"), Qt::CaseInsensitive))
+        return readJsonFeed(path, options, report);
+    report.add(path, 0, QStringLiteral("one file of a GTFS feed"),
+               QStringLiteral("the folder or the .zip that has all of them"));
+    return std::nullopt;
+}
+
 } // namespace
 
 QStringList FeedResult::problemLines() const
@@ -38,8 +65,7 @@ QStringList FeedResult::noticeLines() const
 FeedResult loadFeed(const QString& path, const FeedOptions& options)
 {
     FeedReport report;
-    std::optional<Feed> feed = QFileInfo(path).isDir() ? readGtfsFeed(path, options, report)
-                                                       : readJsonFeed(path, options, report);
+    std::optional<Feed> feed = read(path, options, report);
     return {std::move(feed), report.problems(), report.furtherProblems(), report.notices(),
             report.furtherNotices()};
 }

@@ -25,8 +25,8 @@ struct FeedResult
     QStringList noticeLines() const;
 };
 
-/// Loads the feed at `path`: a folder is read as GTFS, a file as rivo-feed JSON. Finds every
-/// problem in one pass; never waits on a pipe or a device.
+/// Loads the feed at `path`: a folder or a .zip is read as GTFS, any other file as rivo-feed JSON.
+/// Finds every problem in one pass; never waits on a pipe or a device.
 FeedResult loadFeed(const QString& path, const FeedOptions& options = {});
 
 } // namespace rivo::feed

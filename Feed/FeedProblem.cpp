@@ -1,5 +1,7 @@
 #include "FeedProblem.h"
 
+#include <algorithm>
+
 namespace rivo::feed
 {
 
@@ -47,7 +49,12 @@ void keep(Entry&& entry, QVector<std::decay_t<Entry>>& kept, int& further)
 
 QString FeedProblem::toString() const
 {
-    QString text = place(file, line, column) + QLatin1String(": ");
+    return place(file, line, column) + QLatin1String(": ") + withoutPlace();
+}
+
+QString FeedProblem::withoutPlace() const
+{
+    QString text;
     const QString& name = pointer.isEmpty() ? field : pointer;
     if (!name.isEmpty())
         text += printable(name) + QLatin1String(": ");
@@ -69,6 +76,12 @@ void FeedReport::add(FeedProblem problem)
 void FeedReport::add(const QString& file, int line, const QString& value, const QString& expected)
 {
     add(FeedProblem{file, line, 0, {}, {}, value, expected});
+}
+
+void FeedReport::orderByLine(int first)
+{
+    std::stable_sort(m_problems.begin() + qMin(first, m_problems.size()), m_problems.end(),
+                     [](const auto& left, const auto& right) { return left.line < right.line; });
 }
 
 void FeedReport::add(FeedNotice notice) { keep(std::move(notice), m_notices, m_furtherNotices); }

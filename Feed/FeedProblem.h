@@ -18,6 +18,8 @@ struct FeedProblem
     QString value;    ///< what was found, fit for display: texts quoted, cut and escaped
     QString expected; ///< what should have been there
 
+    /// What toString() says behind the place.
+    QString withoutPlace() const;
     /// One line: `coast.json:41: /products/3/price: "abc", expected a number from 0 to 1000000`.
     QString toString() const;
 };
@@ -49,6 +51,9 @@ public:
     int furtherProblems() const { return m_furtherProblems; } ///< found but not kept
     const QVector<FeedNotice>& notices() const { return m_notices; }
     int furtherNotices() const { return m_furtherNotices; } ///< found but not kept
+
+    /// Puts the problems from the one of number `first` on into the order of their lines.
+    void orderByLine(int first);
 
     /// The kept problems, to complete them (lines are known late) or to order them.
     QVector<FeedProblem>& keptProblems() { return m_problems; }

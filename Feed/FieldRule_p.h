@@ -19,6 +19,7 @@ struct FieldRule
     bool (*isFit)(const QString& text) = nullptr; ///< what texts must answer true to
     const char* fitInWords = nullptr;
     const char* companion = nullptr; ///< key or column that must be there too
+    bool isOfMap = false;            ///< no fare depends on the value: a wrong one is left out
 
     constexpr FieldRule within(double least, double most) const
     {
@@ -40,6 +41,13 @@ struct FieldRule
     {
         FieldRule rule = *this;
         rule.companion = key;
+        return rule;
+    }
+
+    constexpr FieldRule ofMap() const
+    {
+        FieldRule rule = *this;
+        rule.isOfMap = true;
         return rule;
     }
 

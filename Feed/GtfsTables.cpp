@@ -1,18 +1,18 @@
 #include "GtfsTables_p.h"
 
-#include "FeedFile_p.h"
-#include "TextForms.h"
+#include <QHash>
 
-#include <QDir>
-#include <QFileInfo>
-
-#include <optional>
+#include <algorithm>
+#include <charconv>
+#include <utility>
 
 namespace rivo::feed::gtfs
 {
 
 namespace
 {
+
+QString toText(Id utf8) { return QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size())); }
 
 template <class Number>
 bool store(Number number, const FieldRule& rule, Number& into)
@@ -22,110 +22,214 @@ bool store(Number number, const FieldRule& rule, Number& into)
     return rule.allows(number);
 }
 
+/// A name without what people vary in it: "Fare-Leg Rules.TXT" is "farelegrulestxt".
+QString simplified(const QString& name)
+{
+    QString letters;
+    for (const QChar character : name.toLower()) {
+        if (character.isLetterOrNumber())
+            letters += character;
+    }
+    return letters;
+}
+
+QString consequence(Concern concern)
+{
+    return concern == Concern::Map ? QStringLiteral("; the map does without it")
+                                   : QStringLiteral("; the timetable does without it");
+}
+
 } // namespace
 
-int Ids::add(const QString& id)
+FeedProblem TableReport::problemOf(const Row& row, const char* column, Id value,
+                                   const QString& expected) const
 {
-    const auto known = m_indexes.constFind(id);
-    if (known != m_indexes.constEnd())
-        return *known;
-    m_ids.append(id);
-    m_indexes.insert(id, m_ids.size() - 1);
-    return m_ids.size() - 1;
+    return {m_path, row.line, 0, {}, QLatin1String(column), quoted(toText(value)), expected};
 }
 
-QHash<QString, int> Ids::numbers() const
+void TableReport::setColumns(const QStringList& columns, const QStringList& others)
 {
-    const bool areNumbers = std::all_of(m_ids.begin(), m_ids.end(),
-                                        [](const QString& id) { return positiveInteger(id) > 0; });
-    QHash<QString, int> numbers;
-    for (int i = 0; i < m_ids.size(); ++i)
-        numbers.insert(m_ids.at(i), areNumbers ? positiveInteger(m_ids.at(i)) : i + 1);
-    return numbers;
+    m_columns = columns;
+    m_otherColumns = others;
 }
 
-void TableReport::problem(const Row& row, const char* column, const QString& text,
-                          const QString& expected)
+void TableReport::fault(const Row& row, const char* column, Id value, const QString& expected)
 {
-    problem(row.line, QLatin1String(column), quoted(text), expected);
+    add(problemOf(row, column, value, expected));
 }
 
-void TableReport::problem(int line, const QString& field, const QString& value,
-                          const QString& expected)
+void TableReport::fault(const Row& row, const char* column, const QString& value,
+                        const QString& expected)
 {
-    m_report.add(FeedProblem{m_path, line, 0, {}, field, value, expected});
+    add({m_path, row.line, 0, {}, QLatin1String(column), quoted(value), expected});
 }
 
-bool TableReport::define(Ids& ids, const Row& row, const char* column, const QString& id)
+void TableReport::wholeFault(const QString& found, const QString& expected)
 {
-    if (ids.contains(id))
-        problem(row, column, id, QStringLiteral("each id once"));
-    if (id.isEmpty() || ids.contains(id))
-        return false;
-    ids.add(id);
-    return true;
+    wholeFault({m_path, 0, 0, {}, {}, found, expected});
 }
 
-void TableReport::checkReference(const Ids& ids, const char* definedIn, const Row& row,
-                                 const char* column, const QString& id)
+void TableReport::lesserFault(const Row& row, const char* column, Id value, const QString& expected,
+                              Concern concern)
 {
-    if (ids.isDefined() && !id.isEmpty() && !ids.contains(id))
-        problem(row, column, id, idOf(definedIn));
+    report(problemOf(row, column, value, expected), concern);
 }
 
-void TableReport::referToArea(Ids& areas, const Row& row, const char* column, const QString& id)
+void TableReport::add(FeedProblem problem)
 {
-    checkReference(areas, areasFile, row, column, id);
-    if (!areas.isDefined() && !id.isEmpty())
-        areas.add(id);
+    if (m_isKeeping)
+        m_faults.append(std::move(problem));
+    else
+        report(problem, m_concern);
 }
 
-int TableReport::readTime(const Row& row, const char* column, const QString& text)
+void TableReport::report(const FeedProblem& problem, Concern concern)
 {
-    const int time = text.isEmpty() ? -1 : seconds(text);
-    if (time < 0 && !text.isEmpty())
-        problem(row, column, text, QStringLiteral("a time such as 8:05:00 or 25:10:00"));
-    return time;
+    if (concern == Concern::Fares)
+        m_report.add(problem);
+    else
+        notice(problem.line, problem.withoutPlace() + consequence(concern));
+}
+
+void TableReport::notice(int line, const QString& message)
+{
+    m_report.add(FeedNotice{m_path, line, message});
+}
+
+int TableReport::refer(const Ids& ids, const char* definedIn, const Row& row, const char* column,
+                       Id id)
+{
+    if (id.empty())
+        return -1;
+    const int number = ids.table.find(id);
+    if (number < 0 && ids.isJudged)
+        fault(row, column, id, idOf(definedIn));
+    return number;
 }
 
 QString idOf(const char* file) { return QLatin1String("an id of ") + QLatin1String(file); }
 
-QString Folder::pathOf(const char* name) const
+Tables::Tables(FeedSource& source, const FeedOptions& options, FeedReport& report)
+    : m_source(source), m_options(options), m_report(report), m_names(source.names())
 {
-    return QDir(m_path).filePath(QLatin1String(name));
 }
 
-bool Folder::isThere(const char* name) const { return QFileInfo::exists(pathOf(name)); }
-
-bool Folder::readRecords(const QString& path, const QVector<CsvColumn>& columns,
-                         const CsvRecordHandler& handle)
+void Tables::checkSpelling(const QVector<QPair<const char*, Concern>>& known)
 {
-    const std::optional<QByteArray> text = readFeedFile(path, m_options.limits.csvBytes, m_report);
-    if (!text)
+    QVector<QString> spellings;
+    for (const auto& file : known)
+        spellings.append(simplified(QLatin1String(file.first)));
+    QStringList names = m_names;
+    names.sort();
+    for (const QString& name : qAsConst(names)) {
+        const int index = spellings.indexOf(simplified(name));
+        if (index < 0 || name == QLatin1String(known.at(index).first))
+            continue;
+        const auto& [rightName, concern] = known.at(index);
+        // Where the file is there in the right spelling too, the other one is not missed.
+        TableReport table(m_source.pathOf(name), isThere(rightName) ? Concern::Map : concern,
+                          m_report);
+        table.wholeFault(QStringLiteral("not read under this name"),
+                         QStringLiteral("the name %1").arg(QLatin1String(rightName)));
+    }
+}
+
+void Tables::add(Ids& ids, int line, Id id)
+{
+    countText(id.size());
+    ids.table.append(id);
+    ids.lines.append(line);
+}
+
+void Tables::seal(Ids& ids, const char* column, TableReport& table)
+{
+    const auto repeated = ids.table.seal();
+    for (const auto& [number, first] : repeated) {
+        Row row;
+        row.line = ids.lines.at(number);
+        table.fault(row, column, ids.table.at(number), QStringLiteral("each id once"));
+    }
+}
+
+QString Tables::keep(Id utf8)
+{
+    countText(utf8.size());
+    // An entry is replaced by the next text of the same place, whatever people choose as texts.
+    const size_t place = qHashBits(utf8.data(), utf8.size()) % m_recentTexts.size();
+    QString& recent = m_recentTexts[place];
+    QString text = toText(utf8);
+    if (recent != text)
+        recent = text;
+    return recent;
+}
+
+void Tables::countText(size_t bytes) { m_textBytes += static_cast<qint64>(bytes); }
+
+FileFailure Tables::failureOf(TableReport& table) const
+{
+    return [&table](const QString& found, const QString& expected) {
+        table.wholeFault(found, expected);
+    };
+}
+
+bool Tables::readRows(const ByteReader& bytes, CsvReading& reading, TableReport& table)
+{
+    if (!bytes)
         return false;
-    checkUtf8(*text, path, m_report);
-    return readCsv(*text, path, columns, m_options.limits, m_report, handle);
+    const bool hadRoom = m_textBytes <= m_options.limits.textBytes;
+    reading.file = table.path();
+    reading.limits = m_options.limits;
+    reading.report = [&](const FeedProblem& problem) { table.wholeFault(problem); };
+    reading.reportEncoding = [&](const FeedProblem& problem) { table.encodingFault(problem); };
+    reading.takeHeader = [&](const CsvHeader& header) {
+        QStringList columns;
+        for (int i = 0; i < reading.columns.size(); ++i) {
+            if (header.isThere.at(i))
+                columns.append(QLatin1String(reading.columns.at(i).name));
+        }
+        table.setColumns(columns, header.others);
+    };
+    const bool isWhole = readCsv(bytes, reading);
+    const bool hasRoom = m_textBytes <= m_options.limits.textBytes;
+    if (hadRoom && !hasRoom)
+        m_report.add(table.path(), 0, QStringLiteral("more texts than a feed may have"),
+                     QStringLiteral("at most %1 bytes of them in all files")
+                         .arg(m_options.limits.textBytes));
+    return isWhole && hasRoom;
 }
 
-bool Folder::convert(const QString& text, const FieldRule& rule, QString& into)
+bool Tables::convert(Id text, const FieldRule& rule, Id& into) const
 {
-    const bool isFit = rule.allows(text, m_options.limits);
+    // Characters are counted as rarely as possible: each takes at least one byte.
+    const bool isShort = text.size() <= static_cast<size_t>(m_options.limits.textLength);
+    const bool isFit = isShort && !rule.isFit ? !rule.isRequired || !text.empty()
+                                              : rule.allows(toText(text), m_options.limits);
     if (isFit)
-        into = *m_texts.insert(text);
+        into = text;
     return isFit;
 }
 
-bool Folder::convert(const QString& text, const FieldRule& rule, int& into)
+bool Tables::convert(Id text, const FieldRule& rule, QString& into)
 {
-    bool isConverted = false;
-    const int number = text.toInt(&isConverted);
-    return isConverted && store(number, rule, into);
+    const QString value = keep(text);
+    const bool isFit = rule.allows(value, m_options.limits);
+    if (isFit)
+        into = value;
+    return isFit;
 }
 
-bool Folder::convert(const QString& text, const FieldRule& rule, double& into)
+bool Tables::convert(Id text, const FieldRule& rule, int& into)
+{
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() && store(number, rule, into);
+}
+
+bool Tables::convert(Id text, const FieldRule& rule, double& into)
 {
     bool isConverted = false;
-    const double number = text.toDouble(&isConverted);
+    const double number =
+        QByteArray::fromRawData(text.data(), static_cast<int>(text.size())).toDouble(&isConverted);
     return isConverted && store(number, rule, into);
 }
 

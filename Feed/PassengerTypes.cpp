@@ -1,9 +1,8 @@
 #include "PassengerTypes.h"
 
-#include <QSet>
-
 #include <algorithm>
 #include <array>
+#include <set>
 
 namespace rivo::feed
 {
@@ -51,11 +50,9 @@ QStringList passengerTypeTexts()
 QStringList passengerTypesOf(const QVector<FeedProduct>& products)
 {
     QStringList texts;
-    QSet<QString> seen;
+    std::set<QString> seen;
     for (const FeedProduct& product : products) {
-        const int before = seen.size();
-        seen.insert(product.passengerTypeCode);
-        if (seen.size() > before)
+        if (seen.insert(product.passengerTypeCode).second)
             texts.append(product.passengerTypeCode);
     }
     std::stable_sort(texts.begin(), texts.end(), [](const QString& left, const QString& right) {

@@ -2,7 +2,6 @@
 
 #include <QDateTime>
 #include <QRegularExpression>
-#include <QStringList>
 
 #include <algorithm>
 
@@ -26,23 +25,56 @@ int positiveInteger(const QString& text)
     return isDigits(text) && !text.startsWith(QLatin1Char('0')) ? text.toInt() : 0;
 }
 
+int seconds(std::string_view text)
+{
+    // H:MM:SS, HH:MM:SS or HHH:MM:SS
+    const size_t hours = text.size() - 6;
+    if (text.size() < 7 || text.size() > 9 || text[hours] != ':' || text[hours + 3] != ':')
+        return -1;
+    const auto numberAt = [text](size_t from, size_t length) {
+        int number = 0;
+        for (const char digit : text.substr(from, length)) {
+            if (digit < '0' || digit > '9')
+                return -1;
+            number = number * 10 + (digit - '0');
+        }
+        return number;
+    };
+    const int hour = numberAt(0, hours);
+    const int minute = numberAt(hours + 1, 2);
+    const int second = numberAt(hours + 4, 2);
+    const bool isTime = hour >= 0 && minute >= 0 && minute < 60 && second >= 0 && second < 60;
+    return isTime ? (hour * 60 + minute) * 60 + second : -1;
+}
+
 int seconds(const QString& text)
 {
-    const QStringList parts = text.split(QLatin1Char(':'));
-    const bool isTime = parts.size() == 3 && std::all_of(parts.begin(), parts.end(), isDigits) &&
-                        parts.at(0).size() <= 3 && parts.at(1).size() == 2 &&
-                        parts.at(2).size() == 2 && parts.at(1).toInt() < 60 &&
-                        parts.at(2).toInt() < 60;
-    return isTime ? (parts.at(0).toInt() * 60 + parts.at(1).toInt()) * 60 + parts.at(2).toInt()
-                  : -1;
+    const QByteArray utf8 = text.toUtf8();
+    return seconds(std::string_view(utf8.constData(), static_cast<size_t>(utf8.size())));
 }
 
 bool isTime(const QString& text) { return seconds(text) >= 0; }
 
+bool isTimeOfDay(const QString& text) { return isTime(text) && seconds(text) <= 24 * 3600; }
+
+QDate gtfsDate(const QString& text)
+{
+    return text.size() == 8 && isDigits(text)
+               ? QDate(text.leftRef(4).toInt(), text.midRef(4, 2).toInt(), text.midRef(6).toInt())
+               : QDate();
+}
+
+bool isGtfsDate(const QString& text) { return gtfsDate(text).isValid(); }
+
 bool isDecimal(const QString& text)
 {
-    static const QRegularExpression form(QStringLiteral("\\A[0-9]+(\\.[0-9]+)?\\z"));
-    return form.match(text).hasMatch();
+    const int point = text.indexOf(QLatin1Char('.'));
+    return point < 0 ? isDigits(text) : isDigits(text.left(point)) && isDigits(text.mid(point + 1));
+}
+
+bool isAmount(const QString& text)
+{
+    return isDecimal(text.startsWith(QLatin1Char('-')) ? text.mid(1) : text);
 }
 
 bool isColor(const QString& text)

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QDate>
 #include <QString>
+
+#include <string_view>
 
 namespace rivo::feed
 {
@@ -19,6 +22,9 @@ bool isDateAndTime(const QString& text);
 /// Digits, perhaps with a point and further digits.
 bool isDecimal(const QString& text);
 
+/// The same, perhaps with a minus before it.
+bool isAmount(const QString& text);
+
 /// Six hexadecimal digits.
 bool isColor(const QString& text);
 
@@ -30,6 +36,14 @@ int positiveInteger(const QString& text);
 
 /// H:MM:SS as seconds since the start of the service day; hours may pass 24. -1 if `text` is none.
 int seconds(const QString& text);
+int seconds(std::string_view text);
 bool isTime(const QString& text);
+
+/// The same up to 24:00:00.
+bool isTimeOfDay(const QString& text);
+
+/// YYYYMMDD, a day that the calendar has; an invalid date if `text` is none.
+QDate gtfsDate(const QString& text);
+bool isGtfsDate(const QString& text);
 
 } // namespace rivo::feed

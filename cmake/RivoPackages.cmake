@@ -162,6 +162,7 @@ if(TARGET rivo-terminal)
             "managers show the terminal on the whole screen. Two sample feeds are included."
         NEEDS runtime qml
         LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
+            "libzip4 (>= 1.0)"
             "libqt5gui5 (>= 5.15.1)" "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
             "libqt5quickcontrols2-5 (>= 5.15.1)" "libqt5sql5 (>= 5.15.1)"
             "libsqlite3-0 (>= 3.6.18)"
@@ -187,6 +188,7 @@ if(TARGET rivo-grid)
             "positions. rivo-models prints the rows of a model as a table, JSON or CSV."
         NEEDS runtime
         LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
+            "libzip4 (>= 1.0)"
         RECOMMENDS rivo-terminal
         SUPPRESS "no-manual-page [usr/bin/rivo-grid]" "no-manual-page [usr/bin/rivo-models]")
 endif()

@@ -17,24 +17,52 @@ private slots:
     void aLongFieldIsCutAtOnce();
 
 private:
-    /// Reads the columns id (required) and name: "line:id|name" per record; problems to m_lines.
+    /// Reads the columns id (required) and name, in blocks of `block` bytes: "line:id|name" per
+    /// record; problems to m_lines.
+    QStringList read(const QByteArray& text, int block)
+    {
+        m_lines.clear();
+        QStringList records;
+        CsvReading reading;
+        reading.file = "t.txt";
+        reading.columns = {{"id", true}, {"name", false}};
+        reading.mostRecords = 4;
+        reading.limits.csvColumns = 5;
+        reading.limits.textLength = 10;
+        reading.limits.csvLineBytes = 1'000'100;
+        reading.report = [this](const FeedProblem& problem) { m_lines.append(problem.toString()); };
+        reading.reportEncoding = reading.report;
+        reading.takeHeader = [](const CsvHeader&) {};
+        reading.takeRecord = [&](int line, const std::vector<std::string_view>& values) {
+            const auto value = [&](size_t index) {
+                return QString::fromUtf8(values[index].data(), int(values[index].size()));
+            };
+            records.append(QStringLiteral("%1:%2|%3").arg(line).arg(value(0), value(1)));
+        };
+        int at = 0;
+        const ByteReader bytes = [&](char* into, qint64 size) -> qint64 {
+            const int count = qMin(qMin(block, int(size)), text.size() - at);
+            std::copy_n(text.constData() + at, count, into);
+            at += count;
+            return count;
+        };
+        m_isWhole = readCsv(bytes, reading);
+        return records;
+    }
+
+    /// The same, however the bytes come.
     QStringList read(const QByteArray& text)
     {
-        FeedLimits limits;
-        limits.csvRecords = 4;
-        limits.csvColumns = 5;
-        limits.textLength = 10;
-        FeedReport report;
-        QStringList records;
-        m_isWhole =
-            readCsv(text, QStringLiteral("t.txt"), {{"id", true}, {"name", false}}, limits, report,
-                    [&](int line, const QVector<QString>& values) {
-                        records.append(
-                            QStringLiteral("%1:%2|%3").arg(line).arg(values.at(0), values.at(1)));
-                    });
-        m_lines.clear();
-        for (const FeedProblem& problem : report.problems())
-            m_lines.append(problem.toString());
+        const QStringList records = read(text, text.size() + 1);
+        const QStringList lines = m_lines;
+        const bool isWhole = m_isWhole;
+        for (const int block : {1, 2, 7}) {
+            if (text.size() > 1'000)
+                break;
+            QTest::qCompare(read(text, block), records, "records", "in blocks", __FILE__, __LINE__);
+            QTest::qCompare(m_lines, lines, "problems", "in blocks", __FILE__, __LINE__);
+            QTest::qCompare(m_isWhole, isWhole, "whole", "in blocks", __FILE__, __LINE__);
+        }
         return records;
     }
 
@@ -72,7 +100,11 @@ void CsvTest::records_data()
     row("too few fields are empty", "id,name\n1\n2,\n", {"2:1|", "3:2|"});
     row("fields do not linger from the record before", "id,name\n1,a\n2\n", {"2:1|a", "3:2|"});
     row("empty quoted field", "id,name\n\"\",\"\"\n", {"2:|"});
+    row("byte-order mark", "\xEF\xBB\xBFid,name\n1,a\n", {"2:1|a"});
+    row("quotes and no quotes in turn", "id,name\n1,\"a\"\n2,b\n\"3\",c\n4,d",
+        {"2:1|a", "3:2|b", "4:3|c", "5:4|d"});
     row("only a header", "id,name\n", {});
+    row("only a header without the required column", "name\n", {});
     row("only a header without a line end", "id,name", {});
     row("letters beyond ASCII", "id,name\n1,Żółć\n", {QString::fromUtf8("2:1|Żółć")});
     row("four records are allowed", "id\n1\n2\n3\n4\n", {"2:1|", "3:2|", "4:3|", "5:4|"});
@@ -134,6 +166,18 @@ void CsvTest::problems_data()
     row("a record too many ends the reading", "id\n1\n2\n3\n4\n5\n6\n",
         {"2:1|", "3:2|", "4:3|", "5:4|"},
         {"t.txt:6: a further record, expected at most 4 records"});
+    row("text in UTF-16", QByteArray("\xFF\xFEi\0d\0\n\0", 8), {},
+        {"t.txt:1: text in UTF-16, expected text in UTF-8 (save the file in this encoding)"});
+    row("bytes that are no UTF-8, the record is read", "id,name\n1,\xFF\n2,b\n",
+        {QString("2:1|") + QChar(0xFFFD), "3:2|b"},
+        {"t.txt:2: bytes that are no UTF-8, expected text in UTF-8 (save the file in this "
+         "encoding)"});
+    row("a record that is too long", "id\n" + QByteArray(1'000'200, 'a') + "\n2\n", {},
+        {"t.txt:2: a longer record, expected at most 1000100 bytes in one"});
+    row("a quoted record that is too long", "id\n\"" + QByteArray(1'000'000, '\n'), {},
+        {"t.txt:2: the end of the file, expected a closing quote"});
+    row("a quoted record of too many lines", "id\n1\n\"" + QByteArray(1'000'200, '\n'), {"2:1|"},
+        {"t.txt:3: a longer record, expected at most 1000100 bytes in one"});
     row("a column too many", "a,b,c,d,id,f\n1,2,3,4,5\n", {},
         {"t.txt:1: 6 columns, expected at most 5 columns"});
 }

@@ -1,10 +1,15 @@
 #include "FeedFiles.h"
 #include "WithoutRootRights.h"
 
+#include <atomic>
+#include <chrono>
+#include <cstdio>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <thread>
 #include <unistd.h>
+#include <zip.h>
 
 using namespace rivo::feed;
 
@@ -13,6 +18,25 @@ namespace
 
 const QByteArray emptyFeed =
     R"({"format": "rivo-feed", "version": 1, "currency": "EUR", "products": []})";
+
+const QByteArray oneProduct = "fare_product_id,amount,currency\na,1,CHF\n";
+
+using Entries = QMap<QString, QByteArray>;
+
+void writeArchive(const QString& path, const Entries& entries)
+{
+    zip_t* const archive = zip_open(path.toUtf8().constData(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
+    for (auto entry = entries.begin(); entry != entries.end(); ++entry)
+        zip_file_add(archive, entry.key().toUtf8().constData(),
+                     zip_source_buffer(archive, entry->constData(), zip_uint64_t(entry->size()), 0),
+                     0);
+    if (entries.isEmpty()) { // which libzip would delete
+        zip_discard(archive);
+        FeedFiles::write(path, QByteArray("PK\x05\x06", 4) + QByteArray(18, '\0'));
+    } else if (zip_close(archive) != 0) {
+        qFatal("%s cannot be written", qPrintable(path));
+    }
+}
 
 } // namespace
 
@@ -35,6 +59,14 @@ private slots:
     void systemFileThatSaysItIsEmptyIsRead();
     void linksAreFollowed();
     void specialFilesInAGtfsFolder();
+    void whatIsNotTheFeedItself();
+    void archives_data();
+    void archives();
+    void archivesAreKnownByTheirContent();
+    void damagedArchivesAreRefused();
+    void limitsOfArchives();
+    void oneGeneration_data();
+    void oneGeneration();
     void problemsAsText_data();
     void problemsAsText();
     void noticesAsText();
@@ -50,7 +82,7 @@ void FeedLoaderTest::aFileIsJsonAndAFolderIsGtfs()
 {
     FeedFiles::write("feed", emptyFeed);
     REQUIRE_FEED(load("feed"));
-    FeedFiles::write("folder.json/fare_products.txt", "fare_product_id,amount,currency\na,1,CHF\n");
+    FeedFiles::write("folder.json/fare_products.txt", oneProduct);
     const FeedResult result = load("folder.json");
     REQUIRE_FEED(result);
     QCOMPARE(result.feed->currency, QString("CHF"));
@@ -61,8 +93,9 @@ void FeedLoaderTest::thePathIsShownAsGiven()
     FeedFiles::write("sub/feed.json", "?");
     QVERIFY(load("sub/feed.json").problemLines().first().startsWith("sub/feed.json:1:1: "));
     QVERIFY(load("./sub/../sub/feed.json").problemLines().first().startsWith("./sub/../sub/feed"));
-    QVERIFY(load("sub").problemLines().first().startsWith("sub/fare_products.txt: "));
-    QVERIFY(load("sub/").problemLines().first().startsWith("sub/fare_products.txt: "));
+    FeedFiles::write("sub/fare_products.txt", "");
+    QVERIFY(load("sub").problemLines().first().startsWith("sub/fare_products.txt:1: "));
+    QVERIFY(load("sub/").problemLines().first().startsWith("sub/fare_products.txt:1: "));
     FeedFiles::write("a\x1B[2Jb.json", "?");
     QVERIFY(load("a\x1B[2Jb.json").problemLines().first().startsWith("a\\u001b[2Jb.json:1:1: "));
 }
@@ -131,7 +164,7 @@ void FeedLoaderTest::hugeFileIsNotRead()
     QDir().mkdir("gtfs");
     QVERIFY(file.rename("gtfs/fare_products.txt"));
     QCOMPARE(load("gtfs").problemLines(),
-             QStringList("gtfs/fare_products.txt: 1099511627776 bytes, expected at most 67108864 "
+             QStringList("gtfs/fare_products.txt: 1099511627776 bytes, expected at most 268435456 "
                          "bytes"));
 }
 
@@ -147,7 +180,7 @@ void FeedLoaderTest::systemFileThatSaysItIsEmptyIsRead()
 void FeedLoaderTest::linksAreFollowed()
 {
     FeedFiles::write("feed.json", emptyFeed);
-    FeedFiles::write("gtfs/fare_products.txt", "fare_product_id,amount,currency\na,1,CHF\n");
+    FeedFiles::write("gtfs/fare_products.txt", oneProduct);
     QVERIFY(QFile::link("feed.json", "current"));
     QVERIFY(QFile::link("gtfs", "folder"));
     REQUIRE_FEED(load("current"));
@@ -156,14 +189,187 @@ void FeedLoaderTest::linksAreFollowed()
 
 void FeedLoaderTest::specialFilesInAGtfsFolder()
 {
-    FeedFiles::write("gtfs/fare_products.txt", "fare_product_id,amount,currency\na,1,CHF\n");
+    FeedFiles::write("gtfs/fare_products.txt", oneProduct);
     QCOMPARE(::mkfifo("gtfs/areas.txt", 0600), 0);
     QVERIFY(QDir().mkdir("gtfs/routes.txt"));
     QVERIFY(QFile::link("/dev/zero", "gtfs/stops.txt"));
-    QCOMPARE(load("gtfs").problemLines(),
-             QStringList({"gtfs/areas.txt: a pipe, expected a readable file",
+    QVERIFY(QFile::link("nowhere", "gtfs/networks.txt"));
+    QVERIFY(QFile::link("fare_media.txt", "gtfs/fare_media.txt"));
+    QVERIFY(QFile::link("/dev/zero", "gtfs/shapes.txt"));
+    QVERIFY(QDir().mkdir("gtfs/folder"));
+    const FeedResult result = load("gtfs");
+    QCOMPARE(result.problemLines(),
+             QStringList({"gtfs/networks.txt: a link to nothing, expected a readable file",
+                          "gtfs/routes.txt: a folder, expected a readable file",
+                          "gtfs/areas.txt: a pipe, expected a readable file",
                           "gtfs/stops.txt: a device, expected a readable file",
-                          "gtfs/routes.txt: a folder, expected a readable file"}));
+                          "gtfs/fare_media.txt: Too many levels of symbolic links, expected a "
+                          "readable file"}));
+    QCOMPARE(result.noticeLines(), QStringList("gtfs/shapes.txt: a device, expected a readable "
+                                               "file; the map does without it"));
+}
+
+void FeedLoaderTest::whatIsNotTheFeedItself()
+{
+    FeedFiles::write("stops.txt", "stop_id\n");
+    FeedFiles::write("gtfs/feed.ZIP", "PK");
+    FeedFiles::write("none/readme", "");
+    FeedFiles::write("feed.zip", "no archive");
+    const auto lines = [](const QString& path) { return load(path).problemLines().join('\n'); };
+    QCOMPARE(lines("stops.txt"),
+             QString("stops.txt: one file of a GTFS feed, expected the folder or the .zip that has "
+                     "all of them"));
+    QCOMPARE(lines("gtfs"),
+             QString("gtfs: no GTFS file, but the archive \"feed.ZIP\", expected the "
+                     "path of the archive itself"));
+    QCOMPARE(lines("none"), QString("none: a feed without fares, expected fare_products.txt, or "
+                                    "fare_attributes.txt of the older form"));
+    QCOMPARE(lines("feed.zip"), QString("feed.zip: Not a zip archive, expected a .zip of a GTFS "
+                                        "feed"));
+}
+
+void FeedLoaderTest::archives_data()
+{
+    QTest::addColumn<Entries>("entries");
+    QTest::addColumn<QString>("problem"); // or none
+    QTest::newRow("files at the top, others anywhere")
+        << Entries{{"fare_products.txt", oneProduct}, {"docs/areas.txt", "?"}} << "";
+    QTest::newRow("files in a folder")
+        << Entries{{"gtfs/fare_products.txt", oneProduct}}
+        << "feed.zip: its files in the folder \"gtfs\", expected them at the top of the archive; "
+           "unpack it and give that folder";
+    QTest::newRow("no files") << Entries{}
+                              << "feed.zip: a feed without fares, expected fare_products.txt, or "
+                                 "fare_attributes.txt of the older form";
+    QTest::newRow("a broken file")
+        << Entries{{"fare_products.txt", oneProduct + "\"x\"y\n"}}
+        << "feed.zip/fare_products.txt:3:4: \"y\", expected a comma or the end of the line after a "
+           "closing quote, and two quotes for one within a text";
+    QTest::newRow("much of the same")
+        << Entries{{"fare_products.txt", oneProduct + QByteArray(2'000'000, '\n')}}
+        << "feed.zip/fare_products.txt: 2000040 bytes packed into %1, expected at most 200 times "
+           "as many";
+    QTest::newRow("little of the same")
+        << Entries{{"fare_products.txt", oneProduct + QByteArray(1'000'000, '\n')}} << "";
+}
+
+void FeedLoaderTest::archives()
+{
+    QFETCH(Entries, entries);
+    QFETCH(QString, problem);
+    writeArchive("feed.zip", entries);
+    const FeedResult result = load("feed.zip");
+    const QString packed =
+        QRegularExpression("into (\\d+)").match(result.problemLines().join(' ')).captured(1);
+    QCOMPARE(result.problemLines().join('\n'), problem.replace("%1", packed));
+}
+
+void FeedLoaderTest::archivesAreKnownByTheirContent()
+{
+    writeArchive("feed", {{"fare_products.txt", oneProduct}});
+    REQUIRE_FEED(load("feed"));
+}
+
+void FeedLoaderTest::damagedArchivesAreRefused()
+{
+    QByteArray rows;
+    for (int i = 0; i < 500; ++i)
+        rows += QByteArray::number(i * i * 7919) + ",1,CHF\n";
+    writeArchive("feed.zip", {{"fare_products.txt", "fare_product_id,amount,currency\n" + rows}});
+    REQUIRE_FEED(load("feed.zip"));
+    QFile file("feed.zip");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray whole = file.readAll();
+    for (int size = 0; size < whole.size(); size += 97) {
+        FeedFiles::write("feed.zip", whole.left(size));
+        QVERIFY(!load("feed.zip").feed);
+    }
+    int refused = 0;
+    for (int at = 60; at < 2'000; at += 50) {
+        QByteArray damaged = whole;
+        damaged[at] = char(~damaged.at(at));
+        FeedFiles::write("feed.zip", damaged);
+        refused += !load("feed.zip").feed; // by its checksum, if not before
+    }
+    QCOMPARE(refused, 39);
+}
+
+void FeedLoaderTest::limitsOfArchives()
+{
+    FeedOptions options;
+    options.limits.csvBytes = 100;
+    options.limits.feedFiles = 2;
+    writeArchive("feed.zip", {{"fare_products.txt", oneProduct + QByteArray(60, '\n')}});
+    REQUIRE_FEED(load("feed.zip", options));
+    writeArchive("feed.zip", {{"fare_products.txt", oneProduct + QByteArray(61, '\n')}});
+    QCOMPARE(load("feed.zip", options).problemLines(),
+             QStringList("feed.zip/fare_products.txt: 101 bytes, expected at most 100 bytes"));
+    writeArchive("feed.zip", {{"fare_products.txt", oneProduct}, {"a", ""}, {"b", ""}});
+    QCOMPARE(load("feed.zip", options).problemLines(),
+             QStringList("feed.zip: 3 files, expected at most 2 files"));
+}
+
+void FeedLoaderTest::oneGeneration_data()
+{
+    QTest::addColumn<QString>("feed");
+    QTest::newRow("folder") << "gtfs";
+    QTest::newRow("link to a folder") << "current";
+    QTest::newRow("archive") << "feed.zip";
+}
+
+/// Two generations of a feed, in each of which all prices are the same. While one thread replaces
+/// the one by the other, all that is loaded is of one generation, or nothing.
+void FeedLoaderTest::oneGeneration()
+{
+    QFETCH(QString, feed);
+    QVector<Entries> generations;
+    for (const char* price : {"1", "2"}) {
+        QByteArray products = "fare_product_id,fare_product_name,amount,currency\n";
+        QByteArray areas = "area_id,area_name\n";
+        for (int i = 0; i < 300; ++i) {
+            products += QByteArray::number(i) + ",x," + price + ",EUR\n";
+            areas += QByteArray::number(i + 1) + ',' + price + '\n';
+        }
+        generations.append({{"areas.txt", areas}, {"fare_products.txt", products}});
+    }
+    const auto writeGeneration = [&](int number) {
+        const Entries& files = generations.at(number % 2);
+        if (feed == "feed.zip")
+            return writeArchive(feed, files);
+        const QString folder = feed == "gtfs" ? feed : "g" + QString::number(number % 2);
+        for (auto file = files.begin(); file != files.end(); ++file)
+            FeedFiles::write(folder + '/' + file.key(), file.value());
+        if (feed == "gtfs")
+            return;
+        QFile::link(folder, "new");
+        ::rename("new", "current");
+    };
+    writeGeneration(0);
+    std::atomic<bool> isOver{false};
+    std::thread writer([&] {
+        for (int number = 1; !isOver; ++number) {
+            writeGeneration(number);
+            std::this_thread::sleep_for(std::chrono::milliseconds(number % 8 * 10));
+        }
+    });
+    int loaded = 0;
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < 1'000) {
+        const FeedResult result = loadFeed(feed);
+        if (!result.feed)
+            continue; // half of an archive is none, and what changes again and again is refused
+        ++loaded;
+        const int price = int(result.feed->products.first().price);
+        const QString name = QString::number(price);
+        for (const FeedProduct& product : result.feed->products)
+            QCOMPARE(int(product.price), price);
+        for (const NetworkZone& zone : result.feed->network.zones)
+            QCOMPARE(zone.name, name);
+    }
+    isOver = true;
+    writer.join();
+    QVERIFY(loaded > 0);
 }
 
 void FeedLoaderTest::problemsAsText_data()

@@ -3,6 +3,7 @@
 #include "LogCapture.h"
 #include "PassengerTypes.h"
 #include "RealFeed.h"
+#include "Tariff.h"
 #include "TripContext.h"
 #include "ZoneNames.h"
 
@@ -620,7 +621,7 @@ void FeedModelsTest::theFeedOfZakroczymIfThatIsTheRealOne()
     const FeedResult result = load(folder);
     REQUIRE_FEED(result);
     const Feed& feed = *result.feed;
-    if (feed.name != QLatin1String("Komunikacja Gminna Zakroczym"))
+    if (feed.tariff->agencies.first().name != QLatin1String("Komunikacja Gminna Zakroczym"))
         QSKIP("another operator's feed");
     QSet<QString> offers; // of fare_products.txt
     QSet<int> zones;

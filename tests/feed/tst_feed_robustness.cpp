@@ -1,4 +1,5 @@
 #include "FeedFiles.h"
+#include "GtfsCases.h"
 #include "Soak.h"
 
 using namespace rivo::feed;
@@ -12,22 +13,15 @@ const QByteArray json = R"({"format": "rivo-feed", "version": 1, "currency": "EU
  "toStopGroupId": 5e0, "isDaily": false}], "x-a": [null, [], {"b": true}],
 "vehicles": [{"id": 1, "registrationNumber": "R", "latitude": 1, "longitude": 2}]})";
 
-const QMap<QString, QByteArray> gtfs = {
-    {"fare_products.txt", "fare_product_id,amount,currency,rider_category_id,fare_media_id\r\n"
-                          "s,2.50,EUR,1,m\r\n\"p \"\"x\"\"\",4,EUR,,\r\n"},
-    {"rider_categories.txt", "rider_category_id,rider_category_name\n1,\"A,\nb\"\n"},
-    {"passenger_types.txt", "rider_category_id,passenger_type\n1,PT_ADULT\n"},
-    {"fare_media.txt", "fare_media_id\nm\n"},
-    {"areas.txt", "area_id\n1\n2\n"},
-    {"fare_leg_rules.txt", "fare_product_id,from_area_id,to_area_id\ns,1,2\n"},
-    {"stops.txt", "stop_id,stop_lat,stop_lon\nA,1,2\n"},
-    {"stop_areas.txt", "area_id,stop_id\n1,A\n"},
-    {"routes.txt", "route_id,route_color\nR,00ff00\n"},
-    {"shapes.txt",
-     "shape_id,shape_pt_lat,shape_pt_lon,shape_pt_sequence\nS,1,2,3\nS,1,2,4\nU,1,2,4\n"},
-    {"trips.txt", "route_id,trip_id,shape_id\nR,T,S\n"},
-    {"stop_times.txt", "trip_id,stop_id,stop_sequence,arrival_time\nT,A,1,25:00:00\nT,A,2,\n"},
-};
+/// A feed with every file that is read.
+const QMap<QString, QByteArray>& gtfs()
+{
+    static const auto files = GtfsCases::read(FEED_TEST_DATA "/gtfs/problems.cases").first().files;
+    return files;
+}
+
+/// Whatever of them is cut off, the rest is a feed.
+const QStringList filesThatMayBeCut{"agency.txt", "fare_transfer_rules.txt", "shapes.txt"};
 
 /// Bytes that mean something to one of the formats, and bytes that are no UTF-8.
 const QByteArray replacements = QByteArray("\0\"\n\r,{]\\9 -\x7F\x80\xFF", 15);
@@ -80,16 +74,16 @@ void FeedRobustnessTest::jsonWithAnyByteReplacedIsLoadedOrRefused()
 
 void FeedRobustnessTest::gtfsCutAnywhereIsLoadedOrRefused()
 {
-    for (auto file = gtfs.begin(); file != gtfs.end(); ++file)
+    for (auto file = gtfs().begin(); file != gtfs().end(); ++file)
         FeedFiles::write("gtfs/" + file.key(), file.value());
     REQUIRE_FEED(load("gtfs"));
-    for (auto file = gtfs.begin(); file != gtfs.end(); ++file) {
+    for (auto file = gtfs().begin(); file != gtfs().end(); ++file) {
         int refused = 0;
         for (int length = 0; length < file.value().size(); ++length) {
             FeedFiles::write("gtfs/" + file.key(), file.value().left(length));
             refused += !load("gtfs").feed;
         }
-        QVERIFY2(refused > 0, qPrintable(file.key()));
+        QVERIFY2(refused > 0 || filesThatMayBeCut.contains(file.key()), qPrintable(file.key()));
         FeedFiles::write("gtfs/" + file.key(), file.value());
     }
     REQUIRE_FEED(load("gtfs"));
@@ -97,9 +91,9 @@ void FeedRobustnessTest::gtfsCutAnywhereIsLoadedOrRefused()
 
 void FeedRobustnessTest::gtfsWithAnyByteReplacedIsLoadedOrRefused()
 {
-    for (auto file = gtfs.begin(); file != gtfs.end(); ++file)
+    for (auto file = gtfs().begin(); file != gtfs().end(); ++file)
         FeedFiles::write("gtfs/" + file.key(), file.value());
-    for (auto file = gtfs.begin(); file != gtfs.end(); ++file) {
+    for (auto file = gtfs().begin(); file != gtfs().end(); ++file) {
         int refused = 0;
         for (int at = 0; at < file.value().size(); at += soakDivisor()) {
             for (const char replacement : replacements) {
@@ -109,7 +103,7 @@ void FeedRobustnessTest::gtfsWithAnyByteReplacedIsLoadedOrRefused()
                 refused += !load("gtfs").feed;
             }
         }
-        QVERIFY2(refused > 0, qPrintable(file.key()));
+        QVERIFY2(refused > 0 || filesThatMayBeCut.contains(file.key()), qPrintable(file.key()));
         FeedFiles::write("gtfs/" + file.key(), file.value());
     }
     REQUIRE_FEED(load("gtfs"));

@@ -364,7 +364,7 @@ void JsonFeedTest::textsThatAreNoJson_data()
     QTest::newRow("blanks only") << QByteArray(" \n ")
                                  << "feed.json:2:2: the end of the file, expected an object";
     QTest::newRow("text that is no JSON")
-        << QByteArray("PK\x03\x04") << R"(feed.json:1:1: "PK\u0003\u0004", expected an object)";
+        << QByteArray("GIF\x03") << R"(feed.json:1:1: "GIF\u0003", expected an object)";
     QTest::newRow("object that is not closed")
         << value("1").chopped(1) << "feed.json:2:10: the end of the file, expected ',' or '}'";
     QTest::newRow("list that is not closed")
@@ -597,11 +597,14 @@ void JsonFeedTest::problems_data()
     row("bytes that are no UTF-8, and a problem beside them",
         document(product().replace("Adult", "Ad\xFFult") + ",\n" + product(", \"pos\": 1.5") +
                  ",\n" + product().replace("Single", "\xC3")),
-        {"feed.json:2: bytes that are no UTF-8, expected text in UTF-8",
+        {"feed.json:2: bytes that are no UTF-8, expected text in UTF-8 (save the "
+         "file in this encoding)",
          "feed.json:3: /products/1/pos: 1.5, expected an integer from -2147483648 to 2147483647",
-         "feed.json:4: bytes that are no UTF-8, expected text in UTF-8"});
+         "feed.json:4: bytes that are no UTF-8, expected text in UTF-8 (save the "
+         "file in this encoding)"});
     row("UTF-8 that encodes a surrogate", document(product().replace("Adult", "\xED\xA0\x80")),
-        {"feed.json:2: bytes that are no UTF-8, expected text in UTF-8"});
+        {"feed.json:2: bytes that are no UTF-8, expected text in UTF-8 (save the "
+         "file in this encoding)"});
     row("line of a value is that of its key", document(product(", \"pos\"\n:\n null")),
         {"feed.json:2: /products/0/pos: null, expected an integer from -2147483648 to 2147483647"});
     row("lines are counted over all line ends",
@@ -719,9 +722,13 @@ void JsonFeedTest::theLimitsAre()
     QCOMPARE(limits.jsonBytes, qint64(33'554'432));
     QCOMPARE(limits.jsonDepth, 32);
     QCOMPARE(limits.jsonValues, 2'000'000);
-    QCOMPARE(limits.csvBytes, qint64(67'108'864));
-    QCOMPARE(limits.csvRecords, 2'000'000);
+    QCOMPARE(limits.feedFiles, 10'000);
+    QCOMPARE(limits.csvBytes, qint64(268'435'456));
     QCOMPARE(limits.csvColumns, 1'000);
+    QCOMPARE(limits.csvLineBytes, 1'048'576);
+    QCOMPARE(limits.csvRecords, 2'000'000);
+    QCOMPARE(limits.tableRecords, 500'000);
+    QCOMPARE(limits.textBytes, qint64(67'108'864));
     QCOMPARE(limits.entries, 100'000);
     QCOMPARE(limits.textLength, 1'000);
 

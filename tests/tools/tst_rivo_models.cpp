@@ -278,7 +278,7 @@ void TestRivoModels::gtfsFolder()
         const Outcome outcome = runner.run({model, lake});
         QCOMPARE(outcome.exitCode, 0);
         QVERIFY2(outcome.output.startsWith(
-                     QString("Lakeside Communal Buses, Ostra: %1, 0 rows\n\n").arg(model).toUtf8()),
+                     QString("Lakeside Communal Buses: %1, 0 rows\n\n").arg(model).toUtf8()),
                  outcome.output);
         QVERIFY2(outcome.messages.contains("mapped to no passenger type"), outcome.messages);
         const Outcome mapped = runner.run({model, lake, "--rider-category", "3=PT_LFS"});
@@ -366,7 +366,7 @@ void TestRivoModels::theFeedOfZakroczymIfThatIsTheRealOne()
     if (feed.isEmpty())
         QSKIP("GUICORE_REAL_GTFS_FEED is not set");
     const Outcome basket = ToolRunner(RIVO_MODELS).run({"basket", feed, "--format", "json"});
-    if (!basket.output.contains("\"Komunikacja Gminna Zakroczym\""))
+    if (!basket.output.contains("\"Alexander Dubis\""))
         QSKIP("another operator's feed");
     const QJsonArray tickets = rowsOf(basket);
     QCOMPARE(tickets.size(), 13);

@@ -1,5 +1,6 @@
 #include "GridOptions.h"
 #include "GridWriter.h"
+#include "OfferCommand.h"
 #include "PositionCheck.h"
 
 #include <ModelPrinting.h>
@@ -46,5 +47,8 @@ int main(int argc, char* argv[])
     if (!options)
         return BadInput;
     const std::optional<rivo::feed::Feed> feed = readFeed(options->feed, options->reading);
-    return feed ? run(*options, *feed) : BadInput;
+    if (!feed)
+        return BadInput;
+    return options->command == GridCommand::Offers ? printOffers(*options, *feed)
+                                                   : run(*options, *feed);
 }
