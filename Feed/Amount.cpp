@@ -36,6 +36,14 @@ std::optional<qint64> minorUnits(const QString& text, int decimals)
     return isNegative ? -amount : amount;
 }
 
+std::optional<qint64> toMinorUnits(double units, int decimals)
+{
+    if (!(qAbs(units) <= largestPrice))
+        return std::nullopt;
+    const qint64 amount = qRound64(units * static_cast<double>(powerOfTen(decimals)));
+    return toUnits(amount, decimals) == units ? std::optional<qint64>(amount) : std::nullopt;
+}
+
 QString amountText(qint64 minorUnits, int decimals)
 {
     const qint64 unit = powerOfTen(decimals);

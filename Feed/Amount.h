@@ -16,6 +16,9 @@ constexpr int largestPrice = 1'000'000;
 /// a point, at most `decimals` of them. Nothing for other texts and beyond the largest price.
 std::optional<qint64> minorUnits(const QString& text, int decimals);
 
+/// The minor units of a number that is the double nearest to such an amount; nothing for others.
+std::optional<qint64> toMinorUnits(double units, int decimals);
+
 /// 450 as "4.50".
 QString amountText(qint64 minorUnits, int decimals);
 

@@ -13,6 +13,16 @@
 namespace rivo::feed
 {
 
+/// Days and hours at which a product is sold. Empty texts and lists restrict nothing.
+struct FeedTime
+{
+    QVector<int> days; ///< of the week, 1 = Monday
+    QString begin;     ///< HH:MM:SS; belongs to the time
+    QString end;       ///< HH:MM:SS; does not
+    QString firstDate; ///< YYYY-MM-DD
+    QString lastDate;
+};
+
 /// One sellable product: the arguments of PassengerTypesModel::addItem by name, in their order.
 struct FeedProduct
 {
@@ -31,6 +41,14 @@ struct FeedProduct
     double fareDiscount = 0.0;
     bool isDaily = false;
     int pos = -1; ///< grid position from 1; -1 = none assigned; not judged by the readers
+
+    // Where a product of a JSON feed is sold, which no model asks; an empty list restricts nothing.
+    // What a GTFS feed says of it is in its tariff.
+
+    QVector<int> validZones;  ///< where rides begin and end
+    QVector<int> validRoutes; ///< identifiers
+    QVector<int> validMedia;  ///< types; see TariffMedium
+    QVector<FeedTime> validTimes;
 };
 
 /// One entry of the fare product catalogue: the arguments of FareProductsModel::addItem.

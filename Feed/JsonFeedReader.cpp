@@ -1,21 +1,23 @@
 #include "JsonFeedReader_p.h"
 
+#include "Amount.h"
 #include "FeedFile_p.h"
 #include "FeedProblem.h"
 #include "JsonFields_p.h"
 #include "JsonNetwork_p.h"
 #include "JsonPrescan_p.h"
+#include "JsonTariff_p.h"
 #include "PassengerTypes.h"
 
-#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
-#include <QSet>
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <set>
 #include <tuple>
 
 namespace rivo::feed
@@ -213,13 +215,12 @@ private:
                  });
     }
 
-    /// The zones of a stop.
-    void readValue(const QJsonValue& value, const Place& place, const FieldRule&,
+    void readValue(const QJsonValue& value, const Place& place, const FieldRule& rule,
                    QVector<int>& into)
     {
         readList(value, place, "integers", [&](const QJsonValue& entry, const Place& here) {
             into.append(0);
-            readValue(entry, here, networkIdRule, into.last());
+            readValue(entry, here, rule, into.last());
         });
     }
 
@@ -308,15 +309,33 @@ void checkPrinter(const Document& feed, const QJsonValue& peripherals, const QSt
                                QStringLiteral("an id of /peripherals")});
 }
 
+/// Reports prices with more decimals than the currency has. What could not be read is not judged.
+void checkPrices(const Document& feed, const QString& file, FeedReport& report)
+{
+    const int decimals = feed.currencyDecimals();
+    const auto check = [&](const char* list, int index, double price) {
+        if (toMinorUnits(price, decimals))
+            return;
+        const QString pointer = QStringLiteral("/%1/%2/price").arg(QLatin1String(list)).arg(index);
+        report.add(FeedProblem{file, 0, 0, pointer, QStringLiteral("price"), found(price),
+                               QStringLiteral("a number with at most %1 decimals").arg(decimals)});
+    };
+    if (!isCurrencyCode(feed.currency))
+        return;
+    for (int i = 0; i < feed.products.size(); ++i)
+        check("products", i, feed.products.at(i).price);
+    for (int i = 0; i < feed.fareProducts.size(); ++i)
+        check("fareProducts", i, feed.fareProducts.at(i).price);
+}
+
 /// Names every text that the terminal takes as type 0, at its first product.
 void noticeUnknownTypes(const Feed& feed, const QString& file, FeedReport& report)
 {
-    QSet<QString> seen;
+    std::set<QString> seen;
     for (int i = 0; i < feed.products.size(); ++i) {
         const QString& text = feed.products.at(i).passengerTypeCode;
-        if (passengerTypeNumber(text) != 0 || seen.contains(text))
+        if (passengerTypeNumber(text) != 0 || !seen.insert(text).second)
             continue;
-        seen.insert(text);
         report.add(FeedNotice{file, 0,
                               QStringLiteral("/products/%1/passengerTypeCode: unknown passenger "
                                              "type %2, taken as type 0")
@@ -326,19 +345,19 @@ void noticeUnknownTypes(const Feed& feed, const QString& file, FeedReport& repor
 }
 
 /// The line of the value that `pointer` leads to; where there is none, of what should hold it.
-int lineOf(const QString& pointer, const QHash<QString, int>& lines)
+int lineOf(const QString& pointer, const std::map<QString, int>& lines)
 {
-    const int line = lines.value(pointer);
-    return line > 0 ? line : lines.value(pointer.left(pointer.lastIndexOf(QLatin1Char('/'))));
+    const int line = lines.at(pointer);
+    return line > 0 ? line : lines.at(pointer.left(pointer.lastIndexOf(QLatin1Char('/'))));
 }
 
 /// Gives every problem its line and puts them in the order of the file.
 void completeProblems(const QByteArray& text, QVector<FeedProblem>& problems)
 {
-    QHash<QString, int> lines;
+    std::map<QString, int> lines;
     for (const FeedProblem& problem : qAsConst(problems)) {
-        lines.insert(problem.pointer, 0);
-        lines.insert(problem.pointer.left(problem.pointer.lastIndexOf(QLatin1Char('/'))), 0);
+        lines[problem.pointer] = 0;
+        lines[problem.pointer.left(problem.pointer.lastIndexOf(QLatin1Char('/')))] = 0;
     }
     findJsonLines(text, lines);
     for (FeedProblem& problem : problems) {
@@ -357,6 +376,10 @@ std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options
     std::optional<QByteArray> text = readFeedFile(path, options.limits.jsonBytes, report);
     if (!text)
         return std::nullopt;
+    if (isUtf16(*text)) {
+        report.add(path, 1, QStringLiteral("text in UTF-16"), utf8Expected());
+        return std::nullopt;
+    }
     // Broken bytes are replaced after they were reported, so that the rest is judged too.
     if (!checkUtf8(*text, path, report))
         text = toText(*text).toUtf8();
@@ -364,8 +387,7 @@ std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options
         return std::nullopt;
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(*text, &error);
-    // GCOVR_EXCL_START: checkJson() lets nothing pass that Qt refuses; if it ever does, that is
-    // told.
+    // GCOVR_EXCL_START: checkJson() lets nothing pass that Qt refuses.
     if (document.isNull()) {
         report.add(path, text->left(error.offset).count('\n') + 1, error.errorString(),
                    QStringLiteral("JSON"));
@@ -374,9 +396,10 @@ std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options
     // GCOVR_EXCL_STOP
     Document feed;
     RecordReader(path, options.limits, report).read(document.object(), Place(), feed);
+    checkPrices(feed, path, report);
     checkPrinter(feed, document.object().value(QLatin1String("peripherals")), path, report);
     if (feed.networkEntry)
-        checkNetwork(*feed.networkEntry,
+        checkNetwork(*feed.networkEntry, feed.products,
                      document.object().value(QLatin1String("network")).toObject(), path, report);
     if (report.hasProblems()) {
         completeProblems(*text, report.keptProblems());
@@ -386,6 +409,7 @@ std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options
         feed.supportedPassengerTypes = passengerTypesOf(feed.products);
     if (feed.networkEntry)
         feed.network = toNetwork(*feed.networkEntry);
+    feed.tariff = tariffOf(feed);
     noticeUnknownTypes(feed, path, report);
     return std::move(static_cast<Feed&>(feed));
 }

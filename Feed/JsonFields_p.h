@@ -25,11 +25,17 @@ constexpr FieldRule dateRule =
 /// Identifiers of the network are positive, so that everybody knows a stop, route or trip by its
 /// own number; 0 = could not be read.
 constexpr FieldRule networkIdRule = required.within(1, std::numeric_limits<int>::max());
+constexpr FieldRule networkIdsRule = optional.within(networkIdRule.min, networkIdRule.max);
 
 constexpr FieldRule sharpColorRule =
     optional.satisfying(isSharpColor, R"(a colour such as "#1657BA")");
 constexpr FieldRule timeRule =
     optional.satisfying(isTime, R"(a time such as "08:05:00" or "25:10:00")");
+constexpr FieldRule timeOfDayRule =
+    optional.satisfying(isTimeOfDay, R"(a time from "00:00:00" to "24:00:00")");
+constexpr FieldRule dayDateRule = optional.satisfying(isIsoDate, R"(a date such as "2024-05-31")");
+constexpr FieldRule dayRule = optional.within(1, 7);
+constexpr FieldRule mediumRule = optional.within(0, 4);
 constexpr FieldRule latitudeRule = optional.within(-90, 90);
 constexpr FieldRule longitudeRule = optional.within(-180, 180);
 
@@ -145,6 +151,23 @@ struct Fields<FeedProduct>
         Field{"fareDiscount", &R::fareDiscount, discountRule},
         Field{"isDaily", &R::isDaily, optional},
         Field{"pos", &R::pos, optional},
+        Field{"validZones", &R::validZones, networkIdsRule},
+        Field{"validRoutes", &R::validRoutes, networkIdsRule},
+        Field{"validMedia", &R::validMedia, mediumRule},
+        Field{"validTimes", &R::validTimes, optional},
+    };
+};
+
+template <>
+struct Fields<FeedTime>
+{
+    using R = FeedTime;
+    static constexpr std::tuple table{
+        Field{"days", &R::days, dayRule},
+        Field{"begin", &R::begin, timeOfDayRule},
+        Field{"end", &R::end, timeOfDayRule},
+        Field{"firstDate", &R::firstDate, dayDateRule},
+        Field{"lastDate", &R::lastDate, dayDateRule},
     };
 };
 
@@ -275,7 +298,7 @@ struct Fields<StopEntry>
         Field{"name", &R::name, required},
         Field{"latitude", &R::latitude, latitudeRule.beside("longitude")},
         Field{"longitude", &R::longitude, longitudeRule.beside("latitude")},
-        Field{"zones", &R::zones, optional},
+        Field{"zones", &R::zones, networkIdsRule},
     };
 };
 

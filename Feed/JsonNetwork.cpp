@@ -4,7 +4,8 @@
 #include "JsonFields_p.h"
 
 #include <QJsonArray>
-#include <QSet>
+
+#include <set>
 
 namespace rivo::feed
 {
@@ -19,7 +20,7 @@ template <class Id>
 struct Ids
 {
     const char* list;
-    QSet<Id> known;
+    std::set<Id> known;
     bool isJudged; ///< the list is there and could be read
 };
 
@@ -45,7 +46,7 @@ public:
     {
     }
 
-    void check(const NetworkEntry& network)
+    void check(const NetworkEntry& network, const QVector<FeedProduct>& products)
     {
         const auto zones = define("zones", network.zones, &NetworkZone::number);
         const auto stops = define("stops", network.stops, &StopEntry::id);
@@ -68,6 +69,10 @@ public:
                     return pointerTo("trips", i, "stopTimes/") + QStringLiteral("%1/stopId").arg(j);
                 });
         }
+        for (int i = 0; i < products.size(); ++i) {
+            referAll(zones, products.at(i).validZones, i, "validZones");
+            referAll(routes, products.at(i).validRoutes, i, "validRoutes");
+        }
     }
 
 private:
@@ -79,10 +84,8 @@ private:
         Ids<Id> ids{list, {}, value.isArray() && given == entries.size()};
         for (int i = 0; i < entries.size(); ++i) {
             const Id& own = entries.at(i).*id;
-            if (ids.known.contains(own))
+            if (isGiven(own) && !ids.known.insert(own).second)
                 problem(pointerTo(list, i, "id"), found(own), QStringLiteral("each id once"));
-            if (isGiven(own))
-                ids.known.insert(own);
         }
         return ids;
     }
@@ -91,9 +94,20 @@ private:
     template <class Id, class Pointer>
     void refer(const Ids<Id>& ids, const Id& id, const Pointer& pointer)
     {
-        if (ids.isJudged && isGiven(id) && !ids.known.contains(id))
+        if (ids.isJudged && isGiven(id) && ids.known.count(id) == 0)
             problem(pointer(), found(id),
                     QLatin1String("an id of /network/") + QLatin1String(ids.list));
+    }
+
+    void referAll(const Ids<int>& ids, const QVector<int>& numbers, int product, const char* key)
+    {
+        for (int i = 0; i < numbers.size(); ++i)
+            refer(ids, numbers.at(i), [&] {
+                return QStringLiteral("/products/%1/%2/%3")
+                    .arg(product)
+                    .arg(QLatin1String(key))
+                    .arg(i);
+            });
     }
 
     void problem(const QString& pointer, const QString& value, const QString& expected)
@@ -114,21 +128,20 @@ NetworkStop toStop(const StopEntry& entry)
     stop.name = entry.name;
     stop.latitude = entry.latitude;
     stop.longitude = entry.longitude;
-    QSet<int> known;
+    std::set<int> known;
     for (const int zone : entry.zones) {
-        if (!known.contains(zone))
+        if (known.insert(zone).second)
             stop.areas.append(zone);
-        known.insert(zone);
     }
     return stop;
 }
 
 } // namespace
 
-void checkNetwork(const NetworkEntry& network, const QJsonObject& object, const QString& file,
-                  FeedReport& report)
+void checkNetwork(const NetworkEntry& network, const QVector<FeedProduct>& products,
+                  const QJsonObject& object, const QString& file, FeedReport& report)
 {
-    Checker(object, file, report).check(network);
+    Checker(object, file, report).check(network, products);
 }
 
 Network toNetwork(const NetworkEntry& entry)

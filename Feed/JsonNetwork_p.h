@@ -15,10 +15,11 @@ namespace json
 struct NetworkEntry;
 }
 
-/// Reports identifiers that a list defines twice, and references to what no list defines. `object`
-/// is what `network` was read from: references to a list that it does not have are not judged.
-void checkNetwork(const json::NetworkEntry& network, const QJsonObject& object, const QString& file,
-                  FeedReport& report);
+/// Reports identifiers that a list defines twice, and references of the network and the products to
+/// what no list defines. `object` is what `network` was read from: references to a list that it
+/// does not have are not judged.
+void checkNetwork(const json::NetworkEntry& network, const QVector<FeedProduct>& products,
+                  const QJsonObject& object, const QString& file, FeedReport& report);
 
 Network toNetwork(const json::NetworkEntry& entry);
 

@@ -5,10 +5,10 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSet>
 
 #include <cstring>
 #include <limits>
+#include <set>
 
 namespace rivo::feed
 {
@@ -55,7 +55,7 @@ public:
         m_file = file;
     }
 
-    void findLines(QHash<QString, int>& lines) { m_lines = &lines; }
+    void findLines(std::map<QString, int>& lines) { m_lines = &lines; }
 
 private:
     /// '\0' at the end of the text.
@@ -120,7 +120,7 @@ private:
     {
         if (take('}'))
             return true;
-        QSet<QString> keys;
+        std::set<QString> keys;
         do {
             skipBlanks();
             if (!member(keys))
@@ -132,7 +132,7 @@ private:
         return true;
     }
 
-    bool member(QSet<QString>& keys)
+    bool member(std::set<QString>& keys)
     {
         const int start = m_position;
         if (peek() != '"')
@@ -143,9 +143,7 @@ private:
         if (key.size() > m_limits.textLength)
             return fail(QStringLiteral("keys of at most %1 characters").arg(m_limits.textLength));
         const int outer = enter(key);
-        const int before = keys.size();
-        keys.insert(key);
-        if (keys.size() == before)
+        if (!keys.insert(key).second)
             add({m_file, m_line, 0, m_pointer, key, QStringLiteral("given twice"),
                  QStringLiteral("each key of an object once")});
         noteLine();
@@ -260,8 +258,8 @@ private:
         if (!m_lines)
             return;
         const auto line = m_lines->find(m_pointer);
-        if (line != m_lines->end() && *line == 0)
-            *line = m_line;
+        if (line != m_lines->end() && line->second == 0)
+            line->second = m_line;
     }
 
     bool fail(const QString& expected)
@@ -289,7 +287,7 @@ private:
     const QByteArray& m_text;
     const FeedLimits m_limits;
     FeedReport* m_report = nullptr;
-    QHash<QString, int>* m_lines = nullptr;
+    std::map<QString, int>* m_lines = nullptr;
     QString m_file;
     QString m_pointer;
     int m_position = 0;
@@ -309,7 +307,7 @@ bool checkJson(const QByteArray& text, const QString& file, const FeedLimits& li
     return scanner.scan();
 }
 
-void findJsonLines(const QByteArray& text, QHash<QString, int>& lines)
+void findJsonLines(const QByteArray& text, std::map<QString, int>& lines)
 {
     FeedLimits limits;
     limits.jsonDepth = std::numeric_limits<int>::max();

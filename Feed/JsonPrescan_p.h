@@ -3,8 +3,9 @@
 #include "FeedOptions.h"
 
 #include <QByteArray>
-#include <QHash>
 #include <QString>
+
+#include <map>
 
 namespace rivo::feed
 {
@@ -22,7 +23,7 @@ bool checkJson(const QByteArray& text, const QString& file, const FeedLimits& li
 /// Sets, for every JSON pointer that is a key of `lines`, the line at which its value begins (for
 /// a member of an object: its key). Pointers to nothing keep their value. For texts that checkJson
 /// has walked through.
-void findJsonLines(const QByteArray& text, QHash<QString, int>& lines);
+void findJsonLines(const QByteArray& text, std::map<QString, int>& lines);
 
 /// `key` as one token of a JSON pointer, with the leading slash.
 QString jsonPointerToken(const QString& key);

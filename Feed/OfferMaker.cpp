@@ -65,7 +65,7 @@ QVector<Offer> OfferMaker::withoutAreas(int product) const
             const QString name =
                 price.name.isEmpty() ? m_tariff.productIds.text(product) : price.name;
             offers.append(
-                {sold.at(i), {name, product, price.category, {}, price.amount, -1, -1, false}});
+                {sold.at(i), {name, product, price.category, {}, price.amount, -1, -1, false, -1}});
         }
         if (price.medium >= 0)
             offers.last().second.media.append(price.medium);

@@ -86,6 +86,17 @@ private:
 
 } // namespace
 
+QVector<FeedProduct> productsOf(const Feed& feed, const QVector<Offer>& offers)
+{
+    if (feed.tariff->form != Tariff::Form::OwnValidity)
+        return productsOf(*feed.tariff, offers);
+    QVector<FeedProduct> products;
+    products.reserve(offers.size());
+    for (const Offer& offer : offers)
+        products.append(feed.products.at(offer.entry));
+    return products;
+}
+
 QVector<FeedProduct> productsOf(const Tariff& tariff, const QVector<Offer>& offers)
 {
     return Maker(tariff).make(offers);

@@ -11,9 +11,6 @@ namespace
 
 const QPair<int, int> anywhere(-1, -1);
 
-/// How far a rule came. A product is left out for what its best rule did not reach.
-enum class Stage { Network, Area, Timeframe, Priority, Counts };
-
 LeftOutReason reasonOf(Stage stage)
 {
     switch (stage) {
@@ -270,16 +267,21 @@ void unifyAreas(ProductVerdict& verdict)
     verdict.areas = distinct;
 }
 
+QVector<Stage> stagesOfRules(const Tariff& tariff, const Rides& rides, const QDateTime& at)
+{
+    return RuleChoice(tariff, rides, at).stages();
+}
+
 ProductVerdicts judgeProducts(const Tariff& tariff, const OfferMaker& maker, const Rides& rides,
                               const QDateTime& at)
 {
     ProductVerdicts verdicts = verdictsWithoutRules(tariff, maker);
-    const RuleChoice choice(tariff, rides, at);
+    const QVector<Stage> stages = stagesOfRules(tariff, rides, at);
     QVector<Stage> best(tariff.products.size(), Stage::Network);
     for (int i = 0; i < tariff.rules.size(); ++i) {
         const TariffRule& rule = tariff.rules.at(i);
-        best[rule.product] = qMax(best.at(rule.product), choice.stages().at(i));
-        if (choice.stages().at(i) == Stage::Counts)
+        best[rule.product] = qMax(best.at(rule.product), stages.at(i));
+        if (stages.at(i) == Stage::Counts)
             addAreas(verdicts[rule.product], rule);
     }
     for (int product = 0; product < verdicts.size(); ++product) {

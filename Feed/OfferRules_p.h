@@ -11,6 +11,12 @@
 namespace rivo::feed
 {
 
+/// How far a rule of Fares V2 came. A product is left out for what its best rule did not reach.
+enum class Stage { Network, Area, Timeframe, Priority, Counts };
+
+/// The stages of all rules, by rule.
+QVector<Stage> stagesOfRules(const Tariff& tariff, const Rides& rides, const QDateTime& at);
+
 /// What the rules say of one product.
 struct ProductVerdict
 {
@@ -55,5 +61,9 @@ ProductVerdicts judgeFares(const Tariff& tariff, const OfferMaker& maker, const 
 
 /// Every product as if all its rules counted.
 ProductVerdicts areasOfProducts(const Tariff& tariff, const OfferMaker& maker);
+
+/// The products that say themselves where they are sold.
+OfferList offersOfOwnValidity(const Tariff& tariff, const Rides& rides, const OfferQuery& query);
+OfferList everythingOfOwnValidity(const Tariff& tariff);
 
 } // namespace rivo::feed

@@ -21,9 +21,11 @@ struct Asked
 /// What the query names, by number; errors name what the feed does not have.
 Asked numbersOf(const Tariff& tariff, const OfferQuery& query, QStringList& errors)
 {
+    // A feed without a network knows no place.
+    const bool isAnyKnown = tariff.form == Tariff::Form::OwnValidity && tariff.stopIds.size() == 0;
     const auto find = [&](const IdTable& ids, const QString& id, const char* what) {
         const int number = ids.find(id);
-        if (number < 0)
+        if (number < 0 && !isAnyKnown)
             errors.append(QStringLiteral("unknown %1 %2").arg(QLatin1String(what), quoted(id)));
         return number;
     };
@@ -69,6 +71,8 @@ OfferList offersOf(const Tariff& tariff, const OfferQuery& query)
     if (!list.errors.isEmpty())
         return list;
     const Rides rides = ridesOf(tariff, asked.route, asked.stop, asked.to);
+    if (tariff.form == Tariff::Form::OwnValidity)
+        return offersOfOwnValidity(tariff, rides, query);
     const OfferMaker maker(tariff, query.media);
     return tariff.form == Tariff::Form::Older
                ? listOf(maker, judgeFares(tariff, maker, rides))
@@ -77,6 +81,8 @@ OfferList offersOf(const Tariff& tariff, const OfferQuery& query)
 
 OfferList everythingSold(const Tariff& tariff, const QVector<int>& media)
 {
+    if (tariff.form == Tariff::Form::OwnValidity)
+        return everythingOfOwnValidity(tariff);
     const OfferMaker maker(tariff, media);
     return listOf(maker, areasOfProducts(tariff, maker));
 }

@@ -18,6 +18,7 @@ struct OfferQuery
     QDateTime at;             ///< local time of the operator
     QString to;               ///< destination; empty = any stop that the route reaches
     QVector<int> media{0, 1}; ///< types of media that are sold; see TariffMedium
+    bool withExpired = false; ///< also what is no longer valid, for showing it
 };
 
 /// A ticket that may be sold. Numbers are those of the tariff; -1 = none.
@@ -31,6 +32,7 @@ struct Offer
     int fromArea = -1;  ///< as the rule states it
     int toArea = -1;
     bool isPass = false; ///< sold everywhere
+    int entry = -1;      ///< of Feed::products, if they say themselves where they are sold
 };
 
 /// Why a product has no offer.

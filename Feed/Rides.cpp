@@ -30,13 +30,12 @@ Rides ridesOf(const Tariff& tariff, int route, int from, int to)
 {
     if (to >= 0)
         return {route, from, {to}};
-    const TariffRoute& record = tariff.routes.at(route);
-    if (!record.hasTrips)
+    if (route < 0 || !tariff.routes.at(route).hasTrips)
         return {route, from, allPlatforms(tariff)};
     QVector<int> behind; // the stop
     QVector<int> all;
     bool isVisited = false;
-    for (const QVector<int>& run : record.runs) {
+    for (const QVector<int>& run : tariff.routes.at(route).runs) {
         all += run;
         const auto stop = std::find(run.begin(), run.end(), from);
         if (stop == run.end())

@@ -16,15 +16,17 @@ bool TariffService::runsOn(QDate date) const
            (days >> (date.dayOfWeek() - 1) & 1) == 1;
 }
 
-bool Tariff::holds(int number, const QDate& date, int seconds) const
+bool Tariff::holds(const QVector<TariffSpan>& spans, const QDate& date, int seconds) const
 {
-    if (number < 0)
-        return true;
-    const QVector<TariffSpan>& spans = times.at(number).spans;
     return std::any_of(spans.begin(), spans.end(), [&](const TariffSpan& span) {
         return span.begin <= seconds && seconds < span.end &&
                (span.service < 0 || services.at(span.service).runsOn(date));
     });
+}
+
+bool Tariff::holds(int number, const QDate& date, int seconds) const
+{
+    return number < 0 || holds(times.at(number).spans, date, seconds);
 }
 
 } // namespace rivo::feed

@@ -122,9 +122,21 @@ struct TariffFault
     FeedProblem problem;
 };
 
+/// Where a product of a JSON feed is sold, as it says itself. Empty lists restrict nothing.
+struct TariffValidity
+{
+    int fromArea = -1;
+    int toArea = -1;
+    QVector<int> zones;  ///< where rides begin and end; sorted
+    QVector<int> routes; ///< sorted
+    QVector<int> media;  ///< types
+    QVector<TariffSpan> times;
+    bool hasExpired = false;
+};
+
 struct Tariff
 {
-    enum class Form { FaresV2, Older };
+    enum class Form { FaresV2, Older, OwnValidity };
 
     Form form = Form::FaresV2;
     QString currency;
@@ -152,8 +164,11 @@ struct Tariff
     QVector<TariffStop> stops;          ///< by number of stopIds
     QVector<TariffRoute> routes;        ///< by number of routeIds
     QVector<TariffAgency> agencies;     ///< by number of agencyIds
+    QVector<TariffValidity> validities; ///< by number of prices; of OwnValidity alone
     QVector<TariffFault> faults;        ///< sorted by route
 
+    /// Whether one of the spans holds.
+    bool holds(const QVector<TariffSpan>& spans, const QDate& date, int seconds) const;
     /// Whether the group of times `number` holds; -1 always does.
     bool holds(int number, const QDate& date, int seconds) const;
 };

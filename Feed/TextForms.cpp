@@ -66,6 +66,12 @@ QDate gtfsDate(const QString& text)
 
 bool isGtfsDate(const QString& text) { return gtfsDate(text).isValid(); }
 
+bool isIsoDate(const QString& text)
+{
+    return text.size() == 10 && text.at(4) == QLatin1Char('-') && text.at(7) == QLatin1Char('-') &&
+           isGtfsDate(text.left(4) + text.mid(5, 2) + text.mid(8));
+}
+
 bool isDecimal(const QString& text)
 {
     const int point = text.indexOf(QLatin1Char('.'));

@@ -42,6 +42,9 @@ bool isTime(const QString& text);
 /// The same up to 24:00:00.
 bool isTimeOfDay(const QString& text);
 
+/// YYYY-MM-DD, a day that the calendar has.
+bool isIsoDate(const QString& text);
+
 /// YYYYMMDD, a day that the calendar has; an invalid date if `text` is none.
 QDate gtfsDate(const QString& text);
 bool isGtfsDate(const QString& text);

@@ -19,7 +19,7 @@ import sys
 import jsonschema
 
 BATCH = 500
-UNSEEN_BY_SCHEMA = ("expected an id of ", "expected each id once")
+UNSEEN_BY_SCHEMA = ("expected an id of ", "expected each id once", "decimals")
 
 
 def parent_of(document, pointer):

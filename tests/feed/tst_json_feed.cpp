@@ -1,6 +1,7 @@
 #include "FeedFiles.h"
 
 #include "Feed.h"
+#include "Offers.h"
 
 #include <limits>
 
@@ -197,6 +198,11 @@ private slots:
     void everyProblemInOnePass();
     void manyProblemsAreCounted();
     void manyNoticesAreCounted();
+    void prices_data();
+    void prices();
+    void validity_data();
+    void validity();
+    void offersWithoutANetwork();
     void limitsAreInclusive_data();
     void limitsAreInclusive();
     void theLimitsAre();
@@ -217,6 +223,14 @@ void JsonFeedTest::everyKeyReachesItsField()
     QCOMPARE(feed.columns, 5);
     QCOMPARE(feed.supportedPassengerTypes, QStringList({"PT_ADULT", "PT_LFS"}));
     QCOMPARE(feed.products.size(), 1);
+    const FeedProduct& restricted = feed.products.first();
+    QCOMPARE(restricted.validZones, QVector<int>({32, 31}));
+    QCOMPARE(restricted.validRoutes, QVector<int>({61}));
+    QCOMPARE(restricted.validMedia, QVector<int>({0, 4}));
+    const FeedTime& time = restricted.validTimes.first();
+    QCOMPARE(time.days, QVector<int>({1, 7}));
+    QCOMPARE(QStringList({time.begin, time.end, time.firstDate, time.lastDate}).join(' '),
+             QString("06:00:00 18:30:00 2024-05-31 2026-12-31"));
     QCOMPARE(dump(feed.products.first()),
              QStringLiteral("11|Adult|PT_ADULT|qrc:/icons/one.svg|12.5|21|Single|1|31|"
                             "32|#123456|1|7.25|1|41"));
@@ -553,6 +567,19 @@ void JsonFeedTest::problems_data()
          "feed.json:5: /network/trips/0/shapeId: \"S\", expected an id of /network/shapes",
          "feed.json:6: /network/trips/0/stopTimes/1/stopId: 1, expected an id of "
          "/network/stops"});
+    row("zones and routes of a product that are unknown",
+        document(product(
+                     R"(, "validZones": [1, 2], "validRoutes": [3], "validMedia": [5],
+        "validTimes": [{"days": [0], "begin": "24:00:01", "firstDate": "2023-02-29"}])"),
+                 R"(, "network": {"zones": [{"id": 1, "name": "A"}], "routes": []})"),
+        {"feed.json:2: /products/0/validMedia/0: 5, expected an integer from 0 to 4",
+         "feed.json:2: /products/0/validZones/1: 2, expected an id of /network/zones",
+         "feed.json:2: /products/0/validRoutes/0: 3, expected an id of /network/routes",
+         "feed.json:3: /products/0/validTimes/0/days/0: 0, expected an integer from 1 to 7",
+         "feed.json:3: /products/0/validTimes/0/begin: \"24:00:01\", expected a time from "
+         "\"00:00:00\" to \"24:00:00\"",
+         "feed.json:3: /products/0/validTimes/0/firstDate: \"2023-02-29\", expected a date such as "
+         "\"2024-05-31\""});
     row("printer that is none of the peripherals", document({}, R"(, "printerId": 2,
         "peripherals": [{"id": 1, "name": "P"}, {"id": 3, "name": "R"}])"),
         {"feed.json:1: /printerId: 2, expected an id of /peripherals"});
@@ -593,7 +620,7 @@ void JsonFeedTest::problems_data()
         {"feed.json:2: /products/0/\\u001b[2J: unknown key, expected one of passengerTypeId, "
          "description, passengerTypeCode, icon, price, fareProductId, fareProductName, "
          "isReturnFee, fromStopGroupId, toStopGroupId, fareProductColor, hasExpired, "
-         "fareDiscount, isDaily, pos"});
+         "fareDiscount, isDaily, pos, validZones, validRoutes, validMedia, validTimes"});
     row("bytes that are no UTF-8, and a problem beside them",
         document(product().replace("Adult", "Ad\xFFult") + ",\n" + product(", \"pos\": 1.5") +
                  ",\n" + product().replace("Single", "\xC3")),
@@ -664,6 +691,117 @@ void JsonFeedTest::manyNoticesAreCounted()
     REQUIRE_FEED(result);
     QCOMPARE(result.notices.size(), FeedReport::maxKept);
     QCOMPARE(result.noticeLines().last(), QStringLiteral("... and 2 further notices"));
+}
+
+void JsonFeedTest::prices_data()
+{
+    QTest::addColumn<QByteArray>("currency");
+    QTest::addColumn<QByteArray>("price");
+    QTest::addColumn<QString>("problem");
+    const auto row = [](const char* currency, const char* price, const QString& problem = {}) {
+        QTest::addRow("%s %s", price, currency)
+            << QByteArray(currency) << QByteArray(price) << problem;
+    };
+    for (const char* price : {"0", "0.1", "0.29", "2.675e1", "19.99", "999999.99", "1000000"})
+        row("EUR", price);
+    row("KWD", "1.005");
+    row("EUR", "1.005", "1.005, expected a number with at most 2 decimals");
+    row("EUR", "0.30000000000000004",
+        "0.30000000000000004, expected a number with at most 2 "
+        "decimals");
+    row("JPY", "450.5", "450.5, expected a number with at most 0 decimals");
+}
+
+void JsonFeedTest::prices()
+{
+    QFETCH(QByteArray, currency);
+    QFETCH(QByteArray, price);
+    QFETCH(QString, problem);
+    const FeedResult result = loadJson(
+        document(product().replace("2.5", price),
+                 R"(, "fareProducts": [{"id": 1, "description": "D", "price": )" + price + "}]")
+            .replace("EUR", currency));
+    if (problem.isEmpty())
+        REQUIRE_FEED(result);
+    else
+        QCOMPARE(result.problemLines(),
+                 QStringList({"feed.json:1: /fareProducts/0/price: " + problem,
+                              "feed.json:2: /products/0/price: " + problem}));
+}
+
+void JsonFeedTest::validity_data()
+{
+    QTest::addColumn<QByteArray>("validity");
+    QTest::addColumn<QString>("query");  // route stop time to
+    QTest::addColumn<QString>("reason"); // or none
+    const auto row = [](const char* name, const QByteArray& validity, const QString& query,
+                        const QString& reason) {
+        QTest::newRow(name) << validity << query << reason;
+    };
+    const QString monday = "12 1 2026-03-02T12:00 ";
+    row("nothing restricts", "", monday, "");
+    row("the route", R"("validRoutes": [13, 12])", monday, "");
+    row("another route", R"("validRoutes": [13])", monday, "network");
+    row("the zones of the ride", R"("validZones": [5, 4])", monday + "2", "");
+    row("some destination is in a zone", R"("validZones": [5, 4])", monday, "");
+    row("a destination in no zone", R"("validZones": [5, 4])", monday + "3", "area");
+    row("a stop in another zone", R"("validZones": [5])", monday, "area");
+    row("the last stop", R"("validZones": [4, 5, 6])", "12 3 2026-03-02T12:00 ", "area");
+    row("a medium of the driver's", R"("validMedia": [4, 1])", monday, "");
+    row("other media", R"("validMedia": [2, 3, 4])", monday, "media");
+    row("the time of day", R"("validTimes": [{"begin": "12:00:00", "end": "12:00:01"}])", monday,
+        "");
+    row("the end is not in it", R"("validTimes": [{"end": "12:00:00"}])", monday, "timeframe");
+    row("the day", R"("validTimes": [{"days": [7, 1]}])", monday, "");
+    row("another day", R"("validTimes": [{"days": [2, 3, 4, 5, 6, 7]}])", monday, "timeframe");
+    row("one of several times", R"("validTimes": [{"days": [2]}, {"lastDate": "2026-03-02"}])",
+        monday, "");
+    row("before the first date", R"("validTimes": [{"firstDate": "2026-03-03"}])", monday,
+        "timeframe");
+    row("expired", R"("hasExpired": true)", monday, "timeframe");
+}
+
+void JsonFeedTest::validity()
+{
+    QFETCH(QByteArray, validity);
+    QFETCH(QString, query);
+    QFETCH(QString, reason);
+    const QByteArray network = R"(, "network": {
+        "zones": [{"id": 4, "name": "A"}, {"id": 5, "name": "B"}, {"id": 6, "name": "C"}],
+        "stops": [{"id": 1, "name": "a", "zones": [4]}, {"id": 2, "name": "b", "zones": [5]},
+                  {"id": 3, "name": "c", "zones": [6]}],
+        "routes": [{"id": 12}, {"id": 13}],
+        "trips": [{"id": 1, "routeId": 12,
+                   "stopTimes": [{"stopId": 1}, {"stopId": 2}, {"stopId": 3}]}]})";
+    const FeedResult result =
+        loadJson(document(product(validity.isEmpty() ? QByteArray() : ", " + validity), network));
+    REQUIRE_FEED(result);
+    const QStringList words = query.split(' ');
+    OfferQuery asked{words.at(0), words.at(1), QDateTime::fromString(words.at(2), Qt::ISODate),
+                     words.at(3), {0, 1},      false};
+    const OfferList list = offersOf(*result.feed->tariff, asked);
+    QCOMPARE(list.errors, QStringList());
+    QCOMPARE(list.offers.size() + list.leftOut.size(), 1);
+    QCOMPARE(list.leftOut.isEmpty() ? QString() : reasonText(list.leftOut.first().reason), reason);
+    if (reason.isEmpty()) {
+        QCOMPARE(list.offers.first().amount, qint64(250));
+        QCOMPARE(list.offers.first().entry, 0);
+    }
+    asked.withExpired = true;
+    QCOMPARE(offersOf(*result.feed->tariff, asked).offers.size(),
+             reason.isEmpty() || validity.contains("hasExpired") ? 1 : 0);
+    asked.stop = "9";
+    QCOMPARE(offersOf(*result.feed->tariff, asked).errors, QStringList("unknown stop \"9\""));
+}
+
+void JsonFeedTest::offersWithoutANetwork()
+{
+    const FeedResult result = loadJson(document(product(R"(, "validRoutes": [12])")));
+    REQUIRE_FEED(result);
+    OfferQuery query{"12", "1", QDateTime::currentDateTime(), {}, {0, 1}, false};
+    QCOMPARE(offersOf(*result.feed->tariff, query).offers.size(), 1);
+    query.route = "13";
+    QCOMPARE(offersOf(*result.feed->tariff, query).offers.size(), 0);
 }
 
 void JsonFeedTest::limitsAreInclusive_data()

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Feed.h"
+
+#include <memory>
+
+namespace rivo::feed
+{
+
+/// Where and when the products of a JSON feed are sold, as they say themselves.
+std::shared_ptr<const Tariff> tariffOf(const Feed& feed);
+
+} // namespace rivo::feed
