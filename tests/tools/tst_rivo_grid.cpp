@@ -74,6 +74,8 @@ private slots:
     void golden_data();
     void golden();
     void queries();
+    void aProductInSentences();
+    void productsOfAJsonFeedNarrowToo();
     void offersOfWhatIsUnknown();
     void aRealFeed();
     void theFeedOfZakroczymIfThatIsTheRealOne();
@@ -155,6 +157,13 @@ void TestRivoGrid::wrongCommandLine_data()
                            "2026-03-02T08:15",
                            QString("--media=") + media}
             << QByteArray("--media: \"") + media + "\", expected types from 0 to 4, such as 0,1";
+    QTest::newRow("why without a product")
+        << QStringList{"why", "f"} << QByteArray("--product: missing");
+    QTest::newRow("a product for a grid")
+        << QStringList{"f", "--product", "p"} << QByteArray("--product: only for why");
+    QTest::newRow("check of one stop")
+        << QStringList{"check", "f", "--route", "1", "--stop", "1", "--at", "2026-03-02T08:15"}
+        << QByteArray("check judges the whole feed, not one stop");
     QTest::newRow("queries for a grid")
         << QStringList{"f", "--queries", "q"} << QByteArray("--queries: only for offers");
     QTest::newRow("offers as CSV")
@@ -228,6 +237,10 @@ void TestRivoGrid::golden_data()
     QTest::newRow("offers, as JSON")
         << QStringList{"offers", lake, "--format", "json", "--to", "200"} + there
         << "gtfs-lakeside.offers.json";
+    QTest::newRow("GTFS fares of a stop, printed")
+        << QStringList{lake} + there << "gtfs-lakeside.stop.txt";
+    QTest::newRow("a product, explained")
+        << QStringList{"why", lake, "--product", "single_12"} + there << "gtfs-lakeside.why.txt";
     QTest::newRow("GTFS fares, as CSV")
         << QStringList{lake, "--format", "csv"} << "gtfs-lakeside.csv";
 }
@@ -283,6 +296,49 @@ void TestRivoGrid::queries()
                  answers.at(i));
     QCOMPARE(offersIn(answers.at(5)), 7);
     QCOMPARE(runner.run({"offers", lake, "--queries", "none"}).exitCode, 2);
+}
+
+void TestRivoGrid::aProductInSentences()
+{
+    const ToolRunner runner(RIVO_GRID);
+    const QString lake = QStringLiteral(TEST_FEEDS "/gtfs-lakeside");
+    const auto why = [&](const QString& product, const QStringList& more = {}) {
+        return runner.run(QStringList{"why", lake, "--product", product} + more);
+    };
+    QCOMPARE(why("monthly").output,
+             QByteArray("It costs 120.00 PLN for anyone on Monthly card (1), a paper ticket.\n"
+                        "No rule is about it: it is a pass, sold everywhere.\n"));
+    const QStringList there{"--route", "L1", "--stop", "100", "--at", "2026-03-02T08:15"};
+    QVERIFY(why("monthly", there + QStringList{"--media", "4"})
+                .output.endsWith("At stop 100 of route L1 it is not sold: it is on media that are "
+                                 "not sold here.\n"));
+    const Outcome unknown = why("none");
+    QCOMPARE(unknown.exitCode, 2);
+    QVERIFY2(unknown.messages.contains("unknown fare product \"none\""), unknown.messages);
+    QCOMPARE(why("monthly", {"--route", "X", "--stop", "100", "--at", "2026-03-02T08:15"}).exitCode,
+             2);
+}
+
+void TestRivoGrid::productsOfAJsonFeedNarrowToo()
+{
+    const ToolRunner runner(RIVO_GRID);
+    QJsonObject elsewhere = product(2, 2);
+    elsewhere.insert("validRoutes", QJsonArray{13});
+    QJsonObject expired = product(3, 3);
+    expired.insert("hasExpired", true);
+    const QString feed = writeFeed(runner, {product(1, 1), elsewhere, expired}, 1);
+    const QStringList there{"--route", "12", "--stop", "1", "--at", "2026-03-02T08:15"};
+    QCOMPARE(positionsOf(runner.run({feed, "--format", "json"}).output), QVector<int>({1, 2, 3}));
+    const Outcome grid = runner.run(QStringList{feed, "--format", "json"} + there);
+    QVERIFY(!grid.output.contains("\"fareProductId\": 2"));
+    QVERIFY(grid.output.contains("\"fareProductId\": 3"));
+    const QJsonObject offers =
+        QJsonDocument::fromJson(
+            runner.run(QStringList{"offers", feed, "--format", "json"} + there).output)
+            .object();
+    QCOMPARE(offers.value("offers").toArray().size(), 1);
+    QCOMPARE(offers.value("leftOut").toArray().at(0).toObject().value("reason").toString(),
+             QString("network"));
 }
 
 void TestRivoGrid::offersOfWhatIsUnknown()

@@ -3,6 +3,9 @@
 #include "OfferWriter.h"
 #include "QueryText.h"
 
+#include <Explanation.h>
+#include <OfferProducts.h>
+#include <PassengerTypes.h>
 #include <ProgramStart.h>
 #include <StandardOutput.h>
 #include <ToolProgram.h>
@@ -47,6 +50,14 @@ int answerQueries(const QString& path, const Tariff& tariff)
     return hasFailed ? BadInput : Done;
 }
 
+/// False after reporting why the query has no answer.
+bool isAnswer(const OfferList& list)
+{
+    for (const QString& error : list.errors)
+        reportFailure(error);
+    return list.errors.isEmpty();
+}
+
 } // namespace
 
 int printOffers(const GridOptions& options, const Feed& feed)
@@ -54,12 +65,41 @@ int printOffers(const GridOptions& options, const Feed& feed)
     if (!options.queriesFile.isEmpty())
         return answerQueries(options.queriesFile, *feed.tariff);
     const OfferList list = offersOf(*feed.tariff, *options.query);
-    for (const QString& error : list.errors)
-        reportFailure(error);
-    if (!list.errors.isEmpty())
+    if (!isAnswer(list))
         return BadInput;
     const QByteArray text = options.format == OutputFormat::Json
                                 ? QJsonDocument(offersAsJson(*feed.tariff, list)).toJson()
                                 : offersAsText(feed, list);
     return writeToStandardOutput(text) ? Done : BadInput;
+}
+
+int explainProduct(const GridOptions& options, const Feed& feed)
+{
+    const QStringList sentences = explained(*feed.tariff, options.product, options.query);
+    if (sentences.isEmpty()) {
+        reportFailure(QStringLiteral("unknown fare product %1").arg(quoted(options.product)));
+        return BadInput;
+    }
+    if (options.query && !isAnswer(offersOf(*feed.tariff, *options.query)))
+        return BadInput;
+    return writeToStandardOutput((sentences.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8())
+               ? Done
+               : BadInput;
+}
+
+bool narrow(const GridOptions& options, Feed& feed)
+{
+    const bool isOfOwnValidity = feed.tariff->form == Tariff::Form::OwnValidity;
+    if (isOfOwnValidity && !options.query)
+        return true;
+    OfferQuery query = options.query.value_or(OfferQuery());
+    query.withExpired = true;
+    const OfferList list =
+        options.query ? offersOf(*feed.tariff, query) : everythingSold(*feed.tariff);
+    if (!isAnswer(list))
+        return false;
+    feed.products = productsOf(feed, list.offers);
+    if (!isOfOwnValidity)
+        feed.supportedPassengerTypes = passengerTypesOf(feed.products);
+    return true;
 }

@@ -46,9 +46,15 @@ int main(int argc, char* argv[])
     const std::optional<GridOptions> options = parseCommandLine(QCoreApplication::arguments());
     if (!options)
         return BadInput;
-    const std::optional<rivo::feed::Feed> feed = readFeed(options->feed, options->reading);
+    std::optional<rivo::feed::Feed> feed = readFeed(options->feed, options->reading);
     if (!feed)
         return BadInput;
-    return options->command == GridCommand::Offers ? printOffers(*options, *feed)
-                                                   : run(*options, *feed);
+    switch (options->command) {
+    case GridCommand::Offers:
+        return printOffers(*options, *feed);
+    case GridCommand::Why:
+        return explainProduct(*options, *feed);
+    default:
+        return narrow(*options, *feed) ? run(*options, *feed) : BadInput;
+    }
 }
