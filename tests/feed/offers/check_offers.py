@@ -1,15 +1,21 @@
 #!/usr/bin/env python3
-"""Compares what a program says that a bus may sell with the written cases.
+"""Compares what a program says that a bus may sell with the oracle.
 
-    check_offers.py PROGRAM [--cases FILE]
+    check_offers.py PROGRAM [--feeds N] [--seed S] [--queries Q] [--batch] [--jobs J]
+    check_offers.py PROGRAM --cases [FILE]
 
-PROGRAM is run as
+The first form makes random feeds and queries; feed number i has the seed S + i. A feed with a difference is kept. The
+second form uses the written cases. PROGRAM is run as
 
     PROGRAM offers FOLDER --route R --stop S --at T [--to D] [--media TYPE,TYPE...] --format json
+
+or with --batch once for all queries of a feed as PROGRAM offers FOLDER --queries FILE --format json, where FILE has one
+JSON object with route, stop, at and, if given, to and media per line, and the output has one JSON object per line.
 """
 
 import argparse
 import json
+import multiprocessing
 import os
 import pathlib
 import shlex
@@ -18,6 +24,10 @@ import subprocess
 import sys
 import tempfile
 
+import feed_generator
+import offers_oracle
+
+SHOWN = 5
 TIMEOUT_S = 60
 KEYS = ("fare_product_id", "rider_category_id", "fare_media_ids", "from_area_id", "to_area_id", "amount", "kind")
 CASES = pathlib.Path(__file__).with_name("cases.json")
@@ -105,7 +115,27 @@ def ask(program, folder, query):
     return parsed(output_of(program, command_of(folder, query)))
 
 
-# ------------------------------------------------------------------------------------------------------- written cases
+def ask_all(program, folder, queries):
+    """The answers to the queries from one run."""
+    file = pathlib.Path(f"{folder}.queries")
+    file.write_text("".join(json.dumps(query, ensure_ascii=False) + "\n" for query in queries), encoding="utf-8")
+    output = output_of(program, ["offers", str(folder), "--queries", str(file), "--format", "json"])
+    answers = [parsed(line) for line in output.splitlines() if line.strip()]
+    if len(answers) != len(queries):
+        raise Failure(f"{len(answers)} answers to {len(queries)} queries")
+    return answers
+
+
+# -------------------------------------------------------------------------------------------------------- random feeds
+
+
+def expectation(feed, query):
+    """The answer of the oracle and the acceptable reasons, or None and the fault."""
+    try:
+        asked = offers_oracle.Query(**query)
+        return offers_oracle.answer(feed, asked), offers_oracle.acceptable_reasons(feed, asked)
+    except offers_oracle.Fault as fault:
+        return None, str(fault)
 
 
 def judge(get_answer, expected, acceptable):
@@ -117,6 +147,64 @@ def judge(get_answer, expected, acceptable):
     except Failure as failure:
         return [str(failure)]
     return [f"a fault was expected: {acceptable}"] if expected is None else differences(found, expected, acceptable)
+
+
+def report(seed, folder, query, wrong, program):
+    lines = [f"feed with seed {seed}, kept in {folder}", "  " + shlex.join([*program, *command_of(folder, query)])]
+    return "\n".join(lines + [f"    {line}" for line in wrong])
+
+
+def check_feed(job):
+    """The counts of the queries that passed and failed, and the reports of these."""
+    program, seed, count, batch, parent = job
+    made = feed_generator.make_feed(seed)
+    folder = pathlib.Path(parent) / f"feed-{seed}"
+    made.write(folder)
+    queries = feed_generator.queries(made, count)
+    try:
+        feed = offers_oracle.Feed(folder)
+        expected = [expectation(feed, query) for query in queries]
+    except offers_oracle.Fault as fault:
+        # One query is enough to see that the program refuses the feed.
+        queries, expected = queries[:1], [(None, f"{fault} ({made.fault})")]
+    answers = {}
+    if batch:
+        sound = [number for number, (answer, _) in enumerate(expected) if answer is not None]
+        try:
+            found = ask_all(program, folder, [queries[number] for number in sound]) if sound else []
+            answers = dict(zip(sound, found))
+        except (Failure, Refusal) as failure:
+            return 0, len(queries), [report(seed, folder, queries[0], [f"batch: {failure}"], program)]
+    passed, reports = 0, []
+    for number, (query, (answer, acceptable)) in enumerate(zip(queries, expected)):
+        get_answer = (lambda: answers[number]) if number in answers else (lambda: ask(program, folder, query))
+        wrong = judge(get_answer, answer, acceptable)
+        passed += not wrong
+        if wrong:
+            reports.append(report(seed, folder, query, wrong, program))
+    if not reports:
+        shutil.rmtree(folder)
+        pathlib.Path(f"{folder}.queries").unlink(missing_ok=True)
+    return passed, len(reports), reports
+
+
+def check_feeds(program, options):
+    parent = tempfile.mkdtemp(prefix="check_offers.")
+    jobs = [(program, options.seed + number, options.queries, options.batch, parent) for number in range(options.feeds)]
+    passed, failed, shown = 0, 0, 0
+    with multiprocessing.Pool(options.jobs) as pool:
+        for good, bad, reports in pool.imap_unordered(check_feed, jobs, chunksize=4):
+            passed += good
+            failed += bad
+            for text in reports[:max(0, SHOWN - shown)]:
+                print(text, flush=True)
+                shown += 1
+    if not failed:
+        shutil.rmtree(parent)
+    return passed, failed
+
+
+# ------------------------------------------------------------------------------------------------------- written cases
 
 
 def write_case(folder, case):
@@ -153,12 +241,17 @@ def check_cases(program, file):
 
 
 def main(arguments):
-    parser = argparse.ArgumentParser(description="Compares the offers of a program with the written cases.")
+    parser = argparse.ArgumentParser(description="Compares the offers of a program with those of the oracle.")
     parser.add_argument("program", metavar="PROGRAM", help="may have arguments of its own")
-    parser.add_argument("--cases", default=str(CASES), metavar="FILE", help="the written cases")
+    parser.add_argument("--feeds", type=int, default=200, help="number of random feeds")
+    parser.add_argument("--seed", type=int, default=1, help="seed of the first feed")
+    parser.add_argument("--queries", type=int, default=10, help="number of queries of each feed")
+    parser.add_argument("--batch", action="store_true", help="run the program once for each feed")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="number of processes")
+    parser.add_argument("--cases", nargs="?", const=str(CASES), metavar="FILE", help="use the written cases")
     options = parser.parse_args(arguments)
     program = shlex.split(options.program)
-    passed, failed = check_cases(program, options.cases)
+    passed, failed = check_cases(program, options.cases) if options.cases else check_feeds(program, options)
     print(f"{passed} passed, {failed} failed")
     return 1 if failed or not passed else 0
 
