@@ -35,7 +35,7 @@ public:
 private:
     void start()
     {
-        // Reporting every unquoted line end tells whether a quoted field is open after a line.
+        // A line end that is not reported lies in a quoted field, which is then still open.
         csv_init(&m_parser, CSV_STRICT | CSV_STRICT_FINI | CSV_REPALL_NL);
         csv_set_blk_size(&m_parser, 4096);
     }

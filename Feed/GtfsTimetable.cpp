@@ -150,7 +150,7 @@ private:
         }
     }
 
-    /// The number of the trip in the network; -1 if nobody wants it there.
+    /// The number of the trip in the network; -1 if the network does not keep it.
     int keepTrip(const TripRow& row, int route)
     {
         if (!m_isKept.at(route))

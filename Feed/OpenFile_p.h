@@ -10,7 +10,7 @@
 namespace rivo::feed
 {
 
-/// What tells one state of a file from a later one.
+/// What differs between one state of a file and a later one.
 class FileState
 {
 public:
