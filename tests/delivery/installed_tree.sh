@@ -76,6 +76,22 @@ step "building with pkg-config" "$compiler" "${flags[@]}" -std=c++17 -Wall -Wext
     "$source_dir/tests/delivery/consumer/main.cpp" "${use[@]}" "-Wl,-rpath,$libraries" -o "$work/consumer"
 run_consumer "$work/consumer"
 
+# The commands of the README, in a tree whose path has no blank, for a shell splits it there.
+if [ -d "$libraries/qt5/qml/Rivo/GuiCore" ]; then
+    mkdir "$work/application"
+    cp "$source_dir/tests/delivery/consumer/main.cpp" "$work/application"
+    ln -s "$tree" "$work/rivo"
+    # block LANGUAGE: prints the block of the README in that language.
+    block() { awk -v begin="\`\`\`$1" '/^```/ { inside = $0 == begin; next } inside' "$source_dir/README.md"; }
+    block qml > "$work/application/Main.qml"
+    block sh > "$work/application/commands"
+    expect "the README has commands" 3 "$(grep -cE '^(export|g\+\+|qmllint) ' "$work/application/commands")"
+    sed -i "s#/opt/rivo/lib/#$work/rivo${libraries#"$tree"}/#; s#^g++ #$compiler ${flags[*]} #" "$work/application/commands"
+    expect "the commands of the README say nothing" "" \
+        "$(cd "$work/application" && bash -eu commands 2>&1 || echo "exit code $?")"
+    run_consumer "$work/application/application"
+fi
+
 # The examples against the installed tree. They need its QML module, one of them KItemModels' too.
 if [ -d "$libraries/qt5/qml/Rivo/GuiCore" ]; then
     for example in "fleet-list=20 vehicles, the first: Bus 01 on Route 2" \
