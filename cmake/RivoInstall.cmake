@@ -25,7 +25,7 @@ function(rivo_relative_path variable from to)
 endfunction()
 
 # rivo_install(<target> COMPONENT <component> DESTINATION <folder>)
-# A program or plugin that finds our libraries wherever the tree is.
+# A program or plugin that finds our libraries wherever the tree is; a program with its manual page.
 function(rivo_install target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMPONENT;DESTINATION" "")
     rivo_relative_path(libraries "${arg_DESTINATION}" "${CMAKE_INSTALL_LIBDIR}")
@@ -33,6 +33,16 @@ function(rivo_install target)
     install(TARGETS ${target}
         RUNTIME DESTINATION "${arg_DESTINATION}" COMPONENT ${arg_COMPONENT}
         LIBRARY DESTINATION "${arg_DESTINATION}" COMPONENT ${arg_COMPONENT})
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL "EXECUTABLE")
+        set(page "${CMAKE_SOURCE_DIR}/docs/man/${target}.1")
+        set(compressed "${CMAKE_CURRENT_BINARY_DIR}/${target}.1.gz")
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${page}")
+        execute_process(COMMAND gzip -9nc "${page}"
+            OUTPUT_FILE "${compressed}" COMMAND_ERROR_IS_FATAL ANY)
+        install(FILES "${compressed}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
+            COMPONENT ${arg_COMPONENT})
+    endif()
 endfunction()
 
 # rivo_install_core()

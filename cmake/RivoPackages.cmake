@@ -175,8 +175,7 @@ if(TARGET rivo-terminal)
         EXTRA ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/conffiles
             ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postinst
             ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/prerm
-            ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postrm
-        SUPPRESS "no-manual-page [usr/bin/rivo-terminal]") # --help documents all options
+            ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postrm)
     rivo_install_kiosk()
 endif()
 if(TARGET rivo-grid)
@@ -189,7 +188,6 @@ if(TARGET rivo-grid)
         NEEDS runtime
         LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
             "libzip4 (>= 1.0)"
-        RECOMMENDS rivo-terminal
-        SUPPRESS "no-manual-page [usr/bin/rivo-grid]" "no-manual-page [usr/bin/rivo-models]")
+        RECOMMENDS rivo-terminal)
 endif()
 include(CPack)
