@@ -101,10 +101,14 @@ say() {
     if "$@"; then echo "seen: $what"; else echo "NOT seen: $what"; failures=$((failures + 1)); fi
 }
 
-# The machine that each program and library is for.
 for package in "$packages"/*.deb; do
     dpkg-deb --extract "$package" "$work/files"
 done
+protections=0
+packaging/check-hardening.sh "$work/files" > "$seen/protections.txt" || protections=$?
+say "$(paste -sd ';' "$seen/protections.txt")" test "$protections" -eq 0
+
+# The machine that each program and library is for.
 find "$work/files" -type f -print0 | xargs -0 file --brief --no-pad | grep '^ELF' |
     sed -E 's/^(ELF [^,]*, [^,]*),.*/\1/' | sort | uniq -c > "$seen/machines.txt"
 case "$architecture" in

@@ -15,7 +15,7 @@ packages_to_build_armhf="crossbuild-essential-armhf qemu-user cmake ninja-build 
 packages_to_test_armhf="python3-jsonschema"
 packages_to_package="$packages_to_run dpkg-dev file binutils"
 packages_to_test_packages="$packages_to_package mmdebstrap lintian"
-packages_for_abi="$packages_to_run binutils python3"
+packages_for_abi="$packages_to_run binutils dpkg-dev python3"
 packages_for_api="doxygen"
 packages_to_lint="clang-format clang-tidy clazy codespell cppcheck shellcheck"
 packages_for_coverage="$packages_to_test gcovr"
@@ -119,11 +119,21 @@ run_tests_in() {
 # configure_packages NAME: configures the preset for packaging in build/package-NAME, always with QML.
 # The description of the ABI needs the debug information; the packages are stripped.
 configure_packages() {
+    local link
+    link="$(debian_flags LDFLAGS)"
     configure_variant "package-$1" "$1" -DCPACK_GENERATOR=DEB \
         -DGUICORE_BUILD_QML=ON -DGUICORE_BUILD_TERMINAL=ON \
         -DGUICORE_BUILD_TESTS=OFF -DGUICORE_BUILD_BENCHMARKS=OFF -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON \
-        -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS= \
+        -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS="$(debian_flags CPPFLAGS) $(debian_flags CXXFLAGS)" \
+        -DCMAKE_EXE_LINKER_FLAGS="$link" -DCMAKE_SHARED_LINKER_FLAGS="$link" \
+        -DCMAKE_MODULE_LINKER_FLAGS="$link" \
         -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_INSTALL_RPATH=ON
+}
+
+# debian_flags NAME: the flags of Debian's own packages, with every protection, but without a mapping
+# of paths: cmake/RivoTargets.cmake has one. They are the same for amd64, arm64 and armhf.
+debian_flags() {
+    DEB_BUILD_MAINT_OPTIONS="hardening=+all reproducible=-all" dpkg-buildflags --get "$1"
 }
 
 # build_packaged_library NAME: libGuiCore.so as the packages of a preset have it; sets library to it.
