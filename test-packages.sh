@@ -108,6 +108,24 @@ protections=0
 packaging/check-hardening.sh "$work/files" > "$seen/protections.txt" || protections=$?
 say "$(paste -sd ';' "$seen/protections.txt")" test "$protections" -eq 0
 
+# same_files PACKAGE: outside the folder of the architecture, no file names an architecture.
+same_files() {
+    local files="$work/same/$1" triplet
+    triplet="$(dpkg-architecture -a"$architecture" -q DEB_HOST_MULTIARCH)"
+    mkdir -p "$work/same"
+    dpkg-deb --extract "$packages/$1"_*.deb "$files"
+    [ -d "$files/usr/lib/$triplet" ] && rm -r "$files/usr/lib/$triplet" &&
+        ! grep -rE "$triplet|$architecture" "$files"
+}
+for name in libguicore1 qml-module-rivo-guicore; do
+    say "$name: Multi-Arch: $(dpkg-deb -f "$packages/$name"_*.deb Multi-Arch)" \
+        test "$(dpkg-deb -f "$packages/$name"_*.deb Multi-Arch)" = same
+    say "$name: the same files for all architectures" same_files "$name"
+done
+dpkg-deb --control "$packages"/libguicore1_*.deb "$work/control"
+say "libguicore1: a symbols file of $(grep -c '^ ' "$work/control/symbols") symbols" \
+    grep -q '^libGuiCore.so.1 libguicore1 ' "$work/control/symbols"
+
 # The machine that each program and library is for.
 find "$work/files" -type f -print0 | xargs -0 file --brief --no-pad | grep '^ELF' |
     sed -E 's/^(ELF [^,]*, [^,]*),.*/\1/' | sort | uniq -c > "$seen/machines.txt"

@@ -16,11 +16,13 @@ endfunction()
 # rivo_debian_package(<component> <package> DESCRIPTION <line>... [SECTION <section>]
 #                     [NEEDS <component>...] [DEPENDS <package>...] [RECOMMENDS <package>...]
 #                     [LIBRARIES <package>...] [EXTRA <control file>...]
-#                     [SUPPRESS <lintian tag>...])
+#                     [SUPPRESS <lintian tag>...] [MULTIARCH_SAME])
 # DESCRIPTION: the synopsis, then the lines of the text. LIBRARIES: the packages of the libraries that
 # the binaries load. Cross builds need this list: dpkg-shlibdeps does not know the target's packages.
+# MULTIARCH_SAME: packages of several architectures may be installed beside each other, because files
+# outside the folder of the architecture are the same in each.
 function(rivo_debian_package component package)
-    cmake_parse_arguments(PARSE_ARGV 2 arg ""
+    cmake_parse_arguments(PARSE_ARGV 2 arg "MULTIARCH_SAME"
         "SECTION" "DESCRIPTION;NEEDS;DEPENDS;RECOMMENDS;LIBRARIES;EXTRA;SUPPRESS")
     string(TOUPPER "${component}" id)
     set(CPACK_COMPONENTS_ALL ${CPACK_COMPONENTS_ALL} ${component} PARENT_SCOPE)
@@ -37,6 +39,9 @@ function(rivo_debian_package component package)
     endif()
     list(JOIN arg_DEPENDS ", " depends)
     list(JOIN arg_RECOMMENDS ", " recommends)
+    if(arg_MULTIARCH_SAME) # CPack has no variable for this field before CMake 3.31
+        string(APPEND arg_SECTION "\nMulti-Arch: same")
+    endif()
     foreach(setting IN ITEMS
             "DEBIAN_${id}_PACKAGE_NAME=${package}"
             "DEBIAN_${id}_FILE_NAME=DEB-DEFAULT"
@@ -114,8 +119,10 @@ set(qt_core "libqt5core5a (>= 5.15.1)")
 set(positioning "libqt5positioning5 (>= 5.15.1)")
 
 configure_file(packaging/debian/runtime/shlibs.in packaging/shlibs @ONLY)
+# packaging/make-packages.sh makes the symbols file, from the built library.
 rivo_debian_package(runtime libguicore${PROJECT_VERSION_MAJOR}
     SECTION libs
+    MULTIARCH_SAME
     DESCRIPTION
         "list models of a ticketing terminal"
         "Qt list models for the touch screen of a ticketing terminal in a bus: the"
@@ -124,12 +131,15 @@ rivo_debian_package(runtime libguicore${PROJECT_VERSION_MAJOR}
         "libRIVO_ARM_QtLib.so with configuration, registry and logger."
     LIBRARIES ${compiler_libraries} ${qt_core} ${positioning}
     EXTRA "${CMAKE_CURRENT_BINARY_DIR}/packaging/shlibs"
+        "${CMAKE_CURRENT_BINARY_DIR}/packaging/symbols"
         "${CMAKE_SOURCE_DIR}/packaging/debian/runtime/triggers"
-    # The core library has no version in its name, so that another build can replace it. CPack adds
-    # a call of ldconfig to the trigger.
+    # The core library has no version in its name and no list of symbols, so that another build can
+    # replace it. CPack adds a call of ldconfig to the trigger.
     SUPPRESS
-        "shared-library-lacks-version usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/libRIVO_ARM_QtLib.so libRIVO_ARM_QtLib.so"
+        "shared-library-lacks-version usr/lib/*/libRIVO_ARM_QtLib.so libRIVO_ARM_QtLib.so"
+        "shared-library-symbols-not-tracked libRIVO_ARM_QtLib.so for usr/lib/*/libRIVO_ARM_QtLib.so [symbols]"
         "maintscript-calls-ldconfig [postinst]" "maintscript-calls-ldconfig [postrm]")
+# Not MULTIARCH_SAME: core/Logging.h of a 32-bit architecture demands definitions.
 rivo_debian_package(dev libguicore-dev
     SECTION libdevel
     DESCRIPTION
@@ -138,10 +148,11 @@ rivo_debian_package(dev libguicore-dev
         "(find_package(GuiCore)) and pkg-config (GuiCore)."
     NEEDS runtime
     DEPENDS "qtbase5-dev (>= 5.15)" "qtpositioning5-dev (>= 5.15)" libeasyloggingpp-dev
-    SUPPRESS "pkg-config-bad-directive -fPIC [usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/pkgconfig/GuiCore.pc]")
+    SUPPRESS "pkg-config-bad-directive -fPIC [usr/lib/*/pkgconfig/GuiCore.pc]")
 if(TARGET GuiCoreQml)
     rivo_debian_package(qml qml-module-rivo-guicore
         SECTION libs
+        MULTIARCH_SAME
         DESCRIPTION
             "list models of a ticketing terminal - QML module"
             "QML types for the models and rows of GuiCore: import Rivo.GuiCore 1.0"

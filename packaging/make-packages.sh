@@ -18,6 +18,15 @@ need_packages $packages_to_package
 configure_packages "$preset"
 quietly "Building the packages of preset $preset" cmake --build "$build"
 
+# The symbols file of the library: which release brought each symbol. check-abi.sh looks for those
+# that are missing.
+version="$(sed -n 's/^CMAKE_PROJECT_VERSION:[A-Z]*=//p' "$build/CMakeCache.txt")"
+architecture="$(sed -n 's/^set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE "\(.*\)")$/\1/p' "$build/CPackConfig.cmake")"
+released="packaging/abi/libGuiCore-$architecture.symbols"
+[ -f "$released" ] || released=/dev/null
+dpkg-gensymbols -a"$architecture" "-v$version" "-plibguicore${version%%.*}" "-I$released" -q \
+    "-e$build/lib/libGuiCore.so.$version" "-O$build/packaging/symbols"
+
 # The date of the last commit, so that the same sources give the same packages.
 SOURCE_DATE_EPOCH="$(git log -1 --format=%ct 2> /dev/null || stat -c %Y CHANGELOG.md)"
 export SOURCE_DATE_EPOCH
