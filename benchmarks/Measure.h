@@ -17,9 +17,9 @@
 // A benchmark is called Operation/who/rows, and the grid's Operation/who/products/zones. `who` is
 // "ours"; "standard", "stringlist" and "proxy" for QStandardItemModel, QStringListModel and
 // QSortFilterProxyModel over QStandardItemModel; "qml" for QML's ListModel; or "baseline", which
-// does the same work by the same contract and nothing else. "object" is the memory of a QObject
-// without fields. Every benchmark reports the seconds per row, or per operation where it is about
-// one row, as the counter `per_row`.
+// does the same work by the same contract and nothing else. "refill" clears a model of ours and
+// fills it again. "object" is the memory of a QObject without fields. Every benchmark reports the
+// seconds per row, or per operation where it is about one row, as the counter `per_row`.
 
 using Work = std::function<void(benchmark::State&)>;
 using Sizes = std::vector<std::int64_t>;
@@ -131,4 +131,5 @@ void addSorting();
 void addRemoving();
 void addGrid();
 void addViews();
+void addSyncing();
 void addMemory();

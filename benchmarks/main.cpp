@@ -91,6 +91,7 @@ int main(int argc, char* argv[])
     addRemoving();
     addGrid();
     addViews();
+    addSyncing();
     addMemory();
     registerAdded();
 

@@ -23,6 +23,7 @@ PEERS = {
     "proxy": ("QSortFilterProxyModel", "#7b3fa0"),
     "qml": ("QML ListModel", "#1c7f3e"),
     "baseline": ("baseline", "#555555"),
+    "refill": ("`clear` and append", "#555555"),
     "object": ("QObject without fields", "#555555"),
 }
 
@@ -63,6 +64,14 @@ GRID_OPERATIONS = {
     "GridByPosition": "layout by position",
     "GridByPositionInView": "the same, GridView attached",
     "GridDuplicates": "duplicate check",
+}
+SYNC_OPERATIONS = {
+    "SyncSame": "nothing is different",
+    "SyncChanged": "every tenth row has another price",
+    "SyncReplaced": "every tenth row is replaced",
+    "SyncShuffled": "all rows in no order",
+    "SyncChangedInView": "another price, GridView attached",
+    "SyncReplacedInView": "rows replaced, GridView attached",
 }
 PLOTS = {
     "append-block": ("AppendBlock", "Append rows in a block", "row"),
@@ -137,11 +146,15 @@ class Target:
         return f"{'at most' if self.at_most else 'at least'} {self.bound:g}"
 
 
-def to_baseline(text, bound, operation, sizes):
-    return Target(f"{text}, to the baseline", bound, True, [
+def ratios(text, bound, operation, sizes, who):
+    return Target(text, bound, True, [
         (f"{operation}/{size}",
-         lambda results, size=size: results.ratio(operation, "ours", "baseline", size))
+         lambda results, size=size: results.ratio(operation, "ours", who, size))
         for size in sizes])
+
+
+def to_baseline(text, bound, operation, sizes):
+    return ratios(f"{text}, to the baseline", bound, operation, sizes, "baseline")
 
 
 def growth(text, bound, operation, small, large):
@@ -166,6 +179,15 @@ TARGETS = [to_baseline(OPERATIONS[operation][0], 1.15, operation, MANY) for oper
     growth("`clear`", 2, "Clear", "1000", "100000"),
     growth("Layout by zone", 1.3, "GridByZone", "1000/20", "100000/2000"),
     growth("Layout by position", 1.3, "GridByPosition", "1000/20", "100000/2000"),
+] + [
+    # A change searches its row: with more rows, to make them all anew costs less than many changes.
+    ratios(f"RowSync, {SYNC_OPERATIONS[operation]}, to `clear` and append", bound, operation, sizes, "refill")
+    for operation, bound, sizes in [
+        ("SyncSame", 0.4, ("100", "1000", "10000")),
+        ("SyncChanged", 0.5, ("100", "1000")),
+        ("SyncReplaced", 0.6, ("100", "1000")),
+        ("SyncChangedInView", 0.5, ("100", "1000")),
+    ]
 ]
 
 
@@ -251,6 +273,11 @@ def tables(results, rows, images):
             grid_rows.append([title, thousands(size)] + [cell(results, operation, who, size)
                                                          for who in ("ours", "baseline")])
     out += table(["", "Products / zones", "GuiCore", "baseline"], grid_rows)
+    out += ["", "A model brought to a list of records, per row:", ""]
+    out += table(["", "Rows", "RowSync", "`clear` and append"],
+                 [[title, thousands(size)] + [cell(results, operation, who, size)
+                                              for who in ("ours", "refill")]
+                  for operation, title in SYNC_OPERATIONS.items() for size in results.sizes(operation)])
     out += [""]
     for name, (operation, title, unit) in PLOTS.items():
         if results.who(operation):

@@ -17,7 +17,8 @@ ROWS = ("AppendOne", "AppendBlock", "InsertFront", "ReadRoles", "Get", "CountByR
         "SortByRoleText", "SortByRoleNumber", "SortRangeByRole", "Sort", "RemoveOne", "RemoveBlock",
         "Clear", "TakeOne", "TakeBlock", "Destroy", "GridAddItem", "GridDuplicates")
 GRIDS = ("GridByZone", "GridByPosition")
-TARGETS = len(ROWS) + 1 + len(GRIDS) + 5
+SYNCS = {"SyncSame": 40.0, "SyncChanged": 50.0, "SyncReplaced": 60.0, "SyncChangedInView": 50.0}
+TARGETS = len(ROWS) + 1 + len(GRIDS) + len(SYNCS) + 5
 
 
 def all_met():
@@ -36,6 +37,10 @@ def all_met():
         values[f"{operation}/ours/1000/20"] = 160.0
         values[f"{operation}/baseline/1000/20"] = 100.0
         values[f"{operation}/ours/100000/2000"] = 208.0
+    for operation, met in SYNCS.items():
+        for size in ("100", "1000", "10000") if operation == "SyncSame" else ("100", "1000"):
+            values[f"{operation}/ours/{size}"] = met
+            values[f"{operation}/refill/{size}"] = 100.0
     return values
 
 
