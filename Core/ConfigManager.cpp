@@ -74,7 +74,7 @@ ConfigManager* ConfigManager::Private::Registry::manager(const QString& basePath
     ConfigManager* manager = m_managers.value(path);
     if (!manager) {
         manager = new ConfigManager(basePath, subFolder);
-        // Known before it reads: whoever hears of the reading may ask for it.
+        // Listed before it reads: a slot that is called while it reads may ask for it.
         m_managers.insert(path, manager);
         manager->d->configureLogging();
         if (m_follower)
@@ -102,7 +102,7 @@ void ConfigManager::Private::Registry::stopFollowing() { registry.m_follower.res
 
 void ConfigManager::Private::Registry::reloadAll() const
 {
-    // A copy: whoever hears of a change may ask for another manager.
+    // A copy: a slot that a change calls may ask for another manager.
     const QHash<QString, ConfigManager*> managers = m_managers;
     for (const ConfigManager* manager : managers)
         manager->d->reload();

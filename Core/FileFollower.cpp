@@ -15,7 +15,7 @@ namespace
 constexpr int QuietMs = 50;
 constexpr int LongestWaitMs = 500;
 
-/// Appends @p path and whatever decides where it leads: the folders above it, and for symbolic
+/// Appends @p path and everything that decides where it leads: the folders above it, and for symbolic
 /// links their targets with the folders above those. Outermost first.
 void appendWatchPoints(const QString& path, QSet<QString>* visited, QStringList* points)
 {
@@ -77,8 +77,8 @@ void FileFollower::announce()
 
 void FileFollower::watch()
 {
-    // Twice: what appears in a folder before its watch is up is found by looking again, what
-    // appears later is told by that watch.
+    // Twice: the second look finds what appeared in a folder before its watch was up; the watch
+    // reports what appears later.
     for (int round = 0; round < 2; ++round) {
         const QStringList watched = m_watcher.files() + m_watcher.directories();
         const QSet<QString> known(watched.begin(), watched.end());

@@ -10,11 +10,11 @@
 namespace rivo::core
 {
 
-/// Tells when what some paths lead to may have changed: a file rewritten, replaced, removed or
-/// created, and the same for every folder and symbolic link on the way to it.
+/// Signals that a followed path may have changed: a file rewritten, replaced, removed or created,
+/// and the same for every folder and symbolic link on the way to it.
 ///
-/// Must not outlive the QCoreApplication. One is enough for the whole process, and kinder to the
-/// system, which allows a user only so many watchers.
+/// Must not outlive the QCoreApplication. One follower serves the whole process: the system limits
+/// the watchers of a user.
 class FileFollower : public QObject
 {
     Q_OBJECT
@@ -22,12 +22,12 @@ class FileFollower : public QObject
 public:
     FileFollower();
 
-    /// Follows @p path, an absolute one, as well. Read the file after this call: what changes from
-    /// here on is told.
+    /// Follows @p path, an absolute one, as well. Read the file after this call: changes from then
+    /// on are signalled.
     void follow(const QString& path);
 
 signals:
-    /// Read the files now. Told once for changes in quick succession, after they have calmed down.
+    /// Read the files now. Emitted once for changes in quick succession, after the last of them.
     void changed();
 
 private:

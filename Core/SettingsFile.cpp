@@ -31,7 +31,7 @@ QString typeName(const QJsonValue& value)
     case QJsonValue::Object:
         return QStringLiteral("an object");
     case QJsonValue::Null:
-    case QJsonValue::Undefined: // absent: nobody asks
+    case QJsonValue::Undefined: // absent: not read
         break;
     }
     return QStringLiteral("null");
@@ -70,7 +70,7 @@ QString takeTexts(const QJsonObject& root, const QString& key, QStringList* text
     return {};
 }
 
-/// A disk that becomes full takes a part first and tells why when it is given the rest.
+/// A full disk accepts a part first and reports the error when the rest is written.
 bool writeAll(const QByteArray& text, QIODevice* device)
 {
     qint64 written = 0;

@@ -35,7 +35,7 @@ struct FeedOptions
     /// passenger_types.txt in the folder, where there is one.
     QString mappingFile;
     /// The routes whose trips, stop times and shapes are kept in Feed::network. GTFS only; none
-    /// given = all. Fares know the stops of every route, whatever is kept.
+    /// given = all. Fares know the stops of every route in any case.
     std::optional<QStringList> timetableOf;
     FeedLimits limits;
 };

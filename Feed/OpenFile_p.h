@@ -27,7 +27,7 @@ private:
     timespec m_changed;
 };
 
-/// What is to be said of a file: what was found, and what was expected instead.
+/// A problem of a file: what was found, and what was expected instead.
 using FileFailure = std::function<void(const QString& found, const QString& expected)>;
 
 /// A regular file that is open for reading.

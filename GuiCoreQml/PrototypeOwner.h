@@ -5,8 +5,8 @@
 #include <memory>
 
 /// A list model that owns its prototype row, for models that QML creates: those come without a
-/// parent, and the model's own constructor would leave the prototype to nobody. The class is the
-/// model's to everybody who asks its meta-object.
+/// parent, and the model's own constructor would leak the prototype. Its meta-object is
+/// that of the model.
 template <typename Model>
 class PrototypeOwner : public Model // no Q_OBJECT: not a class of its own to QML
 {

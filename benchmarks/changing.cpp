@@ -28,7 +28,7 @@ void change(benchmark::State& state, const QVector<int>& rows)
         });
     }
     if (listener.notes() < rows.size())
-        state.SkipWithError("nobody heard of a change");
+        state.SkipWithError("no change was signalled");
     countRows(state, rows.size());
 }
 

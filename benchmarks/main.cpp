@@ -20,7 +20,7 @@
 namespace
 {
 
-/// The same in every run, whatever the machine's user has set.
+/// The same in every run, independent of the user's settings.
 void settleEnvironment(const QString& home)
 {
     qSetGlobalQHashSeed(0);
@@ -32,7 +32,7 @@ void settleEnvironment(const QString& home)
 }
 
 /// Memory that was freed stays with the process while a benchmark runs: what the kernel takes to
-/// map pages is nobody's cost here.
+/// map pages is not measured here.
 void keepMemory()
 {
     mallopt(M_MMAP_MAX, 0);

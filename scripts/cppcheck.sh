@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# cppcheck over product code: fails with whatever it finds that scripts/cppcheck.supp does not excuse.
+# cppcheck over product code: fails with every finding that scripts/cppcheck.supp does not excuse.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck source=scripts/setup.sh

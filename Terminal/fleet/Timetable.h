@@ -67,7 +67,7 @@ struct Route
 ///
 /// Stops, routes and trips are known by numbers: their own ids if all ids of the kind are positive
 /// integers, otherwise 1, 2, ... in the order of the feed. It is the day of the week with the most
-/// trips; where the feed does not tell the days, the service with the most trips. Trips without two
+/// trips; where the feed does not say the days, the service with the most trips. Trips without two
 /// timed stops and trips on which time runs back are left out; times that a stop does not have are
 /// spread evenly between those that are there. A trip without a shape goes straight from stop to
 /// stop, on a path that all trips of these stops share.

@@ -192,7 +192,7 @@ void CoreConfigTest::badInputIsOneWarningAndKeepsTheLastGoodValue_data()
     wrongOrder("an element of the order is an object", "[\"PT_NEW\", {}]",
                ": /passengerTypeCodesOrder/1: expected a text, found an object");
 
-    QTest::newRow("both keys are wrong, each is told")
+    QTest::newRow("both keys are wrong, each is reported")
         << QByteArray(R"({"logLevels": 1, "passengerTypeCodesOrder": [2]})")
         << QStringList{": /logLevels: expected a list of texts, found a number",
                        ": /passengerTypeCodesOrder/0: expected a text, found a number"}
@@ -223,7 +223,7 @@ void CoreConfigTest::badInputIsOneWarningAndKeepsTheLastGoodValue()
     QCOMPARE(changes.count(), logLevelsTaken ? 1 : 0);
     QCOMPARE(settings->passengerTypeCodesOrder(),
              texts(orderTaken ? QStringList{"PT_NEW"} : QStringList{"PT_ADULT", "PT_LFS"}));
-    // Nobody repaired the file.
+    // The file was not repaired.
     QCOMPARE(TemporaryConfig::read(config.settingsPath()), content);
 }
 
@@ -262,7 +262,7 @@ void CoreConfigTest::strangeFileIsReportedAndNeverBlocks_data()
 
     QTest::newRow("a folder") << Make([](const QString& path) { return QDir().mkpath(path); })
                               << ": is a folder, not a file";
-    QTest::newRow("a FIFO that nobody writes")
+    QTest::newRow("a FIFO without a writer")
         << Make([](const QString& path) { return ::mkfifo(qPrintable(path), 0600) == 0; })
         << ": is not a regular file";
     QTest::newRow("a device that never ends")

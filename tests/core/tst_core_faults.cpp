@@ -54,17 +54,17 @@ bool setTime(const QString& path, time_t seconds)
 
 Q_DECLARE_METATYPE(Fault)
 
-/// What happens to the configuration of a vehicle in the field. Whatever it is, the last good
-/// values stay, it is told once, and nothing is needed but a good file to be well again.
+/// What happens to the configuration of a vehicle in the field. The last good values stay,
+/// each fault is reported once, and a good file is all that is needed to end it.
 class CoreFaultsTest : public QObject
 {
     Q_OBJECT
 
 private slots:
     void fileCutAnywhereKeepsTheLastGoodValues();
-    void faultIsToldOnceAndAGoodFileEndsIt_data();
-    void faultIsToldOnceAndAGoodFileEndsIt();
-    void unreadableFileIsToldOnceAndAReadableOneEndsIt();
+    void faultIsReportedOnceAndAGoodFileEndsIt_data();
+    void faultIsReportedOnceAndAGoodFileEndsIt();
+    void unreadableFileIsReportedOnceAndAReadableOneEndsIt();
     void fileThatIsLargerThanItSaysIsTooLarge();
     void readerNeverSeesAMixtureOfAThousandRewrites();
     void managerIsRightAfterAThousandRewrites();
@@ -95,7 +95,7 @@ void CoreFaultsTest::fileCutAnywhereKeepsTheLastGoodValues()
     QCOMPARE(file.logLevels(), QStringList{"good"});
 }
 
-void CoreFaultsTest::faultIsToldOnceAndAGoodFileEndsIt_data()
+void CoreFaultsTest::faultIsReportedOnceAndAGoodFileEndsIt_data()
 {
     QTest::addColumn<Fault>("fault");
     QTest::addColumn<QString>("warning");
@@ -113,7 +113,7 @@ void CoreFaultsTest::faultIsToldOnceAndAGoodFileEndsIt_data()
     }) << ": cannot be read: " + qt_error_string(ENOTDIR);
 }
 
-void CoreFaultsTest::faultIsToldOnceAndAGoodFileEndsIt()
+void CoreFaultsTest::faultIsReportedOnceAndAGoodFileEndsIt()
 {
     QFETCH(Fault, fault);
     QFETCH(QString, warning);
@@ -140,7 +140,7 @@ void CoreFaultsTest::faultIsToldOnceAndAGoodFileEndsIt()
     QCOMPARE(log.messages(), expected);
 }
 
-void CoreFaultsTest::unreadableFileIsToldOnceAndAReadableOneEndsIt()
+void CoreFaultsTest::unreadableFileIsReportedOnceAndAReadableOneEndsIt()
 {
     const TemporaryConfig config(everybodysPlace());
     QVERIFY(config.writeSettings(GoodSettings) && config.letOthersRead());

@@ -419,7 +419,7 @@ void CoreFollowTest::fileAtRestIsNotReadAgain()
     QVERIFY(changed.wait());
     settle();
 
-    // Whoever reads the file has to open it.
+    // To read the file, a process has to open it.
     QFile opened;
     const int openings = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     QVERIFY(opened.open(openings, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));

@@ -54,7 +54,7 @@ private slots:
     void absentKeyIsRegistered();
     void presentKeyIsLeftAsItIs();
     void oneObjectPerType();
-    void emptyKeyIsOnlyToldThroughDebug();
+    void emptyKeyIsOnlyReportedThroughDebug();
     void foreignEntryIsNotTakenBack();
     void unloadedLibraryLeavesNothingBehind();
 };
@@ -109,7 +109,7 @@ void CoreRegistryTest::oneObjectPerType()
     QCOMPARE(Counted::made, 1);
 }
 
-void CoreRegistryTest::emptyKeyIsOnlyToldThroughDebug()
+void CoreRegistryTest::emptyKeyIsOnlyReportedThroughDebug()
 {
     const auto before = JsonObjectFactory::m_ObjectsMap();
     debugMessages.clear();

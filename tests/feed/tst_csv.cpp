@@ -82,7 +82,7 @@ void CsvTest::records_data()
     row("CR LF", "id,name\r\n1,a\r\n2,b\r\n", {"2:1|a", "3:2|b"});
     row("CR alone", "id,name\r1,a\r2,b", {"2:1|a", "3:2|b"});
     row("columns in another order", "name,id\na,1\n", {"2:1|a"});
-    row("columns that nobody asked for", "x,name,y,id\n9,a,8,1\n", {"2:1|a"});
+    row("columns that were not asked for", "x,name,y,id\n9,a,8,1\n", {"2:1|a"});
     row("optional column missing", "id\n1\n", {"2:1|"});
     row("blanks around header names", " id ,\tname\n1,a\n", {"2:1|a"});
     row("blanks within the quotes of header names", "\" id\",\"name \"\n1,a\n", {"2:1|a"});

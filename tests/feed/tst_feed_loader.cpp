@@ -110,14 +110,14 @@ void FeedLoaderTest::whatIsNoFileIsNotRead_data()
                                 << "No such file or directory";
     QTest::newRow("below a file") << "feed.json/x"
                                   << "Not a directory";
-    QTest::newRow("pipe that nobody writes") << "pipe"
-                                             << "a pipe";
+    QTest::newRow("pipe without a writer") << "pipe"
+                                           << "a pipe";
     QTest::newRow("device without an end") << "/dev/zero"
                                            << "a device";
     QTest::newRow("device without content") << "/dev/null"
                                             << "a device";
-    QTest::newRow("socket that nobody listens at") << "socket"
-                                                   << "a socket";
+    QTest::newRow("socket without a listener") << "socket"
+                                               << "a socket";
     QTest::newRow("file that opens and cannot be read") << "/proc/self/mem"
                                                         << "Input/output error";
     QTest::newRow("link to nothing") << "dangling"

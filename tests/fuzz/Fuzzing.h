@@ -24,7 +24,7 @@ void start();
 /// A folder of this process, removed with it.
 QString folder();
 
-/// Tells `what` is wrong and ends the program, so that the input is kept.
+/// Prints `what` is wrong and ends the program, so that the input is kept.
 [[noreturn]] void fail(const QString& what);
 
 inline void require(bool holds, const char* otherwise)

@@ -7,7 +7,7 @@
 // otherwise.
 //
 // The id is a digest of the file's name, of the lines before and after: it stays when lines move.
-// The text is read as tokens, not as C++: what does not compile is no mutant, the compiler tells.
+// The text is read as tokens, not as C++: what the compiler rejects is no mutant.
 // Comments, texts, preprocessor lines, assertions and log records are left alone.
 
 #include <algorithm>

@@ -6,7 +6,7 @@
 
 #include <ctime>
 
-/// Moves the wall clock of a test program, as whoever sets the clock of a vehicle does: date and
+/// Moves the wall clock of a test program, as setting the clock of a vehicle does: date and
 /// time change at once, timers and intervals go on. Include it in one source file of the program.
 class MovedClock
 {

@@ -8,7 +8,7 @@
 #include <sys/mount.h>
 
 /// A disk of little space over an empty folder, in memory, for this process alone and as long as it
-/// lives. Only root may have one: isThere() tells.
+/// lives. Only root may have one, see isThere().
 class SmallDisk
 {
 public:

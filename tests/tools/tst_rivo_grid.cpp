@@ -101,7 +101,7 @@ void TestRivoGrid::helpAndVersion_data()
     QTest::addColumn<QString>("option");
     QTest::addColumn<QByteArray>("expected");
 
-    QTest::newRow("help tells the commands") << "--help" << QByteArray("rivo-grid check FEED");
+    QTest::newRow("help lists the commands") << "--help" << QByteArray("rivo-grid check FEED");
     QTest::newRow("short help") << "-h" << QByteArray("Usage: ");
     QTest::newRow("version") << "--version" << QByteArray("rivo-grid " RIVO_VERSION "\n");
 }

@@ -63,7 +63,7 @@ private slots:
     void version();
     void wrongCommandLine_data();
     void wrongCommandLine();
-    void allThatIsWrongIsToldAtOnce();
+    void allProblemsAreReportedAtOnce();
     void feedWithProblems_data();
     void feedWithProblems();
     void unwritableOutputIsReported();
@@ -182,7 +182,7 @@ void TestRivoModels::wrongCommandLine()
         QCOMPARE(outcome.messages, message + "Try rivo-models --help\n");
 }
 
-void TestRivoModels::allThatIsWrongIsToldAtOnce()
+void TestRivoModels::allProblemsAreReportedAtOnce()
 {
     const Outcome outcome =
         ToolRunner(RIVO_MODELS)

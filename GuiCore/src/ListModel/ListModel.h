@@ -140,7 +140,7 @@ public:
     int countByRole(int role, QVariant value);
 
     /// Called with each row that itemFromRow() hands out and each item that appendRowFromQml() is
-    /// given, never null, whoever calls them. Must not change the model.
+    /// given, never null, for every caller. Must not change the model.
     using RowExposureHandler = void (*)(ListItem* row);
 
     /// The one handler of all models; null, as at first, for none. The QML module Rivo.GuiCore sets

@@ -118,7 +118,7 @@ public:
     /// Logs one line per record while logFareProducts is on.
     void printProducts(const QVector<sProduct>& products);
 
-    /// Tells which passenger types the terminal sells to (texts of codeMap, others count as type
+    /// Sets the passenger types that the terminal sells to (texts of codeMap, others count as type
     /// 0) and completes the display order by those that the configuration forgot; without a
     /// configured order it becomes the supported types, ascending. A configured order of the same
     /// length is trusted as it stands. Logs what it adds; emits nothing.

@@ -39,7 +39,7 @@ public:
         StateStrRole = 266
     };
 
-    /// A device that nobody has reported on yet: every warning and the error are on. Empty texts,
+    /// A device without any report yet: every warning and the error are on. Empty texts,
     /// identifier -1, identity and state 0.
     explicit PeripheralItem(QObject* parent = nullptr);
 

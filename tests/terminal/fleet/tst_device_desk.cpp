@@ -194,7 +194,7 @@ void DeviceDeskTest::faults()
     desk.desk.report(1, DeviceDesk::Fault, "Still broken");
     desk.desk.report(0, DeviceDesk::SeriousWarning, "Hot");
     QCOMPARE(signalLog.take(), QStringList());
-    desk.device(2).setError(false); // whoever sets it
+    desk.device(2).setError(false); // from outside the desk
     QCOMPARE(desk.desk.faults(), 1);
     desk.desk.report(1, DeviceDesk::Ready, "Ready");
     QCOMPARE(desk.desk.faults(), 0);

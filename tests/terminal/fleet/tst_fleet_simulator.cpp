@@ -311,7 +311,7 @@ void FleetSimulatorTest::dutiesNeverOverlap()
     Fleet fleet(network, QVector<int>(vehicles, 5));
     QVERIFY(fleet.model.rowCount() > 0);
 
-    // Whoever runs a trip at its start runs it to its end.
+    // The vehicle that starts a trip also ends it.
     const Timetable timetable(network);
     int run = 0;
     for (const Trip& trip : timetable.trips()) {

@@ -115,8 +115,8 @@ private slots:
     void hasOneColour_data() { everyIcon(); }
     void hasOneColour();
 
-    void passengerTypesAreToldApart_data();
-    void passengerTypesAreToldApart();
+    void passengerTypesCanBeDistinguished_data();
+    void passengerTypesCanBeDistinguished();
     void noTwoIconsAreAlike();
     void vehicleTurnsAboutItsCentre();
 };
@@ -227,7 +227,7 @@ void TestIcons::hasOneColour()
     QVERIFY(solid > 0);
 }
 
-void TestIcons::passengerTypesAreToldApart_data()
+void TestIcons::passengerTypesCanBeDistinguished_data()
 {
     QTest::addColumn<QString>("one");
     QTest::addColumn<QString>("other");
@@ -237,7 +237,7 @@ void TestIcons::passengerTypesAreToldApart_data()
                 << passengerIcons[i] << passengerIcons[j];
 }
 
-void TestIcons::passengerTypesAreToldApart()
+void TestIcons::passengerTypesCanBeDistinguished()
 {
     QFETCH(QString, one);
     QFETCH(QString, other);

@@ -23,10 +23,10 @@ struct Expectation
     QStringList closedShifts; ///< numbers, confirmed
     QStringList basket;       ///< prices, confirmed
     QStringList nextBasket;   ///< what the last announced step leads to
-    QString payment;          ///< of an announced sale that nobody confirmed; otherwise empty
-    QString closing;          ///< of an announced closing that nobody confirmed; otherwise empty
+    QString payment;          ///< of an announced sale without confirmation; otherwise empty
+    QString closing;          ///< of an announced closing without confirmation; otherwise empty
     QStringList paidShifts;   ///< numbers of those that had cash, confirmed
-    QString handing;          ///< of an announced hand-over that nobody confirmed; otherwise empty
+    QString handing;          ///< of an announced hand-over without confirmation; otherwise empty
 };
 
 /// Follows what one run said. False if it contradicts what was known.
