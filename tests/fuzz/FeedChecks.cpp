@@ -1,6 +1,7 @@
 #include "FeedChecks.h"
 
 #include "Fuzzing.h"
+#include "OfferChecks.h"
 
 #include "AssetsModel.h"
 #include "FareProductsModel.h"
@@ -188,6 +189,10 @@ void checkFeed(const FeedResult& result, const QString& path)
     checkFleet(feed);
     checkNetwork(feed.network);
     checkModels(feed);
+    if (feed.tariff) {
+        checkTariff(*feed.tariff);
+        checkSomeOffers(*feed.tariff);
+    }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::sendPostedEvents();
 }

@@ -12,12 +12,17 @@ namespace
 
 const QByteArrayList& knownNames()
 {
-    static const QByteArrayList names{
-        "agency.txt",         "areas.txt",           "calendar.txt",         "calendar_dates.txt",
-        "fare_leg_rules.txt", "fare_media.txt",      "fare_products.txt",    "feed_info.txt",
-        "networks.txt",       "passenger_types.txt", "rider_categories.txt", "routes.txt",
-        "shapes.txt",         "stop_areas.txt",      "stop_times.txt",       "stops.txt",
-        "trips.txt"};
+    static const QByteArrayList names{"agency.txt",          "areas.txt",
+                                      "calendar.txt",        "calendar_dates.txt",
+                                      "fare_attributes.txt", "fare_leg_rules.txt",
+                                      "fare_media.txt",      "fare_products.txt",
+                                      "fare_rules.txt",      "fare_transfer_rules.txt",
+                                      "feed_info.txt",       "networks.txt",
+                                      "passenger_types.txt", "rider_categories.txt",
+                                      "route_networks.txt",  "routes.txt",
+                                      "shapes.txt",          "stop_areas.txt",
+                                      "stop_times.txt",      "stops.txt",
+                                      "timeframes.txt",      "trips.txt"};
     return names;
 }
 

@@ -4,7 +4,7 @@
 #   tests/fuzz/run.sh [SECONDS [FUZZER...]]
 #
 # 60 seconds of each unless SECONDS is given, and as many at a time as there are processors; FUZZER is
-# json, gtfs, settings, models or layout. What they find is kept in build/fuzz/corpus/FUZZER and used
+# json, gtfs, zip, offers, settings, models or layout. What they find is kept in build/fuzz/corpus/FUZZER and used
 # the next time. An input that makes a fuzzer fail is kept in build/fuzz/crashes, its output is
 # printed, and the exit code is 1. To repeat a failure:
 #
@@ -18,7 +18,7 @@ at_a_time="$(nproc)"
 seconds="${1:-60}"
 [[ "$seconds" =~ ^[1-9][0-9]*$ ]] || { sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' "$0"; exit 2; }
 fuzzers=("${@:2}")
-[ "${#fuzzers[@]}" -gt 0 ] || fuzzers=(json gtfs settings models layout)
+[ "${#fuzzers[@]}" -gt 0 ] || fuzzers=(json gtfs zip offers settings models layout)
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_fuzz
@@ -26,6 +26,7 @@ build_preset fuzz
 
 place="$PWD/build/fuzz"
 mkdir -p "$place/crashes" "$place/tmp"
+tests/fuzz/make_seeds.py "$place/seeds"
 # Inputs are written to files: in memory where there is such a place.
 TMPDIR="$place/tmp"
 [ -w /dev/shm ] && TMPDIR="$(mktemp -d /dev/shm/rivo-fuzz.XXXXXX)"
@@ -36,11 +37,13 @@ export ASAN_OPTIONS=detect_leaks=1:quarantine_size_mb=64
 export UBSAN_OPTIONS=print_stacktrace=1
 
 # Longest input in bytes: what the formats need, no more than the operations take a moment for.
-declare -A longest=([json]=8192 [gtfs]=12288 [settings]=4096 [models]=1024 [layout]=1024)
+declare -A longest=([json]=8192 [gtfs]=12288 [zip]=16384 [offers]=1024 [settings]=4096 [models]=1024 [layout]=1024)
 # fuzz NAME: one fuzzer for its time; a line of figures, or what it said at its end.
 fuzz() {
-    local fuzzer="$1" seeds found log words=()
-    seeds="$PWD/tests/fuzz/corpus/$fuzzer"
+    local fuzzer="$1" folder seeds=() found log words=()
+    for folder in "$PWD/tests/fuzz/corpus/$fuzzer" "$place/seeds/$fuzzer"; do
+        [ ! -d "$folder" ] || seeds+=("$folder")
+    done
     found="$place/corpus/$fuzzer"
     log="$place/$fuzzer.log"
     [ -f "tests/fuzz/$fuzzer.dict" ] && words=("-dict=tests/fuzz/$fuzzer.dict")
@@ -51,7 +54,7 @@ fuzz() {
     mkdir -p "$found"
     if "$place/bin/fuzz_$fuzzer" -max_total_time="$seconds" -max_len="${longest[$fuzzer]}" \
         -timeout=30 -rss_limit_mb=2048 -print_final_stats=1 -verbosity=1 "${words[@]}" \
-        -artifact_prefix="$place/crashes/$fuzzer-" "$found" "$seeds" > "$log" 2>&1; then
+        -artifact_prefix="$place/crashes/$fuzzer-" "$found" "${seeds[@]}" > "$log" 2>&1; then
         awk -v fuzzer="$fuzzer" '
             / cov: / { for (i = 1; i < NF; ++i) { if ($i == "cov:") cov = $(i + 1); if ($i == "corp:") corp = $(i + 1) } }
             /stat::number_of_executed_units/ { runs = $2 }
