@@ -154,13 +154,13 @@ void Tables::seal(Ids& ids, const char* column, TableReport& table)
 QString Tables::keep(Id utf8)
 {
     countText(utf8.size());
-    // An entry is replaced by the next text of the same place, whatever people choose as texts.
+    // One entry per place, replaced by the next other text: no choice of texts costs more.
     const size_t place = qHashBits(utf8.data(), utf8.size()) % m_recentTexts.size();
     QString& recent = m_recentTexts[place];
-    QString text = toText(utf8);
-    if (recent != text)
-        recent = text;
-    return recent;
+    const QString text = toText(utf8);
+    if (recent == text)
+        return recent; // shares the memory of the former one
+    return recent = text;
 }
 
 void Tables::countText(size_t bytes) { m_textBytes += static_cast<qint64>(bytes); }
