@@ -21,7 +21,7 @@ find build/coverage -name '*.gcda' -delete
 # build/dev with the counted shared libraries.
 own="^($(cd build/coverage/bin && printf '%s|' tst_*)tst_core_library)\$"
 export RIVO_SOAK_DIVISOR=100 RIVO_LAYOUT_CASES=500
-run_tests_in build/coverage dev -R "$own" -E '^tst_core_library$'
+run_tests_in build/coverage -R "$own" -E '^tst_core_library$'
 LD_LIBRARY_PATH="$PWD/build/coverage/lib" run_tests dev -L plain -E "$own"
 
 mkdir -p build/coverage/report

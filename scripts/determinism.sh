@@ -60,8 +60,8 @@ run_settings() {
         (
             export RIVO_TEST_HOMES="$variant" RIVO_TEST_LOCALE="$locale" RIVO_TEST_TIME_ZONE="$zone" \
                 RIVO_SOAK_DIVISOR=20 RIVO_LAYOUT_CASES=500
-            QT_HASH_SEED="$seed" run_tests_in "$build" dev -L plain -E "$hears_qt" &&
-                QT_HASH_SEED=0 run_tests_in "$build" dev -R "$hears_qt"
+            QT_HASH_SEED="$seed" run_tests_in "$build" -L plain -E "$hears_qt" &&
+                QT_HASH_SEED=0 run_tests_in "$build" -R "$hears_qt"
         ) || status=1
         QT_HASH_SEED="$seed" LC_ALL="$locale" TZ="$zone" print_everything "$build" \
             > "$variant/printed.txt" 2> "$variant/said.txt"

@@ -94,14 +94,20 @@ configure_variant() {
 # Prints one summary with the reasons of what was skipped, on failure the whole output. More tests
 # than processors run at a time, because many wait.
 run_tests() {
-    run_tests_in "build/$1" "$@"
+    report_tests "build/$1" --preset "$@"
 }
 
-# run_tests_in BUILD PRESET OPTION...: the same for another build of the preset.
+# run_tests_in BUILD OPTION...: the same for a build that has no preset of its own. ctest would run the
+# tests of the preset's build, not of the one that --test-dir names.
 run_tests_in() {
-    local build="$1" preset="$2" log="$1/ctest.log" status=0
-    shift 2
-    ctest --preset "$preset" --test-dir "$build" -j "$(($(nproc) + 1))" "$@" > "$log" 2>&1 || status=$?
+    report_tests "$1" --test-dir "$1" --output-on-failure --no-tests=error --timeout 300 "${@:2}"
+}
+
+# report_tests BUILD OPTION...: what both have in common.
+report_tests() {
+    local build="$1" log="$1/ctest.log" status=0
+    shift
+    ctest "$@" -j "$(($(nproc) + 1))" > "$log" 2>&1 || status=$?
     [ "$status" -eq 0 ] || cat "$log"
     awk -v name="${build##*/}" '
         /^Totals:/ { passed += $2; failed += $4; skipped += $6; ++programs }
