@@ -113,7 +113,7 @@ private:
 
     bool isBounded(const zip_stat_t& status, const FileFailure& fail) const
     {
-        const quint64 most = static_cast<quint64>(m_limits.csvBytes);
+        const auto most = static_cast<quint64>(m_limits.csvBytes);
         if (status.size > most) {
             fail(QStringLiteral("%1 bytes").arg(status.size),
                  QStringLiteral("at most %1 bytes").arg(most));

@@ -8,5 +8,6 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_lint
 scripts/cppcheck.sh
-build_preset tidy
+configure_variant tidy tidy
+quietly "clang-tidy and clazy" cmake --build build/tidy -- -k 0 # all findings at once
 echo "clang-tidy and clazy: clean"

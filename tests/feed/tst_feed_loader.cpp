@@ -346,17 +346,20 @@ void FeedLoaderTest::oneGeneration()
     };
     writeGeneration(0);
     std::atomic<bool> isOver{false};
+    std::atomic<int> pause{10}; // ms, longer than a load however slow the machine is
     std::thread writer([&] {
         for (int number = 1; !isOver; ++number) {
             writeGeneration(number);
-            std::this_thread::sleep_for(std::chrono::milliseconds(number % 8 * 10));
+            std::this_thread::sleep_for(std::chrono::milliseconds(number % 8 * pause));
         }
     });
     int loaded = 0;
     QElapsedTimer timer;
     timer.start();
-    while (timer.elapsed() < 1'000) {
+    while (timer.elapsed() < 1'000 || (loaded == 0 && timer.elapsed() < 60'000)) {
+        const qint64 begin = timer.elapsed();
         const FeedResult result = loadFeed(feed);
+        pause = qMax(pause.load(), static_cast<int>(timer.elapsed() - begin));
         if (!result.feed)
             continue; // half of an archive is none, and what changes again and again is refused
         ++loaded;
