@@ -79,7 +79,7 @@ private:
     {
         using Key = std::tuple<int, int, int, int>;
         QVector<Key> keys;
-        for (const TariffPrice& price : m_tariff.prices)
+        for (const TariffPrice& price : qAsConst(m_tariff.prices))
             keys.append({price.product, price.category, price.medium, price.line});
         std::sort(keys.begin(), keys.end());
         for (int i = 1; i < keys.size(); ++i) {

@@ -26,7 +26,8 @@ bool store(Number number, const FieldRule& rule, Number& into)
 QString simplified(const QString& name)
 {
     QString letters;
-    for (const QChar character : name.toLower()) {
+    const QString lower = name.toLower();
+    for (const QChar character : lower) {
         if (character.isLetterOrNumber())
             letters += character;
     }
