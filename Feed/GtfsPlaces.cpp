@@ -184,8 +184,8 @@ void readOperator(Reading& reading)
 {
     reading.tables.read<FeedInfoRow>(feedInfoFile, Concern::Map,
                                      [&](const FeedInfoRow& row, TableReport&) {
-                                         if (reading.feed.name.isEmpty())
-                                             reading.feed.name = row.publisher;
+                                         if (reading.tariff.publisher.isEmpty())
+                                             reading.tariff.publisher = row.publisher;
                                      });
     reading.agencies.isJudged = reading.tables.read<AgencyRow>(
         agencyFile, Concern::Fares, [&](const AgencyRow& row, TableReport&) {
@@ -195,6 +195,7 @@ void readOperator(Reading& reading)
         });
     TableReport table(reading.tables.pathOf(agencyFile), Concern::Fares, reading.tables.report());
     reading.tables.seal(reading.agencies, "agency_id", table);
+    reading.feed.name = reading.tariff.publisher;
     if (reading.feed.name.isEmpty() && !reading.tariff.agencies.isEmpty())
         reading.feed.name = reading.tariff.agencies.first().name;
 }

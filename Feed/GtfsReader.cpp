@@ -76,15 +76,24 @@ void addProducts(Reading& reading)
 {
     const OfferList sold = everythingSold(reading.tariff);
     const int limit = reading.tables.options().limits.entries;
+    reading.feed.supportedPassengerTypes =
+        passengerTypesOf(productsOf(reading.tariff, everyPriceSold(reading.tariff).offers));
     if (sold.errors.isEmpty() && sold.offers.size() <= limit) {
         reading.feed.products = productsOf(reading.tariff, sold.offers);
-        reading.feed.supportedPassengerTypes = passengerTypesOf(reading.feed.products);
         return;
     }
     reading.tables.report().add(FeedNotice{
         reading.path, 0,
         QStringLiteral("more than %1 products over all areas: only those of one stop can be shown")
             .arg(qMin(limit, mostOffers))});
+}
+
+/// The fare catalogue, as long as a list of a feed could hold it.
+void addFareProducts(Reading& reading)
+{
+    QVector<FeedFareProduct> entries = fareProductsOf(reading.tariff);
+    if (entries.size() <= reading.tables.options().limits.entries)
+        reading.feed.fareProducts = std::move(entries);
 }
 
 void addZones(Reading& reading)
@@ -151,6 +160,7 @@ std::optional<Feed> readSource(const QString& path, FeedSource& source, const Fe
     moveIds(reading);
     addZones(reading);
     addProducts(reading);
+    addFareProducts(reading);
     feed.currency = tariff->currency;
     feed.tariff = tariff;
     return feed;

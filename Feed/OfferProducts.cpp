@@ -1,6 +1,7 @@
 #include "OfferProducts.h"
 
 #include "Amount.h"
+#include "PassengerTypes.h"
 
 #include <algorithm>
 #include <map>
@@ -100,6 +101,19 @@ QVector<FeedProduct> productsOf(const Feed& feed, const QVector<Offer>& offers)
 QVector<FeedProduct> productsOf(const Tariff& tariff, const QVector<Offer>& offers)
 {
     return Maker(tariff).make(offers);
+}
+
+QString operatorOf(const Feed& feed, int route)
+{
+    const QString agency =
+        feed.tariff->publisher.isEmpty() ? feed.tariff->agencyOf(route) : QString();
+    return agency.isEmpty() ? feed.name : agency;
+}
+
+QStringList passengerTypesFor(const Feed& feed, const QVector<FeedProduct>& products)
+{
+    return feed.tariff->form == Tariff::Form::OwnValidity ? feed.supportedPassengerTypes
+                                                          : passengerTypesOf(products);
 }
 
 } // namespace rivo::feed

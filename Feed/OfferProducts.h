@@ -14,4 +14,16 @@ QVector<FeedProduct> productsOf(const Feed& feed, const QVector<Offer>& offers);
 /// As above for GTFS fares alone.
 QVector<FeedProduct> productsOf(const Tariff& tariff, const QVector<Offer>& offers);
 
+/// The passenger types that a grid of `products` is for: those of the feed, or of GTFS fares those
+/// of the products.
+QStringList passengerTypesFor(const Feed& feed, const QVector<FeedProduct>& products);
+
+/// Who runs a route: the agency where a GTFS feed does not name its publisher, otherwise the
+/// operator of the feed.
+QString operatorOf(const Feed& feed, int route);
+
+/// The catalogue of GTFS fares: an entry for each price of a product, with the rider categories
+/// that pay it and the media it is sold on. Empty if that were more than mostOffers.
+QVector<FeedFareProduct> fareProductsOf(const Tariff& tariff);
+
 } // namespace rivo::feed

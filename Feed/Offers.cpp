@@ -4,6 +4,7 @@
 #include "Rides_p.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace rivo::feed
 {
@@ -62,6 +63,15 @@ OfferList listOf(const OfferMaker& maker, const ProductVerdicts& verdicts)
 
 } // namespace
 
+bool operator==(const Offer& left, const Offer& right)
+{
+    const auto fields = [](const Offer& offer) {
+        return std::tie(offer.name, offer.product, offer.category, offer.media, offer.amount,
+                        offer.fromArea, offer.toArea, offer.isPass, offer.entry);
+    };
+    return fields(left) == fields(right);
+}
+
 OfferList offersOf(const Tariff& tariff, const OfferQuery& query)
 {
     OfferList list;
@@ -85,6 +95,19 @@ OfferList everythingSold(const Tariff& tariff, const QVector<int>& media)
         return everythingOfOwnValidity(tariff);
     const OfferMaker maker(tariff, media);
     return listOf(maker, areasOfProducts(tariff, maker));
+}
+
+OfferList everyPriceSold(const Tariff& tariff, const QVector<int>& media)
+{
+    if (tariff.form == Tariff::Form::OwnValidity)
+        return everythingOfOwnValidity(tariff);
+    const OfferMaker maker(tariff, media);
+    ProductVerdicts verdicts = areasOfProducts(tariff, maker);
+    for (ProductVerdict& verdict : verdicts) {
+        if (!verdict.areas.isEmpty())
+            verdict.areas = {{-1, -1}};
+    }
+    return listOf(maker, verdicts);
 }
 
 QString reasonText(LeftOutReason reason)

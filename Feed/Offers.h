@@ -35,6 +35,8 @@ struct Offer
     int entry = -1;      ///< of Feed::products, if they say themselves where they are sold
 };
 
+bool operator==(const Offer& left, const Offer& right);
+
 /// Why a product has no offer.
 enum class LeftOutReason {
     TransferOnly, ///< a part of a journey's price
@@ -68,6 +70,9 @@ OfferList offersOf(const Tariff& tariff, const OfferQuery& query);
 
 /// Everything that is sold on some route, at some stop and time.
 OfferList everythingSold(const Tariff& tariff, const QVector<int>& media = {0, 1});
+
+/// As above, but each price of a product once, without areas.
+OfferList everyPriceSold(const Tariff& tariff, const QVector<int>& media = {0, 1});
 
 /// "transfer_only", "media" ...
 QString reasonText(LeftOutReason reason);

@@ -139,6 +139,7 @@ struct Tariff
     enum class Form { FaresV2, Older, OwnValidity };
 
     Form form = Form::FaresV2;
+    QString publisher; ///< of feed_info.txt
     QString currency;
     int decimals = 2;
     bool hasPriorities = false; ///< fare_leg_rules.txt has the column rule_priority
@@ -171,6 +172,13 @@ struct Tariff
     bool holds(const QVector<TariffSpan>& spans, const QDate& date, int seconds) const;
     /// Whether the group of times `number` holds; -1 always does.
     bool holds(int number, const QDate& date, int seconds) const;
+
+    /// Name of the agency that runs the route `number`; empty if that is not known.
+    QString agencyOf(int number) const;
+
+    /// Seconds since midnight at which spans begin or end; sorted. Between two of them, on one day,
+    /// the same spans hold.
+    QVector<int> turningPoints() const;
 };
 
 } // namespace rivo::feed

@@ -1,7 +1,7 @@
 #include "Amount.h"
 #include "FeedFiles.h"
 #include "GtfsCases.h"
-#include "Offers.h"
+#include "OfferProducts.h"
 
 using namespace rivo::feed;
 
@@ -72,6 +72,28 @@ QStringList dump(const Feed& feed)
     return lines;
 }
 
+QString listed(const QVariantList& values)
+{
+    QStringList texts;
+    for (const QVariant& value : values)
+        texts.append(value.toString());
+    return '[' + texts.join(',') + ']';
+}
+
+QStringList dump(const QVector<FeedFareProduct>& catalogue)
+{
+    QStringList lines;
+    for (const FeedFareProduct& entry : catalogue)
+        lines.append(QStringLiteral("* %1 (%2) %3 %4 %5 %6 %7")
+                         .arg(entry.description)
+                         .arg(entry.id)
+                         .arg(entry.price)
+                         .arg(listed(entry.passengerTypes), listed(entry.ticketMaterial),
+                              listed(entry.paymentMethod), entry.paperTicket ? "paper" : "")
+                         .trimmed());
+    return lines;
+}
+
 /// The query of a line "route stop time [to=S] [media=T,T]".
 OfferQuery queryOf(const QString& line)
 {
@@ -133,6 +155,8 @@ private slots:
     void cases_data();
     void cases();
     void whatGtfsDoesNotSayHasItsDefault();
+    void operatorsOfRoutes_data();
+    void operatorsOfRoutes();
     void supportedTypesAreThoseOfTheProducts();
     void mappings_data();
     void mappings();
@@ -194,7 +218,7 @@ void GtfsFeedTest::cases_data()
 {
     QTest::addColumn<Files>("files");
     QTest::addColumn<QStringList>("expected");
-    for (const char* name : {"products", "problems", "offers"}) {
+    for (const char* name : {"products", "problems", "offers", "catalogue"}) {
         const auto cases =
             GtfsCases::read(QStringLiteral(FEED_TEST_DATA "/gtfs/%1.cases").arg(name));
         for (const GtfsCase& entry : cases)
@@ -215,6 +239,8 @@ void GtfsFeedTest::cases()
         for (const QString& line : dump(*result.feed))
             found.append("= " + printable(line));
     }
+    if (result.feed && !expected.filter(QRegularExpression("^\\*")).isEmpty())
+        found.append(dump(result.feed->fareProducts));
     for (const QString& line : result.noticeLines())
         found.append("~ " + line);
     for (const QString& query : queries) {
@@ -249,6 +275,36 @@ void GtfsFeedTest::whatGtfsDoesNotSayHasItsDefault()
     QCOMPARE(loadGtfs(base() + Files{{"agency.txt", agency}}).feed->name, QString("First"));
     QCOMPARE(loadGtfs(base() + Files{{"feed_info.txt", info}, {"agency.txt", agency}}).feed->name,
              QString("Publisher"));
+}
+
+void GtfsFeedTest::operatorsOfRoutes_data()
+{
+    QTest::addColumn<Files>("files");
+    QTest::addColumn<QStringList>("operators"); // of three routes, and of none
+    const Files files = base() + Files{{"agency.txt", "agency_id,agency_name\n1,First\n2,Second\n"},
+                                       {"routes.txt", "route_id,agency_id\nA,1\nB,2\nC,\n"}};
+    const Files published = files + Files{{"feed_info.txt", "feed_publisher_name\nPublisher\n"}};
+    QTest::newRow("the agency of the route")
+        << files << QStringList{"First", "Second", "First", "First"};
+    QTest::newRow("the publisher goes before")
+        << published << QStringList{"Publisher", "Publisher", "Publisher", "Publisher"};
+    QTest::newRow("a publisher without a name does not")
+        << files + Files{{"feed_info.txt", "feed_publisher_name\n\n"}}
+        << QStringList{"First", "Second", "First", "First"};
+    QTest::newRow("an agency without a name is that of the feed")
+        << files + Files{{"agency.txt", "agency_id,agency_name\n1,First\n2,\n"}}
+        << QStringList{"First", "First", "First", "First"};
+}
+
+void GtfsFeedTest::operatorsOfRoutes()
+{
+    QFETCH(Files, files);
+    const FeedResult result = loadGtfs(files);
+    REQUIRE_FEED(result);
+    QStringList operators;
+    for (const int route : {0, 1, 2, -1})
+        operators.append(operatorOf(*result.feed, route));
+    QTEST(operators, "operators");
 }
 
 void GtfsFeedTest::supportedTypesAreThoseOfTheProducts()
@@ -575,6 +631,8 @@ void GtfsFeedTest::ruleAndProductNumbersMayNotMultiplyWithoutBound()
                                         {"routes.txt", "route_id\nR\n"}});
     REQUIRE_FEED(result);
     QVERIFY(result.feed->products.isEmpty());
+    QCOMPARE(result.feed->supportedPassengerTypes.size(), 20'000);
+    QCOMPARE(result.feed->fareProducts.size(), 1);
     QCOMPARE(everythingSold(*result.feed->tariff).errors, QStringList("more than 100000 offers"));
     QCOMPARE(offersOf(*result.feed->tariff, queryOf("R S 2026-03-02T12:00")).offers.size(), 20'000);
 }

@@ -274,7 +274,8 @@ void TestRivoModels::gtfsFolder()
     };
     QVERIFY(rows("grid") > rows("basket"));
     QVERIFY(rows("basket") > 0);
-    for (const char* model : {"fare-products", "z-reports", "fleet", "devices"}) {
+    QCOMPARE(rows("fare-products"), 10);
+    for (const char* model : {"z-reports", "fleet", "devices"}) {
         const Outcome outcome = runner.run({model, lake});
         QCOMPARE(outcome.exitCode, 0);
         QVERIFY2(outcome.output.startsWith(

@@ -5,7 +5,6 @@
 
 #include <Explanation.h>
 #include <OfferProducts.h>
-#include <PassengerTypes.h>
 #include <ProgramStart.h>
 #include <StandardOutput.h>
 #include <ToolProgram.h>
@@ -89,8 +88,7 @@ int explainProduct(const GridOptions& options, const Feed& feed)
 
 bool narrow(const GridOptions& options, Feed& feed)
 {
-    const bool isOfOwnValidity = feed.tariff->form == Tariff::Form::OwnValidity;
-    if (isOfOwnValidity && !options.query)
+    if (feed.tariff->form == Tariff::Form::OwnValidity && !options.query)
         return true;
     OfferQuery query = options.query.value_or(OfferQuery());
     query.withExpired = true;
@@ -99,7 +97,6 @@ bool narrow(const GridOptions& options, Feed& feed)
     if (!isAnswer(list))
         return false;
     feed.products = productsOf(feed, list.offers);
-    if (!isOfOwnValidity)
-        feed.supportedPassengerTypes = passengerTypesOf(feed.products);
+    feed.supportedPassengerTypes = passengerTypesFor(feed, feed.products);
     return true;
 }

@@ -4,6 +4,7 @@
 #include "PositionCheck.h"
 
 #include <ModelPrinting.h>
+#include <OfferProducts.h>
 #include <PassengerTypesModel.h>
 #include <StandardOutput.h>
 #include <ToolProgram.h>
@@ -49,6 +50,8 @@ int main(int argc, char* argv[])
     std::optional<rivo::feed::Feed> feed = readFeed(options->feed, options->reading);
     if (!feed)
         return BadInput;
+    if (options->query)
+        feed->name = operatorOf(*feed, feed->tariff->routeIds.find(options->query->route));
     switch (options->command) {
     case GridCommand::Offers:
         return printOffers(*options, *feed);
