@@ -116,6 +116,7 @@ feed::Feed withTiles(feed::Feed feed, int tiles)
         zoneProducts.last().isDaily = false;
         zoneProducts.last().hasExpired = false;
     }
+    feed.tariff.reset(); // sold everywhere
     feed.columns = zoneProducts.size();
     feed.products.clear();
     for (int zone = 1; !zoneProducts.isEmpty() && feed.products.size() < tiles; ++zone) {

@@ -3,6 +3,7 @@
 #include <FareProductItem.h>
 #include <FareProductsModel.h>
 #include <Feed.h>
+#include <Tariff.h>
 
 namespace rivo::terminal
 {
@@ -32,10 +33,30 @@ CatalogueDesk::CatalogueDesk(const FareProductsModel& catalogue, const feed::Fee
                        {QStringLiteral("PT_STUDENT_2"), tr("Student (second group)")},
                        {QStringLiteral("PT_MILITARY_2"), tr("Military (second group)")}}
 {
-    for (const feed::FeedProduct& product : feed.products) {
+    const bool isGtfs = feed.tariff && feed.tariff->form != feed::Tariff::Form::OwnValidity;
+    if (isGtfs)
+        nameCategories(*feed.tariff);
+    else
+        nameTypes(feed.products);
+}
+
+void CatalogueDesk::nameTypes(const QVector<feed::FeedProduct>& products)
+{
+    for (const feed::FeedProduct& product : products) {
         const QString id = QString::number(product.passengerTypeId);
         if (!m_passengerTypes.contains(id))
             m_passengerTypes.insert(id, product.description);
+    }
+}
+
+void CatalogueDesk::nameCategories(const feed::Tariff& tariff)
+{
+    m_passengerTypes.insert(QStringLiteral("0"), tr("Anyone"));
+    const QVector<int> numbers = tariff.categoryIds.publicNumbers();
+    for (int i = 0; i < numbers.size(); ++i) {
+        const QString& name = tariff.categories.at(i).name;
+        m_passengerTypes.insert(QString::number(numbers.at(i)),
+                                name.isEmpty() ? tariff.categoryIds.text(i) : name);
     }
 }
 

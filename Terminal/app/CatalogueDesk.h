@@ -11,7 +11,9 @@ class FareProductsModel;
 namespace rivo::feed
 {
 struct Feed;
-}
+struct FeedProduct;
+struct Tariff;
+} // namespace rivo::feed
 
 namespace rivo::terminal
 {
@@ -24,13 +26,14 @@ class CatalogueDesk : public QObject
     Q_OBJECT
 
 public:
-    /// `catalogue` outlives the desk. The products of `feed` say what its passenger type
-    /// identifiers mean.
+    /// `catalogue` outlives the desk. The products of `feed`, or the rider categories of GTFS, say
+    /// what its passenger type identifiers mean.
     CatalogueDesk(const FareProductsModel& catalogue, const feed::Feed& feed,
                   QObject* parent = nullptr);
 
     /// A code that the terminal knows ("PT_ADULT") by its name in the language of the screen, an
-    /// identifier by the name that the feed's first product with it gives; others as they are.
+    /// identifier by the name of the rider category or the one that the feed's first product with
+    /// it gives; others as they are.
     Q_INVOKABLE QStringList passengerTypes(int row) const;
 
     // As the back office writes them.
@@ -41,6 +44,8 @@ public:
 private:
     using List = QVariantList (FareProductItem::*)() const;
     QVariantList valuesOf(int row, List list) const;
+    void nameTypes(const QVector<feed::FeedProduct>& products);
+    void nameCategories(const feed::Tariff& tariff);
 
     const FareProductsModel& m_catalogue;
     QHash<QString, QString> m_passengerTypes; ///< names by code or identifier

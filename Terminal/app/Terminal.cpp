@@ -2,6 +2,7 @@
 
 #include <FeedToModels.h>
 #include <ZReportItem.h>
+#include <addProduct.h>
 
 #include <QDateTime>
 #include <QTime>
@@ -80,13 +81,17 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_presentation(feed, m_currency, settings.allowFileIcons), m_grid(&m_prototypes),
       m_basket(&m_prototypes), m_fareProducts(&m_prototypes), m_zReports(&m_prototypes),
       m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
-      m_trip(feed, fleet::Timetable(feed.network)), m_devices(m_peripherals, m_printer),
-      m_catalogue(m_fareProducts, m_feed),
+      m_trip(feed, fleet::Timetable(feed.network)),
+      m_offers(m_feed, *m_trip.context(), [this] { return timeOfSale(); }),
+      m_devices(m_peripherals, m_printer), m_catalogue(m_fareProducts, m_feed),
       m_desk(
           {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, m_printer, m_currency,
           [this](int zone) { return m_presentation.zoneName(zone); }, *m_trip.context()),
       m_night(settings.night)
 {
+    startFleet();
+    m_offers.update();
+    m_grid.setSupportedPassengerTypeCodes(m_feed.supportedPassengerTypes);
     layOutGrid();
     feed::addFareProducts(m_feed, m_fareProducts);
     feed::addPeripherals(m_feed, m_peripherals);
@@ -98,13 +103,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     feed::addZReports(withReportsBefore(m_feed, m_zReports), m_zReports);
     showReports(m_runningShift, m_zReports, false);
     showReports(m_closedShifts, m_zReports, true);
-
-    feed::addVehicles(m_feed, m_vehicles);
-    m_fleet = std::make_unique<fleet::FleetSimulator>(fleet::Timetable(feed.network), m_vehicles);
-    m_fleet->setPace(settings.pace);
-    m_fleet->setTime(settings.startTime >= 0 ? settings.startTime
-                                             : QTime(0, 0).secsTo(QTime::currentTime()));
-    m_fleet->start();
+    followTrip();
 
     // The log is written while tiles are put in order, which is over when somebody turns it on.
     connect(&m_grid, &PassengerTypesModel::logFareProductsChanged, this, [this] {
@@ -115,12 +114,45 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     });
 }
 
+void Terminal::startFleet()
+{
+    feed::addVehicles(m_feed, m_vehicles);
+    m_fleet = std::make_unique<fleet::FleetSimulator>(fleet::Timetable(m_feed.network), m_vehicles);
+    m_fleet->setPace(m_settings.pace);
+    m_fleet->setTime(m_settings.startTime >= 0 ? m_settings.startTime
+                                               : QTime(0, 0).secsTo(QTime::currentTime()));
+    m_fleet->start();
+}
+
+/// The clock of the system, which may be set while the terminal runs, unless another time is shown.
+QDateTime Terminal::timeOfSale() const
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const bool isNowShown = m_settings.startTime < 0 && qFuzzyCompare(m_settings.pace, 1.0);
+    return isNowShown ? now : QDateTime(now.date(), QTime(0, 0).addSecs(m_fleet->time()));
+}
+
+/// The basket stays as it is when other tickets are sold.
+void Terminal::followTrip()
+{
+    const auto board = [this] { m_desk.setBoardingZones(m_offers.zones()); };
+    board();
+    connect(m_trip.context(), &feed::TripContext::currentStopIdChanged, this, board);
+    connect(m_fleet.get(), &fleet::FleetSimulator::timeChanged, &m_offers, &OfferDesk::update);
+    connect(&m_offers, &OfferDesk::changed, this, [this] {
+        layOutGrid();
+        m_desk.showBadges();
+    });
+}
+
 void Terminal::layOutGrid()
 {
-    m_grid.setSupportedPassengerTypeCodes(m_feed.supportedPassengerTypes);
     m_grid.clearData();
-    feed::addProducts(m_feed, m_grid);
-    m_grid.sortAndRegroup(m_feed.supportedPassengerTypes, m_feed.columns);
+    for (const feed::FeedProduct& product : m_offers.products())
+        addProduct(m_grid, product, product.passengerTypeCode);
+    // With 0 columns the model takes the number of types of the layout before.
+    m_grid.sortAndRegroup(m_offers.passengerTypes(),
+                          m_feed.columns != 0 ? m_feed.columns : m_grid.numberOfColumns());
 }
 
 void Terminal::setNight(bool night)

@@ -2,6 +2,7 @@
 
 #include "CatalogueDesk.h"
 #include "DeviceDesk.h"
+#include "OfferDesk.h"
 #include "Presentation.h"
 #include "TripDesk.h"
 
@@ -41,6 +42,7 @@ class Terminal : public QObject
     Q_PROPERTY(PeripheralsModel* peripherals READ peripherals CONSTANT)
     Q_PROPERTY(rivo::sales::SalesDesk* desk READ desk CONSTANT)
     Q_PROPERTY(rivo::terminal::TripDesk* trip READ trip CONSTANT)
+    Q_PROPERTY(rivo::terminal::OfferDesk* offers READ offers CONSTANT)
     Q_PROPERTY(rivo::terminal::DeviceDesk* devices READ devices CONSTANT)
     Q_PROPERTY(rivo::terminal::CatalogueDesk* catalogue READ catalogue CONSTANT)
     Q_PROPERTY(rivo::terminal::Presentation* presentation READ presentation CONSTANT)
@@ -54,14 +56,14 @@ public:
         QString journalFile;
         bool allowFileIcons = false; ///< otherwise icons of feeds come from qrc: only
         bool night = false;
-        double pace = 1.0;    ///< of the fleet, see FleetSimulator::pace
-        int startTime = -1;   ///< second of the service day; -1 = now
+        double pace = 1.0;  ///< of the fleet, see FleetSimulator::pace
+        int startTime = -1; ///< second of the service day; -1 = now. Tickets are sold by this time
         int ticketTime = 350; ///< of the printer, milliseconds
     };
 
     Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent = nullptr);
 
-    QString operatorName() const { return m_feed.name; }
+    QString operatorName() const { return m_offers.operatorName(); }
     PassengerTypesModel* grid() { return &m_grid; }
     ShoppingBasketModel* basket() { return &m_basket; }
     FareProductsModel* fareProducts() { return &m_fareProducts; }
@@ -73,6 +75,7 @@ public:
     PeripheralsModel* peripherals() { return &m_peripherals; }
     sales::SalesDesk* desk() { return &m_desk; }
     TripDesk* trip() { return &m_trip; }
+    OfferDesk* offers() { return &m_offers; }
     DeviceDesk* devices() { return &m_devices; }
     CatalogueDesk* catalogue() { return &m_catalogue; }
     Presentation* presentation() { return &m_presentation; }
@@ -87,6 +90,9 @@ signals:
     void nightChanged();
 
 private:
+    QDateTime timeOfSale() const;
+    void startFleet();
+    void followTrip();
     void layOutGrid();
     void fillZReports();
 
@@ -105,6 +111,7 @@ private:
     PeripheralsModel m_peripherals;
     std::unique_ptr<fleet::FleetSimulator> m_fleet;
     TripDesk m_trip;
+    OfferDesk m_offers;
     sales::SimulatedPrinter m_printer;
     DeviceDesk m_devices;
     CatalogueDesk m_catalogue;

@@ -2,6 +2,7 @@
 
 #include "CatalogueDesk.h"
 #include "DeviceDesk.h"
+#include "OfferDesk.h"
 #include "Presentation.h"
 #include "StopLabels.h"
 #include "Terminal.h"
@@ -37,6 +38,11 @@ struct CatalogueDeskType
 struct DeviceDeskType
 {
     RIVO_TERMINAL_TYPE(rivo::terminal::DeviceDesk, DeviceDesk)
+};
+
+struct OfferDeskType
+{
+    RIVO_TERMINAL_TYPE(rivo::terminal::OfferDesk, OfferDesk)
 };
 
 struct PresentationType

@@ -763,6 +763,10 @@
         <source>Military (second group)</source>
         <translation>Militär (zweite Gruppe)</translation>
     </message>
+    <message>
+        <source>Anyone</source>
+        <translation>Alle</translation>
+    </message>
 </context>
 <context>
     <name>rivo::terminal::DeviceDesk</name>
@@ -777,6 +781,17 @@
     <message>
         <source>no report from the printer</source>
         <translation>keine Meldung vom Drucker</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::terminal::OfferDesk</name>
+    <message>
+        <source>The feed does not say what is sold here: %1</source>
+        <translation>In den Tarifdaten steht nicht, was hier verkauft wird: %1</translation>
+    </message>
+    <message>
+        <source>Nothing is sold at this stop now.</source>
+        <translation>An dieser Haltestelle wird jetzt nichts verkauft.</translation>
     </message>
 </context>
 <context>

@@ -110,6 +110,7 @@ T.ApplicationWindow {
                 tiles: root.terminal.grid
                 tickets: root.terminal.basket
                 desk: root.terminal.desk
+                offers: root.terminal.offers
                 presentation: root.terminal.presentation
             }
         }

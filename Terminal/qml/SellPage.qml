@@ -9,6 +9,7 @@ Item {
     required property PassengerTypesModel tiles
     required property ShoppingBasketModel tickets
     required property SalesDesk desk
+    required property OfferDesk offers
     required property Presentation presentation
 
     /// The tile that was tapped last; -1 for none.
@@ -84,8 +85,11 @@ Item {
     PlainText {
         objectName: "emptyGridText"
         anchors.centerIn: sideways
+        width: Math.min(implicitWidth, sideways.width)
         visible: grid.count === 0
-        text: qsTr("This feed has nothing to sell.")
+        text: root.offers.objection === "" ? qsTr("This feed has nothing to sell.")
+                                           : root.offers.objection
+        wrapMode: Text.Wrap
         font.pixelSize: Theme.largeText
         color: Theme.mutedText
     }

@@ -152,6 +152,16 @@ Ticket SalesDesk::ticketOf(const PassengerTypeItem& tile) const
     return ticket;
 }
 
+/// The zone where the ride begins. A ticket without zones is valid anywhere.
+int SalesDesk::originOf(const PassengerTypeItem& tile) const
+{
+    const int from = tile.fromStopGroupId();
+    const bool isAnywhere = from == 0 && tile.toStopGroupId() == 0;
+    return isAnywhere || m_boardingZones.isEmpty() || m_boardingZones.contains(from)
+               ? from
+               : m_boardingZones.first();
+}
+
 void SalesDesk::show(const Ticket& ticket)
 {
     feed::TripContext trip(ticket.trip);
@@ -175,7 +185,7 @@ bool SalesDesk::add(int row)
         return refuse(tr("The basket is full."));
 
     Ticket ticket = ticketOf(*tile);
-    ticket.origin = m_zoneName(tile->fromStopGroupId());
+    ticket.origin = m_zoneName(originOf(*tile));
     ticket.destination = m_zoneName(tile->toStopGroupId());
     ticket.trip = m_trip.trip();
     if (!m_journal.appendToBasket(ticket))

@@ -100,6 +100,9 @@ public:
     /// Number of the first of them, as it is on the paper; empty if there is none.
     QString firstTicketInDoubt() const;
 
+    /// Zones of the stop where tickets begin that are added from now on; none = that of the tile.
+    void setBoardingZones(const QVector<int>& zones) { m_boardingZones = zones; }
+
     /// Counts the basket's tickets on the tiles; call when the grid was laid out anew.
     void showBadges();
 
@@ -145,6 +148,7 @@ private:
     bool mayChangeBasket();
     void setState(State state);
     Ticket ticketOf(const PassengerTypeItem& tile) const;
+    int originOf(const PassengerTypeItem& tile) const;
     bool refuseByJournal();
     void show(const Ticket& ticket);
     void emptyBasket();
@@ -160,6 +164,7 @@ private:
     Currency m_currency;
     ZoneName m_zoneName;
     feed::TripContext& m_trip;
+    QVector<int> m_boardingZones;
     State m_state = Selling;
     QVector<Ticket> m_tickets; ///< of the basket; its rows only show them
     Minor m_total = 0;

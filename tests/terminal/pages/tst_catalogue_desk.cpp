@@ -1,6 +1,7 @@
 #include <CatalogueDesk.h>
 #include <FareProductsModel.h>
 #include <Feed.h>
+#include <Tariff.h>
 
 #include <QtTest>
 
@@ -35,6 +36,7 @@ class TestCatalogueDesk : public QObject
 private slots:
     void passengerTypesAreInWords_data();
     void passengerTypesAreInWords();
+    void identifiersOfGtfsAreRiderCategories();
     void otherListsStayAsTheyAre();
     void noSuchRowHasEmptyLists();
 };
@@ -80,6 +82,21 @@ void TestCatalogueDesk::passengerTypesAreInWords()
     const CatalogueDesk desk(catalogue, feedWithTwoAdults());
     catalogue.addItem(1, "Day ticket", {}, 7.5, 0.0, false, true, types, {9}, {9}, {9});
     QCOMPARE(desk.passengerTypes(0), words);
+}
+
+void TestCatalogueDesk::identifiersOfGtfsAreRiderCategories()
+{
+    const auto tariff = std::make_shared<rivo::feed::Tariff>();
+    for (const char* id : {"adult", "child"})
+        tariff->categoryIds.append(id);
+    tariff->categories = {{"Grown-up", {}, true, 2}, {{}, {}, false, 3}};
+    Feed feed;
+    feed.tariff = tariff;
+    QObject prototypes;
+    FareProductsModel catalogue(&prototypes);
+    const CatalogueDesk desk(catalogue, feed);
+    catalogue.addItem(1, "Day ticket", {}, 7.5, 0.0, false, true, {0, 1, 2, 3}, {}, {}, {});
+    QCOMPARE(desk.passengerTypes(0), QStringList({"Anyone", "Grown-up", "child", "3"}));
 }
 
 void TestCatalogueDesk::otherListsStayAsTheyAre()
