@@ -4,6 +4,8 @@
 #include <PassengerTypeItem.h>
 #include <PassengerTypesModel.h>
 
+#include <algorithm>
+
 void layOut(const rivo::feed::Feed& feed, const LayoutOptions& options, PassengerTypesModel& model)
 {
     const QStringList supported = options.supported.value_or(feed.supportedPassengerTypes);
@@ -19,6 +21,15 @@ QVector<const PassengerTypeItem*> tilesOf(const PassengerTypesModel& model)
     for (int row = 0; row < model.rowCount(); ++row)
         tiles.append(qobject_cast<const PassengerTypeItem*>(model.itemFromRow(row)));
     return tiles;
+}
+
+int rowsOf(const PassengerTypesModel& model)
+{
+    const QVector<const PassengerTypeItem*> tiles = tilesOf(model);
+    const auto daily = static_cast<int>(std::count_if(
+        tiles.begin(), tiles.end(), [](const auto* tile) { return tile->isDaily(); }));
+    const int columns = qMax(1, model.numberOfColumns());
+    return (tiles.size() - daily + columns - 1) / columns + daily;
 }
 
 bool isPlaceholder(const PassengerTypeItem& tile)

@@ -25,4 +25,8 @@ void layOut(const rivo::feed::Feed& feed, const LayoutOptions& options, Passenge
 /// The tiles of a grid that has been laid out, by slot.
 QVector<const PassengerTypeItem*> tilesOf(const PassengerTypesModel& model);
 
+/// Rows of that grid, with one for each daily product. The model's numberOfRows leaves out tiles of
+/// some passenger types.
+int rowsOf(const PassengerTypesModel& model);
+
 bool isPlaceholder(const PassengerTypeItem& tile);

@@ -92,14 +92,13 @@ void addGrid(TextTable& table, const QVector<const PassengerTypeItem*>& tiles, i
     }
 }
 
-/// `rows` are those that are printed, which can be more than the model's numberOfRows.
-QString summary(const Feed& feed, PassengerTypesModel& model, int rows)
+QString summary(const Feed& feed, PassengerTypesModel& model)
 {
     const QString name = feed.name.isEmpty() ? QString() : feed.name + QStringLiteral(": ");
     return QStringLiteral("%1%2 columns x %3 rows, %4 products for sale, prices in %5")
         .arg(name)
         .arg(model.numberOfColumns())
-        .arg(rows)
+        .arg(rowsOf(model))
         .arg(model.getNumberOfNonExpiredProducts())
         .arg(feed.currency.isEmpty() ? QStringLiteral("?") : feed.currency);
 }
@@ -114,12 +113,11 @@ QByteArray gridAsText(const Feed& feed, PassengerTypesModel& model, bool withCol
         daily.prepend(tiles.takeLast());
 
     const int columns = qMax(1, model.numberOfColumns());
-    const int rows = (tiles.size() + columns - 1) / columns + daily.size();
     TextTable table(TextTable::Spacing::BlankLine);
     addGrid(table, tiles, columns, feed);
     if (!daily.isEmpty())
         table.addHeading(QStringLiteral("Daily products"));
     for (const PassengerTypeItem* tile : qAsConst(daily))
         table.addRow({cellOf(*tile, feed)});
-    return (summary(feed, model, rows) + QLatin1Char('\n') + table.toString(withColours)).toUtf8();
+    return (summary(feed, model) + QLatin1Char('\n') + table.toString(withColours)).toUtf8();
 }

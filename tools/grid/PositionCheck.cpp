@@ -1,6 +1,7 @@
 #include "PositionCheck.h"
 
 #include <FeedProblem.h>
+#include <GridLayout.h>
 #include <PassengerTypesModel.h>
 
 #include <QMap>
@@ -127,7 +128,7 @@ PositionVerdict checkPositions(const Feed& feed, PassengerTypesModel& model)
 
     if (!model.hasBackendAssignedSortingToProducts(records)) {
         report << "No product has a position: the terminal lays the grid out zone by zone, "
-               << model.numberOfColumns() << " columns x " << model.numberOfRows() << " rows.\n";
+               << model.numberOfColumns() << " columns x " << rowsOf(model) << " rows.\n";
         report.flush();
         return verdict;
     }
@@ -141,9 +142,8 @@ PositionVerdict checkPositions(const Feed& feed, PassengerTypesModel& model)
 
     const QString objection = objectionOf(model, records);
     verdict.fallsBack = !objection.isEmpty();
-    const QString size = QStringLiteral("%1 columns x %2 rows")
-                             .arg(model.numberOfColumns())
-                             .arg(model.numberOfRows());
+    const QString size =
+        QStringLiteral("%1 columns x %2 rows").arg(model.numberOfColumns()).arg(rowsOf(model));
     if (verdict.fallsBack)
         report << "The terminal falls back, since " << objection
                << ": products in the order of their positions, without placeholders, " << size
