@@ -239,6 +239,7 @@ void TestRivoGrid::golden_data()
         << "gtfs-lakeside.offers.json";
     QTest::newRow("GTFS fares of a stop, printed")
         << QStringList{lake} + there << "gtfs-lakeside.stop.txt";
+    QTest::newRow("GTFS fares, judged") << QStringList{"check", lake} << "gtfs-lakeside.check.txt";
     QTest::newRow("a product, explained")
         << QStringList{"why", lake, "--product", "single_12"} + there << "gtfs-lakeside.why.txt";
     QTest::newRow("GTFS fares, as CSV")

@@ -1,3 +1,4 @@
+#include "FareCheck.h"
 #include "GridOptions.h"
 #include "GridWriter.h"
 #include "OfferCommand.h"
@@ -29,7 +30,7 @@ int run(const GridOptions& options, const rivo::feed::Feed& feed)
 
     if (options.command == GridCommand::Check) {
         const PositionVerdict verdict = checkPositions(feed, *model);
-        if (!writeToStandardOutput(verdict.report))
+        if (!writeToStandardOutput(checkFares(feed) + verdict.report))
             return BadInput;
         return verdict.fallsBack ? FallsBack : Done;
     }
@@ -57,6 +58,8 @@ int main(int argc, char* argv[])
         return printOffers(*options, *feed);
     case GridCommand::Why:
         return explainProduct(*options, *feed);
+    case GridCommand::Check:
+        return run(*options, *feed);
     default:
         return narrow(*options, *feed) ? run(*options, *feed) : BadInput;
     }
