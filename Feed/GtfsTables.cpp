@@ -190,6 +190,12 @@ bool Tables::readRows(const ByteReader& bytes, CsvReading& reading, TableReport&
         }
         table.setColumns(columns, header.others);
     };
+    // Records are read to the end, for their faults, but no longer taken.
+    const auto takeRecord = reading.takeRecord;
+    reading.takeRecord = [&](int line, const std::vector<std::string_view>& values) {
+        if (m_textBytes <= m_options.limits.textBytes)
+            takeRecord(line, values);
+    };
     const bool isWhole = readCsv(bytes, reading);
     const bool hasRoom = m_textBytes <= m_options.limits.textBytes;
     if (hadRoom && !hasRoom)
@@ -197,6 +203,17 @@ bool Tables::readRows(const ByteReader& bytes, CsvReading& reading, TableReport&
                      QStringLiteral("at most %1 bytes of them in all files")
                          .arg(m_options.limits.textBytes));
     return isWhole && hasRoom;
+}
+
+void Tables::reportField(const Row& row, const char* column, const FieldRule& rule, Id text,
+                         const QString& expected, TableReport& table)
+{
+    if (expected.isNull())
+        return;
+    if (rule.isOfMap)
+        table.lesserFault(row, column, text, expected, Concern::Map);
+    else
+        table.fault(row, column, text, expected);
 }
 
 bool Tables::convert(Id text, const FieldRule& rule, Id& into) const

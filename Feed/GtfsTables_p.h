@@ -166,8 +166,6 @@ private:
         reading.mostRecords =
             isLong<R> ? m_options.limits.csvRecords : m_options.limits.tableRecords;
         reading.takeRecord = [&](int line, const std::vector<std::string_view>& values) {
-            if (m_textBytes > m_options.limits.textBytes)
-                return; // readRows() reports it
             R row;
             row.line = line;
             size_t index = 0;
@@ -188,23 +186,25 @@ private:
     void readField(Id text, const Column<R>& column, R& row, TableReport& table)
     {
         const auto readInto = [&](auto member) {
-            if (text.empty() && !column.rule.isRequired)
-                return;
-            if (!convert(text, column.rule, row.*member))
-                wrongField(row, column, text, inWords(column.rule, row.*member), table);
+            return readValue(text, column.rule, row.*member);
         };
-        std::visit(readInto, column.member);
+        const QString expected = std::visit(readInto, column.member);
+        reportField(row, column.name, column.rule, text, expected, table);
     }
 
-    template <class R>
-    static void wrongField(const R& row, const Column<R>& column, Id text, const QString& expected,
-                           TableReport& table)
+    /// Stores `text` in `into`, unless it is empty and may be. Returns what was expected instead,
+    /// if it does not fit the rule.
+    template <class Value>
+    QString readValue(Id text, const FieldRule& rule, Value& into)
     {
-        if (column.rule.isOfMap)
-            table.lesserFault(row, column.name, text, expected, Concern::Map);
-        else
-            table.fault(row, column.name, text, expected);
+        if ((text.empty() && !rule.isRequired) || convert(text, rule, into))
+            return {};
+        return inWords(rule, into);
     }
+
+    /// Reports the fault of a field, unless nothing else was expected.
+    static void reportField(const Row& row, const char* column, const FieldRule& rule, Id text,
+                            const QString& expected, TableReport& table);
 
     /// Reports columns that are empty where another one needs them.
     template <class R>
@@ -215,9 +215,9 @@ private:
             const char* companion = column.rule.companion;
             if (companion && !valueOf<R>(values, column.name).empty() &&
                 valueOf<R>(values, companion).empty())
-                wrongField(row, columnOf<R>(companion), {},
-                           QStringLiteral("a value beside %1").arg(QLatin1String(column.name)),
-                           table);
+                reportField(row, companion, columnOf<R>(companion).rule, {},
+                            QStringLiteral("a value beside %1").arg(QLatin1String(column.name)),
+                            table);
         }
     }
 
