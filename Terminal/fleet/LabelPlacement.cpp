@@ -120,7 +120,8 @@ std::optional<QRectF> placeOf(const StopOnMap& stop, const Squares& squares,
     const QSizeF size(labelWidth(stop.textWidth), labelHeight);
     const bool isSeen = content.view.contains(stop.point);
     std::optional<QRectF> free;
-    for (const QPointF& corner : cornersAround(size.width())) {
+    const auto corners = cornersAround(size.width());
+    for (const QPointF& corner : corners) {
         const QRectF place(stop.point + corner, size);
         if ((isSeen && !content.view.contains(place)) || !squares.isFree(stop.number, place))
             continue;
