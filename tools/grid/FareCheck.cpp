@@ -92,7 +92,8 @@ private:
             return;
         m_hasFinding = true;
         m_text += heading.arg(findings.size()) + QLatin1String(":\n");
-        for (const QString& finding : findings.mid(0, maximumListed))
+        const QStringList listed = findings.mid(0, maximumListed);
+        for (const QString& finding : listed)
             m_text += QStringLiteral("  %1\n").arg(finding);
         if (findings.size() > maximumListed)
             m_text += QStringLiteral("  and %1 more\n").arg(findings.size() - maximumListed);
@@ -154,7 +155,8 @@ private:
                            "priority %5 and both count for the rides of line %1");
         const auto number = [](int value) { return QString::number(value); };
         QStringList findings;
-        for (const OverlappingRules& overlap : overlappingRules(m_tariff)) {
+        const auto overlaps = overlappingRules(m_tariff);
+        for (const OverlappingRules& overlap : overlaps) {
             const TariffRule& rule = m_tariff.rules.at(overlap.rule);
             const TariffRule& wider = m_tariff.rules.at(overlap.wider);
             if (overlap.isHidden)

@@ -135,8 +135,8 @@ private:
     void rideOn(const TariffRoute& route)
     {
         if (!route.hasTrips) { // it may run anywhere
-            for (auto rules = m_rulesFrom.begin(); rules != m_rulesFrom.end(); ++rules)
-                ride(*rules, route, [](const TariffRule&) { return true; });
+            for (auto& rules : m_rulesFrom)
+                ride(rules, route, [](const TariffRule&) { return true; });
         }
         for (const QVector<int>& run : route.runs)
             rideAlong(run, route);
