@@ -18,7 +18,7 @@ constexpr std::array<int TariffRule::*, 5> conditions{&TariffRule::network, &Tar
 
 using Conditions = std::array<int, conditions.size()>;
 
-Conditions conditionsOf(const TariffRule& rule)
+Conditions restrictionOf(const TariffRule& rule)
 {
     Conditions values{};
     for (std::size_t i = 0; i < conditions.size(); ++i)
@@ -220,7 +220,7 @@ QVector<OverlappingRules> overlappingRules(const Tariff& tariff)
     std::map<std::pair<Conditions, int>, QVector<int>> ofPriority;
     for (int i = 0; i < tariff.rules.size(); ++i) {
         const TariffRule& rule = tariff.rules.at(i);
-        const Conditions own = conditionsOf(rule);
+        const Conditions own = restrictionOf(rule);
         const auto place = highest.emplace(own, i).first;
         if (tariff.rules.at(place->second).priority < rule.priority)
             place->second = i;
@@ -233,7 +233,7 @@ QVector<OverlappingRules> overlappingRules(const Tariff& tariff)
     for (int i = 0; i < tariff.rules.size(); ++i) {
         const TariffRule& rule = tariff.rules.at(i);
         OverlappingRules overlap;
-        forEachWider(conditionsOf(rule), [&](const Conditions& wider, bool isSame) {
+        forEachWider(restrictionOf(rule), [&](const Conditions& wider, bool isSame) {
             const auto place = highest.find(wider);
             if (overlap.isHidden || place == highest.end())
                 return;
@@ -242,7 +242,9 @@ QVector<OverlappingRules> overlappingRules(const Tariff& tariff)
             if (isSame || overlap.rule >= 0)
                 return;
             const auto equals = ofPriority.find({wider, rule.priority});
-            for (const int equal : equals == ofPriority.end() ? QVector<int>() : equals->second) {
+            if (equals == ofPriority.end())
+                return;
+            for (const int equal : qAsConst(equals->second)) {
                 if (tariff.rules.at(equal).product != rule.product)
                     overlap = {i, equal, false};
             }
