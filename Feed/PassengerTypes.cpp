@@ -61,4 +61,15 @@ QStringList passengerTypesOf(const QVector<FeedProduct>& products)
     return texts;
 }
 
+QStringList distinctTypes(const QStringList& texts)
+{
+    QStringList distinct;
+    std::set<int> seen;
+    for (const QString& text : texts) {
+        if (seen.insert(passengerTypeNumber(text)).second)
+            distinct.append(text);
+    }
+    return distinct;
+}
+
 } // namespace rivo::feed

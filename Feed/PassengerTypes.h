@@ -16,4 +16,8 @@ QStringList passengerTypeTexts();
 /// one number in order of appearance.
 QStringList passengerTypesOf(const QVector<FeedProduct>& products);
 
+/// The first text of each type number, in their order: to the grid all unknown texts are one type,
+/// and a type that is named often is no other than one that is named once.
+QStringList distinctTypes(const QStringList& texts);
+
 } // namespace rivo::feed

@@ -1,6 +1,7 @@
 #include "Terminal.h"
 
 #include <FeedToModels.h>
+#include <PassengerTypes.h>
 #include <ZReportItem.h>
 #include <addProduct.h>
 
@@ -91,7 +92,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
 {
     startFleet();
     m_offers.update();
-    m_grid.setSupportedPassengerTypeCodes(m_feed.supportedPassengerTypes);
+    m_grid.setSupportedPassengerTypeCodes(feed::distinctTypes(m_feed.supportedPassengerTypes));
     layOutGrid();
     feed::addFareProducts(m_feed, m_fareProducts);
     feed::addPeripherals(m_feed, m_peripherals);
@@ -151,7 +152,7 @@ void Terminal::layOutGrid()
     for (const feed::FeedProduct& product : m_offers.products())
         addProduct(m_grid, product, product.passengerTypeCode);
     // With 0 columns the model takes the number of types of the layout before.
-    m_grid.sortAndRegroup(m_offers.passengerTypes(),
+    m_grid.sortAndRegroup(feed::distinctTypes(m_offers.passengerTypes()),
                           m_feed.columns != 0 ? m_feed.columns : m_grid.numberOfColumns());
 }
 

@@ -222,6 +222,9 @@ void FeedModelsTest::passengerTypesAreThoseOfTheModel()
     QCOMPARE(passengerTypeNumber("pt_adult"), 0);
     QCOMPARE(passengerTypeNumber("PT_ADULT "), 0);
     QCOMPARE(passengerTypeNumber(""), 0);
+    QCOMPARE(distinctTypes({}), QStringList());
+    QCOMPARE(distinctTypes({"PT_LFS", "X", "PT_ADULT", "PT_LFS", "", "PT_ADULT", "X"}),
+             QStringList({"PT_LFS", "X", "PT_ADULT"}));
 }
 
 void FeedModelsTest::rows_data()

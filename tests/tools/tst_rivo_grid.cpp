@@ -90,6 +90,8 @@ private slots:
     void orderFromConfiguration();
     void orderFromCommandLineLeavesTheConfigurationAlone();
     void supported();
+    void repeatedAndUnknownTypesCountOnce_data();
+    void repeatedAndUnknownTypesCountOnce();
 
     void check_data();
     void check();
@@ -553,6 +555,46 @@ void TestRivoGrid::supported()
     QCOMPARE(tiles("PT_ADULT,PT_LFS"), 3);              // completed by a filler
     QCOMPARE(tiles("PT_ADULT,PT_STUDENT_1,PT_LFS"), 3); // a column without products
     QCOMPARE(tiles("PT_ADULT,PT_STUDENT_1,PT_DISABLED,PT_LFS"), 6);
+}
+
+void TestRivoGrid::repeatedAndUnknownTypesCountOnce_data()
+{
+    QTest::addColumn<QStringList>("many");
+    QTest::addColumn<QStringList>("few");
+    QStringList repeated;
+    QStringList unknown{"PT_LFS"};
+    for (int i = 0; i < 50'000; ++i) {
+        repeated << "PT_ADULT"
+                 << "PT_LFS";
+        unknown << QString("PT_%1").arg(i);
+    }
+    QTest::newRow("two types 50,000 times each") << repeated << QStringList{"PT_ADULT", "PT_LFS"};
+    QTest::newRow("50,000 unknown types") << unknown << QStringList{"PT_LFS", "?"};
+}
+
+void TestRivoGrid::repeatedAndUnknownTypesCountOnce()
+{
+    QFETCH(QStringList, many);
+    QFETCH(QStringList, few);
+    const ToolRunner runner(RIVO_GRID);
+    QJsonArray products;
+    for (int zone = 1; zone <= 1000; ++zone) {
+        QJsonObject entry = product(-1, zone, zone % 2 == 0 ? "PT_ADULT" : "PT_LFS");
+        entry.insert("toStopGroupId", zone);
+        products.append(entry);
+    }
+    const auto gridFor = [&](const QStringList& types) {
+        const QString feed =
+            runner.writeFeed({{"format", "rivo-feed"},
+                              {"version", 1},
+                              {"currency", "EUR"},
+                              {"supportedPassengerTypes", QJsonArray::fromStringList(types)},
+                              {"products", products}});
+        return runner.run({feed, "--format", "csv"}).output;
+    };
+    const QByteArray grid = gridFor(many);
+    QVERIFY(grid.count('\n') > 1000);
+    QCOMPARE(grid, gridFor(few));
 }
 
 void TestRivoGrid::check_data()

@@ -2,13 +2,15 @@
 
 #include <FeedToModels.h>
 #include <PassengerTypeItem.h>
+#include <PassengerTypes.h>
 #include <PassengerTypesModel.h>
 
 #include <algorithm>
 
 void layOut(const rivo::feed::Feed& feed, const LayoutOptions& options, PassengerTypesModel& model)
 {
-    const QStringList supported = options.supported.value_or(feed.supportedPassengerTypes);
+    const QStringList supported =
+        rivo::feed::distinctTypes(options.supported.value_or(feed.supportedPassengerTypes));
     model.setSupportedPassengerTypeCodes(supported);
     model.clearData();
     rivo::feed::addProducts(feed, model);
