@@ -2,8 +2,6 @@
 
 #include "PassengerTypes.h"
 
-#include <algorithm>
-
 namespace rivo::feed::gtfs
 {
 
@@ -17,18 +15,18 @@ QString knownTypes()
 
 void readCategoriesFile(Reading& reading)
 {
+    int defaultLine = 0; // none yet
     reading.tables.define<CategoryRow>(
         categoriesFile, Concern::Fares, reading.categories,
         [&](const CategoryRow& row, TableReport& table) {
-            QVector<TariffCategory>& categories = reading.tariff.categories;
-            const auto other =
-                std::find_if(categories.begin(), categories.end(),
-                             [](const TariffCategory& category) { return category.isDefault; });
-            if (row.isDefault == 1 && other != categories.end())
+            const bool isDefault = row.isDefault == 1;
+            if (isDefault && defaultLine > 0)
                 table.fault(
                     row, "is_default_fare_category", Id("1"),
-                    QStringLiteral("one default category, which is in line %1").arg(other->line));
-            categories.append({row.name, {}, row.isDefault == 1, row.line});
+                    QStringLiteral("one default category, which is in line %1").arg(defaultLine));
+            else if (isDefault)
+                defaultLine = row.line;
+            reading.tariff.categories.append({row.name, {}, isDefault, row.line});
         });
 }
 
