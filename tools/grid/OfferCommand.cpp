@@ -11,14 +11,15 @@
 
 #include <QFile>
 #include <QJsonDocument>
+#include <QJsonObject>
 
 using namespace rivo::feed;
 
 namespace
 {
 
-/// One line of JSON with the answer to one line of JSON.
-QByteArray answerTo(const QByteArray& line, const Tariff& tariff, bool& hasFailed)
+/// Answers one line of JSON by another one. False if it cannot be written.
+bool answer(const QByteArray& line, const Tariff& tariff, bool& hasFailed)
 {
     QString error;
     const OfferQuery query = queryOf(line, error);
@@ -27,10 +28,11 @@ QByteArray answerTo(const QByteArray& line, const Tariff& tariff, bool& hasFaile
         list = offersOf(tariff, query);
     if (error.isEmpty() && !list.errors.isEmpty())
         error = list.errors.join(QLatin1String("; "));
-    hasFailed = hasFailed || !error.isEmpty();
-    const QJsonObject answer = error.isEmpty() ? offersAsJson(tariff, list)
-                                               : QJsonObject{{QStringLiteral("error"), error}};
-    return QJsonDocument(answer).toJson(QJsonDocument::Compact) + '\n';
+    if (error.isEmpty())
+        return writeAsJson(tariff, list, QJsonDocument::Compact);
+    hasFailed = true;
+    const QJsonObject object{{QStringLiteral("error"), error}};
+    return writeToStandardOutput(QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n');
 }
 
 int answerQueries(const QString& path, const Tariff& tariff)
@@ -43,7 +45,7 @@ int answerQueries(const QString& path, const Tariff& tariff)
     bool hasFailed = false;
     while (!file.atEnd()) {
         const QByteArray line = file.readLine().trimmed();
-        if (!line.isEmpty() && !writeToStandardOutput(answerTo(line, tariff, hasFailed)))
+        if (!line.isEmpty() && !answer(line, tariff, hasFailed))
             return BadInput;
     }
     return hasFailed ? BadInput : Done;
@@ -66,10 +68,10 @@ int printOffers(const GridOptions& options, const Feed& feed)
     const OfferList list = offersOf(*feed.tariff, *options.query);
     if (!isAnswer(list))
         return BadInput;
-    const QByteArray text = options.format == OutputFormat::Json
-                                ? QJsonDocument(offersAsJson(*feed.tariff, list)).toJson()
-                                : offersAsText(feed, list);
-    return writeToStandardOutput(text) ? Done : BadInput;
+    const bool isWritten = options.format == OutputFormat::Json
+                               ? writeAsJson(*feed.tariff, list, QJsonDocument::Indented)
+                               : writeAsText(feed, list);
+    return isWritten ? Done : BadInput;
 }
 
 int explainProduct(const GridOptions& options, const Feed& feed)

@@ -2,9 +2,13 @@
 
 #include <Amount.h>
 #include <FeedProblem.h>
+#include <StandardOutput.h>
 #include <TextTable.h>
 
 #include <QJsonArray>
+#include <QJsonObject>
+
+#include <utility>
 
 using namespace rivo::feed;
 
@@ -51,61 +55,97 @@ void addHeader(TextTable& table, const QStringList& names)
     table.addRow(cells);
 }
 
-QString offersTable(const Tariff& tariff, const QVector<Offer>& offers)
+/// Rows that are written at once; the columns of each part are aligned.
+constexpr int rowsOfPart = 10'000;
+
+QJsonObject jsonOf(const Tariff& tariff, const LeftOutProduct& product)
 {
-    TextTable table(TextTable::Spacing::None);
-    addHeader(table, {QStringLiteral("amount"), QStringLiteral("product"), QStringLiteral("name"),
-                      QStringLiteral("rider"), QStringLiteral("media"), QStringLiteral("from"),
-                      QStringLiteral("to"), QStringLiteral("kind")});
-    for (const Offer& offer : offers)
-        table.addRow({cell(amountText(offer.amount, tariff.decimals), true),
-                      cell(tariff.productIds.text(offer.product)), cell(offer.name),
-                      cell(tariff.categoryIds.text(offer.category)),
-                      cell(mediaOf(tariff, offer).join(QLatin1String(", "))),
-                      cell(tariff.areaIds.text(offer.fromArea)),
-                      cell(tariff.areaIds.text(offer.toArea)), cell(kindOf(offer))});
-    return table.toString(false);
+    return {{QStringLiteral("fare_product_id"), tariff.productIds.text(product.product)},
+            {QStringLiteral("reason"), reasonText(product.reason)}};
 }
 
-QString leftOutTable(const Tariff& tariff, const QVector<LeftOutProduct>& leftOut)
+QVector<TextCell> rowOf(const Tariff& tariff, const Offer& offer)
 {
-    TextTable table(TextTable::Spacing::None);
-    addHeader(table, {QStringLiteral("product"), QStringLiteral("reason")});
-    for (const LeftOutProduct& product : leftOut)
-        table.addRow(
-            {cell(tariff.productIds.text(product.product)), cell(reasonText(product.reason))});
-    return table.toString(false);
+    return {cell(amountText(offer.amount, tariff.decimals), true),
+            cell(tariff.productIds.text(offer.product)),
+            cell(offer.name),
+            cell(tariff.categoryIds.text(offer.category)),
+            cell(mediaOf(tariff, offer).join(QLatin1String(", "))),
+            cell(tariff.areaIds.text(offer.fromArea)),
+            cell(tariff.areaIds.text(offer.toArea)),
+            cell(kindOf(offer))};
+}
+
+QVector<TextCell> rowOf(const Tariff& tariff, const LeftOutProduct& product)
+{
+    return {cell(tariff.productIds.text(product.product)), cell(reasonText(product.reason))};
+}
+
+/// A table of `rows` below the names of its columns.
+template <class Row>
+bool writeTable(const Tariff& tariff, const QVector<Row>& rows, const QStringList& names)
+{
+    for (int first = 0; first < rows.size(); first += rowsOfPart) {
+        TextTable table(TextTable::Spacing::None);
+        if (first == 0)
+            addHeader(table, names);
+        for (int i = first; i < qMin(rows.size(), first + rowsOfPart); ++i)
+            table.addRow(rowOf(tariff, rows.at(i)));
+        if (!writeToStandardOutput(table.toString(false).toUtf8()))
+            return false;
+    }
+    return true;
+}
+
+/// The objects of `rows` as the content of a list, written as QJsonDocument does.
+template <class Row>
+bool writeList(const Tariff& tariff, const QVector<Row>& rows, QJsonDocument::JsonFormat format)
+{
+    const bool isCompact = format == QJsonDocument::Compact;
+    QByteArray part;
+    for (int i = 0; i < rows.size(); ++i) {
+        QByteArray object = QJsonDocument(jsonOf(tariff, rows.at(i))).toJson(format).trimmed();
+        if (!isCompact)
+            object.prepend('\n').replace('\n', "\n        ");
+        part += (i > 0 ? "," : "") + object;
+        if (i % rowsOfPart == rowsOfPart - 1 && !writeToStandardOutput(std::exchange(part, {})))
+            return false;
+    }
+    return writeToStandardOutput(part);
 }
 
 } // namespace
 
-QJsonObject offersAsJson(const Tariff& tariff, const OfferList& list)
+bool writeAsJson(const Tariff& tariff, const OfferList& list, QJsonDocument::JsonFormat format)
 {
-    QJsonArray offers;
-    for (const Offer& offer : list.offers)
-        offers.append(jsonOf(tariff, offer));
-    QJsonArray leftOut;
-    for (const LeftOutProduct& product : list.leftOut)
-        leftOut.append(QJsonObject{
-            {QStringLiteral("fare_product_id"), tariff.productIds.text(product.product)},
-            {QStringLiteral("reason"), reasonText(product.reason)}});
-    return {{QStringLiteral("currency"), tariff.currency},
-            {QStringLiteral("offers"), offers},
-            {QStringLiteral("leftOut"), leftOut}};
+    const bool isCompact = format == QJsonDocument::Compact;
+    const QByteArray key = isCompact ? "\"" : "\n    \"";
+    const QByteArray colon = isCompact ? "\":" : "\": ";
+    const QByteArray endOfList = isCompact ? "]" : "\n    ]";
+    return writeToStandardOutput('{' + key + "currency" + colon + '"' + tariff.currency.toUtf8() +
+                                 "\"," + key + "leftOut" + colon + '[') &&
+           writeList(tariff, list.leftOut, format) &&
+           writeToStandardOutput(endOfList + ',' + key + "offers" + colon + '[') &&
+           writeList(tariff, list.offers, format) &&
+           writeToStandardOutput(endOfList + (isCompact ? "}\n" : "\n}\n"));
 }
 
-QByteArray offersAsText(const Feed& feed, const OfferList& list)
+bool writeAsText(const Feed& feed, const OfferList& list)
 {
     const QString name =
         feed.name.isEmpty() ? QString() : printable(feed.name) + QLatin1String(": ");
-    QString text = QStringLiteral("%1%2 offers, prices in %3\n\n")
-                       .arg(name)
-                       .arg(list.offers.size())
-                       .arg(feed.currency);
-    if (!list.offers.isEmpty())
-        text += offersTable(*feed.tariff, list.offers);
-    if (!list.leftOut.isEmpty())
-        text += QStringLiteral("\n%1 products left out\n\n").arg(list.leftOut.size()) +
-                leftOutTable(*feed.tariff, list.leftOut);
-    return text.toUtf8();
+    const QString headline = QStringLiteral("%1%2 offers, prices in %3\n\n")
+                                 .arg(name, QString::number(list.offers.size()), feed.currency);
+    const QString between =
+        list.leftOut.isEmpty()
+            ? QString()
+            : QStringLiteral("\n%1 products left out\n\n").arg(list.leftOut.size());
+    return writeToStandardOutput(headline.toUtf8()) &&
+           writeTable(*feed.tariff, list.offers,
+                      {QStringLiteral("amount"), QStringLiteral("product"), QStringLiteral("name"),
+                       QStringLiteral("rider"), QStringLiteral("media"), QStringLiteral("from"),
+                       QStringLiteral("to"), QStringLiteral("kind")}) &&
+           writeToStandardOutput(between.toUtf8()) &&
+           writeTable(*feed.tariff, list.leftOut,
+                      {QStringLiteral("product"), QStringLiteral("reason")});
 }

@@ -3,11 +3,14 @@
 #include <Feed.h>
 #include <Offers.h>
 
-#include <QByteArray>
-#include <QJsonObject>
+#include <QJsonDocument>
 
-/// Currency, offers and what is left out, with the identifiers of the feed.
-QJsonObject offersAsJson(const rivo::feed::Tariff& tariff, const rivo::feed::OfferList& list);
+// Both write to standard output part by part, for lists of any length; false, after reporting it,
+// if that fails.
+
+/// An object with currency, offers and what is left out, with the identifiers of the feed.
+bool writeAsJson(const rivo::feed::Tariff& tariff, const rivo::feed::OfferList& list,
+                 QJsonDocument::JsonFormat format);
 
 /// The same as aligned tables for people.
-QByteArray offersAsText(const rivo::feed::Feed& feed, const rivo::feed::OfferList& list);
+bool writeAsText(const rivo::feed::Feed& feed, const rivo::feed::OfferList& list);
