@@ -20,7 +20,7 @@ struct FeedLimits
     int csvColumns = 1'000;                ///< columns of one GTFS file
     int csvLineBytes = 1024 * 1024;        ///< bytes of one GTFS record
     int csvRecords = 2'000'000;            ///< stop times, shape points and dates of services
-    int tableRecords = 500'000;            ///< records of any other GTFS file
+    int tableRecords = 300'000;            ///< records of any other GTFS file
     qint64 textBytes = 64LL * 1024 * 1024; ///< texts that are kept of a GTFS feed
     int entries = 100'000;                 ///< products, and entries of every other list of a feed
     int textLength = 1'000;                ///< Unicode characters of one text, or of a key

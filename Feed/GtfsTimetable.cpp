@@ -34,18 +34,17 @@ QString inLineToo(int line)
     return QStringLiteral("each number once, it stands in line %1 too").arg(line);
 }
 
-/// Sorts unless the rows are in order, as most files are.
-template <class Rows, class Less>
-void putInOrder(Rows& rows, const Less& less)
-{
-    if (!std::is_sorted(rows.begin(), rows.end(), less))
-        std::stable_sort(rows.begin(), rows.end(), less);
-}
-
+/// Sorts unless the rows are in order, as most files are. Equal rows stay in the order of their
+/// lines, which takes no buffer.
 template <class R>
-bool isBefore(const R& left, const R& right, int R::*group)
+void putInOrder(std::deque<R>& rows, int R::*group)
 {
-    return std::tie(left.*group, left.sequence) < std::tie(right.*group, right.sequence);
+    const auto less = [group](const R& left, const R& right) {
+        return std::tie(left.*group, left.sequence, left.line) <
+               std::tie(right.*group, right.sequence, right.line);
+    };
+    if (!std::is_sorted(rows.begin(), rows.end(), less))
+        std::sort(rows.begin(), rows.end(), less);
 }
 
 /// Reads trips with their stops, and the lines on the map.
@@ -175,9 +174,7 @@ private:
             if (shape >= 0 && row.sequence >= 0)
                 points.push_back({shape, row.sequence, row.line, row.latitude, row.longitude});
         });
-        putInOrder(points, [](const ShapePoint& left, const ShapePoint& right) {
-            return isBefore(left, right, &ShapePoint::shape);
-        });
+        putInOrder(points, &ShapePoint::shape);
         QVector<bool> isDefined(shapes.table.size());
         addShapes(points, shapes.table, isDefined);
         if (m_tables.isThere(shapesFile))
@@ -227,9 +224,7 @@ private:
         m_tables.read<StopTimeRow>(
             QLatin1String(stopTimesFile), table,
             [&](const StopTimeRow& row, TableReport&) { takeStopTime(row, table); });
-        putInOrder(m_times, [](const StopTime& left, const StopTime& right) {
-            return isBefore(left, right, &StopTime::trip);
-        });
+        putInOrder(m_times, &StopTime::trip);
         for (auto first = m_times.begin(); first != m_times.end();) {
             const auto end = std::find_if(first, m_times.end(), [&](const StopTime& time) {
                 return time.trip != first->trip;

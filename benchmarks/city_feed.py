@@ -64,17 +64,34 @@ def collisions(folder):
 
 
 def worst(folder):
-    records, rows = 500_000, 2_000_000
-    text = "x" * 40
+    records, rows = 300_000, 2_000_000
+    every = range(records)
+    text = "x" * 12
     write(folder, "agency.txt", "agency_id,agency_name", ["1,City"])
-    write(folder, "routes.txt", "route_id,network_id", (f"r{i},n{i}" for i in range(records)))
-    write(folder, "areas.txt", "area_id", (f"a{i}" for i in range(records)))
-    write(folder, "stops.txt", "stop_id,stop_name", (f"s{i},{text}{i}" for i in range(records)))
-    write(folder, "stop_areas.txt", "area_id,stop_id", (f"a{i},s{i}" for i in range(records)))
-    write(folder, "fare_products.txt", "fare_product_id,amount,currency", (f"p{i},1,EUR" for i in range(records)))
-    write(folder, "fare_leg_rules.txt", "leg_group_id,fare_product_id,from_area_id,to_area_id,network_id",
-          (f"g{i},p{i},a{i},a{i},n{i}" for i in range(records)))
-    write(folder, "trips.txt", "route_id,trip_id,shape_id", (f"r{i},t{i},h{i}" for i in range(records)))
+    write(folder, "networks.txt", "network_id", (f"n{i}" for i in every))
+    write(folder, "routes.txt", "route_id", (f"r{i}" for i in every))
+    write(folder, "route_networks.txt", "network_id,route_id", (f"n{i},r{i}" for i in every))
+    write(folder, "areas.txt", "area_id", (f"a{i}" for i in every))
+    write(folder, "stops.txt", "stop_id,stop_name", (f"s{i},{text}{i}" for i in every))
+    write(folder, "stop_areas.txt", "area_id,stop_id", (f"a{i},s{i}" for i in every))
+    write(folder, "rider_categories.txt", "rider_category_id", (f"c{i}" for i in every))
+    write(folder, "fare_media.txt", "fare_media_id,fare_media_type", (f"m{i},0" for i in every))
+    write(folder, "calendar.txt",
+          "service_id,monday,tuesday,wednesday,thursday,friday,saturday,sunday,start_date,end_date",
+          (f"w{i},1,1,1,1,1,1,1,20260101,20261231" for i in every))
+    write(folder, "calendar_dates.txt", "service_id,date,exception_type",
+          (f"w{i % records},2026{i // records % 12 + 1:02d}{i // records // 12 + 1:02d},2" for i in range(rows)))
+    write(folder, "timeframes.txt", "timeframe_group_id,start_time,end_time,service_id",
+          (f"h{i},00:00:00,24:00:00,w{i}" for i in every))
+    write(folder, "fare_products.txt", "fare_product_id,amount,currency,rider_category_id,fare_media_id",
+          (f"p{i},1,EUR,c{i},m{i}" for i in every))
+    write(folder, "fare_leg_rules.txt",
+          "leg_group_id,fare_product_id,from_area_id,to_area_id,network_id,from_timeframe_group_id",
+          (f"g{i},p{i},a{i},a{i},n{i},h{i}" for i in every))
+    write(folder, "fare_transfer_rules.txt", "from_leg_group_id,to_leg_group_id,fare_product_id",
+          (f"g{i},g{i},p{i}" for i in every))
+    write(folder, "trips.txt", "route_id,service_id,trip_id,shape_id",
+          (f"r{i},w{i},t{i},h{i}" for i in every))
     write(folder, "stop_times.txt", "trip_id,stop_id,stop_sequence",
           (f"t{i % records},s{i % records},{i}" for i in range(rows)))
     write(folder, "shapes.txt", "shape_id,shape_pt_lat,shape_pt_lon,shape_pt_sequence",

@@ -865,7 +865,7 @@ void JsonFeedTest::theLimitsAre()
     QCOMPARE(limits.csvColumns, 1'000);
     QCOMPARE(limits.csvLineBytes, 1'048'576);
     QCOMPARE(limits.csvRecords, 2'000'000);
-    QCOMPARE(limits.tableRecords, 500'000);
+    QCOMPARE(limits.tableRecords, 300'000);
     QCOMPARE(limits.textBytes, qint64(67'108'864));
     QCOMPARE(limits.entries, 100'000);
     QCOMPARE(limits.textLength, 1'000);
