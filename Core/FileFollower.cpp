@@ -15,8 +15,8 @@ namespace
 constexpr int QuietMs = 50;
 constexpr int LongestWaitMs = 500;
 
-/// Appends @p path and everything that decides where it leads: the folders above it, and for symbolic
-/// links their targets with the folders above those. Outermost first.
+/// Appends @p path and everything that decides where it leads: the folders above it, and for
+/// symbolic links their targets with the folders above those. Outermost first.
 void appendWatchPoints(const QString& path, QSet<QString>* visited, QStringList* points)
 {
     if (visited->contains(path))

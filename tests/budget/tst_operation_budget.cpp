@@ -1,6 +1,6 @@
 // What an operation costs, counted: the figures are the same in every run, on every machine. They
-// hold for Qt 5.15.8 and libstdc++ 12; a change that makes an operation cheaper lowers its row of the
-// table.
+// hold for Qt 5.15.8 and libstdc++ 12; a change that makes an operation cheaper lowers its row of
+// the table.
 
 #include "AllocationCount.h"
 #include "DeferredDeletions.h"
