@@ -207,6 +207,15 @@ def check_feeds(program, options):
 # ------------------------------------------------------------------------------------------------------- written cases
 
 
+def written_cases(file):
+    """The cases of a file. Each says how its files differ from those of a feed that many share; null = no such file."""
+    written = json.loads(pathlib.Path(file).read_text(encoding="utf-8"))
+    for case in written["cases"]:
+        files = {**written["feeds"][case["feed"]], **case["files"]}
+        case["files"] = {name: text for name, text in files.items() if text is not None}
+    return written["cases"]
+
+
 def write_case(folder, case):
     folder.mkdir()
     for name, text in case["files"].items():
@@ -224,7 +233,7 @@ def expectation_of_case(case):
 def check_cases(program, file):
     passed, failed = 0, 0
     parent = pathlib.Path(tempfile.mkdtemp(prefix="check_offers."))
-    for number, case in enumerate(json.loads(pathlib.Path(file).read_text(encoding="utf-8"))):
+    for number, case in enumerate(written_cases(file)):
         folder = parent / f"case-{number}"
         write_case(folder, case)
         wrong = judge(lambda: ask(program, folder, case["query"]), *expectation_of_case(case))

@@ -11,7 +11,7 @@ import unittest
 import check_offers
 import offers_oracle
 
-CASES = json.loads(check_offers.CASES.read_text(encoding="utf-8"))
+CASES = check_offers.written_cases(check_offers.CASES)
 
 
 class Sentences(unittest.TestCase):
