@@ -157,6 +157,7 @@ private slots:
     void whatGtfsDoesNotSayHasItsDefault();
     void operatorsOfRoutes_data();
     void operatorsOfRoutes();
+    void timesAtWhichTimeframesTurn();
     void supportedTypesAreThoseOfTheProducts();
     void mappings_data();
     void mappings();
@@ -305,6 +306,19 @@ void GtfsFeedTest::operatorsOfRoutes()
     for (const int route : {0, 1, 2, -1})
         operators.append(operatorOf(*result.feed, route));
     QTEST(operators, "operators");
+}
+
+void GtfsFeedTest::timesAtWhichTimeframesTurn()
+{
+    QVERIFY(loadGtfs(base()).feed->tariff->turningPoints().isEmpty());
+    const FeedResult result = loadGtfs(
+        base() + Files{{"timeframes.txt", "timeframe_group_id,start_time,end_time,service_id\n"
+                                          "day,6:00:00,09:30:15,W\nday,,,W\n"
+                                          "night,9:30:15,24:00:00,W\n"},
+                       {"calendar_dates.txt", "service_id,date,exception_type\nW,20260302,1\n"}});
+    REQUIRE_FEED(result);
+    QCOMPARE(result.feed->tariff->turningPoints(),
+             QVector<int>({0, 6 * 3600, 9 * 3600 + 30 * 60 + 15, 24 * 3600}));
 }
 
 void GtfsFeedTest::supportedTypesAreThoseOfTheProducts()

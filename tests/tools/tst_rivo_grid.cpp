@@ -76,6 +76,8 @@ private slots:
     void queries();
     void aProductInSentences();
     void productsOfAJsonFeedNarrowToo();
+    void longListsAreWrittenInParts();
+    void emptyListsInJson();
     void offersOfWhatIsUnknown();
     void aRealFeed();
     void theFeedOfZakroczymIfThatIsTheRealOne();
@@ -342,6 +344,43 @@ void TestRivoGrid::productsOfAJsonFeedNarrowToo()
     QCOMPARE(offers.value("offers").toArray().size(), 1);
     QCOMPARE(offers.value("leftOut").toArray().at(0).toObject().value("reason").toString(),
              QString("network"));
+}
+
+void TestRivoGrid::longListsAreWrittenInParts()
+{
+    const ToolRunner runner(RIVO_GRID);
+    QJsonArray products;
+    for (int i = 1; i <= 20'001; ++i) {
+        QJsonObject entry = product(-1, i);
+        entry.insert("validRoutes", QJsonArray{i == 1 ? 12 : 13});
+        products.append(entry);
+    }
+    const QString feed = writeFeed(runner, products);
+    const QStringList there{"--route", "12", "--stop", "1", "--at", "2026-03-02T08:15"};
+    const QByteArray json =
+        runner.run(QStringList{"offers", feed, "--format", "json"} + there).output;
+    const QJsonDocument document = QJsonDocument::fromJson(json);
+    QCOMPARE(document.object().value("offers").toArray().size(), 1);
+    QCOMPARE(document.object().value("leftOut").toArray().size(), 20'000);
+    QCOMPARE(json, document.toJson());
+    const QByteArray text = runner.run(QStringList{"offers", feed} + there).output;
+    QCOMPARE(text.count("| network\n"), 20'000);
+    QCOMPARE(text.count("| reason\n"), 1);
+}
+
+void TestRivoGrid::emptyListsInJson()
+{
+    const ToolRunner runner(RIVO_GRID);
+    const QString feed = writeFeed(runner, {});
+    const QStringList there{"--route", "12", "--stop", "1", "--at", "2026-03-02T08:15"};
+    const QByteArray json =
+        runner.run(QStringList{"offers", feed, "--format", "json"} + there).output;
+    QCOMPARE(json, QJsonDocument::fromJson(json).toJson());
+    QVERIFY(!json.isEmpty());
+    const QString query =
+        runner.write("queries", R"({"route": "12", "stop": "1", "at": "2026-03-02T08:15"})");
+    QCOMPARE(runner.run({"offers", feed, "--queries", query}).output,
+             QJsonDocument::fromJson(json).toJson(QJsonDocument::Compact) + '\n');
 }
 
 void TestRivoGrid::offersOfWhatIsUnknown()

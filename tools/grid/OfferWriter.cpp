@@ -85,16 +85,16 @@ QVector<TextCell> rowOf(const Tariff& tariff, const LeftOutProduct& product)
 template <class Row>
 bool writeTable(const Tariff& tariff, const QVector<Row>& rows, const QStringList& names)
 {
-    for (int first = 0; first < rows.size(); first += rowsOfPart) {
+    bool isWritten = true;
+    for (int first = 0; isWritten && first < rows.size(); first += rowsOfPart) {
         TextTable table(TextTable::Spacing::None);
         if (first == 0)
             addHeader(table, names);
         for (int i = first; i < qMin(rows.size(), first + rowsOfPart); ++i)
             table.addRow(rowOf(tariff, rows.at(i)));
-        if (!writeToStandardOutput(table.toString(false).toUtf8()))
-            return false;
+        isWritten = writeToStandardOutput(table.toString(false).toUtf8());
     }
-    return true;
+    return isWritten;
 }
 
 /// The objects of `rows` as the content of a list, written as QJsonDocument does.
@@ -103,15 +103,16 @@ bool writeList(const Tariff& tariff, const QVector<Row>& rows, QJsonDocument::Js
 {
     const bool isCompact = format == QJsonDocument::Compact;
     QByteArray part;
-    for (int i = 0; i < rows.size(); ++i) {
+    bool isWritten = true;
+    for (int i = 0; isWritten && i < rows.size(); ++i) {
         QByteArray object = QJsonDocument(jsonOf(tariff, rows.at(i))).toJson(format).trimmed();
         if (!isCompact)
             object.prepend('\n').replace('\n', "\n        ");
         part += (i > 0 ? "," : "") + object;
-        if (i % rowsOfPart == rowsOfPart - 1 && !writeToStandardOutput(std::exchange(part, {})))
-            return false;
+        if (i % rowsOfPart == rowsOfPart - 1)
+            isWritten = writeToStandardOutput(std::exchange(part, {}));
     }
-    return writeToStandardOutput(part);
+    return isWritten && writeToStandardOutput(part);
 }
 
 } // namespace
