@@ -42,7 +42,10 @@ owners() {
     find "$1" -type f -print0 | xargs -0 readelf -d 2> /dev/null |
         sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | sort -u | grep -vxF "$own" |
         while read -r library; do
-            (dpkg -S "*/$(dpkg-architecture -q DEB_HOST_MULTIARCH)/$library" || echo "$library") | cut -d: -f1
+            case "$library" in
+                ld-linux*) echo libc6 ;; # the loader has another name on each architecture
+                *) (dpkg -S "*/$(dpkg-architecture -q DEB_HOST_MULTIARCH)/$library" || echo "$library") | cut -d: -f1 ;;
+            esac
         done | LC_ALL=C sort -u
 }
 
