@@ -2,6 +2,7 @@
 #include "FeedFiles.h"
 #include "GtfsCases.h"
 #include "OfferProducts.h"
+#include "OfferQueryText.h"
 
 using namespace rivo::feed;
 
@@ -92,23 +93,6 @@ QStringList dump(const QVector<FeedFareProduct>& catalogue)
                               listed(entry.paymentMethod), entry.paperTicket ? "paper" : "")
                          .trimmed());
     return lines;
-}
-
-/// The query of a line "route stop time [to=S] [media=T,T]".
-OfferQuery queryOf(const QString& line)
-{
-    const QStringList words = line.split(' ');
-    OfferQuery query;
-    query.route = words.value(0);
-    query.stop = words.value(1);
-    query.at = QDateTime::fromString(words.value(2), "yyyy-MM-dd'T'HH:mm");
-    for (const QString& word : words.mid(3)) {
-        if (word.startsWith("to="))
-            query.to = word.mid(3);
-        else
-            query.media = {word.mid(6).toInt()};
-    }
-    return query;
 }
 
 /// "= product category amount from>to kind media", "- product reason" and "! error".
