@@ -1,3 +1,4 @@
+#include "FeedArchive.h"
 #include "FeedFiles.h"
 #include "WithoutRootRights.h"
 
@@ -9,7 +10,6 @@
 #include <sys/un.h>
 #include <thread>
 #include <unistd.h>
-#include <zip.h>
 
 using namespace rivo::feed;
 
@@ -20,23 +20,6 @@ const QByteArray emptyFeed =
     R"({"format": "rivo-feed", "version": 1, "currency": "EUR", "products": []})";
 
 const QByteArray oneProduct = "fare_product_id,amount,currency\na,1,CHF\n";
-
-using Entries = QMap<QString, QByteArray>;
-
-void writeArchive(const QString& path, const Entries& entries)
-{
-    zip_t* const archive = zip_open(path.toUtf8().constData(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
-    for (auto entry = entries.begin(); entry != entries.end(); ++entry)
-        zip_file_add(archive, entry.key().toUtf8().constData(),
-                     zip_source_buffer(archive, entry->constData(), zip_uint64_t(entry->size()), 0),
-                     0);
-    if (entries.isEmpty()) { // which libzip would delete
-        zip_discard(archive);
-        FeedFiles::write(path, QByteArray("PK\x05\x06", 4) + QByteArray(18, '\0'));
-    } else if (zip_close(archive) != 0) {
-        qFatal("%s cannot be written", qPrintable(path));
-    }
-}
 
 } // namespace
 
@@ -60,11 +43,6 @@ private slots:
     void linksAreFollowed();
     void specialFilesInAGtfsFolder();
     void whatIsNotTheFeedItself();
-    void archives_data();
-    void archives();
-    void archivesAreKnownByTheirContent();
-    void damagedArchivesAreRefused();
-    void limitsOfArchives();
     void oneGeneration_data();
     void oneGeneration();
     void problemsAsText_data();
@@ -226,87 +204,6 @@ void FeedLoaderTest::whatIsNotTheFeedItself()
                                     "fare_attributes.txt of the older form"));
     QCOMPARE(lines("feed.zip"), QString("feed.zip: Not a zip archive, expected a .zip of a GTFS "
                                         "feed"));
-}
-
-void FeedLoaderTest::archives_data()
-{
-    QTest::addColumn<Entries>("entries");
-    QTest::addColumn<QString>("problem"); // or none
-    QTest::newRow("files at the top, others anywhere")
-        << Entries{{"fare_products.txt", oneProduct}, {"docs/areas.txt", "?"}} << "";
-    QTest::newRow("files in a folder")
-        << Entries{{"gtfs/fare_products.txt", oneProduct}}
-        << "feed.zip: its files in the folder \"gtfs\", expected them at the top of the archive; "
-           "unpack it and give that folder";
-    QTest::newRow("no files") << Entries{}
-                              << "feed.zip: a feed without fares, expected fare_products.txt, or "
-                                 "fare_attributes.txt of the older form";
-    QTest::newRow("a broken file")
-        << Entries{{"fare_products.txt", oneProduct + "\"x\"y\n"}}
-        << "feed.zip/fare_products.txt:3:4: \"y\", expected a comma or the end of the line after a "
-           "closing quote, and two quotes for one within a text";
-    QTest::newRow("much of the same")
-        << Entries{{"fare_products.txt", oneProduct + QByteArray(2'000'000, '\n')}}
-        << "feed.zip/fare_products.txt: 2000040 bytes packed into %1, expected at most 200 times "
-           "as many";
-    QTest::newRow("little of the same")
-        << Entries{{"fare_products.txt", oneProduct + QByteArray(1'000'000, '\n')}} << "";
-}
-
-void FeedLoaderTest::archives()
-{
-    QFETCH(Entries, entries);
-    QFETCH(QString, problem);
-    writeArchive("feed.zip", entries);
-    const FeedResult result = load("feed.zip");
-    const QString packed =
-        QRegularExpression("into (\\d+)").match(result.problemLines().join(' ')).captured(1);
-    QCOMPARE(result.problemLines().join('\n'), problem.replace("%1", packed));
-}
-
-void FeedLoaderTest::archivesAreKnownByTheirContent()
-{
-    writeArchive("feed", {{"fare_products.txt", oneProduct}});
-    REQUIRE_FEED(load("feed"));
-}
-
-void FeedLoaderTest::damagedArchivesAreRefused()
-{
-    QByteArray rows;
-    for (int i = 0; i < 500; ++i)
-        rows += QByteArray::number(i * i * 7919) + ",1,CHF\n";
-    writeArchive("feed.zip", {{"fare_products.txt", "fare_product_id,amount,currency\n" + rows}});
-    REQUIRE_FEED(load("feed.zip"));
-    QFile file("feed.zip");
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray whole = file.readAll();
-    for (int size = 0; size < whole.size(); size += 97) {
-        FeedFiles::write("feed.zip", whole.left(size));
-        QVERIFY(!load("feed.zip").feed);
-    }
-    int refused = 0;
-    for (int at = 60; at < 2'000; at += 50) {
-        QByteArray damaged = whole;
-        damaged[at] = char(~damaged.at(at));
-        FeedFiles::write("feed.zip", damaged);
-        refused += !load("feed.zip").feed; // by its checksum, if not before
-    }
-    QCOMPARE(refused, 39);
-}
-
-void FeedLoaderTest::limitsOfArchives()
-{
-    FeedOptions options;
-    options.limits.csvBytes = 100;
-    options.limits.feedFiles = 2;
-    writeArchive("feed.zip", {{"fare_products.txt", oneProduct + QByteArray(60, '\n')}});
-    REQUIRE_FEED(load("feed.zip", options));
-    writeArchive("feed.zip", {{"fare_products.txt", oneProduct + QByteArray(61, '\n')}});
-    QCOMPARE(load("feed.zip", options).problemLines(),
-             QStringList("feed.zip/fare_products.txt: 101 bytes, expected at most 100 bytes"));
-    writeArchive("feed.zip", {{"fare_products.txt", oneProduct}, {"a", ""}, {"b", ""}});
-    QCOMPARE(load("feed.zip", options).problemLines(),
-             QStringList("feed.zip: 3 files, expected at most 2 files"));
 }
 
 void FeedLoaderTest::oneGeneration_data()
