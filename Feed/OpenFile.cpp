@@ -74,7 +74,8 @@ OpenFile::~OpenFile()
 qint64 OpenFile::size() const
 {
     struct stat status = {};
-    return ::fstat(m_handle, &status) == 0 ? status.st_size : 0;
+    ::fstat(m_handle, &status);
+    return status.st_size;
 }
 
 FileState OpenFile::state() const
