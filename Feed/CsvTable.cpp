@@ -85,7 +85,7 @@ public:
         while (!m_isStopped && m_lines.next(line)) {
             parseLine(line);
             if (m_isOutOfMemory)
-                throw std::bad_alloc(); // GCOVR_EXCL_LINE
+                throw std::bad_alloc();
         }
         if (m_lines.hasFailed())
             return false;
@@ -192,8 +192,8 @@ private:
         try {
             if (!m_isOutOfMemory)
                 step(*this);
-        } catch (const std::bad_alloc&) { // GCOVR_EXCL_LINE
-            m_isOutOfMemory = true;       // GCOVR_EXCL_LINE
+        } catch (const std::bad_alloc&) {
+            m_isOutOfMemory = true;
         }
     }
 

@@ -2,46 +2,19 @@
 
 #include "GridText.h"
 #include "Products.h"
+#include "ScarceMemory.h"
 #include "TerminalHome.h"
 
 #include <QtTest>
 
-#include <cstdlib>
 #include <limits>
-#include <new>
 
 namespace
 {
 
 constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
-std::size_t largestBlock = unlimited; // that operator new gives
-int refusals = 0;
-
-void* blockOf(std::size_t size)
-{
-    if (size <= largestBlock)
-        return std::malloc(size);
-    ++refusals;
-    return nullptr;
-}
-
-void* blockOrThrow(std::size_t size)
-{
-    if (void* const block = blockOf(size))
-        return block;
-    throw std::bad_alloc();
-}
 
 } // namespace
-
-void* operator new(std::size_t size) { return blockOrThrow(size); }
-void* operator new[](std::size_t size) { return blockOrThrow(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return blockOf(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return blockOf(size); }
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete[](void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
-void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
 
 class TestScarceMemory : public QObject
 {
@@ -84,11 +57,11 @@ void TestScarceMemory::layoutIsTheSameWithoutMemoryForABuffer()
                 product.record.toStopGroupId = shuffled / 5;
             addItem(*model, product);
         }
-        refusals = 0;
-        largestBlock = limit;
-        model->sortAndRegroup({"PT_ADULT", "PT_LFS"}, 2);
-        largestBlock = unlimited;
-        QCOMPARE(refusals > 0, limit != unlimited);
+        {
+            const ScarceMemory memory(limit);
+            model->sortAndRegroup({"PT_ADULT", "PT_LFS"}, 2);
+            QCOMPARE(memory.refusals() > 0, limit != unlimited);
+        }
         QVERIFY(model->rowCount() >= count);
         grids.append(gridText(*model));
     }
