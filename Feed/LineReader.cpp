@@ -41,11 +41,9 @@ bool LineReader::next(std::string_view& line)
     }
     if (m_hasFailed || end == m_begin)
         return false;
-    if (end < 0)
-        end = m_end;
     line = std::string_view(m_buffer.constData() + m_begin, static_cast<size_t>(end - m_begin));
     m_begin = end;
-    return !line.empty();
+    return true;
 }
 
 /// Where the line that begins at m_begin ends; -1 if that is not known yet.

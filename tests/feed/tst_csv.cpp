@@ -15,6 +15,8 @@ private slots:
     void problems_data();
     void problems();
     void aLongFieldIsCutAtOnce();
+    void linesEndAnywhereInAStream_data();
+    void linesEndAnywhereInAStream();
 
 private:
     /// Reads the columns id (required) and name, in blocks of `block` bytes: "line:id|name" per
@@ -168,6 +170,8 @@ void CsvTest::problems_data()
         {"t.txt:6: a further record, expected at most 4 records"});
     row("text in UTF-16", QByteArray("\xFF\xFEi\0d\0\n\0", 8), {},
         {"t.txt:1: text in UTF-16, expected text in UTF-8 (save the file in this encoding)"});
+    row("text in UTF-16 of the other byte order", QByteArray("\xFE\xFF\0i\0d\0\n", 8), {},
+        {"t.txt:1: text in UTF-16, expected text in UTF-8 (save the file in this encoding)"});
     row("bytes that are no UTF-8, the record is read", "id,name\n1,\xFF\n2,b\n",
         {QString("2:1|") + QChar(0xFFFD), "3:2|b"},
         {"t.txt:2: bytes that are no UTF-8, expected text in UTF-8 (save the file in this "
@@ -198,6 +202,30 @@ void CsvTest::aLongFieldIsCutAtOnce()
     QCOMPARE(records.size(), 1);
     // More than the 10 characters that are allowed, so that the reader of the value sees it.
     QVERIFY(records.first().size() > 15 && records.first().size() < 100);
+}
+
+void CsvTest::linesEndAnywhereInAStream_data()
+{
+    QTest::addColumn<QByteArray>("lineEnd");
+    QTest::newRow("LF") << QByteArray("\n");
+    QTest::newRow("CR LF") << QByteArray("\r\n");
+    QTest::newRow("CR") << QByteArray("\r");
+}
+
+/// The reader takes blocks of 64 KiB.
+void CsvTest::linesEndAnywhereInAStream()
+{
+    QFETCH(QByteArray, lineEnd);
+    const QByteArray header = "id,name" + lineEnd;
+    for (int at = 64 * 1024 - 2; at <= 64 * 1024 + 1; ++at) {
+        const QByteArray first = "1,a," + QByteArray(at - header.size() - 4, 'x');
+        for (const QByteArray& rest : {QByteArray("2,b"), "2,b" + lineEnd, QByteArray()}) {
+            const QStringList records = read(header + first + lineEnd + rest, 1'000'000);
+            QCOMPARE(records, rest.isEmpty() ? QStringList() : QStringList("3:2|b"));
+            QCOMPARE(m_lines,
+                     QStringList("t.txt:2: 3 fields, expected at most 2, as in the header"));
+        }
+    }
 }
 
 QTEST_GUILESS_MAIN(CsvTest)

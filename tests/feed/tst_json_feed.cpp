@@ -203,6 +203,7 @@ private slots:
     void validity_data();
     void validity();
     void offersWithoutANetwork();
+    void everythingIsSoldSomewhere();
     void limitsAreInclusive_data();
     void limitsAreInclusive();
     void theLimitsAre();
@@ -439,6 +440,12 @@ void JsonFeedTest::textsThatAreNoJson_data()
         << QByteArray("{}\n{}") << "feed.json:2:1: \"{}\", expected the end of the file";
     QTest::newRow("zero byte after the end")
         << QByteArray("{}\0", 3) << R"(feed.json:1:3: "\u0000", expected the end of the file)";
+    QTest::newRow("text in UTF-16")
+        << QByteArray("\xFF\xFE{\0}\0", 6)
+        << "feed.json:1: text in UTF-16, expected text in UTF-8 (save the file in this encoding)";
+    QTest::newRow("text in UTF-16 of the other byte order")
+        << QByteArray("\xFE\xFF\0{\0}", 6)
+        << "feed.json:1: text in UTF-16, expected text in UTF-8 (save the file in this encoding)";
     QTest::newRow("column counts letters, not bytes")
         << QByteArray("{\"ä€\": ?}") << "feed.json:1:8: /ä€: \"?}\", expected a value";
 }
@@ -802,6 +809,21 @@ void JsonFeedTest::offersWithoutANetwork()
     QCOMPARE(offersOf(*result.feed->tariff, query).offers.size(), 1);
     query.route = "13";
     QCOMPARE(offersOf(*result.feed->tariff, query).offers.size(), 0);
+}
+
+void JsonFeedTest::everythingIsSoldSomewhere()
+{
+    const FeedResult result =
+        loadJson(document(product(R"(, "validRoutes": [12], "validTimes": [{"days": [7]}])") + ',' +
+                          product(R"(, "hasExpired": true)")));
+    REQUIRE_FEED(result);
+    const OfferList sold = everythingSold(*result.feed->tariff);
+    QCOMPARE(sold.errors, QStringList());
+    QCOMPARE(sold.leftOut.size(), 0);
+    QCOMPARE(sold.offers.size(), 2);
+    QCOMPARE(sold.offers.at(0).entry, 0);
+    QCOMPARE(sold.offers.at(1).entry, 1);
+    QVERIFY(everyPriceSold(*result.feed->tariff).offers == sold.offers);
 }
 
 void JsonFeedTest::limitsAreInclusive_data()
