@@ -94,7 +94,7 @@ QString fileNameProblem(const QString& value)
     if (!dateTrouble.isEmpty())
         return dateTrouble;
 
-    const int stampAt = value.indexOf(timeStamp);
+    const auto stampAt = value.indexOf(timeStamp);
     const QString folder = value.left(value.lastIndexOf(QLatin1Char('/'), stampAt) + 1);
     if (!QDir().mkpath(folder))
         return QStringLiteral("cannot create the folder %1").arg(folder);

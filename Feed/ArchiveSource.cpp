@@ -47,7 +47,7 @@ public:
             const auto index = static_cast<zip_uint64_t>(i);
             const QString name =
                 QString::fromUtf8(zip_get_name(m_archive, index, ZIP_FL_ENC_GUESS));
-            const int slash = name.lastIndexOf(QLatin1Char('/'));
+            const auto slash = name.lastIndexOf(QLatin1Char('/'));
             if (slash >= 0 && name.endsWith(QLatin1String(".txt")))
                 folders.append(name.left(slash));
             if (!m_indexes.insert({name, index}).second) {

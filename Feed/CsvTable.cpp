@@ -146,7 +146,7 @@ private:
             csv_parse(m_parser.get(), line.data(), line.size(), onField, onRow, this);
         if (parsed == line.size())
             return;
-        problem(m_line, toText(line.substr(0, parsed)).size() + 1, {},
+        problem(m_line, static_cast<int>(toText(line.substr(0, parsed)).size()) + 1, {},
                 quoted(toText(line.substr(parsed)).trimmed()),
                 QStringLiteral("a comma or the end of the line after a closing quote, and two "
                                "quotes for one within a text%1")

@@ -77,7 +77,7 @@ int lineLength(const QByteArray& text, int from)
         if (text.at(i) == '\r')
             return i + 1 - from + (i + 1 < text.size() && text.at(i + 1) == '\n');
     }
-    return text.size() - from;
+    return static_cast<int>(text.size() - from);
 }
 
 QString toText(const QByteArray& utf8)

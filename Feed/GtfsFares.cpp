@@ -41,7 +41,7 @@ private:
     void readProducts()
     {
         TableReport table(m_tables.pathOf(productsFile), Concern::Fares, m_tables.report());
-        const int firstProblem = m_tables.report().problems().size();
+        const int firstProblem = static_cast<int>(m_tables.report().problems().size());
         const auto take = [&](const ProductRow& row, TableReport&) {
             TariffPrice price;
             price.category = table.refer(m_reading.categories, categoriesFile, row,
@@ -188,7 +188,7 @@ private:
                 fare.isPrepaid = row.paymentMethod == 1;
                 takeCurrency(m_reading, row.currency, "currency_type", row, table);
                 TariffPrice price;
-                price.product = m_tariff.products.size();
+                price.product = static_cast<int>(m_tariff.products.size());
                 price.amount = readAmount(row.price, row.currency, "price", row, table);
                 price.line = row.line;
                 m_tariff.prices.append(price);

@@ -123,7 +123,7 @@ void Tables::checkSpelling(const QVector<QPair<const char*, Concern>>& known)
     QStringList names = m_names;
     names.sort();
     for (const QString& name : qAsConst(names)) {
-        const int index = spellings.indexOf(simplified(name));
+        const auto index = spellings.indexOf(simplified(name));
         if (index < 0 || name == QLatin1String(known.at(index).first))
             continue;
         const auto& [rightName, concern] = known.at(index);

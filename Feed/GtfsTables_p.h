@@ -133,7 +133,7 @@ public:
     template <class R, class Handler>
     void define(const char* name, Concern concern, Ids& ids, const Handler& handle)
     {
-        const int firstProblem = m_report.problems().size();
+        const int firstProblem = static_cast<int>(m_report.problems().size());
         ids.isJudged = read<R>(name, concern, [&](R& row, TableReport& table) {
             const Id id = row.*std::get<Id R::*>(Columns<R>::table[0].member);
             if (id.empty())

@@ -158,7 +158,7 @@ private:
                                 m_tables.keep(row.service), row.headsign,
                                 m_tables.keep(row.shape)});
         m_shapeLines.append(row.line);
-        return m_network.trips.size() - 1;
+        return static_cast<int>(m_network.trips.size() - 1);
     }
 
     void readShapes()
@@ -251,7 +251,7 @@ private:
         if (stop < 0 || row.sequence < 0)
             return;
         if (trip.group < 0) {
-            trip.group = m_groups.size();
+            trip.group = static_cast<int>(m_groups.size());
             m_groups.append(number);
         }
         const bool isKept = trip.kept >= 0;

@@ -297,7 +297,7 @@ private:
 void checkPrinter(const Document& feed, const QJsonValue& peripherals, const QString& file,
                   FeedReport& report)
 {
-    const int given = peripherals.toArray().size();
+    const auto given = peripherals.toArray().size();
     if (!feed.printerId || !peripherals.isArray() || given != feed.peripherals.size())
         return;
     const bool isThere =
@@ -389,8 +389,8 @@ std::optional<Feed> readJsonFeed(const QString& path, const FeedOptions& options
     const QJsonDocument document = QJsonDocument::fromJson(*text, &error);
     // GCOVR_EXCL_START: checkJson() lets nothing pass that Qt refuses.
     if (document.isNull()) {
-        report.add(path, text->left(error.offset).count('\n') + 1, error.errorString(),
-                   QStringLiteral("JSON"));
+        report.add(path, static_cast<int>(text->left(error.offset).count('\n') + 1),
+                   error.errorString(), QStringLiteral("JSON"));
         return std::nullopt;
     }
     // GCOVR_EXCL_STOP

@@ -80,7 +80,7 @@ private:
     Ids<Id> define(const char* list, const QVector<Entry>& entries, Id Entry::*id)
     {
         const QJsonValue value = m_object.value(QLatin1String(list));
-        const int given = value.toArray().size();
+        const auto given = value.toArray().size();
         Ids<Id> ids{list, {}, value.isArray() && given == entries.size()};
         for (int i = 0; i < entries.size(); ++i) {
             const Id& own = entries.at(i).*id;

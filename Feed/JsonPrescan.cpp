@@ -248,7 +248,7 @@ private:
 
     int enter(const QString& key)
     {
-        const int outer = m_pointer.size();
+        const int outer = static_cast<int>(m_pointer.size());
         m_pointer += jsonPointerToken(key);
         return outer;
     }
@@ -265,7 +265,13 @@ private:
     bool fail(const QString& expected)
     {
         const QByteArray before = m_text.mid(m_lineStart, m_position - m_lineStart);
-        add({m_file, m_line, toText(before).size() + 1, m_pointer, {}, found(), expected});
+        add({m_file,
+             m_line,
+             static_cast<int>(toText(before).size() + 1),
+             m_pointer,
+             {},
+             found(),
+             expected});
         return false;
     }
 

@@ -167,7 +167,7 @@ private:
         };
         service.first = date(time.firstDate, QDate(1, 1, 1));
         service.last = date(time.lastDate, QDate(9999, 12, 31));
-        span.service = m_tariff.services.size();
+        span.service = static_cast<int>(m_tariff.services.size());
         m_tariff.services.append(service);
         return span;
     }

@@ -226,7 +226,7 @@ void addAreas(ProductVerdict& verdict, const TariffRule& rule)
 /// Which products have a rule of their own.
 QVector<bool> productsWithRules(const Tariff& tariff)
 {
-    return listedIn(tariff.rules, &TariffRule::product, tariff.products.size());
+    return listedIn(tariff.rules, &TariffRule::product, static_cast<int>(tariff.products.size()));
 }
 
 /// Verdicts on the products that no rule of a ride decides on: passes, and those that are not sold.

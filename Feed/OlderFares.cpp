@@ -25,6 +25,7 @@ public:
     /// The zones where such rides end; -1 for a stop without a zone.
     QVector<bool> destinationZones(const QVector<int>& contained)
     {
+        const int size = static_cast<int>(contained.size());
         QVector<bool> isDestination(m_tariff.areaIds.size() + 1); // by zone + 1
         const auto addDestination = [&](int stop) {
             isDestination[m_tariff.stops.at(stop).zone + 1] = true;
@@ -32,11 +33,11 @@ public:
         for (int i = 0; i < contained.size(); ++i)
             m_place[contained.at(i)] = i;
         for (const int stop : m_rides.destinations) {
-            if (!m_runDestinations.at(stop) && missing({m_rides.from, stop}, contained.size()) == 0)
+            if (!m_runDestinations.at(stop) && missing({m_rides.from, stop}, size) == 0)
                 addDestination(stop);
         }
         for (const QVector<int>& run : runs())
-            followRun(run, contained.size(), addDestination);
+            followRun(run, size, addDestination);
         for (const int zone : contained)
             m_place[zone] = -1;
         return isDestination;

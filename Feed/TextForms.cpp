@@ -60,7 +60,7 @@ bool isTimeOfDay(const QString& text) { return isTime(text) && seconds(text) <= 
 QDate gtfsDate(const QString& text)
 {
     return text.size() == 8 && isDigits(text)
-               ? QDate(text.leftRef(4).toInt(), text.midRef(4, 2).toInt(), text.midRef(6).toInt())
+               ? QDate(text.left(4).toInt(), text.mid(4, 2).toInt(), text.mid(6).toInt())
                : QDate();
 }
 
@@ -74,7 +74,7 @@ bool isIsoDate(const QString& text)
 
 bool isDecimal(const QString& text)
 {
-    const int point = text.indexOf(QLatin1Char('.'));
+    const auto point = text.indexOf(QLatin1Char('.'));
     return point < 0 ? isDigits(text) : isDigits(text.left(point)) && isDigits(text.mid(point + 1));
 }
 

@@ -1,7 +1,10 @@
 #include "ProgramStart.h"
 
+#include <QByteArray>
 #include <QCoreApplication>
-#include <QTextStream>
+
+#include <cstddef>
+#include <cstdio>
 
 void nameProgram(const QString& name)
 {
@@ -11,10 +14,11 @@ void nameProgram(const QString& name)
 
 void complain(const QStringList& lines)
 {
-    QTextStream standardError(stderr);
-    standardError.setCodec("UTF-8");
+    QByteArray text;
     for (const QString& line : lines)
-        standardError << line << '\n';
+        text += line.toUtf8() + '\n';
+    static_cast<void>(
+        std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stderr));
 }
 
 void reportFailure(const QString& failure)

@@ -128,7 +128,7 @@ void CoreConfigTest::valuesAreRead()
     QFETCH(QStringList, order);
     QCOMPARE(settings->passengerTypeCodesOrder(), texts(order));
     for (const QVariant& code : settings->passengerTypeCodesOrder())
-        QCOMPARE(code.type(), QVariant::String);
+        QCOMPARE(code.userType(), static_cast<int>(QMetaType::QString));
     QCOMPARE(log.messages(), QStringList());
 }
 

@@ -419,7 +419,7 @@ void FeedModelsTest::tripContextAnnouncesEachChangeOnce()
             return counts;
         };
         const QVariant value =
-            property.type() == QVariant::Int ? QVariant(100 + index) : QVariant("changed");
+            property.userType() == QMetaType::Int ? QVariant(100 + index) : QVariant("changed");
         QString expected(int(spies.size()), '0');
         QVERIFY(property.write(&trip, property.read(&trip)));
         QCOMPARE(announced(), expected);

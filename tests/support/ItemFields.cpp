@@ -46,7 +46,7 @@ QVariantList valuesOf(int type)
         break;
     }
     if (type != qMetaTypeId<QGeoCoordinate>())
-        qFatal("no values of type %s", QMetaType::typeName(type));
+        qFatal("no values of type %d", type);
     QVariantList places;
     for (const QGeoCoordinate& place :
          {QGeoCoordinate(52.25, 20.75), QGeoCoordinate(52.25, 20.75, 80.0),

@@ -42,7 +42,7 @@ QString takeFormat(const QString& text, FeedToolOptions& options)
 
 QString takeRiderCategory(const QString& text, FeedToolOptions& options)
 {
-    const int equals = text.lastIndexOf(QLatin1Char('='));
+    const auto equals = text.lastIndexOf(QLatin1Char('='));
     if (equals < 1 || equals == text.size() - 1)
         return QStringLiteral("--rider-category: %1, expected ID=PT_X").arg(quoted(text));
     options.reading.riderCategories.insert(text.left(equals), text.mid(equals + 1));

@@ -96,7 +96,7 @@ QString TextTable::toString(bool withColours) const
         isFirstRowBelowHeading = false;
         int height = 0;
         for (const TextCell& cell : row.cells)
-            height = qMax(height, cell.lines.size());
+            height = qMax(height, static_cast<int>(cell.lines.size()));
         for (int line = 0; line < height; ++line) {
             QStringList parts;
             for (int column = 0; column < row.cells.size(); ++column) {

@@ -118,18 +118,18 @@ PositionVerdict checkPositions(const Feed& feed, PassengerTypesModel& model)
             products[product.pos].append(&product);
     }
     const QVector<sProduct> records = recordsOf(products);
-    const int withPosition = records.size() - products.value(-1).size();
+    const auto withPosition = records.size() - products.value(-1).size();
 
     PositionVerdict verdict;
-    QTextStream report(&verdict.report);
-    report.setCodec("UTF-8");
+    QString text;
+    QTextStream report(&text);
     report << records.size() << " products, " << withPosition
            << " with a position; daily products, whose positions are not used: " << daily << '\n';
 
     if (!model.hasBackendAssignedSortingToProducts(records)) {
         report << "No product has a position: the terminal lays the grid out zone by zone, "
                << model.numberOfColumns() << " columns x " << rowsOf(model) << " rows.\n";
-        report.flush();
+        verdict.report = text.toUtf8();
         return verdict;
     }
 
@@ -151,6 +151,6 @@ PositionVerdict checkPositions(const Feed& feed, PassengerTypesModel& model)
     else
         report << "The terminal lays the grid out by position, " << size << ", every hole and the "
                << "rest of the last row a placeholder.\n";
-    report.flush();
+    verdict.report = text.toUtf8();
     return verdict;
 }

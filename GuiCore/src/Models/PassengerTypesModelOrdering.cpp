@@ -78,7 +78,7 @@ void PassengerTypesModel::sortAndRegroup(QStringList const& codes, int const& co
     const bool isPositioned = hasBackendAssignedSortingToProducts(m_products);
 
     // The types are those of the previous layout: the count is chosen before they are replaced.
-    const int types = m_localTypeCodes.size();
+    const int types = static_cast<int>(m_localTypeCodes.size());
     const int automaticColumns = types >= 1 && types <= 4 ? types : 3;
     setNumberOfColumns(columns != 0 ? columns : automaticColumns);
 
@@ -171,7 +171,7 @@ const char* PassengerTypesModel::objectionToPositions()
 
 void PassengerTypesModel::appendProductsAsTheyAre()
 {
-    const int count = m_products.size();
+    const int count = static_cast<int>(m_products.size());
     addItemsToModel(m_products);
     setNumberOfRows(rowsFor(count, divisorColumns()));
 }
@@ -184,7 +184,7 @@ QVector<sProduct> PassengerTypesModel::arrangeByPosition()
         m_products.prepend(placeholderAt(1));
     QVector<sProduct> arranged = withHolesFilled(m_products);
 
-    setNumberOfRows(rowsFor(arranged.size(), divisorColumns()));
+    setNumberOfRows(rowsFor(static_cast<int>(arranged.size()), divisorColumns()));
     if (arranged.size() % divisorColumns() != 0) {
         const qint64 missing = qint64(divisorColumns()) * m_numberOfRows - arranged.size();
         // A column count that needs more is a mistake, and would take the memory of the terminal.
@@ -201,7 +201,7 @@ void PassengerTypesModel::appendDailyProducts()
         return;
     sortBy(m_dailyProducts, zoneOf);
     const QVector<sProduct> daily = m_dailyProducts;
-    raiseNumberOfRows(daily.size());
+    raiseNumberOfRows(static_cast<int>(daily.size()));
     addItemsToModel(daily);
 }
 
@@ -229,7 +229,7 @@ void PassengerTypesModel::sortBasedOnLocalData(QStringList const& codes)
     replaceByTypeCodes(m_localTypeCodes, typeCodes);
 
     if (m_logFareProducts)
-        LOG(INFO) << m_products.size() << " products in our vector";
+        LOG(INFO) << static_cast<int>(m_products.size()) << " products in our vector";
     sortBy(m_products, fareProductAndZoneOf);
     if (m_logFareProducts)
         LOG(INFO) << "------------------- BEFORE GROUPING --------------------";
@@ -300,7 +300,7 @@ void PassengerTypesModel::groupZone(int zone, ZoneIndex& index)
 
 QVector<int> PassengerTypesModel::getIndeces(QVector<int> codes)
 {
-    const int productCount = codes.size();
+    const int productCount = static_cast<int>(codes.size());
     codes.erase(std::unique(codes.begin(), codes.end()), codes.end());
 
     const QVector<int> order =

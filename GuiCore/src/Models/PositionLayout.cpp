@@ -22,7 +22,7 @@ QVector<sProduct> withHolesFilled(const QVector<sProduct>& products)
     QVector<sProduct> arranged;
     for (const sProduct& product : products) {
         while (arranged.size() + 1 < product.pos)
-            arranged.append(placeholderAt(arranged.size() + 1));
+            arranged.append(placeholderAt(static_cast<int>(arranged.size() + 1)));
         arranged.append(product);
     }
     return arranged;

@@ -49,7 +49,7 @@ template <class Key>
 void sortBy(QVector<sProduct>& products, Key (*keyOf)(const sProduct&))
 {
     using Row = std::pair<Key, int>;
-    const int count = products.size();
+    const int count = static_cast<int>(products.size());
     const std::unique_ptr<Row[]> rows(new (std::nothrow) Row[static_cast<std::size_t>(count)]);
     if (!rows) {
         std::stable_sort(

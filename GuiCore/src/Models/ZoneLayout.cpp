@@ -72,7 +72,7 @@ int typeCount(const QVector<sProduct>& products)
     QSet<int> types;
     for (const sProduct& product : products)
         types.insert(product.passengerTypeCode);
-    return types.size();
+    return static_cast<int>(types.size());
 }
 
 QVector<int> typeCodesOf(const QVector<sProduct>& products)
@@ -101,7 +101,7 @@ void fillShortBlock(QVector<sProduct>& block, int columns, const QVector<int>& l
         return;
     if ((columns != 3 && columns != 4) || block.size() > 2 * columns)
         return;
-    const int missing = (columns - block.size() % columns) % columns;
+    const int missing = (columns - static_cast<int>(block.size()) % columns) % columns;
     block.insert(0, missing, placeholderOf(fillerType(localTypeCodes)));
 }
 
@@ -110,7 +110,7 @@ QVector<int> columnsOf(const QVector<int>& codes, const QVector<int>& order)
     QVector<int> columns;
     columns.reserve(codes.size());
     for (const int code : codes)
-        columns.append(order.indexOf(code));
+        columns.append(static_cast<int>(order.indexOf(code)));
     for (int& column : columns) {
         if (column != noColumn)
             continue;
