@@ -78,6 +78,7 @@ private slots:
     void loadAndUnloadAreSilent();
     void recordsAreReadableLinesOnStandardError();
     void automaticSpacingFollowsTheFlag();
+    void valuesOfQtAreWrittenTheSameWithEveryQt();
     void captureSeesTheDefaultLoggerOnly();
     void loggingConfOverrides();
     void loggingConfWritesToAFile();
@@ -118,6 +119,32 @@ void CoreLoggingTest::automaticSpacingFollowsTheFlag()
     LOG(INFO) << "a" << 1 << QString("b") << "c";
     el::Loggers::removeFlag(el::LoggingFlag::AutoSpacing);
     QCOMPARE(log.messages(), (QStringList{"a1bc", "a 1 bc "}));
+}
+
+void CoreLoggingTest::valuesOfQtAreWrittenTheSameWithEveryQt()
+{
+    const LogCapture log;
+    const auto write = [] {
+        LOG(INFO) << QByteArray("\xc3\xb3") << QLatin1String("text") << QChar('c') << qint64(-1)
+                  << quint64(2) << '.';
+        LOG(INFO) << QList<QString>{"a", "b"} << QList<int>{4, 2} << QList<int>() << '.';
+    };
+    write();
+    el::Loggers::addFlag(el::LoggingFlag::AutoSpacing);
+    write();
+    el::Loggers::removeFlag(el::LoggingFlag::AutoSpacing);
+    el::Loggers::addFlag(el::LoggingFlag::NewLineForContainer);
+    LOG(INFO) << QList<QString>{"a", "b"};
+    el::Loggers::removeFlag(el::LoggingFlag::NewLineForContainer);
+    QCOMPARE(log.messages(), (QStringList{QString::fromUtf8("ótextc-12."), "[a, b][4, 2][].",
+                                          QString::fromUtf8("ótextc-12. "), "[a, b] [4 , 2 ] [] . ",
+                                          "[a\n    b]"}));
+
+    QList<QString> many;
+    for (int i = 0; i < 101; ++i)
+        many.append("x");
+    LOG(INFO) << many;
+    QCOMPARE(log.messages().last(), '[' + QString("x, ").repeated(100) + "...]");
 }
 
 void CoreLoggingTest::captureSeesTheDefaultLoggerOnly()
