@@ -2,13 +2,18 @@
 # there and in the headers of the classes gives both the registration with the engine and
 # plugins.qmltypes, the description for tools. Only programs of the build machine run, so it is the
 # same in a cross build.
-find_package(Qt5 5.15 REQUIRED COMPONENTS Qml)
+rivo_find_qt(Qml)
 
-get_target_property(moc Qt5::moc IMPORTED_LOCATION)
+get_target_property(moc ${RIVO_QT}::moc LOCATION)
 get_filename_component(qt_tools "${moc}" DIRECTORY)
 find_program(QMLTYPEREGISTRAR qmltyperegistrar REQUIRED HINTS "${qt_tools}" NO_CMAKE_FIND_ROOT_PATH)
-find_file(QT5CORE_METATYPES qt5core_metatypes.json REQUIRED
-    HINTS "${Qt5Core_DIR}/../../metatypes" NO_DEFAULT_PATH)
+find_file(QTCORE_METATYPES REQUIRED
+    NAMES qt${GUICORE_QT}core_metatypes.json qt${GUICORE_QT}core_none_metatypes.json
+    HINTS "${${RIVO_QT}Core_DIR}/../../metatypes" NO_DEFAULT_PATH)
+
+# Qt 5's tool writes dependencies into the description, Qt 6's has neither the option nor the need.
+execute_process(COMMAND "${QMLTYPEREGISTRAR}" --help
+    OUTPUT_VARIABLE QMLTYPEREGISTRAR_HELP COMMAND_ERROR_IS_FATAL ANY)
 
 # rivo_collect_metatypes(<target> <json> <header>...)
 # What moc knows of the classes of these headers, in one file.
@@ -21,7 +26,7 @@ function(rivo_collect_metatypes target json)
         add_custom_command(
             OUTPUT "${part}.json"
             BYPRODUCTS "${part}"
-            COMMAND Qt5::moc --output-json "-I$<JOIN:${include_directories},;-I>" -o "${part}" "${header}"
+            COMMAND ${RIVO_QT}::moc --output-json "-I$<JOIN:${include_directories},;-I>" -o "${part}" "${header}"
             DEPENDS "${header}"
             COMMAND_EXPAND_LISTS
             VERBATIM)
@@ -29,7 +34,7 @@ function(rivo_collect_metatypes target json)
     endforeach()
     add_custom_command(
         OUTPUT "${json}"
-        COMMAND Qt5::moc --collect-json -o "${json}" ${parts}
+        COMMAND ${RIVO_QT}::moc --collect-json -o "${json}" ${parts}
         DEPENDS ${parts}
         VERBATIM)
 endfunction()
@@ -44,7 +49,7 @@ function(rivo_add_qml_types target)
     file(MAKE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/generated" "${CMAKE_CURRENT_BINARY_DIR}/metatypes"
         "${arg_FOLDER}")
     set(types "${CMAKE_CURRENT_BINARY_DIR}/types_metatypes.json")
-    set(foreign "${QT5CORE_METATYPES}")
+    set(foreign "${QTCORE_METATYPES}")
     rivo_collect_metatypes(${target} "${types}" "${arg_TYPES}")
     if(arg_CLASSES)
         set(classes "${CMAKE_CURRENT_BINARY_DIR}/classes_metatypes.json")
@@ -53,6 +58,10 @@ function(rivo_add_qml_types target)
     endif()
     list(JOIN foreign "," foreign_argument)
 
+    set(dependencies "")
+    if(QMLTYPEREGISTRAR_HELP MATCHES "--dependencies")
+        set(dependencies "--dependencies=${arg_DEPENDENCIES}")
+    endif()
     set(registration "${CMAKE_CURRENT_BINARY_DIR}/generated/${arg_REGISTRATION}")
     add_custom_command(
         OUTPUT "${registration}" "${arg_FOLDER}/plugins.qmltypes"
@@ -60,7 +69,7 @@ function(rivo_add_qml_types target)
             "--import-name=${arg_MODULE}" --major-version=1 --minor-version=0
             "--generate-qmltypes=${arg_FOLDER}/plugins.qmltypes"
             "--foreign-types=${foreign_argument}"
-            "--dependencies=${arg_DEPENDENCIES}"
+            ${dependencies}
             -o "${registration}" "${types}"
         DEPENDS "${arg_DEPENDENCIES}" "${types}" ${foreign}
         VERBATIM)

@@ -6,7 +6,7 @@ string(REGEX MATCH "-fsanitize=[^ ]*fuzzer" RIVO_IS_FUZZED "${CMAKE_CXX_FLAGS}")
 
 add_library(rivo_settings INTERFACE)
 target_compile_options(rivo_settings INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    -Wall -Wextra -Wpedantic ${RIVO_TEST_CONVERSIONS} -Wshadow -Werror
     # QSKIP() with one argument.
     $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
     # Log records carry __FILE__: relative to the repository, the same on every machine.
@@ -25,6 +25,9 @@ endif()
 # rivo_settings for product code: no silent conversion between bytes and text.
 add_library(rivo_strict INTERFACE)
 target_link_libraries(rivo_strict INTERFACE rivo_settings)
+if(NOT RIVO_TEST_CONVERSIONS)
+    target_compile_options(rivo_strict INTERFACE -Wconversion)
+endif()
 target_compile_definitions(rivo_strict INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_CAST_FROM_BYTEARRAY)
 if(CMAKE_CXX_FLAGS MATCHES "--coverage")

@@ -1,21 +1,21 @@
 #!/usr/bin/env bash
 # What the built library shows to the outside: the libraries it needs, what it calls of the core
 # library, what it exports, and no path of the machine that built it.
-# usage: library_boundary.sh LIBGUICORE SOURCE_DIR BINARY_DIR
+# usage: library_boundary.sh LIBGUICORE SOURCE_DIR BINARY_DIR QT_MAJOR_VERSION
 set -u
-library="$1" source_dir="$2" binary_dir="$3"
+library="$1" source_dir="$2" binary_dir="$3" qt="$4"
 # shellcheck source=tests/support/boundary.sh
 . "$(dirname "${BASH_SOURCE[0]}")/../support/boundary.sh"
 
 expect "needs Qt Core, Qt Positioning and the core library, which can be swapped under its name" \
-    "libQt5Core.so.5
-libQt5Positioning.so.5
+    "libQt${qt}Core.so.$qt
+libQt${qt}Positioning.so.$qt
 libRIVO_ARM_QtLib.so" "$(needed "$library")"
 
 expect "has a version in its name" "libGuiCore.so.1" \
     "$("${READELF:-readelf}" -d "$library" | sed -nE 's/.*\(SONAME\).*\[(.*)\]/\1/p')"
 
-called="$("${NM:-nm}" -DC --undefined-only "$library" | sed -E 's/^ +[Uw] //' |
+called="$("${NM:-nm}" -DC --undefined-only "$library" | sed -E 's/^ +[Uw] //; s/QList<QString>/QStringList/' |
     grep -E '^(el::|rivo::core::|QJsonWrapper::)' | grep -v '^vtable\|^typeinfo' | sort)"
 expect "calls nothing of the core library but its declared operations" \
     "QJsonWrapper::JsonObjectFactory::isRegistered(QString)

@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
 # What the plugin of the QML module shows to the outside: the libraries it needs, and no path of
 # the machine that built it.
-# usage: module_boundary.sh PLUGIN SOURCE_DIR BINARY_DIR
+# usage: module_boundary.sh PLUGIN SOURCE_DIR BINARY_DIR QT_MAJOR_VERSION
 set -u
-plugin="$1" source_dir="$2" binary_dir="$3"
+plugin="$1" source_dir="$2" binary_dir="$3" qt="$4"
 # shellcheck source=tests/support/boundary.sh
 . "$(dirname "${BASH_SOURCE[0]}")/../support/boundary.sh"
 
 expect "needs GuiCore, Qt Core and Qt Qml" \
     "libGuiCore.so.1
-libQt5Core.so.5
-libQt5Qml.so.5" "$(needed "$plugin")"
+libQt${qt}Core.so.$qt
+libQt${qt}Qml.so.$qt" "$(needed "$plugin")"
 
 expect "exports the two symbols of a Qt plugin" \
     "qt_plugin_instance
