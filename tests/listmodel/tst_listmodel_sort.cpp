@@ -8,7 +8,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <climits>
 #include <functional>
 #include <numeric>
 
@@ -133,56 +132,6 @@ private slots:
         for (int row = 0; row < after.size(); ++row) {
             QCOMPARE(model.get(row).toMap().value("id").toInt(), after.at(row));
             QCOMPARE(model.data(model.index(row, 0), valueRole), values.at(after.at(row)));
-        }
-    }
-
-    /// Texts are compared in a way of their own, and all values are ordered as QVariant does.
-    void everyPairIsInTheOrderOfItsValues()
-    {
-        const QVariantList values{QString(),
-                                  "",
-                                  "a",
-                                  "A",
-                                  "b",
-                                  "\u00e4",
-                                  "\u00c4",
-                                  "ss",
-                                  "\u00df",
-                                  "10",
-                                  "9",
-                                  "9.5",
-                                  "true",
-                                  9,
-                                  10.5,
-                                  true,
-                                  false,
-                                  QVariant(),
-                                  INT_MAX,
-                                  INT_MIN,
-                                  QVariant::fromValue<qint64>(1LL << 40),
-                                  0.3,
-                                  0.1 + 0.2,
-                                  "2026-01-01",
-                                  QDate(2026, 1, 1),
-                                  QByteArray("a"),
-                                  QChar('B')};
-        for (const QVariant& first : values) {
-            for (const QVariant& second : values) {
-                QT_WARNING_PUSH
-                QT_WARNING_DISABLE_DEPRECATED
-                const bool isLess = second < first;
-                const bool isGreater = second > first;
-                QT_WARNING_POP
-                const QVector<int> kept{0, 1};
-                const QVector<int> swapped{1, 0};
-                Model model(QVariantList{first, second});
-                model.sortByRole(0, up, valueRole);
-                const QString pair = QString("%1 %2").arg(first.toString(), second.toString());
-                QVERIFY2(ids(model) == (isLess ? swapped : kept), qPrintable(pair));
-                Model other(QVariantList{first, second});
-                other.sortByRole(0, down, valueRole);
-                QVERIFY2(ids(other) == (isGreater ? swapped : kept), qPrintable(pair));
-            }
         }
     }
 

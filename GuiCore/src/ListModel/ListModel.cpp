@@ -1,5 +1,7 @@
 #include "ListModel.h"
 
+#include "RoleValueOrder_p.h"
+
 #include <QMetaType>
 #include <QVariantMap>
 
@@ -30,11 +32,6 @@ ListItem* exposed(ListItem* row)
     return row;
 }
 
-// The ordering of QVariant is what role values are compared by, and Qt 5 has no successor that
-// covers every type.
-QT_WARNING_PUSH
-QT_WARNING_DISABLE_DEPRECATED
-
 /// Orders items by the value of one role, fetched afresh for each comparison.
 struct RoleOrder
 {
@@ -51,7 +48,8 @@ struct RoleOrder
             const bool isLess = QString::compare(text(left), text(right), Qt::CaseInsensitive) < 0;
             return order == Qt::AscendingOrder ? isLess : !isLess && text(left) != text(right);
         }
-        return order == Qt::AscendingOrder ? left < right : left > right;
+        return order == Qt::AscendingOrder ? isLessRoleValue(left, right)
+                                           : isGreaterRoleValue(left, right);
     }
 
 private:
@@ -62,8 +60,6 @@ private:
         return *static_cast<const QString*>(value.constData());
     }
 };
-
-QT_WARNING_POP
 
 } // namespace
 
@@ -77,7 +73,7 @@ ListModel::~ListModel() = default;
 int ListModel::rowCount(const QModelIndex& parent) const
 {
     Q_UNUSED(parent)
-    return m_rows.size();
+    return static_cast<int>(m_rows.size());
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const
@@ -120,7 +116,7 @@ void ListModel::appendRows(QVector<ListItem*> items)
     if (items.isEmpty())
         return;
     const int row = rowCount();
-    beginInsertRows(QModelIndex(), row, row + items.size() - 1);
+    beginInsertRows(QModelIndex(), row, row + static_cast<int>(items.size()) - 1);
     for (ListItem* item : qAsConst(items)) {
         connectItem(item);
         m_rows.append(item);
@@ -179,7 +175,7 @@ ListItem* ListModel::takeRow(int row, const QModelIndex& parent)
 QVector<ListItem*> ListModel::takeRows(int row, int count, const QModelIndex& parent)
 {
     const int taken = row == firstRow ? 0 : row;
-    const int size = count == everyRow ? m_rows.size() : count;
+    const int size = count == everyRow ? static_cast<int>(m_rows.size()) : count;
     if (!hasRows(taken, size))
         return {};
     const QVector<ListItem*> items = extractRows(taken, size, parent);
@@ -247,8 +243,9 @@ void ListModel::clear()
 int ListModel::countByRole(int role, QVariant value)
 {
     return static_cast<int>(
-        std::count_if(m_rows.cbegin(), m_rows.cend(),
-                      [role, &value](const ListItem* item) { return item->data(role) == value; }));
+        std::count_if(m_rows.cbegin(), m_rows.cend(), [role, &value](const ListItem* item) {
+            return areEqualRoleValues(item->data(role), value);
+        }));
 }
 
 void ListModel::setRowExposureHandler(RowExposureHandler handler) { exposureHandler = handler; }

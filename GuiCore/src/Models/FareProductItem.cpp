@@ -1,5 +1,7 @@
 #include "FareProductItem.h"
 
+#include "RoleValueOrder_p.h"
+
 const rivo::models::QHashStaticInit<int, QByteArray>
     FareProductItemRolesHandling::PASSENGER_TYPE_ROLES_HASH_TABLE{
         {FareProductItem::FareProductIdRole, "fareProductId"},
@@ -17,6 +19,20 @@ namespace FareProductItems
 // Counts constructions for a debugger or a core dump; nothing reads it, hence marked as used.
 __attribute__((used)) static int instanceCount = 0;
 } // namespace FareProductItems
+
+namespace
+{
+
+/// Replaces a list that does not hold equal values already.
+bool isReplaced(QList<QVariant>& field, const QList<QVariant>& value)
+{
+    if (rivo::models::areEqualRoleValues(field, value))
+        return false;
+    field = value;
+    return true;
+}
+
+} // namespace
 
 FareProductItem::FareProductItem(QObject* parent) : ListItem(parent)
 {
@@ -82,17 +98,21 @@ void FareProductItem::setPaperTicket(const bool& value) { store(m_paperTicket, v
 void FareProductItem::setTotalInBasket(const int& value) { store(m_totalInBasket, value); }
 void FareProductItem::setPassengerTypes(const QList<QVariant>& value)
 {
-    store(m_passengerTypes, value);
+    if (isReplaced(m_passengerTypes, value))
+        emit dataChanged();
 }
 void FareProductItem::setTicketMaterial(const QList<QVariant>& value)
 {
-    store(m_ticketMaterial, value);
+    if (isReplaced(m_ticketMaterial, value))
+        emit dataChanged();
 }
 void FareProductItem::setPaymentMethod(const QList<QVariant>& value)
 {
-    store(m_paymentMethod, value);
+    if (isReplaced(m_paymentMethod, value))
+        emit dataChanged();
 }
 void FareProductItem::setPaymentChannel(const QList<QVariant>& value)
 {
-    store(m_paymentChannel, value);
+    if (isReplaced(m_paymentChannel, value))
+        emit dataChanged();
 }
