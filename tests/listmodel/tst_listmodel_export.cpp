@@ -102,7 +102,8 @@ private slots:
         QVERIFY(!model.get(foreign.index(2, 0)).isValid());
     }
 
-    void rowsAreCountedByTheEqualityOfQVariant()
+    /// Every pair of values is in tst_role_value_order.
+    void rowsAreCountedByTheEqualityOfTheirValues()
     {
         const QVariantList values{1,
                                   1.0,
@@ -120,9 +121,10 @@ private slots:
                                   QVariant(),
                                   QDate(2026, 1, 1)};
         SampleModel model(values);
+        QStringList counts;
         for (const QVariant& value : values)
-            QVERIFY2(model.countByRole(SampleItem::ValueRole, value) == values.count(value),
-                     qPrintable(value.toString()));
+            counts << QString::number(model.countByRole(SampleItem::ValueRole, value));
+        QCOMPARE(counts.join(' '), QString("6 6 6 6 1 6 2 2 5 1 2 2 0 1 1"));
         QCOMPARE(model.countByRole(SampleItem::ValueRole, 7), 0);
         QCOMPARE(model.countByRole(SampleItem::IdRole, 0), 1);
         // An unknown role has no value in any row.

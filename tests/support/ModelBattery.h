@@ -615,12 +615,31 @@ private:
     static std::function<bool(const Row&, const Row&)> valueOrder(int field, Qt::SortOrder order)
     {
         return [field, order](const Row& a, const Row& b) {
-            QT_WARNING_PUSH
-            QT_WARNING_DISABLE_DEPRECATED
-            return order == Qt::AscendingOrder ? a.values.at(field) < b.values.at(field)
-                                               : a.values.at(field) > b.values.at(field);
-            QT_WARNING_POP
+            const int result = compare(a.values.at(field), b.values.at(field));
+            return order == Qt::AscendingOrder ? result < 0 : result > 0;
         };
+    }
+
+    /// Two values of one of the types that rows show. Of texts that differ in case alone each is
+    /// the greater one.
+    static int compare(const QVariant& a, const QVariant& b)
+    {
+        switch (a.userType()) {
+        case QMetaType::QString:
+            if (a.toString() == b.toString())
+                return 0;
+            return a.toString().compare(b.toString(), Qt::CaseInsensitive) < 0 ? -1 : 1;
+        case QMetaType::Double:
+            if (a.toDouble() == b.toDouble() || qFuzzyCompare(a.toDouble(), b.toDouble()))
+                return 0;
+            return a.toDouble() < b.toDouble() ? -1 : 1;
+        case QMetaType::Bool:
+        case QMetaType::Int:
+            return a.toInt() == b.toInt() ? 0 : a.toInt() < b.toInt() ? -1 : 1;
+        default:
+            qFatal("no order of type %d", a.userType());
+        }
+        return 0;
     }
 
     /// An unstable sort leaves equal rows in any order: takes over what the model has between

@@ -72,7 +72,7 @@ private:
             const auto* index = static_cast<const QModelIndex*>(value);
             return index->isValid() ? QString::number(index->row()) : QString::fromLatin1("-");
         }
-        if (type == "QVector<int>") {
+        if (type == "QVector<int>" || type == "QList<int>") { // one type with Qt 6
             QStringList numbers;
             for (int number : *static_cast<const QVector<int>*>(value))
                 numbers.append(QString::number(number));

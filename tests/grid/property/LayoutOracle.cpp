@@ -348,7 +348,7 @@ int tallestColumn(const TypeTable& table)
     int tallest = 0;
     for (const auto& [code, products] : table) {
         if (std::count(evenedOutTypes.begin(), evenedOutTypes.end(), code) > 0)
-            tallest = std::max(tallest, products.size());
+            tallest = std::max(tallest, static_cast<int>(products.size()));
     }
     return tallest;
 }
@@ -498,7 +498,7 @@ QVector<int> slotsOf(Account& account, const QVector<int>& codes)
 
     const QVector<int> columns = columnsOf(account, types, wholeOrder);
     const int width = usableColumns(state);
-    const int height = std::max(1, codes.size() / width);
+    const int height = std::max(1, static_cast<int>(codes.size()) / width);
     QVector<int> numbers;
     for (int k = 0; k < types.size() * height; ++k)
         numbers.append(columns.at(k / height) + k % height * width);
