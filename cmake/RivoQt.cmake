@@ -13,11 +13,11 @@ endif()
 set(RIVO_TEST_CONVERSIONS_5 -Wconversion)
 set(RIVO_TEST_CONVERSIONS_6 "")
 set(RIVO_TEST_CONVERSIONS "${RIVO_TEST_CONVERSIONS_${GUICORE_QT}}")
-# Tests that are about Qt 5 itself: the figures of its operations, the ABI of the library built with
+# Tests that are about Qt 5 itself: the figures of its operations and rows, the ABI of the library built with
 # it, and the type description and the linter that it has.
 set(RIVO_TESTS_LEFT_OUT_5 "")
 set(RIVO_TESTS_LEFT_OUT_6
-    tst_operation_budget abi_kept tst_qml_qmltypes qmllint tst_documented_qml)
+    tst_operation_budget tst_row_memory abi_kept tst_qml_qmltypes qmllint tst_documented_qml)
 set(RIVO_TESTS_LEFT_OUT ${RIVO_TESTS_LEFT_OUT_${GUICORE_QT}})
 set(RIVO_QT "Qt${GUICORE_QT}")
 set(RIVO_QT_MINIMUM "${RIVO_QT_MINIMUM_${GUICORE_QT}}")

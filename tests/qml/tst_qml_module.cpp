@@ -151,6 +151,9 @@ private slots:
 
     void theListModelOfQtIsThatOfTheLastImport()
     {
+#if QT_VERSION_MAJOR >= 6
+        QSKIP("QtQuick of Qt 6 has its ListModel from another module, behind all imports");
+#endif
         QmlScreen screen;
         const std::unique_ptr<QObject> qtLast = screen.createWith(
             "import Rivo.GuiCore 1.0\nimport QtQuick 2.15\n", "ListModel { dynamicRoles: true }");

@@ -224,7 +224,7 @@ int main(int argc, char** argv)
 {
     const QTemporaryDir runtimeDir; // Qt asks for one that is the user's alone
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtimeDir.path()));
-    QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
+    qputenv("QT_QUICK_BACKEND", "software");
     const QGuiApplication application(argc, argv);
     // The offscreen platform never frees its screen; LeakSanitizer asks only that it can be
     // reached.
