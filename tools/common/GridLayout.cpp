@@ -31,7 +31,7 @@ int rowsOf(const PassengerTypesModel& model)
     const auto daily = static_cast<int>(std::count_if(
         tiles.begin(), tiles.end(), [](const auto* tile) { return tile->isDaily(); }));
     const int columns = qMax(1, model.numberOfColumns());
-    return (tiles.size() - daily + columns - 1) / columns + daily;
+    return (static_cast<int>(tiles.size()) - daily + columns - 1) / columns + daily;
 }
 
 bool isPlaceholder(const PassengerTypeItem& tile)
