@@ -232,13 +232,11 @@ private:
 
 } // namespace
 
-void noticeOtherColumns(TableReport& table, const QStringList& harmless)
+void noticeOtherColumns(TableReport& table)
 {
-    for (const QString& column : table.otherColumns()) {
-        if (!harmless.contains(column))
-            table.notice(1, QStringLiteral("the column %1 is not read, whatever it says of fares")
-                                .arg(quoted(column)));
-    }
+    for (const QString& column : table.otherColumns())
+        table.notice(1, QStringLiteral("the column %1 is not read, whatever it says of fares")
+                            .arg(quoted(column)));
 }
 
 void takeCurrency(Reading& reading, const QString& currency, const char* column, const Row& row,

@@ -53,8 +53,8 @@ void readOlderFares(Reading& reading);
 /// shapes.txt, trips.txt, stop_times.txt.
 void readTimetable(Reading& reading);
 
-/// Notices the columns of a fare file that are not read, except `harmless` ones.
-void noticeOtherColumns(TableReport& table, const QStringList& harmless = {});
+/// Notices the columns of a fare file that are not read.
+void noticeOtherColumns(TableReport& table);
 
 /// Takes the currency of a price, which all prices share.
 void takeCurrency(Reading& reading, const QString& currency, const char* column, const Row& row,

@@ -218,10 +218,11 @@ void Tables::reportField(const Row& row, const char* column, const FieldRule& ru
 
 bool Tables::convert(Id text, const FieldRule& rule, Id& into) const
 {
-    // Characters are counted as rarely as possible: each takes at least one byte.
+    // Characters are counted as rarely as possible: each takes at least one byte. An empty text is
+    // only judged where one is required.
     const bool isShort = text.size() <= static_cast<size_t>(m_options.limits.textLength);
-    const bool isFit = isShort && !rule.isFit ? !rule.isRequired || !text.empty()
-                                              : rule.allows(toText(text), m_options.limits);
+    const bool isFit =
+        isShort && !rule.isFit ? !text.empty() : rule.allows(toText(text), m_options.limits);
     if (isFit)
         into = text;
     return isFit;

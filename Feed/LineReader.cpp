@@ -17,8 +17,8 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 LineReader::LineReader(ByteReader bytes, int longestLine)
     : m_bytes(std::move(bytes)), m_longestLine(longestLine)
 {
-    while (m_end < blockSize && fill()) {
-    }
+    while (m_end < blockSize && !m_isAtEnd)
+        fill();
     if (std::string_view(m_buffer.constData(), static_cast<size_t>(m_end)).substr(0, 3) ==
         byteOrderMark)
         m_begin = static_cast<int>(byteOrderMark.size());
@@ -33,7 +33,8 @@ bool LineReader::isUtf16()
 bool LineReader::next(std::string_view& line)
 {
     int end = lineEnd();
-    while (end < 0 && fill()) {
+    while (end < 0) {
+        fill();
         m_isTooLong = m_end - m_begin > m_longestLine;
         if (m_isTooLong)
             return false;
@@ -46,7 +47,8 @@ bool LineReader::next(std::string_view& line)
     return true;
 }
 
-/// Where the line that begins at m_begin ends; -1 if that is not known yet.
+/// Where the line that begins at m_begin ends; -1 if more of the stream must be read to
+/// know.
 int LineReader::lineEnd()
 {
     const char* const begin = m_buffer.constData() + m_begin;
@@ -62,11 +64,9 @@ int LineReader::lineEnd()
     return m_isAtEnd ? after : -1;
 }
 
-/// Reads a block more; false at the end of the stream.
-bool LineReader::fill()
+/// Reads a block more, before the end of the stream.
+void LineReader::fill()
 {
-    if (m_isAtEnd)
-        return false;
     if (m_begin > 0) {
         std::memmove(m_buffer.data(), m_buffer.constData() + m_begin,
                      static_cast<size_t>(m_end - m_begin));
@@ -79,7 +79,6 @@ bool LineReader::fill()
     m_hasFailed = count < 0;
     m_isAtEnd = count <= 0;
     m_end += static_cast<int>(std::max<qint64>(count, 0));
-    return true;
 }
 
 } // namespace rivo::feed

@@ -25,7 +25,7 @@ public:
     bool isUtf16();
 
 private:
-    bool fill();
+    void fill();
     int lineEnd();
 
     ByteReader m_bytes;

@@ -54,10 +54,13 @@ void FeedArchivesTest::archives_data()
 {
     QTest::addColumn<Entries>("entries");
     QTest::addColumn<QString>("problem"); // or none
-    QTest::newRow("files at the top, others anywhere")
-        << Entries{{"fare_products.txt", oneProduct}, {"docs/areas.txt", "?"}} << "";
+    QTest::newRow("files at the top, others anywhere") << Entries{{"fare_products.txt", oneProduct},
+                                                                  {"docs/areas.txt", "?"},
+                                                                  {"docs/map.png", "?"},
+                                                                  {"README", "?"}}
+                                                       << "";
     QTest::newRow("files in a folder")
-        << Entries{{"gtfs/fare_products.txt", oneProduct}}
+        << Entries{{"gtfs/fare_products.txt", oneProduct}, {"README", "?"}}
         << "feed.zip: its files in the folder \"gtfs\", expected them at the top of the archive; "
            "unpack it and give that folder";
     QTest::newRow("no files") << Entries{}

@@ -71,6 +71,14 @@ void addAnotherFile(const QString& path, int number)
     setTime(QFileInfo(path).path(), number);
 }
 
+/// Files have the same time until the clock of the file system goes on.
+void setPermissions(const QString& path, int number)
+{
+    QTest::qSleep(20);
+    QVERIFY(QFile::setPermissions(path, number % 2 ? QFile::ReadOwner
+                                                   : QFile::ReadOwner | QFile::WriteOwner));
+}
+
 constexpr int firstPart = 64 * 1024; // that is read of a short file at once
 constexpr int grownSize = 100'000;
 
@@ -158,6 +166,8 @@ void FeedFaultsTest::changesWhileAFolderIsRead_data()
         << Change(addAnotherFile) << 2 << "";
     QTest::newRow("a folder that gets a file at each attempt is refused")
         << Change(addAnotherFile) << 3 << refused;
+    QTest::newRow("a folder with a file whose permissions change at each attempt is refused")
+        << Change(setPermissions) << 3 << refused;
     QTest::newRow("a folder with a file that grows twice is read again")
         << Change(append) << 2 << "";
     QTest::newRow("a folder with a file that grows at each attempt is refused")

@@ -329,6 +329,7 @@ void FeedLoaderTest::textForATerminal_data()
         QStringLiteral("\\u202e\\u2066"));
     row("halves of pairs in the wrong order", QString(QChar(0xDE8C)) + QChar(0xD83D),
         QStringLiteral("\\ude8c\\ud83d"));
+    row("half a pair before a letter", QString(QChar(0xD83D)) + 'a', QStringLiteral("\\ud83da"));
     row("half a pair at the end", QStringLiteral("a") + QChar(0xD83D), QStringLiteral("a\\ud83d"));
 }
 

@@ -23,6 +23,8 @@ class FeedTextsTest : public QObject
 private slots:
     void bytesInUtf8_data();
     void bytesInUtf8();
+    void lines_data();
+    void lines();
     void times_data();
     void times();
     void dates_data();
@@ -73,6 +75,25 @@ void FeedTextsTest::bytesInUtf8()
     };
     QCOMPARE(judged(bytes), isValid);
     QCOMPARE(judged("a" + bytes + "b"), isValid);
+}
+
+void FeedTextsTest::lines_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("length"); // of the first line
+    QTest::newRow("LF") << QByteArray("ab\nc") << 3;
+    QTest::newRow("CR") << QByteArray("ab\rc") << 3;
+    QTest::newRow("CR LF") << QByteArray("ab\r\nc") << 4;
+    QTest::newRow("LF CR is the end of two lines") << QByteArray("ab\n\rc") << 3;
+    QTest::newRow("CR at the end of the text") << QByteArray("ab\r") << 3;
+    QTest::newRow("no line end") << QByteArray("ab") << 2;
+}
+
+void FeedTextsTest::lines()
+{
+    QFETCH(QByteArray, text);
+    QTEST(lineLength(text, 0), "length");
+    QCOMPARE(lineLength("xy" + text, 2), lineLength(text, 0));
 }
 
 void FeedTextsTest::times_data()

@@ -151,6 +151,7 @@ private slots:
     void everyProblemInOnePass();
     void aBrokenFileRaisesNoFalseReferences();
     void limitsAreInclusive();
+    void aCatalogueBeyondTheLimitIsLeftOut();
     void ruleAndProductNumbersMayNotMultiplyWithoutBound();
 
 private:
@@ -273,6 +274,9 @@ void GtfsFeedTest::operatorsOfRoutes_data()
         << files << QStringList{"First", "Second", "First", "First"};
     QTest::newRow("the publisher goes before")
         << published << QStringList{"Publisher", "Publisher", "Publisher", "Publisher"};
+    QTest::newRow("of two publishers the first goes before")
+        << files + Files{{"feed_info.txt", "feed_publisher_name\nPublisher\nOther\n"}}
+        << QStringList{"Publisher", "Publisher", "Publisher", "Publisher"};
     QTest::newRow("a publisher without a name does not")
         << files + Files{{"feed_info.txt", "feed_publisher_name\n\n"}}
         << QStringList{"First", "Second", "First", "First"};
@@ -605,6 +609,18 @@ void GtfsFeedTest::limitsAreInclusive()
              QStringList("gtfs/stop_times.txt:5: a further record, expected at most 3 records"));
     options.limits.feedFiles = 1;
     QVERIFY(!lines(base()).isEmpty());
+}
+
+void GtfsFeedTest::aCatalogueBeyondTheLimitIsLeftOut()
+{
+    FeedOptions options;
+    options.limits.entries = loadGtfs(base()).feed->fareProducts.size();
+    QVERIFY(options.limits.entries > 1);
+    QCOMPARE(loadGtfs(base(), options).feed->fareProducts.size(), options.limits.entries);
+    --options.limits.entries;
+    const FeedResult result = loadGtfs(base(), options);
+    REQUIRE_FEED(result);
+    QVERIFY(result.feed->fareProducts.isEmpty());
 }
 
 void GtfsFeedTest::ruleAndProductNumbersMayNotMultiplyWithoutBound()
