@@ -92,7 +92,7 @@ private:
 QString replacedOnce(const QString& text, const QString& before, const QString& after)
 {
     if (text.count(before) != 1)
-        qFatal("\"%s\" occurs %d times", qPrintable(before), text.count(before));
+        qFatal("\"%s\" occurs %d times", qPrintable(before), static_cast<int>(text.count(before)));
     return QString(text).replace(before, after);
 }
 
