@@ -53,16 +53,17 @@ private slots:
 
 private:
     const TerminalHome m_home;
+    QObject m_owner;
 };
 
 void TestProductRecord::addedProductBecomesTileWithAllItsValues()
 {
     const sProduct product = distinctProduct();
-    PassengerTypesModel added;
+    PassengerTypesModel added(&m_owner);
     addProduct(added, product);
     QCOMPARE(added.rowCount(), 0);
     added.sortAndRegroup({}, 1);
-    PassengerTypesModel expected;
+    PassengerTypesModel expected(&m_owner);
     expected.addItemsToModel({product});
     QCOMPARE(allRoles(added), allRoles(expected));
     QCOMPARE(codeOf(added, 0), codeOf(expected, 0));
@@ -83,7 +84,7 @@ void TestProductRecord::passengerTypeIsKept()
     QFETCH(int, code);
     sProduct product = distinctProduct();
     product.passengerTypeCode = code;
-    PassengerTypesModel model;
+    PassengerTypesModel model(&m_owner);
     addProduct(model, product);
     model.sortAndRegroup({}, 1);
     QTEST(codeOf(model, 0), "codeOfTile");
@@ -94,7 +95,7 @@ void TestProductRecord::productGoesToTheListOfItsKind()
     sProduct product = distinctProduct();
     product.isDaily = false;
     product.pos = -1;
-    PassengerTypesModel model;
+    PassengerTypesModel model(&m_owner);
     addProduct(model, product);
     product.fareProductName = "Daily";
     product.isDaily = true;
@@ -109,7 +110,7 @@ void TestProductRecord::textNamesThePassengerTypeOfAnyRecord()
     {
         QString passengerTypeCode = "PT_LFS"; // instead of a number
     };
-    PassengerTypesModel model;
+    PassengerTypesModel model(&m_owner);
     const Record record;
     addProduct(model, record, record.passengerTypeCode);
     addProduct(model, record, "PT_UNKNOWN");

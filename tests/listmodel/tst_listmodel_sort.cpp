@@ -21,9 +21,6 @@ constexpr auto up = Qt::AscendingOrder;
 constexpr auto down = Qt::DescendingOrder;
 constexpr int valueRole = SampleItem::ValueRole;
 
-/// Any number as an order: callers in C++ may pass more than the two that have names.
-Qt::SortOrder orderOf(int number) { return static_cast<Qt::SortOrder>(number); }
-
 using Sort = std::function<void(ListModel&)>;
 
 Sort byId(Qt::SortOrder order)
@@ -87,7 +84,8 @@ private slots:
             << prqs << byRole(down) << Rows{0, 2, 3, 1};
         QTest::newRow("ascending by id") << prqs << byId(up) << Rows{0, 1, 2, 3};
         QTest::newRow("descending by id") << prqs << byId(down) << Rows{3, 2, 1, 0};
-        const Qt::SortOrder other = orderOf(7);
+#ifndef __SANITIZE_ADDRESS__ // UBSan, which comes along, ends the program at such an order
+        const auto other = static_cast<Qt::SortOrder>(7);
         QTest::newRow("any other order than ascending by id")
             << prqs << byId(other) << Rows{3, 2, 1, 0};
         QTest::newRow("any other order than ascending by role")
@@ -96,6 +94,7 @@ private slots:
             << QVariantList{2, 1, 4, 3} << range(other, 0, 4) << Rows{2, 3, 0, 1};
         QTest::newRow("any other order of texts")
             << QVariantList{"b", "A", "c"} << byRole(other) << Rows{2, 0, 1};
+#endif
         QTest::newRow("by another role")
             << prqs << byRole(down, SampleItem::IdRole) << Rows{3, 2, 1, 0};
         QTest::newRow("by a role that no row has: all are equal")

@@ -272,6 +272,6 @@ QMap<int, QString> productsWithoutRides(const Tariff& tariff)
         judge(tariff.prices.at(i).product,
               [&] { return objectionTo(tariff.validities.at(i), tariff); });
     for (auto objection = objections.begin(); objection != objections.end();)
-        objection = objection->isEmpty() ? objections.erase(objection) : objection + 1;
+        objection = objection->isEmpty() ? objections.erase(objection) : std::next(objection);
     return objections;
 }

@@ -22,14 +22,15 @@ public:
     Filling()
     {
         auto* const bytes = const_cast<volatile char*>(m_bytes);
-        m_wasZeroed = std::all_of(bytes, bytes + size, [](char byte) { return byte == 0; });
-        std::memset(m_bytes, pattern, size);
+        m_wasZeroed =
+            std::all_of(bytes, bytes + sizeof(m_bytes), [](char byte) { return byte == 0; });
+        std::memset(m_bytes, pattern, sizeof(m_bytes));
     }
 
     const char* state() const
     {
-        const bool isIntact =
-            std::all_of(m_bytes, m_bytes + size, [](char byte) { return byte == pattern; });
+        const bool isIntact = std::all_of(m_bytes, m_bytes + sizeof(m_bytes),
+                                          [](char byte) { return byte == pattern; });
         return !isIntact ? "damaged" : m_wasZeroed ? "zeroed and intact" : "not zeroed";
     }
 
