@@ -139,19 +139,34 @@ void TestFareCheck::feedsWithTooManyProductsAreJudged()
     GtfsCase::Files files = GtfsCases::read(CASES).first().files;
     QByteArray prices = "fare_product_id,amount,currency,rider_category_id\n";
     QByteArray categories = "rider_category_id\n";
-    for (int i = 1; i <= 51'000; ++i) {
+    for (int i = 1; i <= 1'001; ++i) {
         prices += "town,1,EUR," + QByteArray::number(i) + '\n';
         categories += QByteArray::number(i) + '\n';
     }
+    QByteArray areas = "area_id\n";
+    QByteArray stops = "area_id,stop_id\n";
+    QByteArray rules = "fare_product_id,from_area_id,to_area_id\n";
+    for (int i = 0; i < 10; ++i) {
+        const QByteArray area = QByteArray::number(i);
+        areas += area + '\n';
+        for (const char* stop : {"A", "B", "C"})
+            stops += area + ',' + stop + '\n';
+        for (int to = 0; to < 10; ++to)
+            rules += "town," + area + ',' + QByteArray::number(to) + '\n';
+    }
     files["fare_products.txt"] = prices;
     files["rider_categories.txt"] = categories;
-    files["fare_leg_rules.txt"] = "fare_product_id,from_area_id,to_area_id\n"
-                                  "town,10,10\ntown,10,20\n";
+    files["areas.txt"] = areas;
+    files["stop_areas.txt"] = stops;
+    files["fare_leg_rules.txt"] = rules;
     const Outcome outcome = runner.run({"check", writeGtfs(runner, files)});
     QCOMPARE(outcome.exitCode, 0);
-    QVERIFY2(outcome.output.startsWith("1 fare products, 2 rules, 3 stops, 51000 rider categories\n"
-                                       "rider categories without a passenger type (50998);"),
-             outcome.output.left(200));
+    QVERIFY2(outcome.messages.contains("more than 100000 products over all areas"),
+             outcome.messages.right(200));
+    QVERIFY2(
+        outcome.output.startsWith("1 fare products, 100 rules, 3 stops, 1001 rider categories\n"
+                                  "rider categories without a passenger type (999);"),
+        outcome.output.left(200));
 }
 
 QTEST_GUILESS_MAIN(TestFareCheck)
