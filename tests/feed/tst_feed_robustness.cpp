@@ -162,7 +162,7 @@ void FeedRobustnessTest::hostileCsvEndsSoon_data()
     QTest::newRow("very many broken records") << header + QByteArray("\"a\"b\n").repeated(size / 5);
     QTest::newRow("one long field") << header + QByteArray(size, 'a') + ",1,EUR,";
     QTest::newRow("one long amount") << header + "a," + QByteArray(size, '9') + ",EUR,";
-    QTest::newRow("nothing but zero bytes") << QByteArray(size, '\0');
+    QTest::newRow("nothing but zero bytes, and a record") << QByteArray(size, '\0') + "\n1\n";
 }
 
 void FeedRobustnessTest::hostileCsvEndsSoon()
