@@ -4,6 +4,7 @@
 #include <OfferProducts.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace rivo::terminal
 {
