@@ -116,7 +116,7 @@ while read -r header; do
 done < <(cd "$tree/include/guicore" && find . -name '*.h' -printf '%P\n')
 
 # The programs, each in a folder of its own and without options that say where things are.
-if [ -x "$tree/bin/rivo-grid" ]; then
+if [ -x "$tree/bin/rivo-grid" ] && [ -d "$tree/share/rivo-terminal/feeds" ]; then # the terminal's
     "$tree/bin/rivo-grid" "$tree/share/rivo-terminal/feeds/hill-valley.json" > "$work/grid.txt"
     expect "rivo-grid prints the shipped feed" 0 "$?"
     grep -q 'Hill & Valley Buses' "$work/grid.txt" || expect "the grid" "its name" "$(cat "$work/grid.txt")"
