@@ -646,7 +646,10 @@ private:
             return a.toDouble() < b.toDouble() ? -1 : 1;
         case QMetaType::Bool:
         case QMetaType::Int:
-            return a.toInt() == b.toInt() ? 0 : a.toInt() < b.toInt() ? -1 : 1;
+        case QMetaType::UInt:
+            if (a.toLongLong() == b.toLongLong())
+                return 0;
+            return a.toLongLong() < b.toLongLong() ? -1 : 1;
         case QMetaType::QDateTime:
             if (a.toDateTime() == b.toDateTime())
                 return 0;
