@@ -13,6 +13,7 @@ namespace rivo::sales
 {
 
 class JournalFile;
+enum class RecordKind;
 
 /// Why the journal cannot be used.
 struct JournalFault
@@ -34,6 +35,10 @@ struct JournalFault
 /// program, and one Journal in it, at a time. What a function of this class reports as done is on
 /// the disk.
 ///
+/// What happens is a record with its time and the driver: a sale, a ticket on paper or a copy of
+/// it, tickets taken back, a float, a closed shift, cash handed over. Records are added, never
+/// changed.
+///
 /// Every write is one transaction: after a power cut it is there as a whole or not at all. The
 /// first fault ends all writing until open() succeeds again: what is on the disk at that moment,
 /// write-ahead log included, stays byte for byte. Nothing but transactions ever changes a file that
@@ -47,9 +52,9 @@ public:
     Journal& operator=(const Journal&) = delete;
 
     /// Opens `file` and returns what is wrong; nothing if it can be used. One that is missing or
-    /// empty is made, with its first shift numbered
-    /// `firstZNumber`. An existing one is checked from end to end: pages, indexes, sums of sales
-    /// and all figures of shifts. A second call closes what was open.
+    /// empty is made, with its first shift numbered `firstZNumber`. An existing one is checked from
+    /// end to end: pages, indexes, sums of sales and all figures of shifts. One of the version
+    /// before is taken over in one transaction. A second call closes what was open.
     std::optional<JournalFault> open(const QString& file, const Currency& currency,
                                      qint64 firstZNumber);
 
@@ -64,31 +69,73 @@ public:
     bool clearBasket();
     QVector<Ticket> basket();
 
-    /// Sells `tickets` (at least one) in the running shift, in one transaction that also empties
-    /// the unfinished basket. Returns them with their numbers, not printed yet.
-    std::optional<QVector<Ticket>> confirmSale(const QVector<Ticket>& tickets, PayMethod method,
-                                               const QDateTime& at);
+    /// The driver that the records from now on are of; 0 = no sign-in.
+    void setDriver(qint64 number) { m_driver = number; }
 
-    bool markPrinted(qint64 ticketNumber);
+    /// Sells `tickets` (at least one) in the running shift, in one transaction that also empties
+    /// the unfinished basket. Returns them with their numbers, not printed yet. Nothing, and no
+    /// fault, if less is given than is due.
+    std::optional<QVector<Ticket>> confirmSale(const QVector<Ticket>& tickets,
+                                               const Payment& payment, const QDateTime& at);
+
+    /// Records that a ticket is on paper, once.
+    bool markPrinted(qint64 ticketNumber, const QDateTime& at = QDateTime::currentDateTime());
+
+    /// Records that a copy of a ticket is printed.
+    bool recordCopy(qint64 ticketNumber, const QDateTime& at);
 
     /// Tickets that were sold but not printed, in the order of their numbers.
     QVector<Ticket> unprintedTickets();
+
+    /// Sales of the running shift, the newest first: `count` of them, `skip` newer ones left out.
+    QVector<PastSale> pastSales(int skip, int count);
+    int pastSaleCount(); ///< of the running shift
+
+    /// A sale of the running shift by its number; nothing, and no fault, if there is none.
+    std::optional<PastSale> pastSale(qint64 id);
+    QVector<PastTicket> ticketsOf(qint64 sale); ///< in the order of their numbers
+
+    /// The sale of the running shift that a ticket is of; 0 if there is none.
+    qint64 saleOf(qint64 ticketNumber);
+
+    /// Takes tickets of one sale of the running shift back, for `paidOut`. Returns what is left of
+    /// the sale. Nothing, and no fault, if one of them is not such a ticket, or is taken back
+    /// already.
+    std::optional<PastSale> reverse(qint64 sale, const QVector<qint64>& tickets, ReversalKind kind,
+                                    const QString& reason, Minor paidOut, const QDateTime& at);
+
+    /// Records the float of the running shift; the last one counts.
+    bool recordOpeningFloat(Minor amount, const QDateTime& at);
 
     std::optional<ShiftReport> runningShift();
 
     /// Closed shifts, the oldest first.
     QVector<ShiftReport> closedShifts();
 
-    /// Closes the running shift and starts the next number. A shift without cash has nothing to
-    /// hand over: it is paid at once.
+    /// One closed shift; nothing, and no fault, if there is none.
+    std::optional<ShiftReport> closedShift(qint64 zNumber);
+
+    /// Closes the running shift and starts the next number. A shift that owes nothing has nothing
+    /// to hand over: it is paid at once.
     std::optional<ShiftReport> closeShift(const QDateTime& at);
 
-    /// Notes that the cash of a closed shift was handed over, and returns the shift. Nothing, and
-    /// no fault, if there is no such shift or it is paid already.
-    std::optional<ShiftReport> handOver(qint64 zNumber, const QDateTime& at);
+    /// Records that the cash of a closed shift was handed over, and returns the shift. `counted`:
+    /// what was counted; without it, what is due. Nothing, and no fault, if there is no such shift
+    /// or it is paid already.
+    std::optional<ShiftReport> handOver(qint64 zNumber, const QDateTime& at,
+                                        std::optional<Minor> counted = std::nullopt);
 
 private:
+    std::optional<qint64> addRecord(RecordKind kind, qint64 shift, const QDateTime& at);
+    std::optional<qint64> runningZNumber();
+    bool addPrintout(qint64 ticketNumber, bool isCopy, const QDateTime& at);
+    QVector<PastSale> readSales(const QString& condition);
+    bool addReversal(const PastSale& sale, const QVector<qint64>& tickets, ReversalKind kind,
+                     const QString& reason, Minor paidOut, const QDateTime& at);
+    QVector<ShiftReport> readClosedShifts(const QString& condition);
+
     std::unique_ptr<JournalFile> m_file;
+    qint64 m_driver = 0;
 };
 
 } // namespace rivo::sales

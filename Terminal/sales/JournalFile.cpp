@@ -7,6 +7,8 @@
 #include <QUuid>
 #include <QtEndian>
 
+#include <algorithm>
+
 #include <sqlite3.h>
 
 namespace rivo::sales
@@ -172,6 +174,22 @@ bool JournalFile::run(const QString& statement)
 {
     QSqlQuery query(database());
     return query.prepare(statement) ? run(query) : fail(faultOf(query.lastError()));
+}
+
+bool JournalFile::runAll(const QStringList& statements)
+{
+    return std::all_of(statements.begin(), statements.end(),
+                       [this](const QString& statement) { return run(statement); });
+}
+
+std::optional<qint64> JournalFile::insert(const char* table, const QVector<QVariant>& values)
+{
+    QSqlQuery query =
+        prepared(QStringLiteral("INSERT INTO %1 VALUES (?%2)")
+                     .arg(QLatin1String(table), QStringLiteral(", ?").repeated(values.size() - 1)));
+    for (const QVariant& value : values)
+        query.addBindValue(value);
+    return run(query) ? std::make_optional(query.lastInsertId().toLongLong()) : std::nullopt;
 }
 
 QSqlQuery JournalFile::prepared(const QString& statement) const

@@ -4,7 +4,9 @@
 
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QStringList>
 #include <QVariant>
+#include <QVector>
 
 namespace rivo::sales
 {
@@ -36,6 +38,11 @@ public:
     QSqlQuery prepared(const QString& statement) const;
     bool run(QSqlQuery& query);
     bool run(const QString& statement);
+    /// Runs them in their order, until one fails.
+    bool runAll(const QStringList& statements);
+    /// Adds a row with these values, which are all of its columns. Returns its number: a key that
+    /// is null becomes one that was never used before.
+    std::optional<qint64> insert(const char* table, const QVector<QVariant>& values);
     /// The one value that `statement` yields.
     std::optional<QVariant> value(const QString& statement);
     /// For settings that SQLite answers with what it made of them.

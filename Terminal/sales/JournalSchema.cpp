@@ -1,5 +1,6 @@
 #include "JournalSchema_p.h"
 
+#include "JournalFigures_p.h"
 #include "JournalFile_p.h"
 
 #include <QStringList>
@@ -16,7 +17,7 @@ namespace
 
 using feed::FeedTripContext;
 
-constexpr int schemaVersion = 2;
+constexpr int schemaVersion = 3;
 
 /// One column that the tables of tickets and of the unfinished basket share.
 struct Column
@@ -69,7 +70,13 @@ const std::array columns{column<&Ticket::passengerTypeId>("passenger_type"),
                          column<&FeedTripContext::currentStopId>("current_stop"),
                          column<&FeedTripContext::tripsRouteId>("trips_route"),
                          column<&FeedTripContext::tripsExecutionId>("trips_execution"),
-                         column<&FeedTripContext::publicRouteExecutionId>("public_execution")};
+                         column<&FeedTripContext::publicRouteExecutionId>("public_execution"),
+                         column<&Ticket::fromStopName>("from_stop_name"),
+                         column<&Ticket::toStopName>("to_stop_name"),
+                         column<&Ticket::routeName>("route_name"),
+                         column<&Ticket::vehicle>("vehicle"),
+                         column<&Ticket::validity>("validity"),
+                         column<&Ticket::tax>("tax")};
 
 /// A text column must not be null, which is what QVariant makes of a null QString.
 QVariant storable(const QVariant& value)
@@ -91,49 +98,89 @@ QString moneyText(const Currency& currency)
     return QStringLiteral("%1 %2").arg(currency.code()).arg(currency.decimals());
 }
 
-/// What holds in every journal.
-struct Check
+/// The tables with a row for each record of their kind.
+struct RecordTable
 {
-    QString statement;
-    const char* result;
+    const char* name;
+    RecordKind kind;
 };
 
-std::array<Check, 7> checks()
+constexpr std::array<RecordTable, 6> recordTables{{{"opening", RecordKind::Opening},
+                                                   {"sale", RecordKind::Sale},
+                                                   {"printout", RecordKind::Printout},
+                                                   {"reversal", RecordKind::Reversal},
+                                                   {"closing", RecordKind::Closing},
+                                                   {"hand_over", RecordKind::HandOver}}};
+
+/// All rows of these tables: the number of the record, and its kind by the table.
+QString rowsOfRecordTables()
 {
-    return {{{QStringLiteral("PRAGMA integrity_check(1)"), "ok"},
-             {QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name IN"
-                             " ('journal', 'shift', 'sale', 'ticket', 'basket')"),
-              "5"},
-             {QStringLiteral("SELECT COUNT(*) FROM pragma_foreign_key_check"), "0"},
-             {QStringLiteral("SELECT COUNT(*) FROM shift WHERE closed_at IS NULL"), "1"},
-             {QStringLiteral("SELECT COUNT(*) FROM shift WHERE closed_at IS NULL AND paid_at IS NOT"
-                             " NULL"),
-              "0"},
-             {QStringLiteral("SELECT COUNT(*) FROM sale WHERE total IS NOT"
-                             " (SELECT SUM(price) FROM ticket WHERE ticket.sale = sale.id)"),
-              "0"},
-             {QStringLiteral("SELECT COUNT(*) FROM shift LEFT JOIN (%1 GROUP BY sale.shift) AS sold"
-                             " ON sold.shift = z_number WHERE closed_at IS NOT NULL AND"
-                             " (ticket_count IS NOT IFNULL(tickets, 0) OR"
-                             " ticket_sum IS NOT IFNULL(total, 0) OR"
-                             " card_count IS NOT IFNULL(cards, 0) OR"
-                             " card_sum IS NOT IFNULL(card_total, 0) OR"
-                             " first_ticket IS NOT IFNULL(first, 0) OR"
-                             " last_ticket IS NOT IFNULL(last, 0))")
-                  .arg(QLatin1String(shiftFigures)),
-              "0"}}};
+    QStringList parts;
+    for (const RecordTable& table : recordTables)
+        parts.append(QStringLiteral("SELECT record, %1 AS kind FROM %2")
+                         .arg(static_cast<int>(table.kind))
+                         .arg(QLatin1String(table.name)));
+    return parts.join(QLatin1String(" UNION ALL "));
+}
+
+/// What holds in every journal.
+QVector<Check> checks()
+{
+    const auto none = [](const QString& rows) {
+        return Check{QStringLiteral("SELECT COUNT(*) FROM %1").arg(rows)};
+    };
+    return {
+        {QStringLiteral("PRAGMA integrity_check(1)"), "ok"},
+        {QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name IN"
+                        " ('journal', 'shift', 'record', 'opening', 'sale', 'ticket', 'printout',"
+                        " 'reversal', 'reversed_ticket', 'closing', 'hand_over', 'unprinted',"
+                        " 'basket')"),
+         "13"},
+        none(QStringLiteral("pragma_foreign_key_check")),
+        // Records are numbered from 1 without holes, and each is in the table of its kind.
+        {QStringLiteral("SELECT IFNULL((SELECT seq FROM sqlite_sequence WHERE name = 'record'), 0)"
+                        " - COUNT(*) FROM record")},
+        none(QStringLiteral("record LEFT JOIN (%1) AS part ON part.record = record.id"
+                            " WHERE part.kind IS NOT record.kind")
+                 .arg(rowsOfRecordTables())),
+        // The last shift runs, all others are closed.
+        {QStringLiteral("SELECT (SELECT COUNT(*) FROM shift) - (SELECT COUNT(*) FROM closing)"),
+         "1"},
+        none(QStringLiteral("closing WHERE shift = (SELECT MAX(z_number) FROM shift)")),
+        none(QStringLiteral("record JOIN closing ON closing.record = record.id"
+                            " WHERE closing.shift <> record.shift")),
+        none(QStringLiteral("record JOIN hand_over ON hand_over.record = record.id"
+                            " WHERE hand_over.shift <> record.shift")),
+        // Sums of sales and reversals are those of their tickets.
+        none(QStringLiteral("sale WHERE total IS NOT"
+                            " (SELECT SUM(price) FROM ticket WHERE ticket.sale = sale.record)")),
+        none(QStringLiteral("sale WHERE given - change <> (pay_method = 1) * (total + rounding)")),
+        none(QStringLiteral(
+            "reversal WHERE total IS NOT (SELECT SUM(price) FROM reversed_ticket JOIN ticket ON"
+            " number = reversed_ticket.ticket WHERE reversed_ticket.reversal = reversal.record"
+            " AND ticket.sale = reversal.sale)")),
+        none(QStringLiteral("reversal JOIN record AS own ON own.id = reversal.record"
+                            " JOIN record AS sold ON sold.id = reversal.sale"
+                            " WHERE own.shift <> sold.shift")),
+        // Tickets without an original on paper are those to be printed.
+        none(QStringLiteral("ticket LEFT JOIN printout ON printout.ticket = number AND is_copy = 0"
+                            " LEFT JOIN unprinted ON unprinted.ticket = number"
+                            " WHERE (printout.ticket IS NULL) <> (unprinted.ticket IS NOT NULL)")),
+        // Closed shifts have the figures of their records.
+        none(QStringLiteral("closing JOIN (%1) AS added ON added.z_number = closing.shift"
+                            " WHERE (closing.%2) IS NOT (added.%3)")
+                 .arg(figuresOfShifts(),
+                      figureNames().replace(QLatin1String(", "), QLatin1String(", closing.")),
+                      figureNames().replace(QLatin1String(", "), QLatin1String(", added.")))),
+        none(QStringLiteral("hand_over JOIN closing USING (shift) WHERE counted - difference <> ") +
+             QLatin1String(dueOfFigures))};
 }
 
 } // namespace
 
-bool hasValidContent(JournalFile& file, const Currency& currency)
+bool passes(JournalFile& file, const QVector<Check>& checks)
 {
-    const std::optional<QVariant> version = file.value(QStringLiteral("PRAGMA user_version"));
-    if (!version)
-        return false;
-    if (version->toInt() != schemaVersion)
-        return file.fail({JournalFault::Kind::OtherVersion, version->toString()});
-    for (const Check& check : checks()) {
+    for (const Check& check : checks) {
         const std::optional<QVariant> result = file.value(check.statement);
         if (!result)
             return false;
@@ -141,50 +188,101 @@ bool hasValidContent(JournalFile& file, const Currency& currency)
             return file.fail(
                 damaged(QStringLiteral("%1: %2").arg(check.statement, result->toString())));
     }
+    return true;
+}
+
+std::optional<Content> validContent(JournalFile& file, const Currency& currency)
+{
+    const std::optional<QVariant> version = file.value(QStringLiteral("PRAGMA user_version"));
+    if (!version)
+        return std::nullopt;
+    const int number = version->toInt();
+    if (number != schemaVersion && number != schemaVersion - 1) {
+        file.fail({JournalFault::Kind::OtherVersion, version->toString()});
+        return std::nullopt;
+    }
+    if (!passes(file, number == schemaVersion ? checks() : checksOfVersion2()))
+        return std::nullopt;
     const std::optional<QVariant> kept =
         file.value(QStringLiteral("SELECT currency || ' ' || decimals FROM journal"));
     if (!kept)
-        return false;
-    return kept->toString() == moneyText(currency) ||
-           file.fail({JournalFault::Kind::OtherCurrency,
-                      QStringLiteral("kept in %1, not in %2")
-                          .arg(kept->toString(), moneyText(currency))});
+        return std::nullopt;
+    if (kept->toString() != moneyText(currency)) {
+        file.fail(
+            {JournalFault::Kind::OtherCurrency,
+             QStringLiteral("kept in %1, not in %2").arg(kept->toString(), moneyText(currency))});
+        return std::nullopt;
+    }
+    return number == schemaVersion ? Content::ThisVersion : Content::Version2;
 }
 
-bool createTables(JournalFile& file, const Currency& currency, qint64 firstZNumber)
+bool createTables(JournalFile& file)
+{
+    const auto table = [](const char* name, const char* definitions) {
+        return QStringLiteral("CREATE TABLE %1 (%2)")
+            .arg(QLatin1String(name), QLatin1String(definitions));
+    };
+    const auto withTicket = [](const QString& statement) {
+        return statement.arg(columnDefinitions());
+    };
+    return file.runAll(
+        {QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion),
+         table("shift", "z_number INTEGER PRIMARY KEY"),
+         table("record", "id INTEGER PRIMARY KEY AUTOINCREMENT, kind INTEGER NOT NULL,"
+                         " shift INTEGER NOT NULL REFERENCES shift, at TEXT NOT NULL,"
+                         " driver INTEGER NOT NULL"),
+         QStringLiteral("CREATE INDEX record_shift ON record (shift, kind)"),
+         table("opening", "record INTEGER PRIMARY KEY REFERENCES record, amount INTEGER NOT NULL"),
+         table("sale", "record INTEGER PRIMARY KEY REFERENCES record, pay_method INTEGER NOT NULL,"
+                       " total INTEGER NOT NULL, rounding INTEGER NOT NULL, given INTEGER NOT NULL,"
+                       " change INTEGER NOT NULL"),
+         withTicket(QStringLiteral("CREATE TABLE ticket (number INTEGER PRIMARY KEY AUTOINCREMENT,"
+                                   " sale INTEGER NOT NULL REFERENCES sale, %1)")),
+         QStringLiteral("CREATE INDEX ticket_sale ON ticket (sale)"),
+         table("printout", "record INTEGER PRIMARY KEY REFERENCES record,"
+                           " ticket INTEGER NOT NULL REFERENCES ticket, is_copy INTEGER NOT NULL"),
+         QStringLiteral("CREATE UNIQUE INDEX printout_original ON printout (ticket)"
+                        " WHERE is_copy = 0"),
+         QStringLiteral("CREATE INDEX printout_copy ON printout (ticket) WHERE is_copy = 1"),
+         table("reversal", "record INTEGER PRIMARY KEY REFERENCES record,"
+                           " sale INTEGER NOT NULL REFERENCES sale, reason_kind INTEGER NOT NULL,"
+                           " reason TEXT NOT NULL, total INTEGER NOT NULL,"
+                           " paid_out INTEGER NOT NULL"),
+         QStringLiteral("CREATE INDEX reversal_sale ON reversal (sale)"),
+         table("reversed_ticket", "ticket INTEGER PRIMARY KEY REFERENCES ticket,"
+                                  " reversal INTEGER NOT NULL REFERENCES reversal"),
+         QStringLiteral("CREATE INDEX reversed_ticket_reversal ON reversed_ticket (reversal)"),
+         QStringLiteral("CREATE TABLE closing (shift INTEGER PRIMARY KEY REFERENCES shift,"
+                        " record INTEGER NOT NULL UNIQUE REFERENCES record, %1)")
+             .arg(figureDefinitions()),
+         table("hand_over", "shift INTEGER PRIMARY KEY REFERENCES closing,"
+                            " record INTEGER NOT NULL UNIQUE REFERENCES record,"
+                            " counted INTEGER NOT NULL, difference INTEGER NOT NULL"),
+         table("unprinted", "ticket INTEGER PRIMARY KEY REFERENCES ticket"),
+         withTicket(QStringLiteral("CREATE TABLE basket (line INTEGER PRIMARY KEY, %1)"))});
+}
+
+bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNumber)
 {
     return file.inTransaction([&] {
-        const QStringList statements{
-            QStringLiteral("PRAGMA application_id=%1").arg(applicationId),
-            QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion),
-            QStringLiteral(
-                "CREATE TABLE journal (currency TEXT NOT NULL, decimals INTEGER NOT NULL)"),
-            QStringLiteral("CREATE TABLE shift (z_number INTEGER PRIMARY KEY, closed_at TEXT,"
-                           " ticket_count INTEGER, ticket_sum INTEGER, card_count INTEGER,"
-                           " card_sum INTEGER, first_ticket INTEGER, last_ticket INTEGER,"
-                           " paid_at TEXT)"),
-            QStringLiteral("CREATE TABLE sale (id INTEGER PRIMARY KEY AUTOINCREMENT,"
-                           " shift INTEGER NOT NULL REFERENCES shift, sold_at TEXT NOT NULL,"
-                           " pay_method INTEGER NOT NULL, total INTEGER NOT NULL)"),
-            QStringLiteral("CREATE INDEX sale_shift ON sale (shift)"),
-            QStringLiteral("CREATE TABLE ticket (number INTEGER PRIMARY KEY AUTOINCREMENT,"
-                           " sale INTEGER NOT NULL REFERENCES sale,"
-                           " printed INTEGER NOT NULL, %1)")
-                .arg(columnDefinitions()),
-            QStringLiteral("CREATE INDEX ticket_sale ON ticket (sale)"),
-            QStringLiteral("CREATE INDEX ticket_unprinted ON ticket (number) WHERE printed = 0"),
-            QStringLiteral("CREATE TABLE basket (line INTEGER PRIMARY KEY, %1)")
-                .arg(columnDefinitions())};
-        for (const QString& statement : statements) {
-            if (!file.run(statement))
-                return false;
-        }
+        if (!file.runAll(
+                {QStringLiteral("PRAGMA application_id=%1").arg(applicationId),
+                 QStringLiteral(
+                     "CREATE TABLE journal (currency TEXT NOT NULL, decimals INTEGER NOT NULL)")}))
+            return false;
         QSqlQuery journal = file.prepared(QStringLiteral("INSERT INTO journal VALUES (?, ?)"));
         journal.addBindValue(currency.code());
         journal.addBindValue(currency.decimals());
-        QSqlQuery shift = file.prepared(QStringLiteral("INSERT INTO shift (z_number) VALUES (?)"));
-        shift.addBindValue(firstZNumber);
-        return file.run(journal) && file.run(shift);
+        return file.run(journal) && createTables(file) &&
+               file.run(QStringLiteral("INSERT INTO shift VALUES (%1)").arg(firstZNumber));
+    });
+}
+
+bool takeOverVersion2(JournalFile& file)
+{
+    return file.inTransaction([&] {
+        return setVersion2Aside(file) && createTables(file) && copyVersion2(file) &&
+               passes(file, checks());
     });
 }
 
@@ -198,10 +296,12 @@ QString ticketColumnNames()
 
 int ticketColumnCount() { return static_cast<int>(columns.size()); }
 
-void bindTicket(QSqlQuery& query, const Ticket& ticket)
+QVector<QVariant> ticketValues(const Ticket& ticket)
 {
+    QVector<QVariant> values;
     for (const Column& each : columns)
-        query.addBindValue(storable(each.get(ticket)));
+        values.append(storable(each.get(ticket)));
+    return values;
 }
 
 Ticket ticketOf(const QSqlQuery& row)
@@ -211,19 +311,6 @@ Ticket ticketOf(const QSqlQuery& row)
     for (const Column& each : columns)
         each.set(ticket, row.value(at++));
     return ticket;
-}
-
-ShiftReport figuresOf(const QSqlQuery& row)
-{
-    ShiftReport report;
-    report.zNumber = row.value(0).toLongLong();
-    report.ticketCount = row.value(1).toInt();
-    report.ticketSum = row.value(2).toLongLong();
-    report.cardCount = row.value(3).toInt();
-    report.cardSum = row.value(4).toLongLong();
-    report.firstTicket = row.value(5).toLongLong();
-    report.lastTicket = row.value(6).toLongLong();
-    return report;
 }
 
 } // namespace rivo::sales

@@ -4,40 +4,67 @@
 
 #include <QSqlQuery>
 #include <QString>
+#include <QStringList>
 
 namespace rivo::sales
 {
 
 class JournalFile;
 
-/// Makes the tables of a new journal, and its first shift.
-bool createTables(JournalFile& file, const Currency& currency, qint64 firstZNumber);
+/// What a record of the journal is about; the number that table `record` has for it. Records are
+/// added and never changed. What changes are two tables of the moment, which follow from them: the
+/// unfinished basket, and the tickets that are not printed.
+enum class RecordKind {
+    Opening = 1,  ///< the float of the shift
+    Sale = 2,     ///< with its tickets
+    Printout = 3, ///< of one ticket, or a copy
+    Reversal = 4, ///< of tickets of one sale
+    Closing = 5,  ///< of the shift, with its figures
+    HandOver = 6  ///< of the shift's cash
+};
 
-/// Whether `file` has the tables of this version, figures that agree, and amounts in `currency`; a
-/// fault otherwise.
-bool hasValidContent(JournalFile& file, const Currency& currency);
+/// Makes the tables of a new journal, and its first shift.
+bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNumber);
+
+/// Makes the tables alone, in the transaction that runs.
+bool createTables(JournalFile& file);
+
+/// What is in a file that can be used.
+enum class Content { ThisVersion, Version2 };
+
+/// The version of `file`, if it has the tables of that version, figures that agree, and amounts in
+/// `currency`; a fault otherwise.
+std::optional<Content> validContent(JournalFile& file, const Currency& currency);
+
+/// Makes a journal of this version of one of version 2, in one transaction, and checks it.
+bool takeOverVersion2(JournalFile& file);
+
+/// A statement with one result, and the result that it has in a journal that is whole.
+struct Check
+{
+    QString statement;
+    const char* result = "0";
+};
+
+/// Whether all have their result; a fault otherwise.
+bool passes(JournalFile& file, const QVector<Check>& checks);
+
+/// What holds in every journal of version 2.
+QVector<Check> checksOfVersion2();
+
+// The steps of taking over, in the transaction that runs.
+bool setVersion2Aside(JournalFile& file); ///< its tables get other names
+bool copyVersion2(JournalFile& file);     ///< its rows become records; its tables are gone
 
 /// The columns that the tables of tickets and of the unfinished basket share: "passenger_type,
 /// ...".
 QString ticketColumnNames();
 int ticketColumnCount();
 
-/// Binds the values of these columns.
-void bindTicket(QSqlQuery& query, const Ticket& ticket);
+/// The values of these columns.
+QVector<QVariant> ticketValues(const Ticket& ticket);
 
 /// Reads these columns, the first ones of `row`.
 Ticket ticketOf(const QSqlQuery& row);
-
-/// Figures of shifts from their tickets, without a row for shifts that sold none.
-constexpr char shiftFigures[] =
-    "SELECT sale.shift AS shift, COUNT(*) AS tickets, SUM(price) AS total,"
-    " SUM(pay_method = 2) AS cards, SUM((pay_method = 2) * price) AS card_total,"
-    " MIN(number) AS first, MAX(number) AS last"
-    " FROM ticket JOIN sale ON ticket.sale = sale.id";
-static_assert(static_cast<int>(PayMethod::Card) == 2);
-
-/// Reads the columns from number of the shift to last ticket, in the order of shiftFigures. Sums of
-/// no tickets are null, which is 0.
-ShiftReport figuresOf(const QSqlQuery& row);
 
 } // namespace rivo::sales

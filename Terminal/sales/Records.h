@@ -16,6 +16,21 @@ enum class PayMethod { Cash = 1, Card = 2 };
 /// The driver sells; the only ShoppingItem::payChannel of this terminal.
 constexpr int driverChannel = 1;
 
+/// How a sale is paid. All amounts are 0 for a card.
+struct Payment
+{
+    PayMethod method = PayMethod::Cash;
+    Minor rounding = 0; ///< what is paid in cash, less the total
+    Minor given = 0;    ///< of the passenger; 0 before the sale = exactly what is due
+    Minor change = 0;   ///< set by the journal: what was given, less what was due
+};
+
+/// Why tickets were taken back.
+enum class ReversalKind {
+    Void = 1,  ///< the last sale was a mistake
+    Refund = 2 ///< a passenger got the money back
+};
+
 /// One ticket as it is sold: what it is, what it costs, and the trip it was sold on.
 struct Ticket
 {
@@ -34,6 +49,40 @@ struct Ticket
     bool isReturnFee = false;
     bool isDaily = false;
     feed::FeedTripContext trip;
+    // What else is on the paper; empty texts are left out.
+    QString fromStopName;
+    QString toStopName;
+    QString routeName;
+    QString vehicle;
+    QString validity;
+    QString tax;
+};
+
+/// A ticket of a past sale, and what happened to it since.
+struct PastTicket
+{
+    Ticket ticket;
+    int copies = 0;
+    bool isReversed = false;
+};
+
+/// A sale of the journal, and what is left of it.
+struct PastSale
+{
+    qint64 id = 0; ///< number of its record
+    qint64 shift = 0;
+    qint64 driver = 0;
+    QDateTime at;
+    Payment payment;
+    int ticketCount = 0;
+    Minor total = 0;
+    int reversedCount = 0; ///< tickets that were taken back
+    Minor reversedSum = 0; ///< their prices
+    Minor paidOut = 0;     ///< what was given back for them; cash is rounded
+
+    Minor paid() const { return total + payment.rounding; }
+    Minor remaining() const { return total - reversedSum; }
+    bool isReversed() const { return reversedCount == ticketCount; }
 };
 
 /// The number of a ticket as it is on the paper: "000042"; empty for 0, which is no ticket.
@@ -42,7 +91,8 @@ inline QString ticketNumberText(qint64 number)
     return number == 0 ? QString() : QStringLiteral("%1").arg(number, 6, 10, QLatin1Char('0'));
 }
 
-/// What one shift sold so far, or in all once it is closed.
+/// What one shift sold so far, or in all once it is closed. Tickets that were taken back are in the
+/// sums of what was sold, and in sums of their own.
 struct ShiftReport
 {
     qint64 zNumber = 0;
@@ -52,10 +102,27 @@ struct ShiftReport
     Minor cardSum = 0;      ///< of ticketSum, paid by card
     qint64 firstTicket = 0; ///< 0 if none was sold
     qint64 lastTicket = 0;  ///< 0 if none was sold
-    QDateTime closedAt;     ///< invalid while the shift runs
-    QDateTime paidAt;       ///< when its cash was handed over; invalid before
+    int voidCount = 0;      ///< tickets of sales that were void
+    Minor voidSum = 0;
+    int refundCount = 0; ///< tickets that were refunded
+    Minor refundSum = 0;
+    Minor reversedCardSum = 0; ///< of voidSum and refundSum, given back to cards
+    Minor rounding = 0;        ///< what cash differs from the prices
+    int copyCount = 0;         ///< tickets printed once more
+    Minor openingFloat = 0;    ///< the change that the driver began with
+    qint64 driver = 0;         ///< who closed it; 0 before, and without a sign-in
+    QDateTime closedAt;        ///< invalid while the shift runs
+    QDateTime paidAt;          ///< when its cash was handed over; invalid before
+    Minor counted = 0;         ///< what was handed over; 0 before
+    Minor difference = 0;      ///< of counted to due(); negative if something is missing
 
-    Minor cash() const { return ticketSum - cardSum; }
+    /// Prices of the cash sales as they were paid, less what was given back.
+    Minor cash() const
+    {
+        return ticketSum - cardSum - (voidSum + refundSum - reversedCardSum) + rounding;
+    }
+    /// What the driver has to hand over.
+    Minor due() const { return cash() + openingFloat; }
 };
 
 } // namespace rivo::sales

@@ -276,7 +276,7 @@ bool SalesDesk::pay(SalesDesk::Payment payment)
     if (payment != Cash && payment != Card) // QML may pass any number
         return refuse(tr("There is no such way of payment."));
     const auto sold =
-        m_journal.confirmSale(withNamedExecutions(m_tickets), static_cast<PayMethod>(payment),
+        m_journal.confirmSale(withNamedExecutions(m_tickets), {static_cast<PayMethod>(payment)},
                               QDateTime::currentDateTime());
     if (!sold)
         return refuseByJournal();

@@ -26,7 +26,7 @@ void ShiftBook::show(double maxDebt)
     m_firstZ = closed.isEmpty() ? running->zNumber : closed.last().zNumber;
     for (const ShiftReport& report : qAsConst(closed)) {
         if (!report.paidAt.isValid())
-            m_owed += report.cash();
+            m_owed += report.due();
     }
     addReport(*running);
     for (const ShiftReport& report : qAsConst(closed))
@@ -38,7 +38,7 @@ Minor ShiftBook::debtOf(const ShiftReport& report) const
 {
     if (report.paidAt.isValid())
         return 0;
-    return report.closedAt.isValid() ? report.cash() : report.cash() + m_owed;
+    return report.closedAt.isValid() ? report.due() : report.due() + m_owed;
 }
 
 void ShiftBook::addReport(const ShiftReport& report)
@@ -121,7 +121,7 @@ bool ShiftBook::handOver(double zNumber, const QDateTime& at)
     const auto report = m_journal.handOver(static_cast<qint64>(zNumber), at);
     if (!report)
         return false;
-    m_owed -= report->cash();
+    m_owed -= report->due();
     item->setPaymentDate(report->paidAt);
     item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
     return true;

@@ -53,7 +53,9 @@ inline QSqlDatabase onlyConnection()
 inline QStringList journalContent()
 {
     QStringList content;
-    for (const char* table : {"shift", "sale", "ticket", "basket"})
+    for (const char* table :
+         {"shift", "record", "opening", "sale", "ticket", "printout", "reversal", "reversed_ticket",
+          "closing", "hand_over", "unprinted", "basket"})
         content.append(
             rowsOf(onlyConnection(), QStringLiteral("SELECT '%1', * FROM %1").arg(table)));
     return content;

@@ -1,11 +1,9 @@
-#include "Counter.h"
 #include "FileSizeLimit.h"
+#include "JournalFiles.h"
 #include "SmallDisk.h"
 #include "WithoutRootRights.h"
 
 #include <QDebug>
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -16,16 +14,6 @@ using namespace rivo::sales;
 
 namespace
 {
-
-const QDateTime noon(QDate(2026, 3, 29), QTime(12, 0, 0, 250), Qt::UTC);
-
-Ticket ticket(Minor price, const QString& name = QStringLiteral("single"))
-{
-    Ticket made;
-    made.fareProductName = name;
-    made.price = price;
-    return made;
-}
 
 /// No two fields of a type are equal, and the price is no double.
 const Ticket distinctTicket{0,
@@ -42,7 +30,13 @@ const Ticket distinctTicket{0,
                             "Łąka",
                             true,
                             false,
-                            {5, 6, 7, 8, 9, -10, "exec"}};
+                            {5, 6, 7, 8, 9, -10, "exec"},
+                            "Dworzec",
+                            "Rynek",
+                            "N1",
+                            "bus 7",
+                            "60 min",
+                            "8 %"};
 
 QString text(const Ticket& t)
 {
@@ -51,71 +45,10 @@ QString text(const Ticket& t)
                  << t.fromStopGroupId << t.toStopGroupId << t.description << t.fareProductName
                  << t.icon << t.price << t.origin << t.destination << t.isReturnFee << t.isDaily
                  << t.trip.routeId << t.trip.fromStopId << t.trip.toStopId << t.trip.currentStopId
-                 << t.trip.tripsRouteId << t.trip.tripsExecutionId << t.trip.publicRouteExecutionId;
+                 << t.trip.tripsRouteId << t.trip.tripsExecutionId << t.trip.publicRouteExecutionId
+                 << t.fromStopName << t.toStopName << t.routeName << t.vehicle << t.validity
+                 << t.tax;
     return all;
-}
-
-QVector<qint64> valuesOf(const QVector<Ticket>& tickets, qint64 Ticket::*field)
-{
-    QVector<qint64> all;
-    for (const Ticket& each : tickets)
-        all.append(each.*field);
-    return all;
-}
-
-/// "17: 3 tickets 475, 1 by card 190, 1-3, closed 29 12:00, paid 30 12:00", the latter with the day
-/// of the month, as far as it happened.
-QString text(const ShiftReport& report)
-{
-    const auto when = [](const char* what, const QDateTime& at) {
-        return at.isValid() ? QString(", %1 %2").arg(what, at.toUTC().toString("dd hh:mm"))
-                            : QString();
-    };
-    return QStringLiteral("%1: %2 tickets %3, %4 by card %5, %6-%7")
-               .arg(report.zNumber)
-               .arg(report.ticketCount)
-               .arg(report.ticketSum)
-               .arg(report.cardCount)
-               .arg(report.cardSum)
-               .arg(report.firstTicket)
-               .arg(report.lastTicket) +
-           when("closed", report.closedAt) + when("paid", report.paidAt);
-}
-
-QString text(const std::optional<ShiftReport>& report)
-{
-    return report ? text(*report) : QStringLiteral("none");
-}
-
-/// All shifts, the running one last.
-QStringList shiftsOf(Journal& journal)
-{
-    QStringList all;
-    const QVector<ShiftReport> closed = journal.closedShifts();
-    for (const ShiftReport& report : closed)
-        all.append(text(report));
-    return all << text(journal.runningShift());
-}
-
-QByteArray contentOf(const QString& file)
-{
-    QFile content(file);
-    return content.open(QIODevice::ReadOnly) ? content.readAll() : QByteArray("unreadable");
-}
-
-QMap<QString, QByteArray> filesIn(const QString& folder)
-{
-    QMap<QString, QByteArray> files;
-    for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::System))
-        files.insert(name, contentOf(folder + '/' + name));
-    return files;
-}
-
-void write(const QString& file, const QByteArray& content)
-{
-    QFile target(file);
-    if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size())
-        qFatal("%s cannot be written", qPrintable(file));
 }
 
 /// A copy of a database and its write-ahead log, while the database is open.
@@ -126,52 +59,8 @@ void copyWithLog(const QString& from, const QString& to)
         qFatal("%s cannot be copied", qPrintable(from));
 }
 
-/// Executes statements in `file` with plain SQL, outside any journal, then calls `look`.
-void executeIn(
-    const QString& file, const QStringList& statements, const std::function<void()>& look = [] {})
-{
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "plain");
-        db.setDatabaseName(file);
-        if (!db.open())
-            qFatal("%s cannot be opened", qPrintable(file));
-        for (const QString& statement : statements) {
-            QSqlQuery query(db);
-            if (!query.exec(statement))
-                qFatal("%s: %s", qPrintable(statement), qPrintable(query.lastError().text()));
-        }
-        look();
-    }
-    QSqlDatabase::removeDatabase("plain");
-}
-
-struct OpenJournal : Journal
-{
-    explicit OpenJournal(const QString& file, qint64 firstZ = 17, const Currency& money = euro)
-    {
-        open(file, money, firstZ);
-    }
-};
-
-bool sell(Journal& journal, const QVector<Minor>& ticketPrices, PayMethod method = PayMethod::Cash)
-{
-    QVector<Ticket> tickets;
-    for (const Minor price : ticketPrices)
-        tickets.append(ticket(price));
-    return journal.confirmSale(tickets, method, noon).has_value();
-}
-
-QString kindOf(const std::optional<JournalFault>& fault)
-{
-    static const QStringList names{"locked",        "full",           "damaged",    "foreign",
-                                   "other version", "other currency", "unreachable"};
-    return fault ? names.at(static_cast<int>(fault->kind)) : QStringLiteral("none");
-}
-
 /// Makes files in a folder and returns the one to open.
 using Prepare = std::function<QString(const QString& folder)>;
-
-QString fileIn(const QString& folder) { return folder + "/journal.db"; }
 
 Prepare content(const QByteArray& bytes)
 {
@@ -215,7 +104,7 @@ Prepare harmed(const std::function<void(const QString& file)>& harm)
             rowsOf(onlyConnection(), "PRAGMA synchronous=OFF");
             for (int sale = 0; sale < 100; ++sale)
                 journal.confirmSale({ticket(190, QString(900, 'x')), ticket(95)},
-                                    sale % 3 == 0 ? PayMethod::Card : PayMethod::Cash, noon);
+                                    {sale % 3 == 0 ? PayMethod::Card : PayMethod::Cash}, noon);
             if (!journal.closeShift(noon) || !journal.closeShift(noon))
                 qFatal("No shift can be closed");
         }
@@ -246,12 +135,13 @@ QString harmedIndex(const QString& folder)
         sell(journal, {190});
         sell(journal, {95});
     }
-    // Entries of the index sale_shift: header of 3 bytes, the shift (0x019d), the sale's number.
+    // Entries of the index record_shift: header of 4 bytes, the shift (0x019d), the kind of record,
+    // its number.
     QByteArray content = contentOf(fileIn(folder));
-    const int entry = content.indexOf(QByteArray("\x03\x02\x01\x01\x9d\x02", 6));
+    const int entry = content.indexOf(QByteArray("\x04\x02\x01\x01\x01\x9d\x02\x02", 8));
     if (entry < 0)
         qFatal("The index has no such entry");
-    content[entry + 4] = '\x9e';
+    content[entry + 5] = '\x9e';
     write(fileIn(folder), content);
     return fileIn(folder);
 }
@@ -304,7 +194,7 @@ const std::vector<Step>& steps()
         {"a sale",
          [](Journal& j) {
              return j
-                 .confirmSale({ticket(190), ticket(95, longText), ticket(95)}, PayMethod::Card,
+                 .confirmSale({ticket(190), ticket(95, longText), ticket(95)}, {PayMethod::Card},
                               noon)
                  .has_value();
          }},
@@ -379,7 +269,7 @@ private slots:
         OpenJournal(file()).clearBasket();
         const QByteArray header = contentOf(file()).left(72);
         QCOMPARE(header.mid(68, 4), QByteArray("RivJ"));
-        QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\2", 4));
+        QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\3", 4));
     }
 
     /// Every byte stays for a later look, with what the terminal left when it lost power.
@@ -403,11 +293,13 @@ private slots:
         add("another program's identifier",
             database({"PRAGMA application_id=77", "CREATE TABLE journal (currency)"}), "foreign");
         const QString ours = QStringLiteral("PRAGMA application_id=%1").arg(0x5269764a);
-        add("newer version", database({ours, "PRAGMA user_version=3", "CREATE TABLE journal (a)"}),
+        add("newer version", database({ours, "PRAGMA user_version=4", "CREATE TABLE journal (a)"}),
             "other version");
         add("older version", database({ours, "PRAGMA user_version=1", "CREATE TABLE journal (a)"}),
             "other version");
         add("our identifier, other tables",
+            database({ours, "PRAGMA user_version=3", "CREATE TABLE journal (a)"}), "damaged");
+        add("our identifier, other tables of the version before",
             database({ours, "PRAGMA user_version=2", "CREATE TABLE journal (a)"}), "damaged");
 
         add("another currency", powerCut("SELECT 1", Currency("PLN", 2)), "other currency");
@@ -415,7 +307,7 @@ private slots:
             "other currency");
         add("another currency, found through links",
             linked(powerCut("SELECT 1", Currency("PLN", 2))), "other currency");
-        add("another version in the log", powerCut("PRAGMA user_version=3"), "other version");
+        add("another version in the log", powerCut("PRAGMA user_version=4"), "other version");
         add("sums in the log that do not agree", powerCut("UPDATE sale SET total = 7"), "damaged");
         add("table is missing in the log", powerCut("DROP TABLE basket"), "damaged");
 
@@ -439,20 +331,35 @@ private slots:
             "damaged");
         add("index differs from its table", harmedIndex, "damaged");
         for (const char* statement :
-             {"UPDATE sale SET total = total + 1 WHERE id = 7",
-              "UPDATE sale SET pay_method = 2 WHERE id = 8", // not as the shift's card sales
-              "UPDATE sale SET shift = 99 WHERE id = 100", "DELETE FROM sale WHERE id = 1",
-              "DELETE FROM ticket WHERE number = 12", "DELETE FROM ticket WHERE sale = 3",
-              "UPDATE shift SET paid_at = '2026-03-29T12:00:00.250Z' WHERE z_number = 19",
-              "DELETE FROM shift WHERE closed_at IS NULL",
-              "INSERT INTO shift (z_number) VALUES (99)", "DELETE FROM journal",
+             {"UPDATE sale SET total = total + 1 WHERE record = 7",
+              "UPDATE sale SET pay_method = 2, given = 0 WHERE record = 8", // not as the figures
+              "UPDATE sale SET rounding = 1, given = given + 1 WHERE record = 8",
+              "UPDATE sale SET given = given + 1 WHERE record = 8",
+              "UPDATE sale SET change = 1 WHERE record = 8",
+              "UPDATE record SET shift = 99 WHERE id = 100",
+              "UPDATE record SET shift = 18 WHERE id = 100",
+              "UPDATE record SET shift = 18 WHERE id = 101", // of a closing
+              "UPDATE record SET kind = 5 WHERE id = 100",
+              "DELETE FROM sale WHERE record = 1",
+              "DELETE FROM record WHERE id = 102",
+              "INSERT INTO record VALUES (200, 2, 17, '', 0)",
+              "INSERT INTO opening VALUES (3, 100)",
+              "DELETE FROM ticket WHERE number = 12",
+              "DELETE FROM ticket WHERE sale = 3",
+              "DELETE FROM unprinted WHERE ticket = 3",
+              "DELETE FROM closing WHERE shift = 18",
+              "DELETE FROM shift WHERE z_number = 19",
+              "INSERT INTO shift VALUES (99)",
+              "DELETE FROM journal",
               "DROP TABLE ticket"})
             add(statement, harmed(QString(statement)), "damaged");
-        for (const char* figure : {"ticket_count", "ticket_sum", "card_count", "card_sum",
-                                   "first_ticket", "last_ticket"}) {
-            for (const char* statement : {"UPDATE shift SET %1 = %1 + 1 WHERE z_number = 17",
-                                          "UPDATE shift SET %1 = NULL WHERE z_number = 17",
-                                          "UPDATE shift SET %1 = 1 WHERE z_number = 18"}) {
+        for (const char* figure :
+             {"ticket_count", "ticket_sum", "card_count", "card_sum", "first_ticket", "last_ticket",
+              "void_count", "void_sum", "refund_count", "refund_sum", "reversed_card_sum",
+              "rounding", "copy_count", "opening_float"}) {
+            for (const char* statement : {"UPDATE closing SET %1 = %1 + 1 WHERE shift = 17",
+                                          "UPDATE closing SET %1 = '' WHERE shift = 17",
+                                          "UPDATE closing SET %1 = 1 WHERE shift = 18"}) {
                 const QString harm = QString(statement).arg(figure);
                 add(qPrintable(harm), harmed(harm), "damaged");
             }
@@ -563,7 +470,8 @@ private slots:
         OpenJournal journal(file());
         QCOMPARE(journal.basket().size(), 1);
         QCOMPARE(text(journal.basket().at(0)), text(expected));
-        const auto sold = journal.confirmSale({distinctTicket, ticket(95)}, PayMethod::Card, noon);
+        const auto sold =
+            journal.confirmSale({distinctTicket, ticket(95)}, {PayMethod::Card}, noon);
         QVERIFY(sold);
         expected.number = 1;
         expected.payMethod = 2;
@@ -571,7 +479,8 @@ private slots:
         QCOMPARE(text(sold->at(0)), text(expected));
         QCOMPARE(text(journal.unprintedTickets().at(0)), text(expected));
         QVERIFY(journal.basket().isEmpty());
-        QCOMPARE(rowsOf(onlyConnection(), "SELECT shift, sold_at, pay_method, total FROM sale"),
+        QCOMPARE(rowsOf(onlyConnection(),
+                        "SELECT shift, at, pay_method, total FROM sale JOIN record ON id = record"),
                  QStringList("17|2026-03-29T12:00:00.250Z|2|9007199254741088"));
     }
 
@@ -579,7 +488,7 @@ private slots:
     {
         OpenJournal journal(file());
         const QStringList before = journalContent();
-        QVERIFY(!journal.confirmSale({}, PayMethod::Cash, noon));
+        QVERIFY(!journal.confirmSale({}, {PayMethod::Cash}, noon));
         QCOMPARE(journalContent(), before);
         QCOMPARE(kindOf(journal.fault()), "none");
     }
@@ -602,7 +511,9 @@ private slots:
             OpenJournal journal(file());
             QVERIFY(sell(journal, {190, 95}));
         }
-        executeIn(file(), {"DELETE FROM ticket", "DELETE FROM sale"});
+        executeIn(file(),
+                  {"DELETE FROM unprinted", "DELETE FROM ticket", "DELETE FROM sale",
+                   "DELETE FROM record", "DELETE FROM sqlite_sequence WHERE name = 'record'"});
         OpenJournal journal(file());
         QVERIFY(sell(journal, {95}));
         QCOMPARE(valuesOf(journal.unprintedTickets(), &Ticket::number), (QVector<qint64>{3}));
@@ -715,7 +626,8 @@ private slots:
                                 " WHEN NEW.price = 95 BEGIN SELECT RAISE(FAIL, 'jam'); END";
         for (const auto& [harm, fault] :
              {std::pair(jam, "unreachable"),
-              {"UPDATE shift SET closed_at = 'never' WHERE closed_at IS NULL", "damaged"}}) {
+              {"INSERT INTO closing SELECT 17, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0",
+               "damaged"}}) {
             QFile::remove(file());
             prepareDay();
             OpenJournal journal(file());

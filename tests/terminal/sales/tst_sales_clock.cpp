@@ -86,7 +86,8 @@ private slots:
         QCOMPARE(again.prices(), QVector<qint64>{190});
         const QString startDay = start.date().toString(Qt::ISODate);
         const QString thatDay = then.date().toString(Qt::ISODate);
-        QCOMPARE(rowsOf(onlyConnection(), "SELECT substr(sold_at, 1, 10) FROM sale ORDER BY id"),
+        QCOMPARE(rowsOf(onlyConnection(),
+                        "SELECT substr(at, 1, 10) FROM record WHERE kind = 2 ORDER BY id"),
                  QStringList({startDay, thatDay, thatDay, startDay}));
         QVERIFY(play(again, "child cash end"));
         QCOMPARE(again.report(0)->toTicketNumber(), QString("000006"));

@@ -81,28 +81,30 @@ struct Found
 /// The statements that must yield no row.
 const char* const unsound[] = {
     "PRAGMA foreign_key_check",
+    // Records are numbered without holes.
+    "SELECT 'records' WHERE (SELECT COUNT(*) <> IFNULL(MAX(id), 0) FROM record)",
     // A sale is there as a whole.
-    "SELECT sale.id FROM sale LEFT JOIN ticket ON ticket.sale = sale.id GROUP BY sale.id"
-    " HAVING COUNT(number) = 0 OR SUM(price) <> total",
+    "SELECT sale.record FROM sale LEFT JOIN ticket ON ticket.sale = sale.record"
+    " GROUP BY sale.record HAVING COUNT(number) = 0 OR SUM(price) <> total",
     // Ticket numbers have no holes, and those of a sale follow one another.
     "SELECT 'hole' WHERE (SELECT COUNT(*) <> IFNULL(MAX(number), 0) FROM ticket)",
     "SELECT sale FROM ticket GROUP BY sale HAVING MAX(number) - MIN(number) + 1 <> COUNT(*)",
     // One shift runs, the last; the others have the figures of their sales.
-    "SELECT 'running' WHERE (SELECT COUNT(*) FROM shift WHERE closed_at IS NULL) <> 1",
-    "SELECT z_number FROM shift WHERE closed_at IS NULL AND z_number <>"
-    " (SELECT MAX(z_number) FROM shift)",
-    "SELECT z_number FROM shift LEFT JOIN sale ON sale.shift = z_number"
-    " LEFT JOIN ticket ON ticket.sale = sale.id WHERE closed_at IS NOT NULL GROUP BY z_number"
+    "SELECT 'running' WHERE (SELECT GROUP_CONCAT(z_number) FROM shift WHERE z_number NOT IN"
+    " (SELECT shift FROM closing)) <> (SELECT MAX(z_number) || '' FROM shift)",
+    "SELECT closing.shift FROM closing LEFT JOIN record ON record.shift = closing.shift"
+    " AND kind = 2 LEFT JOIN sale ON sale.record = record.id"
+    " LEFT JOIN ticket ON ticket.sale = sale.record GROUP BY closing.shift"
     " HAVING ticket_count <> COUNT(number) OR ticket_sum <> IFNULL(SUM(price), 0)"
     " OR first_ticket <> IFNULL(MIN(number), 0) OR last_ticket <> IFNULL(MAX(number), 0)"
     " OR card_count <> IFNULL(SUM(pay_method = 2), 0)"
     " OR card_sum <> IFNULL(SUM(CASE pay_method WHEN 2 THEN price END), 0)",
-    // What was closed without cash is paid, and what runs is not.
-    "SELECT z_number FROM shift WHERE closed_at IS NULL AND paid_at IS NOT NULL",
-    "SELECT z_number FROM shift WHERE closed_at IS NOT NULL AND ticket_sum = card_sum"
-    " AND paid_at IS NULL",
+    // A ticket is on paper or will be.
+    "SELECT number FROM ticket WHERE (SELECT COUNT(*) FROM printout WHERE ticket = number) +"
+    " (SELECT COUNT(*) FROM unprinted WHERE ticket = number) <> 1",
     // Only the last sale may have tickets that are not printed.
-    "SELECT number FROM ticket WHERE printed = 0 AND sale <> (SELECT MAX(id) FROM sale)"};
+    "SELECT ticket FROM unprinted JOIN ticket ON number = unprinted.ticket"
+    " WHERE sale <> (SELECT MAX(record) FROM sale)"};
 
 Found findIn(const QString& file)
 {
@@ -120,12 +122,10 @@ Found findIn(const QString& file)
             found.sales = rowsOf(db, "SELECT pay_method || ' ' || GROUP_CONCAT(line, ' ') FROM"
                                      " (SELECT sale, number || ':' || price AS line FROM ticket"
                                      "  ORDER BY number)"
-                                     " JOIN sale ON sale = sale.id GROUP BY sale.id"
-                                     " ORDER BY sale.id");
-            found.closedShifts =
-                rowsOf(db, "SELECT z_number FROM shift WHERE closed_at IS NOT NULL");
-            found.paidShifts = rowsOf(db, "SELECT z_number FROM shift WHERE paid_at IS NOT NULL"
-                                          " AND ticket_sum > card_sum ORDER BY paid_at, z_number");
+                                     " JOIN sale ON sale = sale.record GROUP BY sale.record"
+                                     " ORDER BY sale.record");
+            found.closedShifts = rowsOf(db, "SELECT shift FROM closing ORDER BY shift");
+            found.paidShifts = rowsOf(db, "SELECT shift FROM hand_over ORDER BY record");
             found.basket = rowsOf(db, "SELECT price FROM basket ORDER BY line");
         }
     }

@@ -1,0 +1,45 @@
+-- A journal of version 2: three closed shifts with sales (the first handed over, the second without
+-- cash, the third not handed over), one without sales, and a running one with two tickets that are
+-- not printed.
+PRAGMA foreign_keys=OFF;
+BEGIN TRANSACTION;
+CREATE TABLE journal (currency TEXT NOT NULL, decimals INTEGER NOT NULL);
+INSERT INTO journal VALUES('EUR',2);
+CREATE TABLE shift (z_number INTEGER PRIMARY KEY, closed_at TEXT, ticket_count INTEGER, ticket_sum INTEGER, card_count INTEGER, card_sum INTEGER, first_ticket INTEGER, last_ticket INTEGER, paid_at TEXT);
+INSERT INTO shift VALUES(16,'2026-03-29T12:10:00.250+02:00',4,735,1,450,1,4,'2026-03-29T12:51:00.250+02:00');
+INSERT INTO shift VALUES(17,'2026-03-29T12:30:00.250+02:00',1,190,1,190,5,5,'2026-03-29T12:30:00.250+02:00');
+INSERT INTO shift VALUES(18,'2026-03-29T12:50:00.250+02:00',2,100,0,0,6,7,NULL);
+INSERT INTO shift VALUES(19,'2026-03-29T12:51:40.250+02:00',0,0,0,0,0,0,'2026-03-29T12:51:40.250+02:00');
+INSERT INTO shift VALUES(20,NULL,NULL,NULL,NULL,NULL,NULL,NULL,NULL);
+CREATE TABLE sale (id INTEGER PRIMARY KEY AUTOINCREMENT, shift INTEGER NOT NULL REFERENCES shift, sold_at TEXT NOT NULL, pay_method INTEGER NOT NULL, total INTEGER NOT NULL);
+INSERT INTO sale VALUES(1,16,'2026-03-29T12:00:00.250+02:00',1,285);
+INSERT INTO sale VALUES(2,16,'2026-03-29T12:01:00.250+02:00',2,450);
+INSERT INTO sale VALUES(3,16,'2026-03-29T12:02:00.250+02:00',1,0);
+INSERT INTO sale VALUES(4,17,'2026-03-29T12:20:00.250+02:00',2,190);
+INSERT INTO sale VALUES(5,18,'2026-03-29T12:40:00.250+02:00',1,100);
+INSERT INTO sale VALUES(6,20,'2026-03-29T13:00:00.250+02:00',1,7);
+INSERT INTO sale VALUES(7,20,'2026-03-29T13:01:00.250+02:00',1,735);
+CREATE TABLE ticket (number INTEGER PRIMARY KEY AUTOINCREMENT, sale INTEGER NOT NULL REFERENCES sale, printed INTEGER NOT NULL, passenger_type INTEGER NOT NULL, fare_product INTEGER NOT NULL, from_zone INTEGER NOT NULL, to_zone INTEGER NOT NULL, description TEXT NOT NULL, fare_product_name TEXT NOT NULL, icon TEXT NOT NULL, price INTEGER NOT NULL, origin TEXT NOT NULL, destination TEXT NOT NULL, is_return INTEGER NOT NULL, is_daily INTEGER NOT NULL, route INTEGER NOT NULL, from_stop INTEGER NOT NULL, to_stop INTEGER NOT NULL, current_stop INTEGER NOT NULL, trips_route INTEGER NOT NULL, trips_execution INTEGER NOT NULL, public_execution TEXT NOT NULL);
+INSERT INTO ticket VALUES(1,1,1,11,21,1,2,'adult','single','qrc:/icons/adult.svg',190,'Łąka','Zakręt ''B''',0,0,5,6,7,8,9,-10,'night bus');
+INSERT INTO ticket VALUES(2,1,1,11,21,1,2,'child','single','qrc:/icons/adult.svg',95,'Łąka','Zakręt ''B''',0,0,5,6,7,8,9,-10,'night bus');
+INSERT INTO ticket VALUES(3,2,1,11,21,1,2,'adult','day ticket','qrc:/icons/adult.svg',450,'Łąka','Zakręt ''B''',0,1,5,6,7,8,9,-10,'night bus');
+INSERT INTO ticket VALUES(4,3,1,11,21,1,2,'infant','single','qrc:/icons/adult.svg',0,'Łąka','Zakręt ''B''',0,0,5,6,7,8,9,-10,'night bus');
+INSERT INTO ticket VALUES(5,4,1,11,21,1,2,'adult','single','qrc:/icons/adult.svg',190,'Łąka','Zakręt ''B''',0,0,5,6,7,8,9,-10,'night bus');
+INSERT INTO ticket VALUES(6,5,1,11,21,1,2,'adult','single','qrc:/icons/adult.svg',50,'Łąka','Zakręt ''B''',1,0,5,6,7,8,9,-10,'night bus');
+INSERT INTO ticket VALUES(7,5,1,11,21,1,2,'adult','single','qrc:/icons/adult.svg',50,'Łąka','Zakręt ''B''',1,0,5,6,7,8,9,-10,'night bus');
+INSERT INTO ticket VALUES(8,6,1,11,21,1,2,'dog 😀','single','qrc:/icons/adult.svg',7,'Łąka','Zakręt ''B''',0,0,5,6,7,8,9,-10,'night bus');
+INSERT INTO ticket VALUES(9,7,1,11,21,1,2,'adult','single','qrc:/icons/adult.svg',190,'Łąka','Zakręt ''B''',0,0,5,6,7,8,9,-10,'night bus');
+INSERT INTO ticket VALUES(10,7,0,11,21,1,2,'child','single','qrc:/icons/adult.svg',95,'Łąka','Zakręt ''B''',0,0,5,6,7,8,9,-10,'night bus');
+INSERT INTO ticket VALUES(11,7,0,11,21,1,2,'adult','day ticket','qrc:/icons/adult.svg',450,'Łąka','Zakręt ''B''',0,1,5,6,7,8,9,-10,'night bus');
+CREATE TABLE basket (line INTEGER PRIMARY KEY, passenger_type INTEGER NOT NULL, fare_product INTEGER NOT NULL, from_zone INTEGER NOT NULL, to_zone INTEGER NOT NULL, description TEXT NOT NULL, fare_product_name TEXT NOT NULL, icon TEXT NOT NULL, price INTEGER NOT NULL, origin TEXT NOT NULL, destination TEXT NOT NULL, is_return INTEGER NOT NULL, is_daily INTEGER NOT NULL, route INTEGER NOT NULL, from_stop INTEGER NOT NULL, to_stop INTEGER NOT NULL, current_stop INTEGER NOT NULL, trips_route INTEGER NOT NULL, trips_execution INTEGER NOT NULL, public_execution TEXT NOT NULL);
+INSERT INTO basket VALUES(1,11,21,1,2,'child','single','qrc:/icons/adult.svg',95,'Łąka','Zakręt ''B''',0,0,5,6,7,8,9,-10,'night bus');
+INSERT INTO basket VALUES(3,11,21,1,2,'adult','single','qrc:/icons/adult.svg',190,'Łąka','Zakręt ''B''',0,0,5,6,7,8,9,-10,'night bus');
+DELETE FROM sqlite_sequence;
+INSERT INTO sqlite_sequence VALUES('sale',7);
+INSERT INTO sqlite_sequence VALUES('ticket',11);
+CREATE INDEX sale_shift ON sale (shift);
+CREATE INDEX ticket_sale ON ticket (sale);
+CREATE INDEX ticket_unprinted ON ticket (number) WHERE printed = 0;
+COMMIT;
+PRAGMA application_id=1382643274;
+PRAGMA user_version=2;
