@@ -1,5 +1,8 @@
 #include "Currency.h"
 
+#include "CashTable_p.h"
+
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -60,6 +63,45 @@ std::optional<Minor> Currency::fromUnits(double units) const
 double Currency::toUnits(Minor amount) const
 {
     return static_cast<double>(amount) / powersOfTen.at(static_cast<std::size_t>(m_decimals));
+}
+
+Minor Currency::smallestCoin() const { return cashOf(m_code, m_decimals).coins.front(); }
+
+Minor Currency::cashAmount(Minor amount) const
+{
+    const Minor coin = smallestCoin();
+    const Minor half = amount < 0 ? -(coin / 2) : coin / 2;
+    return (amount + half) / coin * coin;
+}
+
+QVector<Minor> Currency::coins() const { return cashOf(m_code, m_decimals).coins; }
+
+QVector<Minor> Currency::notes() const { return cashOf(m_code, m_decimals).notes; }
+
+QVector<Minor> Currency::quickAmounts(Minor due, int most) const
+{
+    // Nobody pays in coins that are small beside the amount.
+    constexpr Minor mostPieces = 10;
+    QVector<Minor> amounts{due};
+    const QVector<Minor> pieces = due > 0 ? coins() + notes() : QVector<Minor>();
+    for (const Minor piece : pieces) {
+        const Minor amount = (due + piece - 1) / piece * piece;
+        if (piece * mostPieces >= due && !amounts.contains(amount))
+            amounts.append(amount);
+    }
+    std::sort(amounts.begin(), amounts.end());
+    return amounts.mid(0, most);
+}
+
+QVector<Minor> Currency::inNotesAndCoins(Minor amount) const
+{
+    QVector<Minor> pieces;
+    const QVector<Minor> all = coins() + notes();
+    for (auto piece = all.rbegin(); piece != all.rend(); ++piece) {
+        for (; amount >= *piece; amount -= *piece)
+            pieces.append(*piece);
+    }
+    return pieces;
 }
 
 QString Currency::text(Minor amount, const QLocale& locale) const

@@ -2,6 +2,7 @@
 
 #include <QLocale>
 #include <QString>
+#include <QVector>
 
 #include <optional>
 
@@ -30,6 +31,28 @@ public:
 
     /// With the currency's decimals and its symbol, where `locale` puts them: "£1.90".
     QString text(Minor amount, const QLocale& locale = QLocale()) const;
+
+    // Cash. The notes and coins of a currency that is not in the table are 1, 2 and 5 times each
+    // power of ten.
+
+    /// The least that can be paid in cash: more than 1 if the currency has no coins of its smallest
+    /// amounts.
+    Minor smallestCoin() const;
+
+    /// What is paid in cash for `amount`: the nearest multiple of the smallest coin, half away from
+    /// zero.
+    Minor cashAmount(Minor amount) const;
+
+    QVector<Minor> coins() const; ///< the smallest first
+    QVector<Minor> notes() const; ///< the smallest first
+
+    /// What a passenger may give for `due`, for quick payment: `due` itself, then more, at most
+    /// `most` amounts.
+    QVector<Minor> quickAmounts(Minor due, int most = 6) const;
+
+    /// `amount` in as few notes and coins as possible, the largest first; without what is less than
+    /// the smallest coin.
+    QVector<Minor> inNotesAndCoins(Minor amount) const;
 
     /// The text of the amount that `units` are; a dash for none.
     QString unitsText(double units, const QLocale& locale = QLocale()) const;

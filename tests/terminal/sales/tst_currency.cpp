@@ -85,6 +85,127 @@ private slots:
         }
     }
 
+    void cashIsRoundedToTheSmallestCoin_data()
+    {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<int>("decimals");
+        QTest::addColumn<qint64>("amount");
+        QTest::addColumn<qint64>("cash");
+        const auto add = [](const char* code, int decimals, const QVector<qint64>& pairs) {
+            for (int at = 0; at < pairs.size(); at += 2)
+                QTest::addRow("%s %lld is %lld in cash", code, pairs.at(at), pairs.at(at + 1))
+                    << code << decimals << pairs.at(at) << pairs.at(at + 1);
+        };
+        add("EUR", 2, {0, 0, 1, 1, 192, 192, -3, -3});
+        add("GBP", 2, {199, 199});
+        add("USD", 2, {1, 1, 199, 199});
+        add("PLN", 2, {348, 348});
+        add("RON", 2, {348, 348});
+        add("JPY", 0, {7, 7});
+        add("ISK", 0, {7, 7});
+        add("CHF", 2, {0, 0, 1, 0, 2, 0, 3, 5, 192, 190, 193, 195, 197, 195, 198, 200});
+        add("CHF", 2, {-2, 0, -3, -5, -192, -190, -193, -195});
+        add("SEK", 2, {49, 0, 50, 100, 149, 100, 150, 200, -50, -100, -49, 0});
+        add("NOK", 2, {3849, 3800, 3850, 3900});
+        add("DKK", 2, {24, 0, 25, 50, 74, 50, 75, 100, 1224, 1200});
+        add("HUF", 2, {100, 0, 200, 0, 300, 500, 249, 0, 250, 500, 36200, 36000, 36300, 36500});
+        add("CZK", 2, {49, 0, 50, 100, 2449, 2400, 2450, 2500});
+        add("AUD", 2, {252, 250, 253, 255});
+        add("CAD", 2, {252, 250, 253, 255});
+        add("NZD", 2, {254, 250, 255, 260});
+        add("HKD", 2, {254, 250, 255, 260});
+        add("MYR", 2, {252, 250, 253, 255});
+        add("SGD", 2, {252, 250, 253, 255});
+        add("ZAR", 2, {254, 250, 255, 260});
+        add("ILS", 2, {254, 250, 255, 260});
+        add("XTS", 2, {192, 192});
+        add("CHF", 3, {1921, 1921}); // not the decimals of the table: nothing is known
+        add("CHF", 2, {999999999999, 1000000000000});
+    }
+
+    void cashIsRoundedToTheSmallestCoin()
+    {
+        QFETCH(QString, code);
+        QFETCH(int, decimals);
+        QFETCH(qint64, amount);
+        QTEST(Currency(code, decimals).cashAmount(amount), "cash");
+    }
+
+    /// What is rounded can be paid: it is made of notes and coins, and no other amount is nearer.
+    void roundedAmountsCanBePaid()
+    {
+        for (const char* code : {"EUR", "CHF", "SEK", "NOK", "DKK", "HUF", "CZK", "NZD", "XTS"}) {
+            const Currency currency(code, 2);
+            const qint64 coin = currency.smallestCoin();
+            for (qint64 amount = 0; amount < 3000; amount += 7) {
+                const qint64 cash = currency.cashAmount(amount);
+                QCOMPARE(cash % coin, 0);
+                QVERIFY(2 * std::abs(cash - amount) <= coin);
+                qint64 sum = 0;
+                for (const qint64 piece : currency.inNotesAndCoins(cash))
+                    sum += piece;
+                QCOMPARE(sum, cash);
+            }
+        }
+    }
+
+    void notesAndCoinsGrow()
+    {
+        for (const char* code :
+             {"AUD", "CAD", "CHF", "CZK", "DKK", "EUR", "GBP", "HKD", "HUF", "ILS",
+              "MYR", "NOK", "NZD", "PLN", "RON", "SEK", "SGD", "USD", "ZAR", "XTS"}) {
+            const Currency currency(code, 2);
+            const QVector<qint64> all = currency.coins() + currency.notes();
+            QVERIFY2(currency.coins().size() > 2 && currency.notes().size() > 3, code);
+            for (int at = 1; at < all.size(); ++at)
+                QVERIFY2(all.at(at) > all.at(at - 1), code);
+            for (const qint64 piece : all)
+                QVERIFY2(piece % currency.smallestCoin() == 0, code);
+        }
+    }
+
+    void quickAmounts_data()
+    {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<qint64>("due");
+        QTest::addColumn<QVector<qint64>>("amounts");
+        using Amounts = QVector<qint64>;
+        QTest::newRow("nothing is due") << "EUR" << 0LL << Amounts{0};
+        QTest::newRow("a single ticket")
+            << "EUR" << 285LL << Amounts{285, 300, 400, 500, 1000, 2000};
+        QTest::newRow("the value of a note")
+            << "EUR" << 500LL << Amounts{500, 600, 1000, 2000, 5000, 10000};
+        QTest::newRow("a large amount") << "EUR" << 38000LL << Amounts{38000, 40000};
+        QTest::newRow("more than all notes") << "GBP" << 1000000LL << Amounts{1000000};
+        QTest::newRow("crowns without small coins")
+            << "SEK" << 3900LL << Amounts{3900, 4000, 5000, 10000, 20000, 50000};
+        QTest::newRow("francs") << "CHF" << 320LL << Amounts{320, 350, 400, 500, 1000, 2000};
+        QTest::newRow("an unknown currency")
+            << "XTS" << 99LL << Amounts{99, 100, 200, 500, 1000, 2000};
+    }
+
+    void quickAmounts()
+    {
+        QFETCH(QString, code);
+        QFETCH(qint64, due);
+        QTEST(Currency(code, 2).quickAmounts(due), "amounts");
+    }
+
+    void quickAmountsAreLimited()
+    {
+        QCOMPARE(Currency("EUR", 2).quickAmounts(285, 2), (QVector<qint64>{285, 300}));
+        QCOMPARE(Currency("JPY", 0).quickAmounts(210, 4), (QVector<qint64>{210, 250, 300, 500}));
+    }
+
+    void changeInNotesAndCoins()
+    {
+        QCOMPARE(Currency("EUR", 2).inNotesAndCoins(1715),
+                 (QVector<qint64>{1000, 500, 200, 10, 5}));
+        QCOMPARE(Currency("SEK", 2).inNotesAndCoins(6150), (QVector<qint64>{5000, 1000, 100}));
+        QCOMPARE(Currency("EUR", 2).inNotesAndCoins(0), QVector<qint64>{});
+        QCOMPARE(Currency("EUR", 2).inNotesAndCoins(-5), QVector<qint64>{});
+    }
+
     void textOfPeople_data()
     {
         QTest::addColumn<QString>("code");
