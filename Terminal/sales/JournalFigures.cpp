@@ -40,6 +40,8 @@ const std::array figures{
     figure<&ShiftReport::voidSum>("void_sum", "reversed", "SUM((reason_kind = 1) * price)"),
     figure<&ShiftReport::refundCount>("refund_count", "reversed", "SUM(reason_kind = 2)"),
     figure<&ShiftReport::refundSum>("refund_sum", "reversed", "SUM((reason_kind = 2) * price)"),
+    figure<&ShiftReport::reversedCardCount>("reversed_card_count", "reversed",
+                                            "SUM(pay_method = 2)"),
     figure<&ShiftReport::reversedCardSum>("reversed_card_sum", "reversed",
                                           "SUM((pay_method = 2) * price)"),
     figure<&ShiftReport::rounding>("rounding", "rounded", "SUM(rounding)"),

@@ -15,6 +15,7 @@ QVector<PastSale> Journal::readSales(const QString& condition)
         QStringLiteral(
             "SELECT record.id, record.shift, record.driver, record.at, pay_method, total, rounding,"
             " given, change,"
+            " (SELECT MIN(number) FROM ticket WHERE ticket.sale = record.id),"
             " (SELECT COUNT(*) FROM ticket WHERE ticket.sale = record.id),"
             " (SELECT COUNT(*) FROM reversal JOIN reversed_ticket ON"
             "  reversed_ticket.reversal = reversal.record WHERE reversal.sale = record.id),"
@@ -36,10 +37,11 @@ QVector<PastSale> Journal::readSales(const QString& condition)
         sale.payment = {static_cast<PayMethod>(query.value(4).toInt()), query.value(6).toLongLong(),
                         query.value(7).toLongLong(), query.value(8).toLongLong()};
         sale.total = query.value(5).toLongLong();
-        sale.ticketCount = query.value(9).toInt();
-        sale.reversedCount = query.value(10).toInt();
-        sale.reversedSum = query.value(11).toLongLong();
-        sale.paidOut = query.value(12).toLongLong();
+        sale.firstTicket = query.value(9).toLongLong();
+        sale.ticketCount = query.value(10).toInt();
+        sale.reversedCount = query.value(11).toInt();
+        sale.reversedSum = query.value(12).toLongLong();
+        sale.paidOut = query.value(13).toLongLong();
         sales.append(sale);
     });
     return isRead ? sales : QVector<PastSale>();

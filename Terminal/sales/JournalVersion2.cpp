@@ -121,7 +121,7 @@ bool copyVersion2(JournalFile& file)
          QStringLiteral("INSERT INTO unprinted SELECT number FROM old_ticket WHERE printed = 0"),
          rowsFor("closing", RecordKind::Closing, "old_shift", "z_number",
                  "z_number, taken_over.id, ticket_count, ticket_sum, card_count, card_sum,"
-                 " first_ticket, last_ticket, 0, 0, 0, 0, 0, 0, 0, 0"),
+                 " first_ticket, last_ticket, 0, 0, 0, 0, 0, 0, 0, 0, 0"),
          rowsFor("hand_over", RecordKind::HandOver, "old_shift", "z_number",
                  "z_number, taken_over.id, ticket_sum - card_sum, 0"),
          QStringLiteral("INSERT INTO basket SELECT line, %1 FROM old_basket ORDER BY line")

@@ -74,6 +74,7 @@ struct PastSale
     qint64 driver = 0;
     QDateTime at;
     Payment payment;
+    qint64 firstTicket = 0; ///< its tickets follow one another
     int ticketCount = 0;
     Minor total = 0;
     int reversedCount = 0; ///< tickets that were taken back
@@ -106,6 +107,7 @@ struct ShiftReport
     Minor voidSum = 0;
     int refundCount = 0; ///< tickets that were refunded
     Minor refundSum = 0;
+    int reversedCardCount = 0; ///< of voidCount and refundCount, paid by card
     Minor reversedCardSum = 0; ///< of voidSum and refundSum, given back to cards
     Minor rounding = 0;        ///< what cash differs from the prices
     int copyCount = 0;         ///< tickets printed once more
@@ -116,11 +118,10 @@ struct ShiftReport
     Minor counted = 0;         ///< what was handed over; 0 before
     Minor difference = 0;      ///< of counted to due(); negative if something is missing
 
-    /// Prices of the cash sales as they were paid, less what was given back.
-    Minor cash() const
-    {
-        return ticketSum - cardSum - (voidSum + refundSum - reversedCardSum) + rounding;
-    }
+    /// What was taken in, less what was given back.
+    Minor takings() const { return ticketSum - voidSum - refundSum + rounding; }
+    Minor cardTakings() const { return cardSum - reversedCardSum; } ///< of takings()
+    Minor cash() const { return takings() - cardTakings(); }        ///< of takings()
     /// What the driver has to hand over.
     Minor due() const { return cash() + openingFloat; }
 };

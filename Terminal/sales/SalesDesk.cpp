@@ -1,6 +1,7 @@
 #include "SalesDesk.h"
 
 #include "PrintQueue_p.h"
+#include "SalesTexts_p.h"
 #include "ShiftBook_p.h"
 #include "SimulatedPrinter.h"
 
@@ -13,6 +14,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <map>
 #include <tuple>
 #include <utility>
@@ -52,7 +54,12 @@ SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrint
       m_shifts(std::make_unique<ShiftBook>(m_models.zReports, m_journal, m_currency))
 {
     connect(&m_printer, &SimulatedPrinter::printed, this, &SalesDesk::ticketPrinted);
-    connect(&m_printer, &SimulatedPrinter::failed, this, &SalesDesk::printNext);
+    connect(&m_printer, &SimulatedPrinter::failed, this, [this] {
+        if (m_state == Copying)
+            endCopy(false);
+        else
+            printNext();
+    });
     connect(&m_printer, &SimulatedPrinter::faultChanged, this, [this] {
         emit obstacleChanged();
         if (m_state == WaitingForPrinter)
@@ -109,16 +116,52 @@ double SalesDesk::total() const { return static_cast<double>(m_total); }
 
 QString SalesDesk::totalText() const { return m_currency.text(m_total); }
 
+double SalesDesk::due() const { return static_cast<double>(m_currency.cashAmount(m_total)); }
+
+QString SalesDesk::dueText() const { return amountText(due()); }
+
+QString SalesDesk::amountText(double amount) const
+{
+    const std::optional<Minor> whole = wholeAmount(amount);
+    return whole ? m_currency.text(*whole) : QStringLiteral("–");
+}
+
+void SalesDesk::setDriver(qint64 number, const QString& name)
+{
+    if (m_driver == number && m_driverName == name)
+        return;
+    m_driver = number;
+    m_driverName = name;
+    m_journal.setDriver(number);
+    emit driverChanged();
+}
+
+void SalesDesk::setLocked(bool isLocked)
+{
+    if (m_isLocked == isLocked)
+        return;
+    m_isLocked = isLocked;
+    emit lockedChanged();
+}
+
 bool SalesDesk::refuse(const QString& reason)
 {
     emit refused(reason);
     return false;
 }
 
-bool SalesDesk::mayChangeBasket()
+/// Whether the driver may do anything.
+bool SalesDesk::mayAct()
 {
     if (m_journal.fault())
         return refuse(obstacle());
+    return !m_isLocked || refuse(tr("Sign in first."));
+}
+
+bool SalesDesk::mayChangeBasket()
+{
+    if (!mayAct())
+        return false;
     if (m_state == Interrupted)
         return refuse(tr("The last sale was interrupted: say first which tickets are out."));
     if (m_state != Selling)
@@ -188,6 +231,8 @@ bool SalesDesk::add(int row)
     ticket.origin = m_zoneName(originOf(*tile));
     ticket.destination = m_zoneName(tile->toStopGroupId());
     ticket.trip = m_trip.trip();
+    if (m_details)
+        m_details(ticket);
     if (!m_journal.appendToBasket(ticket))
         return refuseByJournal();
     m_tickets.append(ticket);
@@ -267,26 +312,63 @@ void SalesDesk::showBadges()
 
 bool SalesDesk::pay(SalesDesk::Payment payment)
 {
+    const Minor rounding = m_currency.cashAmount(m_total) - m_total;
+    return sell({static_cast<PayMethod>(payment), payment == Cash ? rounding : 0, 0, 0});
+}
+
+bool SalesDesk::payCash(double given)
+{
+    const std::optional<Minor> amount = wholeAmount(given);
+    if (!amount || given < due())
+        return refuse(tr("This is less than what is due."));
+    return sell({PayMethod::Cash, m_currency.cashAmount(m_total) - m_total, *amount, 0});
+}
+
+bool SalesDesk::sell(const rivo::sales::Payment& payment)
+{
     if (!mayChangeBasket())
         return false;
     if (!obstacle().isEmpty())
         return refuse(obstacle());
     if (m_tickets.isEmpty())
         return refuse(tr("The basket is empty."));
-    if (payment != Cash && payment != Card) // QML may pass any number
-        return refuse(tr("There is no such way of payment."));
-    const auto sold =
-        m_journal.confirmSale(withNamedExecutions(m_tickets), {static_cast<PayMethod>(payment)},
-                              QDateTime::currentDateTime());
+    if (payment.method != PayMethod::Cash && payment.method != PayMethod::Card)
+        return refuse(tr("There is no such way of payment.")); // QML may pass any number
+    const auto sold = m_journal.confirmSale(withNamedExecutions(m_tickets), payment,
+                                            QDateTime::currentDateTime());
     if (!sold)
         return refuseByJournal();
     setState(Printing); // before anything is announced: a slot cannot sell it again
     m_tickets = *sold;
     m_toPrint->fill(m_tickets);
     updateRunningShift();
+    const QVariantList newest = pastSales(0, 1);
+    m_lastSale = newest.isEmpty() ? QVariantMap() : newest.first().toMap();
     emit saleConfirmed(sold->size());
     printNext();
     return true;
+}
+
+QVariantList SalesDesk::quickAmounts() const
+{
+    QVariantList amounts;
+    for (const Minor amount : m_currency.quickAmounts(m_currency.cashAmount(m_total)))
+        amounts.append(QVariantMap{{QStringLiteral("amount"), static_cast<double>(amount)},
+                                   {QStringLiteral("text"), m_currency.text(amount)}});
+    return amounts;
+}
+
+QVariantMap SalesDesk::changeFor(double given) const
+{
+    const std::optional<Minor> amount = wholeAmount(given);
+    const Minor change = amount.value_or(-1) - m_currency.cashAmount(m_total);
+    QStringList pieces;
+    for (const Minor piece : m_currency.inNotesAndCoins(change))
+        pieces.append(m_currency.text(piece));
+    return {{QStringLiteral("isEnough"), change >= 0},
+            {QStringLiteral("change"), static_cast<double>(std::max(Minor(0), change))},
+            {QStringLiteral("changeText"), m_currency.text(std::max(Minor(0), change))},
+            {QStringLiteral("pieces"), pieces}};
 }
 
 void SalesDesk::printNext()
@@ -304,6 +386,8 @@ void SalesDesk::printNext()
 
 void SalesDesk::ticketPrinted()
 {
+    if (m_state == Copying)
+        return endCopy(true);
     if (m_toPrint->isEmpty() || m_state == Interrupted)
         return;
     if (!m_journal.markPrinted(m_toPrint->nextNumber()))
@@ -321,6 +405,8 @@ QString SalesDesk::firstTicketInDoubt() const
 
 bool SalesDesk::confirmTicketInDoubt()
 {
+    if (m_isLocked)
+        return refuse(tr("Sign in first."));
     if (m_state != Interrupted)
         return refuse(tr("There is no ticket in doubt."));
     if (!m_journal.markPrinted(m_toPrint->nextNumber()))
@@ -335,6 +421,8 @@ bool SalesDesk::confirmTicketInDoubt()
 
 bool SalesDesk::printTicketsInDoubt()
 {
+    if (m_isLocked)
+        return refuse(tr("Sign in first."));
     if (m_state != Interrupted)
         return refuse(tr("There is no ticket in doubt."));
     setState(Printing);
@@ -348,43 +436,6 @@ void SalesDesk::finishSale()
     emptyBasket();
     setState(Selling);
     emit saleFinished();
-}
-
-// Shifts.
-
-void SalesDesk::updateRunningShift()
-{
-    if (!m_shifts->update())
-        emit obstacleChanged(); // what was done is in the journal, but nothing else will be
-}
-
-bool SalesDesk::closeShift()
-{
-    if (!mayChangeBasket())
-        return false;
-    if (!m_tickets.isEmpty())
-        return refuse(tr("There are unpaid tickets in the basket."));
-    const auto closed = m_shifts->close(QDateTime::currentDateTime());
-    if (!closed)
-        return refuseByJournal();
-    emit shiftClosed(static_cast<double>(*closed));
-    return true;
-}
-
-bool SalesDesk::keepsShift(double zNumber) const { return m_shifts->keeps(zNumber); }
-
-bool SalesDesk::handOver(double zNumber)
-{
-    if (m_journal.fault())
-        return refuse(obstacle());
-    const bool isPaid = m_shifts->handOver(zNumber, QDateTime::currentDateTime());
-    if (m_journal.fault())
-        return refuseByJournal();
-    if (!isPaid)
-        return refuse(tr("There is no cash of this shift to hand over."));
-    updateRunningShift();
-    emit shiftPaid(zNumber);
-    return true;
 }
 
 } // namespace rivo::sales

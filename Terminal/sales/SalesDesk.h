@@ -5,10 +5,13 @@
 
 #include <QObject>
 #include <QString>
+#include <QVariantList>
+#include <QVariantMap>
 #include <QVector>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class FareProductsModel;
 class PassengerTypeItem;
@@ -38,7 +41,8 @@ struct SalesModels
     ZReportModel& zReports;
 };
 
-/// What the driver does with tickets: tiles into the basket, payment, printing, shifts.
+/// What the driver does with tickets: tiles into the basket, payment, printing, past sales, shifts.
+/// Amounts are numbers in minor units unless their name ends in Text.
 ///
 /// The journal comes first: a line is in the basket, a sale confirmed and a shift closed when the
 /// disk has it, and not before the screen may say so. Refused calls return false, change nothing
@@ -50,6 +54,12 @@ class SalesDesk : public QObject
     Q_PROPERTY(QString obstacle READ obstacle NOTIFY obstacleChanged)
     Q_PROPERTY(double total READ total NOTIFY totalChanged)
     Q_PROPERTY(QString totalText READ totalText NOTIFY totalChanged)
+    Q_PROPERTY(double due READ due NOTIFY totalChanged)
+    Q_PROPERTY(QString dueText READ dueText NOTIFY totalChanged)
+    Q_PROPERTY(QVariantMap lastSale READ lastSale NOTIFY saleConfirmed)
+    Q_PROPERTY(double driver READ driver NOTIFY driverChanged)
+    Q_PROPERTY(QString driverName READ driverName NOTIFY driverChanged)
+    Q_PROPERTY(bool locked READ isLocked NOTIFY lockedChanged)
     Q_PROPERTY(int ticketsInDoubt READ ticketsInDoubt NOTIFY ticketsInDoubtChanged)
     Q_PROPERTY(QString firstTicketInDoubt READ firstTicketInDoubt NOTIFY ticketsInDoubtChanged)
 
@@ -58,7 +68,8 @@ public:
         Selling,           ///< the basket may be changed and paid
         Printing,          ///< paid; tickets are being printed one by one
         WaitingForPrinter, ///< paid; the printer has to recover first
-        Interrupted        ///< paid, and the terminal stopped before all was noted as printed
+        Interrupted,       ///< paid, and the terminal stopped before all was noted as printed
+        Copying            ///< a past ticket is being printed; the basket stays as it is
     };
     Q_ENUM(State)
 
@@ -71,8 +82,17 @@ public:
     /// More than any sale has; keeps a stuck touch screen from filling the journal.
     static constexpr int mostTickets = 200;
 
+    /// Seconds after which the last sale cannot be void any more.
+    static constexpr int voidLimit = 300;
+
+    /// Letters of a reason that are kept.
+    static constexpr int longestReason = 200;
+
     /// What a zone is called on tickets.
     using ZoneName = std::function<QString(int zone)>;
+
+    /// What else is on the paper of a ticket: sets the texts that the desk does not know.
+    using TicketDetails = std::function<void(Ticket& ticket)>;
 
     /// `journal` as it was opened, with or without a fault. `trip` is the trip context of every
     /// ticket; it outlives the desk.
@@ -89,11 +109,30 @@ public:
     /// `maxDebt`: most cash that a driver should carry, in currency units; 0 = no limit.
     void restore(double maxDebt);
 
+    /// Called for each ticket that is put into the basket.
+    void setTicketDetails(TicketDetails details) { m_details = std::move(details); }
+
+    /// The driver of all records from now on; 0 and an empty name without a sign-in. The basket
+    /// stays.
+    void setDriver(qint64 number, const QString& name);
+    double driver() const { return static_cast<double>(m_driver); }
+    QString driverName() const { return m_driverName; }
+
+    /// While it is locked the desk refuses everything; tickets that are paid are still printed.
+    void setLocked(bool isLocked);
+    bool isLocked() const { return m_isLocked; }
+
     State state() const { return m_state; }
     /// What is wrong with the journal or the printer, in words for the driver; empty if nothing is.
     QString obstacle() const;
     double total() const; ///< of the basket, in minor units
     QString totalText() const;
+    double due() const; ///< what the basket costs in cash, which is rounded
+    QString dueText() const;
+
+    /// The last sale since the start of the program, as pastSale() has it without its tickets;
+    /// empty before. It stays until the next one.
+    QVariantMap lastSale() const { return m_lastSale; }
 
     /// Tickets of an interrupted sale that may be out or not; 0 in every other state.
     int ticketsInDoubt() const;
@@ -112,14 +151,65 @@ public:
     Q_INVOKABLE bool remove(int row); ///< line `row` of the basket
     Q_INVOKABLE bool clear();
 
-    /// Sells the basket and starts printing; saleConfirmed() when it is in the journal.
+    /// Sells the basket and starts printing; saleConfirmed() when it is in the journal. For cash,
+    /// exactly what is due is given.
     Q_INVOKABLE bool pay(rivo::sales::SalesDesk::Payment payment);
+
+    /// The same for cash of which `given` is given; refused if that is less than due().
+    Q_INVOKABLE bool payCash(double given);
+
+    /// Amounts that may be given for the basket, for buttons: {amount, text}, the exact one first.
+    Q_INVOKABLE QVariantList quickAmounts() const;
+
+    /// What payCash(given) would give back: {isEnough, change, changeText, pieces}; `pieces` are
+    /// the texts of notes and coins, the largest first.
+    Q_INVOKABLE QVariantMap changeFor(double given) const;
+
+    Q_INVOKABLE QString amountText(double amount) const;
 
     /// The first ticket in doubt is out: it is noted as printed, and not printed again.
     Q_INVOKABLE bool confirmTicketInDoubt();
 
     /// Prints all tickets in doubt.
     Q_INVOKABLE bool printTicketsInDoubt();
+
+    /// Sales of the running shift, the newest first: `count` of them, `skip` newer ones left out.
+    /// Each is a map: id, at (time), driver, isCash, firstTicket and lastTicket (as on the paper),
+    /// ticketCount, total, rounding, paid, given, change, reversedCount, paidOut, isReversed,
+    /// mayVoid, mayRefund, and the amounts as texts: totalText, paidText, givenText, changeText,
+    /// paidOutText.
+    Q_INVOKABLE QVariantList pastSales(int skip, int count);
+    Q_INVOKABLE int pastSaleCount();
+
+    /// One of them, with a list `tickets` more: number, numberText, product, passenger, origin,
+    /// destination, price, priceText, copies, isReversed. Empty if there is none.
+    Q_INVOKABLE QVariantMap pastSale(double sale);
+
+    /// Prints a ticket of the running shift once more, marked as a copy; copyPrinted() when it is
+    /// out. The copy is in the journal before it is on paper.
+    Q_INVOKABLE bool printCopy(double ticketNumber);
+
+    /// Takes the last sale of the running shift back as a mistake; refused when it is older than
+    /// voidLimit or something of it was taken back already.
+    Q_INVOKABLE bool voidLastSale();
+
+    /// Gives the money of a sale of the running shift back, as far as that was not done, or of one
+    /// ticket. The reason must not be empty. Cash is rounded so that all parts of a sale together
+    /// are what was paid for it.
+    Q_INVOKABLE bool refundSale(double sale, const QString& reason);
+    Q_INVOKABLE bool refundTicket(double ticketNumber, const QString& reason);
+
+    /// Records the change that the driver begins the shift with, which is owed like cash. May be
+    /// corrected until something is sold, and given later once.
+    Q_INVOKABLE bool setOpeningFloat(double amount);
+
+    /// The figures of the running shift at this moment, and of a closed one: zNumber, driver, at
+    /// (of the closing; now for the running one), paidAt, ticketCount, ticketSum, cardCount,
+    /// cardSum, firstTicket, lastTicket, voidCount, voidSum, refundCount, refundSum,
+    /// reversedCardSum, rounding, copyCount, openingFloat, takings, cash, due, counted, difference.
+    /// Empty if there is no such shift.
+    Q_INVOKABLE QVariantMap xReport();
+    Q_INVOKABLE QVariantMap zReport(double zNumber);
 
     /// Closes the running shift; refused while a basket is open. The next shift starts at once. The
     /// cash of the closed one is owed until it is handed over.
@@ -128,6 +218,9 @@ public:
     /// Notes that the cash of a closed shift was handed over: its report is paid. Refused for
     /// shifts that run, are paid, or are not of this terminal's journal.
     Q_INVOKABLE bool handOver(double zNumber);
+
+    /// The same with the amount that was counted, which may differ from what is due.
+    Q_INVOKABLE bool handOverCounted(double zNumber, double counted);
 
     /// Whether a shift is one of this terminal's journal, by its number; others are paid elsewhere.
     Q_INVOKABLE bool keepsShift(double zNumber) const;
@@ -142,6 +235,11 @@ signals:
     void shiftClosed(double zNumber);
     void shiftPaid(double zNumber);
     void ticketsInDoubtChanged();
+    void saleReversed(double sale);
+    void copyPrinted(double ticketNumber);
+    void openingFloatChanged(double amount);
+    void driverChanged();
+    void lockedChanged();
 
 private:
     bool refuse(const QString& reason);
@@ -153,6 +251,15 @@ private:
     void show(const Ticket& ticket);
     void emptyBasket();
     void basketChanged();
+    bool sell(const rivo::sales::Payment& payment);
+    bool mayAct();
+    bool reverse(const PastSale& sale, const QVector<qint64>& tickets, ReversalKind kind,
+                 const QString& reason);
+    bool refund(const PastSale& sale, const QVector<qint64>& tickets, const QString& reason);
+    bool handOver(double zNumber, std::optional<Minor> counted);
+    bool mayVoid(const PastSale& sale, qint64 newest) const;
+    QVariantMap mapOf(const PastSale& sale, qint64 newest) const;
+    void endCopy(bool isPrinted);
     void printNext();
     void ticketPrinted();
     void finishSale();
@@ -168,6 +275,12 @@ private:
     State m_state = Selling;
     QVector<Ticket> m_tickets; ///< of the basket; its rows only show them
     Minor m_total = 0;
+    TicketDetails m_details;
+    QVariantMap m_lastSale;
+    qint64 m_driver = 0;
+    QString m_driverName;
+    bool m_isLocked = false;
+    qint64 m_copy = 0; ///< number of the ticket in state Copying
     std::unique_ptr<PrintQueue> m_toPrint;
     std::unique_ptr<ShiftBook> m_shifts;
 };

@@ -43,13 +43,13 @@ Minor ShiftBook::debtOf(const ShiftReport& report) const
 
 void ShiftBook::addReport(const ShiftReport& report)
 {
-    m_reports.addItem(static_cast<int>(report.zNumber), report.ticketCount,
-                      m_currency.toUnits(report.ticketSum), report.cardCount,
-                      m_currency.toUnits(report.cardSum), 0, 0.0,
-                      ticketNumberText(report.firstTicket), ticketNumberText(report.lastTicket),
-                      m_currency.toUnits(report.ticketSum), static_cast<double>(report.zNumber),
-                      report.closedAt.isValid(), 0.0, report.paidAt,
-                      m_currency.toUnits(debtOf(report)), m_maxDebt);
+    const double takings = m_currency.toUnits(report.takings());
+    m_reports.addItem(
+        static_cast<int>(report.zNumber), report.ticketCount, m_currency.toUnits(report.ticketSum),
+        report.cardCount - report.reversedCardCount, m_currency.toUnits(report.cardTakings()), 0,
+        0.0, ticketNumberText(report.firstTicket), ticketNumberText(report.lastTicket), takings,
+        static_cast<double>(report.zNumber), report.closedAt.isValid(), 0.0, report.paidAt,
+        m_currency.toUnits(debtOf(report)), m_maxDebt);
 }
 
 bool ShiftBook::update()
@@ -60,18 +60,17 @@ bool ShiftBook::update()
     ZReportItem* const item = reportAt(0);
     if (item == nullptr)
         return true;
-    const double sum = m_currency.toUnits(report->ticketSum);
-    const double cardSum = m_currency.toUnits(report->cardSum);
+    const double cardSum = m_currency.toUnits(report->cardTakings());
     item->setTicketCount(report->ticketCount);
     // An amount equal to the ticket sum of the moment is not taken: offered before and after the
     // ticket sum changes, one of the two is.
     item->setCardSellAmnt(cardSum);
-    item->setTicketSumAmnt(sum);
+    item->setTicketSumAmnt(m_currency.toUnits(report->ticketSum));
     item->setCardSellAmnt(cardSum);
-    item->setCardSellCount(report->cardCount);
+    item->setCardSellCount(report->cardCount - report->reversedCardCount);
     item->setFromTicketNumber(ticketNumberText(report->firstTicket));
     item->setToTicketNumber(ticketNumberText(report->lastTicket));
-    item->setZSum(sum);
+    item->setZSum(m_currency.toUnits(report->takings()));
     item->setCurrentDebt(m_currency.toUnits(debtOf(*report)));
     return true;
 }
@@ -113,12 +112,12 @@ ZReportItem* ShiftBook::closedReport(double zNumber) const
     return nullptr;
 }
 
-bool ShiftBook::handOver(double zNumber, const QDateTime& at)
+bool ShiftBook::handOver(double zNumber, const QDateTime& at, std::optional<Minor> counted)
 {
     ZReportItem* const item = keeps(zNumber) ? closedReport(zNumber) : nullptr;
     if (item == nullptr)
         return false;
-    const auto report = m_journal.handOver(static_cast<qint64>(zNumber), at);
+    const auto report = m_journal.handOver(static_cast<qint64>(zNumber), at, counted);
     if (!report)
         return false;
     m_owed -= report->due();

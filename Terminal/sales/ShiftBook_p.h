@@ -16,7 +16,8 @@ namespace rivo::sales
 class Journal;
 
 /// The shifts of the journal as rows of the Z report model, the running one first, and what the
-/// driver owes for them.
+/// driver owes for them. Tickets and their sum are what was sold; the sum of the report and that of
+/// cards are less what was given back.
 class ShiftBook
 {
 public:
@@ -36,7 +37,7 @@ public:
 
     /// Notes that the cash of a closed shift was handed over; the row of the running shift is left
     /// to update(). False if there is none to hand over, or the journal failed.
-    bool handOver(double zNumber, const QDateTime& at);
+    bool handOver(double zNumber, const QDateTime& at, std::optional<Minor> counted);
 
     /// Whether the shift is one of the journal's.
     bool keeps(double zNumber) const;

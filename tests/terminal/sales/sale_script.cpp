@@ -8,6 +8,7 @@
 //   sold METHOD NUMBER:PRICE...   the sale is confirmed
 //   closing Z, closed Z           the same for a shift
 //   handing Z, handed Z           the same for the cash of a closed one
+//   reversing NUMBER..., reversed NUMBER...   the same for tickets that are taken back
 
 #include "Counter.h"
 
@@ -65,6 +66,8 @@ public:
             if (!m_counter.desk.pay(m_payment))
                 return false;
             finishPrinting();
+            if (m_random.bounded(5) == 0 && !takeBack())
+                return false;
         }
         return m_random.bounded(8) != 0 || closeShift();
     }
@@ -95,6 +98,23 @@ private:
     bool done()
     {
         say("basket", m_counter.prices());
+        return true;
+    }
+
+    /// The last sale, or its first ticket.
+    bool takeBack()
+    {
+        const QVariantMap sale = m_counter.desk.lastSale();
+        const qint64 first = sale.value("firstTicket").toLongLong();
+        const bool isVoid = m_random.bounded(2) == 0;
+        QVector<qint64> numbers{first};
+        while (isVoid && numbers.last() < sale.value("lastTicket").toLongLong())
+            numbers.append(numbers.last() + 1);
+        say("reversing", numbers);
+        if (!(isVoid ? m_counter.desk.voidLastSale()
+                     : m_counter.desk.refundTicket(static_cast<double>(first), "late")))
+            return false;
+        say("reversed", numbers);
         return true;
     }
 

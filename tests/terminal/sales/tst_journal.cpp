@@ -355,8 +355,8 @@ private slots:
             add(statement, harmed(QString(statement)), "damaged");
         for (const char* figure :
              {"ticket_count", "ticket_sum", "card_count", "card_sum", "first_ticket", "last_ticket",
-              "void_count", "void_sum", "refund_count", "refund_sum", "reversed_card_sum",
-              "rounding", "copy_count", "opening_float"}) {
+              "void_count", "void_sum", "refund_count", "refund_sum", "reversed_card_count",
+              "reversed_card_sum", "rounding", "copy_count", "opening_float"}) {
             for (const char* statement : {"UPDATE closing SET %1 = %1 + 1 WHERE shift = 17",
                                           "UPDATE closing SET %1 = '' WHERE shift = 17",
                                           "UPDATE closing SET %1 = 1 WHERE shift = 18"}) {
@@ -626,7 +626,7 @@ private slots:
                                 " WHEN NEW.price = 95 BEGIN SELECT RAISE(FAIL, 'jam'); END";
         for (const auto& [harm, fault] :
              {std::pair(jam, "unreachable"),
-              {"INSERT INTO closing SELECT 17, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0",
+              {"INSERT INTO closing SELECT 17, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0",
                "damaged"}}) {
             QFile::remove(file());
             prepareDay();

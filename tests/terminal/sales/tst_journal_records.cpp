@@ -37,11 +37,11 @@ QStringList textsOf(const QVector<PastSale>& sales)
     return all;
 }
 
-/// "void 1 190, refund 2 285, card back 95, rounding -1, 3 copies, float 5000: cash 7".
+/// "void 1 190, refund 2 285, card back 1 for 95, rounding -1, 3 copies, float 5000: cash 7".
 QString reversalsOf(const ShiftReport& report)
 {
-    return QStringLiteral(
-               "void %1 %2, refund %3 %4, card back %5, rounding %6, %7 copies, float %8: cash %9")
+    return QStringLiteral("void %1 %2, refund %3 %4, card back %10 for %5, rounding %6, %7 copies,"
+                          " float %8: cash %9")
         .arg(report.voidCount)
         .arg(report.voidSum)
         .arg(report.refundCount)
@@ -50,7 +50,8 @@ QString reversalsOf(const ShiftReport& report)
         .arg(report.rounding)
         .arg(report.copyCount)
         .arg(report.openingFloat)
-        .arg(report.cash());
+        .arg(report.cash())
+        .arg(report.reversedCardCount);
 }
 
 } // namespace
@@ -161,6 +162,7 @@ private slots:
         QCOMPARE(newest.at, noon);
         QCOMPARE(newest.shift, 18);
         QCOMPARE(newest.ticketCount, 2);
+        QCOMPARE(newest.firstTicket, 6);
         QCOMPARE(journal.pastSale(newest.id)->total, 14);
         QVERIFY(!journal.pastSale(1)); // of another shift
         QVERIFY(!journal.pastSale(99));
@@ -203,18 +205,17 @@ private slots:
                 text(*journal.reverse(3, {5}, ReversalKind::Void, {}, 190, noon)),
                 "3: cash 192-2 given 190 change 0, 1 tickets, 1 back for 192 paid 190, driver 0");
             QCOMPARE(text(*journal.runningShift()), sold); // what was sold was sold
-            QCOMPARE(
-                reversalsOf(*journal.runningShift()),
-                "void 3 652, refund 1 95, card back 460, rounding 0, 0 copies, float 0: cash 190");
+            QCOMPARE(reversalsOf(*journal.runningShift()),
+                     "void 3 652, refund 1 95, card back 2 for 460, rounding 0, 0 copies, float 0: "
+                     "cash 190");
             QVERIFY(journal.ticketsOf(1).at(1).isReversed);
             QVERIFY(!journal.ticketsOf(1).at(0).isReversed);
             QCOMPARE(
                 rowsOf(onlyConnection(), "SELECT * FROM reversal"),
                 (QStringList{"4|1|2|bus broke down|95|95", "5|2|1||460|460", "6|3|1||192|190"}));
             const auto closed = journal.closeShift(noon);
-            QCOMPARE(
-                reversalsOf(*closed),
-                "void 3 652, refund 1 95, card back 460, rounding 0, 0 copies, float 0: cash 190");
+            QCOMPARE(reversalsOf(*closed), "void 3 652, refund 1 95, card back 2 for 460, rounding "
+                                           "0, 0 copies, float 0: cash 190");
         }
         OpenJournal again(file());
         QCOMPARE(kindOf(again.fault()), "none");
@@ -226,8 +227,9 @@ private slots:
         OpenJournal journal(file());
         QVERIFY(sell(journal, {190, 95}));
         QVERIFY(sell(journal, {450}, PayMethod::Card));
-        QCOMPARE(reversalsOf(*journal.runningShift()),
-                 "void 0 0, refund 0 0, card back 0, rounding 0, 0 copies, float 0: cash 285");
+        QCOMPARE(
+            reversalsOf(*journal.runningShift()),
+            "void 0 0, refund 0 0, card back 0 for 0, rounding 0, 0 copies, float 0: cash 285");
     }
 
     void nothingElseIsReversed_data()

@@ -209,7 +209,7 @@ private slots:
     void storageThatIsFullLeavesTheOldOne()
     {
         int cuts = 0;
-        for (rlim_t bytes = 0;; bytes += 9000) {
+        for (rlim_t bytes = 0;; bytes += 30000) {
             QFile::remove(file());
             executeIn(file(), fixture());
             {
@@ -231,7 +231,7 @@ private slots:
             QCOMPARE(kindOf(journal.open(file(), euro, 17)), "none");
             QCOMPARE(shiftsOf(journal), shiftsOfFixture);
         }
-        QVERIFY2(cuts > 5, qPrintable(QString::number(cuts)));
+        QVERIFY2(cuts > 2, qPrintable(QString::number(cuts)));
     }
 
     /// Killed at any moment, the old journal or the new one is there.
@@ -243,7 +243,7 @@ private slots:
         int old = 0;
         int taken = 0;
         QRandomGenerator random(seed);
-        for (int kill = 0; kill < 16; ++kill) {
+        for (int kill = 0; kill < 10; ++kill) {
             QFile::remove(file());
             QFile::remove(file() + "-wal");
             QVERIFY(QFile::copy(original, file()));

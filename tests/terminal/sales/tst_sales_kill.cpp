@@ -27,6 +27,8 @@ struct Expectation
     QString closing;          ///< of an announced closing without confirmation; otherwise empty
     QStringList paidShifts;   ///< numbers of those that had cash, confirmed
     QString handing;          ///< of an announced hand-over without confirmation; otherwise empty
+    QStringList reversals;    ///< numbers of their tickets, confirmed
+    QString reversing;        ///< of an announced reversal without confirmation; otherwise empty
 };
 
 /// Follows what one run said. False if it contradicts what was known.
@@ -61,6 +63,11 @@ bool follow(const QString& output, Expectation& expected)
         } else if (what == "handed") {
             expected.paidShifts.append(words.join(' '));
             expected.handing.clear();
+        } else if (what == "reversing") {
+            expected.reversing = words.join(' ');
+        } else if (what == "reversed") {
+            expected.reversals.append(words.join(' '));
+            expected.reversing.clear();
         } else {
             return false;
         }
@@ -74,6 +81,7 @@ struct Found
     QStringList sales;
     QStringList closedShifts;
     QStringList paidShifts; ///< of those that had cash
+    QStringList reversals;
     QStringList basket;
     QStringList wrong; ///< rows of statements that find none in a sound journal
 };
@@ -99,6 +107,11 @@ const char* const unsound[] = {
     " OR first_ticket <> IFNULL(MIN(number), 0) OR last_ticket <> IFNULL(MAX(number), 0)"
     " OR card_count <> IFNULL(SUM(pay_method = 2), 0)"
     " OR card_sum <> IFNULL(SUM(CASE pay_method WHEN 2 THEN price END), 0)",
+    // What was taken back is the tickets' prices, and was paid out.
+    "SELECT reversal.record FROM reversal LEFT JOIN reversed_ticket ON"
+    " reversal = reversal.record LEFT JOIN ticket ON number = reversed_ticket.ticket"
+    " GROUP BY reversal.record HAVING COUNT(number) = 0 OR SUM(price) <> total"
+    " OR total <> paid_out",
     // A ticket is on paper or will be.
     "SELECT number FROM ticket WHERE (SELECT COUNT(*) FROM printout WHERE ticket = number) +"
     " (SELECT COUNT(*) FROM unprinted WHERE ticket = number) <> 1",
@@ -126,6 +139,9 @@ Found findIn(const QString& file)
                                      " ORDER BY sale.record");
             found.closedShifts = rowsOf(db, "SELECT shift FROM closing ORDER BY shift");
             found.paidShifts = rowsOf(db, "SELECT shift FROM hand_over ORDER BY record");
+            found.reversals =
+                rowsOf(db, "SELECT GROUP_CONCAT(ticket, ' ') FROM (SELECT * FROM reversed_ticket"
+                           " ORDER BY ticket) GROUP BY reversal ORDER BY reversal");
             found.basket = rowsOf(db, "SELECT price FROM basket ORDER BY line");
         }
     }
@@ -215,6 +231,12 @@ private slots:
                 ++doubtful;
                 expected.paidShifts.append(expected.handing);
             }
+            if (found.reversals.size() == expected.reversals.size() + 1 &&
+                !expected.reversing.isEmpty()) {
+                ++doubtful;
+                expected.reversals.append(expected.reversing);
+            }
+            QCOMPARE(found.reversals, expected.reversals);
             QCOMPARE(found.sales, expected.sales);
             QCOMPARE(found.closedShifts, expected.closedShifts);
             QCOMPARE(found.paidShifts, expected.paidShifts);
@@ -224,6 +246,7 @@ private slots:
             expected.payment.clear();
             expected.closing.clear();
             expected.handing.clear();
+            expected.reversing.clear();
             if (isFresh)
                 checkThatSellingGoesOn(file, found);
         }
