@@ -177,6 +177,7 @@ if(TARGET rivo-terminal)
             "libqt5gui5 (>= 5.15.1)" "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
             "libqt5quickcontrols2-5 (>= 5.15.1)" "libqt5sql5 (>= 5.15.1)"
             "libsqlite3-0 (>= 3.6.18)" "libssl3 (>= 3.0.0)"
+            "libqrencode4 (>= 4.0.0)"
         # Loaded at run time: the database of the journal, icons, fonts, and what the QML imports.
         DEPENDS adduser libqt5sql5-sqlite libqt5svg5 "fonts-dejavu-core | fonts-dejavu"
             qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2

@@ -9,7 +9,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/bookworm.sh
 
 packages=libc6-dev,qtbase5-dev,qtpositioning5-dev,libeasyloggingpp-dev,libcsv-dev,libzip-dev
-packages+=,qtdeclarative5-dev,qtquickcontrols2-5-dev,libsqlite3-dev,libssl-dev # the QML module and the terminal
+packages+=,qtdeclarative5-dev,qtquickcontrols2-5-dev,libsqlite3-dev,libssl-dev,libqrencode-dev # the QML module and the terminal
 sysroot="$PWD/build/armhf-sysroot"
 stamp="$sysroot/made-by"
 

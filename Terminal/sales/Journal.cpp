@@ -74,7 +74,7 @@ bool Journal::clearBasket()
 
 QVector<Ticket> Journal::basket()
 {
-    return readTickets(*m_file, QStringLiteral("0, -1 FROM basket ORDER BY line"));
+    return readTickets(*m_file, QStringLiteral("0, -1, NULL, 0 FROM basket ORDER BY line"));
 }
 
 std::optional<QVector<Ticket>> Journal::confirmSale(const QVector<Ticket>& tickets,
@@ -102,6 +102,8 @@ std::optional<QVector<Ticket>> Journal::confirmSale(const QVector<Ticket>& ticke
                 return false;
             ticket.number = *number;
             ticket.payMethod = static_cast<int>(payment.method);
+            ticket.soldAt = at;
+            ticket.driver = m_driver;
         }
         return m_file->run(QStringLiteral("DELETE FROM basket"));
     });
@@ -133,9 +135,10 @@ bool Journal::addPrintout(qint64 ticketNumber, bool isCopy, const QDateTime& at)
 
 QVector<Ticket> Journal::unprintedTickets()
 {
-    return readTickets(*m_file, QStringLiteral("number, pay_method FROM unprinted"
+    return readTickets(*m_file, QStringLiteral("number, pay_method, at, driver FROM unprinted"
                                                " CROSS JOIN ticket ON number = unprinted.ticket"
                                                " JOIN sale ON sale.record = ticket.sale"
+                                               " JOIN record ON record.id = ticket.sale"
                                                " ORDER BY unprinted.ticket"));
 }
 

@@ -77,18 +77,19 @@ QVector<PastTicket> Journal::ticketsOf(qint64 sale)
     if (m_file->fault())
         return tickets;
     const auto selection =
-        QStringLiteral("number, pay_method,"
+        QStringLiteral("number, pay_method, at, driver,"
                        " (SELECT COUNT(*) FROM printout WHERE printout.ticket = number"
                        "  AND is_copy = 1),"
                        " EXISTS (SELECT 1 FROM reversed_ticket WHERE reversed_ticket.ticket ="
                        "  number)"
                        " FROM ticket JOIN sale ON sale.record = ticket.sale"
+                       " JOIN record ON record.id = ticket.sale"
                        " WHERE ticket.sale = %1 ORDER BY number")
             .arg(sale);
     const bool isRead =
         forEachTicket(*m_file, selection, [&](const QSqlQuery& row, const Ticket& ticket) {
-            tickets.append({ticket, row.value(ticketColumnCount() + 2).toInt(),
-                            row.value(ticketColumnCount() + 3).toBool()});
+            tickets.append({ticket, row.value(ticketColumnCount() + 4).toInt(),
+                            row.value(ticketColumnCount() + 5).toBool()});
         });
     return isRead ? tickets : QVector<PastTicket>();
 }

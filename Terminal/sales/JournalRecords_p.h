@@ -29,6 +29,8 @@ bool forEachTicket(JournalFile& file, const QString& selection, Use use)
         Ticket ticket = ticketOf(query);
         ticket.number = query.value(ticketColumnCount()).toLongLong();
         ticket.payMethod = query.value(ticketColumnCount() + 1).toInt();
+        ticket.soldAt = timeOf(query.value(ticketColumnCount() + 2));
+        ticket.driver = query.value(ticketColumnCount() + 3).toLongLong();
         use(query, ticket);
     });
 }

@@ -7,6 +7,8 @@
 #include <QDateTime>
 #include <QString>
 
+#include <optional>
+
 namespace rivo::sales
 {
 
@@ -56,6 +58,8 @@ struct Ticket
     QString vehicle;
     QString validity;
     QString tax;
+    QDateTime soldAt;  ///< given by the journal when the sale is confirmed
+    qint64 driver = 0; ///< as soldAt: who sold it
 };
 
 /// A ticket of a past sale, and what happened to it since.
@@ -124,6 +128,14 @@ struct ShiftReport
     Minor cash() const { return takings() - cardTakings(); }        ///< of takings()
     /// What the driver has to hand over.
     Minor due() const { return cash() + openingFloat; }
+};
+
+/// What a printer gets: a ticket, or the report of a shift.
+struct PrintJob
+{
+    Ticket ticket;
+    int copy = 0; ///< 0 = the original, 1 = its first copy
+    std::optional<ShiftReport> report;
 };
 
 } // namespace rivo::sales

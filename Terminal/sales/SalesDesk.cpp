@@ -56,7 +56,7 @@ SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrint
     connect(&m_printer, &SimulatedPrinter::printed, this, &SalesDesk::ticketPrinted);
     connect(&m_printer, &SimulatedPrinter::failed, this, [this] {
         if (m_state == Copying)
-            endCopy(false);
+            endExtra(false);
         else
             printNext();
     });
@@ -381,13 +381,13 @@ void SalesDesk::printNext()
         return setState(WaitingForPrinter);
     setState(Printing);
     m_toPrint->acceptNext();
-    m_printer.print();
+    m_printer.print({m_tickets.at(m_tickets.size() - m_toPrint->size()), 0, std::nullopt});
 }
 
 void SalesDesk::ticketPrinted()
 {
     if (m_state == Copying)
-        return endCopy(true);
+        return endExtra(true);
     if (m_toPrint->isEmpty() || m_state == Interrupted)
         return;
     if (!m_journal.markPrinted(m_toPrint->nextNumber()))

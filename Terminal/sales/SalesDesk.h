@@ -69,7 +69,7 @@ public:
         Printing,          ///< paid; tickets are being printed one by one
         WaitingForPrinter, ///< paid; the printer has to recover first
         Interrupted,       ///< paid, and the terminal stopped before all was noted as printed
-        Copying            ///< a past ticket is being printed; the basket stays as it is
+        Copying            ///< a copy or a report is being printed; the basket stays as it is
     };
     Q_ENUM(State)
 
@@ -189,6 +189,14 @@ public:
     /// out. The copy is in the journal before it is on paper.
     Q_INVOKABLE bool printCopy(double ticketNumber);
 
+    /// Prints the report of a closed shift, or with 0 the figures of the running one.
+    /// reportPrinted() when it is out.
+    Q_INVOKABLE bool printReport(double zNumber);
+
+    /// The paper of a ticket of the running shift, as it was printed last; nothing if there is
+    /// none.
+    std::optional<PrintJob> paperOf(qint64 ticketNumber);
+
     /// Takes the last sale of the running shift back as a mistake; refused when it is older than
     /// voidLimit or something of it was taken back already.
     Q_INVOKABLE bool voidLastSale();
@@ -237,6 +245,7 @@ signals:
     void ticketsInDoubtChanged();
     void saleReversed(double sale);
     void copyPrinted(double ticketNumber);
+    void reportPrinted(double zNumber);
     void openingFloatChanged(double amount);
     void driverChanged();
     void lockedChanged();
@@ -259,7 +268,10 @@ private:
     bool handOver(double zNumber, std::optional<Minor> counted);
     bool mayVoid(const PastSale& sale, qint64 newest) const;
     QVariantMap mapOf(const PastSale& sale, qint64 newest) const;
-    void endCopy(bool isPrinted);
+    bool mayPrint();
+    bool printExtra(const PrintJob& job);
+    void endExtra(bool isPrinted);
+    std::optional<PastTicket> pastTicket(qint64 number);
     void printNext();
     void ticketPrinted();
     void finishSale();
@@ -280,7 +292,7 @@ private:
     qint64 m_driver = 0;
     QString m_driverName;
     bool m_isLocked = false;
-    qint64 m_copy = 0; ///< number of the ticket in state Copying
+    PrintJob m_extraJob; ///< what is being printed in state Copying
     std::unique_ptr<PrintQueue> m_toPrint;
     std::unique_ptr<ShiftBook> m_shifts;
 };

@@ -138,36 +138,75 @@ QVariantMap SalesDesk::pastSale(double sale)
     return map;
 }
 
-bool SalesDesk::printCopy(double ticketNumber)
+std::optional<PastTicket> SalesDesk::pastTicket(qint64 number)
 {
-    if (!mayChangeBasket())
-        return false;
-    if (!obstacle().isEmpty())
-        return refuse(obstacle());
-    const qint64 number = numberOf(ticketNumber);
     const QVector<PastTicket> tickets = m_journal.ticketsOf(m_journal.saleOf(number));
     const auto past =
         std::find_if(tickets.begin(), tickets.end(),
                      [number](const PastTicket& each) { return each.ticket.number == number; });
-    if (past == tickets.end())
-        return m_journal.fault() ? refuseByJournal() : refuse(tr("This shift has no such ticket."));
+    return past == tickets.end() ? std::nullopt : std::make_optional(*past);
+}
+
+bool SalesDesk::mayPrint()
+{
+    return mayChangeBasket() && (obstacle().isEmpty() || refuse(obstacle()));
+}
+
+bool SalesDesk::printCopy(double ticketNumber)
+{
+    if (!mayPrint())
+        return false;
+    const auto past = pastTicket(numberOf(ticketNumber));
+    if (m_journal.fault())
+        return refuseByJournal();
+    if (!past)
+        return refuse(tr("This shift has no such ticket."));
     if (past->isReversed)
         return refuse(tr("This ticket was taken back."));
-    if (!m_journal.recordCopy(number, QDateTime::currentDateTime()))
+    if (!m_journal.recordCopy(past->ticket.number, QDateTime::currentDateTime()))
         return refuseByJournal();
-    m_copy = number;
+    return printExtra({past->ticket, past->copies + 1, std::nullopt});
+}
+
+bool SalesDesk::printReport(double zNumber)
+{
+    if (!mayPrint())
+        return false;
+    const bool isRunning = zNumber == 0.0;
+    auto report = isRunning ? m_journal.runningShift() : m_journal.closedShift(numberOf(zNumber));
+    if (m_journal.fault())
+        return refuseByJournal();
+    if (!report)
+        return refuse(tr("There is no such report."));
+    if (isRunning)
+        report->driver = m_driver;
+    return printExtra({{}, 0, report});
+}
+
+std::optional<PrintJob> SalesDesk::paperOf(qint64 ticketNumber)
+{
+    const auto past = pastTicket(ticketNumber);
+    return past ? std::make_optional(PrintJob{past->ticket, past->copies, std::nullopt})
+                : std::nullopt;
+}
+
+bool SalesDesk::printExtra(const PrintJob& job)
+{
+    m_extraJob = job;
     setState(Copying);
-    m_printer.print();
+    m_printer.print(job);
     return true;
 }
 
-void SalesDesk::endCopy(bool isPrinted)
+void SalesDesk::endExtra(bool isPrinted)
 {
     setState(Selling);
-    if (isPrinted)
-        emit copyPrinted(static_cast<double>(m_copy));
+    if (!isPrinted)
+        refuse(tr("This was not printed: %1").arg(m_printer.fault()));
+    else if (m_extraJob.report)
+        emit reportPrinted(static_cast<double>(m_extraJob.report->zNumber));
     else
-        refuse(tr("The copy was not printed: %1").arg(m_printer.fault()));
+        emit copyPrinted(static_cast<double>(m_extraJob.ticket.number));
 }
 
 bool SalesDesk::voidLastSale()

@@ -8,10 +8,12 @@ SimulatedPrinter::SimulatedPrinter(QObject* parent) : QObject(parent)
     m_work.setSingleShot(true);
     m_work.setInterval(350);
     connect(&m_work, &QTimer::timeout, this, [this] {
-        if (m_isSpoiled)
+        if (m_isSpoiled) {
             emit failed();
-        else
-            emit printed();
+            return;
+        }
+        m_lastPrinted = m_job;
+        emit printed();
     });
 }
 
@@ -26,8 +28,9 @@ void SimulatedPrinter::setFault(const QString& fault)
     emit faultChanged();
 }
 
-void SimulatedPrinter::print()
+void SimulatedPrinter::print(const PrintJob& job)
 {
+    m_job = job;
     m_isSpoiled = !m_fault.isEmpty();
     m_work.start();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Records.h"
+
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -7,7 +9,7 @@
 namespace rivo::sales
 {
 
-/// A ticket printer without paper: takes one ticket at a time and a moment for each.
+/// A ticket printer without paper: takes one ticket or report at a time and a moment for each.
 class SimulatedPrinter : public QObject
 {
     Q_OBJECT
@@ -26,9 +28,12 @@ public:
     /// ticket would be out: failed().
     void setFault(const QString& fault);
 
-    /// Starts one ticket, not while another is being printed. printed() or failed() follows from
-    /// the event loop.
-    void print();
+    /// Starts one job, not while another is being printed. printed() or failed() follows from the
+    /// event loop. Without a job the paper is fed.
+    void print(const PrintJob& job = {});
+
+    /// What came out last, for those who want to see it; nothing before.
+    const std::optional<PrintJob>& lastPrinted() const { return m_lastPrinted; }
 
 signals:
     void printed();
@@ -37,6 +42,8 @@ signals:
 
 private:
     QTimer m_work;
+    PrintJob m_job;
+    std::optional<PrintJob> m_lastPrinted;
     QString m_fault;
     bool m_isSpoiled = false;
 };

@@ -19,8 +19,8 @@ inline bool waitForEndOfSale(const Counter& counter)
 /// A tile's name or add:ROW puts a ticket into the basket; cash, card or pay:N pays; end waits
 /// until all is printed; remove:ROW, clear; out and print decide about tickets in doubt; close,
 /// hand:Z, count:Z:AMOUNT; give:AMOUNT pays in cash; void, refund:SALE:REASON and
-/// back:TICKET:REASON take back; copy:TICKET prints again; float:AMOUNT; lock and unlock; jam and
-/// ready are the printer's.
+/// back:TICKET:REASON take back; copy:TICKET and report:Z print; float:AMOUNT; lock and unlock; jam
+/// and ready are the printer's.
 inline bool play(Counter& counter, const QString& steps)
 {
     using rivo::sales::SalesDesk;
@@ -46,6 +46,8 @@ inline bool play(Counter& counter, const QString& steps)
             return desk.refundTicket(number, step.section(':', 2));
         if (name == "copy")
             return desk.printCopy(number);
+        if (name == "report")
+            return desk.printReport(number);
         if (name == "float")
             return desk.setOpeningFloat(step.section(':', 1).toDouble());
         if (name == "count")

@@ -36,7 +36,9 @@ const Ticket distinctTicket{0,
                             "N1",
                             "bus 7",
                             "60 min",
-                            "8 %"};
+                            "8 %",
+                            {},
+                            0};
 
 QString text(const Ticket& t)
 {

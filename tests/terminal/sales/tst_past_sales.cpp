@@ -199,12 +199,15 @@ private slots:
         add("adult child cash end back:2:late", {"back:2:late"}, "This was taken back already.");
         add("adult child cash end back:2:late", {"copy:2"}, "This ticket was taken back.");
         add("adult cash end jam", {"copy:1"}, "The ticket printer cannot print: no paper");
+        add("adult cash end", {"report:17", "report:18", "report:-1"}, "There is no such report.");
+        add("adult cash end jam", {"report:0"}, "The ticket printer cannot print: no paper");
         add("", {"float:-1", "float:0.5", "float:nan"}, "This is no amount.");
         add("float:100 adult cash end", {"float:200"},
             "The float of this shift cannot be changed any more.");
         add("adult cash end close", {"count:17:-1", "count:17:nan"}, "This is no amount.");
         add("adult cash end", {"count:17:190"}, "There is no cash of this shift to hand over.");
-        const QStringList busy{"void", "refund:1:late", "back:1:late", "copy:1", "float:1"};
+        const QStringList busy{"void",   "refund:1:late", "back:1:late",
+                               "copy:1", "report:0",      "float:1"};
         add("adult cash", busy, "Tickets are being printed.");
         add("adult cash end copy:1", busy + QStringList{"adult", "cash", "close"},
             "Tickets are being printed.");
@@ -350,9 +353,61 @@ private slots:
         SignalLog log(&counter.desk);
         QVERIFY(play(counter, "end"));
         QCOMPARE(log.take(),
-                 (QStringList{"stateChanged()", "refused(The copy was not printed: no paper)"}));
+                 (QStringList{"stateChanged()", "refused(This was not printed: no paper)"}));
         QVERIFY(play(counter, "ready copy:1 end"));
         QCOMPARE(counter.desk.xReport().value("copyCount").toInt(), 2);
+    }
+
+    /// Tickets, copies and reports go to the printer with what they say.
+    void printerGetsWhatIsOnThePaper()
+    {
+        FastCounter counter(file());
+        counter.desk.setDriver(42, "A. Nowak");
+        QVERIFY(!counter.printer.lastPrinted());
+        QVERIFY(play(counter, "adult child cash"));
+        QStringList printed;
+        connect(&counter.printer, &SimulatedPrinter::printed, this, [&] {
+            const PrintJob job = *counter.printer.lastPrinted();
+            QString text = QStringLiteral("%1 %2 copy %3 driver %4")
+                               .arg(job.ticket.number)
+                               .arg(job.ticket.description)
+                               .arg(job.copy)
+                               .arg(job.ticket.driver);
+            if (job.report)
+                text = QStringLiteral("report %1 of %2 closed %3")
+                           .arg(job.report->zNumber)
+                           .arg(job.report->driver)
+                           .arg(job.report->closedAt.isValid());
+            printed.append(text);
+        });
+        QVERIFY(play(counter, "end copy:2 end copy:2 end report:0 end close report:17"));
+        SignalLog log(&counter.desk);
+        QVERIFY(play(counter, "end"));
+        QCOMPARE(log.take(), (QStringList{"stateChanged()", "reportPrinted(double)"}));
+        QCOMPARE(printed, (QStringList{"1 adult copy 0 driver 42", "2 child copy 0 driver 42",
+                                       "2 child copy 1 driver 42", "2 child copy 2 driver 42",
+                                       "report 17 of 42 closed 0", "report 17 of 42 closed 1"}));
+        QVERIFY(play(counter, "day cash end"));
+        QVERIFY(counter.printer.lastPrinted()->ticket.soldAt.isValid());
+        QCOMPARE(counter.desk.paperOf(3)->ticket.soldAt,
+                 counter.printer.lastPrinted()->ticket.soldAt);
+        QVERIFY(!counter.desk.paperOf(2)); // of the shift before
+    }
+
+    void ticketsInDoubtArePrintedAsTheyWereSold()
+    {
+        QDateTime soldAt;
+        {
+            FastCounter counter(file());
+            counter.desk.setDriver(42, "A. Nowak");
+            QVERIFY(play(counter, "adult child cash"));
+            soldAt = counter.desk.lastSale().value("at").toDateTime();
+        }
+        FastCounter counter(file());
+        QVERIFY(play(counter, "print end"));
+        QCOMPARE(counter.printer.lastPrinted()->ticket.number, 2);
+        QCOMPARE(counter.printer.lastPrinted()->ticket.driver, 42);
+        QCOMPARE(counter.printer.lastPrinted()->ticket.soldAt, soldAt);
     }
 
     void restartAfterACopyHasNothingToPrint()
@@ -452,7 +507,7 @@ private slots:
         const QString reason = counter.desk.obstacle();
         SignalLog log(&counter.desk);
         for (const char* step :
-             {"void", "refund:4:x", "back:2:x", "copy:2", "float:1", "count:17:1"}) {
+             {"void", "refund:4:x", "back:2:x", "copy:2", "report:0", "float:1", "count:17:1"}) {
             QVERIFY(!play(counter, step));
             QCOMPARE(log.take(), QStringList("refused(" + reason + ")"));
         }
@@ -473,7 +528,7 @@ private slots:
         for (const char* step :
              {"void", "refund:4:x", "back:2:x", "copy:2", "float:1", "count:17:1"})
             QTest::addRow("nothing can be written: %s", step) << step << jam;
-        for (const char* step : {"void", "refund:4:x", "back:2:x", "copy:2"})
+        for (const char* step : {"void", "refund:4:x", "back:2:x", "copy:2", "report:0"})
             QTest::addRow("sales cannot be read: %s", step)
                 << step << "ALTER TABLE sale RENAME TO lost";
         QTest::newRow("figures cannot be read: float") << "float:1"
