@@ -620,6 +620,28 @@
     </message>
 </context>
 <context>
+    <name>rivo::drivers::DriverDesk</name>
+    <message>
+        <source>There are no drivers to sign in.</source>
+        <translation>Es gibt keine Fahrer zum Anmelden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>Too many wrong attempts. Wait %n second(s).</source>
+        <translation>
+            <numerusform>Zu viele Fehlversuche. %n Sekunde warten.</numerusform>
+            <numerusform>Zu viele Fehlversuche. %n Sekunden warten.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Number or PIN is wrong.</source>
+        <translation>Nummer oder PIN ist falsch.</translation>
+    </message>
+    <message>
+        <source>Nobody is signed in.</source>
+        <translation>Niemand ist angemeldet.</translation>
+    </message>
+</context>
+<context>
     <name>rivo::fleet::FleetSimulator</name>
     <message>
         <source>Bus %1</source>
@@ -728,6 +750,65 @@
         <source>There is no cash of this shift to hand over.</source>
         <translation>Von dieser Schicht ist kein Bargeld abzugeben.</translation>
     </message>
+    <message>
+        <source>Sign in first.</source>
+        <translation>Zuerst anmelden.</translation>
+    </message>
+    <message>
+        <source>This is less than what is due.</source>
+        <translation>Das ist weniger als der fällige Betrag.</translation>
+    </message>
+    <message>
+        <source>This shift has no such ticket.</source>
+        <translation>Diese Schicht hat keine solche Fahrkarte.</translation>
+    </message>
+    <message>
+        <source>This ticket was taken back.</source>
+        <translation>Diese Fahrkarte wurde zurückgenommen.</translation>
+    </message>
+    <message>
+        <source>There is no such report.</source>
+        <translation>Diesen Bericht gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>This was not printed: %1</source>
+        <translation>Das wurde nicht gedruckt: %1</translation>
+    </message>
+    <message>
+        <source>Nothing was sold in this shift.</source>
+        <translation>In dieser Schicht wurde nichts verkauft.</translation>
+    </message>
+    <message>
+        <source>The last sale was taken back already.</source>
+        <translation>Der letzte Verkauf wurde schon zurückgenommen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The last sale is older than %n minute(s): it can be refunded.</source>
+        <translation>
+            <numerusform>Der letzte Verkauf ist älter als %n Minute: Er kann erstattet werden.</numerusform>
+            <numerusform>Der letzte Verkauf ist älter als %n Minuten: Er kann erstattet werden.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>This shift has no such sale.</source>
+        <translation>Diese Schicht hat keinen solchen Verkauf.</translation>
+    </message>
+    <message>
+        <source>This was taken back already.</source>
+        <translation>Das wurde schon zurückgenommen.</translation>
+    </message>
+    <message>
+        <source>A refund needs a reason.</source>
+        <translation>Eine Erstattung braucht einen Grund.</translation>
+    </message>
+    <message>
+        <source>This is no amount.</source>
+        <translation>Das ist kein Betrag.</translation>
+    </message>
+    <message>
+        <source>The float of this shift cannot be changed any more.</source>
+        <translation>Das Wechselgeld dieser Schicht kann nicht mehr geändert werden.</translation>
+    </message>
 </context>
 <context>
     <name>rivo::terminal::CatalogueDesk</name>
@@ -799,6 +880,153 @@
     <message>
         <source>%1 to %2</source>
         <translation>%1 nach %2</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::ticket::Paper</name>
+    <message>
+        <source>COPY %1</source>
+        <translation>KOPIE %1</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>Hin und zurück</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Nach</translation>
+    </message>
+    <message>
+        <source>Route</source>
+        <translation>Linie</translation>
+    </message>
+    <message>
+        <source>Valid</source>
+        <translation>Gültig</translation>
+    </message>
+    <message>
+        <source>on %1</source>
+        <translation>am %1</translation>
+    </message>
+    <message>
+        <source>Price</source>
+        <translation>Preis</translation>
+    </message>
+    <message>
+        <source>Paid</source>
+        <translation>Bezahlt</translation>
+    </message>
+    <message>
+        <source>by card</source>
+        <translation>mit Karte</translation>
+    </message>
+    <message>
+        <source>in cash</source>
+        <translation>bar</translation>
+    </message>
+    <message>
+        <source>Ticket</source>
+        <translation>Fahrkarte</translation>
+    </message>
+    <message>
+        <source>Sold</source>
+        <translation>Verkauft</translation>
+    </message>
+    <message>
+        <source>Driver</source>
+        <translation>Fahrer</translation>
+    </message>
+    <message>
+        <source>Vehicle</source>
+        <translation>Fahrzeug</translation>
+    </message>
+    <message>
+        <source>Check</source>
+        <translation>Prüfwert</translation>
+    </message>
+    <message>
+        <source>Z report %1</source>
+        <translation>Z-Bericht %1</translation>
+    </message>
+    <message>
+        <source>X report %1</source>
+        <translation>X-Bericht %1</translation>
+    </message>
+    <message>
+        <source>The shift is running</source>
+        <translation>Die Schicht läuft</translation>
+    </message>
+    <message>
+        <source>Closed</source>
+        <translation>Abgeschlossen</translation>
+    </message>
+    <message>
+        <source>First ticket</source>
+        <translation>Erste Fahrkarte</translation>
+    </message>
+    <message>
+        <source>Last ticket</source>
+        <translation>Letzte Fahrkarte</translation>
+    </message>
+    <message>
+        <source>Tickets</source>
+        <translation>Fahrkarten</translation>
+    </message>
+    <message>
+        <source>Tickets sold for</source>
+        <translation>Fahrkarten verkauft für</translation>
+    </message>
+    <message>
+        <source>Void</source>
+        <translation>Storniert</translation>
+    </message>
+    <message>
+        <source>Refunded</source>
+        <translation>Erstattet</translation>
+    </message>
+    <message>
+        <source>Rounding of cash</source>
+        <translation>Rundung des Bargelds</translation>
+    </message>
+    <message>
+        <source>Takings</source>
+        <translation>Einnahmen</translation>
+    </message>
+    <message>
+        <source>By card</source>
+        <translation>Mit Karte</translation>
+    </message>
+    <message>
+        <source>In cash</source>
+        <translation>Bar</translation>
+    </message>
+    <message>
+        <source>Opening float</source>
+        <translation>Wechselgeld zu Beginn</translation>
+    </message>
+    <message>
+        <source>Cash to hand over</source>
+        <translation>Abzugebendes Bargeld</translation>
+    </message>
+    <message>
+        <source>Copies printed</source>
+        <translation>Gedruckte Kopien</translation>
+    </message>
+    <message>
+        <source>Handed over</source>
+        <translation>Abgegeben</translation>
+    </message>
+    <message>
+        <source>Counted</source>
+        <translation>Gezählt</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Differenz</translation>
     </message>
 </context>
 </TS>

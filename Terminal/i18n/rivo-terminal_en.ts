@@ -38,4 +38,24 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>rivo::drivers::DriverDesk</name>
+    <message numerus="yes">
+        <source>Too many wrong attempts. Wait %n second(s).</source>
+        <translation>
+            <numerusform>Too many wrong attempts. Wait %n second.</numerusform>
+            <numerusform>Too many wrong attempts. Wait %n seconds.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>rivo::sales::SalesDesk</name>
+    <message numerus="yes">
+        <source>The last sale is older than %n minute(s): it can be refunded.</source>
+        <translation>
+            <numerusform>The last sale is older than %n minute: it can be refunded.</numerusform>
+            <numerusform>The last sale is older than %n minutes: it can be refunded.</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>
