@@ -7,6 +7,7 @@
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QImage>
+#include <QQuickImageProvider>
 #include <QQuickWindow>
 #include <QSaveFile>
 #include <QStyleHints>
@@ -42,6 +43,7 @@ void Screen::registerTypes()
 
 Screen::Screen(Terminal& terminal, const QString& page, const QSize& size)
 {
+    m_engine.addImageProvider(QStringLiteral("paper"), terminal.papers()->makeProvider());
     load(QStringLiteral("Main.qml"), {{QStringLiteral("terminal"), QVariant::fromValue(&terminal)},
                                       {QStringLiteral("page"), page},
                                       {QStringLiteral("width"), size.width()},

@@ -88,6 +88,8 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_desk(
           {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, m_printer, m_currency,
           [this](int zone) { return m_presentation.zoneName(zone); }, *m_trip.context()),
+      m_drivers(settings.drivers),
+      m_papers(m_desk, m_printer, {feed.name, m_currency, QByteArray(), QLocale()}),
       m_night(settings.night)
 {
     startFleet();
@@ -101,6 +103,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
 
     m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));
     m_desk.restore(maxDebt(feed));
+    m_drivers.control(m_desk);
     feed::addZReports(withReportsBefore(m_feed, m_zReports), m_zReports);
     showReports(m_runningShift, m_zReports, false);
     showReports(m_closedShifts, m_zReports, true);

@@ -3,10 +3,12 @@
 #include "CatalogueDesk.h"
 #include "DeviceDesk.h"
 #include "OfferDesk.h"
+#include "PaperDesk.h"
 #include "Presentation.h"
 #include "TripDesk.h"
 
 #include <AssetsModel.h>
+#include <DriverDesk.h>
 #include <FareProductsModel.h>
 #include <Feed.h>
 #include <FleetSimulator.h>
@@ -41,6 +43,8 @@ class Terminal : public QObject
     Q_PROPERTY(AssetsModel* vehicles READ vehicles CONSTANT)
     Q_PROPERTY(PeripheralsModel* peripherals READ peripherals CONSTANT)
     Q_PROPERTY(rivo::sales::SalesDesk* desk READ desk CONSTANT)
+    Q_PROPERTY(rivo::drivers::DriverDesk* drivers READ drivers CONSTANT)
+    Q_PROPERTY(rivo::terminal::PaperDesk* papers READ papers CONSTANT)
     Q_PROPERTY(rivo::terminal::TripDesk* trip READ trip CONSTANT)
     Q_PROPERTY(rivo::terminal::OfferDesk* offers READ offers CONSTANT)
     Q_PROPERTY(rivo::terminal::DeviceDesk* devices READ devices CONSTANT)
@@ -58,7 +62,8 @@ public:
         bool night = false;
         double pace = 1.0;  ///< of the fleet, see FleetSimulator::pace
         int startTime = -1; ///< second of the service day; -1 = now. Tickets are sold by this time
-        int ticketTime = 350; ///< of the printer, milliseconds
+        int ticketTime = 350;             ///< of the printer, milliseconds
+        QVector<drivers::Driver> drivers; ///< that may sign in; none = no sign-in
     };
 
     Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent = nullptr);
@@ -74,6 +79,8 @@ public:
     AssetsModel* vehicles() { return &m_vehicles; }
     PeripheralsModel* peripherals() { return &m_peripherals; }
     sales::SalesDesk* desk() { return &m_desk; }
+    drivers::DriverDesk* drivers() { return &m_drivers; }
+    PaperDesk* papers() { return &m_papers; }
     TripDesk* trip() { return &m_trip; }
     OfferDesk* offers() { return &m_offers; }
     DeviceDesk* devices() { return &m_devices; }
@@ -117,6 +124,8 @@ private:
     CatalogueDesk m_catalogue;
     sales::Journal m_journal;
     sales::SalesDesk m_desk;
+    drivers::DriverDesk m_drivers;
+    PaperDesk m_papers;
     bool m_night;
 };
 

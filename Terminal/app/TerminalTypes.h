@@ -3,11 +3,13 @@
 #include "CatalogueDesk.h"
 #include "DeviceDesk.h"
 #include "OfferDesk.h"
+#include "PaperDesk.h"
 #include "Presentation.h"
 #include "StopLabels.h"
 #include "Terminal.h"
 #include "TripDesk.h"
 
+#include <DriverDesk.h>
 #include <FleetSimulator.h>
 #include <SalesDesk.h>
 #include <TripContext.h>
@@ -43,6 +45,16 @@ struct DeviceDeskType
 struct OfferDeskType
 {
     RIVO_TERMINAL_TYPE(rivo::terminal::OfferDesk, OfferDesk)
+};
+
+struct DriverDeskType
+{
+    RIVO_TERMINAL_TYPE(rivo::drivers::DriverDesk, DriverDesk)
+};
+
+struct PaperDeskType
+{
+    RIVO_TERMINAL_TYPE(rivo::terminal::PaperDesk, PaperDesk)
 };
 
 struct PresentationType

@@ -197,6 +197,9 @@ public:
     /// none.
     std::optional<PrintJob> paperOf(qint64 ticketNumber);
 
+    /// The same for the report of a closed shift, or with 0 of the running one.
+    std::optional<PrintJob> paperOfReport(double zNumber);
+
     /// Takes the last sale of the running shift back as a mistake; refused when it is older than
     /// voidLimit or something of it was taken back already.
     Q_INVOKABLE bool voidLastSale();

@@ -172,15 +172,21 @@ bool SalesDesk::printReport(double zNumber)
 {
     if (!mayPrint())
         return false;
-    const bool isRunning = zNumber == 0.0;
-    auto report = isRunning ? m_journal.runningShift() : m_journal.closedShift(numberOf(zNumber));
+    const auto paper = paperOfReport(zNumber);
     if (m_journal.fault())
         return refuseByJournal();
+    return paper ? printExtra(*paper) : refuse(tr("There is no such report."));
+}
+
+std::optional<PrintJob> SalesDesk::paperOfReport(double zNumber)
+{
+    const bool isRunning = zNumber == 0.0;
+    auto report = isRunning ? m_journal.runningShift() : m_journal.closedShift(numberOf(zNumber));
     if (!report)
-        return refuse(tr("There is no such report."));
+        return std::nullopt;
     if (isRunning)
         report->driver = m_driver;
-    return printExtra({{}, 0, report});
+    return PrintJob{{}, 0, report};
 }
 
 std::optional<PrintJob> SalesDesk::paperOf(qint64 ticketNumber)
