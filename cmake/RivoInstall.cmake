@@ -14,7 +14,7 @@ include(RivoCoreLibrary)
 
 set(RIVO_INSTALL_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/guicore")
 set(RIVO_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/GuiCore")
-set(RIVO_INSTALL_QMLDIR "${CMAKE_INSTALL_LIBDIR}/qt${GUICORE_QT}/qml")
+set(RIVO_INSTALL_QMLDIR "${CMAKE_INSTALL_LIBDIR}/qt${QT_DEFAULT_MAJOR_VERSION}/qml")
 set(RIVO_INSTALL_FEEDDIR "${CMAKE_INSTALL_DATADIR}/rivo-terminal/feeds")
 
 # rivo_relative_path(<variable> <from> <to>)

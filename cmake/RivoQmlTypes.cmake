@@ -8,7 +8,7 @@ get_target_property(moc ${RIVO_QT}::moc LOCATION)
 get_filename_component(qt_tools "${moc}" DIRECTORY)
 find_program(QMLTYPEREGISTRAR qmltyperegistrar REQUIRED HINTS "${qt_tools}" NO_CMAKE_FIND_ROOT_PATH)
 find_file(QTCORE_METATYPES REQUIRED
-    NAMES qt${GUICORE_QT}core_metatypes.json qt${GUICORE_QT}core_none_metatypes.json
+    NAMES qt${QT_DEFAULT_MAJOR_VERSION}core_metatypes.json qt${QT_DEFAULT_MAJOR_VERSION}core_none_metatypes.json
     HINTS "${${RIVO_QT}Core_DIR}/../../metatypes" NO_DEFAULT_PATH)
 
 # Qt 5's tool writes dependencies into the description, Qt 6's has neither the option nor the need.
