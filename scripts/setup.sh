@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2034 # the lists are used by those who source this
-# Sourced by run.sh, test.sh, test-armhf.sh and .ci/run: packages, configuration and build on Debian 12.
+# Sourced by run.sh, test.sh and all other scripts: packages, configuration and build on Debian 12.
 # A step prints nothing on success and its whole output on failure.
 
 packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarative5-dev

@@ -1,0 +1,66 @@
+# shellcheck shell=bash
+# Sourced by .ci/run and test-all.sh after setup.sh: the steps of both, and how they are reported.
+
+times=""
+# step WHAT COMMAND...: reports what was done and how long it took.
+step() {
+    local what="$1" start="$SECONDS"
+    shift
+    "$@"
+    times+="$what $((SECONDS - start)) s; "
+    echo "$what: done in $((SECONDS - start)) s"
+}
+
+# report WHAT COMMAND...: a step whose failure is printed but does not fail the run, and that ends after
+# 20 minutes.
+failures=0
+report() {
+    local what="$1" start="$SECONDS" outcome="done" status=0
+    shift
+    if declare -F "$1" > /dev/null; then
+        "$@" || status=$?
+    else
+        timeout --kill-after=30 1200 "$@" || status=$?
+    fi
+    [ "$status" -eq 0 ] || { outcome="FAILED" && failures=$((failures + 1)); }
+    times+="$what $outcome $((SECONDS - start)) s; "
+    echo "$what: $outcome in $((SECONDS - start)) s"
+}
+trap 'echo "${times}all $SECONDS s"' EXIT
+
+# At once, which is quicker, and for steps that may not install anything.
+install_all_packages() {
+    # shellcheck disable=SC2086,SC2154 # lists of names, of setup.sh
+    need_packages $packages_to_test $packages_for_valgrind $packages_for_determinism \
+        $packages_for_coverage $packages_to_fuzz $packages_to_lint $packages_for_armhf_sysroot \
+        $packages_to_build_armhf $packages_to_test_armhf $packages_to_test_packages $packages_for_api \
+        $packages_for_qt6
+}
+
+tests_of_root() {
+    scripts/newcomer.sh --root ./test.sh \
+        -R '^(tst_core_config|tst_core_faults|tst_feed_loader|tst_journal|screen_to_use)$'
+}
+
+settings_and_memory() {
+    report "Tests with other settings" scripts/newcomer.sh scripts/determinism.sh
+    report "Tests under memcheck" scripts/newcomer.sh scripts/valgrind.sh \
+        -R '^tst_(core_registry|core_settingsfile|listitem|listmodel|product_catalogue|product_record)$'
+    report "Instructions of the hot paths" tests/budget/instructions.sh
+    report "Pages of the interface" docs/build-api.sh
+}
+
+sanitizers_and_mutants() {
+    report "Tests under the sanitizers" scripts/sanitizers.sh core listmodel models grid qml terminal/sales
+    report "Mutants" tests/mutation/run.sh --sample 4
+}
+
+other_platforms() {
+    report "Tests with Qt 6" scripts/qt6.sh
+    report "Tests on 32-bit ARM" ./test-armhf.sh
+}
+
+packages_and_fuzzers() {
+    report "Packages" ./test-packages.sh
+    report "Fuzzers" tests/fuzz/run.sh 15
+}

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Everything that checks this repository, one script after the other: some 70 minutes on two
+# processors. Goes on after a failure; the exit code is 1 if there was any.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+# shellcheck source=scripts/setup.sh
+. scripts/setup.sh
+# shellcheck source=scripts/steps.sh
+. scripts/steps.sh
+
+step "Missing packages" install_all_packages
+report "Format" scripts/format-check.sh
+report "Tests of an ordinary user" scripts/newcomer.sh ./test.sh
+[ "$(id -u)" -ne 0 ] || report "Tests of root in another user's folder" tests_of_root
+report "Coverage" scripts/newcomer.sh scripts/coverage.sh
+report "Linters" scripts/lint.sh
+settings_and_memory
+sanitizers_and_mutants
+other_platforms
+packages_and_fuzzers
+report "Instructions on 32-bit ARM" tests/budget/instructions.sh armhf
+[ "$failures" -eq 0 ]
