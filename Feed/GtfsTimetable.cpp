@@ -93,6 +93,11 @@ private:
             const int route = m_reading.routes.table.find(id);
             if (route >= 0)
                 m_isKept[route] = true;
+            else
+                m_tables.report().add(
+                    FeedNotice{m_tables.pathOf(routesFile), 0,
+                               QStringLiteral("no route %1, which the timetable is wanted of")
+                                   .arg(quoted(id))});
         }
     }
 

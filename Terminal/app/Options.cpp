@@ -70,6 +70,8 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
         "rider-category", "Passenger type of a GTFS rider category; may be repeated.", "id=PT_X");
     const auto categories =
         option("rider-categories", "Passenger types of all GTFS rider categories.", "file");
+    const auto route = option(
+        "route", "GTFS route that the vehicle runs; may be repeated. Default: all routes.", "id");
     const auto page = option("page", "Page to open.", "name", QStringLiteral("sell"));
     const auto size =
         option("size", "Size of the window in pixels.", "WxH", QStringLiteral("1024x600"));
@@ -104,6 +106,8 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
                 QStringLiteral("--rider-category: \"%1\", expected ID=PT_X").arg(mapping));
         options.reading.riderCategories.insert(mapping.left(equals), mapping.mid(equals + 1));
     }
+    if (parser.isSet(route))
+        options.reading.timetableOf = parser.values(route);
     options.page = parser.value(page);
     if (!pageNames().contains(options.page))
         return complain(

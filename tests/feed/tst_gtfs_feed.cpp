@@ -528,6 +528,8 @@ void GtfsFeedTest::onlyTheTimetableOfSomeRoutesIsKept()
         QCOMPARE(kept.trips.size(), routes.isEmpty() ? 0 : 1);
         QCOMPARE(kept.stopTimes.size(), routes.isEmpty() ? 0 : 2);
         QVERIFY(kept.shapes.isEmpty());
+        const QString unknown = "no route \"none\", which the timetable is wanted of";
+        QCOMPARE(result.noticeLines().filter(unknown).size(), routes.isEmpty() ? 0 : 1);
         const OfferList offers = offersOf(*result.feed->tariff, queryOf("R1 A 2026-03-02T12:00"));
         QCOMPARE(offers.offers.size(), 1);
     }

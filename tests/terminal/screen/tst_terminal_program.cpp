@@ -64,6 +64,7 @@ void TestTerminalProgram::picturesArePrinted_data()
         QTest::newRow(qPrintable(page)) << QStringList{"--page", page} << QSize(1024, 600);
     QTest::newRow("small, at night, in German")
         << QStringList{"--size", "800x480", "--night", "--language", "de"} << QSize(800, 480);
+    QTest::newRow("a route") << QStringList{"--route", "1", "--page", "fleet"} << QSize(1024, 600);
     QTest::newRow("another time and pace")
         << QStringList{"--time", "23:59", "--time-scale", "60", "--page", "fleet"}
         << QSize(1024, 600);
