@@ -15,8 +15,8 @@ class SalesDesk;
 namespace rivo::drivers
 {
 
-/// Who drives. Without drivers nobody signs in, and the driver is number 0. Refused calls return
-/// false and emit refused() with the reason in words.
+/// Who drives. Without drivers there is no sign-in, and the driver is number 0. Refused calls
+/// return false and emit refused() with the reason in words.
 ///
 /// Three wrong PINs in a row for a number are followed by a wait, which doubles with each further
 /// one. The wait does not hang on the clock of the day.
@@ -32,15 +32,15 @@ class DriverDesk : public QObject
 public:
     explicit DriverDesk(const QVector<Driver>& drivers, QObject* parent = nullptr);
 
-    /// The desk that records who sells, and is locked while nobody is signed in or the terminal is
-    /// locked. Its basket stays. `desk` lives no longer than this.
+    /// The desk that records who sells, and is locked while no driver is signed in or the terminal
+    /// is locked. Its basket stays. `desk` lives no longer than this.
     void control(sales::SalesDesk& desk);
 
     bool isRequired() const { return !m_drivers.isEmpty(); }
     bool isSignedIn() const { return m_current.number != 0; }
-    /// Whether a PIN is needed before anything else: nobody is signed in, or lock() was called.
+    /// Whether a PIN is needed before anything else: no driver is signed in, or lock() was called.
     bool isLocked() const { return isRequired() && (m_isLocked || !isSignedIn()); }
-    double number() const { return static_cast<double>(m_current.number); } ///< 0 = nobody
+    double number() const { return static_cast<double>(m_current.number); } ///< 0 = none
     QString name() const { return m_current.name; }
 
     /// Signs a driver in, also in the place of another one. Refused while the number has to wait.
@@ -49,7 +49,7 @@ public:
     /// The same for the driver who is signed in.
     Q_INVOKABLE bool unlock(const QString& pin);
 
-    /// Asks for the PIN before anything else; without effect if nobody is signed in.
+    /// Asks for the PIN before anything else; without effect without a driver.
     Q_INVOKABLE void lock();
     Q_INVOKABLE void signOut();
 
@@ -80,7 +80,7 @@ private:
     qint64 waitAfter(int wrong) const;
 
     const QVector<Driver> m_drivers;
-    Driver m_current; ///< number 0 = nobody
+    Driver m_current; ///< number 0 = none
     bool m_isLocked = false;
     QHash<qint64, Attempts> m_attempts; ///< all unknown numbers together are 0
     QElapsedTimer m_clock;

@@ -80,7 +80,7 @@ QVector<Minor> Currency::notes() const { return cashOf(m_code, m_decimals).notes
 
 QVector<Minor> Currency::quickAmounts(Minor due, int most) const
 {
-    // Nobody pays in coins that are small beside the amount.
+    // Coins that are small beside the amount are not offered.
     constexpr Minor mostPieces = 10;
     QVector<Minor> amounts{due};
     const QVector<Minor> pieces = due > 0 ? coins() + notes() : QVector<Minor>();

@@ -15,7 +15,7 @@ struct PaperBlock
 {
     enum class Kind {
         Title, ///< large, in the middle
-        Mark,  ///< white on black, in the middle: what nobody may miss
+        Mark,  ///< white on black, in the middle: what must not be missed
         Text,  ///< a line over the whole width
         Field, ///< `text` is the label, `value` stands at the right edge
         Sum,   ///< as Field, large
