@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AmountPad</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
     <name>BasketLine</name>
     <message>
         <source>printed</source>
@@ -100,6 +107,14 @@
     <message>
         <source>Print</source>
         <translation>Drucken</translation>
+    </message>
+    <message>
+        <source>In cash</source>
+        <translation>Bar</translation>
+    </message>
+    <message>
+        <source>Amount given</source>
+        <translation>Gegebener Betrag</translation>
     </message>
 </context>
 <context>
@@ -308,6 +323,63 @@
     <message>
         <source>Ticket terminal</source>
         <translation>Fahrkartenterminal</translation>
+    </message>
+</context>
+<context>
+    <name>NumberPad</name>
+    <message>
+        <source>Erase the last digit</source>
+        <translation>Letzte Ziffer löschen</translation>
+    </message>
+</context>
+<context>
+    <name>PaidSale</name>
+    <message>
+        <source>Paid in cash</source>
+        <translation>Bar bezahlt</translation>
+    </message>
+    <message>
+        <source>Paid by card</source>
+        <translation>Mit Karte bezahlt</translation>
+    </message>
+    <message>
+        <source>Rounding</source>
+        <translation>Rundung</translation>
+    </message>
+    <message>
+        <source>Given</source>
+        <translation>Gegeben</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Rückgeld</translation>
+    </message>
+</context>
+<context>
+    <name>PaymentPad</name>
+    <message>
+        <source>Amount given</source>
+        <translation>Gegebener Betrag</translation>
+    </message>
+    <message>
+        <source>Cash</source>
+        <translation>Bar</translation>
+    </message>
+    <message>
+        <source>Rounding</source>
+        <translation>Rundung</translation>
+    </message>
+    <message>
+        <source>To pay</source>
+        <translation>Zu zahlen</translation>
+    </message>
+    <message>
+        <source>Given</source>
+        <translation>Gegeben</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Rückgeld</translation>
     </message>
 </context>
 <context>

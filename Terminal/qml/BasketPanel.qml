@@ -13,8 +13,26 @@ Rectangle {
     readonly property bool isInterrupted: desk.state === SalesDesk.Interrupted
     readonly property bool isEmpty: tickets.count === 0
     readonly property bool isPayable: isSelling && !isEmpty && desk.obstacle === ""
+    property bool isPaidShown: false ///< the last sale, until the next ticket
 
     color: Theme.surface
+
+    Connections {
+        target: root.desk
+        function onSaleConfirmed() {
+            root.isPaidShown = true
+        }
+        function onSaleReversed() {
+            root.isPaidShown = false
+        }
+    }
+    Connections {
+        target: root.tickets
+        function onCountChanged() {
+            if (root.isSelling && !root.isEmpty)
+                root.isPaidShown = false
+        }
+    }
 
     PlainText {
         id: title
@@ -98,9 +116,18 @@ Rectangle {
                 font.weight: Font.DemiBold
             }
         }
+        PaidSale {
+            objectName: "paidSale"
+            width: parent.width
+            visible: root.isPaidShown
+            sale: root.desk.lastSale
+            desk: root.desk
+            onSeen: root.isPaidShown = false
+        }
         Item {
             width: parent.width
             height: 40
+            visible: !root.isPaidShown
             PlainText {
                 anchors.verticalCenter: parent.verticalCenter
                 text: root.isSelling || root.isInterrupted ? qsTr("Total") : qsTr("Printing")
@@ -153,6 +180,36 @@ Rectangle {
                 }
             }
         }
+        AmountLine {
+            width: parent.width
+            visible: !root.isPaidShown && !root.isEmpty && root.desk.due !== root.desk.total
+            label: qsTr("In cash")
+            value: root.desk.dueText
+            valueName: "dueText"
+        }
+        // Each of them sells at once, as Cash does.
+        Row {
+            width: parent.width
+            spacing: Theme.gap
+            visible: root.isPayable
+            QuickAmounts {
+                width: parent.width - givenButton.width - Theme.gap
+                // One note or coin each: 1, 2 or 5 times a power of ten.
+                amounts: root.desk.total > 0
+                         ? root.desk.quickAmounts().slice(1).filter(
+                               each => /^[125]0*$/.test(each["amount"].toFixed(0)))
+                         : []
+                onChosen: amount => root.desk.payCash(amount)
+            }
+            PanelButton {
+                id: givenButton
+
+                objectName: "givenButton"
+                iconSource: "qrc:/icons/coins.svg"
+                Accessible.name: qsTr("Amount given")
+                onClicked: paying.ask(0)
+            }
+        }
         Row {
             width: parent.width
             spacing: Theme.gap
@@ -178,6 +235,12 @@ Rectangle {
                 onClicked: root.desk.pay(SalesDesk.Card)
             }
         }
+    }
+    PaymentPad {
+        id: paying
+
+        objectName: "paymentPad"
+        desk: root.desk
     }
     Confirmation {
         id: clearing

@@ -233,6 +233,8 @@ private slots:
                 add(page);
             add("sell", "clearConfirmation");
             add("zreport", "closeConfirmation");
+            add("sell", "paymentPad");
+            add("sell", "paidSale");
             add("sell", "toast");
             add("sell", {}, {1280, 800});
         }
@@ -405,7 +407,8 @@ private:
             const QImage before = std::exchange(image, shown.window()->grabWindow());
             return !image.isNull() && image == before;
         }));
-        const bool hasPopup = !shown.all("cancelButton").isEmpty();
+        const bool hasPopup =
+            !shown.all("cancelButton").isEmpty() || !shown.all("padCancel").isEmpty();
         const QQuickItem* toast = shown.item("toast");
         const QRectF covered = toast == nullptr ? QRectF() : placeOf(toast);
         int compared = 0;
@@ -467,6 +470,10 @@ private:
             shown->tap(shown->item("clearButton"));
         else if (popup == "closeConfirmation")
             shown->tap(shown->item("closeShiftButton"));
+        else if (popup == "paymentPad")
+            shown->tap(shown->item("givenButton"));
+        else if (popup == "paidSale")
+            desk->payCash(1000000);
         else if (popup == "toast")
             emit desk->refused(text(2) + " " + text(0));
         QTest::qWait(400); // animations

@@ -1,7 +1,7 @@
 #include "../ScreenUnderTest.h"
+#include "Pointer.h"
 
 #include <QSignalSpy>
-#include <QTouchDevice>
 #include <QtTest>
 
 #include <functional>
@@ -11,8 +11,6 @@ using rivo::terminal::Terminal;
 
 namespace
 {
-
-constexpr int tapTime = 80; ///< from one press to the next, milliseconds: a quick finger
 
 /// What a control did so far.
 using Count = std::function<int(Terminal&)>;
@@ -24,53 +22,6 @@ void fillBasket(Terminal& terminal)
 {
     for (int i = 0; i < 8; ++i)
         QVERIFY(terminal.desk()->add(0));
-}
-
-/// A finger or a mouse. Presses are as close to each other as quick ones are.
-class Pointer
-{
-public:
-    Pointer(QWindow* window, bool isTouch) : m_window(window)
-    {
-        static QTouchDevice* const screen = QTest::createTouchDevice();
-        m_screen = isTouch ? screen : nullptr;
-    }
-
-    void tap(const QPoint& place)
-    {
-        send(place, true);
-        QTest::qWait(tapTime / 2);
-        send(place, false);
-        QTest::qWait(tapTime / 2);
-    }
-
-private:
-    void send(const QPoint& place, bool isPress)
-    {
-        if (m_screen != nullptr) {
-            QTest::QTouchEventSequence touch = QTest::touchEvent(m_window, m_screen);
-            if (isPress)
-                touch.press(0, place, m_window);
-            else
-                touch.release(0, place, m_window);
-            return; // sent when the sequence ends
-        }
-        // QTest::mouseClick() moves its clock on so far that two clicks are never a double click.
-        m_time += tapTime / 2;
-        qt_handleMouseEvent(m_window, place, m_window->mapToGlobal(place),
-                            isPress ? Qt::LeftButton : Qt::NoButton, Qt::LeftButton,
-                            isPress ? QEvent::MouseButtonPress : QEvent::MouseButtonRelease,
-                            Qt::NoModifier, m_time);
-    }
-
-    QWindow* m_window;
-    QTouchDevice* m_screen = nullptr;
-    int m_time = 1000;
-};
-
-QPoint middleOf(const QQuickItem* item)
-{
-    return item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
 }
 
 } // namespace

@@ -29,7 +29,7 @@ ScreenCase {
         test.compare(Harness.countOf("obstacleText"), 0)
         test.tap("payCash")
         test.basketIs(0)
-        test.shows("totalText", "€0.00")
+        test.shows("paidText", "€1.40")
     }
 
     function test_journal_data() {

@@ -1,0 +1,46 @@
+import QtQuick 2.15
+
+/// What an amount is, and at the right edge the amount. An amount that is too long becomes smaller;
+/// it is never cut.
+Item {
+    id: root
+
+    property string label
+    property string value
+    property int valueSize: Theme.normalText
+    property color ink: Theme.text
+    property string valueName ///< objectName of the amount
+
+    implicitHeight: amount.height
+
+    TextMetrics {
+        id: metrics
+
+        text: root.value
+        font.pixelSize: root.valueSize
+        font.weight: Font.Bold
+    }
+    PlainText {
+        id: labelText
+
+        anchors.left: parent.left
+        anchors.right: amount.left
+        anchors.rightMargin: Theme.gap
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.label
+        color: root.ink === Theme.text ? Theme.mutedText : root.ink
+    }
+    PlainText {
+        id: amount
+
+        readonly property real room: Math.max(root.width * 0.6,
+                                              root.width - labelText.implicitWidth - Theme.gap)
+
+        objectName: root.valueName
+        anchors.right: parent.right
+        text: root.value
+        font.pixelSize: Math.floor(root.valueSize * Math.min(1, amount.room / metrics.advanceWidth))
+        font.weight: Font.Bold
+        color: root.ink
+    }
+}

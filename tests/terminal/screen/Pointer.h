@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QQuickItem>
+#include <QTest>
+#include <QTouchDevice>
+#include <QWindow>
+
+constexpr int tapTime = 80; ///< from one press to the next, milliseconds: a quick finger
+
+/// A finger or a mouse. Presses are as close to each other as quick ones are.
+class Pointer
+{
+public:
+    Pointer(QWindow* window, bool isTouch) : m_window(window)
+    {
+        static QTouchDevice* const screen = QTest::createTouchDevice();
+        m_screen = isTouch ? screen : nullptr;
+    }
+
+    void tap(const QPoint& place)
+    {
+        send(place, true);
+        QTest::qWait(tapTime / 2);
+        send(place, false);
+        QTest::qWait(tapTime / 2);
+    }
+
+private:
+    void send(const QPoint& place, bool isPress)
+    {
+        if (m_screen != nullptr) {
+            QTest::QTouchEventSequence touch = QTest::touchEvent(m_window, m_screen);
+            if (isPress)
+                touch.press(0, place, m_window);
+            else
+                touch.release(0, place, m_window);
+            return; // sent when the sequence ends
+        }
+        // QTest::mouseClick() moves its clock on so far that two clicks are never a double click.
+        m_time += tapTime / 2;
+        qt_handleMouseEvent(m_window, place, m_window->mapToGlobal(place),
+                            isPress ? Qt::LeftButton : Qt::NoButton, Qt::LeftButton,
+                            isPress ? QEvent::MouseButtonPress : QEvent::MouseButtonRelease,
+                            Qt::NoModifier, m_time);
+    }
+
+    QWindow* m_window;
+    QTouchDevice* m_screen = nullptr;
+    int m_time = 1000;
+};
+
+inline QPoint middleOf(const QQuickItem* item)
+{
+    return item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
+}
