@@ -139,6 +139,10 @@ QDateTime Terminal::timeOfSale() const
 /// The basket stays as it is when other tickets are sold.
 void Terminal::followTrip()
 {
+    m_desk.setTicketDetails([this](sales::Ticket& ticket) {
+        ticket.fromStopName = m_trip.stopName();
+        ticket.routeName = m_trip.route();
+    });
     const auto board = [this] { m_desk.setBoardingZones(m_offers.zones()); };
     board();
     connect(m_trip.context(), &feed::TripContext::currentStopIdChanged, this, board);

@@ -155,6 +155,15 @@
         <source>Hand over cash</source>
         <translation>Bargeld abgeben</translation>
     </message>
+    <message>
+        <source>Counted</source>
+        <translation>Gezählt</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>counted amount, difference to what is due</comment>
+        <translation>%1 (%2)</translation>
+    </message>
 </context>
 <context>
     <name>Confirmation</name>
@@ -295,6 +304,48 @@
     </message>
 </context>
 <context>
+    <name>FloatPad</name>
+    <message>
+        <source>Opening float</source>
+        <translation>Wechselgeld zu Beginn</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Eintragen</translation>
+    </message>
+    <message>
+        <source>Counted</source>
+        <translation>Gezählt</translation>
+    </message>
+</context>
+<context>
+    <name>HandOverPad</name>
+    <message>
+        <source>Hand over cash of Z report %1</source>
+        <translation>Bargeld zu Z-Bericht %1 abgeben</translation>
+    </message>
+    <message>
+        <source>Hand over</source>
+        <translation>Abgeben</translation>
+    </message>
+    <message>
+        <source>Due</source>
+        <translation>Fällig</translation>
+    </message>
+    <message>
+        <source>Counted</source>
+        <translation>Gezählt</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Differenz</translation>
+    </message>
+    <message>
+        <source>All of it</source>
+        <translation>Alles</translation>
+    </message>
+</context>
+<context>
     <name>Main</name>
     <message>
         <source>Sell</source>
@@ -353,6 +404,99 @@
     <message>
         <source>Change</source>
         <translation>Rückgeld</translation>
+    </message>
+</context>
+<context>
+    <name>PaperPopup</name>
+    <message>
+        <source>Close</source>
+        <comment>what was opened</comment>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>PastSaleDetail</name>
+    <message>
+        <source>Paid in cash</source>
+        <translation>Bar bezahlt</translation>
+    </message>
+    <message>
+        <source>Paid by card</source>
+        <translation>Mit Karte bezahlt</translation>
+    </message>
+    <message>
+        <source>Given %1, change</source>
+        <translation>Gegeben %1, Rückgeld</translation>
+    </message>
+    <message>
+        <source>Given back</source>
+        <translation>Zurückgegeben</translation>
+    </message>
+    <message>
+        <source>Show ticket</source>
+        <translation>Ansehen</translation>
+    </message>
+    <message>
+        <source>Print copy</source>
+        <translation>Kopie</translation>
+    </message>
+    <message>
+        <source>Refund</source>
+        <translation>Erstatten</translation>
+    </message>
+    <message>
+        <source>Void sale</source>
+        <translation>Stornieren</translation>
+    </message>
+    <message>
+        <source>Void the last sale, %1?</source>
+        <translation>Den letzten Verkauf über %1 stornieren?</translation>
+    </message>
+    <message>
+        <source>Take the tickets back, and give the money back.</source>
+        <translation>Fahrkarten zurücknehmen und das Geld zurückgeben.</translation>
+    </message>
+</context>
+<context>
+    <name>PastSalesPage</name>
+    <message>
+        <source>taken back</source>
+        <translation>zurückgenommen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 taken back</source>
+        <translation>%1 von %2 zurückgenommen</translation>
+    </message>
+    <message>
+        <source>Back to the Z report</source>
+        <translation>Zurück zum Z-Bericht</translation>
+    </message>
+    <message>
+        <source>Sales of this shift</source>
+        <translation>Verkäufe dieser Schicht</translation>
+    </message>
+    <message>
+        <source>Nothing was sold in this shift.</source>
+        <translation>In dieser Schicht wurde nichts verkauft.</translation>
+    </message>
+</context>
+<context>
+    <name>PastTicketLine</name>
+    <message>
+        <source>%1 %2, %3</source>
+        <comment>ticket number, product, passenger</comment>
+        <translation>%1 %2, %3</translation>
+    </message>
+    <message>
+        <source>taken back</source>
+        <translation>zurückgenommen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n copy(ies)</source>
+        <translation>
+            <numerusform>%n Kopie</numerusform>
+            <numerusform>%n Kopien</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -460,6 +604,59 @@
     </message>
 </context>
 <context>
+    <name>RefundPopup</name>
+    <message>
+        <source>Wrong ticket</source>
+        <translation>Falsche Fahrkarte</translation>
+    </message>
+    <message>
+        <source>Badly printed</source>
+        <translation>Schlecht gedruckt</translation>
+    </message>
+    <message>
+        <source>Ride cancelled</source>
+        <translation>Fahrt fällt aus</translation>
+    </message>
+    <message>
+        <source>Other reason</source>
+        <translation>Anderer Grund</translation>
+    </message>
+    <message numerus="yes">
+        <source>Refund %n ticket(s)?</source>
+        <translation>
+            <numerusform>%n Fahrkarte erstatten?</numerusform>
+            <numerusform>%n Fahrkarten erstatten?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Refund ticket %1, %2?</source>
+        <translation>Fahrkarte %1, %2, erstatten?</translation>
+    </message>
+    <message>
+        <source>This ticket</source>
+        <translation>Diese Fahrkarte</translation>
+    </message>
+    <message numerus="yes">
+        <source>All %n ticket(s)</source>
+        <translation>
+            <numerusform>Alle (%n Fahrkarte)</numerusform>
+            <numerusform>Alle (%n Fahrkarten)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Reason</source>
+        <translation>Grund</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Refund</source>
+        <translation>Erstatten</translation>
+    </message>
+</context>
+<context>
     <name>RunningShift</name>
     <message numerus="yes">
         <source>%n ticket(s) for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.</source>
@@ -519,6 +716,31 @@
     <message>
         <source>The limit of %1 is reached: hand the cash over.</source>
         <translation>Die Grenze von %1 ist erreicht: Bargeld abgeben.</translation>
+    </message>
+    <message>
+        <source>Sales</source>
+        <comment>of the running shift</comment>
+        <translation>Verkäufe</translation>
+    </message>
+    <message>
+        <source>Void: %1 for %2</source>
+        <translation>Storniert: %1 für %2</translation>
+    </message>
+    <message>
+        <source>Refunded: %1 for %2</source>
+        <translation>Erstattet: %1 für %2</translation>
+    </message>
+    <message>
+        <source>Rounding: %1</source>
+        <translation>Rundung: %1</translation>
+    </message>
+    <message>
+        <source>Float: %1</source>
+        <translation>Wechselgeld: %1</translation>
+    </message>
+    <message>
+        <source>Float</source>
+        <translation>Wechselgeld</translation>
     </message>
 </context>
 <context>
@@ -677,18 +899,6 @@
     <message>
         <source>Close shift</source>
         <translation>Schicht abschließen</translation>
-    </message>
-    <message>
-        <source>Hand over %1 in cash?</source>
-        <translation>%1 in bar abgeben?</translation>
-    </message>
-    <message>
-        <source>Z report %1 will count as paid.</source>
-        <translation>Z-Bericht %1 gilt dann als bezahlt.</translation>
-    </message>
-    <message>
-        <source>Hand over</source>
-        <translation>Abgeben</translation>
     </message>
 </context>
 <context>

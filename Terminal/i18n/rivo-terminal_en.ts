@@ -19,6 +19,33 @@
     </message>
 </context>
 <context>
+    <name>PastTicketLine</name>
+    <message numerus="yes">
+        <source>%n copy(ies)</source>
+        <translation>
+            <numerusform>%n copy</numerusform>
+            <numerusform>%n copies</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>RefundPopup</name>
+    <message numerus="yes">
+        <source>Refund %n ticket(s)?</source>
+        <translation>
+            <numerusform>Refund %n ticket?</numerusform>
+            <numerusform>Refund %n tickets?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>All %n ticket(s)</source>
+        <translation>
+            <numerusform>All %n ticket</numerusform>
+            <numerusform>All %n tickets</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>RunningShift</name>
     <message numerus="yes">
         <source>%n ticket(s) for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.</source>

@@ -13,6 +13,10 @@ ShiftReport {
 
     readonly property bool isPaid: !isNaN(paymentDate)
     readonly property bool isPayable: !isPaid && desk.keepsShift(zNumberData)
+    /// As SalesDesk::zReport() has it, once its cash was handed over here.
+    readonly property var report: isPaid && desk.keepsShift(zNumberData)
+                                  ? desk.zReport(zNumberData) : ({})
+    readonly property double difference: Number(report["difference"])
     signal handOverRequested
 
     implicitHeight: content.height + 3 * Theme.gap
@@ -69,6 +73,17 @@ ShiftReport {
             width: parent.width
             label: qsTr("Commission")
             value: root.money(root.commission)
+        }
+        ReportLine {
+            objectName: "countedLine"
+            width: parent.width
+            visible: root.difference < 0 || root.difference > 0
+            label: qsTr("Counted")
+            value: visible ? qsTr("%1 (%2)", "counted amount, difference to what is due")
+                                 .arg(root.desk.amountText(root.report["counted"]))
+                                 .arg((root.difference < 0 ? "−" : "+")
+                                      + root.desk.amountText(Math.abs(root.difference)))
+                           : ""
         }
         Row {
             width: parent.width

@@ -70,7 +70,7 @@ T.ApplicationWindow {
         }
         NavButton {
             page: "zreport"
-            shownPage: root.page
+            shownPage: root.page === "sales" ? page : root.page // that page is part of it
             text: qsTr("Z report")
             iconSource: "qrc:/icons/zreport.svg"
             onClicked: root.page = page
@@ -129,6 +129,15 @@ T.ApplicationWindow {
                 runningShift: root.terminal.runningShift
                 closedShifts: root.terminal.closedShifts
                 presentation: root.terminal.presentation
+                onSalesRequested: root.page = "sales"
+            }
+        }
+        PageLoader {
+            shown: root.page === "sales"
+            sourceComponent: PastSalesPage {
+                desk: root.terminal.desk
+                papers: root.terminal.papers
+                onLeft: root.page = "zreport"
             }
         }
         PageLoader {

@@ -7,6 +7,7 @@ T.AbstractButton {
 
     property bool accent: false ///< it is what is done most here, or is on
     property bool danger: false ///< it cannot be taken back, or something is wrong
+    property bool chosen: false ///< of several; "checked" would turn itself off when it is tapped
     property url iconSource
     readonly property color face: root.accent ? Theme.accent
                                 : root.danger ? Theme.error : Theme.raised
@@ -21,7 +22,7 @@ T.AbstractButton {
     background: Rectangle {
         radius: Theme.radius
         color: root.enabled ? (root.down ? Qt.darker(root.face, 1.2) : root.face) : Theme.inert
-        border.width: root.checked ? 3 : 0
+        border.width: root.checked || root.chosen ? 3 : 0
         border.color: Theme.accent
     }
     contentItem: Item {

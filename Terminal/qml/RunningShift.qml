@@ -6,6 +6,7 @@ import Rivo.Terminal 1.0
 ShiftReport {
     id: root
 
+    required property SalesDesk desk
     required property double maxAllowedDebt
     property string closedNumber ///< of the shift before, if it was closed on this page
 
@@ -17,7 +18,46 @@ ShiftReport {
         qsTr("%n ticket(s) for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.",
              "", ticketCountData).arg(money(zSumData)).arg(money(ownCash))
                                  .arg((zNumberData + 1).toFixed(0))
+    property var figures: ({}) ///< as SalesDesk::xReport() has them
+    readonly property bool isUnused: ticketCountData === 0
+    signal floatRequested(double amount) ///< what was recorded so far
     signal closeRequested
+    signal salesRequested
+
+    function refresh() {
+        root.figures = root.desk.xReport()
+    }
+    function countedText(text, count, sum) {
+        return root.figures[count] > 0
+               ? [text.arg(root.figures[count]).arg(root.desk.amountText(root.figures[sum]))] : []
+    }
+    /// What is not shown above, as far as there is some of it.
+    function otherFigures() {
+        const rounding = Number(root.figures["rounding"])
+        const start = Number(root.figures["openingFloat"])
+        return root.countedText(qsTr("Void: %1 for %2"), "voidCount", "voidSum")
+            .concat(root.countedText(qsTr("Refunded: %1 for %2"), "refundCount", "refundSum"))
+            .concat(rounding < 0 || rounding > 0
+                    ? [qsTr("Rounding: %1").arg((rounding < 0 ? "−" : "+")
+                                                + root.desk.amountText(Math.abs(rounding)))] : [])
+            .concat(start > 0 ? [qsTr("Float: %1").arg(root.desk.amountText(start))] : [])
+            .join(" · ")
+    }
+
+    onZSumDataChanged: root.refresh()
+    onTicketCountDataChanged: root.refresh()
+    onCurrentDebtChanged: root.refresh()
+    Component.onCompleted: root.refresh()
+
+    Connections {
+        target: root.desk
+        function onSaleReversed() {
+            root.refresh()
+        }
+        function onOpeningFloatChanged() {
+            root.refresh()
+        }
+    }
 
     Column {
         anchors.top: parent.top
@@ -174,15 +214,51 @@ ShiftReport {
             }
         }
     }
-    PanelButton {
-        objectName: "closeShiftButton"
+    PlainText {
+        objectName: "otherFigures"
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: buttons.top
+        anchors.margins: 2 * Theme.gap
+        anchors.bottomMargin: Theme.gap
+        text: root.otherFigures()
+        wrapMode: Text.Wrap
+        maximumLineCount: 3
+        font.pixelSize: Theme.smallText
+        color: Theme.mutedText
+    }
+    Row {
+        id: buttons
+
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         anchors.margins: 2 * Theme.gap
-        accent: true
-        text: qsTr("Close shift")
-        iconSource: "qrc:/icons/zreport.svg"
-        onClicked: root.closeRequested()
+        spacing: Theme.gap
+        PanelButton {
+            id: salesButton
+
+            objectName: "salesButton"
+            width: Math.floor(parent.width * 0.38)
+            visible: !root.isUnused
+            text: qsTr("Sales", "of the running shift")
+            onClicked: root.salesRequested()
+        }
+        PanelButton {
+            objectName: "floatButton"
+            width: salesButton.width
+            visible: root.isUnused
+            text: qsTr("Float")
+            iconSource: root.width < 440 ? "" : "qrc:/icons/coins.svg"
+            onClicked: root.floatRequested(Number(root.figures["openingFloat"]))
+        }
+        PanelButton {
+            objectName: "closeShiftButton"
+            width: parent.width - salesButton.width - Theme.gap
+            accent: true
+            text: qsTr("Close shift")
+            iconSource: root.width < 440 ? "" : "qrc:/icons/zreport.svg" // the text needs the room
+            onClicked: root.closeRequested()
+        }
     }
 }

@@ -12,6 +12,7 @@ Item {
     required property QtObject closedShifts ///< a model
     required property Presentation presentation
     property string closedNumber
+    signal salesRequested
 
     Connections {
         target: root.desk
@@ -33,8 +34,11 @@ Item {
             RunningShift {
                 objectName: "runningShift"
                 anchors.fill: parent
+                desk: root.desk
                 presentation: root.presentation
                 closedNumber: root.closedNumber
+                onFloatRequested: amount => floating.ask(amount)
+                onSalesRequested: root.salesRequested()
                 onCloseRequested: {
                     closing.question = qsTr("Close shift %1?").arg(number)
                     closing.consequence = consequence
@@ -81,12 +85,7 @@ Item {
                 width: closed.width
                 desk: root.desk
                 presentation: root.presentation
-                onHandOverRequested: {
-                    handingOver.shift = zNumberData
-                    handingOver.question = qsTr("Hand over %1 in cash?").arg(money(currentDebt))
-                    handingOver.consequence = qsTr("Z report %1 will count as paid.").arg(number)
-                    handingOver.open()
-                }
+                onHandOverRequested: handingOver.askFor(zNumberData)
             }
             EmptyText {
                 visible: closed.count === 0
@@ -106,13 +105,16 @@ Item {
         confirmText: qsTr("Close shift")
         onConfirmed: root.desk.closeShift()
     }
-    Confirmation {
+    HandOverPad {
         id: handingOver
 
-        property double shift
+        objectName: "handOverPad"
+        desk: root.desk
+    }
+    FloatPad {
+        id: floating
 
-        objectName: "handOverConfirmation"
-        confirmText: qsTr("Hand over")
-        onConfirmed: root.desk.handOver(shift)
+        objectName: "floatPad"
+        desk: root.desk
     }
 }

@@ -210,15 +210,17 @@ private slots:
         QCOMPARE(shown.text("debtText"), "€20.00");
 
         shown.tap("handOverButton");
-        shown.tap("cancelButton");
-        QTRY_VERIFY(shown.all("cancelButton").isEmpty());
+        shown.tap("padCancel");
+        QTRY_VERIFY(shown.all("padCancel").isEmpty());
         QCOMPARE(shown.text("debtText"), "€20.00");
 
         shown.tap("handOverButton");
-        shown.tap("confirmButton");
+        shown.tap("allOfIt");
+        shown.tap("padConfirm");
         QTRY_COMPARE(shown.text("debtText"), "€0.00");
         QCOMPARE(shown.texts("paymentText").filter("Not paid").size(), 1);
         QVERIFY(shown.all("handOverButton").isEmpty());
+        QVERIFY(shown.all("countedLine").isEmpty()); // all of it was there
     }
 
     void closingIsRefusedWhileTheBasketIsOpen()

@@ -82,6 +82,19 @@ void TestScreenPictures::pageIsDrawn()
     }
     if (!desk->obstacle().isEmpty())
         return; // nothing can be paid
+    shown.tap("nav-zreport");
+    shown.tap("salesButton");
+    QTest::qWait(250);
+    keepPicture(shown, "sales");
+    shown.tap("showPaper");
+    QTest::qWait(250);
+    keepPicture(shown, "paper");
+    shown.tap("closePaper");
+    shown.tap("refundButton");
+    shown.tap("reason-1");
+    QTest::qWait(250);
+    keepPicture(shown, "refund");
+    shown.tap("cancelButton");
     shown.tap("nav-sell");
     shown.tap("givenButton");
     shown.tap("key-9");
@@ -92,6 +105,21 @@ void TestScreenPictures::pageIsDrawn()
     QTRY_VERIFY(!shown.all("changeText").isEmpty());
     QTest::qWait(250);
     keepPicture(shown, "paid");
+
+    QVERIFY(desk->setOpeningFloat(5000));
+    QVERIFY(desk->voidLastSale());
+    shown.tap("nav-zreport");
+    QTest::qWait(250);
+    keepPicture(shown, "figures");
+    QVERIFY(desk->closeShift());
+    shown.tap("handOverButton");
+    for (const char* key : {"key-5", "key-00", "key-0"})
+        shown.tap(key);
+    QTest::qWait(250);
+    keepPicture(shown, "handover");
+    shown.tap("padConfirm");
+    QTest::qWait(250);
+    keepPicture(shown, "closed");
 }
 
 void TestScreenPictures::keepPicture(ScreenUnderTest& shown, const QString& what)

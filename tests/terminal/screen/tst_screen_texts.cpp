@@ -233,6 +233,11 @@ private slots:
                 add(page);
             add("sell", "clearConfirmation");
             add("zreport", "closeConfirmation");
+            add("zreport", "handOverPad");
+            add("zreport", "otherFigures");
+            add("sales");
+            add("sales", "refundPopup");
+            add("sales", "voidConfirmation");
             add("sell", "paymentPad");
             add("sell", "paidSale");
             add("sell", "toast");
@@ -448,6 +453,12 @@ private:
         QVERIFY(targets > 5);
     }
 
+    static void sell(rivo::sales::SalesDesk& desk)
+    {
+        QVERIFY(desk.pay(rivo::sales::SalesDesk::Cash));
+        QTRY_COMPARE(desk.state(), rivo::sales::SalesDesk::Selling);
+    }
+
     /// The screen of this row, with tickets in the basket and its popup open if it has one.
     std::unique_ptr<ScreenUnderTest> shown(const Feed& feed, bool allowFileIcons = false)
     {
@@ -459,17 +470,34 @@ private:
             feed, page, size, [&](rivo::terminal::Terminal::Settings& settings) {
                 settings.night = night;
                 settings.allowFileIcons = allowFileIcons;
-                settings.ticketTime = 60000;
+                const bool hasSold = page == "sales" || page == "zreport";
+                settings.ticketTime = hasSold ? 0 : 60000;
             });
         auto* desk = shown->terminal().desk();
         for (int row = 0; row < shown->terminal().grid()->rowCount(); ++row) {
             if (shown->terminal().basket()->rowCount() < 6)
                 desk->add(row);
         }
+        if (page == "sales") {
+            desk->payCash(1000000);
+            [&] { QTRY_VERIFY(!shown->all("pastTicket").isEmpty()); }();
+        }
         if (popup == "clearConfirmation")
             shown->tap(shown->item("clearButton"));
         else if (popup == "closeConfirmation")
             shown->tap(shown->item("closeShiftButton"));
+        else if (popup == "handOverPad") {
+            sell(*desk);
+            desk->closeShift();
+            shown->tap("handOverButton");
+        } else if (popup == "otherFigures") {
+            desk->setOpeningFloat(123456789);
+            sell(*desk);
+            desk->voidLastSale();
+        } else if (popup == "refundPopup")
+            shown->tap("refundButton");
+        else if (popup == "voidConfirmation")
+            shown->tap("voidButton");
         else if (popup == "paymentPad")
             shown->tap(shown->item("givenButton"));
         else if (popup == "paidSale")

@@ -1,0 +1,152 @@
+#include "../ScreenUnderTest.h"
+
+#include <QtTest>
+
+using rivo::sales::SalesDesk;
+
+/// The cash of a shift by taps: the float, the figures so far, and what is counted at the end.
+class TestHandOver : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        prepareScreens();
+        m_complaints = std::make_unique<Complaints>();
+    }
+    void initTestCase_data();
+    void init();
+    void cleanup()
+    {
+        m_shown.reset();
+        QCOMPARE(Complaints::take(), QStringList());
+    }
+    void cleanupTestCase() { m_complaints.reset(); }
+
+    void theCountedAmountIsHandedOver_data();
+    void theCountedAmountIsHandedOver();
+    void nothingCountedIsNotHandedOver();
+    void theFloatIsRecordedAndCorrected();
+    void theFloatMakesRoomForTheSales();
+    void figuresOfTheRunningShift();
+
+private:
+    SalesDesk& desk() { return *m_shown->terminal().desk(); }
+    void sell(int tickets);
+    void enter(const QString& digits);
+
+    std::unique_ptr<Complaints> m_complaints;
+    std::unique_ptr<ScreenUnderTest> m_shown;
+};
+
+void TestHandOver::initTestCase_data()
+{
+    QTest::addColumn<QSize>("size");
+    for (const QSize size : {QSize(800, 480), QSize(1280, 800)})
+        QTest::addRow("%dx%d", size.width(), size.height()) << size;
+}
+
+void TestHandOver::init()
+{
+    QFETCH_GLOBAL(QSize, size);
+    m_shown = std::make_unique<ScreenUnderTest>(exampleFeed("coast-line"), "zreport", size);
+}
+
+void TestHandOver::sell(int tickets)
+{
+    for (int i = 0; i < tickets; ++i)
+        QVERIFY(desk().add(0));
+    QVERIFY(desk().pay(SalesDesk::Cash));
+    QTRY_COMPARE(desk().state(), SalesDesk::Selling);
+}
+
+void TestHandOver::enter(const QString& digits)
+{
+    for (const QChar digit : digits)
+        m_shown->tap("key-" + QString(digit));
+}
+
+void TestHandOver::theCountedAmountIsHandedOver_data()
+{
+    QTest::addColumn<QString>("counted");
+    QTest::addColumn<double>("difference");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("too little") << "100" << -40.0 << QString::fromUtf8("−€0.40");
+    QTest::newRow("exactly") << "140" << 0.0 << "€0.00";
+    QTest::newRow("too much") << "1000" << 860.0 << "+€8.60";
+}
+
+void TestHandOver::theCountedAmountIsHandedOver()
+{
+    QFETCH(QString, counted);
+    QFETCH(double, difference);
+    QFETCH(QString, shown);
+    sell(1);
+    const double shift = desk().xReport()["zNumber"].toDouble();
+    QVERIFY(desk().closeShift());
+    m_shown->tap("handOverButton");
+    QTRY_COMPARE(m_shown->text("padDue"), QString("€1.40"));
+    enter(counted);
+    QTRY_COMPARE(m_shown->text("padDifference"), shown);
+    m_shown->tap("padConfirm");
+    QTRY_VERIFY(desk().zReport(shift)["paidAt"].toDateTime().isValid());
+    QCOMPARE(desk().zReport(shift)["counted"].toDouble(), counted.toDouble());
+    QCOMPARE(desk().zReport(shift)["difference"].toDouble(), difference);
+    QTRY_COMPARE(m_shown->all("handOverButton").size(), 0);
+    QCOMPARE(m_shown->all("countedLine").size(), difference == 0.0 ? 0 : 1);
+    if (difference != 0.0)
+        QVERIFY(m_shown->item("countedLine")->property("value").toString().contains(shown));
+}
+
+void TestHandOver::nothingCountedIsNotHandedOver()
+{
+    sell(1);
+    QVERIFY(desk().closeShift());
+    m_shown->tap("handOverButton");
+    QTRY_COMPARE(m_shown->all("padConfirm").size(), 1);
+    QVERIFY(!m_shown->item("padConfirm")->isEnabled());
+    m_shown->tap("padConfirm");
+    m_shown->tap("padCancel");
+    QTRY_COMPARE(m_shown->all("padCancel").size(), 0);
+    QCOMPARE(m_shown->all("handOverButton").size(), 1);
+}
+
+void TestHandOver::theFloatIsRecordedAndCorrected()
+{
+    m_shown->tap("floatButton");
+    enter("5000");
+    m_shown->tap("padConfirm");
+    QTRY_COMPARE(m_shown->text("otherFigures"), QString("Float: €50.00"));
+    QCOMPARE(m_shown->text("debtText"), QString("€50.00"));
+    m_shown->tap("floatButton");
+    QTRY_COMPARE(m_shown->text("padFloat"), QString("€50.00"));
+    m_shown->tap("eraseKey");
+    m_shown->tap("padConfirm");
+    QTRY_COMPARE(m_shown->text("otherFigures"), QString("Float: €5.00"));
+}
+
+void TestHandOver::theFloatMakesRoomForTheSales()
+{
+    QCOMPARE(m_shown->all("salesButton").size(), 0);
+    sell(1);
+    QTRY_COMPARE(m_shown->all("salesButton").size(), 1);
+    QCOMPARE(m_shown->all("floatButton").size(), 0);
+}
+
+void TestHandOver::figuresOfTheRunningShift()
+{
+    QCOMPARE(m_shown->text("otherFigures"), QString());
+    QVERIFY(desk().setOpeningFloat(2000));
+    sell(2);
+    sell(1);
+    QVERIFY(desk().voidLastSale());
+    QVERIFY(desk().refundTicket(1, "Wrong ticket"));
+    QTRY_COMPARE(m_shown->text("otherFigures"),
+                 QString::fromUtf8("Void: 1 for €1.40 · Refunded: 1 for €1.40 · Float: €20.00"));
+    QVERIFY(!m_shown->item("otherFigures")->property("truncated").toBool());
+    QCOMPARE(m_shown->text("debtText"), QString("€21.40"));
+}
+
+QTEST_MAIN(TestHandOver)
+#include "tst_hand_over.moc"
