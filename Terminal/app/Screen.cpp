@@ -32,6 +32,26 @@ namespace
 /// Long enough for pages that load on demand, and for animations to end.
 constexpr int settlingTime = 1200;
 
+/// Reports every press of a window, also on panels, to the desk that locks an idle terminal.
+class PressWatch : public QObject
+{
+public:
+    PressWatch(drivers::DriverDesk& drivers, QObject* window) : QObject(window), m_drivers(drivers)
+    {
+        window->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::TouchBegin)
+            m_drivers.touch();
+        return false;
+    }
+
+private:
+    drivers::DriverDesk& m_drivers;
+};
+
 } // namespace
 
 void Screen::registerTypes()
@@ -48,11 +68,14 @@ Screen::Screen(Terminal& terminal, const QString& page, const QSize& size)
                                       {QStringLiteral("page"), page},
                                       {QStringLiteral("width"), size.width()},
                                       {QStringLiteral("height"), size.height()}});
+    if (m_window != nullptr)
+        new PressWatch(*terminal.drivers(), m_window);
 }
 
-Screen::Screen(const QStringList& problems, const QSize& size)
+Screen::Screen(const QStringList& problems, const QSize& size, bool areOfDrivers)
 {
     load(QStringLiteral("ProblemsWindow.qml"), {{QStringLiteral("problems"), problems},
+                                                {QStringLiteral("areOfDrivers"), areOfDrivers},
                                                 {QStringLiteral("width"), size.width()},
                                                 {QStringLiteral("height"), size.height()}});
 }

@@ -23,8 +23,9 @@ public:
     /// Shows `terminal`, opened at `page`. `terminal` outlives the screen.
     Screen(Terminal& terminal, const QString& page, const QSize& size);
 
-    /// Shows the problems that kept a feed from being loaded, and nothing else.
-    Screen(const QStringList& problems, const QSize& size);
+    /// Shows the problems that kept a feed, or the file of drivers, from being loaded, and nothing
+    /// else.
+    Screen(const QStringList& problems, const QSize& size, bool areOfDrivers = false);
 
     QQuickWindow* window() const { return m_window; } ///< null if the QML could not be loaded
 

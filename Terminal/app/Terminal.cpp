@@ -103,6 +103,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
 
     m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));
     m_desk.restore(maxDebt(feed));
+    m_drivers.setIdleTime(settings.idleTime);
     m_drivers.control(m_desk);
     feed::addZReports(withReportsBefore(m_feed, m_zReports), m_zReports);
     showReports(m_runningShift, m_zReports, false);

@@ -64,6 +64,7 @@ public:
         int startTime = -1; ///< second of the service day; -1 = now. Tickets are sold by this time
         int ticketTime = 350;             ///< of the printer, milliseconds
         QVector<drivers::Driver> drivers; ///< that may sign in; none = no sign-in
+        int idleTime = 300000; ///< milliseconds without a press until it is locked; 0 = never
     };
 
     Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent = nullptr);

@@ -3,6 +3,7 @@
 #include "Screen.h"
 #include "Terminal.h"
 
+#include <DriversFile.h>
 #include <FeedLoader.h>
 #include <LibraryDiagnostics.h>
 #include <ProgramStart.h>
@@ -143,6 +144,15 @@ int main(int argc, char* argv[])
         return show(application, screen, *options, BadInput);
     }
 
+    const drivers::DriversResult drivers =
+        options->drivers.isEmpty() ? drivers::DriversResult{QVector<drivers::Driver>(), {}}
+                                   : drivers::readDrivers(options->drivers);
+    complain(drivers.problems);
+    if (!drivers.drivers) {
+        Screen screen(drivers.problems, options->size, true);
+        return show(application, screen, *options, BadInput);
+    }
+
     std::optional<LibraryDiagnostics> diagnostics(options->verbose);
     if (options->benchmark) {
         const QStringList lines = measure(*result.feed, *options);
@@ -153,6 +163,7 @@ int main(int argc, char* argv[])
                    : Failed;
     }
     Terminal::Settings settings = settingsOf(*options);
+    settings.drivers = *drivers.drivers;
     if (settings.journalFile.isEmpty())
         settings.journalFile = ownJournal(result.feed->currency);
     QDir().mkpath(QFileInfo(settings.journalFile).absolutePath());

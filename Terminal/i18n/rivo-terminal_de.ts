@@ -536,6 +536,10 @@
         <source>The feed cannot be used. Nothing is sold.</source>
         <translation>Die Daten sind nicht verwendbar. Kein Verkauf möglich.</translation>
     </message>
+    <message>
+        <source>The file of drivers cannot be used. Nothing is sold.</source>
+        <translation>Die Fahrerdatei kann nicht verwendet werden. Es wird nichts verkauft.</translation>
+    </message>
 </context>
 <context>
     <name>ProductDetail</name>
@@ -823,6 +827,33 @@
     </message>
 </context>
 <context>
+    <name>SignInPanel</name>
+    <message>
+        <source>Locked: %1</source>
+        <translation>Gesperrt: %1</translation>
+    </message>
+    <message>
+        <source>Sign in</source>
+        <translation>Anmelden</translation>
+    </message>
+    <message>
+        <source>Driver number</source>
+        <translation>Fahrernummer</translation>
+    </message>
+    <message>
+        <source>PIN</source>
+        <translation>PIN</translation>
+    </message>
+    <message>
+        <source>Other driver</source>
+        <translation>Anderer Fahrer</translation>
+    </message>
+    <message>
+        <source>Unlock</source>
+        <translation>Entsperren</translation>
+    </message>
+</context>
+<context>
     <name>StatusLine</name>
     <message>
         <source>No trip</source>
@@ -858,6 +889,10 @@
     <message>
         <source>Log fare products</source>
         <translation>Fahrscheinprodukte protokollieren</translation>
+    </message>
+    <message>
+        <source>Lock the terminal</source>
+        <translation>Terminal sperren</translation>
     </message>
 </context>
 <context>

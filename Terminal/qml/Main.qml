@@ -40,6 +40,7 @@ T.ApplicationWindow {
         time: root.terminal.fleet.timeText
         faults: root.terminal.devices.faults
         night: root.terminal.night
+        drivers: root.terminal.drivers
         onDevicesRequested: root.page = "devices"
         onNightRequested: night => root.terminal.night = night
     }
@@ -175,5 +176,8 @@ T.ApplicationWindow {
         anchors.horizontalCenter: root.contentItem.horizontalCenter
         anchors.bottom: root.contentItem.bottom
         anchors.bottomMargin: 20
+    }
+    SignInPanel {
+        drivers: root.terminal.drivers
     }
 }

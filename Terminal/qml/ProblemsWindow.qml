@@ -2,11 +2,12 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "."
 
-/// Why the feed was not loaded. Shown instead of the terminal: no part of a broken feed is sold.
+/// Why the feed, or the file of drivers, was not loaded. Shown instead of the terminal: no part of a broken feed is sold.
 T.ApplicationWindow {
     id: root
 
     property var problems: []
+    property bool areOfDrivers: false
 
     title: qsTr("Ticket terminal")
     color: Theme.background
@@ -20,7 +21,8 @@ T.ApplicationWindow {
             x: 2 * Theme.gap
             width: parent.width - 4 * Theme.gap
             height: 64
-            text: qsTr("The feed cannot be used. Nothing is sold.")
+            text: root.areOfDrivers ? qsTr("The file of drivers cannot be used. Nothing is sold.")
+                                    : qsTr("The feed cannot be used. Nothing is sold.")
             font.pixelSize: Theme.largeText
             font.weight: Font.DemiBold
             color: Theme.error

@@ -11,6 +11,7 @@ Rectangle {
     required property string time
     required property int faults ///< devices with one
     required property bool night
+    required property DriverDesk drivers
     signal devicesRequested
     signal nightRequested(bool night)
 
@@ -86,6 +87,14 @@ Rectangle {
             text: root.faults
             Accessible.name: qsTr("%n device fault(s)", "", root.faults)
             onClicked: root.devicesRequested()
+        }
+        PanelButton {
+            objectName: "lockButton"
+            height: parent.height
+            visible: root.drivers.required
+            iconSource: "qrc:/icons/lock.svg"
+            Accessible.name: qsTr("Lock the terminal")
+            onClicked: root.drivers.lock()
         }
         PlainText {
             objectName: "clockText"

@@ -235,6 +235,8 @@ private slots:
             add("zreport", "closeConfirmation");
             add("zreport", "handOverPad");
             add("zreport", "otherFigures");
+            add("sell", "signIn");
+            add("sell", "signIn", {1280, 800});
             add("sales");
             add("sales", "refundPopup");
             add("sales", "voidConfirmation");
@@ -412,8 +414,9 @@ private:
             const QImage before = std::exchange(image, shown.window()->grabWindow());
             return !image.isNull() && image == before;
         }));
-        const bool hasPopup =
-            !shown.all("cancelButton").isEmpty() || !shown.all("padCancel").isEmpty();
+        const bool hasPopup = !shown.all("cancelButton").isEmpty() ||
+                              !shown.all("padCancel").isEmpty() ||
+                              !shown.all("signInButton").isEmpty();
         const QQuickItem* toast = shown.item("toast");
         const QRectF covered = toast == nullptr ? QRectF() : placeOf(toast);
         int compared = 0;
@@ -472,6 +475,8 @@ private:
                 settings.allowFileIcons = allowFileIcons;
                 const bool hasSold = page == "sales" || page == "zreport";
                 settings.ticketTime = hasSold ? 0 : 60000;
+                if (popup == "signIn")
+                    settings.drivers = {{42, text(3), 1, "salt", {}}};
             });
         auto* desk = shown->terminal().desk();
         for (int row = 0; row < shown->terminal().grid()->rowCount(); ++row) {
