@@ -64,7 +64,7 @@ T.Popup {
 
                     anchors.right: parent.right
                     isAmount: true
-                    digits: root.amount > 0 ? root.amount.toFixed(0) : ""
+                    digits: root.amount > 0 ? Number(root.amount).toFixed(0) : ""
                     onEdited: digits => root.amount = Number(digits)
                 }
             }

@@ -16,7 +16,7 @@ AmountPad {
         root.ask(0)
     }
 
-    title: qsTr("Hand over cash of Z report %1").arg(shift.toFixed(0))
+    title: qsTr("Hand over cash of Z report %1").arg(Number(shift).toFixed(0))
     confirmText: qsTr("Hand over")
     danger: true
     isConfirmable: amount > 0

@@ -35,7 +35,7 @@ Grid {
         enabled: root.digits !== ""
         iconSource: "qrc:/icons/back.svg"
         Accessible.name: qsTr("Erase the last digit")
-        onClicked: root.edited(root.digits.slice(0, -1))
+        onClicked: root.edited(root.digits["slice"](0, -1))
     }
     PanelButton {
         objectName: "key-0"

@@ -11,7 +11,7 @@ Item {
     required property bool isNewest
     property int selected: 0 ///< ticket of the sale
     readonly property var tickets: sale["tickets"] === undefined ? [] : sale["tickets"]
-    readonly property var ticket: tickets[Math.min(selected, tickets.length - 1)]
+    readonly property var ticket: tickets[Math.min(selected, tickets["length"] - 1)]
     readonly property bool isTicketLeft: ticket !== undefined && ticket["isReversed"] !== true
 
     function textOf(name) {

@@ -31,7 +31,7 @@ Item {
     }
     function more() {
         for (const sale of root.desk.pastSales(lines.count, root.batch))
-            lines.append(root.lineOf(sale))
+            lines["append"](root.lineOf(sale))
     }
     function select(id) {
         root.selectedSale = id
@@ -42,7 +42,7 @@ Item {
     function refresh(id) {
         for (let i = 0; i < lines.count; ++i) {
             if (lines.get(i)["saleId"] === id)
-                lines.set(i, root.lineOf(root.desk.pastSale(id)))
+                lines["set"](i, root.lineOf(root.desk.pastSale(id)))
         }
         root.sale = root.desk.pastSale(root.selectedSale)
     }

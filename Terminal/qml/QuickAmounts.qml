@@ -7,14 +7,14 @@ Grid {
 
     required property var amounts ///< as SalesDesk::quickAmounts() has them
     property int rows: 1
-    readonly property real longest: amounts.reduce(
+    readonly property real longest: amounts["reduce"](
         (length, each) => Math.max(length, metrics.advanceWidth(each["text"])), 0)
     readonly property int fitting: Math.max(
         1, Math.floor((width + spacing) / (longest + 2 * Theme.gap + spacing)))
-    readonly property var shown: amounts.slice(0, rows * Math.min(3, fitting))
+    readonly property var shown: amounts["slice"](0, rows * Math.min(3, fitting))
     signal chosen(double amount)
 
-    columns: Math.max(1, Math.min(3, fitting, shown.length))
+    columns: Math.max(1, Math.min(3, fitting, shown["length"]))
     spacing: Theme.gap
 
     FontMetrics {
