@@ -22,7 +22,7 @@ struct Options
     double timeScale = 1.0;
     int startTime = -1; ///< seconds of the service day; -1 = now
     QString journal;    ///< file; empty = one in the user's data folder
-    QString drivers;    ///< file; empty = nobody signs in
+    QString drivers;    ///< file; empty = no sign-in
     QString language;   ///< "en", "de" ...; empty = the system's
     bool night = false;
     bool fullscreen = false;
