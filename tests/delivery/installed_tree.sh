@@ -11,7 +11,8 @@ read -ra flags <<< "${6:-}"
 . "$source_dir/scripts/screen.sh"
 unset LD_LIBRARY_PATH QML2_IMPORT_PATH
 work="$(mktemp -d)"
-trap 'rm -rf "$work"' EXIT
+plain="$(mktemp -d /var/tmp/rivo.XXXXXX)" # without a blank in its name
+trap 'rm -rf "$work" "$plain"' EXIT
 
 # step WHAT COMMAND...: a step without which the rest says nothing.
 step() {
@@ -78,18 +79,18 @@ run_consumer "$work/consumer"
 
 # The commands of the README, in a tree whose path has no blank, for a shell splits it there.
 if [ -d "$libraries/qt5/qml/Rivo/GuiCore" ]; then
-    mkdir "$work/application"
-    cp "$source_dir/tests/delivery/consumer/main.cpp" "$work/application"
-    ln -s "$tree" "$work/rivo"
+    mkdir "$plain/application"
+    cp "$source_dir/tests/delivery/consumer/main.cpp" "$plain/application"
+    ln -s "$tree" "$plain/rivo"
     # block LANGUAGE: prints the block of the README in that language.
     block() { awk -v begin="\`\`\`$1" '/^```/ { inside = $0 == begin; next } inside' "$source_dir/README.md"; }
-    block qml > "$work/application/Main.qml"
-    block sh > "$work/application/commands"
-    expect "the README has commands" 3 "$(grep -cE '^(export|g\+\+|qmllint) ' "$work/application/commands")"
-    sed -i "s#/opt/rivo/lib/#$work/rivo${libraries#"$tree"}/#; s#^g++ #$compiler ${flags[*]} #" "$work/application/commands"
+    block qml > "$plain/application/Main.qml"
+    block sh > "$plain/application/commands"
+    expect "the README has commands" 3 "$(grep -cE '^(export|g\+\+|qmllint) ' "$plain/application/commands")"
+    sed -i "s#/opt/rivo/lib/#$plain/rivo${libraries#"$tree"}/#; s#^g++ #$compiler ${flags[*]} #" "$plain/application/commands"
     expect "the commands of the README say nothing" "" \
-        "$(cd "$work/application" && bash -eu commands 2>&1 || echo "exit code $?")"
-    run_consumer "$work/application/application"
+        "$(cd "$plain/application" && bash -eu commands 2>&1 || echo "exit code $?")"
+    run_consumer "$plain/application/application"
 fi
 
 # The examples against the installed tree. They need its QML module, one of them KItemModels' too.
