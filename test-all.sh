@@ -7,6 +7,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 . scripts/setup.sh
 # shellcheck source=scripts/steps.sh
 . scripts/steps.sh
+minutes=60
 
 step "Missing packages" install_all_packages
 report "Format" scripts/format-check.sh
