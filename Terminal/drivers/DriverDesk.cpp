@@ -96,7 +96,7 @@ bool DriverDesk::signIn(const QString& number, const QString& pin)
 bool DriverDesk::unlock(const QString& pin)
 {
     return isSignedIn() ? signIn(QString::number(m_current.number), pin)
-                        : refuse(tr("Nobody is signed in."));
+                        : refuse(tr("No driver is signed in."));
 }
 
 void DriverDesk::lock()

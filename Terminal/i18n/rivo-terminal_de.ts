@@ -954,7 +954,7 @@
         <translation>Nummer oder PIN ist falsch.</translation>
     </message>
     <message>
-        <source>Nobody is signed in.</source>
+        <source>No driver is signed in.</source>
         <translation>Niemand ist angemeldet.</translation>
     </message>
 </context>

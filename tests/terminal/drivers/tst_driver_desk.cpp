@@ -47,7 +47,7 @@ private slots:
         QVERIFY(!desk.signIn("42", pin));
         QCOMPARE(log.take(), QStringList("refused(There are no drivers to sign in.)"));
         QVERIFY(!desk.unlock(pin));
-        QCOMPARE(log.take(), QStringList("refused(Nobody is signed in.)"));
+        QCOMPARE(log.take(), QStringList("refused(No driver is signed in.)"));
         desk.lock();
         desk.signOut();
         QCOMPARE(log.take(), QStringList());
@@ -164,7 +164,7 @@ private slots:
     {
         DriverDesk desk(two);
         desk.setIdleTime(200);
-        QTest::qWait(250); // nobody is there to be locked out
+        QTest::qWait(250); // no driver is signed in who could be locked out
         QVERIFY(desk.signIn("42", pin));
         SignalLog log(&desk);
         for (int touches = 0; touches < 6; ++touches) {
