@@ -103,6 +103,13 @@ QVector<FeedProduct> productsOf(const Tariff& tariff, const QVector<Offer>& offe
     return Maker(tariff).make(offers);
 }
 
+QVector<FeedProduct> productsSoldSomewhere(const Feed& feed)
+{
+    if (!feed.tariff || feed.tariff->form != Tariff::Form::OwnValidity)
+        return feed.products;
+    return productsOf(feed, everythingSold(*feed.tariff).offers);
+}
+
 QString operatorOf(const Feed& feed, int route)
 {
     const QString agency =

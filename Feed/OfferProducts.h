@@ -14,6 +14,10 @@ QVector<FeedProduct> productsOf(const Feed& feed, const QVector<Offer>& offers);
 /// As above for GTFS fares alone.
 QVector<FeedProduct> productsOf(const Tariff& tariff, const QVector<Offer>& offers);
 
+/// The products that are sold on some route, at some stop and time, on media of types 0 and 1. All
+/// products of a feed without a tariff.
+QVector<FeedProduct> productsSoldSomewhere(const Feed& feed);
+
 /// The passenger types that a grid of `products` is for: those of the feed, or of GTFS fares those
 /// of the products.
 QStringList passengerTypesFor(const Feed& feed, const QVector<FeedProduct>& products);

@@ -64,6 +64,6 @@ ProductVerdicts areasOfProducts(const Tariff& tariff, const OfferMaker& maker);
 
 /// The products that say themselves where they are sold.
 OfferList offersOfOwnValidity(const Tariff& tariff, const Rides& rides, const OfferQuery& query);
-OfferList everythingOfOwnValidity(const Tariff& tariff);
+OfferList everythingOfOwnValidity(const Tariff& tariff, const QVector<int>& media);
 
 } // namespace rivo::feed

@@ -92,7 +92,7 @@ OfferList offersOf(const Tariff& tariff, const OfferQuery& query)
 OfferList everythingSold(const Tariff& tariff, const QVector<int>& media)
 {
     if (tariff.form == Tariff::Form::OwnValidity)
-        return everythingOfOwnValidity(tariff);
+        return everythingOfOwnValidity(tariff, media);
     const OfferMaker maker(tariff, media);
     return listOf(maker, areasOfProducts(tariff, maker));
 }
@@ -100,7 +100,7 @@ OfferList everythingSold(const Tariff& tariff, const QVector<int>& media)
 OfferList everyPriceSold(const Tariff& tariff, const QVector<int>& media)
 {
     if (tariff.form == Tariff::Form::OwnValidity)
-        return everythingOfOwnValidity(tariff);
+        return everythingOfOwnValidity(tariff, media);
     const OfferMaker maker(tariff, media);
     ProductVerdicts verdicts = areasOfProducts(tariff, maker);
     for (ProductVerdict& verdict : verdicts) {

@@ -8,6 +8,14 @@ namespace rivo::feed
 namespace
 {
 
+/// Whether a product is sold on one of the types of media.
+bool isSoldOn(const QVector<int>& media, const TariffValidity& validity)
+{
+    return validity.media.isEmpty() ||
+           std::any_of(validity.media.begin(), validity.media.end(),
+                       [&media](int type) { return media.contains(type); });
+}
+
 /// Judges products that say themselves where they are sold.
 class Judge
 {
@@ -25,9 +33,7 @@ public:
     /// Why a product is not sold; nothing if it is.
     std::optional<LeftOutReason> objectionTo(const TariffValidity& validity) const
     {
-        const auto isSold = [&](int type) { return m_query.media.contains(type); };
-        if (!validity.media.isEmpty() &&
-            std::none_of(validity.media.begin(), validity.media.end(), isSold))
+        if (!isSoldOn(m_query.media, validity))
             return LeftOutReason::Media;
         if (!validity.routes.isEmpty() && !has(validity.routes, m_rides.route))
             return LeftOutReason::Network;
@@ -119,11 +125,13 @@ OfferList offersOfOwnValidity(const Tariff& tariff, const Rides& rides, const Of
     return collector.list();
 }
 
-OfferList everythingOfOwnValidity(const Tariff& tariff)
+OfferList everythingOfOwnValidity(const Tariff& tariff, const QVector<int>& media)
 {
     Collector collector(tariff, true);
-    for (int entry = 0; entry < tariff.validities.size(); ++entry)
-        collector.add(entry, std::nullopt);
+    for (int entry = 0; entry < tariff.validities.size(); ++entry) {
+        const bool isSold = isSoldOn(media, tariff.validities.at(entry));
+        collector.add(entry, isSold ? std::nullopt : std::optional(LeftOutReason::Media));
+    }
     return collector.list();
 }
 

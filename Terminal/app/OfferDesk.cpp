@@ -90,7 +90,7 @@ void OfferDesk::update()
 
 void OfferDesk::sellEverything()
 {
-    m_products = m_feed.products;
+    m_products = productsSoldSomewhere(m_feed);
     m_passengerTypes = m_feed.supportedPassengerTypes;
     m_objection.clear();
 }

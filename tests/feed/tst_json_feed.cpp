@@ -204,6 +204,7 @@ private slots:
     void validity();
     void offersWithoutANetwork();
     void everythingIsSoldSomewhere();
+    void everythingIsSoldOnItsMediaAlone();
     void limitsAreInclusive_data();
     void limitsAreInclusive();
     void theLimitsAre();
@@ -824,6 +825,49 @@ void JsonFeedTest::everythingIsSoldSomewhere()
     QCOMPARE(sold.offers.at(0).entry, 0);
     QCOMPARE(sold.offers.at(1).entry, 1);
     QVERIFY(everyPriceSold(*result.feed->tariff).offers == sold.offers);
+}
+
+void JsonFeedTest::everythingIsSoldOnItsMediaAlone()
+{
+    constexpr int sets = 1 << 5; // of the media 0 to 4, as bits
+    const auto mediaOf = [](int bits) {
+        QVector<int> media;
+        for (int type = 0; type < 5; ++type) {
+            if ((bits >> type & 1) != 0)
+                media.append(type);
+        }
+        return media;
+    };
+    QByteArrayList products;
+    for (int valid = 0; valid < sets; ++valid) {
+        QByteArrayList types;
+        for (const int type : mediaOf(valid))
+            types.append(QByteArray::number(type));
+        products.append(product(", \"validMedia\": [" + types.join(", ") + ']')
+                            .replace("\"fareProductId\": 3",
+                                     "\"fareProductId\": " + QByteArray::number(valid)));
+    }
+    const FeedResult result = loadJson(document(products.join(",\n")));
+    REQUIRE_FEED(result);
+    const Tariff& tariff = *result.feed->tariff;
+    for (int asked = 0; asked < sets; ++asked) {
+        QVector<int> expected;
+        for (int valid = 0; valid < sets; ++valid) {
+            if (valid == 0 || (valid & asked) != 0)
+                expected.append(valid);
+        }
+        const OfferList sold = everythingSold(tariff, mediaOf(asked));
+        QVector<int> entries;
+        for (const Offer& offer : sold.offers)
+            entries.append(offer.entry);
+        QCOMPARE(entries, expected);
+        QCOMPARE(sold.leftOut.size(), sets - expected.size());
+        for (const LeftOutProduct& product : sold.leftOut)
+            QCOMPARE(reasonText(product.reason), QString("media"));
+        QVERIFY(everyPriceSold(tariff, mediaOf(asked)).offers == sold.offers);
+    }
+    QVERIFY(everythingSold(tariff).offers == everythingSold(tariff, {0, 1}).offers);
+    QVERIFY(everyPriceSold(tariff).offers == everythingSold(tariff, {0, 1}).offers);
 }
 
 void JsonFeedTest::limitsAreInclusive_data()

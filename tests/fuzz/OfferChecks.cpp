@@ -127,8 +127,6 @@ void checkList(const Tariff& tariff, const OfferList& list)
             fuzzing::require(medium >= 0 && medium < tariff.media.size(), "medium of an offer");
         offered.insert(offer.product);
     }
-    if (tariff.form == Tariff::Form::OwnValidity)
-        return;
     std::set<int> leftOut;
     for (const LeftOutProduct& product : list.leftOut) {
         fuzzing::require(offered.count(product.product) == 0, "offered and left out");
@@ -160,15 +158,14 @@ void checkOffers(const Tariff& tariff, const OfferQuery& query)
 {
     const OfferList list = offersOf(tariff, query);
     checkList(tariff, list);
-    const QVector<int> allMedia{0, 1, 2, 3, 4};
     OfferQuery wider = query;
     wider.to.clear();
     if (isReached(tariff, query))
         checkAmong(list, offersOf(tariff, wider), "sold to one destination, but to none");
     wider = query;
-    wider.media = allMedia;
+    wider.media = {0, 1, 2, 3, 4};
     checkAmong(list, offersOf(tariff, wider), "sold on some media, but not on all");
-    checkAmong(list, everythingSold(tariff, allMedia), "sold here, but nowhere");
+    checkAmong(list, everythingSold(tariff, query.media), "sold here, but nowhere");
 }
 
 void checkSomeOffers(const Tariff& tariff)

@@ -115,6 +115,9 @@ void TestFareCheck::jsonFeeds_data()
     row("zones without a stop", R"(, "validZones": [8])", network,
         never("no stop is in its zones") + bare);
     row("any zone without a network", R"(, "validZones": [8])", "", {});
+    row("media of the driver's", R"(, "validMedia": [4, 1])", network, {});
+    row("other media", R"(, "validMedia": [2, 3, 4])", network,
+        never("only on media that are not sold on board"));
     row("a time that holds", R"(, "validTimes": [{"days": [1]}])", network, {});
     row("hours of every day hold", R"(, "validTimes": [{"begin": "08:00:00"}])", network, {});
     row("dates that do not come",

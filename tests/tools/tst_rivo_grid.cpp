@@ -331,7 +331,9 @@ void TestRivoGrid::productsOfAJsonFeedNarrowToo()
     elsewhere.insert("validRoutes", QJsonArray{13});
     QJsonObject expired = product(3, 3);
     expired.insert("hasExpired", true);
-    const QString feed = writeFeed(runner, {product(1, 1), elsewhere, expired}, 1);
+    QJsonObject inTheApp = product(4, 4);
+    inTheApp.insert("validMedia", QJsonArray{4});
+    const QString feed = writeFeed(runner, {product(1, 1), elsewhere, expired, inTheApp}, 1);
     const QStringList there{"--route", "12", "--stop", "1", "--at", "2026-03-02T08:15"};
     QCOMPARE(positionsOf(runner.run({feed, "--format", "json"}).output), QVector<int>({1, 2, 3}));
     const Outcome grid = runner.run(QStringList{feed, "--format", "json"} + there);

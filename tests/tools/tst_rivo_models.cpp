@@ -88,6 +88,7 @@ private slots:
     void wrongTickets_data();
     void wrongTickets();
     void ticketsOfAnEmptyGrid();
+    void productsForOtherMediaAreLeftOut();
     void layoutOptionsShapeGridAndBasket();
 
     void values_data();
@@ -523,6 +524,20 @@ void TestRivoModels::ticketsOfAnEmptyGrid()
     QCOMPARE(outcome.exitCode, 2);
     QCOMPARE(outcome.messages,
              QByteArray("rivo-models: --tickets: slot 0: the grid has no slots\n"));
+}
+
+void TestRivoModels::productsForOtherMediaAreLeftOut()
+{
+    const ToolRunner runner(RIVO_MODELS);
+    QJsonObject inTheApp = product(2);
+    inTheApp.insert("validMedia", QJsonArray{2, 4});
+    QJsonObject onPaper = product(3);
+    onPaper.insert("validMedia", QJsonArray{4, 1});
+    const QString feed = runner.writeFeed(feedOf("products", {product(1), inTheApp, onPaper}));
+    const QJsonArray tickets = rowsOf(runner.run({"basket", feed, "--format", "json"}));
+    QCOMPARE(column(tickets, "fareProductId"), "1 3");
+    const QStringList grid{"grid", feed, "--format", "csv"};
+    QCOMPARE(runner.run(grid).output, ToolRunner(RIVO_GRID).run(grid.mid(1)).output);
 }
 
 void TestRivoModels::layoutOptionsShapeGridAndBasket()

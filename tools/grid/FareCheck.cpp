@@ -111,11 +111,9 @@ private:
     QStringList neverSold() const
     {
         QMap<int, QString> reasons = productsWithoutRides(m_tariff);
-        if (m_tariff.form != Tariff::Form::OwnValidity) {
-            const OfferList sold = everyPriceSold(m_tariff);
-            for (const LeftOutProduct& product : sold.leftOut)
-                reasons.insert(product.product, sentence(product.reason));
-        }
+        const OfferList sold = everyPriceSold(m_tariff);
+        for (const LeftOutProduct& product : sold.leftOut)
+            reasons.insert(product.product, sentence(product.reason));
         QStringList findings;
         for (auto reason = reasons.cbegin(); reason != reasons.cend(); ++reason)
             findings.append(QStringLiteral("%1: %2").arg(productName(reason.key()), *reason));

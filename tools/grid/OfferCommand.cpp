@@ -90,8 +90,6 @@ int explainProduct(const GridOptions& options, const Feed& feed)
 
 bool narrow(const GridOptions& options, Feed& feed)
 {
-    if (feed.tariff->form == Tariff::Form::OwnValidity && !options.query)
-        return true;
     OfferQuery query = options.query.value_or(OfferQuery());
     query.withExpired = true;
     const OfferList list =

@@ -12,6 +12,7 @@ int printOffers(const GridOptions& options, const rivo::feed::Feed& feed);
 /// Explains a product in sentences.
 int explainProduct(const GridOptions& options, const rivo::feed::Feed& feed);
 
-/// Leaves in `feed` only the products that are sold where the options say. False, after reporting
-/// it, if there is no such place or there are too many products for a grid.
+/// Leaves in `feed` only the products that are sold where the options say, or if they name no place
+/// those that are sold somewhere. False, after reporting it, if there is no such place or there are
+/// too many products for a grid.
 bool narrow(const GridOptions& options, rivo::feed::Feed& feed);

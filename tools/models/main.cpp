@@ -5,6 +5,7 @@
 #include <FareProductsModel.h>
 #include <FeedToModels.h>
 #include <ModelPrinting.h>
+#include <OfferProducts.h>
 #include <PassengerTypesModel.h>
 #include <PeripheralsModel.h>
 #include <ProgramStart.h>
@@ -98,6 +99,9 @@ int main(int argc, char* argv[])
     const std::optional<ModelsOptions> options = parseCommandLine(QCoreApplication::arguments());
     if (!options)
         return BadInput;
-    const std::optional<Feed> feed = readFeed(options->feed, options->reading);
-    return feed ? run(*options, *feed) : BadInput;
+    std::optional<Feed> feed = readFeed(options->feed, options->reading);
+    if (!feed)
+        return BadInput;
+    feed->products = productsSoldSomewhere(*feed);
+    return run(*options, *feed);
 }

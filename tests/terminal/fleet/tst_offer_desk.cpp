@@ -152,11 +152,12 @@ void OfferDeskTest::placesOfAJsonFeed_data()
     QTest::addColumn<QByteArray>("more");
     QTest::addColumn<int>("stop");
     QTest::addColumn<QString>("sold");
-    QTest::newRow("without a network routes count") << QByteArray() << 1 << "1 4";
-    QTest::newRow("with a network zones count too") << Feeds::network() << 1 << "1 3 4";
-    QTest::newRow("at a stop of other zones") << Feeds::network() << 2 << "1 4";
-    QTest::newRow("at an unknown stop everything") << Feeds::network() << 77 << "1 2 3 4";
-    QTest::newRow("without a stop everything") << QByteArray() << -1 << "1 2 3 4";
+    QTest::newRow("without a network routes count") << QByteArray() << 1 << "1 4 6";
+    QTest::newRow("with a network zones count too") << Feeds::network() << 1 << "1 3 4 6";
+    QTest::newRow("at a stop of other zones") << Feeds::network() << 2 << "1 4 6";
+    QTest::newRow("at an unknown stop everything but what is not for the driver's media")
+        << Feeds::network() << 77 << "1 2 3 4 6";
+    QTest::newRow("without a stop the same") << QByteArray() << -1 << "1 2 3 4 6";
 }
 
 void OfferDeskTest::placesOfAJsonFeed()
@@ -167,7 +168,9 @@ void OfferDeskTest::placesOfAJsonFeed()
     const feed::Feed feed =
         feeds.withProducts(Feeds::product(1) + ',' + Feeds::product(2, R"(, "validRoutes": [13])") +
                                ',' + Feeds::product(3, R"(, "validZones": [7])") + ',' +
-                               Feeds::product(4, R"(, "hasExpired": true)"),
+                               Feeds::product(4, R"(, "hasExpired": true)") + ',' +
+                               Feeds::product(5, R"(, "validMedia": [2, 3, 4])") + ',' +
+                               Feeds::product(6, R"(, "validMedia": [4, 0])"),
                            more);
     feed::TripContext trip(feed);
     trip.setCurrentStopId(stop);
