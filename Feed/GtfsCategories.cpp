@@ -1,3 +1,4 @@
+#include "GtfsFareRows_p.h"
 #include "GtfsReading_p.h"
 
 #include "PassengerTypes.h"
