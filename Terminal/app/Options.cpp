@@ -28,6 +28,17 @@ std::optional<QSize> sizeOf(const QString& text)
     return fits(size.width()) && fits(size.height()) ? std::make_optional(size) : std::nullopt;
 }
 
+std::optional<QSizeF> millimetresOf(const QString& text)
+{
+    static const QRegularExpression form(QStringLiteral("^([0-9]{2,4})x([0-9]{2,4})$"));
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+    const QSizeF size(match.captured(1).toInt(), match.captured(2).toInt());
+    const auto fits = [](double side) { return side >= 40.0 && side <= 2000.0; };
+    return fits(size.width()) && fits(size.height()) ? std::make_optional(size) : std::nullopt;
+}
+
 std::nullopt_t complain(const QString& what)
 {
     QTextStream(stderr) << QStringLiteral("rivo-terminal: ") << what << '\n';
@@ -75,6 +86,10 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     const auto page = option("page", "Page to open.", "name", QStringLiteral("sell"));
     const auto size =
         option("size", "Size of the window in pixels.", "WxH", QStringLiteral("1024x600"));
+    const auto screenSize =
+        option("screen-size", "Size of the window on the glass in millimetres.", "WxH");
+    const auto scale = option("scale", "Makes texts and buttons larger or smaller, 0.5 to 3.",
+                              "factor", QStringLiteral("1"));
     const auto screenshot = option("screenshot", "Save a picture of the window and end.", "file");
     const auto timeScale = option("time-scale", "Seconds of the timetable per second, 0 to 600.",
                                   "factor", QStringLiteral("1"));
@@ -119,7 +134,17 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
                             .arg(smallestSide)
                             .arg(largestSide));
     options.size = *wantedSize;
+    if (parser.isSet(screenSize)) {
+        const std::optional<QSizeF> millimetres = millimetresOf(parser.value(screenSize));
+        if (!millimetres)
+            return complain(
+                QStringLiteral("--screen-size is WIDTHxHEIGHT in millimetres, 40 to 2000 each"));
+        options.glass.millimetres = *millimetres;
+    }
     bool isNumber = false;
+    options.glass.scale = parser.value(scale).toDouble(&isNumber);
+    if (!isNumber || !(options.glass.scale >= 0.5 && options.glass.scale <= 3.0))
+        return complain(QStringLiteral("--scale is a number from 0.5 to 3"));
     options.timeScale = parser.value(timeScale).toDouble(&isNumber);
     if (!isNumber || !(options.timeScale >= 0.0 && options.timeScale <= 600.0))
         return complain(QStringLiteral("--time-scale is a number from 0 to 600"));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "GlassScale.h"
+
 #include <FeedOptions.h>
 
 #include <QSize>
@@ -18,6 +20,7 @@ struct Options
     feed::FeedOptions reading;
     QString page = QStringLiteral("sell");
     QSize size{1024, 600};
+    Glass glass;
     QString screenshot; ///< file to save the window to, then end; empty = stay
     double timeScale = 1.0;
     int startTime = -1; ///< seconds of the service day; -1 = now

@@ -10,6 +10,7 @@
 #include <QQuickImageProvider>
 #include <QQuickWindow>
 #include <QSaveFile>
+#include <QScreen>
 #include <QStyleHints>
 #include <QTimer>
 
@@ -52,6 +53,13 @@ private:
     drivers::DriverDesk& m_drivers;
 };
 
+void measure(const Glass& glass, const QSize& window)
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    GlassScale::set(pixelsPerMillimetre(glass, window, screen == nullptr ? QSize() : screen->size(),
+                                        screen == nullptr ? QSizeF() : screen->physicalSize()));
+}
+
 } // namespace
 
 void Screen::registerTypes()
@@ -61,8 +69,9 @@ void Screen::registerTypes()
     QGuiApplication::styleHints()->setMouseDoubleClickInterval(0);
 }
 
-Screen::Screen(Terminal& terminal, const QString& page, const QSize& size)
+Screen::Screen(Terminal& terminal, const QString& page, const QSize& size, const Glass& glass)
 {
+    measure(glass, size);
     m_engine.addImageProvider(QStringLiteral("paper"), terminal.papers()->makeProvider());
     load(QStringLiteral("Main.qml"), {{QStringLiteral("terminal"), QVariant::fromValue(&terminal)},
                                       {QStringLiteral("page"), page},
@@ -72,8 +81,10 @@ Screen::Screen(Terminal& terminal, const QString& page, const QSize& size)
         new PressWatch(*terminal.drivers(), m_window);
 }
 
-Screen::Screen(const QStringList& problems, const QSize& size, bool areOfDrivers)
+Screen::Screen(const QStringList& problems, const QSize& size, bool areOfDrivers,
+               const Glass& glass)
 {
+    measure(glass, size);
     load(QStringLiteral("ProblemsWindow.qml"), {{QStringLiteral("problems"), problems},
                                                 {QStringLiteral("areOfDrivers"), areOfDrivers},
                                                 {QStringLiteral("width"), size.width()},

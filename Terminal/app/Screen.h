@@ -1,5 +1,7 @@
 #pragma once
 
+#include "GlassScale.h"
+
 #include <QObject>
 #include <QQmlApplicationEngine>
 #include <QSize>
@@ -21,11 +23,12 @@ public:
     static void registerTypes();
 
     /// Shows `terminal`, opened at `page`. `terminal` outlives the screen.
-    Screen(Terminal& terminal, const QString& page, const QSize& size);
+    Screen(Terminal& terminal, const QString& page, const QSize& size, const Glass& glass = {});
 
     /// Shows the problems that kept a feed, or the file of drivers, from being loaded, and nothing
     /// else.
-    Screen(const QStringList& problems, const QSize& size, bool areOfDrivers = false);
+    Screen(const QStringList& problems, const QSize& size, bool areOfDrivers = false,
+           const Glass& glass = {});
 
     QQuickWindow* window() const { return m_window; } ///< null if the QML could not be loaded
 

@@ -2,6 +2,7 @@
 
 #include "CatalogueDesk.h"
 #include "DeviceDesk.h"
+#include "GlassScale.h"
 #include "OfferDesk.h"
 #include "PaperDesk.h"
 #include "Presentation.h"
@@ -19,7 +20,7 @@
 
 // The types of the import Rivo.Terminal 1.0: each declaration gives a class its QML name. Both the
 // registration with the engine and what qmllint knows of them are generated from these. QML makes
-// StopLabels, the terminal all others.
+// StopLabels and the one GlassScale, the terminal all others.
 
 #define RIVO_TERMINAL_TYPE(TYPE, NAME)                                                             \
     Q_GADGET                                                                                       \
@@ -40,6 +41,14 @@ struct CatalogueDeskType
 struct DeviceDeskType
 {
     RIVO_TERMINAL_TYPE(rivo::terminal::DeviceDesk, DeviceDesk)
+};
+
+struct GlassScaleType
+{
+    Q_GADGET
+    QML_FOREIGN(rivo::terminal::GlassScale)
+    QML_NAMED_ELEMENT(GlassScale)
+    QML_SINGLETON
 };
 
 struct OfferDeskType

@@ -80,7 +80,7 @@ QStringList measure(const feed::Feed& feed, const Options& options)
     QStringList lines;
     {
         Terminal terminal(feed, settings("taps"));
-        Screen screen(terminal, QStringLiteral("sell"), options.size);
+        Screen screen(terminal, QStringLiteral("sell"), options.size, options.glass);
         if (screen.window() == nullptr)
             return {};
         screen.window()->show();
@@ -88,7 +88,7 @@ QStringList measure(const feed::Feed& feed, const Options& options)
         lines.append(terminal::benchmark::taps(screen, terminal));
     }
     Terminal terminal(terminal::benchmark::withTiles(feed, 2000), settings("scrolling"));
-    Screen screen(terminal, QStringLiteral("sell"), options.size);
+    Screen screen(terminal, QStringLiteral("sell"), options.size, options.glass);
     if (screen.window() == nullptr)
         return {};
     screen.window()->show();
@@ -140,7 +140,7 @@ int main(int argc, char* argv[])
     if (!result.feed && options->benchmark)
         return BadInput;
     if (!result.feed) {
-        Screen screen(result.problemLines(), options->size);
+        Screen screen(result.problemLines(), options->size, false, options->glass);
         return show(application, screen, *options, BadInput);
     }
 
@@ -149,7 +149,7 @@ int main(int argc, char* argv[])
                                    : drivers::readDrivers(options->drivers);
     complain(drivers.problems);
     if (!drivers.drivers) {
-        Screen screen(drivers.problems, options->size, true);
+        Screen screen(drivers.problems, options->size, true, options->glass);
         return show(application, screen, *options, BadInput);
     }
 
@@ -168,6 +168,6 @@ int main(int argc, char* argv[])
         settings.journalFile = ownJournal(result.feed->currency);
     QDir().mkpath(QFileInfo(settings.journalFile).absolutePath());
     Terminal terminal(*result.feed, settings);
-    Screen screen(terminal, options->page, options->size);
+    Screen screen(terminal, options->page, options->size, options->glass);
     return show(application, screen, *options, Done);
 }

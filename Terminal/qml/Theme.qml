@@ -1,6 +1,7 @@
 pragma Singleton
 import QtQml 2.15
 import QtQuick 2.15
+import Rivo.Terminal 1.0
 
 /// Colours and sizes of the whole screen, by day and by night. Every text has a contrast of at least
 /// 4.5:1 to what it stands on.
@@ -24,11 +25,23 @@ QtObject {
     readonly property color inert: night ? "#171c21" : "#e6eaee"
     readonly property color inertInk: night ? "#7f8a95" : "#5c6670"
 
-    readonly property int touch: 56
-    readonly property int gap: 8
-    readonly property int radius: 6
-    readonly property int smallText: 14
-    readonly property int normalText: 16
-    readonly property int largeText: 20
-    readonly property int hugeText: 28
+    // From the size of the glass: 9 mm for a finger, and capital letters of 20 arc minutes in what is
+    // read while driving, 12 in what is looked up.
+    readonly property int touch: GlassScale.length(9)
+    readonly property int gap: GlassScale.length(1.2)
+    readonly property int radius: GlassScale.length(0.9)
+    readonly property int thinLine: GlassScale.length(0.15)
+    readonly property int thickLine: GlassScale.length(0.6)
+    readonly property int smallIcon: GlassScale.length(3)
+    readonly property int icon: GlassScale.length(4.4)
+    readonly property int largeIcon: GlassScale.length(6)
+    readonly property int smallText: GlassScale.text(12)
+    readonly property int normalText: GlassScale.text(20)
+    readonly property int largeText: GlassScale.text(24)
+    readonly property int hugeText: GlassScale.text(32)
+
+    /// Pixels of a length that none of the properties has.
+    function mm(millimetres) {
+        return GlassScale.length(millimetres)
+    }
 }

@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <memory>
@@ -76,6 +77,12 @@ inline rivo::feed::Feed exampleFeed(const QString& name)
     return *result.feed;
 }
 
+/// Millimetres of a panel of 7 inches by its diagonal.
+inline QSizeF sevenInches(const QSize& pixels)
+{
+    return QSizeF(pixels) * (7.0 * 25.4 / std::hypot(pixels.width(), pixels.height()));
+}
+
 /// A terminal with a journal in a folder of its own, in its window.
 class ScreenUnderTest
 {
@@ -84,10 +91,13 @@ public:
     using Terminal = rivo::terminal::Terminal;
     using Screen = rivo::terminal::Screen;
 
+    /// Without a size of the glass the window fills a panel of 7 inches.
     explicit ScreenUnderTest(const Feed& feed, const QString& page = "sell",
                              const QSize& size = {1024, 600},
-                             const std::function<void(Terminal::Settings&)>& change = {})
-        : m_feed(feed), m_page(page), m_size(size), m_change(change)
+                             const std::function<void(Terminal::Settings&)>& change = {},
+                             const QSizeF& millimetres = {})
+        : m_feed(feed), m_page(page), m_size(size),
+          m_change(change), m_glass{millimetres.isEmpty() ? sevenInches(size) : millimetres}
     {
         start();
     }
@@ -168,7 +178,7 @@ private:
         if (m_change)
             m_change(settings);
         m_terminal = std::make_unique<Terminal>(m_feed, settings);
-        m_screen = std::make_unique<Screen>(*m_terminal, m_page, m_size);
+        m_screen = std::make_unique<Screen>(*m_terminal, m_page, m_size, m_glass);
         if (window() == nullptr)
             qFatal("%s", qPrintable(Complaints::take().join('\n')));
         window()->show();
@@ -186,6 +196,7 @@ private:
     const QString m_page;
     const QSize m_size;
     const std::function<void(Terminal::Settings&)> m_change;
+    const rivo::terminal::Glass m_glass;
     const QTemporaryDir m_folder;
     std::unique_ptr<Terminal> m_terminal;
     std::unique_ptr<Screen> m_screen;

@@ -65,6 +65,9 @@ void TestTerminalProgram::picturesArePrinted_data()
     QTest::newRow("small, at night, in German")
         << QStringList{"--size", "800x480", "--night", "--language", "de"} << QSize(800, 480);
     QTest::newRow("a route") << QStringList{"--route", "1", "--page", "fleet"} << QSize(1024, 600);
+    QTest::newRow("a panel of 10 inches, larger")
+        << QStringList{"--size", "1280x800", "--screen-size", "217x136", "--scale", "1.2"}
+        << QSize(1280, 800);
     QTest::newRow("another time and pace")
         << QStringList{"--time", "23:59", "--time-scale", "60", "--page", "fleet"}
         << QSize(1024, 600);
@@ -98,6 +101,13 @@ void TestTerminalProgram::wrongCommandLines_data()
     for (const QString size : {"x", "800", "319x480", "800x9000", "-800x480", "800x480x3"})
         QTest::newRow(qPrintable("size " + size))
             << good + QStringList{"--size", size} << "--size is WIDTHxHEIGHT, 320 to 8192 each";
+    for (const QString size : {"x", "154", "154x", "39x86", "154x2001", "1.5x2"})
+        QTest::newRow(qPrintable("screen size " + size))
+            << good + QStringList{"--screen-size", size}
+            << "--screen-size is WIDTHxHEIGHT in millimetres, 40 to 2000 each";
+    for (const QString scale : {"x", "0.4", "3.1", "nan"})
+        QTest::newRow(qPrintable("scale " + scale))
+            << good + QStringList{"--scale", scale} << "--scale is a number from 0.5 to 3";
     for (const QString scale : {"x", "-1", "600.1", "nan", "inf"})
         QTest::newRow(qPrintable("time scale " + scale))
             << good + QStringList{"--time-scale", scale}
