@@ -1,4 +1,4 @@
-#include "FieldRule_p.h"
+#include "FieldRule.h"
 
 #include <algorithm>
 

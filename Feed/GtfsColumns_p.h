@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FieldRule_p.h"
+#include "FieldRule.h"
 
 #include <QString>
 

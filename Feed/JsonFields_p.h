@@ -1,12 +1,10 @@
 #pragma once
 
 #include "Feed.h"
-#include "FieldRule_p.h"
+#include "JsonRecord.h"
 #include "TextForms.h"
 
-#include <QDateTime>
-#include <QStringList>
-#include <QVariant>
+#include <QString>
 #include <QVector>
 
 #include <limits>
@@ -18,9 +16,6 @@ namespace rivo::feed::json
 
 constexpr FieldRule discountRule = optional.within(priceRule.min, priceRule.max);
 constexpr FieldRule amountRule = optional.within(-1'000'000'000, 1'000'000'000);
-
-constexpr FieldRule dateRule =
-    required.satisfying(isDateAndTime, "a date and time such as \"2024-05-31T18:30:00+02:00\"");
 
 /// Identifiers of the network are positive, so that everybody knows a stop, route or trip by its
 /// own number; 0 = could not be read.
@@ -36,8 +31,6 @@ constexpr FieldRule timeOfDayRule =
 constexpr FieldRule dayDateRule = optional.satisfying(isIsoDate, R"(a date such as "2024-05-31")");
 constexpr FieldRule dayRule = optional.within(1, 7);
 constexpr FieldRule mediumRule = optional.within(0, 4);
-constexpr FieldRule latitudeRule = optional.within(-90, 90);
-constexpr FieldRule longitudeRule = optional.within(-180, 180);
 
 struct StopEntry
 {
@@ -91,23 +84,6 @@ struct Document : Feed
     int version = 0;
     std::optional<NetworkEntry> networkEntry;
 };
-
-/// One key of an object: where its value goes and what it must be. Each has the type of its value,
-/// so that what reads a record is compiled for the types that this record has and no other.
-template <class Record, class Value>
-struct Field
-{
-    const char* key;
-    Value Record::*member;
-    FieldRule rule;
-};
-
-template <class Record, class Value>
-Field(const char*, Value Record::*, FieldRule) -> Field<Record, Value>;
-
-/// The keys of a record, a tuple in the order of its fields.
-template <class Record>
-struct Fields;
 
 template <>
 struct Fields<Document>

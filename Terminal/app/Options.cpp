@@ -96,6 +96,10 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     const auto time = option("time", "Time of the timetable to start at.", "HH:MM");
     const auto journal = option("journal", "File that keeps the sales.", "file");
     const auto drivers = option("drivers", "File of drivers, who sign in to sell.", "file");
+    const auto config = option("config",
+                               "The operator's file of printer, card terminal and other devices. "
+                               "Default: /etc/rivo-terminal/terminal.conf, if it exists.",
+                               "file");
     const auto language = option("language", "Language of the screen: en or de.", "code");
     const auto night = option("night", "Start with dark colours.");
     const auto fullscreen = option("fullscreen", "Fill the screen.");
@@ -157,6 +161,7 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     options.screenshot = parser.value(screenshot);
     options.journal = parser.value(journal);
     options.drivers = parser.value(drivers);
+    options.config = parser.value(config);
     options.language = parser.value(language);
     options.night = parser.isSet(night);
     options.fullscreen = parser.isSet(fullscreen);

@@ -26,6 +26,7 @@ struct Options
     int startTime = -1; ///< seconds of the service day; -1 = now
     QString journal;    ///< file; empty = one in the user's data folder
     QString drivers;    ///< file; empty = no sign-in
+    QString config;     ///< the operator's file; empty = the default file, if it exists
     QString language;   ///< "en", "de" ...; empty = the system's
     bool night = false;
     bool fullscreen = false;

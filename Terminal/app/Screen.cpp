@@ -60,6 +60,19 @@ void measure(const Glass& glass, const QSize& window)
                                         screen == nullptr ? QSizeF() : screen->physicalSize()));
 }
 
+QString nameOf(Screen::Unusable file)
+{
+    switch (file) {
+    case Screen::Unusable::Drivers:
+        return QStringLiteral("drivers");
+    case Screen::Unusable::Config:
+        return QStringLiteral("config");
+    case Screen::Unusable::Feed:
+        break;
+    }
+    return QStringLiteral("feed");
+}
+
 } // namespace
 
 void Screen::registerTypes()
@@ -81,12 +94,11 @@ Screen::Screen(Terminal& terminal, const QString& page, const QSize& size, const
         new PressWatch(*terminal.drivers(), m_window);
 }
 
-Screen::Screen(const QStringList& problems, const QSize& size, bool areOfDrivers,
-               const Glass& glass)
+Screen::Screen(const QStringList& problems, const QSize& size, Unusable file, const Glass& glass)
 {
     measure(glass, size);
     load(QStringLiteral("ProblemsWindow.qml"), {{QStringLiteral("problems"), problems},
-                                                {QStringLiteral("areOfDrivers"), areOfDrivers},
+                                                {QStringLiteral("unusable"), nameOf(file)},
                                                 {QStringLiteral("width"), size.width()},
                                                 {QStringLiteral("height"), size.height()}});
 }

@@ -25,9 +25,11 @@ public:
     /// Shows `terminal`, opened at `page`. `terminal` outlives the screen.
     Screen(Terminal& terminal, const QString& page, const QSize& size, const Glass& glass = {});
 
-    /// Shows the problems that kept a feed, or the file of drivers, from being loaded, and nothing
-    /// else.
-    Screen(const QStringList& problems, const QSize& size, bool areOfDrivers = false,
+    /// The file that was not loaded.
+    enum class Unusable { Feed, Drivers, Config };
+
+    /// Shows the problems that kept a file from being loaded, and nothing else.
+    Screen(const QStringList& problems, const QSize& size, Unusable file = Unusable::Feed,
            const Glass& glass = {});
 
     QQuickWindow* window() const { return m_window; } ///< null if the QML could not be loaded

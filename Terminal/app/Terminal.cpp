@@ -143,6 +143,7 @@ void Terminal::followTrip()
     m_desk.setTicketDetails([this](sales::Ticket& ticket) {
         ticket.fromStopName = m_trip.stopName();
         ticket.routeName = m_trip.route();
+        ticket.vehicle = m_settings.config.vehicle;
     });
     const auto board = [this] { m_desk.setBoardingZones(m_offers.zones()); };
     board();

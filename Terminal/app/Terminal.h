@@ -8,6 +8,7 @@
 #include "TripDesk.h"
 
 #include <AssetsModel.h>
+#include <Config.h>
 #include <DriverDesk.h>
 #include <FareProductsModel.h>
 #include <Feed.h>
@@ -64,6 +65,7 @@ public:
         int startTime = -1; ///< second of the service day; -1 = now. Tickets are sold by this time
         int ticketTime = 350;             ///< of the printer, milliseconds
         QVector<drivers::Driver> drivers; ///< that may sign in; none = no sign-in
+        config::Config config;            ///< the devices of this vehicle, and its name
         int idleTime = 300000; ///< milliseconds without a press until it is locked; 0 = never
     };
 

@@ -3,6 +3,7 @@
 #include "Screen.h"
 #include "Terminal.h"
 
+#include <Config.h>
 #include <DriversFile.h>
 #include <FeedLoader.h>
 #include <LibraryDiagnostics.h>
@@ -140,7 +141,7 @@ int main(int argc, char* argv[])
     if (!result.feed && options->benchmark)
         return BadInput;
     if (!result.feed) {
-        Screen screen(result.problemLines(), options->size, false, options->glass);
+        Screen screen(result.problemLines(), options->size, Screen::Unusable::Feed, options->glass);
         return show(application, screen, *options, BadInput);
     }
 
@@ -149,7 +150,16 @@ int main(int argc, char* argv[])
                                    : drivers::readDrivers(options->drivers);
     complain(drivers.problems);
     if (!drivers.drivers) {
-        Screen screen(drivers.problems, options->size, true, options->glass);
+        Screen screen(drivers.problems, options->size, Screen::Unusable::Drivers, options->glass);
+        return show(application, screen, *options, BadInput);
+    }
+
+    const config::ConfigResult config = options->config.isEmpty()
+                                            ? config::readConfigIfThere(config::defaultFile())
+                                            : config::readConfig(options->config);
+    complain(config.problems);
+    if (!config.config) {
+        Screen screen(config.problems, options->size, Screen::Unusable::Config, options->glass);
         return show(application, screen, *options, BadInput);
     }
 
@@ -164,6 +174,7 @@ int main(int argc, char* argv[])
     }
     Terminal::Settings settings = settingsOf(*options);
     settings.drivers = *drivers.drivers;
+    settings.config = *config.config;
     if (settings.journalFile.isEmpty())
         settings.journalFile = ownJournal(result.feed->currency);
     QDir().mkpath(QFileInfo(settings.journalFile).absolutePath());

@@ -2,12 +2,13 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "."
 
-/// Why the feed, or the file of drivers, was not loaded. Shown instead of the terminal: no part of a broken feed is sold.
+/// Why the feed, the file of drivers or the configuration was not loaded. Shown instead of the terminal: no part of a broken feed is sold.
 T.ApplicationWindow {
     id: root
 
     property var problems: []
-    property bool areOfDrivers: false
+    /// "feed", "drivers" or "config".
+    property string unusable: "feed"
 
     title: qsTr("Ticket terminal")
     color: Theme.background
@@ -21,8 +22,9 @@ T.ApplicationWindow {
             x: 2 * Theme.gap
             width: parent.width - 4 * Theme.gap
             height: 64
-            text: root.areOfDrivers ? qsTr("The file of drivers cannot be used. Nothing is sold.")
-                                    : qsTr("The feed cannot be used. Nothing is sold.")
+            text: root.unusable === "drivers" ? qsTr("The file of drivers cannot be used. Nothing is sold.")
+                : root.unusable === "config" ? qsTr("The configuration cannot be used. Nothing is sold.")
+                                             : qsTr("The feed cannot be used. Nothing is sold.")
             font.pixelSize: Theme.largeText
             font.weight: Font.DemiBold
             color: Theme.error

@@ -18,6 +18,7 @@ private slots:
     void wrongCommandLines();
     void helpAndVersion();
     void brokenFeedIsShownAndNamed();
+    void brokenConfigurationIsShownAndNamed();
     void pictureThatCannotBeWritten();
     void languages();
     void logIsWrittenWhenAskedFor();
@@ -149,6 +150,16 @@ void TestTerminalProgram::brokenFeedIsShownAndNamed()
     QCOMPARE(result.error.count('\n'), 1);
     QCOMPARE(result.exitCode, 2);
     QVERIFY(!QImage(picture).isNull());
+}
+
+void TestTerminalProgram::brokenConfigurationIsShownAndNamed()
+{
+    const Result result =
+        shoot({"--config", m_folder.filePath("missing.conf")}, "config-problems.png");
+    QVERIFY2(result.error.contains("missing.conf"), qPrintable(result.error));
+    QCOMPARE(result.error.count('\n'), 1);
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY(!QImage(m_folder.filePath("config-problems.png")).isNull());
 }
 
 void TestTerminalProgram::pictureThatCannotBeWritten()
