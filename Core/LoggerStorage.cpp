@@ -3,7 +3,7 @@
 
 #include "LoggerConfiguration_p.h"
 
-// Whatever the macro set says: no log file unless logging.conf names one, nothing on standard
+// With every set of macros: no log file unless logging.conf names one, nothing on standard
 // output.
 #if !defined(ELPP_NO_DEFAULT_LOG_FILE)
 #define ELPP_NO_DEFAULT_LOG_FILE

@@ -6,7 +6,7 @@
 namespace rivo::core
 {
 
-/// The content of a small file that somebody else wrote, read without trusting what is there.
+/// The content of a small file that another program wrote, read without trusting what is there.
 struct RegularFile
 {
     static constexpr qint64 MaximumSize = qint64(1024) * 1024;

@@ -32,7 +32,7 @@ struct CsvHeader
 /// How a file is read.
 struct CsvReading
 {
-    QString file; ///< as people are shown it
+    QString file; ///< for messages
     QVector<CsvColumn> columns;
     FeedLimits limits;
     int mostRecords = 0;

@@ -16,7 +16,7 @@ namespace
 /// A type of media; see TariffMedium.
 constexpr int paperTicket = 1;
 
-/// What a ticket on a type of media is paid with; paper says nothing about that.
+/// What a ticket on a type of media is paid with; paper has no such method.
 constexpr std::array<const char*, 5> paymentMethods{"cash", "", "transit card", "card",
                                                     "mobile app"};
 

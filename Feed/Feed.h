@@ -43,7 +43,7 @@ struct FeedProduct
     int pos = -1; ///< grid position from 1; -1 = none assigned; not judged by the readers
 
     // Where a product of a JSON feed is sold, which no model asks; an empty list restricts nothing.
-    // What a GTFS feed says of it is in its tariff.
+    // Those of a GTFS feed are in its tariff.
 
     QVector<int> validZones;  ///< where rides begin and end
     QVector<int> validRoutes; ///< identifiers
@@ -209,7 +209,7 @@ struct Network
 
 struct Tariff;
 
-/// Everything that one feed says, whatever its format.
+/// The content of one feed of either format.
 struct Feed
 {
     QString name;     ///< operator; may be empty
@@ -221,7 +221,7 @@ struct Feed
     std::optional<FeedTripContext> trip;
     QVector<FeedVehicle> vehicles;
     QVector<FeedPeripheral> peripherals;
-    std::optional<int> printerId; ///< of the peripheral that prints tickets; none = not said
+    std::optional<int> printerId; ///< of the peripheral that prints tickets; none = not given
     QVector<FeedZReport> zReports;
     Network network;
     std::shared_ptr<const Tariff> tariff; ///< what may be sold where; null = all products always

@@ -22,7 +22,7 @@ std::optional<QByteArray> contentOf(const OpenFile& file, qint64 maxBytes, const
     QByteArray content;
     qint64 size = file.size();
     if (size <= maxBytes) {
-        // A file of the system may say that it is empty; others may have grown.
+        // A file of the system may report size 0; other files may have grown.
         const qint64 room = qMin(maxBytes, qMax<qint64>(size, 1 << 16)) + 1;
         content.resize(static_cast<int>(room));
         qint64 count = file.read(content.data(), room, fail);

@@ -13,7 +13,7 @@ class FeedReport;
 
 /// The content of the regular file `path` without a leading UTF-8 byte-order mark. Nothing, and a
 /// problem in `report`, if it cannot be read, is no regular file, is larger than `maxBytes` or
-/// changes again and again while it is read. Never waits, whatever stands at `path`.
+/// changes again and again while it is read. Never waits, whatever file is at `path`.
 std::optional<QByteArray> readFeedFile(const QString& path, qint64 maxBytes, FeedReport& report);
 
 /// Length of the line that begins at `from`, its line end (LF, CR LF or CR) included.
@@ -29,7 +29,7 @@ bool isUtf8(std::string_view text);
 /// Whether a text begins as those in UTF-16 do.
 bool isUtf16(const QByteArray& text);
 
-/// What to say of a text in another encoding.
+/// The advice for a text in another encoding.
 QString utf8Expected();
 
 /// Reports every line of `text` that is no valid UTF-8; true if there is none.

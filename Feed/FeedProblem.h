@@ -18,13 +18,13 @@ struct FeedProblem
     QString value;    ///< what was found, fit for display: texts quoted, cut and escaped
     QString expected; ///< what should have been there
 
-    /// What toString() says behind the place.
+    /// What toString() has behind the place.
     QString withoutPlace() const;
     /// One line: `coast.json:41: /products/3/price: "abc", expected a number from 0 to 1000000`.
     QString toString() const;
 };
 
-/// Something that was loaded but that people should know.
+/// A message about something that was loaded and may be a mistake.
 struct FeedNotice
 {
     QString file;
@@ -35,7 +35,7 @@ struct FeedNotice
     QString toString() const;
 };
 
-/// What the readers have to say about a feed; keeps the first of it and counts the rest.
+/// The problems and notices of a feed; keeps the first ones and counts the others.
 class FeedReport
 {
 public:

@@ -26,7 +26,7 @@ public:
     /// The names of all files, in no order.
     virtual QStringList names() const = 0;
 
-    /// The path of a file as people are shown it.
+    /// The path of a file for messages.
     virtual QString pathOf(const QString& name) const = 0;
 
     /// What reads the file `name`, which is one of names(); nothing after reporting why it cannot

@@ -55,7 +55,7 @@ void readMapping(Reading& reading)
         reading.tables.readElsewhere<MappingRow>(given, map);
 }
 
-/// What the caller has said of single categories.
+/// The passenger types that the caller maps single categories to.
 void takeGivenTypes(Reading& reading)
 {
     const auto& given = reading.tables.options().riderCategories;

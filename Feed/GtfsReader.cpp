@@ -35,7 +35,7 @@ const QVector<QPair<const char*, Concern>>& knownFiles()
     return files;
 }
 
-/// A feed without fares has nothing to sell; says what may have been meant instead.
+/// A feed without fares has nothing to sell; the problem names what may have been meant.
 void reportNoFares(const QString& path, const FeedSource& source, FeedReport& report)
 {
     QStringList names = source.names();

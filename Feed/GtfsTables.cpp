@@ -22,7 +22,7 @@ bool store(Number number, const FieldRule& rule, Number& into)
     return rule.allows(number);
 }
 
-/// A name without what people vary in it: "Fare-Leg Rules.TXT" is "farelegrulestxt".
+/// A name without case, blanks and signs: "Fare-Leg Rules.TXT" is "farelegrulestxt".
 QString simplified(const QString& name)
 {
     QString letters;

@@ -34,7 +34,7 @@ public:
     std::string_view at(int number) const;
     QString text(int number) const; ///< empty for -1
 
-    /// The number by which people know each identifier: its own if all are positive integers, else
+    /// The number that is shown for each identifier: its own if all are positive integers, else
     /// from 1 in order of appearance.
     QVector<int> publicNumbers() const;
 

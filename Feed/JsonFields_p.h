@@ -77,7 +77,7 @@ struct NetworkEntry
     QVector<TripEntry> trips;
 };
 
-/// A whole document: the feed and what it says about itself.
+/// A whole document: the feed, its format and its version.
 struct Document : Feed
 {
     QString format;

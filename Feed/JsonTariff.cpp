@@ -12,7 +12,7 @@ namespace rivo::feed
 namespace
 {
 
-/// Makes a tariff of a feed whose products say themselves where they are sold.
+/// Makes a tariff of a feed whose products state where they are sold.
 class TariffMaker
 {
 public:

@@ -36,7 +36,7 @@ QVector<bool> listedIn(const QVector<TariffRule>& rules, int TariffRule::*column
     return isListed;
 }
 
-/// The areas of a stop, and what a rule must say to be for it.
+/// The areas of a stop, and what a rule must have to fit it.
 class Place
 {
 public:

@@ -17,7 +17,7 @@ enum class Stage { Network, Area, Timeframe, Priority, Counts };
 /// The stages of all rules, by rule.
 QVector<Stage> stagesOfRules(const Tariff& tariff, const Rides& rides, const QDateTime& at);
 
-/// What the rules say of one product.
+/// What the rules decide about one product.
 struct ProductVerdict
 {
     QVector<QPair<int, int>> areas; ///< of the rules that count, as written; empty = not sold
@@ -62,7 +62,7 @@ ProductVerdicts judgeFares(const Tariff& tariff, const OfferMaker& maker, const 
 /// Every product as if all its rules counted.
 ProductVerdicts areasOfProducts(const Tariff& tariff, const OfferMaker& maker);
 
-/// The products that say themselves where they are sold.
+/// The products that state where they are sold.
 OfferList offersOfOwnValidity(const Tariff& tariff, const Rides& rides, const OfferQuery& query);
 OfferList everythingOfOwnValidity(const Tariff& tariff, const QVector<int>& media);
 

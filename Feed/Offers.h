@@ -32,7 +32,7 @@ struct Offer
     int fromArea = -1;  ///< as the rule states it
     int toArea = -1;
     bool isPass = false; ///< sold everywhere
-    int entry = -1;      ///< of Feed::products, if they say themselves where they are sold
+    int entry = -1;      ///< of Feed::products, if its products state where they are sold
 };
 
 bool operator==(const Offer& left, const Offer& right);
@@ -58,7 +58,7 @@ struct LeftOutProduct
 /// What may be sold, in the order of the feed, and why the rest may not.
 struct OfferList
 {
-    QStringList errors; ///< why nothing can be said; the others are empty then
+    QStringList errors; ///< why there is no answer; the others are empty then
     QVector<Offer> offers;
     QVector<LeftOutProduct> leftOut;
 };

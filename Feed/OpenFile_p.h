@@ -35,7 +35,7 @@ class OpenFile
 {
 public:
     /// Opens `path`, relative to the folder `folder` if that is no AT_FDCWD. Null after reporting
-    /// that there is no regular file that can be read. Never waits, whatever stands at `path`.
+    /// that there is no regular file that can be read. Never waits, whatever file is at `path`.
     static std::shared_ptr<OpenFile> open(int folder, const QByteArray& path,
                                           const FileFailure& fail);
 

@@ -16,7 +16,7 @@ bool isSoldOn(const QVector<int>& media, const TariffValidity& validity)
                        [&media](int type) { return media.contains(type); });
 }
 
-/// Judges products that say themselves where they are sold.
+/// Judges products that state where they are sold.
 class Judge
 {
 public:

@@ -122,7 +122,7 @@ struct TariffFault
     FeedProblem problem;
 };
 
-/// Where a product of a JSON feed is sold, as it says itself. Empty lists restrict nothing.
+/// Where a product of a JSON feed is sold, as it states. Empty lists restrict nothing.
 struct TariffValidity
 {
     int fromArea = -1;

@@ -31,7 +31,7 @@ bool isColor(const QString& text);
 /// The same behind a "#".
 bool isSharpColor(const QString& text);
 
-/// `text` as a positive integer; 0 if it is none or is written otherwise than people count ("07").
+/// `text` as a positive integer; 0 if it is none or has leading zeros ("07").
 int positiveInteger(const QString& text);
 
 /// H:MM:SS as seconds since the start of the service day; hours may pass 24. -1 if `text` is none.

@@ -5,7 +5,7 @@
 /// Decides, while it lives, where the log of the library and its notes on standard output go:
 /// nowhere, or (verbose) all to standard error. Make it before the models.
 ///
-/// The library always logs at level Info, which people who print a feed do not want to see.
+/// The library always logs at level Info, which is of no use to a user who prints a feed.
 /// Other levels, and a log file that logging.conf names, stay as they are.
 class LibraryDiagnostics
 {

@@ -22,5 +22,5 @@ private:
 /// Writes everything to standard output; false, with a message on standard error, if that fails.
 bool writeToStandardOutput(const QByteArray& bytes);
 
-/// Standard output is a terminal that shows colours and the user has not said NO_COLOR.
+/// Standard output is a terminal that shows colours and NO_COLOR is not set.
 bool standardOutputHasColours();

@@ -51,7 +51,7 @@ inline double processorTime()
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
-/// The least that lies between two looks at that clock.
+/// The shortest time between two readings of that clock.
 inline double leastProcessorTime()
 {
     static const double least = [] {

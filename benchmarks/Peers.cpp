@@ -43,7 +43,7 @@ void Ours::clear()
 
 void Ours::putBack(const TakenBlock& items)
 {
-    // takeRows() leaves them connected, or each change would be heard twice.
+    // takeRows() leaves them connected, or each change would be announced twice.
     for (ListItem* const item : items)
         QObject::disconnect(item, nullptr, m_model.get(), nullptr);
     m_model->appendRows(items);

@@ -1,4 +1,4 @@
-// Rows that change: from the call that sets a field to the slot that hears of the row.
+// Rows that change: from the call that sets a field to the slot that gets the row.
 
 #include "Measure.h"
 #include "Peers.h"
@@ -7,7 +7,7 @@
 namespace
 {
 
-/// Connects a listener to what a view hears of.
+/// Connects a listener to the signals that a view uses.
 template <typename Peer>
 void listen(Peer& peer, Listener& listener)
 {

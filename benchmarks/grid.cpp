@@ -72,7 +72,7 @@ std::unique_ptr<PassengerTypesModel> newModel()
     return model;
 }
 
-// GridAddItem: one product collected, on a heap that has had room for all of them.
+// GridAddItem: one product collected, on a heap that has the memory for all of them.
 
 void leaveHeapOfRecords(const QVector<sProduct>& all)
 {

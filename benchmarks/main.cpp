@@ -95,7 +95,7 @@ int main(int argc, char* argv[])
     addMemory();
     registerAdded();
 
-    // So short that all of them take minutes. What the caller says comes later, and wins.
+    // So short that all of them take minutes. Options of the caller come later and replace it.
     char shortRuns[] = "--benchmark_min_time=0.01";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(std::next(arguments.begin()), shortRuns);

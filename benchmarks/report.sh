@@ -17,7 +17,7 @@ else
     # shellcheck disable=SC2086 # a list of names
     need_packages $packages_for_benchmarks
     build_variant bench release -DGUICORE_BUILD_BENCHMARKS=ON --target bench-models
-    # Three processes, for memory lies elsewhere in each; the medians count.
+    # Three processes, because addresses differ in each; the medians count.
     for run in 1 2 3; do
         results+=("$PWD/build/bench/benchmarks-$run.json")
         quietly "Measuring" build/bench/bin/bench-models \

@@ -1,4 +1,4 @@
-# The Qt that everything is built with. Qt's own variable decides, which also says what targets without
+# The Qt that everything is built with. Qt's own variable decides, which also decides what targets without
 # a version, such as Qt::Core, stand for. What depends on it is here.
 set(QT_DEFAULT_MAJOR_VERSION 5 CACHE STRING "Major version of Qt: 5, or 6 without the terminal")
 set_property(CACHE QT_DEFAULT_MAJOR_VERSION PROPERTY STRINGS 5 6)

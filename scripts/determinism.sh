@@ -31,7 +31,7 @@ all="0:C:Pacific/Auckland 1:de_DE.UTF-8:America/St_Johns 2:tr_TR.UTF-8:Pacific/A
     65537:C:Pacific/Auckland 123456789:de_DE.UTF-8:America/St_Johns
     2147483648:tr_TR.UTF-8:Pacific/Auckland 4294967295:tr_TR.UTF-8:America/St_Johns"
 
-# print_everything BUILD: every model of every feed in every form, and what is said about positions.
+# print_everything BUILD: every model of every feed in every form, and the check of positions.
 print_everything() {
     local bin="$1/bin" feed model format
     for feed in Terminal/feeds/*.json tests/feed/data/json/everything.json tests/feed/data/gtfs-*/; do

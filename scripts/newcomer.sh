@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs a command in a copy of the tracked files as a newcomer may have them: an ordinary user's, in a
 # folder that only this user can enter, with a blank and an umlaut in its name, under umask 077. Root
-# calls it as user nobody. The copy stays, so that the next command finds what this one has built.
+# runs it as the user `nobody`. The copy stays, so that the next command finds what this one has built.
 #
 #   scripts/newcomer.sh COMMAND [ARGUMENT...]        for example ./test.sh
 #   scripts/newcomer.sh --root COMMAND [ARGUMENT...] as root, in the same folder

@@ -14,7 +14,7 @@ class ZoneNames
 public:
     explicit ZoneNames(const Feed& feed);
 
-    /// The zone's own name, otherwise the one that all its stops bear (platforms of one station),
+    /// The zone's own name, otherwise the one that all its stops have (platforms of one station),
     /// otherwise its number. Empty for zone 0, which is no zone: a pass is valid anywhere.
     QString name(int zone) const;
 

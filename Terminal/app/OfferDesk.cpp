@@ -12,7 +12,7 @@ namespace rivo::terminal
 namespace
 {
 
-/// The identifier that people know by `number`.
+/// The identifier that is shown as `number`.
 QString idOf(const feed::IdTable& ids, const QVector<int>& numbers, int number)
 {
     const int index = numbers.indexOf(number);

@@ -110,7 +110,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     showReports(m_closedShifts, m_zReports, true);
     followTrip();
 
-    // The log is written while tiles are put in order, which is over when somebody turns it on.
+    // The log is written while tiles are put in order, which is over when a client turns it on.
     connect(&m_grid, &PassengerTypesModel::logFareProductsChanged, this, [this] {
         if (!m_grid.logFareProducts())
             return;

@@ -15,7 +15,7 @@ namespace
 
 constexpr int distance = 11;  ///< from the middle of a stop to its name
 constexpr int stopRadius = 7; ///< of the mark of a stop
-constexpr int lineRadius = 3; ///< half of the room that a line takes
+constexpr int lineRadius = 3; ///< half of the width that a line takes
 constexpr int ofNoStop = -1;
 
 double labelWidth(double textWidth)
@@ -72,7 +72,7 @@ public:
             take(ofNoStop, around(from + way * step / steps, lineRadius));
     }
 
-    /// Whether no part of `room` belongs to another than `owner`.
+    /// Whether no part of `room` belongs to another owner than `owner`.
     bool isFree(int owner, const QRectF& room) const
     {
         return everySquare(
@@ -100,7 +100,7 @@ private:
     QHash<Square, int> m_owners;
 };
 
-/// The part of a line that lies in `area` takes its room.
+/// The part of a line that lies in `area` takes its place.
 void takeLines(Squares& squares, const QVector<QVector<QPointF>>& lines, const QRectF& area)
 {
     for (const QVector<QPointF>& line : lines) {

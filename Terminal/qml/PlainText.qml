@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-/// The only way that texts come onto the screen: what a feed says is never markup.
+/// The only way that texts come onto the screen: text of a feed is never markup.
 Text {
     textFormat: Text.PlainText
     elide: Text.ElideRight

@@ -26,7 +26,7 @@ struct Symbol
     const char* symbol; // UTF-8
 };
 
-/// Currencies that people know by a sign; others show their code.
+/// Currencies with a sign; others show their code.
 constexpr std::array<Symbol, 7> symbols{{{"EUR", "€"},
                                          {"GBP", "£"},
                                          {"USD", "$"},

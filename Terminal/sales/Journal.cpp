@@ -20,7 +20,7 @@ bool prepare(JournalFile& file, const Currency& currency, qint64 firstZNumber)
     if (!objects || !file.run(QStringLiteral("PRAGMA synchronous=FULL")) ||
         !file.run(QStringLiteral("PRAGMA foreign_keys=ON")))
         return false;
-    // The tables come before the write-ahead log, so that the file itself says what it is.
+    // The tables come before the write-ahead log, so that the file itself has them.
     const bool isNew = objects->toInt() == 0;
     if (isNew && !createJournal(file, currency, firstZNumber))
         return false;

@@ -28,7 +28,7 @@ struct JournalFault
         Unreachable    ///< cannot be opened, read or written
     };
     Kind kind = Kind::Unreachable;
-    QString detail; ///< what the database says; for the log, not for the driver
+    QString detail; ///< the message of the database; for the log, not for the driver
 };
 
 /// The sales of one terminal in an SQLite file (write-ahead log, synchronous=FULL), for one

@@ -64,7 +64,7 @@ std::optional<JournalFault> headerFault(const QString& file)
     constexpr int headerSize = idOffset + static_cast<int>(sizeof(qint32));
     QFile content(file);
     if (content.exists() && !content.open(QIODevice::ReadOnly))
-        return std::nullopt; // SQLite will say why
+        return std::nullopt; // SQLite will report the reason
     const QByteArray header = content.isOpen() ? content.read(headerSize) : QByteArray();
     if (header.isEmpty())
         return QFileInfo(logOf(file)).size() > 0

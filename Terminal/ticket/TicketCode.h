@@ -8,7 +8,7 @@
 namespace rivo::ticket
 {
 
-/// What the square code of a ticket says: number, time, price and what was sold, and a check value.
+/// The content of the square code of a ticket: number, time, price, what was sold, a check value.
 /// docs/ticket.md describes the format.
 ///
 /// The check value is made with the operator's `key`. With an empty key it finds misread codes, but

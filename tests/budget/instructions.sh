@@ -29,14 +29,14 @@ if [ "$architecture" = amd64 ]; then
     need_packages $packages_for_budgets
     build=build/budget
     runner=()
-    # Callgrind says "Collected : N".
+    # Callgrind prints "Collected : N".
     counter=(valgrind --tool=callgrind --callgrind-out-file=/dev/null)
 else
     # shellcheck disable=SC2086 # a list of names
     need_packages $packages_for_armhf_budgets
     build=build/budget-armhf
     runner=(qemu-arm -L "$PWD/build/armhf-sysroot")
-    # The plugin says "Instructions: N".
+    # The plugin prints "Instructions: N".
     counter=("${runner[@]}" -plugin "$PWD/$build/count_instructions.so")
 fi
 hot_paths() {

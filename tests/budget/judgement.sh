@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What judge.awk says of figures: each case with what is stored, what was measured, the exit code and
+# What judge.awk prints about figures: each case with what is stored, what was measured, the exit code and
 # a pattern that one line of the table must match.
 # usage: judgement.sh JUDGE
 set -u

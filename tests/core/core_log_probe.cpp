@@ -1,4 +1,4 @@
-// A process that logs what its arguments say, for a test that looks at it from outside.
+// A process that logs its arguments, for a test that looks at it from outside.
 //
 //   core_log_probe                        does nothing
 //   core_log_probe log                    writes one record per level

@@ -166,7 +166,7 @@ void CoreFaultsTest::unreadableFileIsReportedOnceAndAReadableOneEndsIt()
 
 void CoreFaultsTest::fileThatIsLargerThanItSaysIsTooLarge()
 {
-    // The environment of another process: a file that says it is empty.
+    // The environment of another process: a file that reports size 0.
     QProcessEnvironment environment;
     for (int i = 0; i < 12; ++i)
         environment.insert(QString("LONG%1").arg(i), QString(100'000, 'x'));

@@ -44,7 +44,7 @@ bool replaceLink(const QString& target, const QString& link)
            std::rename(qPrintable(link + ".new"), qPrintable(link)) == 0;
 }
 
-/// Lets the news of other folders, such as those of the test before, pass by: whatever is noticed
+/// Waits until changes of other folders, such as those of the last test, are over: what is noticed
 /// afterwards was noticed for its own sake. Too short a pause could only hide a defect.
 void settle() { QTest::qWait(150); }
 

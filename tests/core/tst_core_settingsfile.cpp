@@ -234,7 +234,7 @@ void CoreSettingsFileTest::readForgetsWhatWasNotSaved()
 void CoreSettingsFileTest::fileOfThreeGibibytesIsTooLarge()
 {
     const TemporaryConfig config;
-    QFile hole(config.settingsPath()); // it takes no room
+    QFile hole(config.settingsPath()); // it takes no space
     QVERIFY(hole.open(QIODevice::WriteOnly) && hole.resize(3LL << 30));
     SettingsFile file(config.settingsPath());
     QCOMPARE(file.read(), QStringList(config.settingsPath() + ": is larger than 1048576 bytes"));

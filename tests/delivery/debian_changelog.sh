@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The packages' changelog is what CHANGELOG.md says.
+# The packages' changelog has the points of CHANGELOG.md.
 # usage: debian_changelog.sh SOURCE_DIR VERSION
 set -u
 convert="$1/packaging/debian-changelog.sh" version="$2"
@@ -8,7 +8,7 @@ convert="$1/packaging/debian-changelog.sh" version="$2"
 file="$(mktemp)"
 trap 'rm -f "$file"' EXIT
 
-# converted LINE...: a changelog of these lines, and what is said about it.
+# converted LINE...: a changelog of these lines, and the messages about it.
 converted() {
     printf '%s\n' "$@" > "$file"
     "$convert" bus 2.1.0 "Maker <maker@example.org>" "$file" 2>&1 | sed "s#^$file#FILE#"

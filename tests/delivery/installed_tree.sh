@@ -14,7 +14,7 @@ work="$(mktemp -d)"
 plain="$(mktemp -d /var/tmp/rivo.XXXXXX)" # without a blank in its name
 trap 'rm -rf "$work" "$plain"' EXIT
 
-# step WHAT COMMAND...: a step without which the rest says nothing.
+# step WHAT COMMAND...: a step that the others need.
 step() {
     local what="$1"
     shift
@@ -116,7 +116,7 @@ while read -r header; do
         -fsyntax-only -include "$header" "${use[@]}" /dev/null
 done < <(cd "$tree/include/guicore" && find . -name '*.h' -printf '%P\n')
 
-# The programs, each in a folder of its own and without options that say where things are.
+# The programs, each in a folder of its own and without options that name folders.
 if [ -x "$tree/bin/rivo-grid" ] && [ -d "$tree/share/rivo-terminal/feeds" ]; then # the terminal's
     "$tree/bin/rivo-grid" "$tree/share/rivo-terminal/feeds/hill-valley.json" > "$work/grid.txt"
     expect "rivo-grid prints the shipped feed" 0 "$?"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The manual pages say what the programs print with --help. With RIVO_UPDATE_GOLDENS set, as
+# The manual pages have what the programs print with --help. With RIVO_UPDATE_GOLDENS set, as
 # scripts/update-goldens.sh sets it, the pages are stored anew.
 # usage: manual_pages.sh FOLDER PROGRAM...
 set -u

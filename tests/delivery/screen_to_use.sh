@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Where run.sh opens its window: on a screen that answers, otherwise nowhere, and it says why.
+# Where run.sh opens its window: on a screen that answers, otherwise nowhere, with the reason.
 # usage: screen_to_use.sh SOURCE_DIR
 set -u
 source_dir="$1"
@@ -32,7 +32,7 @@ expect "uses an X server that answers" "xcb" \
     "$(on_own_screen env -u WAYLAND_DISPLAY bash -euo pipefail -c "$ask")"
 expect "uses what the user has chosen" "eglfs" \
     "$(asked QT_QPA_PLATFORM=eglfs "$stale" "$wayland" "$here" "$with_plugin")"
-expect "opens no window where nobody sees it" "" "$(asked QT_QPA_PLATFORM=offscreen)"
+expect "opens no window without a screen" "" "$(asked QT_QPA_PLATFORM=offscreen)"
 expect "uses the X server before Wayland" "xcb" \
     "$(on_own_screen env "$wayland" "$here" "$with_plugin" bash -euo pipefail -c "$ask")"
 expect "names an X server that does not answer" \

@@ -36,7 +36,7 @@ inline rivo::feed::FeedResult load(const QString& path, const rivo::feed::FeedOp
     return result;
 }
 
-/// The feed that `json` says, read from the file feed.json.
+/// The feed that `json` describes, read from the file feed.json.
 inline rivo::feed::FeedResult loadJson(const QByteArray& json,
                                        const rivo::feed::FeedOptions& options = {})
 {

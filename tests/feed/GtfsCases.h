@@ -15,7 +15,7 @@
 ///     stops.txt: A,Market / B,Station       these records below the header of the first case
 ///     areas.txt| area_id / 10               the whole file; \xNN is a byte
 ///     -shapes.txt                           without this file
-///     > stops.txt:3: ...                    what is expected, as the test says
+///     > stops.txt:3: ...                    what is expected; the test states how
 ///
 /// The first case is the base of the others; lines that begin with # are comments.
 struct GtfsCase

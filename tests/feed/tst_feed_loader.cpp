@@ -134,7 +134,7 @@ void FeedLoaderTest::unreadableFile()
 
 void FeedLoaderTest::hugeFileIsNotRead()
 {
-    const qint64 size = 1LL << 40; // a hole, it takes no room
+    const qint64 size = 1LL << 40; // a hole, it takes no space
     QFile file("feed.json");
     QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(size));
     QCOMPARE(load("feed.json").problemLines(),

@@ -38,7 +38,7 @@ export UBSAN_OPTIONS=print_stacktrace=1
 
 # Longest input in bytes: what the formats need, no more than the operations take a moment for.
 declare -A longest=([json]=8192 [gtfs]=12288 [zip]=16384 [offers]=1024 [settings]=4096 [models]=1024 [layout]=1024)
-# fuzz NAME: one fuzzer for its time; a line of figures, or what it said at its end.
+# fuzz NAME: one fuzzer for its time; a line of figures, or the end of its output.
 fuzz() {
     local fuzzer="$1" folder seeds=() found log words=()
     for folder in "$PWD/tests/fuzz/corpus/$fuzzer" "$place/seeds/$fuzzer"; do

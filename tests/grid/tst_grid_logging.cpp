@@ -37,7 +37,7 @@ struct Listener : el::LogDispatchCallback
 
 } // namespace
 
-/// Where records come from, and that the switch counts anew for each. What they say is in cases/.
+/// Where records come from, and that the switch counts anew for each. Their texts are in cases/.
 class TestGridLogging : public QObject
 {
     Q_OBJECT

@@ -196,7 +196,7 @@ private slots:
         SignalLog log(m_model.get());
         m_item->setId(8);
         QCOMPARE(log.take(), QStringList(rowChanged(1)));
-        first.setId(2); // the model hears of it first, as it was connected first
+        first.setId(2); // the model is called first, as it was connected first
         QCOMPARE(log.take(), QStringList(rowChanged(0)) + announcedRemoval(0, 0, 1));
         m_item->setId(9);
         QCOMPARE(log.take(), QStringList(rowChanged(0)));

@@ -20,7 +20,7 @@
 #include <numeric>
 #include <vector>
 
-/// What every list model must stand, whatever its rows: calls that it has to reject, and random
+/// What every list model must pass, with any rows: calls that it has to reject, and random
 /// operations beside a list of what it must show. Each model comes without rows and leaves without
 /// rows; it is one for QAbstractItemModelTester, see TopLevelOnly.h.
 namespace battery

@@ -28,7 +28,7 @@ public:
 
     bool isThere() const { return m_isThere; }
 
-    /// Lets somebody else take all space but `kibibytes`. A second call replaces the first.
+    /// Fills all space but `kibibytes`. A second call replaces the first.
     bool fill(int kibibytes)
     {
         QFile other(QFile::decodeName(m_folder) + "/of somebody else");

@@ -17,7 +17,7 @@ for variable in $(compgen -e); do
         *) unset "$variable" 2> /dev/null || true ;;
     esac
 done
-# What the system says of an error (LANGUAGE) is English in every locale: tests compare it.
+# The messages of the system (LANGUAGE) are English in every locale: tests compare it.
 export HOME="$home" TMPDIR="$home/tmp" QT_QPA_PLATFORM=offscreen LANGUAGE=C \
     LC_ALL="${RIVO_TEST_LOCALE:-C.UTF-8}" TZ="${RIVO_TEST_TIME_ZONE:-UTC}"
 mkdir -p "$home/tmp" "$home/work"

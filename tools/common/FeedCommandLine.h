@@ -20,7 +20,7 @@ struct FeedToolOptions
     bool verbose = false; ///< show the library's log on standard error
 };
 
-/// The command line of such a tool. All that is wrong with it is collected and told at once.
+/// The command line of such a tool. All errors in it are collected and reported at once.
 class FeedCommandLine
 {
 public:

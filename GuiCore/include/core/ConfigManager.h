@@ -14,7 +14,7 @@ class SettingsConfig;
 /// The configuration found in one folder, followed while the process runs.
 ///
 /// Everything here belongs to the GUI thread. A manager and its SettingsConfig live as long as the
-/// process, whatever becomes of the QCoreApplication.
+/// process, also after the QCoreApplication is destroyed.
 class RIVO_CORE_EXPORT ConfigManager
 {
 public:

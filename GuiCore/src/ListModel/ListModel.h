@@ -154,7 +154,7 @@ signals:
     void countChanged(int);
 
 protected:
-    /// itemFromRow() for the models' own use: does not hand the item to anybody.
+    /// itemFromRow() for the models' own use: does not expose the item.
     ListItem* rowAt(int row) const;
 
 private slots:

@@ -29,7 +29,7 @@ QStringList documentsWithQml()
     return names;
 }
 
-/// What qmllint has to say; some complaints leave its exit code at 0.
+/// What qmllint prints; some findings leave its exit code at 0.
 QString complaints(const QString& qml)
 {
     const QTemporaryDir folder;

@@ -65,7 +65,7 @@ QVector<Configuration> randomConfigurations(quint64 seed, int count);
 /// The same case for the same arguments.
 Case randomCase(quint64 seed, int number, const QVector<Configuration>& configurations);
 
-/// The case that `choices` decide: bytes, say.
+/// The case that `choices` decide, for example bytes.
 Case decidedCase(Choices choices, const QVector<Configuration>& configurations);
 
 /// A smaller case that fails too: none of its parts can be left out or made simpler. Gives up

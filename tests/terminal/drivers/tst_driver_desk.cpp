@@ -38,7 +38,7 @@ class TestDriverDesk : public QObject
     Q_OBJECT
 
 private slots:
-    void withoutDriversNobodySignsIn()
+    void withoutDriversThereIsNoSignIn()
     {
         DriverDesk desk({});
         QVERIFY(!desk.isRequired());

@@ -91,7 +91,7 @@ private slots:
         add("no JSON", "{\"drivers\": [}", "at byte 14: object is missing after a comma");
         for (const char* other : {"[]", "{}", "{\"drivers\": {}}", "{\"drivers\": [], \"a\": 1}"})
             add(other, other, "expected {\"drivers\": [...]}");
-        add("nobody", fileOf({}), "there are no drivers");
+        add("no driver", fileOf({}), "there are no drivers");
         add("too large", QByteArray(4 * 1024 * 1024 + 1, ' '), "larger than 4 MiB");
         const auto entry = [&](const char* what, const char* key, const QString& value,
                                const QString& problem) {

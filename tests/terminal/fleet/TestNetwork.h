@@ -6,7 +6,7 @@
 #include <QStringList>
 
 /// Stops on the equator, where a thousandth of a degree is the same length in both directions; stop
-/// N lies N thousandths east of the origin.
+/// N is N thousandths east of the origin.
 inline rivo::feed::NetworkStop testStop(const QString& id, double thousandths)
 {
     rivo::feed::NetworkStop stop;

@@ -77,7 +77,7 @@ private slots:
     void events();
     void reportForNoRow();
     void faults();
-    void thePrinterTellsItsFault();
+    void thePrinterReportsItsFault();
     void printerThatIsRemoved();
 };
 
@@ -201,7 +201,7 @@ void DeviceDeskTest::faults()
     QCOMPARE(signalLog.take(), QStringList({"faultsChanged()", "faultsChanged()"}));
 }
 
-void DeviceDeskTest::thePrinterTellsItsFault()
+void DeviceDeskTest::thePrinterReportsItsFault()
 {
     Desk silent({{"Printer", "", true, ""}});
     QCOMPARE(silent.printer.fault(), QString("no report from the printer"));

@@ -168,7 +168,7 @@ private slots:
             shown.pass(60);
             QTRY_COMPARE(shown.conflictOfNames(), QString());
         }
-        // At a closer zoom names keep their size and get more room.
+        // At a closer zoom names keep their size and get more space.
         const int before = shown.all("stopLabel").size();
         shown.tap("zoomOut");
         for (int zoom = 0; zoom < 2; ++zoom) {

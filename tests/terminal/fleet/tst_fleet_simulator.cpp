@@ -381,7 +381,7 @@ void FleetSimulatorTest::silence()
     {
         int seconds;
         FleetSimulator::Reporting reporting;
-        const char* state; // stays where it was last heard of
+        const char* state; // stays where it reported last
     };
     for (const Moment& moment : {Moment{60, FleetSimulator::Live, "2 driving"},
                                  {61, FleetSimulator::Stale, "2 no report"},
@@ -444,7 +444,7 @@ void FleetSimulatorTest::parkedVehiclesAreAsCurrentAsTheFeedSays()
     }
     QCOMPARE(signalLog.take(), QStringList());
 
-    // What comes back after a silence is what the feed said.
+    // After a silence the state of the feed comes back.
     simulator.setSilent(102, true);
     simulator.setTime(simulator.time() + 61);
     QCOMPARE(simulator.reportingOf(102),

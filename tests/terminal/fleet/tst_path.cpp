@@ -105,7 +105,7 @@ void PathTest::nearest_data()
     QTest::addColumn<QGeoCoordinate>("coordinate");
     QTest::addColumn<double>("fromLegs");
     QTest::addColumn<double>("legs");
-    // Goes out, turns, and comes back on the same road.
+    // Goes out, turns, and comes back on the same way.
     const Points thereAndBack = {at(0, 0), at(10, 0), at(0, 0)};
     // A square that ends where it began.
     const Points ring = {at(0, 0), at(10, 0), at(10, 10), at(0, 10), at(0, 0)};

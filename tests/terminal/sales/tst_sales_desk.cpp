@@ -149,7 +149,7 @@ private slots:
                  (QStringList{"8|night bus", "80|"}));
     }
 
-    /// Rows show the tickets; what they say is not sold.
+    /// Rows show the tickets; changes of the rows are not sold.
     void rowsOfTheBasketAreNotReadBack()
     {
         Counter counter(file());

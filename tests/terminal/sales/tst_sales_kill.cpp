@@ -16,7 +16,7 @@ constexpr int kills = 100;
 constexpr int longestLife = 250;  // milliseconds
 constexpr int longestStart = 120; // milliseconds
 
-/// What a journal must have, by what the killed programs said of it.
+/// What a journal must have, by the reports of the killed programs.
 struct Expectation
 {
     QStringList sales;        ///< "METHOD NUMBER:PRICE ...", confirmed
@@ -31,7 +31,7 @@ struct Expectation
     QString reversing;        ///< of an announced reversal without confirmation; otherwise empty
 };
 
-/// Follows what one run said. False if it contradicts what was known.
+/// Follows the reports of one run. False if it contradicts what was known.
 bool follow(const QString& output, Expectation& expected)
 {
     for (const QString& line : output.split('\n', Qt::SkipEmptyParts)) {
@@ -213,7 +213,7 @@ private slots:
             const Found found = findIn(file);
             QVERIFY2(found.wrong.isEmpty(), found.wrong.join('\n').toUtf8() + where);
             if (found.sales.size() == expected.sales.size() + 1 && !expected.payment.isEmpty()) {
-                // Written, and killed before it could say so.
+                // Written, and killed before it could report it.
                 ++doubtful;
                 QVERIFY2(found.sales.last().startsWith(expected.payment + ' '), where);
                 QCOMPARE(pricesOf(found.sales.last()), expected.basket);

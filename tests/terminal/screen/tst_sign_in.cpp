@@ -40,7 +40,7 @@ private slots:
     }
     void cleanupTestCase() { m_complaints.reset(); }
 
-    void withoutDriversNobodySignsIn();
+    void withoutDriversThereIsNoSignIn();
     void aDriverSignsIn();
     void nothingBehindThePanelHearsTaps();
     void aWrongPinIsRefused();
@@ -100,7 +100,7 @@ void TestSignIn::signIn(const QString& number, const QString& pin)
     m_shown->tap("signInButton");
 }
 
-void TestSignIn::withoutDriversNobodySignsIn()
+void TestSignIn::withoutDriversThereIsNoSignIn()
 {
     ScreenUnderTest shown(exampleFeed("coast-line"), "sell", m_size);
     QCOMPARE(shown.all("signInButton").size(), 0);
