@@ -711,7 +711,7 @@
     </message>
     <message>
         <source>Close shift</source>
-        <translation>Schicht abschließen</translation>
+        <translation>Abschließen</translation>
     </message>
     <message>
         <source>The limit of %1 is reached: close the shift and hand the cash over.</source>
@@ -933,7 +933,7 @@
     </message>
     <message>
         <source>Close shift</source>
-        <translation>Schicht abschließen</translation>
+        <translation>Abschließen</translation>
     </message>
 </context>
 <context>

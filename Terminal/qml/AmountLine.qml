@@ -20,6 +20,12 @@ Item {
         font.pixelSize: root.valueSize
         font.weight: Font.Bold
     }
+    TextMetrics {
+        id: smallLabel
+
+        text: root.label
+        font.pixelSize: Theme.smallText
+    }
     PlainText {
         id: labelText
 
@@ -28,18 +34,21 @@ Item {
         anchors.rightMargin: Theme.gap
         anchors.verticalCenter: parent.verticalCenter
         text: root.label
+        font.pixelSize: Theme.normalText
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.smallText
         color: root.ink === Theme.text ? Theme.mutedText : root.ink
     }
     PlainText {
         id: amount
 
-        readonly property real room: Math.max(root.width * 0.6,
-                                              root.width - labelText.implicitWidth - Theme.gap)
+        readonly property real room: root.width - Theme.gap
+                                     - Math.min(root.width * 0.4, smallLabel.advanceWidth)
 
         objectName: root.valueName
         anchors.right: parent.right
         text: root.value
-        font.pixelSize: Math.floor(root.valueSize * Math.min(1, amount.room / metrics.advanceWidth))
+        font.pixelSize: Math.floor(root.valueSize * Math.min(1, amount.room / Math.max(1, metrics.advanceWidth)))
         font.weight: Font.Bold
         color: root.ink
     }

@@ -21,8 +21,8 @@ T.Popup {
 
     parent: T.Overlay["overlay"] // qmllint reads no attached properties
     anchors.centerIn: parent
-    width: Math.min(680, parent ? parent.width - 40 : 680)
-    height: column.height + 40
+    width: Math.min(Theme.mm(160), parent ? parent.width - 4 * Theme.gap : Theme.mm(160))
+    height: column.height + 5 * Theme.gap
     modal: true
     closePolicy: T.Popup.NoAutoClose
     T.Overlay.modal: Rectangle {
@@ -31,6 +31,7 @@ T.Popup {
     background: Rectangle {
         radius: Theme.radius
         color: Theme.surface
+        border.width: Theme.thinLine
         border.color: Theme.line
     }
     contentItem: Item {
@@ -38,7 +39,7 @@ T.Popup {
             id: column
 
             anchors.centerIn: parent
-            width: parent.width - 40
+            width: parent.width - 6 * Theme.gap
             spacing: 2 * Theme.gap
             PlainText {
                 objectName: "padTitle"
@@ -74,15 +75,13 @@ T.Popup {
                 PanelButton {
                     objectName: "padCancel"
                     text: qsTr("Cancel")
-                    width: Math.max(140, implicitWidth)
-                    height: 64
+                    width: Math.max(Theme.mm(28), implicitWidth)
                     onClicked: root.close()
                 }
                 PanelButton {
                     objectName: "padConfirm"
                     text: root.confirmText
-                    width: Math.max(180, implicitWidth)
-                    height: 64
+                    width: Math.max(Theme.mm(36), implicitWidth)
                     accent: !root.danger
                     danger: root.danger
                     enabled: root.isConfirmable

@@ -8,14 +8,15 @@ Rectangle {
     property color textColor: Theme.accentInk
 
     visible: count > 0
-    width: Math.max(height, label.implicitWidth + 10)
-    height: 24
+    width: Math.max(height, label.implicitWidth + Theme.gap)
+    height: Math.ceil(1.3 * Theme.smallText)
     radius: height / 2
     color: Theme.accent
     PlainText {
         id: label
 
         anchors.centerIn: parent
+        elide: Text.ElideNone
         text: root.count
         font.pixelSize: Theme.smallText
         font.weight: Font.Bold

@@ -27,26 +27,17 @@ ShiftReport {
         x: 2 * Theme.gap
         y: 1.5 * Theme.gap
         width: parent.width - 2 * x
-        spacing: 4
-        Item {
+        spacing: Theme.mm(0.4)
+        PlainText {
             width: parent.width
-            height: sum.height
-            PlainText {
-                anchors.left: parent.left
-                anchors.right: sum.left
-                anchors.rightMargin: Theme.gap
-                anchors.verticalCenter: parent.verticalCenter
-                text: qsTr("Z report %1").arg(root.number)
-                font.weight: Font.DemiBold
-            }
-            PlainText {
-                id: sum
-
-                anchors.right: parent.right
-                text: root.money(root.zSumData)
-                font.pixelSize: Theme.largeText
-                font.weight: Font.DemiBold
-            }
+            text: qsTr("Z report %1").arg(root.number)
+            font.pixelSize: Theme.mediumText
+            font.weight: Font.DemiBold
+        }
+        AmountLine {
+            width: parent.width
+            label: qsTr("Sum")
+            value: root.money(root.zSumData)
         }
         ReportLine {
             width: parent.width
@@ -87,12 +78,12 @@ ShiftReport {
         }
         Row {
             width: parent.width
-            spacing: 6
+            spacing: Theme.gap
             Icon {
                 id: mark
 
                 anchors.verticalCenter: parent.verticalCenter
-                size: 20
+                size: Theme.smallIcon
                 source: root.isPaid ? "qrc:/icons/ok.svg" : "qrc:/icons/warning.svg"
                 ink: payment.color
             }
@@ -123,7 +114,7 @@ ShiftReport {
     Rectangle {
         anchors.bottom: parent.bottom
         width: parent.width
-        height: 1
+        height: Theme.thinLine
         color: Theme.line
     }
 }

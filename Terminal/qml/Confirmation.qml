@@ -12,8 +12,8 @@ T.Popup {
 
     parent: T.Overlay["overlay"] // qmllint reads no attached properties
     anchors.centerIn: parent
-    width: Math.min(460, parent ? parent.width - 40 : 460)
-    height: column.implicitHeight + 40
+    width: Math.min(Theme.mm(120), parent ? parent.width - 4 * Theme.gap : Theme.mm(120))
+    height: column.implicitHeight + 6 * Theme.gap
     modal: true
     closePolicy: T.Popup.NoAutoClose
     T.Overlay.modal: Rectangle {
@@ -22,6 +22,7 @@ T.Popup {
     background: Rectangle {
         radius: Theme.radius
         color: Theme.surface
+        border.width: Theme.thinLine
         border.color: Theme.line
     }
     contentItem: Item {
@@ -29,7 +30,7 @@ T.Popup {
             id: column
 
             anchors.centerIn: parent
-            width: parent.width - 40
+            width: parent.width - 6 * Theme.gap
             spacing: 2 * Theme.gap
             PlainText {
                 width: parent.width
@@ -51,13 +52,13 @@ T.Popup {
                 PanelButton {
                     objectName: "cancelButton"
                     text: qsTr("Cancel")
-                    width: 140
+                    width: Math.max(Theme.mm(28), implicitWidth)
                     onClicked: root.close()
                 }
                 PanelButton {
                     objectName: "confirmButton"
                     text: root.confirmText
-                    width: Math.max(140, implicitWidth)
+                    width: Math.max(Theme.mm(28), implicitWidth)
                     danger: true
                     onClicked: {
                         root.close()

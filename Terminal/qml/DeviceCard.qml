@@ -22,14 +22,19 @@ T.AbstractButton {
     readonly property bool hasReported: stateStr !== ""
                                         || !(warning && blueWarning && yellowWarning && error)
 
-    implicitHeight: 116
+    /// Of every card, so that they make a grid: a state has two lines.
+    readonly property int fullHeight: 1.3 * Theme.normalText + 2.5 * Theme.mediumText
+                                      + 1.7 * Theme.smallText + 3 * Theme.gap
+
+    objectName: "deviceCard"
+    implicitHeight: root.fullHeight
     focusPolicy: Qt.NoFocus
     Accessible.name: root.peripheralName + ", " + stateText.text
 
     background: Rectangle {
         radius: Theme.radius
         color: root.down ? Theme.raised : Theme.surface
-        border.width: root.chosen ? 3 : 1
+        border.width: root.chosen ? Theme.thickLine : Theme.thinLine
         border.color: root.chosen ? Theme.accent : Theme.line
     }
     contentItem: Item {
@@ -37,56 +42,60 @@ T.AbstractButton {
             id: icon
 
             x: 2 * Theme.gap
-            y: 14
-            size: 40
+            y: 2 * Theme.gap
+            size: Theme.mm(7)
             objectName: "deviceIcon"
             source: root.presentation.icon(root.iconSource,
                                            root.isPrinter ? "qrc:/icons/printer.svg"
                                                           : "qrc:/icons/device.svg")
         }
-        PlainText {
-            id: name
-
+        Column {
             anchors.left: icon.right
-            anchors.leftMargin: Theme.gap + 4
-            anchors.right: identityText.left
-            anchors.rightMargin: Theme.gap
-            y: 12
-            text: root.peripheralName
-            font.pixelSize: Theme.largeText
-            font.weight: Font.DemiBold
+            anchors.leftMargin: Theme.gap
+            anchors.right: parent.right
+            anchors.rightMargin: 2 * Theme.gap
+            y: Theme.gap
+            PlainText {
+                width: parent.width
+                text: root.peripheralName
+                font.pixelSize: Theme.normalText
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: Theme.mediumText
+                font.weight: Font.DemiBold
+            }
+            PlainText {
+                id: stateText
+
+                objectName: "stateText"
+                width: parent.width
+                text: !root.hasReported ? qsTr("not connected")
+                    : root.stateStr === "" ? qsTr("no details") : root.stateStr
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
+                font.pixelSize: Theme.mediumText
+                color: root.hasReported && root.error ? Theme.error
+                     : root.hasReported ? Theme.text : Theme.mutedText
+            }
         }
         PlainText {
-            id: identityText
-
             objectName: "identityText"
             anchors.right: parent.right
             anchors.rightMargin: 2 * Theme.gap
-            anchors.baseline: name.baseline
+            anchors.verticalCenter: flags.verticalCenter
             text: root.identity === 0 ? "" : qsTr("No. %1").arg(Number(root.identity).toFixed(0))
             font.pixelSize: Theme.smallText
             color: Theme.mutedText
         }
-        PlainText {
-            id: stateText
-
-            objectName: "stateText"
-            anchors.left: name.left
-            anchors.right: parent.right
-            anchors.rightMargin: 2 * Theme.gap
-            anchors.top: name.bottom
-            anchors.topMargin: 2
-            text: !root.hasReported ? qsTr("has not reported yet")
-                : root.stateStr === "" ? qsTr("no details") : root.stateStr
-            color: root.hasReported && root.error ? Theme.error
-                 : root.hasReported ? Theme.text : Theme.mutedText
-        }
         Row {
+            id: flags
+
             anchors.left: parent.left
-            anchors.leftMargin: Theme.gap + 2
+            anchors.leftMargin: 2 * Theme.gap
             anchors.bottom: parent.bottom
-            anchors.bottomMargin: 10
-            spacing: 6
+            anchors.bottomMargin: Theme.gap
+            height: Math.ceil(1.6 * Theme.smallText)
+            spacing: Theme.gap
+            visible: root.hasReported
             DeviceFlag {
                 objectName: "blueFlag"
                 on: root.blueWarning

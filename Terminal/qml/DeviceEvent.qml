@@ -12,7 +12,7 @@ T.AbstractButton {
 
     objectName: "event-" + root.text
     width: parent.width
-    implicitHeight: Theme.touch
+    implicitHeight: Math.max(Theme.touch, texts.height + Theme.gap)
     focusPolicy: Qt.NoFocus
     Accessible.name: root.text
     onClicked: desk.report(row, event, text)
@@ -21,9 +21,9 @@ T.AbstractButton {
         radius: Theme.radius
         color: root.down ? Theme.line : Theme.raised
         Rectangle {
-            width: 6
+            width: Theme.gap
             height: parent.height
-            radius: 3
+            radius: Theme.radius
             color: icon.color
         }
     }
@@ -31,7 +31,7 @@ T.AbstractButton {
         Icon {
             id: icon
 
-            x: Theme.gap + 6
+            x: 2 * Theme.gap
             anchors.verticalCenter: parent.verticalCenter
             source: root.event === DeviceDesk.Ready ? "qrc:/icons/ok.svg"
                   : root.event === DeviceDesk.Notice ? "qrc:/icons/info.svg"
@@ -44,6 +44,8 @@ T.AbstractButton {
                  : Theme.night ? "#ffb074" : "#b84a00"
         }
         Column {
+            id: texts
+
             anchors.left: icon.right
             anchors.leftMargin: Theme.gap
             anchors.right: parent.right
@@ -52,6 +54,8 @@ T.AbstractButton {
             PlainText {
                 width: parent.width
                 text: root.text
+                wrapMode: Text.Wrap
+                font.pixelSize: Theme.mediumText
                 font.weight: Font.DemiBold
             }
             PlainText {

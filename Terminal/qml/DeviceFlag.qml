@@ -1,7 +1,6 @@
 import QtQuick 2.15
 
-/// One of a device's four flags. Colour, symbol and word show it; while it is off it is an
-/// empty frame.
+/// One of a device's four flags, shown by colour, symbol and word while it is on.
 Rectangle {
     id: root
 
@@ -11,12 +10,11 @@ Rectangle {
     property color face
     property color ink
 
-    implicitWidth: row.implicitWidth + 16
-    height: 30
+    visible: root.on
+    implicitWidth: row.implicitWidth + 2 * Theme.gap
+    height: Math.ceil(1.6 * Theme.smallText)
     radius: height / 2
-    color: root.on ? root.face : "transparent"
-    border.width: 1
-    border.color: root.on ? root.face : Theme.line
+    color: root.face
     Accessible.role: Accessible["Indicator"]
     Accessible.name: root.text
     Accessible.checked: root.on
@@ -25,19 +23,19 @@ Rectangle {
         id: row
 
         anchors.centerIn: parent
-        spacing: 4
+        spacing: Theme.mm(0.6)
         Icon {
             anchors.verticalCenter: parent.verticalCenter
-            size: 18
+            size: Theme.smallIcon
             source: root.iconSource
-            ink: root.on ? root.ink : Theme.inertInk
+            ink: root.ink
         }
         PlainText {
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
             font.pixelSize: Theme.smallText
-            font.weight: root.on ? Font.DemiBold : Font.Normal
-            color: root.on ? root.ink : Theme.inertInk
+            font.weight: Font.DemiBold
+            color: root.ink
         }
     }
 }

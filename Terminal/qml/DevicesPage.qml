@@ -13,25 +13,27 @@ Item {
     readonly property DeviceCard current: devices.currentItem
     readonly property bool isPrinter: desk.isPrinter(devices.currentIndex)
 
-    ListView {
+    GridView {
         id: devices
+
+        readonly property int columns: Math.max(1, Math.floor(width / Theme.mm(62)))
 
         objectName: "deviceCards"
         anchors.left: parent.left
         anchors.right: panel.left
         height: parent.height
         leftMargin: Theme.gap
-        rightMargin: Theme.gap
         topMargin: Theme.gap
-        bottomMargin: Theme.gap
-        spacing: Theme.gap
+        cellWidth: Math.floor((width - leftMargin) / columns)
+        cellHeight: (currentItem === null ? Theme.touch : root.current.fullHeight) + Theme.gap
         clip: true
         model: root.peripherals
         boundsBehavior: Flickable.StopAtBounds
         T.ScrollBar.vertical: ScrollMark {}
         delegate: DeviceCard {
             presentation: root.presentation
-            width: devices.width - 2 * Theme.gap
+            width: devices.cellWidth - Theme.gap
+            height: fullHeight
             isPrinter: root.desk.isPrinter(index)
             chosen: devices.currentIndex === index
             onClicked: devices.currentIndex = index
@@ -41,7 +43,7 @@ Item {
         id: panel
 
         anchors.right: parent.right
-        width: Math.max(260, Math.min(340, parent.width * 0.3))
+        width: Theme.mm(54)
         height: parent.height
         color: Theme.surface
 
@@ -50,9 +52,11 @@ Item {
 
             x: 2 * Theme.gap
             width: parent.width - 4 * Theme.gap
-            height: Theme.touch
+            height: Math.max(Theme.touch, implicitHeight)
             text: root.current === null ? "" : root.current.peripheralName
-            font.pixelSize: Theme.largeText
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
+            font.pixelSize: Theme.normalText
             font.weight: Font.DemiBold
         }
         PlainText {
@@ -143,7 +147,7 @@ Item {
             }
         }
         Rectangle {
-            width: 1
+            width: Theme.thinLine
             height: parent.height
             color: Theme.line
         }

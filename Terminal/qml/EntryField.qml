@@ -9,29 +9,32 @@ T.AbstractButton {
     property string label
     property string value
 
-    implicitHeight: 64
+    implicitHeight: Math.max(Theme.touch, caption.height + entry.height + Theme.gap)
     focusPolicy: Qt.NoFocus
     Accessible.name: root.label
     background: Rectangle {
         radius: Theme.radius
         color: Theme.surface
-        border.width: root.chosen ? 3 : 1
+        border.width: root.chosen ? Theme.thickLine : Theme.thinLine
         border.color: root.chosen ? Theme.accent : Theme.line
     }
     contentItem: Item {
         PlainText {
-            x: Theme.gap + 4
-            y: 6
+            id: caption
+
+            x: 2 * Theme.gap
+            y: Theme.gap / 2
             width: parent.width - 2 * x
             text: root.label
             font.pixelSize: Theme.smallText
             color: Theme.mutedText
         }
         PlainText {
+            id: entry
+
             objectName: root.objectName + "Text"
-            x: Theme.gap + 4
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: 6
+            x: 2 * Theme.gap
+            anchors.top: caption.bottom
             width: parent.width - 2 * x
             text: root.value
             font.pixelSize: Theme.largeText

@@ -6,12 +6,12 @@ Column {
 
     property string label
     property string value
-    property alias valueFont: valueText.font
 
-    spacing: 2
+    spacing: Theme.mm(0.2)
     PlainText {
         width: parent.width
         text: root.label
+        wrapMode: Text.Wrap
         font.pixelSize: Theme.smallText
         color: Theme.mutedText
     }
@@ -21,6 +21,7 @@ Column {
         objectName: "valueText"
         width: parent.width
         text: root.value === "" ? "–" : root.value
+        font.pixelSize: Theme.mediumText
         wrapMode: Text.Wrap // at words, within a word that is too long
     }
 }

@@ -4,7 +4,7 @@ import QtQuick.Controls.impl 2.15
 
 /// A picture of the resources in one colour, or a file in its own.
 IconImage {
-    property int size: 24
+    property int size: Theme.icon
     property color ink: Theme.text
 
     width: size

@@ -34,7 +34,7 @@ T.ApplicationWindow {
         anchors.top: root.contentItem.top
         anchors.left: root.contentItem.left
         anchors.right: root.contentItem.right
-        height: 52
+        height: Theme.mm(10)
         trip: root.terminal.trip
         tiles: root.terminal.grid
         time: root.terminal.fleet.timeText
@@ -54,7 +54,7 @@ T.ApplicationWindow {
         objectName: "navigation"
         anchors.top: status.bottom
         anchors.bottom: root.contentItem.bottom
-        width: root.width < 900 ? 76 : 92
+        width: Theme.mm(18)
         NavButton {
             page: "sell"
             shownPage: root.page
@@ -175,7 +175,7 @@ T.ApplicationWindow {
         objectName: "toast"
         anchors.horizontalCenter: root.contentItem.horizontalCenter
         anchors.bottom: root.contentItem.bottom
-        anchors.bottomMargin: 20
+        anchors.bottomMargin: 2 * Theme.gap
     }
     SignInPanel {
         drivers: root.terminal.drivers

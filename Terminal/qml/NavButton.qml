@@ -25,15 +25,15 @@ T.AbstractButton {
     contentItem: Item {
         Column {
             anchors.centerIn: parent
-            spacing: 2
+            spacing: Theme.mm(0.3)
             Icon {
                 anchors.horizontalCenter: parent.horizontalCenter
                 source: root.iconSource
-                size: 28
+                size: Theme.mm(5.2)
                 ink: root.checked ? Theme.accentInk : Theme.text
             }
             PlainText {
-                width: root.width - 4
+                width: root.width - Theme.gap
                 horizontalAlignment: Text.AlignHCenter
                 text: root.text
                 font.pixelSize: Theme.smallText
@@ -43,7 +43,7 @@ T.AbstractButton {
         Badge {
             anchors.right: parent.right
             anchors.top: parent.top
-            anchors.margins: 4
+            anchors.margins: Theme.mm(0.6)
             count: root.alerts
             color: Theme.error
             textColor: Theme.errorInk

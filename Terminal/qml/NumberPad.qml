@@ -7,7 +7,7 @@ Grid {
     required property string digits
     property int most: 9 ///< digits
     property bool isAmount: false ///< has "00", and no zeros in front
-    property int keyWidth: 72
+    property int keyWidth: Theme.mm(12.5)
     signal edited(string digits)
 
     function press(key) {

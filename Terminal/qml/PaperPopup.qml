@@ -17,9 +17,9 @@ T.Popup {
     objectName: "paperPopup"
     parent: T.Overlay["overlay"] // qmllint reads no attached properties
     anchors.centerIn: parent
-    width: Math.max(paper.width, closeButton.width) + 40
-    height: Math.min(parent ? parent.height - 16 : 460,
-                     paper.height + closeButton.height + 2 * Theme.gap + 20)
+    width: Math.max(paper.width, closeButton.width) + 6 * Theme.gap
+    height: Math.min(parent ? parent.height - 2 * Theme.gap : paper.height,
+                     paper.height + closeButton.height + 4 * Theme.gap)
     modal: true
     T.Overlay.modal: Rectangle {
         color: "#99000000"
@@ -27,6 +27,7 @@ T.Popup {
     background: Rectangle {
         radius: Theme.radius
         color: Theme.surface
+        border.width: Theme.thinLine
         border.color: Theme.line
     }
     contentItem: Item {
@@ -39,7 +40,7 @@ T.Popup {
             anchors.bottom: closeButton.top
             anchors.bottomMargin: Theme.gap
             anchors.horizontalCenter: parent.horizontalCenter
-            width: paper.width + 12
+            width: paper.width + 2 * Theme.gap
             contentWidth: paper.width
             contentHeight: paper.height
             clip: true
@@ -60,7 +61,7 @@ T.Popup {
             anchors.bottom: parent.bottom
             anchors.bottomMargin: Theme.gap
             anchors.horizontalCenter: parent.horizontalCenter
-            width: 240
+            width: Math.max(Theme.mm(40), implicitWidth)
             text: qsTr("Close", "what was opened")
             onClicked: root.close()
         }

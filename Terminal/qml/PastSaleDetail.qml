@@ -25,7 +25,6 @@ Item {
         x: 2 * Theme.gap
         y: Theme.gap
         width: parent.width - 2 * x
-        spacing: 2
         AmountLine {
             width: parent.width
             label: root.sale["isCash"] === true ? qsTr("Paid in cash") : qsTr("Paid by card")
@@ -36,7 +35,13 @@ Item {
         AmountLine {
             width: parent.width
             visible: root.sale["change"] > 0
-            label: qsTr("Given %1, change").arg(root.textOf("givenText"))
+            label: qsTr("Given")
+            value: root.textOf("givenText")
+        }
+        AmountLine {
+            width: parent.width
+            visible: root.sale["change"] > 0
+            label: qsTr("Change")
             value: root.textOf("changeText")
             valueName: "detailChange"
         }
@@ -60,7 +65,7 @@ Item {
         x: 2 * Theme.gap
         width: parent.width - 2 * x
         clip: true
-        spacing: 4
+        spacing: Theme.gap / 2
         model: root.tickets
         boundsBehavior: Flickable.StopAtBounds
         delegate: PastTicketLine {
@@ -73,33 +78,44 @@ Item {
             onClicked: root.selected = index
         }
     }
-    Grid {
+    Row {
         id: buttons
 
-        readonly property real half: Math.floor((width - Theme.gap) / 2)
+        readonly property real share: (width - 3 * spacing) / 4
 
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: 2 * Theme.gap
-        x: 2 * Theme.gap
+        anchors.bottomMargin: Theme.gap
+        x: Theme.gap
         width: parent.width - 2 * x
-        columns: 2
         spacing: Theme.gap
         PanelButton {
             objectName: "showPaper"
-            width: buttons.half
-            text: qsTr("Show ticket")
+            width: buttons.share
+            height: Theme.mm(12)
+            padding: 0
+            stacked: true
+            text: qsTr("Show", "the paper of a ticket")
+            iconSource: "qrc:/icons/zreport.svg"
+            Accessible.name: qsTr("Show ticket")
             onClicked: paper.show(root.ticket["number"])
         }
         PanelButton {
             objectName: "printCopy"
-            width: buttons.half
-            text: qsTr("Print copy")
+            width: buttons.share
+            height: Theme.mm(12)
+            padding: 0
+            stacked: true
+            text: qsTr("Copy", "of a ticket, on paper")
             iconSource: "qrc:/icons/printer.svg"
+            Accessible.name: qsTr("Print copy")
             onClicked: root.desk.printCopy(root.ticket["number"])
         }
         PanelButton {
             objectName: "refundButton"
-            width: buttons.half
+            width: buttons.share
+            height: Theme.mm(12)
+            padding: 0
+            stacked: true
             enabled: root.isTicketLeft
             text: qsTr("Refund")
             iconSource: "qrc:/icons/return.svg"
@@ -107,10 +123,14 @@ Item {
         }
         PanelButton {
             objectName: "voidButton"
-            width: buttons.half
+            width: buttons.share
+            height: Theme.mm(12)
+            padding: 0
+            stacked: true
             enabled: root.isNewest
-            text: qsTr("Void sale")
+            text: qsTr("Void", "take the last sale back")
             iconSource: "qrc:/icons/clear.svg"
+            Accessible.name: qsTr("Void sale")
             onClicked: voiding.open()
         }
     }

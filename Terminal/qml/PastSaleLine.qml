@@ -14,13 +14,13 @@ T.AbstractButton {
     required property string reversal
 
     objectName: "pastSale"
-    height: 60
+    height: Math.max(Theme.touch, first.height + second.height + 1.5 * Theme.gap)
     focusPolicy: Qt.NoFocus
     Accessible.name: root.numbers
     background: Rectangle {
         color: root.chosen ? Theme.tile : "transparent"
         Rectangle {
-            width: 4
+            width: Theme.thickLine
             height: parent.height
             visible: root.chosen
             color: Theme.accent
@@ -28,58 +28,69 @@ T.AbstractButton {
         Rectangle {
             anchors.bottom: parent.bottom
             width: parent.width
-            height: 1
+            height: Theme.thinLine
             color: Theme.line
         }
     }
     contentItem: Item {
-        PlainText {
-            id: timeText
+        Item {
+            id: first
 
-            objectName: "pastSaleTime"
             x: 2 * Theme.gap
-            anchors.verticalCenter: parent.verticalCenter
-            text: root.time
-        }
-        Icon {
-            id: icon
-
-            anchors.left: timeText.right
-            anchors.leftMargin: Theme.gap
-            anchors.verticalCenter: parent.verticalCenter
-            source: root.isCash ? "qrc:/icons/cash.svg" : "qrc:/icons/paycard.svg"
-        }
-        Column {
-            anchors.left: icon.right
-            anchors.leftMargin: Theme.gap
-            anchors.right: paidText.left
-            anchors.rightMargin: Theme.gap
-            anchors.verticalCenter: parent.verticalCenter
+            y: 0.75 * Theme.gap
+            width: parent.width - 2 * x
+            height: paidText.height
             PlainText {
+                id: timeText
+
+                objectName: "pastSaleTime"
+                height: parent.height
+                text: root.time
+                font.pixelSize: Theme.mediumText
+            }
+            Icon {
+                anchors.left: timeText.right
+                anchors.leftMargin: Theme.gap
+                anchors.verticalCenter: parent.verticalCenter
+                source: root.isCash ? "qrc:/icons/cash.svg" : "qrc:/icons/paycard.svg"
+            }
+            PlainText {
+                id: paidText
+
+                objectName: "pastSalePaid"
+                anchors.right: parent.right
+                text: root.paid
+                font.weight: Font.Bold
+            }
+        }
+        Item {
+            id: second
+
+            anchors.top: first.bottom
+            x: 2 * Theme.gap
+            width: parent.width - 2 * x
+            height: numbersText.height + stateText.height
+            PlainText {
+                id: numbersText
+
                 objectName: "pastSaleNumbers"
                 width: parent.width
                 text: root.numbers
                 font.pixelSize: Theme.smallText
             }
             PlainText {
+                id: stateText
+
                 objectName: "pastSaleState"
+                anchors.top: numbersText.bottom
                 width: parent.width
+                height: visible ? implicitHeight : 0
                 visible: text !== ""
                 text: root.reversal
                 font.pixelSize: Theme.smallText
                 font.weight: Font.DemiBold
                 color: root.chosen ? Theme.text : Theme.warning
             }
-        }
-        PlainText {
-            id: paidText
-
-            objectName: "pastSalePaid"
-            anchors.right: parent.right
-            anchors.rightMargin: 2 * Theme.gap
-            anchors.verticalCenter: parent.verticalCenter
-            text: root.paid
-            font.weight: Font.Bold
         }
     }
 }

@@ -73,31 +73,34 @@ Item {
     Item {
         id: newest
 
-        width: Math.floor(parent.width * 0.45)
+        width: Math.floor(parent.width * 0.42)
         height: parent.height
         PanelButton {
             id: backButton
 
             objectName: "backButton"
-            width: 64
+            width: Theme.mm(11)
             iconSource: "qrc:/icons/back.svg"
             Accessible.name: qsTr("Back to the Z report")
             onClicked: root.left()
         }
         PlainText {
+            id: listTitle
+
             anchors.left: backButton.right
-            anchors.leftMargin: 2 * Theme.gap
+            anchors.leftMargin: Theme.gap
             anchors.right: parent.right
-            height: Theme.touch
+            height: Math.max(Theme.touch, implicitHeight)
             text: qsTr("Sales of this shift")
-            font.pixelSize: Theme.largeText
+            wrapMode: Text.Wrap
+            font.pixelSize: Theme.mediumText
             font.weight: Font.DemiBold
         }
         ListView {
             id: list
 
             objectName: "pastSales"
-            anchors.top: backButton.bottom
+            anchors.top: listTitle.bottom
             anchors.bottom: parent.bottom
             width: parent.width
             clip: true

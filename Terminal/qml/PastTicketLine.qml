@@ -15,17 +15,19 @@ T.AbstractButton {
     }
 
     objectName: "pastTicket"
-    height: 60
+    height: Math.max(Theme.touch, texts.height + 2 * Theme.gap)
     focusPolicy: Qt.NoFocus
     Accessible.name: root.textOf("numberText")
     background: Rectangle {
         radius: Theme.radius
         color: root.chosen ? Theme.tile : Theme.surface
-        border.width: root.chosen ? 2 : 1
+        border.width: root.chosen ? Theme.thickLine : Theme.thinLine
         border.color: root.chosen ? Theme.accent : Theme.line
     }
     contentItem: Item {
         Column {
+            id: texts
+
             anchors.left: parent.left
             anchors.leftMargin: Theme.gap
             anchors.right: priceText.left
@@ -37,6 +39,8 @@ T.AbstractButton {
                 text: qsTr("%1 %2, %3", "ticket number, product, passenger")
                           .arg(root.textOf("numberText")).arg(root.textOf("product"))
                           .arg(root.textOf("passenger"))
+                wrapMode: Text.Wrap
+                font.pixelSize: Theme.smallText
                 font.weight: Font.DemiBold
             }
             PlainText {
@@ -47,6 +51,7 @@ T.AbstractButton {
                     : root.textOf("origin") === root.textOf("destination")
                       ? root.textOf("destination")
                       : root.textOf("origin") + " → " + root.textOf("destination")
+                wrapMode: Text.Wrap
                 font.pixelSize: Theme.smallText
                 color: root.chosen ? Theme.text : Theme.mutedText
             }

@@ -21,7 +21,7 @@ T.ApplicationWindow {
 
             x: 2 * Theme.gap
             width: parent.width - 4 * Theme.gap
-            height: 64
+            height: Theme.mm(12)
             text: root.unusable === "drivers" ? qsTr("The file of drivers cannot be used. Nothing is sold.")
                 : root.unusable === "config" ? qsTr("The configuration cannot be used. Nothing is sold.")
                                              : qsTr("The feed cannot be used. Nothing is sold.")

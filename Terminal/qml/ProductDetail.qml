@@ -27,7 +27,7 @@ Flickable {
             width: parent.width
             text: root.product.description
             wrapMode: Text.Wrap
-            font.pixelSize: Theme.largeText
+            font.pixelSize: Theme.normalText
             font.weight: Font.DemiBold
         }
         Fact {
@@ -37,7 +37,7 @@ Flickable {
         }
         Rectangle {
             width: parent.width
-            height: 1
+            height: Theme.thinLine
             color: Theme.line
         }
         Grid {
@@ -46,9 +46,9 @@ Flickable {
             readonly property real cellWidth: (width - columnSpacing) / columns
 
             width: parent.width
-            columns: 2
+            columns: Math.max(2, Math.floor(width / Theme.mm(34)))
             columnSpacing: 2 * Theme.gap
-            rowSpacing: Theme.gap + 4
+            rowSpacing: 1.5 * Theme.gap
             Fact {
                 width: facts.cellWidth
                 label: qsTr("Price")

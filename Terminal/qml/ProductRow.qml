@@ -23,14 +23,14 @@ T.AbstractButton {
         : (discount > 0 ? "−" : "+")
           + Math.abs(discount).toLocaleString(Qt.locale(), "f", -128) + "%"
 
-    implicitHeight: 76
+    implicitHeight: Math.max(Theme.touch, name.height, side.height) + 2 * Theme.gap
     focusPolicy: Qt.NoFocus
     Accessible.name: root.description
 
     background: Rectangle {
         color: root.chosen ? Theme.raised : root.down ? Theme.raised : Theme.surface
         Rectangle {
-            width: 4
+            width: Theme.thickLine
             height: parent.height
             visible: root.chosen
             color: Theme.accent
@@ -38,7 +38,7 @@ T.AbstractButton {
         Rectangle {
             anchors.bottom: parent.bottom
             width: parent.width
-            height: 1
+            height: Theme.thinLine
             color: Theme.line
         }
     }
@@ -48,18 +48,21 @@ T.AbstractButton {
 
             x: 2 * Theme.gap
             anchors.verticalCenter: parent.verticalCenter
-            size: 32
+            size: Theme.largeIcon
             source: root.picture
         }
         PlainText {
+            id: name
+
             anchors.left: icon.right
-            anchors.leftMargin: Theme.gap + 4
+            anchors.leftMargin: Theme.gap
             anchors.right: side.left
             anchors.rightMargin: Theme.gap
             anchors.verticalCenter: parent.verticalCenter
             text: root.description
             wrapMode: Text.Wrap
-            maximumLineCount: 2
+            maximumLineCount: 4
+            font.pixelSize: Theme.mediumText
             font.weight: Font.DemiBold
         }
         Column {
@@ -68,18 +71,18 @@ T.AbstractButton {
             anchors.right: parent.right
             anchors.rightMargin: 2 * Theme.gap
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 4
+            spacing: Theme.mm(0.4)
             PlainText {
                 objectName: "priceText"
                 anchors.right: parent.right
                 text: root.presentation.priceText(root.price)
-                font.pixelSize: Theme.largeText
+                font.pixelSize: Theme.normalText
                 font.weight: Font.Bold
             }
             Row {
                 anchors.right: parent.right
-                height: 24
-                spacing: 6
+                height: Theme.icon
+                spacing: Theme.gap
                 PlainText {
                     anchors.verticalCenter: parent.verticalCenter
                     visible: text !== ""
@@ -89,13 +92,13 @@ T.AbstractButton {
                 Icon {
                     anchors.verticalCenter: parent.verticalCenter
                     visible: root.freeReturn
-                    size: 20
+                    size: Theme.smallIcon
                     source: "qrc:/icons/return.svg"
                 }
                 Icon {
                     anchors.verticalCenter: parent.verticalCenter
                     visible: root.paperTicket
-                    size: 20
+                    size: Theme.smallIcon
                     source: "qrc:/icons/printer.svg"
                 }
                 Badge {

@@ -18,7 +18,7 @@ Item {
         anchors.left: parent.left
         anchors.top: parent.top
         anchors.bottom: parent.bottom
-        width: Math.floor(parent.width * 0.55)
+        width: Math.floor(parent.width * 0.57)
         clip: true
         model: root.fareProducts
         boundsBehavior: Flickable.StopAtBounds
@@ -37,7 +37,7 @@ Item {
         visible: products.count > 0
         color: Theme.surface
         Rectangle {
-            width: 1
+            width: Theme.thinLine
             height: parent.height
             color: Theme.line
         }

@@ -22,8 +22,8 @@ T.Popup {
 
     parent: T.Overlay["overlay"] // qmllint reads no attached properties
     anchors.centerIn: parent
-    width: Math.min(560, parent ? parent.width - 40 : 560)
-    height: column.height + 40
+    width: Math.min(Theme.mm(146), parent ? parent.width - 2 * Theme.gap : Theme.mm(146))
+    height: column.height + 5 * Theme.gap
     modal: true
     closePolicy: T.Popup.NoAutoClose
     T.Overlay.modal: Rectangle {
@@ -32,6 +32,7 @@ T.Popup {
     background: Rectangle {
         radius: Theme.radius
         color: Theme.surface
+        border.width: Theme.thinLine
         border.color: Theme.line
     }
     contentItem: Item {
@@ -41,8 +42,8 @@ T.Popup {
             readonly property real half: Math.floor((width - Theme.gap) / 2)
 
             anchors.centerIn: parent
-            width: parent.width - 40
-            spacing: 2 * Theme.gap
+            width: parent.width - 5 * Theme.gap
+            spacing: 1.5 * Theme.gap
             PlainText {
                 objectName: "refundQuestion"
                 width: parent.width
@@ -99,13 +100,13 @@ T.Popup {
                 PanelButton {
                     objectName: "cancelButton"
                     text: qsTr("Cancel")
-                    width: Math.max(140, implicitWidth)
+                    width: Math.max(Theme.mm(28), implicitWidth)
                     onClicked: root.close()
                 }
                 PanelButton {
                     objectName: "confirmRefund"
                     text: qsTr("Refund")
-                    width: Math.max(140, implicitWidth)
+                    width: Math.max(Theme.mm(28), implicitWidth)
                     danger: true
                     enabled: root.reason >= 0
                     onClicked: {

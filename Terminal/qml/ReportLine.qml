@@ -12,7 +12,7 @@ Item {
     PlainText {
         id: labelText
 
-        width: 100
+        width: Math.min(root.width * 0.55, labelText.implicitWidth + Theme.gap)
         text: root.label
         font.pixelSize: Theme.smallText
         color: Theme.mutedText
@@ -24,6 +24,7 @@ Item {
         anchors.left: labelText.right
         anchors.right: parent.right
         text: root.value
+        horizontalAlignment: Text.AlignRight
         wrapMode: Text.Wrap
         font.pixelSize: Theme.smallText
     }

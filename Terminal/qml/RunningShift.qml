@@ -64,12 +64,14 @@ ShiftReport {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.margins: 2 * Theme.gap
-        spacing: root.height < 500 ? Theme.gap + 2 : 2 * Theme.gap + 2
+        spacing: root.height < Theme.mm(100) ? Theme.gap : 2 * Theme.gap
 
         Item {
             width: parent.width
-            height: sum.height
+            height: Math.max(sum.height, names.height)
             Column {
+                id: names
+
                 anchors.left: parent.left
                 anchors.right: sum.left
                 anchors.rightMargin: Theme.gap
@@ -78,7 +80,9 @@ ShiftReport {
                     objectName: "runningNumber"
                     width: parent.width
                     text: qsTr("Z report %1").arg(root.number)
-                    font.pixelSize: Theme.largeText
+                    font.pixelSize: Theme.normalText
+                    fontSizeMode: Text.HorizontalFit
+                    minimumPixelSize: Theme.smallText
                     font.weight: Font.DemiBold
                 }
                 PlainText {
@@ -87,6 +91,8 @@ ShiftReport {
                     text: root.closedNumber !== "" && root.ticketCountData === 0
                           ? qsTr("Shift %1 is closed.").arg(root.closedNumber)
                           : qsTr("Running shift")
+                    wrapMode: Text.Wrap
+                    font.pixelSize: Theme.smallText
                     color: Theme.ok
                     font.weight: Font.DemiBold
                 }
@@ -96,8 +102,9 @@ ShiftReport {
 
                 objectName: "runningSum"
                 anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
                 text: root.money(root.zSumData)
-                font.pixelSize: root.width < 440 ? Theme.hugeText : 40
+                font.pixelSize: Theme.hugeText
                 font.weight: Font.Bold
             }
         }
@@ -109,30 +116,26 @@ ShiftReport {
             width: parent.width
             columns: 2
             columnSpacing: 2 * Theme.gap
-            rowSpacing: Theme.gap + 4
+            rowSpacing: Theme.gap
             Fact {
                 width: facts.cellWidth
                 label: qsTr("Tickets")
                 value: root.ticketCountData < 0 ? "" : root.ticketCountData
-                valueFont.pixelSize: Theme.largeText
             }
             Fact {
                 width: facts.cellWidth
                 label: qsTr("Paid by card")
                 value: root.cardText
-                valueFont.pixelSize: Theme.largeText
             }
             Fact {
                 width: facts.cellWidth
                 label: qsTr("First ticket")
                 value: root.fromTicketData
-                valueFont.pixelSize: Theme.largeText
             }
             Fact {
                 width: facts.cellWidth
                 label: qsTr("Last ticket")
                 value: root.toTicketData
-                valueFont.pixelSize: Theme.largeText
             }
         }
         Rectangle {
@@ -148,13 +151,13 @@ ShiftReport {
             Column {
                 id: cash
 
-                x: Theme.gap + 4
+                x: 2 * Theme.gap
                 y: Theme.gap
                 width: parent.width - 2 * x
-                spacing: 6
+                spacing: Theme.mm(0.5)
                 Item {
                     width: parent.width
-                    height: amount.height
+                    height: Math.max(amount.height, 2.4 * Theme.smallText)
                     Icon {
                         id: mark
 
@@ -170,6 +173,9 @@ ShiftReport {
                         anchors.rightMargin: Theme.gap
                         anchors.verticalCenter: parent.verticalCenter
                         text: qsTr("Cash to hand over")
+                        wrapMode: Text.Wrap
+                        maximumLineCount: 2
+                        font.pixelSize: Theme.smallText
                         color: cashBox.ink
                     }
                     PlainText {
@@ -177,6 +183,7 @@ ShiftReport {
 
                         objectName: "debtText"
                         anchors.right: parent.right
+                        anchors.verticalCenter: parent.verticalCenter
                         text: root.money(root.currentDebt)
                         font.pixelSize: Theme.largeText
                         font.weight: Font.Bold
@@ -185,8 +192,8 @@ ShiftReport {
                 }
                 Rectangle {
                     width: parent.width
-                    height: 8
-                    radius: 4
+                    height: Theme.gap
+                    radius: height / 2
                     visible: root.hasLimit && !root.isLimitReached
                     color: Theme.line
                     Rectangle {
@@ -230,34 +237,42 @@ ShiftReport {
     Row {
         id: buttons
 
+        readonly property real share: (width - spacing) / 2
+
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         anchors.margins: 2 * Theme.gap
+        anchors.topMargin: Theme.gap
         spacing: Theme.gap
         PanelButton {
-            id: salesButton
-
             objectName: "salesButton"
-            width: Math.floor(parent.width * 0.38)
+            width: buttons.share
+            height: Theme.mm(11)
             visible: !root.isUnused
+            stacked: true
             text: qsTr("Sales", "of the running shift")
+            iconSource: "qrc:/icons/cash.svg"
             onClicked: root.salesRequested()
         }
         PanelButton {
             objectName: "floatButton"
-            width: salesButton.width
+            width: buttons.share
+            height: Theme.mm(11)
             visible: root.isUnused
+            stacked: true
             text: qsTr("Float")
-            iconSource: root.width < 440 ? "" : "qrc:/icons/coins.svg"
+            iconSource: "qrc:/icons/coins.svg"
             onClicked: root.floatRequested(Number(root.figures["openingFloat"]))
         }
         PanelButton {
             objectName: "closeShiftButton"
-            width: parent.width - salesButton.width - Theme.gap
+            width: buttons.share
+            height: Theme.mm(11)
             accent: true
+            stacked: true
             text: qsTr("Close shift")
-            iconSource: root.width < 440 ? "" : "qrc:/icons/zreport.svg" // the text needs the room
+            iconSource: "qrc:/icons/zreport.svg"
             onClicked: root.closeRequested()
         }
     }

@@ -14,17 +14,17 @@ T.Switch {
     indicator: Rectangle {
         x: root.width - width - Theme.gap
         anchors.verticalCenter: parent.verticalCenter
-        width: 60
-        height: 32
+        width: Theme.mm(11)
+        height: Theme.mm(6)
         radius: height / 2
         color: root.checked ? Theme.accent : Theme.raised
-        border.width: root.checked ? 0 : 2
+        border.width: root.checked ? 0 : Theme.thinLine
         border.color: Theme.mutedText
         Rectangle {
-            x: 4 + root.visualPosition * (parent.width - width - 8)
+            x: Theme.mm(0.7) + root.visualPosition * (parent.width - width - 2 * Theme.mm(0.7))
             anchors.verticalCenter: parent.verticalCenter
-            width: 24
-            height: 24
+            width: parent.height - 2 * Theme.mm(0.7)
+            height: width
             radius: height / 2
             color: root.checked ? Theme.accentInk : Theme.mutedText
         }
@@ -37,11 +37,12 @@ T.Switch {
             anchors.right: parent.right
             anchors.rightMargin: root.indicator.width + 3 * Theme.gap
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 2
+            spacing: 0
             PlainText {
                 width: parent.width
                 text: root.text
                 wrapMode: Text.Wrap
+                font.pixelSize: Theme.mediumText
                 font.weight: Font.DemiBold
             }
             PlainText {

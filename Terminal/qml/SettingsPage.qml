@@ -12,20 +12,24 @@ Flickable {
     required property string journalFile
     signal nightRequested(bool night)
 
-    contentHeight: Math.max(settings.height, facts.height) + 4 * Theme.gap
+    contentHeight: panels.height + 4 * Theme.gap
     clip: true
     boundsBehavior: Flickable.StopAtBounds
     T.ScrollBar.vertical: ScrollMark {}
 
-    Column {
-        id: settings
+    Flow {
+        id: panels
+
+        readonly property int columns: Math.max(1, Math.floor(width / Theme.mm(58)))
+        readonly property int columnWidth: Math.floor((width - (columns - 1) * spacing) / columns)
 
         x: 2 * Theme.gap
         y: 2 * Theme.gap
-        width: Math.floor((root.width - 6 * Theme.gap) / 2)
+        width: root.width - 4 * Theme.gap
         spacing: 2 * Theme.gap
+
         Panel {
-            width: parent.width
+            width: panels.columnWidth
             title: qsTr("Screen")
             SettingSwitch {
                 objectName: "nightSwitch"
@@ -37,7 +41,31 @@ Flickable {
             }
         }
         Panel {
-            width: parent.width
+            width: panels.columnWidth
+            title: qsTr("This terminal")
+            Fact {
+                width: parent.width
+                label: qsTr("Operator")
+                value: root.operatorName
+            }
+            Fact {
+                width: parent.width
+                label: qsTr("Language")
+                value: qsTr("English", "name of the language of these texts")
+            }
+            Fact {
+                width: parent.width
+                label: qsTr("Version of terminal and library")
+                value: Qt.application.version
+            }
+            Fact {
+                width: parent.width
+                label: qsTr("Sales journal")
+                value: root.journalFile
+            }
+        }
+        Panel {
+            width: panels.columnWidth
             title: qsTr("Log")
             SettingSwitch {
                 objectName: "logSwitch"
@@ -63,35 +91,6 @@ Flickable {
                 font.pixelSize: Theme.smallText
                 color: Theme.mutedText
             }
-        }
-    }
-    Panel {
-        id: facts
-
-        anchors.left: settings.right
-        anchors.leftMargin: 2 * Theme.gap
-        y: 2 * Theme.gap
-        width: settings.width
-        title: qsTr("This terminal")
-        Fact {
-            width: parent.width
-            label: qsTr("Operator")
-            value: root.operatorName
-        }
-        Fact {
-            width: parent.width
-            label: qsTr("Language")
-            value: qsTr("English", "name of the language of these texts")
-        }
-        Fact {
-            width: parent.width
-            label: qsTr("Version of terminal and library")
-            value: Qt.application.version
-        }
-        Fact {
-            width: parent.width
-            label: qsTr("Sales journal")
-            value: root.journalFile
         }
     }
 }

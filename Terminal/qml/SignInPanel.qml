@@ -52,9 +52,9 @@ T.Popup {
     contentItem: Item {
         Row {
             anchors.centerIn: parent
-            spacing: 6 * Theme.gap
+            spacing: 5 * Theme.gap
             Column {
-                width: Math.min(360, root.width / 2 - 4 * Theme.gap)
+                width: Math.min(Theme.mm(80), root.width - keys.width - 10 * Theme.gap)
                 spacing: 2 * Theme.gap
                 PlainText {
                     objectName: "signInTitle"
@@ -62,7 +62,7 @@ T.Popup {
                     text: root.isKnown ? qsTr("Locked: %1").arg(root.drivers.name) : qsTr("Sign in")
                     wrapMode: Text.Wrap
                     maximumLineCount: 2
-                    font.pixelSize: Theme.hugeText
+                    font.pixelSize: Theme.largeText
                     font.weight: Font.DemiBold
                 }
                 EntryField {
@@ -85,9 +85,10 @@ T.Popup {
                 PlainText {
                     objectName: "signInRefusal"
                     width: parent.width
-                    height: 2 * Theme.largeText + 8
+                    height: 3.6 * Theme.normalText
                     text: root.refusal
                     wrapMode: Text.Wrap
+                    maximumLineCount: 3
                     color: Theme.error
                     font.weight: Font.DemiBold
                 }
@@ -120,7 +121,7 @@ T.Popup {
                 PanelButton {
                     objectName: "signInButton"
                     width: keys.width
-                    height: 64
+                    height: Theme.mm(11)
                     accent: true
                     text: !root.isPinNext ? qsTr("PIN") : root.isKnown ? qsTr("Unlock") : qsTr("Sign in")
                     enabled: root.isPinNext ? root.pin !== "" && (root.isKnown || root.number !== "")

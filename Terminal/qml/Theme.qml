@@ -25,8 +25,8 @@ QtObject {
     readonly property color inert: night ? "#171c21" : "#e6eaee"
     readonly property color inertInk: night ? "#7f8a95" : "#5c6670"
 
-    // From the size of the glass: 9 mm for a finger, and capital letters of 20 arc minutes in what is
-    // read while driving, 12 in what is looked up.
+    // From the size of the glass: 9 mm for a finger. Capital letters have 20 arc minutes in what is
+    // read while selling, 15 in what is looked up, and 12 in labels and hints.
     readonly property int touch: GlassScale.length(9)
     readonly property int gap: GlassScale.length(1.2)
     readonly property int radius: GlassScale.length(0.9)
@@ -36,9 +36,10 @@ QtObject {
     readonly property int icon: GlassScale.length(4.4)
     readonly property int largeIcon: GlassScale.length(6)
     readonly property int smallText: GlassScale.text(12)
+    readonly property int mediumText: GlassScale.text(15)
     readonly property int normalText: GlassScale.text(20)
-    readonly property int largeText: GlassScale.text(24)
-    readonly property int hugeText: GlassScale.text(32)
+    readonly property int largeText: GlassScale.text(22)
+    readonly property int hugeText: GlassScale.text(28)
 
     /// Pixels of a length that none of the properties has.
     function mm(millimetres) {

@@ -15,8 +15,8 @@ Rectangle {
         opacity = 0
     }
 
-    width: Math.min(parent.width - 40, label.implicitWidth + 40)
-    height: Math.max(Theme.touch, label.implicitHeight + 20)
+    width: Math.min(parent.width - 4 * Theme.gap, label.implicitWidth + 4 * Theme.gap)
+    height: Math.max(Theme.touch, label.implicitHeight + 2 * Theme.gap)
     radius: Theme.radius
     color: Theme.error
     opacity: 0
@@ -36,7 +36,7 @@ Rectangle {
 
         objectName: "toastText"
         anchors.centerIn: parent
-        width: Math.min(implicitWidth, root.parent.width - 80)
+        width: Math.min(implicitWidth, root.parent.width - 8 * Theme.gap)
         wrapMode: Text.Wrap
         maximumLineCount: 4
         color: Theme.errorInk

@@ -26,7 +26,7 @@ Item {
         anchors.left: parent.left
         anchors.top: parent.top
         anchors.bottom: parent.bottom
-        width: Math.floor(parent.width * 0.55)
+        width: Math.floor(parent.width * 0.58)
         Repeater {
             id: shifts
 
@@ -67,7 +67,9 @@ Item {
             width: parent.width - 2 * x
             height: Theme.touch
             text: qsTr("Closed shifts")
-            font.pixelSize: Theme.largeText
+            font.pixelSize: Theme.normalText
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: Theme.mediumText
             font.weight: Font.DemiBold
         }
         ListView {
@@ -93,7 +95,7 @@ Item {
             }
         }
         Rectangle {
-            width: 1
+            width: Theme.thinLine
             height: parent.height
             color: Theme.line
         }
