@@ -12,12 +12,13 @@ ShiftReport {
     required property date paymentDate ///< an invalid date if not paid yet
 
     readonly property bool isPaid: !isNaN(paymentDate)
-    readonly property bool isPayable: !isPaid && desk.keepsShift(zNumberData)
+    readonly property bool isOwn: desk.keepsShift(zNumberData) ///< of this terminal's journal
+    readonly property bool isPayable: !isPaid && isOwn
     /// As SalesDesk::zReport() has it, once its cash was handed over here.
-    readonly property var report: isPaid && desk.keepsShift(zNumberData)
-                                  ? desk.zReport(zNumberData) : ({})
+    readonly property var report: isPaid && isOwn ? desk.zReport(zNumberData) : ({})
     readonly property double difference: Number(report["difference"])
     signal handOverRequested
+    signal reportRequested
 
     implicitHeight: content.height + 3 * Theme.gap
 
@@ -102,13 +103,26 @@ ShiftReport {
                 color: root.isPaid ? Theme.ok : Theme.warning
             }
         }
-        PanelButton {
-            objectName: "handOverButton"
+        Row {
             width: parent.width
-            visible: root.isPayable
-            text: qsTr("Hand over cash")
-            iconSource: "qrc:/icons/cash.svg"
-            onClicked: root.handOverRequested()
+            spacing: Theme.gap
+            visible: root.isOwn
+            PanelButton {
+                objectName: "reportButton"
+                width: root.isPayable ? implicitWidth : parent.width
+                text: root.isPayable ? "" : qsTr("Show report")
+                iconSource: "qrc:/icons/zreport.svg"
+                Accessible.name: qsTr("Show report")
+                onClicked: root.reportRequested()
+            }
+            PanelButton {
+                objectName: "handOverButton"
+                width: parent.width - Theme.touch - Theme.gap
+                visible: root.isPayable
+                text: qsTr("Hand over cash")
+                iconSource: root.width < 5 * Theme.touch ? "" : "qrc:/icons/cash.svg"
+                onClicked: root.handOverRequested()
+            }
         }
     }
     Rectangle {

@@ -127,6 +127,7 @@ T.ApplicationWindow {
             shown: root.page === "zreport"
             sourceComponent: ZReportPage {
                 desk: root.terminal.desk
+                papers: root.terminal.papers
                 runningShift: root.terminal.runningShift
                 closedShifts: root.terminal.closedShifts
                 presentation: root.terminal.presentation

@@ -23,6 +23,7 @@ ShiftReport {
     signal floatRequested(double amount) ///< what was recorded so far
     signal closeRequested
     signal salesRequested
+    signal figuresRequested
 
     function refresh() {
         root.figures = root.desk.xReport()
@@ -90,7 +91,9 @@ ShiftReport {
                     width: parent.width
                     text: root.closedNumber !== "" && root.ticketCountData === 0
                           ? qsTr("Shift %1 is closed.").arg(root.closedNumber)
-                          : qsTr("Running shift")
+                          : root.desk.driverName !== ""
+                            ? qsTr("Running shift, driver %1").arg(root.desk.driverName)
+                            : qsTr("Running shift")
                     wrapMode: Text.Wrap
                     font.pixelSize: Theme.smallText
                     color: Theme.ok
@@ -237,7 +240,7 @@ ShiftReport {
     Row {
         id: buttons
 
-        readonly property real share: (width - spacing) / 2
+        readonly property real share: Math.floor((width - 2 * spacing) / 3)
 
         anchors.left: parent.left
         anchors.right: parent.right
@@ -264,6 +267,15 @@ ShiftReport {
             text: qsTr("Float")
             iconSource: "qrc:/icons/coins.svg"
             onClicked: root.floatRequested(Number(root.figures["openingFloat"]))
+        }
+        PanelButton {
+            objectName: "figuresButton"
+            width: buttons.share
+            height: Theme.mm(11)
+            stacked: true
+            text: qsTr("X report")
+            iconSource: "qrc:/icons/info.svg"
+            onClicked: root.figuresRequested()
         }
         PanelButton {
             objectName: "closeShiftButton"

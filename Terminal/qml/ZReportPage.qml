@@ -8,11 +8,20 @@ Item {
     id: root
 
     required property SalesDesk desk
+    required property PaperDesk papers
     required property QtObject runningShift ///< a model of one row, or of none
     required property QtObject closedShifts ///< a model
     required property Presentation presentation
     property string closedNumber
     signal salesRequested
+
+    /// A shift is closed whether its report can be printed or not; it can be printed later, too.
+    function closeShift() {
+        if (!root.desk.closeShift())
+            return
+        reporting.ask(Number(root.closedNumber))
+        reporting.printNow()
+    }
 
     Connections {
         target: root.desk
@@ -39,6 +48,7 @@ Item {
                 closedNumber: root.closedNumber
                 onFloatRequested: amount => floating.ask(amount)
                 onSalesRequested: root.salesRequested()
+                onFiguresRequested: reporting.ask(0)
                 onCloseRequested: {
                     closing.question = qsTr("Close shift %1?").arg(number)
                     closing.consequence = consequence
@@ -88,6 +98,7 @@ Item {
                 desk: root.desk
                 presentation: root.presentation
                 onHandOverRequested: handingOver.askFor(zNumberData)
+                onReportRequested: reporting.ask(zNumberData)
             }
             EmptyText {
                 visible: closed.count === 0
@@ -105,7 +116,13 @@ Item {
 
         objectName: "closeConfirmation"
         confirmText: qsTr("Close shift")
-        onConfirmed: root.desk.closeShift()
+        onConfirmed: root.closeShift()
+    }
+    ReportPopup {
+        id: reporting
+
+        desk: root.desk
+        papers: root.papers
     }
     HandOverPad {
         id: handingOver

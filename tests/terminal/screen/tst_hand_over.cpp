@@ -1,29 +1,11 @@
-#include "../ScreenUnderTest.h"
-
-#include <QtTest>
-
-using rivo::sales::SalesDesk;
+#include "PageTest.h"
 
 /// The cash of a shift by taps: the float, the figures so far, and what is counted at the end.
-class TestHandOver : public QObject
+class TestHandOver : public PageTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        prepareScreens();
-        m_complaints = std::make_unique<Complaints>();
-    }
-    void initTestCase_data();
-    void init();
-    void cleanup()
-    {
-        m_shown.reset();
-        QCOMPARE(Complaints::take(), QStringList());
-    }
-    void cleanupTestCase() { m_complaints.reset(); }
-
     void theCountedAmountIsHandedOver_data();
     void theCountedAmountIsHandedOver();
     void nothingCountedIsNotHandedOver();
@@ -32,40 +14,8 @@ private slots:
     void figuresOfTheRunningShift();
 
 private:
-    SalesDesk& desk() { return *m_shown->terminal().desk(); }
-    void sell(int tickets);
-    void enter(const QString& digits);
-
-    std::unique_ptr<Complaints> m_complaints;
-    std::unique_ptr<ScreenUnderTest> m_shown;
+    void start() override { show(exampleFeed("coast-line"), "zreport"); }
 };
-
-void TestHandOver::initTestCase_data()
-{
-    QTest::addColumn<QSize>("size");
-    for (const QSize size : {QSize(800, 480), QSize(1280, 800)})
-        QTest::addRow("%dx%d", size.width(), size.height()) << size;
-}
-
-void TestHandOver::init()
-{
-    QFETCH_GLOBAL(QSize, size);
-    m_shown = std::make_unique<ScreenUnderTest>(exampleFeed("coast-line"), "zreport", size);
-}
-
-void TestHandOver::sell(int tickets)
-{
-    for (int i = 0; i < tickets; ++i)
-        QVERIFY(desk().add(0));
-    QVERIFY(desk().pay(SalesDesk::Cash));
-    QTRY_COMPARE(desk().state(), SalesDesk::Selling);
-}
-
-void TestHandOver::enter(const QString& digits)
-{
-    for (const QChar digit : digits)
-        m_shown->tap("key-" + QString(digit));
-}
 
 void TestHandOver::theCountedAmountIsHandedOver_data()
 {

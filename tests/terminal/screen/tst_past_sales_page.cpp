@@ -1,33 +1,16 @@
-#include "../ScreenUnderTest.h"
+#include "PageTest.h"
 #include "Pointer.h"
 
 #include <QSignalSpy>
-#include <QtTest>
 
 #include <algorithm>
 
-using rivo::sales::SalesDesk;
-
 /// Past sales by taps: list, detail, paper, copy, void and refund.
-class TestPastSalesPage : public QObject
+class TestPastSalesPage : public PageTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        prepareScreens();
-        m_complaints = std::make_unique<Complaints>();
-    }
-    void initTestCase_data();
-    void init();
-    void cleanup()
-    {
-        m_shown.reset();
-        QCOMPARE(Complaints::take(), QStringList());
-    }
-    void cleanupTestCase() { m_complaints.reset(); }
-
     void theNewestSaleIsFirstAndSelected();
     void aShiftWithoutSalesSaysSo();
     void anotherSaleIsShownWhenItIsTapped();
@@ -46,36 +29,11 @@ private slots:
     void backLeadsToTheZReport();
 
 private:
-    SalesDesk& desk() { return *m_shown->terminal().desk(); }
-    void sell(int tickets);
+    void start() override { show(exampleFeed("coast-line"), "zreport"); }
     void openPage();
     void tapSale(int row);
     double figure(const char* name) { return desk().xReport()[name].toDouble(); }
-
-    std::unique_ptr<Complaints> m_complaints;
-    std::unique_ptr<ScreenUnderTest> m_shown;
 };
-
-void TestPastSalesPage::initTestCase_data()
-{
-    QTest::addColumn<QSize>("size");
-    for (const QSize size : {QSize(800, 480), QSize(1280, 800)})
-        QTest::addRow("%dx%d", size.width(), size.height()) << size;
-}
-
-void TestPastSalesPage::init()
-{
-    QFETCH_GLOBAL(QSize, size);
-    m_shown = std::make_unique<ScreenUnderTest>(exampleFeed("coast-line"), "zreport", size);
-}
-
-void TestPastSalesPage::sell(int tickets)
-{
-    for (int i = 0; i < tickets; ++i)
-        QVERIFY(desk().add(0));
-    QVERIFY(desk().payCash(1000));
-    QTRY_COMPARE(desk().state(), SalesDesk::Selling);
-}
 
 void TestPastSalesPage::openPage()
 {
@@ -109,7 +67,7 @@ void TestPastSalesPage::theNewestSaleIsFirstAndSelected()
 
 void TestPastSalesPage::aShiftWithoutSalesSaysSo()
 {
-    m_shown = std::make_unique<ScreenUnderTest>(exampleFeed("coast-line"), "sales");
+    show(exampleFeed("coast-line"), "sales");
     QVERIFY(!m_shown->text("noSalesText").isEmpty());
     QVERIFY(m_shown->all("voidButton").isEmpty());
     m_shown->tap("backButton");

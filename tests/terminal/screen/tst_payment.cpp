@@ -1,11 +1,7 @@
-#include "../ScreenUnderTest.h"
+#include "PageTest.h"
 #include "Pointer.h"
 
-#include <QSignalSpy>
-#include <QtTest>
-
 using rivo::feed::Feed;
-using rivo::sales::SalesDesk;
 
 namespace
 {
@@ -23,29 +19,14 @@ Feed feedInFrancs()
 } // namespace
 
 /// What the driver sees while a sale is paid: what is due, given and given back.
-class TestPayment : public QObject
+class TestPayment : public PageTest
 {
     Q_OBJECT
 
-private slots:
-    void initTestCase()
-    {
-        prepareScreens();
-        m_complaints = std::make_unique<Complaints>();
-    }
-    void init()
-    {
-        QFETCH_GLOBAL(QSize, size);
-        m_size = size;
-    }
-    void cleanup()
-    {
-        m_shown.reset();
-        QCOMPARE(Complaints::take(), QStringList());
-    }
-    void cleanupTestCase() { m_complaints.reset(); }
+public:
+    TestPayment() : PageTest({{800, 480}, {1024, 600}, {1280, 800}}) {}
 
-    void initTestCase_data();
+private slots:
     void twoTapsSellExactly();
     void oneTapGivesANote();
     void theKeypadTakesAnAmount();
@@ -61,28 +42,11 @@ private slots:
     void noAmountIsCut();
 
 private:
-    void show(const Feed& feed);
+    void showFeed(const Feed& feed) { show(feed, "sell"); }
     void tapTile();
-    QVariantMap lastSale() { return m_shown->terminal().desk()->lastSale(); }
+    QVariantMap lastSale() { return desk().lastSale(); }
     void tapQuickAmount(const QString& text);
-
-    QSize m_size;
-    std::unique_ptr<Complaints> m_complaints;
-    std::unique_ptr<ScreenUnderTest> m_shown;
 };
-
-void TestPayment::initTestCase_data()
-{
-    QTest::addColumn<QSize>("size");
-    for (const QSize size : {QSize(800, 480), QSize(1024, 600), QSize(1280, 800)})
-        QTest::addRow("%dx%d", size.width(), size.height()) << size;
-}
-
-void TestPayment::show(const Feed& feed)
-{
-    m_shown = std::make_unique<ScreenUnderTest>(feed, "sell", m_size);
-    m_shown->window()->grabWindow(); // everything is where it is drawn
-}
 
 void TestPayment::tapTile()
 {
@@ -102,7 +66,7 @@ void TestPayment::tapQuickAmount(const QString& text)
 
 void TestPayment::twoTapsSellExactly()
 {
-    show(exampleFeed("coast-line"));
+    showFeed(exampleFeed("coast-line"));
     tapTile();
     m_shown->tap("payCash");
     QCOMPARE(lastSale()["given"].toDouble(), lastSale()["paid"].toDouble());
@@ -113,7 +77,7 @@ void TestPayment::twoTapsSellExactly()
 
 void TestPayment::oneTapGivesANote()
 {
-    show(exampleFeed("coast-line"));
+    showFeed(exampleFeed("coast-line"));
     tapTile();
     tapQuickAmount("€5.00");
     QCOMPARE(lastSale()["given"].toDouble(), 500.0);
@@ -124,7 +88,7 @@ void TestPayment::oneTapGivesANote()
 
 void TestPayment::theKeypadTakesAnAmount()
 {
-    show(exampleFeed("coast-line"));
+    showFeed(exampleFeed("coast-line"));
     tapTile();
     m_shown->tap("givenButton");
     QTRY_COMPARE(m_shown->text("padDue"), QString("€1.40"));
@@ -149,7 +113,7 @@ void TestPayment::keysHearQuickPresses_data()
 void TestPayment::keysHearQuickPresses()
 {
     QFETCH(bool, isTouch);
-    show(exampleFeed("coast-line"));
+    showFeed(exampleFeed("coast-line"));
     tapTile();
     m_shown->tap("givenButton");
     QTRY_COMPARE(m_shown->all("key-1").size(), 1);
@@ -166,7 +130,7 @@ void TestPayment::keysHearQuickPresses()
 
 void TestPayment::quickAmountsFillThePad()
 {
-    show(exampleFeed("coast-line"));
+    showFeed(exampleFeed("coast-line"));
     tapTile();
     m_shown->tap("givenButton");
     QTRY_COMPARE(m_shown->all("padDue").size(), 1);
@@ -181,7 +145,7 @@ void TestPayment::quickAmountsFillThePad()
 
 void TestPayment::tooLittleCannotBePaid()
 {
-    show(exampleFeed("coast-line"));
+    showFeed(exampleFeed("coast-line"));
     tapTile();
     m_shown->tap("givenButton");
     QTRY_COMPARE(m_shown->all("padConfirm").size(), 1);
@@ -198,7 +162,7 @@ void TestPayment::tooLittleCannotBePaid()
 
 void TestPayment::aCancelledPaymentSellsNothing()
 {
-    show(exampleFeed("coast-line"));
+    showFeed(exampleFeed("coast-line"));
     tapTile();
     m_shown->tap("givenButton");
     m_shown->tap("key-9");
@@ -212,7 +176,7 @@ void TestPayment::aCancelledPaymentSellsNothing()
 
 void TestPayment::cashIsRounded()
 {
-    show(feedInFrancs());
+    showFeed(feedInFrancs());
     tapTile();
     QVERIFY(m_shown->text("totalText").contains("1.42"));
     QVERIFY(m_shown->text("dueText").contains("1.40"));
@@ -230,7 +194,7 @@ void TestPayment::cashIsRounded()
 
 void TestPayment::aCardPaysTheExactAmount()
 {
-    show(feedInFrancs());
+    showFeed(feedInFrancs());
     tapTile();
     m_shown->tap("payCard");
     QTRY_VERIFY(m_shown->text("paidText").contains("1.42"));
@@ -239,7 +203,7 @@ void TestPayment::aCardPaysTheExactAmount()
 
 void TestPayment::whatWasPaidStaysUntilTheNextTicket()
 {
-    show(exampleFeed("coast-line"));
+    showFeed(exampleFeed("coast-line"));
     tapTile();
     const QPoint cash = middleOf(m_shown->item("payCash"));
     Pointer pointer(m_shown->window(), false);
@@ -275,7 +239,7 @@ void TestPayment::noAmountIsCut()
     feed.currency = currency;
     for (auto& product : feed.products)
         product.price = price;
-    show(feed);
+    showFeed(feed);
     const auto nothingIsCut = [this] {
         m_shown->window()->grabWindow();
         int amounts = 0;

@@ -1,45 +1,15 @@
-#include "../ScreenUnderTest.h"
+#include "PageTest.h"
 #include "Pointer.h"
+#include "SampleDriver.h"
 
-#include <QPasswordDigestor>
-#include <QtTest>
-
-using rivo::drivers::Driver;
-using rivo::sales::SalesDesk;
 using rivo::terminal::Terminal;
 
-namespace
-{
-
-/// One iteration: fast.
-Driver driver(qint64 number, const QString& name, const QByteArray& pin)
-{
-    return {number, name, 1, "salt",
-            QPasswordDigestor::deriveKeyPbkdf2(QCryptographicHash::Sha256, pin, "salt", 1, 32)};
-}
-
-} // namespace
-
 /// Who drives, by taps: number and PIN, lock, and another driver.
-class TestSignIn : public QObject
+class TestSignIn : public PageTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        prepareScreens();
-        m_complaints = std::make_unique<Complaints>();
-    }
-    void initTestCase_data();
-    void init();
-    void cleanup()
-    {
-        m_shown.reset();
-        QCOMPARE(Complaints::take(), QStringList());
-    }
-    void cleanupTestCase() { m_complaints.reset(); }
-
     void withoutDriversThereIsNoSignIn();
     void aDriverSignsIn();
     void nothingBehindThePanelHearsTaps();
@@ -52,44 +22,19 @@ private slots:
     void keysHearQuickTouches();
 
 private:
-    SalesDesk& desk() { return *m_shown->terminal().desk(); }
-    void show(int idleTime = 0);
-    void enter(const QString& digits);
+    void showPanel(int idleTime = 0);
     void signIn(const QString& number, const QString& pin);
-
-    QSize m_size;
-    std::unique_ptr<Complaints> m_complaints;
-    std::unique_ptr<ScreenUnderTest> m_shown;
 };
 
-void TestSignIn::initTestCase_data()
+void TestSignIn::showPanel(int idleTime)
 {
-    QTest::addColumn<QSize>("size");
-    for (const QSize size : {QSize(800, 480), QSize(1280, 800)})
-        QTest::addRow("%dx%d", size.width(), size.height()) << size;
-}
-
-void TestSignIn::init()
-{
-    QFETCH_GLOBAL(QSize, size);
-    m_size = size;
-}
-
-void TestSignIn::show(int idleTime)
-{
-    m_shown = std::make_unique<ScreenUnderTest>(
-        exampleFeed("coast-line"), "sell", m_size, [idleTime](Terminal::Settings& settings) {
-            settings.drivers = {driver(42, "A. Nowak", "1234"), driver(7, "B. Kowal", "99")};
-            settings.idleTime = idleTime;
-        });
+    show(exampleFeed("coast-line"), "sell", [idleTime](Terminal::Settings& settings) {
+        settings.drivers = {sampleDriver(42, "A. Nowak", "1234"),
+                            sampleDriver(7, "B. Kowal", "99")};
+        settings.idleTime = idleTime;
+    });
     QTRY_COMPARE(m_shown->all("signInButton").size(), 1);
     m_shown->window()->grabWindow();
-}
-
-void TestSignIn::enter(const QString& digits)
-{
-    for (const QChar digit : digits)
-        m_shown->tap("key-" + QString(digit));
 }
 
 void TestSignIn::signIn(const QString& number, const QString& pin)
@@ -110,7 +55,7 @@ void TestSignIn::withoutDriversThereIsNoSignIn()
 
 void TestSignIn::aDriverSignsIn()
 {
-    show();
+    showPanel();
     QVERIFY(!m_shown->item("signInButton")->isEnabled());
     signIn("42", "1234");
     QTRY_COMPARE(m_shown->all("signInButton").size(), 0);
@@ -120,7 +65,7 @@ void TestSignIn::aDriverSignsIn()
 
 void TestSignIn::nothingBehindThePanelHearsTaps()
 {
-    show();
+    showPanel();
     for (const char* name : {"nav-settings", "productText", "nightButton"})
         m_shown->tap(m_shown->item(name));
     QVERIFY(!m_shown->terminal().night());
@@ -130,7 +75,7 @@ void TestSignIn::nothingBehindThePanelHearsTaps()
 
 void TestSignIn::aWrongPinIsRefused()
 {
-    show();
+    showPanel();
     signIn("42", "4321");
     QTRY_COMPARE(m_shown->text("signInRefusal"), QString("Number or PIN is wrong."));
     QCOMPARE(m_shown->text("pinFieldText"), QString()); // begins anew
@@ -143,7 +88,7 @@ void TestSignIn::aWrongPinIsRefused()
 
 void TestSignIn::theLockAsksForThePinOnly()
 {
-    show();
+    showPanel();
     signIn("42", "1234");
     QTRY_COMPARE(m_shown->all("signInButton").size(), 0);
     QVERIFY(desk().add(0));
@@ -159,7 +104,7 @@ void TestSignIn::theLockAsksForThePinOnly()
 
 void TestSignIn::anotherDriverTakesOver()
 {
-    show();
+    showPanel();
     signIn("42", "1234");
     QTRY_COMPARE(m_shown->all("signInButton").size(), 0);
     QVERIFY(desk().add(0));
@@ -173,7 +118,7 @@ void TestSignIn::anotherDriverTakesOver()
 
 void TestSignIn::anIdleTerminalIsLocked()
 {
-    show(700);
+    showPanel(700);
     signIn("42", "1234");
     QTRY_COMPARE(m_shown->all("signInButton").size(), 0);
     QTRY_COMPARE(m_shown->all("signInButton").size(), 1);
@@ -181,7 +126,7 @@ void TestSignIn::anIdleTerminalIsLocked()
 
 void TestSignIn::pressesKeepItOpen()
 {
-    show(1500);
+    showPanel(1500);
     signIn("42", "1234");
     QTRY_COMPARE(m_shown->all("signInButton").size(), 0);
     for (const bool isTouch : {false, true}) {
@@ -195,7 +140,7 @@ void TestSignIn::pressesKeepItOpen()
 
 void TestSignIn::openPanelsAreCovered()
 {
-    show();
+    showPanel();
     signIn("42", "1234");
     QTRY_COMPARE(m_shown->all("signInButton").size(), 0);
     QVERIFY(desk().add(0));
@@ -210,7 +155,7 @@ void TestSignIn::openPanelsAreCovered()
 
 void TestSignIn::keysHearQuickTouches()
 {
-    show();
+    showPanel();
     Pointer pointer(m_shown->window(), true);
     for (int press = 0; press < 6; ++press)
         pointer.tap(middleOf(m_shown->item("key-5")));
