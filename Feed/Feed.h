@@ -49,6 +49,7 @@ struct FeedProduct
     QVector<int> validRoutes; ///< identifiers
     QVector<int> validMedia;  ///< types; see TariffMedium
     QVector<FeedTime> validTimes;
+    int validMinutes = 0; ///< from the sale on; 0 = not said. For people: on the ticket
 };
 
 /// One entry of the fare product catalogue: the arguments of FareProductsModel::addItem.
@@ -218,6 +219,7 @@ struct Feed
     QStringList supportedPassengerTypes;
     QVector<FeedProduct> products;
     QVector<FeedFareProduct> fareProducts;
+    double taxPercent = 0.0; ///< of the price without tax; prices include it. 0 = not said
     std::optional<FeedTripContext> trip;
     QVector<FeedVehicle> vehicles;
     QVector<FeedPeripheral> peripherals;

@@ -95,6 +95,7 @@ struct Fields<Document>
         Field{"name", &R::name, optional},
         Field{"currency", &R::currency, currencyRule},
         Field{"columns", &R::columns, optional.within(0, 1'000)},
+        Field{"taxPercent", &R::taxPercent, optional.within(0, 100)},
         Field{"supportedPassengerTypes", &R::supportedPassengerTypes, optional},
         Field{"products", &R::products, required},
         Field{"fareProducts", &R::fareProducts, optional},
@@ -131,6 +132,7 @@ struct Fields<FeedProduct>
         Field{"validRoutes", &R::validRoutes, networkIdsRule},
         Field{"validMedia", &R::validMedia, mediumRule},
         Field{"validTimes", &R::validTimes, optional},
+        Field{"validMinutes", &R::validMinutes, optional.within(0, 527'040)},
     };
 };
 

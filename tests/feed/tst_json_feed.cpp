@@ -178,12 +178,14 @@ void JsonFeedTest::everyKeyReachesItsField()
     QCOMPARE(feed.name, QStringLiteral("Every Key Lines"));
     QCOMPARE(feed.currency, QStringLiteral("EUR"));
     QCOMPARE(feed.columns, 5);
+    QCOMPARE(feed.taxPercent, 5.5);
     QCOMPARE(feed.supportedPassengerTypes, QStringList({"PT_ADULT", "PT_LFS"}));
     QCOMPARE(feed.products.size(), 1);
     const FeedProduct& restricted = feed.products.first();
     QCOMPARE(restricted.validZones, QVector<int>({32, 31}));
     QCOMPARE(restricted.validRoutes, QVector<int>({61}));
     QCOMPARE(restricted.validMedia, QVector<int>({0, 4}));
+    QCOMPARE(restricted.validMinutes, 90);
     const FeedTime& time = restricted.validTimes.first();
     QCOMPARE(time.days, QVector<int>({1, 7}));
     QCOMPARE(QStringList({time.begin, time.end, time.firstDate, time.lastDate}).join(' '),
@@ -228,6 +230,8 @@ void JsonFeedTest::whatIsLeftOutHasItsDefault()
     const Feed& feed = *result.feed;
     QCOMPARE(feed.name, QString());
     QCOMPARE(feed.columns, 0);
+    QCOMPARE(feed.taxPercent, 0.0);
+    QCOMPARE(feed.products.first().validMinutes, 0);
     QCOMPARE(dump(feed.products.first()), QStringLiteral("1|Adult|PT_ADULT||2.5|3|Single|0|4|"
                                                          "5||0|0|0|-1"));
     QCOMPARE(dump(feed.fareProducts.first()), QStringLiteral("1|D||2|0|0|0||||"));

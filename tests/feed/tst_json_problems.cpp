@@ -169,8 +169,8 @@ void JsonProblemsTest::problems_data()
          "2147483647"});
     row("unknown key with characters that pointers escape", document({}, R"(, "a/b~c": 1)"),
         {"feed.json:1: /a~1b~0c: unknown key, expected one of format, version, name, currency, "
-         "columns, supportedPassengerTypes, products, fareProducts, trip, vehicles, peripherals, "
-         "printerId, zReports, network"});
+         "columns, taxPercent, supportedPassengerTypes, products, fareProducts, trip, vehicles, "
+         "peripherals, printerId, zReports, network"});
     row("unknown key in a section", document({}, R"(, "trip": {"routeId": 1, "fromStopId": 1,
         "toStopId": 1, "currentStopId": 1, "tripsRouteId": 1, "tripsExecutionId": 1,
         "routeID": 2})"),
@@ -314,7 +314,8 @@ void JsonProblemsTest::problems_data()
         {"feed.json:2: /products/0/\\u001b[2J: unknown key, expected one of passengerTypeId, "
          "description, passengerTypeCode, icon, price, fareProductId, fareProductName, "
          "isReturnFee, fromStopGroupId, toStopGroupId, fareProductColor, hasExpired, "
-         "fareDiscount, isDaily, pos, validZones, validRoutes, validMedia, validTimes"});
+         "fareDiscount, isDaily, pos, validZones, validRoutes, validMedia, validTimes, "
+         "validMinutes"});
     row("bytes that are no UTF-8, and a problem beside them",
         document(product().replace("Adult", "Ad\xFFult") + ",\n" + product(", \"pos\": 1.5") +
                  ",\n" + product().replace("Single", "\xC3")),
