@@ -16,6 +16,7 @@ namespace
 
 constexpr int smallestSide = 320;
 constexpr int largestSide = 8192;
+constexpr int longestLock = 1440;
 
 std::optional<QSize> sizeOf(const QString& text)
 {
@@ -100,6 +101,10 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
                                "The operator's file of printer, card terminal and other devices. "
                                "Default: /etc/rivo-terminal/terminal.conf, if it exists.",
                                "file");
+    const auto lockAfter = option(
+        "lock-after", "Minutes without a press until a driver has to sign in again, 0 to 1440.",
+        "minutes", QStringLiteral("5"));
+    const auto vehicle = option("vehicle", "Name of the vehicle on tickets.", "name");
     const auto language = option("language", "Language of the screen: en or de.", "code");
     const auto night = option("night", "Start with dark colours.");
     const auto fullscreen = option("fullscreen", "Fill the screen.");
@@ -158,10 +163,15 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
             return complain(QStringLiteral("--time is HH:MM"));
         options.startTime = QTime(0, 0).secsTo(start);
     }
+    options.lockAfter = parser.value(lockAfter).toInt(&isNumber);
+    if (!isNumber || options.lockAfter < 0 || options.lockAfter > longestLock)
+        return complain(
+            QStringLiteral("--lock-after is a whole number from 0 to %1").arg(longestLock));
     options.screenshot = parser.value(screenshot);
     options.journal = parser.value(journal);
     options.drivers = parser.value(drivers);
     options.config = parser.value(config);
+    options.vehicle = parser.value(vehicle);
     options.language = parser.value(language);
     options.night = parser.isSet(night);
     options.fullscreen = parser.isSet(fullscreen);

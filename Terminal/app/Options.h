@@ -27,6 +27,8 @@ struct Options
     QString journal;    ///< file; empty = one in the user's data folder
     QString drivers;    ///< file; empty = no sign-in
     QString config;     ///< the operator's file; empty = the default file, if it exists
+    QString vehicle;    ///< its name on tickets; empty = as the configuration has it
+    int lockAfter = 5;  ///< minutes without a press; 0 = never
     QString language;   ///< "en", "de" ...; empty = the system's
     bool night = false;
     bool fullscreen = false;

@@ -84,6 +84,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
       m_trip(feed, fleet::Timetable(feed.network)),
       m_offers(m_feed, *m_trip.context(), [this] { return timeOfSale(); }),
+      m_details(feed, m_currency, m_trip, settings.config.vehicle),
       m_devices(m_peripherals, m_printer), m_catalogue(m_fareProducts, m_feed),
       m_desk(
           {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, m_printer, m_currency,
@@ -140,11 +141,7 @@ QDateTime Terminal::timeOfSale() const
 /// The basket stays as it is when other tickets are sold.
 void Terminal::followTrip()
 {
-    m_desk.setTicketDetails([this](sales::Ticket& ticket) {
-        ticket.fromStopName = m_trip.stopName();
-        ticket.routeName = m_trip.route();
-        ticket.vehicle = m_settings.config.vehicle;
-    });
+    m_desk.setTicketDetails([this](sales::Ticket& ticket) { m_details.fill(ticket); });
     const auto board = [this] { m_desk.setBoardingZones(m_offers.zones()); };
     board();
     connect(m_trip.context(), &feed::TripContext::currentStopIdChanged, this, board);

@@ -5,6 +5,7 @@
 #include "OfferDesk.h"
 #include "PaperDesk.h"
 #include "Presentation.h"
+#include "TicketDetails.h"
 #include "TripDesk.h"
 
 #include <AssetsModel.h>
@@ -123,6 +124,7 @@ private:
     TripDesk m_trip;
     OfferDesk m_offers;
     sales::SimulatedPrinter m_printer;
+    TicketDetails m_details;
     DeviceDesk m_devices;
     CatalogueDesk m_catalogue;
     sales::Journal m_journal;

@@ -58,6 +58,7 @@ Terminal::Settings settingsOf(const Options& options)
     settings.night = options.night;
     settings.pace = options.timeScale;
     settings.startTime = options.startTime;
+    settings.idleTime = options.lockAfter * 60000;
     return settings;
 }
 
@@ -175,6 +176,8 @@ int main(int argc, char* argv[])
     Terminal::Settings settings = settingsOf(*options);
     settings.drivers = *drivers.drivers;
     settings.config = *config.config;
+    if (!options->vehicle.isEmpty())
+        settings.config.vehicle = options->vehicle;
     if (settings.journalFile.isEmpty())
         settings.journalFile = ownJournal(result.feed->currency);
     QDir().mkpath(QFileInfo(settings.journalFile).absolutePath());

@@ -19,6 +19,8 @@ private slots:
     void helpAndVersion();
     void brokenFeedIsShownAndNamed();
     void brokenConfigurationIsShownAndNamed();
+    void driversSignIn();
+    void driversThatCannotBeRead();
     void pictureThatCannotBeWritten();
     void languages();
     void logIsWrittenWhenAskedFor();
@@ -34,6 +36,8 @@ private:
     Result run(const QStringList& arguments) const;
     /// With a feed, a journal, and a picture to save.
     Result shoot(const QStringList& arguments, const QString& picture = "page.png") const;
+    /// A file of one driver.
+    QString drivers(int iterations);
     static QString feed() { return EXAMPLE_FEEDS "/coast-line.json"; }
 
     QTemporaryDir m_folder;
@@ -116,6 +120,10 @@ void TestTerminalProgram::wrongCommandLines_data()
     for (const QString time : {"x", "24:00", "8", "08:60"})
         QTest::newRow(qPrintable("time " + time))
             << good + QStringList{"--time", time} << "--time is HH:MM";
+    for (const QString minutes : {"x", "-1", "1441", "2.5"})
+        QTest::newRow(qPrintable("lock after " + minutes))
+            << good + QStringList{"--lock-after", minutes}
+            << "--lock-after is a whole number from 0 to 1440";
     QTest::newRow("half a rider category") << good + QStringList{"--rider-category", "a="}
                                            << "--rider-category: \"a=\", expected ID=PT_X";
 }
@@ -160,6 +168,46 @@ void TestTerminalProgram::brokenConfigurationIsShownAndNamed()
     QCOMPARE(result.error.count('\n'), 1);
     QCOMPARE(result.exitCode, 2);
     QVERIFY(!QImage(m_folder.filePath("config-problems.png")).isNull());
+}
+
+QString TestTerminalProgram::drivers(int iterations)
+{
+    const QString name = m_folder.filePath("drivers.json");
+    QFile file(name);
+    const QString entry(R"({"drivers": [{"number": 42, "name": "A. Nowak", "iterations": %1,
+                            "salt": "0f1e2d3c4b5a6978", "hash": "%2"}]})");
+    if (!file.open(QIODevice::WriteOnly) ||
+        file.write(entry.arg(iterations).arg(QString(64, 'a')).toUtf8()) < 0)
+        qFatal("%s cannot be written", qPrintable(name));
+    return name;
+}
+
+void TestTerminalProgram::driversSignIn()
+{
+    const QString picture = m_folder.filePath("page.png");
+    const QString size = "800x480";
+    QCOMPARE(shoot({"--size", size, "--time-scale", "0", "--time", "08:00"}).exitCode, 0);
+    const QImage open(picture);
+    const Result result =
+        shoot({"--size", size, "--time-scale", "0", "--time", "08:00", "--drivers", drivers(600000),
+               "--lock-after", "0", "--vehicle", "MR 4711"});
+    QCOMPARE(result.error, QString());
+    QCOMPARE(result.exitCode, 0);
+    const QImage locked(picture);
+    QCOMPARE(locked.size(), open.size());
+    // The panel covers everything, also the navigation at the left and the status line.
+    const QRgb background = locked.pixel(2, 2);
+    for (const QPoint place : {QPoint(30, 30), QPoint(40, 300), QPoint(790, 20), QPoint(5, 475)})
+        QCOMPARE(locked.pixel(place), background);
+    QVERIFY(open.pixel(5, 475) != open.pixel(790, 20));
+}
+
+void TestTerminalProgram::driversThatCannotBeRead()
+{
+    const Result result = shoot({"--drivers", drivers(1)});
+    QVERIFY2(result.error.contains("iterations"), qPrintable(result.error));
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.exitCode, 2);
 }
 
 void TestTerminalProgram::pictureThatCannotBeWritten()

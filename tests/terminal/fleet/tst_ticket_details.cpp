@@ -1,0 +1,118 @@
+#include "TestNetwork.h"
+
+#include <Feed.h>
+#include <TicketDetails.h>
+#include <TripDesk.h>
+
+#include <QtTest>
+
+using namespace rivo;
+using terminal::TicketDetails;
+
+/// What the paper of a ticket says besides its tile.
+class TestTicketDetails : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom)); }
+    void stopRouteAndVehicle();
+    void nothingIsInvented();
+    void validity_data();
+    void validity();
+    void tax_data();
+    void tax();
+
+private:
+    static sales::Ticket filled(const feed::Feed& feed, sales::Ticket ticket,
+                                const QString& vehicle = {})
+    {
+        const terminal::TripDesk trip(feed, fleet::Timetable(feed.network));
+        TicketDetails(feed, sales::Currency("EUR", 2), trip, vehicle).fill(ticket);
+        return ticket;
+    }
+};
+
+void TestTicketDetails::stopRouteAndVehicle()
+{
+    feed::Feed feed;
+    feed.network = TestNetwork().trip("50", "5", {"4 8:00:00", "1 8:30:00"});
+    const sales::Ticket ticket = filled(feed, {}, "MR 4711");
+    QCOMPARE(ticket.fromStopName, QString("Stop 4"));
+    QCOMPARE(ticket.routeName, QString("5 to Stop 1"));
+    QCOMPARE(ticket.vehicle, QString("MR 4711"));
+}
+
+void TestTicketDetails::nothingIsInvented()
+{
+    sales::Ticket sold;
+    sold.price = 1000;
+    const sales::Ticket ticket = filled({}, sold);
+    QCOMPARE(ticket.fromStopName, QString());
+    QCOMPARE(ticket.routeName, QString());
+    QCOMPARE(ticket.vehicle, QString());
+    QCOMPARE(ticket.validity, QString());
+    QCOMPARE(ticket.tax, QString());
+}
+
+void TestTicketDetails::validity_data()
+{
+    QTest::addColumn<int>("product");
+    QTest::addColumn<int>("passengerType");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("as the feed says it") << 1 << 1 << "60 minute(s)";
+    QTest::newRow("of the passenger type") << 1 << 2 << "30 minute(s)";
+    QTest::newRow("of another product") << 2 << 1 << "90 minute(s)";
+    QTest::newRow("not said") << 3 << 1 << "";
+    QTest::newRow("unknown product") << 9 << 1 << "";
+}
+
+void TestTicketDetails::validity()
+{
+    QFETCH(int, product);
+    QFETCH(int, passengerType);
+    QFETCH(QString, text);
+    feed::Feed feed;
+    for (const auto& [id, type, minutes] :
+         {std::tuple(1, 1, 60), {1, 2, 30}, {2, 1, 90}, {3, 1, 0}}) {
+        feed::FeedProduct entry;
+        entry.fareProductId = id;
+        entry.passengerTypeId = type;
+        entry.validMinutes = minutes;
+        feed.products.append(entry);
+    }
+    sales::Ticket sold;
+    sold.fareProductId = product;
+    sold.passengerTypeId = passengerType;
+    QCOMPARE(filled(feed, sold).validity, text);
+}
+
+void TestTicketDetails::tax_data()
+{
+    QTest::addColumn<double>("percent");
+    QTest::addColumn<int>("price");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("of a whole percentage")
+        << 10.0 << 1100 << QString::fromUtf8("Includes 10% VAT: €1.00");
+    QTest::newRow("of a part of a percentage")
+        << 5.5 << 1055 << QString::fromUtf8("Includes 5.5% VAT: €0.55");
+    QTest::newRow("is rounded to the nearest")
+        << 19.0 << 140 << QString::fromUtf8("Includes 19% VAT: €0.22");
+    QTest::newRow("of nothing") << 19.0 << 0 << QString::fromUtf8("Includes 19% VAT: €0.00");
+    QTest::newRow("not said") << 0.0 << 140 << "";
+}
+
+void TestTicketDetails::tax()
+{
+    QFETCH(double, percent);
+    QFETCH(int, price);
+    QFETCH(QString, text);
+    feed::Feed feed;
+    feed.taxPercent = percent;
+    sales::Ticket sold;
+    sold.price = price;
+    QCOMPARE(filled(feed, sold).tax, text);
+}
+
+QTEST_GUILESS_MAIN(TestTicketDetails)
+#include "tst_ticket_details.moc"
