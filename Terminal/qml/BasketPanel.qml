@@ -63,6 +63,7 @@ Rectangle {
         anchors.bottom: footer.top
         anchors.left: parent.left
         anchors.right: parent.right
+        visible: !inDoubt.visible
         clip: true
         model: root.tickets
         boundsBehavior: Flickable.StopAtBounds
@@ -87,6 +88,19 @@ Rectangle {
             text: qsTr("Tap a tile to add a ticket")
             color: Theme.mutedText
         }
+    }
+    Connections {
+        target: root.tickets
+        function onDataChanged(first) {
+            if (!root.isSelling) // it is being printed
+                lines.positionViewAtIndex(first["row"], ListView.Contain)
+        }
+    }
+    TicketsInDoubt {
+        id: inDoubt
+
+        anchors.fill: lines
+        tickets: root.desk.interruptedSale
     }
     Column {
         id: footer

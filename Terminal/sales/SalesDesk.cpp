@@ -80,6 +80,7 @@ void SalesDesk::restore(double maxDebt)
     basketChanged();
     emit obstacleChanged();
     if (!m_toPrint->isEmpty()) {
+        m_wasInterrupted = true;
         setState(Interrupted);
         emit ticketsInDoubtChanged();
     }
@@ -393,6 +394,8 @@ void SalesDesk::ticketPrinted()
     if (!m_journal.markPrinted(m_toPrint->nextNumber()))
         emit obstacleChanged(); // the paper is out, and the rest has been paid: go on
     m_toPrint->nextIsOut();
+    if (m_wasInterrupted)
+        emit ticketsInDoubtChanged();
     printNext();
 }
 
@@ -434,6 +437,8 @@ bool SalesDesk::printTicketsInDoubt()
 void SalesDesk::finishSale()
 {
     emptyBasket();
+    if (std::exchange(m_wasInterrupted, false))
+        emit ticketsInDoubtChanged();
     setState(Selling);
     emit saleFinished();
 }

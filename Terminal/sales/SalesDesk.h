@@ -62,6 +62,7 @@ class SalesDesk : public QObject
     Q_PROPERTY(bool locked READ isLocked NOTIFY lockedChanged)
     Q_PROPERTY(int ticketsInDoubt READ ticketsInDoubt NOTIFY ticketsInDoubtChanged)
     Q_PROPERTY(QString firstTicketInDoubt READ firstTicketInDoubt NOTIFY ticketsInDoubtChanged)
+    Q_PROPERTY(QVariantList interruptedSale READ interruptedSale NOTIFY ticketsInDoubtChanged)
 
 public:
     enum State {
@@ -138,6 +139,10 @@ public:
     int ticketsInDoubt() const;
     /// Number of the first of them, as it is on the paper; empty if there is none.
     QString firstTicketInDoubt() const;
+
+    /// The tickets of an interrupted sale that were in doubt at the start, until all are printed:
+    /// maps of numberText, product, passenger, priceText and isOut. Empty otherwise.
+    QVariantList interruptedSale() const;
 
     /// Zones of the stop where tickets begin that are added from now on; none = that of the tile.
     void setBoardingZones(const QVector<int>& zones) { m_boardingZones = zones; }
@@ -295,7 +300,8 @@ private:
     qint64 m_driver = 0;
     QString m_driverName;
     bool m_isLocked = false;
-    PrintJob m_extraJob; ///< what is being printed in state Copying
+    bool m_wasInterrupted = false; ///< the sale whose tickets are printed
+    PrintJob m_extraJob;           ///< what is being printed in state Copying
     std::unique_ptr<PrintQueue> m_toPrint;
     std::unique_ptr<ShiftBook> m_shifts;
 };

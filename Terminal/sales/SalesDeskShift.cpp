@@ -74,6 +74,21 @@ QVector<qint64> remainingTickets(const QVector<PastTicket>& tickets)
 
 // Past sales.
 
+QVariantList SalesDesk::interruptedSale() const
+{
+    QVariantList maps;
+    const int outCount = m_tickets.size() - m_toPrint->size();
+    for (int i = 0; m_wasInterrupted && i < m_tickets.size(); ++i) {
+        const Ticket& ticket = m_tickets.at(i);
+        maps.append(QVariantMap{{QStringLiteral("numberText"), ticketNumberText(ticket.number)},
+                                {QStringLiteral("product"), ticket.fareProductName},
+                                {QStringLiteral("passenger"), ticket.description},
+                                {QStringLiteral("priceText"), m_currency.text(ticket.price)},
+                                {QStringLiteral("isOut"), i < outCount}});
+    }
+    return maps;
+}
+
 bool SalesDesk::mayVoid(const PastSale& sale, qint64 newest) const
 {
     // A clock that was set back makes the age negative: nothing is known then.

@@ -50,7 +50,7 @@ void TestReports::theFiguresAreShownAndPrinted()
     m_shown->tap("figuresButton");
     QTRY_COMPARE(m_shown->all("paper").size(), 1);
     QCOMPARE(m_shown->item("paper")->property("status").toInt(), 1); // it is loaded
-    QVERIFY(!paper().report); // nothing but tickets so far
+    QVERIFY(!paper().report);                                        // nothing but tickets so far
     m_shown->tap("printReport");
     QTRY_COMPARE(m_shown->text("paperNotice"), QString("Printed"));
     QVERIFY(paper().report);

@@ -1,0 +1,138 @@
+#include "PageTest.h"
+
+/// A terminal that stopped while it printed paid tickets: which they are, and what became of them.
+class TestTicketsInDoubt : public PageTest
+{
+    Q_OBJECT
+
+private slots:
+    void theyAreShownWithTheirNumbers();
+    void theListFollowsTheAnswers();
+    void theListFollowsThePrinter();
+    void theBasketFollowsThePrinter();
+    void aSaleThatWasNotInterruptedHasNone();
+
+private:
+    static constexpr int soldTickets = 12;
+
+    void start() override;
+    void stopWhilePrinting();
+    void confirmFirst();
+    /// Numbers that are in sight as a whole.
+    QStringList numbersInView();
+    static QString number(int ticket) { return QString("%1").arg(ticket, 6, 10, QChar('0')); }
+};
+
+void TestTicketsInDoubt::start()
+{
+    show(exampleFeed("coast-line"), "sell",
+         [](rivo::terminal::Terminal::Settings& settings) { settings.ticketTime = 150; });
+    for (int i = 0; i < soldTickets; ++i)
+        QVERIFY(desk().add(i % 4));
+}
+
+void TestTicketsInDoubt::stopWhilePrinting()
+{
+    m_shown->tap("payCash");
+    QTRY_COMPARE(m_shown->terminal().printer().lastPrinted().has_value(), true);
+    m_shown->restart();
+    m_shown->window()->grabWindow();
+}
+
+void TestTicketsInDoubt::confirmFirst()
+{
+    m_shown->tap("confirmDoubt");
+    m_shown->tap("confirmButton");
+    QTRY_COMPARE(m_shown->all("confirmButton").size(), 0);
+    m_shown->window()->grabWindow();
+}
+
+QStringList TestTicketsInDoubt::numbersInView()
+{
+    QStringList numbers;
+    QQuickItem* list = m_shown->item("ticketsInDoubt");
+    if (list == nullptr)
+        return numbers;
+    for (QQuickItem* text : m_shown->all("doubtNumber")) {
+        const QRectF place = text->mapRectToItem(list, text->boundingRect());
+        if (list->boundingRect().contains(place) && !text->property("truncated").toBool())
+            numbers.append(text->property("text").toString());
+    }
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
+}
+
+void TestTicketsInDoubt::theyAreShownWithTheirNumbers()
+{
+    stopWhilePrinting();
+    const QString first = desk().firstTicketInDoubt();
+    QVERIFY(first.toInt() > 1);
+    QCOMPARE(desk().interruptedSale().size(), soldTickets + 1 - first.toInt());
+    QVERIFY(m_shown->item("ticketsInDoubt") != nullptr);
+    QTRY_COMPARE(numbersInView().value(0), first);
+    QVERIFY(numbersInView().size() >= 2);
+    QVERIFY(m_shown->all("basketLines").isEmpty());
+    QVERIFY(!m_shown->item("doubtText")->property("truncated").toBool());
+    QVERIFY(m_shown->item("ticketsInDoubt")->height() > 0);
+}
+
+void TestTicketsInDoubt::theListFollowsTheAnswers()
+{
+    stopWhilePrinting();
+    while (desk().ticketsInDoubt() > 2) {
+        const QString first = desk().firstTicketInDoubt();
+        QTRY_VERIFY2(numbersInView().contains(first), qPrintable(numbersInView().join(' ')));
+        confirmFirst();
+        QVERIFY(desk().interruptedSale().size() > desk().ticketsInDoubt());
+    }
+    QTRY_VERIFY(numbersInView().contains(number(soldTickets - 1)));
+    confirmFirst();
+    confirmFirst();
+    QTRY_COMPARE(desk().state(), SalesDesk::Selling);
+    QVERIFY(m_shown->all("ticketsInDoubt").isEmpty());
+    QCOMPARE(m_shown->all("basketLines").size(), 1);
+}
+
+void TestTicketsInDoubt::theListFollowsThePrinter()
+{
+    stopWhilePrinting();
+    m_shown->tap("printDoubts");
+    m_shown->tap("confirmButton");
+    int last = 0;
+    while (desk().state() == SalesDesk::Printing) {
+        const auto printed = m_shown->terminal().printer().lastPrinted();
+        const int next = printed ? static_cast<int>(printed->ticket.number) + 1 : 0;
+        QCoreApplication::processEvents();
+        if (next > last && next < soldTickets && !numbersInView().contains(number(next)))
+            m_shown->window()->grabWindow(); // the list is laid out
+        if (next > last && next < soldTickets && desk().state() == SalesDesk::Printing)
+            QVERIFY2(numbersInView().contains(number(next)), qPrintable(number(next)));
+        last = next;
+        QTest::qWait(20);
+    }
+    QCOMPARE(last, soldTickets);
+    QVERIFY(m_shown->all("ticketsInDoubt").isEmpty());
+    QCOMPARE(desk().interruptedSale(), QVariantList());
+}
+
+void TestTicketsInDoubt::theBasketFollowsThePrinter()
+{
+    QQuickItem* list = m_shown->item("basketLines");
+    QMetaObject::invokeMethod(list, "positionViewAtBeginning");
+    m_shown->tap("payCash");
+    QTRY_VERIFY(m_shown->terminal().printer().lastPrinted().has_value() &&
+                m_shown->terminal().printer().lastPrinted()->ticket.number >= soldTickets - 2);
+    QVERIFY(list->property("contentY").toReal() - list->property("originY").toReal() > 0);
+    QTRY_COMPARE(desk().state(), SalesDesk::Selling);
+}
+
+void TestTicketsInDoubt::aSaleThatWasNotInterruptedHasNone()
+{
+    m_shown->tap("payCash");
+    QCOMPARE(desk().interruptedSale(), QVariantList());
+    QVERIFY(m_shown->all("ticketsInDoubt").isEmpty());
+    QTRY_COMPARE(desk().state(), SalesDesk::Selling);
+}
+
+QTEST_MAIN(TestTicketsInDoubt)
+#include "tst_tickets_in_doubt.moc"
