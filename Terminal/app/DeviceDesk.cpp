@@ -18,8 +18,9 @@ bool looksLikePrinter(const PeripheralItem& device)
 
 } // namespace
 
-DeviceDesk::DeviceDesk(PeripheralsModel& devices, sales::SimulatedPrinter& printer, QObject* parent)
-    : QObject(parent), m_devices(devices), m_printer(printer)
+DeviceDesk::DeviceDesk(PeripheralsModel& devices, sales::TicketPrinter& printer, QObject* parent)
+    : QObject(parent), m_devices(devices), m_printer(printer),
+      m_simulated(qobject_cast<sales::SimulatedPrinter*>(&printer))
 {
 }
 
@@ -52,6 +53,11 @@ void DeviceDesk::findPrinter(std::optional<int> id)
     for (int row = 0; row < m_devices.rowCount(); ++row)
         connect(device(row), &PeripheralItem::dataChanged, this, &DeviceDesk::deviceChanged);
     connect(&m_devices, &PeripheralsModel::rowsRemoved, this, &DeviceDesk::deviceChanged);
+    if (m_simulated == nullptr) {
+        connect(&m_printer, &sales::TicketPrinter::faultChanged, this, &DeviceDesk::showPrinter);
+        connect(&m_printer, &sales::TicketPrinter::noticeChanged, this, &DeviceDesk::showPrinter);
+        showPrinter();
+    }
     deviceChanged();
 }
 
@@ -59,11 +65,8 @@ void DeviceDesk::deviceChanged()
 {
     if (!m_devices.indexFromItem(m_printerDevice).isValid())
         m_printerDevice.clear(); // removed, and about to be destroyed
-    const bool isFaulty = m_printerDevice.isNull() || m_printerDevice->error();
-    const QString state = m_printerDevice.isNull() ? QString() : m_printerDevice->stateStr();
-    m_printer.setFault(!isFaulty         ? QString()
-                       : state.isEmpty() ? tr("no report from the printer")
-                                         : state);
+    if (m_simulated != nullptr)
+        controlPrinter();
     int faults = 0;
     for (int row = 0; row < m_devices.rowCount(); ++row)
         faults += device(row)->error() ? 1 : 0;
@@ -73,6 +76,27 @@ void DeviceDesk::deviceChanged()
     emit faultsChanged();
 }
 
+void DeviceDesk::controlPrinter()
+{
+    const bool isFaulty = m_printerDevice.isNull() || m_printerDevice->error();
+    const QString state = m_printerDevice.isNull() ? QString() : m_printerDevice->stateStr();
+    m_simulated->setFault(!isFaulty         ? QString()
+                          : state.isEmpty() ? tr("no report from the printer")
+                                            : state);
+}
+
+void DeviceDesk::showPrinter()
+{
+    if (m_printerDevice.isNull())
+        return;
+    if (!m_printer.fault().isEmpty())
+        write(*m_printerDevice, Fault, m_printer.fault());
+    else if (!m_printer.notice().isEmpty())
+        write(*m_printerDevice, Warning, m_printer.notice());
+    else
+        write(*m_printerDevice, Ready, tr("Ready"));
+}
+
 int DeviceDesk::faults() const { return m_faults; }
 
 bool DeviceDesk::isPrinter(int row) const
@@ -80,21 +104,27 @@ bool DeviceDesk::isPrinter(int row) const
     return m_printerDevice != nullptr && device(row) == m_printerDevice;
 }
 
+bool DeviceDesk::isReal(int row) const { return m_simulated == nullptr && isPrinter(row); }
+
 bool DeviceDesk::report(int row, DeviceDesk::Event event, const QString& text)
 {
-    PeripheralItem* device = this->device(row);
-    if (device == nullptr)
+    if (device(row) == nullptr || isReal(row))
         return false;
+    write(*device(row), event, text);
+    return true;
+}
+
+void DeviceDesk::write(PeripheralItem& device, Event event, const QString& text)
+{
     // Signals follow every step: a fault is gone before its text is, and there after it.
     if (event != Fault)
-        device->setError(false);
-    device->setStateStr(text);
-    device->setDeviceState(event);
-    device->setBlueWarning(event == Notice);
-    device->setYellowWarning(event == Warning);
-    device->setWarning(event == SeriousWarning);
-    device->setError(event == Fault);
-    return true;
+        device.setError(false);
+    device.setStateStr(text);
+    device.setDeviceState(event);
+    device.setBlueWarning(event == Notice);
+    device.setYellowWarning(event == Warning);
+    device.setWarning(event == SeriousWarning);
+    device.setError(event == Fault);
 }
 
 } // namespace rivo::terminal

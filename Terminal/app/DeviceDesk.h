@@ -12,13 +12,15 @@ class PeripheralsModel;
 namespace rivo::sales
 {
 class SimulatedPrinter;
-}
+class TicketPrinter;
+} // namespace rivo::sales
 
 namespace rivo::terminal
 {
 
-/// Events of the terminal's devices, by hand instead of by wire; and the printer's row, which says
-/// whether the simulated printer can print.
+/// The terminal's devices. Real ones report by themselves; of the others events are made by hand.
+/// The row of a simulated printer decides whether it can print; the row of a real printer shows
+/// what the printer reports.
 class DeviceDesk : public QObject
 {
     Q_OBJECT
@@ -35,8 +37,7 @@ public:
     Q_ENUM(Event)
 
     /// Both outlive the desk.
-    DeviceDesk(PeripheralsModel& devices, sales::SimulatedPrinter& printer,
-               QObject* parent = nullptr);
+    DeviceDesk(PeripheralsModel& devices, sales::TicketPrinter& printer, QObject* parent = nullptr);
 
     /// Watches the devices that are there now. The printer is the first device with the id `id`. If
     /// that is not given, or there is none, it is the first one with the icon
@@ -49,7 +50,11 @@ public:
     /// False for no such row.
     Q_INVOKABLE bool isPrinter(int row) const;
 
-    /// What the device of `row` reports: flags, state number and text. False for no such row.
+    /// Whether the device of a row reports by itself. False for no such row.
+    Q_INVOKABLE bool isReal(int row) const;
+
+    /// What the device of `row` reports: flags, state number and text. False for no such row, and
+    /// for a device that reports by itself.
     Q_INVOKABLE bool report(int row, rivo::terminal::DeviceDesk::Event event, const QString& text);
 
 signals:
@@ -59,9 +64,13 @@ private:
     PeripheralItem* device(int row) const;
     PeripheralItem* firstDevice(const std::function<bool(const PeripheralItem&)>& isWanted) const;
     void deviceChanged();
+    void controlPrinter();
+    void showPrinter();
+    static void write(PeripheralItem& device, Event event, const QString& text);
 
     PeripheralsModel& m_devices;
-    sales::SimulatedPrinter& m_printer;
+    sales::TicketPrinter& m_printer;
+    sales::SimulatedPrinter* const m_simulated; ///< null for a real printer
     QPointer<PeripheralItem> m_printerDevice;
     int m_faults = 0;
 };

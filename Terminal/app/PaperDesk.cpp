@@ -2,7 +2,7 @@
 
 #include <PaperPicture.h>
 #include <SalesDesk.h>
-#include <SimulatedPrinter.h>
+#include <TicketPrinter.h>
 
 #include <QMap>
 #include <QMutex>
@@ -36,7 +36,7 @@ private:
     int m_last = 0;
 };
 
-PaperDesk::PaperDesk(sales::SalesDesk& desk, const sales::SimulatedPrinter& printer,
+PaperDesk::PaperDesk(sales::SalesDesk& desk, const sales::TicketPrinter& printer,
                      const ticket::PaperContext& context, QObject* parent)
     : QObject(parent), m_desk(desk), m_printer(printer), m_context(context),
       m_pictures(std::make_shared<Pictures>())

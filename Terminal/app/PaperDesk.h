@@ -13,7 +13,7 @@ class QQuickImageProvider;
 namespace rivo::sales
 {
 class SalesDesk;
-class SimulatedPrinter;
+class TicketPrinter;
 } // namespace rivo::sales
 
 namespace rivo::terminal
@@ -30,7 +30,7 @@ public:
     static constexpr int mostPictures = 8;
 
     /// Both outlive the desk.
-    PaperDesk(sales::SalesDesk& desk, const sales::SimulatedPrinter& printer,
+    PaperDesk(sales::SalesDesk& desk, const sales::TicketPrinter& printer,
               const ticket::PaperContext& context, QObject* parent = nullptr);
     ~PaperDesk() override;
 
@@ -47,7 +47,7 @@ private:
     QUrl show(const std::optional<sales::PrintJob>& job);
 
     sales::SalesDesk& m_desk;
-    const sales::SimulatedPrinter& m_printer;
+    const sales::TicketPrinter& m_printer;
     const ticket::PaperContext m_context;
     const std::shared_ptr<Pictures> m_pictures;
 };

@@ -12,6 +12,7 @@ Item {
     required property Presentation presentation
     readonly property DeviceCard current: devices.currentItem
     readonly property bool isPrinter: desk.isPrinter(devices.currentIndex)
+    readonly property bool isReal: desk.isReal(devices.currentIndex)
 
     GridView {
         id: devices
@@ -65,13 +66,15 @@ Item {
             anchors.top: title.bottom
             x: 2 * Theme.gap
             width: parent.width - 4 * Theme.gap
-            text: qsTr("Simulated: choose what it reports.")
+            text: root.isReal ? qsTr("Connected: it reports by itself.")
+                              : qsTr("Simulated: choose what it reports.")
             wrapMode: Text.Wrap
             font.pixelSize: Theme.smallText
             color: Theme.mutedText
         }
         Flickable {
             objectName: "deviceEvents"
+            visible: !root.isReal
             anchors.top: hint.bottom
             anchors.topMargin: Theme.gap
             anchors.bottom: parent.bottom

@@ -136,6 +136,7 @@ struct PrintJob
     Ticket ticket;
     int copy = 0; ///< 0 = the original, 1 = its first copy
     std::optional<ShiftReport> report;
+    bool opensDrawer = false; ///< money goes into the cash drawer, or change comes out of it
 };
 
 } // namespace rivo::sales

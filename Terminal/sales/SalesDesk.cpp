@@ -3,7 +3,7 @@
 #include "PrintQueue_p.h"
 #include "SalesTexts_p.h"
 #include "ShiftBook_p.h"
-#include "SimulatedPrinter.h"
+#include "TicketPrinter.h"
 
 #include <FareProductItem.h>
 #include <FareProductsModel.h>
@@ -45,7 +45,7 @@ QVector<Ticket> withNamedExecutions(QVector<Ticket> tickets)
 
 } // namespace
 
-SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrinter& printer,
+SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, TicketPrinter& printer,
                      const Currency& currency, ZoneName zoneName, feed::TripContext& trip,
                      QObject* parent)
     : QObject(parent), m_models(models), m_journal(journal), m_printer(printer),
@@ -53,14 +53,10 @@ SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrint
       m_toPrint(std::make_unique<PrintQueue>(m_models.basket)),
       m_shifts(std::make_unique<ShiftBook>(m_models.zReports, m_journal, m_currency))
 {
-    connect(&m_printer, &SimulatedPrinter::printed, this, &SalesDesk::ticketPrinted);
-    connect(&m_printer, &SimulatedPrinter::failed, this, [this] {
-        if (m_state == Copying)
-            endExtra(false);
-        else
-            printNext();
-    });
-    connect(&m_printer, &SimulatedPrinter::faultChanged, this, [this] {
+    connect(&m_printer, &TicketPrinter::printed, this, &SalesDesk::ticketPrinted);
+    connect(&m_printer, &TicketPrinter::failed, this, &SalesDesk::ticketFailed);
+    connect(&m_printer, &TicketPrinter::inDoubt, this, &SalesDesk::ticketBecameDoubtful);
+    connect(&m_printer, &TicketPrinter::faultChanged, this, [this] {
         emit obstacleChanged();
         if (m_state == WaitingForPrinter)
             printNext();
@@ -81,6 +77,7 @@ void SalesDesk::restore(double maxDebt)
     emit obstacleChanged();
     if (!m_toPrint->isEmpty()) {
         m_wasInterrupted = true;
+        m_ticketsInDoubt = m_toPrint->size();
         setState(Interrupted);
         emit ticketsInDoubtChanged();
     }
@@ -309,7 +306,7 @@ void SalesDesk::showBadges()
     }
 }
 
-// Payment and printing.
+// Payment.
 
 bool SalesDesk::pay(SalesDesk::Payment payment)
 {
@@ -341,6 +338,7 @@ bool SalesDesk::sell(const rivo::sales::Payment& payment)
         return refuseByJournal();
     setState(Printing); // before anything is announced: a slot cannot sell it again
     m_tickets = *sold;
+    m_isDrawerDue = payment.method == PayMethod::Cash;
     m_toPrint->fill(m_tickets);
     updateRunningShift();
     const QVariantList newest = pastSales(0, 1);
@@ -370,77 +368,6 @@ QVariantMap SalesDesk::changeFor(double given) const
             {QStringLiteral("change"), static_cast<double>(std::max(Minor(0), change))},
             {QStringLiteral("changeText"), m_currency.text(std::max(Minor(0), change))},
             {QStringLiteral("pieces"), pieces}};
-}
-
-void SalesDesk::printNext()
-{
-    if (m_state == Interrupted || (m_state == Selling && m_toPrint->isEmpty()))
-        return; // the printer worked for someone else
-    if (m_toPrint->isEmpty())
-        return finishSale();
-    if (!m_printer.fault().isEmpty())
-        return setState(WaitingForPrinter);
-    setState(Printing);
-    m_toPrint->acceptNext();
-    m_printer.print({m_tickets.at(m_tickets.size() - m_toPrint->size()), 0, std::nullopt});
-}
-
-void SalesDesk::ticketPrinted()
-{
-    if (m_state == Copying)
-        return endExtra(true);
-    if (m_toPrint->isEmpty() || m_state == Interrupted)
-        return;
-    if (!m_journal.markPrinted(m_toPrint->nextNumber()))
-        emit obstacleChanged(); // the paper is out, and the rest has been paid: go on
-    m_toPrint->nextIsOut();
-    if (m_wasInterrupted)
-        emit ticketsInDoubtChanged();
-    printNext();
-}
-
-int SalesDesk::ticketsInDoubt() const { return m_state == Interrupted ? m_toPrint->size() : 0; }
-
-QString SalesDesk::firstTicketInDoubt() const
-{
-    return ticketsInDoubt() > 0 ? ticketNumberText(m_toPrint->nextNumber()) : QString();
-}
-
-bool SalesDesk::confirmTicketInDoubt()
-{
-    if (m_isLocked)
-        return refuse(tr("Sign in first."));
-    if (m_state != Interrupted)
-        return refuse(tr("There is no ticket in doubt."));
-    if (!m_journal.markPrinted(m_toPrint->nextNumber()))
-        return refuseByJournal();
-    m_toPrint->acceptNext();
-    m_toPrint->nextIsOut();
-    emit ticketsInDoubtChanged();
-    if (m_toPrint->isEmpty())
-        finishSale();
-    return true;
-}
-
-bool SalesDesk::printTicketsInDoubt()
-{
-    if (m_isLocked)
-        return refuse(tr("Sign in first."));
-    if (m_state != Interrupted)
-        return refuse(tr("There is no ticket in doubt."));
-    setState(Printing);
-    emit ticketsInDoubtChanged();
-    printNext();
-    return true;
-}
-
-void SalesDesk::finishSale()
-{
-    emptyBasket();
-    if (std::exchange(m_wasInterrupted, false))
-        emit ticketsInDoubtChanged();
-    setState(Selling);
-    emit saleFinished();
 }
 
 } // namespace rivo::sales

@@ -29,7 +29,7 @@ namespace rivo::sales
 
 class PrintQueue;
 class ShiftBook;
-class SimulatedPrinter;
+class TicketPrinter;
 
 /// The models that show a sale; all outlive the desk. Only the desk adds, removes and orders rows
 /// of the basket, and it reads none of them: the tickets are its own.
@@ -69,7 +69,7 @@ public:
         Selling,           ///< the basket may be changed and paid
         Printing,          ///< paid; tickets are being printed one by one
         WaitingForPrinter, ///< paid; the printer has to recover first
-        Interrupted,       ///< paid, and the terminal stopped before all was noted as printed
+        Interrupted,       ///< paid, and it is not known whether a ticket is out
         Copying            ///< a copy or a report is being printed; the basket stays as it is
     };
     Q_ENUM(State)
@@ -97,7 +97,7 @@ public:
 
     /// `journal` as it was opened, with or without a fault. `trip` is the trip context of every
     /// ticket; it outlives the desk.
-    SalesDesk(const SalesModels& models, Journal& journal, SimulatedPrinter& printer,
+    SalesDesk(const SalesModels& models, Journal& journal, TicketPrinter& printer,
               const Currency& currency, ZoneName zoneName, feed::TripContext& trip,
               QObject* parent = nullptr);
     ~SalesDesk() override;
@@ -135,12 +135,14 @@ public:
     /// empty before. It stays until the next one.
     QVariantMap lastSale() const { return m_lastSale; }
 
-    /// Tickets of an interrupted sale that may be out or not; 0 in every other state.
+    /// Tickets that may be out or not; 0 in every state but Interrupted. After a stop of the
+    /// terminal all that were not noted as printed, after a fault of the printer a single one.
     int ticketsInDoubt() const;
     /// Number of the first of them, as it is on the paper; empty if there is none.
     QString firstTicketInDoubt() const;
 
-    /// The tickets of an interrupted sale that were in doubt at the start, until all are printed:
+    /// The tickets of a sale that was interrupted and were not out at the start of the program or
+    /// when the printer failed, until all are printed:
     /// maps of numberText, product, passenger, priceText and isOut. Empty otherwise.
     QVariantList interruptedSale() const;
 
@@ -172,10 +174,11 @@ public:
 
     Q_INVOKABLE QString amountText(double amount) const;
 
-    /// The first ticket in doubt is out: it is noted as printed, and not printed again.
+    /// The first ticket in doubt is out: it is noted as printed, and not printed again. After the
+    /// last one what is left of the sale is printed.
     Q_INVOKABLE bool confirmTicketInDoubt();
 
-    /// Prints all tickets in doubt.
+    /// Prints all tickets in doubt, and what is left of the sale.
     Q_INVOKABLE bool printTicketsInDoubt();
 
     /// Sales of the running shift, the newest first: `count` of them, `skip` newer ones left out.
@@ -282,12 +285,14 @@ private:
     std::optional<PastTicket> pastTicket(qint64 number);
     void printNext();
     void ticketPrinted();
+    void ticketFailed();
+    void ticketBecameDoubtful();
     void finishSale();
     void updateRunningShift();
 
     SalesModels m_models;
     Journal& m_journal;
-    SimulatedPrinter& m_printer;
+    TicketPrinter& m_printer;
     Currency m_currency;
     ZoneName m_zoneName;
     feed::TripContext& m_trip;
@@ -301,6 +306,8 @@ private:
     QString m_driverName;
     bool m_isLocked = false;
     bool m_wasInterrupted = false; ///< the sale whose tickets are printed
+    int m_ticketsInDoubt = 0;      ///< in state Interrupted; the first ones of m_toPrint
+    bool m_isDrawerDue = false;    ///< a sale was paid in cash, and nothing of it is out yet
     PrintJob m_extraJob;           ///< what is being printed in state Copying
     std::unique_ptr<PrintQueue> m_toPrint;
     std::unique_ptr<ShiftBook> m_shifts;

@@ -4,7 +4,7 @@
 #include "SalesDesk.h"
 #include "SalesTexts_p.h"
 #include "ShiftBook_p.h"
-#include "SimulatedPrinter.h"
+#include "TicketPrinter.h"
 
 #include <cmath>
 
@@ -180,7 +180,7 @@ bool SalesDesk::printCopy(double ticketNumber)
         return refuse(tr("This ticket was taken back."));
     if (!m_journal.recordCopy(past->ticket.number, QDateTime::currentDateTime()))
         return refuseByJournal();
-    return printExtra({past->ticket, past->copies + 1, std::nullopt});
+    return printExtra({past->ticket, past->copies + 1, std::nullopt, false});
 }
 
 bool SalesDesk::printReport(double zNumber)
@@ -201,13 +201,13 @@ std::optional<PrintJob> SalesDesk::paperOfReport(double zNumber)
         return std::nullopt;
     if (isRunning)
         report->driver = m_driver;
-    return PrintJob{{}, 0, report};
+    return PrintJob{{}, 0, report, false};
 }
 
 std::optional<PrintJob> SalesDesk::paperOf(qint64 ticketNumber)
 {
     const auto past = pastTicket(ticketNumber);
-    return past ? std::make_optional(PrintJob{past->ticket, past->copies, std::nullopt})
+    return past ? std::make_optional(PrintJob{past->ticket, past->copies, std::nullopt, false})
                 : std::nullopt;
 }
 
@@ -223,7 +223,8 @@ void SalesDesk::endExtra(bool isPrinted)
 {
     setState(Selling);
     if (!isPrinted)
-        refuse(tr("This was not printed: %1").arg(m_printer.fault()));
+        refuse(m_printer.fault().isEmpty() ? tr("Look whether this was printed.")
+                                           : tr("This was not printed: %1").arg(m_printer.fault()));
     else if (m_extraJob.report)
         emit reportPrinted(static_cast<double>(m_extraJob.report->zNumber));
     else

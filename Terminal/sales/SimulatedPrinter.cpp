@@ -3,7 +3,7 @@
 namespace rivo::sales
 {
 
-SimulatedPrinter::SimulatedPrinter(QObject* parent) : QObject(parent)
+SimulatedPrinter::SimulatedPrinter(QObject* parent) : TicketPrinter(parent)
 {
     m_work.setSingleShot(true);
     m_work.setInterval(350);
@@ -12,7 +12,7 @@ SimulatedPrinter::SimulatedPrinter(QObject* parent) : QObject(parent)
             emit failed();
             return;
         }
-        m_lastPrinted = m_job;
+        keep(m_job);
         emit printed();
     });
 }
@@ -21,17 +21,14 @@ void SimulatedPrinter::setTicketTime(int milliseconds) { m_work.setInterval(mill
 
 void SimulatedPrinter::setFault(const QString& fault)
 {
-    if (m_fault == fault)
-        return;
-    m_fault = fault;
-    m_isSpoiled = m_isSpoiled || !m_fault.isEmpty();
-    emit faultChanged();
+    m_isSpoiled = m_isSpoiled || !fault.isEmpty();
+    storeFault(fault);
 }
 
 void SimulatedPrinter::print(const PrintJob& job)
 {
     m_job = job;
-    m_isSpoiled = !m_fault.isEmpty();
+    m_isSpoiled = !this->fault().isEmpty();
     m_work.start();
 }
 

@@ -79,6 +79,7 @@ private slots:
     void faults();
     void thePrinterReportsItsFault();
     void printerThatIsRemoved();
+    void realPrinterReportsByItself();
 };
 
 void DeviceDeskTest::thePrinterIs_data()
@@ -229,6 +230,46 @@ void DeviceDeskTest::printerThatIsRemoved()
     delete desk.devices.takeRow(0);
     QVERIFY(desk.desk.report(0, DeviceDesk::Notice, "Updating"));
     QCOMPARE(desk.printer.fault(), QString("no report from the printer"));
+}
+
+/// A printer that is connected.
+class RealPrinter : public rivo::sales::TicketPrinter
+{
+public:
+    void print(const rivo::sales::PrintJob&) override {}
+    using TicketPrinter::storeFault;
+    using TicketPrinter::storeNotice;
+};
+
+void DeviceDeskTest::realPrinterReportsByItself()
+{
+    QObject owner;
+    PeripheralsModel devices(&owner);
+    RealPrinter printer;
+    printer.storeFault("Out of paper");
+    devices.appendRow(
+        new PeripheralItem(1, "Reader", 0, "", false, false, false, false, 0, "Ready", &devices));
+    DeviceDesk desk(devices, printer);
+    desk.findPrinter();
+    const auto row = [&] { return flags(*qobject_cast<PeripheralItem*>(devices.itemFromRow(1))); };
+    QCOMPARE(row(), "0001 4 Out of paper");
+    QCOMPARE(desk.faults(), 1);
+    QVERIFY(desk.isReal(1));
+    QVERIFY(!desk.isReal(0));
+    QVERIFY(!desk.isReal(-1));
+    printer.storeNotice("Little paper");
+    QCOMPARE(row(), "0001 4 Out of paper");
+    printer.storeFault({});
+    QCOMPARE(row(), "0100 2 Little paper");
+    QCOMPARE(desk.faults(), 0);
+    printer.storeNotice({});
+    QCOMPARE(row(), "0000 0 Ready");
+    SignalLog log(qobject_cast<PeripheralItem*>(devices.itemFromRow(1)));
+    QVERIFY(!desk.report(1, DeviceDesk::Fault, "Paper jam"));
+    QCOMPARE(log.take(), QStringList());
+    delete devices.takeRow(1);
+    printer.storeFault("Out of paper");
+    QCOMPARE(desk.faults(), 0);
 }
 
 QTEST_GUILESS_MAIN(DeviceDeskTest)

@@ -80,12 +80,17 @@ enum Tile {
 };
 
 /// A terminal without a screen: the models, a journal, a printer that takes no time, and the desk
-/// over them. Made anew over the same file, it is the terminal after a restart.
+/// over them, which may use another printer. Made anew over the same file, it is the terminal after
+/// a restart.
 struct Counter
 {
     explicit Counter(const QString& file, const rivo::sales::Currency& money = euro,
-                     double maxDebt = 0.0, const QString& printerFault = {})
-        : currency(money)
+                     double maxDebt = 0.0, const QString& printerFault = {},
+                     rivo::sales::TicketPrinter* other = nullptr)
+        : currency(money),
+          desk(
+              {grid, basket, fareProducts, zReports}, journal, other != nullptr ? *other : printer,
+              currency, [](int zone) { return QStringLiteral("zone %1").arg(zone); }, trip)
     {
         fillGrid();
         for (const int product : {21, 22, 23})
@@ -133,12 +138,7 @@ struct Counter
     ZReportModel zReports{&prototypes};
     rivo::sales::Journal journal;
     rivo::sales::SimulatedPrinter printer;
-    rivo::sales::SalesDesk desk{{grid, basket, fareProducts, zReports},
-                                journal,
-                                printer,
-                                currency,
-                                [](int zone) { return QStringLiteral("zone %1").arg(zone); },
-                                trip};
+    rivo::sales::SalesDesk desk;
 
 private:
     static sProduct product(int type, const QString& description, int fareProduct, double price)

@@ -617,6 +617,66 @@ private slots:
         QCOMPARE(progressOf(*counter), "-- --");
     }
 
+    /// A printer that was cut off while it printed the first of two tickets.
+    void printerInDoubtIsAskedAbout_data()
+    {
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QStringList>("printed");
+        QTest::newRow("the ticket is out") << "out" << QStringList{"2"};
+        QTest::newRow("the ticket is not out") << "print" << QStringList{"1", "2"};
+    }
+
+    void printerInDoubtIsAskedAbout()
+    {
+        QFETCH(QString, answer);
+        QFETCH(QStringList, printed);
+        Counter counter(file());
+        QVERIFY(play(counter, "adult child cash"));
+        SignalLog desk(&counter.desk);
+        emit counter.printer.inDoubt();
+        QCOMPARE(desk.take(), (QStringList{"stateChanged()", "ticketsInDoubtChanged()"}));
+        QCOMPARE(counter.desk.state(), SalesDesk::Interrupted);
+        QCOMPARE(counter.desk.ticketsInDoubt(), 1);
+        QCOMPARE(counter.desk.firstTicketInDoubt(), "000001");
+        emit counter.printer.inDoubt(); // nothing is being printed
+        QTest::qWait(1);                // what the printer reports late counts for nothing
+        QCOMPARE(desk.take(), QStringList());
+        QStringList tickets;
+        connect(&counter.printer, &SimulatedPrinter::printed, this, [&] {
+            tickets.append(QString::number(counter.printer.lastPrinted()->ticket.number));
+        });
+        QVERIFY(play(counter, answer));
+        QCOMPARE(desk.take(), (QStringList{"stateChanged()", "ticketsInDoubtChanged()"}));
+        QCOMPARE(counter.desk.ticketsInDoubt(), 0);
+        QVERIFY(play(counter, "end"));
+        QCOMPARE(counter.desk.state(), SalesDesk::Selling);
+        QCOMPARE(tickets, printed);
+        QCOMPARE(ticketsWhere("number IN (SELECT ticket FROM unprinted)"), QStringList());
+        emit counter.printer.inDoubt(); // nothing was sold
+        QCOMPARE(counter.desk.state(), SalesDesk::Selling);
+    }
+
+    void copyInDoubtIsReported()
+    {
+        Counter counter(file());
+        QVERIFY(play(counter, "adult cash end copy:1"));
+        SignalLog desk(&counter.desk);
+        emit counter.printer.inDoubt();
+        QCOMPARE(desk.take(),
+                 (QStringList{"stateChanged()", "refused(Look whether this was printed.)"}));
+    }
+
+    void drawerOpensOnceForACashSale()
+    {
+        Counter counter(file());
+        QString opened;
+        connect(&counter.printer, &SimulatedPrinter::printed, this,
+                [&] { opened += counter.printer.lastPrinted()->opensDrawer ? 'o' : '-'; });
+        QVERIFY(
+            play(counter, "adult child cash end adult child card end copy:1 end adult cash end"));
+        QCOMPARE(opened, "o----o");
+    }
+
     void ticketThatIsOutIsNotPrintedAgain()
     {
         const auto counter = counterIn("doubt");
