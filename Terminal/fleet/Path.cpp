@@ -100,4 +100,33 @@ double Path::nearest(const QGeoCoordinate& coordinate, double from) const
     return pass->metres;
 }
 
+QVector<Path::Pass> Path::passes(const QGeoCoordinate& coordinate, double from, double to,
+                                 double within) const
+{
+    QVector<Pass> passes;
+    bool isFirst = true;
+    bool comesNearer = false; // up to the end of the piece before
+    for (int i = 1; i < m_points.size() && m_metres.at(i - 1) <= to; ++i) {
+        if (m_metres.at(i) < from)
+            continue;
+        const double begin = std::max(from, m_metres.at(i - 1));
+        const double end = std::min(to, m_metres.at(i));
+        const double size = m_metres.at(i) - m_metres.at(i - 1);
+        const double foot = footOf(coordinate, m_points.at(i - 1), m_points.at(i));
+        const double metres = qBound(begin, m_metres.at(i - 1) + foot * size, end);
+        const bool goesAway = metres <= begin && !isFirst && !comesNearer;
+        const bool isLast = i + 1 == m_points.size() || m_metres.at(i) > to;
+        isFirst = false;
+        comesNearer = metres >= end && !isLast;
+        if (goesAway || comesNearer)
+            continue;
+        const double share = (metres - m_metres.at(i - 1)) / size;
+        const double distance =
+            coordinate.distanceTo(between(m_points.at(i - 1), m_points.at(i), share));
+        if (distance <= within)
+            passes.append({metres, distance});
+    }
+    return passes;
+}
+
 } // namespace rivo::fleet

@@ -29,6 +29,16 @@ public:
     /// the path passes it several times, as loops do, of the first pass.
     double nearest(const QGeoCoordinate& coordinate, double from) const;
 
+    struct Pass
+    {
+        double metres = 0.0;
+        double distance = 0.0; ///< from the coordinate, metres
+    };
+    /// Where the path passes `coordinate` at most `within` metres away, between `from` and `to`
+    /// metres: the nearest point of each pass, in the order of travel.
+    QVector<Pass> passes(const QGeoCoordinate& coordinate, double from, double to,
+                         double within) const;
+
 private:
     QVector<QGeoCoordinate> m_points;
     QVector<double> m_metres; ///< of each point

@@ -32,6 +32,8 @@ private slots:
     void nearest_data();
     void nearest();
     void nearestIsNeverBeforeFrom();
+    void passes_data();
+    void passes();
 };
 
 void PathTest::withoutAWay()
@@ -151,6 +153,53 @@ void PathTest::nearestIsNeverBeforeFrom()
             QVERIFY(metres >= std::min(from, knot.length()) && metres >= 0.0);
             QVERIFY(metres <= knot.length());
         }
+    }
+}
+
+void PathTest::passes_data()
+{
+    QTest::addColumn<Points>("points");
+    QTest::addColumn<QGeoCoordinate>("coordinate");
+    QTest::addColumn<double>("from"); // in legs, as all numbers here
+    QTest::addColumn<double>("to");
+    QTest::addColumn<double>("within");
+    QTest::addColumn<QVector<double>>("metres");
+    QTest::addColumn<QVector<double>>("distances");
+    using Numbers = QVector<double>;
+    const Points back = {at(0, 0), at(10, 0), at(0, 0)};
+    const auto row = [](const char* name, const Points& points, const QGeoCoordinate& coordinate,
+                        double from, double to, double within, const Numbers& metres,
+                        const Numbers& distances) {
+        QTest::newRow(name) << points << coordinate << from << to << within << metres << distances;
+    };
+    row("no path", {}, at(1, 0), 0, 9, 1, {}, {});
+    row("one pass", corner, at(4, 1), 0, 2, 0.5, {0.4}, {0.1});
+    row("too far", corner, at(4, 1), 0, 2, 0.09, {}, {});
+    row("there and back", back, at(4, 1), 0, 2, 0.5, {0.4, 1.6}, {0.1, 0.1});
+    row("from behind the first", back, at(4, 1), 1.2, 2, 0.5, {1.6}, {0.1});
+    row("from in the middle", corner, at(4, 0), 0.6, 2, 0.5, {0.6}, {0.2});
+    row("up to before the second", back, at(4, 0), 0, 1.5, 0.5, {0.4, 1.5}, {0.0, 0.1});
+    row("at the corner it is one pass", corner, at(11, 0), 0, 2, 0.5, {1.0}, {0.1});
+    row("far between the passes", {at(0, 0), at(10, 0), at(10, 10), at(0, 10), at(0, 0)}, at(0, 0),
+        0, 4, 0.5, {0.0, 4.0}, {0.0, 0.0});
+    row("outside of the path", corner, at(0, 0), 3, 4, 0.5, {}, {});
+}
+
+void PathTest::passes()
+{
+    QFETCH(Points, points);
+    QFETCH(QGeoCoordinate, coordinate);
+    QFETCH(double, from);
+    QFETCH(double, to);
+    QFETCH(double, within);
+    QFETCH(QVector<double>, metres);
+    QFETCH(QVector<double>, distances);
+    const QVector<Path::Pass> passes =
+        Path(points).passes(coordinate, from * leg, to * leg, within * leg);
+    QCOMPARE(passes.size(), metres.size());
+    for (int i = 0; i < passes.size(); ++i) {
+        QVERIFY(qAbs(passes.at(i).metres - metres.at(i) * leg) < 0.1);
+        QVERIFY(qAbs(passes.at(i).distance - distances.at(i) * leg) < 0.1);
     }
 }
 
