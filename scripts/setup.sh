@@ -5,6 +5,7 @@
 packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarative5-dev
     qtdeclarative5-dev-tools qtquickcontrols2-5-dev qttools5-dev qttools5-dev-tools
     libeasyloggingpp-dev libcsv-dev libzip-dev libqt5sql5-sqlite libsqlite3-dev libssl-dev libqrencode-dev
+    libqt5serialport5-dev libprotobuf-dev protobuf-compiler zlib1g-dev
     libqt5svg5 qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-controls2
     qml-module-qtquick-templates2 qml-module-qtlocation qml-module-qtpositioning
     xvfb xauth x11-utils libgl1-mesa-dri fonts-dejavu-core"
@@ -15,7 +16,7 @@ packages_for_qt6="g++ cmake ninja-build qt6-base-dev qt6-positioning-dev qt6-dec
     pkg-config qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-window"
 packages_for_armhf_sysroot="mmdebstrap gpg debian-archive-keyring ca-certificates"
-packages_to_build_armhf="crossbuild-essential-armhf qemu-user cmake ninja-build qtbase5-dev-tools qt5-qmake-bin"
+packages_to_build_armhf="crossbuild-essential-armhf qemu-user cmake ninja-build qtbase5-dev-tools qt5-qmake-bin protobuf-compiler"
 packages_to_test_armhf="python3-jsonschema"
 packages_to_package="$packages_to_run dpkg-dev file binutils"
 packages_to_test_packages="$packages_to_package mmdebstrap lintian"
