@@ -6,14 +6,12 @@ namespace rivo::position
 namespace
 {
 
-constexpr int mostBytes = 4 * GpsdReader::longestLine;
 constexpr int timeToConnect = 10000; // milliseconds
 
 } // namespace
 
 GpsdSource::GpsdSource(const SourceSettings& settings) : PositionSource(settings)
 {
-    m_socket.setReadBufferSize(mostBytes);
     m_deadline.setSingleShot(true);
     m_deadline.setInterval(timeToConnect);
     connect(&m_socket, &QTcpSocket::connected, this, [this] {

@@ -1,5 +1,6 @@
 #include "PositionSource.h"
 
+#include "DeviceSource_p.h"
 #include "GpsdSource_p.h"
 #include "SerialSource_p.h"
 
@@ -13,6 +14,8 @@ std::unique_ptr<PositionSource> PositionSource::make(const SourceSettings& setti
     switch (settings.kind) {
     case SourceSettings::Serial:
         return std::make_unique<SerialSource>(settings);
+    case SourceSettings::Device:
+        return std::make_unique<DeviceSource>(settings);
     case SourceSettings::Gpsd:
         return std::make_unique<GpsdSource>(settings);
     case SourceSettings::None:

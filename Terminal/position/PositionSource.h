@@ -18,10 +18,11 @@ struct SourceSettings
     enum Kind {
         None,
         Serial, ///< a receiver at a serial line, NMEA 0183
+        Device, ///< a device file that the system has set up, or a named pipe, NMEA 0183
         Gpsd    ///< a gpsd, by TCP
     };
     Kind kind = None;
-    QString device;  ///< of the serial line, such as /dev/ttyUSB0
+    QString device;  ///< or serial line, such as /dev/ttyUSB0
     int baud = 9600; ///< of the serial line
     QString host = QStringLiteral("127.0.0.1");
     quint16 port = 2947;

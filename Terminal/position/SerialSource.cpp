@@ -3,16 +3,8 @@
 namespace rivo::position
 {
 
-namespace
-{
-
-constexpr int mostBytes = 4096;
-
-} // namespace
-
 SerialSource::SerialSource(const SourceSettings& settings) : PositionSource(settings)
 {
-    m_port.setReadBufferSize(mostBytes);
     connect(&m_port, &QSerialPort::readyRead, this, &SerialSource::read);
     // Queued: the port is in the middle of something when it reports an error.
     connect(
