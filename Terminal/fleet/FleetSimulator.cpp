@@ -116,7 +116,18 @@ AssetItem* FleetSimulator::makeVehicle(const Route& route)
         new AssetItem(id, tr("Bus %1").arg(id), QString::number(id), QString(), QString(),
                       route.number, route.title, QGeoCoordinate(), false, true, 0.0, &m_fleet);
     m_fleet.appendRow(made);
+    m_made.insert(id);
     return made;
+}
+
+void FleetSimulator::endSimulation()
+{
+    m_isSimulating = false;
+    for (int row = m_fleet.rowCount() - 1; row >= 0; --row) {
+        if (m_made.contains(vehicle(row)->id()))
+            m_fleet.removeRows(row, 1);
+    }
+    m_made.clear();
 }
 
 void FleetSimulator::rememberParkedVehicles()
@@ -224,10 +235,13 @@ FleetSimulator::Reporting FleetSimulator::reportingOf(int id) const
     const auto* vehicle = qobject_cast<AssetItem*>(m_fleet.findById(id));
     if (vehicle == nullptr || !vehicle->assetCoordinate().isValid())
         return Offline;
-    const Seconds silentFor = m_silentFor.value(id);
+    const auto others = m_reportedByOthers.constFind(id);
+    const bool isOthers = others != m_reportedByOthers.constEnd();
+    const Seconds silentFor = isOthers ? *others : m_silentFor.value(id);
     if (silentFor > offlineAfter)
         return Offline;
-    return silentFor > staleAfter || !m_parked.value(id).updated ? Stale : Live;
+    const bool isCurrent = isOthers || (m_isSimulating && m_parked.value(id).updated);
+    return silentFor > staleAfter || !isCurrent ? Stale : Live;
 }
 
 const Trip* FleetSimulator::tripOf(int id) const
@@ -249,8 +263,10 @@ bool FleetSimulator::isRunning(const Trip& trip) const
 
 void FleetSimulator::report()
 {
-    for (int row = 0; row < m_fleet.rowCount(); ++row)
-        reportVehicle(*vehicle(row));
+    for (int row = 0; row < m_fleet.rowCount() && m_isSimulating; ++row) {
+        if (!m_reportedByOthers.contains(vehicle(row)->id()))
+            reportVehicle(*vehicle(row));
+    }
 }
 
 void FleetSimulator::reportVehicle(AssetItem& vehicle)

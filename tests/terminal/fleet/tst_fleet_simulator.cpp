@@ -96,6 +96,8 @@ private slots:
     void parkedVehiclesAreAsCurrentAsTheFeedSays_data();
     void parkedVehiclesAreAsCurrentAsTheFeedSays();
     void neverHeardOf();
+    void vehiclesThatOthersReport();
+    void endOfTheSimulation();
     void signalsOfVehicles();
     void linesAndStops();
     void vehicleOf();
@@ -467,6 +469,45 @@ void FleetSimulatorTest::neverHeardOf()
     QCOMPARE(fleet.simulator->reportingOf(101), FleetSimulator::Live);
     QCOMPARE(fleet.simulator->reportingOf(102), FleetSimulator::Offline);
     QCOMPARE(fleet.vehicle(102).drivingStatus(), QString("in the depot"));
+}
+
+void FleetSimulatorTest::vehiclesThatOthersReport()
+{
+    Fleet fleet(TestNetwork().trip("1", "5", out("8:00:00", "8:30:00")), {5, 6});
+    fleet.setTime("8:00:00");
+    fleet.simulator->setReportedByOthers({{101, 0}});
+    fleet.vehicle(101).setDrivingStatus("washed");
+    fleet.setTime("8:15:00");
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("washed"));
+    QCOMPARE(fleet.east(101), 1.0);
+    const auto reporting = [&](int silence) {
+        fleet.simulator->setReportedByOthers({{101, silence}});
+        return fleet.simulator->reportingOf(101);
+    };
+    QCOMPARE(reporting(60), FleetSimulator::Live);
+    QCOMPARE(reporting(61), FleetSimulator::Stale);
+    QCOMPARE(reporting(301), FleetSimulator::Offline);
+    fleet.simulator->setReportedByOthers({});
+    fleet.setTime("8:15:01");
+    QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("driving"));
+}
+
+void FleetSimulatorTest::endOfTheSimulation()
+{
+    const TestNetwork network = TestNetwork().trip("1", "5", out("8:00:00", "8:30:00"));
+    Fleet made(network);
+    QCOMPARE(made.model.rowCount(), 1);
+    made.simulator->endSimulation();
+    QCOMPARE(made.model.rowCount(), 0);
+
+    Fleet fleet(network, {5});
+    fleet.setTime("8:00:00");
+    fleet.simulator->endSimulation();
+    fleet.setTime("8:15:00");
+    QCOMPARE(fleet.east(101), 1.0);
+    QCOMPARE(fleet.simulator->reportingOf(101), FleetSimulator::Stale);
+    fleet.simulator->setReportedByOthers({{101, 5}});
+    QCOMPARE(fleet.simulator->reportingOf(101), FleetSimulator::Live);
 }
 
 void FleetSimulatorTest::signalsOfVehicles()
