@@ -1,6 +1,6 @@
 #include "Amount.h"
 #include "FeedFiles.h"
-#include "GtfsCases.h"
+#include "GtfsFiles.h"
 #include "OfferProducts.h"
 #include "OfferQueryText.h"
 
@@ -8,54 +8,6 @@ using namespace rivo::feed;
 
 namespace
 {
-
-using Files = GtfsCase::Files;
-
-/// The feed of the first of the cases of products, which has no network.
-const Files& base()
-{
-    static const Files files = GtfsCases::read(FEED_TEST_DATA "/gtfs/products.cases").first().files;
-    return files;
-}
-
-/// The network files, which `base` does without.
-const Files network = {
-    {"stops.txt", "stop_id,stop_code,stop_name,stop_lat,stop_lon\n"
-                  "A,01,Market,52.5,-13.25\n"
-                  "B,02,Station,52.6,13.5\n"},
-    {"stop_areas.txt", "area_id,stop_id\n20,A\n10,B\n10,A\n20,A\n"},
-    {"routes.txt", "route_id,route_short_name,route_long_name,route_color,route_text_color\n"
-                   "R1,1,Market - Station,1657ba,FFFFFF\n"},
-    {"shapes.txt", "shape_id,shape_pt_lat,shape_pt_lon,shape_pt_sequence\n"
-                   "S,52.5,-13.25,1\nS,52.6,13.5,7\n"},
-    {"trips.txt", "route_id,service_id,trip_id,trip_headsign,shape_id\nR1,WD,T1,Station,S\n"
-                  "R1,WD,T2,Market,\n"},
-    {"stop_times.txt", "trip_id,stop_sequence,stop_id,arrival_time,departure_time\n"
-                       "T1,0,A,,5:00:00\nT1,4,B,05:20:30,\n"
-                       "T2,0,B,23:59:59,24:00:00\nT2,1,A,25:10:00,25:10:05\n"},
-};
-
-Files operator+(Files files, const Files& others)
-{
-    for (auto file = others.begin(); file != others.end(); ++file)
-        files.insert(file.key(), file.value());
-    return files;
-}
-
-Files without(Files files, const QStringList& names)
-{
-    for (const QString& name : names)
-        files.remove(name);
-    return files;
-}
-
-FeedResult loadGtfs(const Files& files, const FeedOptions& options = {})
-{
-    QDir(QStringLiteral("gtfs")).removeRecursively();
-    for (auto file = files.begin(); file != files.end(); ++file)
-        FeedFiles::write(QStringLiteral("gtfs/") + file.key(), file.value());
-    return load(QStringLiteral("gtfs"), options);
-}
 
 /// "type description (number) price: fare product (number) from > to" per product.
 QStringList dump(const Feed& feed)
@@ -119,12 +71,6 @@ QStringList dump(const Tariff& tariff, const OfferList& list)
     return lines;
 }
 
-const QByteArray productHeader =
-    "fare_product_id,fare_product_name,amount,currency,rider_category_id,fare_media_id\n";
-const QByteArray categoryHeader =
-    "rider_category_id,rider_category_name,is_default_fare_category\n";
-const QByteArray ruleHeader = "fare_product_id,from_area_id,to_area_id\n";
-
 } // namespace
 
 class GtfsFeedTest : public QObject
@@ -145,14 +91,6 @@ private slots:
     void supportedTypesAreThoseOfTheProducts();
     void mappings_data();
     void mappings();
-    void theNetwork();
-    void stopTimesAndShapesInAnyOrder();
-    void onlyTheTimetableOfSomeRoutesIsKept();
-    void everyProblemInOnePass();
-    void aBrokenFileRaisesNoFalseReferences();
-    void limitsAreInclusive();
-    void aCatalogueBeyondTheLimitIsLeftOut();
-    void ruleAndProductNumbersMayNotMultiplyWithoutBound();
 
 private:
     std::unique_ptr<FeedFiles> m_files;
@@ -402,255 +340,6 @@ void GtfsFeedTest::mappings()
         for (const FeedProduct& product : result.feed->products)
             found.append(product.passengerTypeCode);
     QCOMPARE(found.join(QLatin1Char(',')), outcome);
-}
-
-void GtfsFeedTest::theNetwork()
-{
-    const FeedResult result = loadGtfs(base() + network);
-    REQUIRE_FEED(result);
-    const Network& read = result.feed->network;
-
-    QCOMPARE(read.stops.size(), 2);
-    QCOMPARE(read.stops.at(0).id, QString("A"));
-    QCOMPARE(read.stops.at(0).code, QString("01"));
-    QCOMPARE(read.stops.at(0).name, QString("Market"));
-    QCOMPARE(read.stops.at(0).latitude, 52.5);
-    QCOMPARE(read.stops.at(0).longitude, -13.25);
-    QCOMPARE(read.stops.at(0).areas, QVector<int>({10, 20}));
-    QCOMPARE(read.stops.at(1).areas, QVector<int>({10}));
-
-    QCOMPARE(read.zones.size(), 2);
-    QCOMPARE(read.zones.at(0).number, 10);
-    QCOMPARE(read.zones.at(0).name, QString("Town"));
-    QCOMPARE(read.zones.at(1).number, 20);
-    QCOMPARE(read.zones.at(1).name, QString("Hills"));
-
-    QCOMPARE(read.routes.size(), 1);
-    QCOMPARE(read.routes.at(0).id, QString("R1"));
-    QCOMPARE(read.routes.at(0).shortName, QString("1"));
-    QCOMPARE(read.routes.at(0).longName, QString("Market - Station"));
-    QCOMPARE(read.routes.at(0).color, QString("#1657ba"));
-    QCOMPARE(read.routes.at(0).textColor, QString("#FFFFFF"));
-
-    QCOMPARE(read.trips.size(), 2);
-    QCOMPARE(read.trips.at(0).id, QString("T1"));
-    QCOMPARE(read.trips.at(0).routeId, QString("R1"));
-    QCOMPARE(read.trips.at(0).serviceId, QString("WD"));
-    QCOMPARE(read.trips.at(0).headsign, QString("Station"));
-    QCOMPARE(read.trips.at(0).shapeId, QString("S"));
-    QCOMPARE(read.trips.at(1).shapeId, QString());
-
-    QCOMPARE(read.shapes.size(), 1);
-    QCOMPARE(read.shapes.at(0).id, QString("S"));
-    QCOMPARE(read.shapes.at(0).points.size(), 2);
-    QCOMPARE(read.shapes.at(0).points.at(1).latitude, 52.6);
-    QCOMPARE(read.shapes.at(0).points.at(1).longitude, 13.5);
-
-    QStringList times;
-    for (const NetworkStopTime& time : read.stopTimes)
-        times.append(QStringLiteral("%1 %2 %3 %4-%5")
-                         .arg(time.tripId)
-                         .arg(time.sequence)
-                         .arg(time.stopId)
-                         .arg(time.arrival)
-                         .arg(time.departure));
-    QCOMPARE(times, QStringList({"T1 0 A -1-18000", "T1 4 B 19230--1", "T2 0 B 86399-86400",
-                                 "T2 1 A 90600-90605"}));
-
-    // A stop without a position, a route without colours.
-    const FeedResult bare = loadGtfs(
-        without(base(), {"areas.txt", "fare_leg_rules.txt"}) +
-        Files{{"stops.txt", "stop_id\nA\n"}, {"routes.txt", "route_id,route_color\nR,\n"}});
-    REQUIRE_FEED(bare);
-    QVERIFY(qIsNaN(bare.feed->network.stops.at(0).latitude));
-    QVERIFY(qIsNaN(bare.feed->network.stops.at(0).longitude));
-    QVERIFY(bare.feed->network.stops.at(0).areas.isEmpty());
-    QCOMPARE(bare.feed->network.routes.at(0).color, QString());
-    QVERIFY(bare.feed->network.zones.isEmpty());
-    QVERIFY(bare.feed->network.services.isEmpty());
-
-    // Days of the week, and a service of none.
-    const FeedResult calendar = loadGtfs(
-        base() + Files{{"calendar.txt",
-                        "service_id,monday,tuesday,wednesday,thursday,friday,saturday,sunday,"
-                        "start_date\nWD,1,1,0,1,1,0,0,20240101\nSU,0,0,0,0,0,0,1,\nX,0,0,0,0,0,0,0,"
-                        "\n"}});
-    REQUIRE_FEED(calendar);
-    QStringList services;
-    for (const NetworkService& service : calendar.feed->network.services)
-        services.append(
-            QStringLiteral("%1 %2").arg(service.id).arg(service.days, 7, 2, QLatin1Char('0')));
-    QCOMPARE(services, QStringList({"WD 0011011", "SU 1000000", "X 0000000"}));
-
-    // Areas that are no numbers, one of them without a name.
-    const FeedResult areas =
-        loadGtfs(base() + Files{{"areas.txt", "area_id,area_name\nhills,\n10,Old Town\n"},
-                                {"fare_leg_rules.txt", "fare_product_id\nsingle\n"}});
-    REQUIRE_FEED(areas);
-    QCOMPARE(areas.feed->network.zones.size(), 2);
-    QCOMPARE(areas.feed->network.zones.at(0).number, 1);
-    QCOMPARE(areas.feed->network.zones.at(0).name, QString());
-    QCOMPARE(areas.feed->network.zones.at(1).number, 2);
-    QCOMPARE(areas.feed->network.zones.at(1).name, QString("Old Town"));
-}
-
-void GtfsFeedTest::stopTimesAndShapesInAnyOrder()
-{
-    const FeedResult result = loadGtfs(
-        base() + network +
-        Files{{"stop_times.txt", "stop_sequence,stop_id,trip_id\n9,A,T2\n10,B,T1\n2,A,T1\n1,B,T2\n"
-                                 "2147483647,A,T1\n"},
-              {"shapes.txt", "shape_id,shape_pt_lat,shape_pt_lon,shape_pt_sequence\n"
-                             "S,3,0,30\nZ,1,0,1\nS,1,0,10\nS,2,0,20\n"}});
-    REQUIRE_FEED(result);
-    QStringList times;
-    for (const NetworkStopTime& time : result.feed->network.stopTimes)
-        times.append(QStringLiteral("%1 %2").arg(time.tripId).arg(time.sequence));
-    QCOMPARE(times, QStringList({"T2 1", "T2 9", "T1 2", "T1 10", "T1 2147483647"}));
-    const QVector<NetworkShape> shapes = result.feed->network.shapes;
-    QCOMPARE(shapes.size(), 1); // no trip has the other one
-    QCOMPARE(shapes.at(0).id, QString("S"));
-    QCOMPARE(shapes.at(0).points.size(), 3);
-    QCOMPARE(shapes.at(0).points.at(0).latitude, 1.0);
-    QCOMPARE(shapes.at(0).points.at(2).latitude, 3.0);
-}
-
-void GtfsFeedTest::onlyTheTimetableOfSomeRoutesIsKept()
-{
-    const Files files = GtfsCases::read(FEED_TEST_DATA "/gtfs/problems.cases").first().files;
-    for (const QStringList& routes : {QStringList{}, QStringList{"R2", "none"}}) {
-        FeedOptions options;
-        options.timetableOf = routes;
-        const FeedResult result = loadGtfs(files, options);
-        REQUIRE_FEED(result);
-        const Network& kept = result.feed->network;
-        QCOMPARE(kept.routes.size(), 2);
-        QCOMPARE(kept.trips.size(), routes.isEmpty() ? 0 : 1);
-        QCOMPARE(kept.stopTimes.size(), routes.isEmpty() ? 0 : 2);
-        QVERIFY(kept.shapes.isEmpty());
-        const QString unknown = "no route \"none\", which the timetable is wanted of";
-        QCOMPARE(result.noticeLines().filter(unknown).size(), routes.isEmpty() ? 0 : 1);
-        const OfferList offers = offersOf(*result.feed->tariff, queryOf("R1 A 2026-03-02T12:00"));
-        QCOMPARE(offers.offers.size(), 1);
-    }
-}
-
-void GtfsFeedTest::everyProblemInOnePass()
-{
-    const FeedResult result =
-        loadGtfs(base() + network +
-                 Files{{"fare_products.txt", productHeader + "single,,x,EUR,1,\n"},
-                       {"rider_categories.txt", categoryHeader + "1,A\"B,\n2,,5\n"},
-                       {"stop_areas.txt", "area_id,stop_id\n77,A\n"}});
-    QVERIFY(!result.feed);
-    QCOMPARE(result.problems.size(), 4);
-    const FeedProblem& amount = result.problems.at(3);
-    QCOMPARE(amount.file, QString("gtfs/fare_products.txt"));
-    QCOMPARE(amount.line, 2);
-    QCOMPARE(amount.field, QString("amount"));
-    QCOMPARE(amount.pointer, QString());
-    QCOMPARE(amount.value, QString("\"x\""));
-    QCOMPARE(amount.expected, QString("a decimal number such as 4.50"));
-}
-
-void GtfsFeedTest::aBrokenFileRaisesNoFalseReferences()
-{
-    const Files broken = GtfsCases::read(FEED_TEST_DATA "/gtfs/problems.cases").first().files;
-    for (auto file = broken.begin(); file != broken.end(); ++file) {
-        Files files = broken;
-        files.insert(file.key(), file.value() + "\"x\"y\n");
-        const FeedResult result = loadGtfs(files);
-        const bool isOfMap = file.key() == "shapes.txt";
-        QCOMPARE(result.problems.size() + result.notices.size(), 1);
-        QCOMPARE(result.notices.size(), isOfMap ? 1 : 0);
-    }
-}
-
-void GtfsFeedTest::limitsAreInclusive()
-{
-    FeedOptions options;
-    options.limits.csvBytes = 300;
-    options.limits.tableRecords = 3;
-    options.limits.csvRecords = 4;
-    options.limits.csvColumns = 6;
-    options.limits.textLength = 12;
-    options.limits.entries = 3;
-    const auto lines = [&](const Files& files) {
-        const FeedResult result = loadGtfs(files, options);
-        return result.problemLines() + result.noticeLines();
-    };
-    const auto areas = [](const QByteArray& text) { return base() + Files{{"areas.txt", text}}; };
-    QCOMPARE(lines(base()), QStringList());
-    QCOMPARE(lines(areas(base()["areas.txt"].leftJustified(300, '\n'))), QStringList());
-    QCOMPARE(lines(areas(base()["areas.txt"].leftJustified(301, '\n'))),
-             QStringList("gtfs/areas.txt: 301 bytes, expected at most 300 bytes"));
-    QCOMPARE(lines(areas("area_id\n10\n20\n30\n")), QStringList());
-    QCOMPARE(lines(areas("area_id\n10\n20\n30\n40\n")),
-             QStringList("gtfs/areas.txt:5: a further record, expected at most 3 records"));
-    QCOMPARE(lines(areas("area_id,a,b,c,d,e,f\n10\n20\n")),
-             QStringList("gtfs/areas.txt:1: 7 columns, expected at most 6 columns"));
-    QCOMPARE(lines(areas("area_id\n10\n20\n123456789012\n")), QStringList());
-    QCOMPARE(lines(areas("area_id\n10\n20\n1234567890123\n")),
-             QStringList("gtfs/areas.txt:4: area_id: \"1234567890123\", expected a text of 1 to 12 "
-                         "characters"));
-    // A column that is not read may be as long as it likes.
-    QCOMPARE(lines(areas("area_id,area_desc\n10,1234567890123\n20\n")), QStringList());
-    QCOMPARE(lines(base() + Files{{"fare_leg_rules.txt", ruleHeader + "pass,10,20\npass,20,10\n"}}),
-             QStringList("gtfs: more than 3 products over all areas: only those of one stop can be "
-                         "shown"));
-    options.limits.textBytes = 115;
-    QCOMPARE(lines(base()), QStringList());
-    --options.limits.textBytes;
-    QCOMPARE(lines(base()), QStringList("gtfs/fare_products.txt: more texts than a feed may have, "
-                                        "expected at most 114 bytes of them in all files"));
-    options = FeedOptions();
-    options.limits.csvRecords = 3;
-    const QByteArray times = "trip_id,stop_id,stop_sequence\nT1,A,1\nT1,A,2\nT1,A,3\n";
-    QCOMPARE(lines(base() + network + Files{{"stop_times.txt", times}}), QStringList());
-    QCOMPARE(lines(base() + network + Files{{"stop_times.txt", times + "T1,A,4\n"}}),
-             QStringList("gtfs/stop_times.txt:5: a further record, expected at most 3 records"));
-    options.limits.feedFiles = 1;
-    QVERIFY(!lines(base()).isEmpty());
-}
-
-void GtfsFeedTest::aCatalogueBeyondTheLimitIsLeftOut()
-{
-    FeedOptions options;
-    options.limits.entries = loadGtfs(base()).feed->fareProducts.size();
-    QVERIFY(options.limits.entries > 1);
-    QCOMPARE(loadGtfs(base(), options).feed->fareProducts.size(), options.limits.entries);
-    --options.limits.entries;
-    const FeedResult result = loadGtfs(base(), options);
-    REQUIRE_FEED(result);
-    QVERIFY(result.feed->fareProducts.isEmpty());
-}
-
-void GtfsFeedTest::ruleAndProductNumbersMayNotMultiplyWithoutBound()
-{
-    QByteArray products = "fare_product_id,amount,currency,rider_category_id\n";
-    QByteArray categories = "rider_category_id\n";
-    QByteArray areas = "area_id\n";
-    QByteArray rules = ruleHeader;
-    for (int i = 0; i < 20'000; ++i) {
-        const QByteArray id = QByteArray::number(i + 1);
-        products += "p,1,EUR," + id + '\n';
-        categories += id + '\n';
-        areas += id + '\n';
-        rules += "p," + id + ",1\n";
-    }
-    const FeedResult result = loadGtfs({{"fare_products.txt", products},
-                                        {"fare_leg_rules.txt", rules},
-                                        {"rider_categories.txt", categories},
-                                        {"areas.txt", areas},
-                                        {"stops.txt", "stop_id\nS\n"},
-                                        {"stop_areas.txt", "stop_id,area_id\nS,1\n"},
-                                        {"routes.txt", "route_id\nR\n"}});
-    REQUIRE_FEED(result);
-    QVERIFY(result.feed->products.isEmpty());
-    QCOMPARE(result.feed->supportedPassengerTypes.size(), 20'000);
-    QCOMPARE(result.feed->fareProducts.size(), 1);
-    QCOMPARE(everythingSold(*result.feed->tariff).errors, QStringList("more than 100000 offers"));
-    QCOMPARE(offersOf(*result.feed->tariff, queryOf("R S 2026-03-02T12:00")).offers.size(), 20'000);
 }
 
 QTEST_GUILESS_MAIN(GtfsFeedTest)
