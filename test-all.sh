@@ -17,7 +17,8 @@ report "Coverage" scripts/newcomer.sh scripts/coverage.sh
 report "Linters" scripts/lint.sh
 settings_and_memory
 sanitizers_and_mutants
-other_platforms
+report "Tests with Qt 6" scripts/qt6.sh
+report "Tests on 32-bit ARM" ./test-armhf.sh
 packages_and_fuzzers
 report "Instructions on 32-bit ARM" tests/budget/instructions.sh armhf
-[ "$failures" -eq 0 ]
+[ "$((failures + reported))" -eq 0 ]

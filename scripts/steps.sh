@@ -11,10 +11,15 @@ step() {
     echo "$what: done in $((SECONDS - start)) s"
 }
 
-# report WHAT COMMAND...: a step whose failure is printed but does not fail the run, and that ends after
-# 11 minutes, so that CI ends in time; test-all.sh gives each an hour.
-failures=0 minutes=11
-report() {
+# check WHAT COMMAND...: a step after whose failure the others go on; the run fails at its end.
+# report WHAT COMMAND...: the same, but its failure does not fail CI: it has not been seen to pass
+# on an idle machine yet. test-all.sh fails for both.
+#
+# Both end after 15 minutes, which is a failure, so that CI ends in time; test-all.sh gives each an hour.
+failures=0 reported=0 minutes=15
+check() { attempt "$@" || failures=$((failures + 1)); }
+report() { attempt "$@" || reported=$((reported + 1)); }
+attempt() {
     local what="$1" start="$SECONDS" outcome="done" status=0
     shift
     if declare -F "$1" > /dev/null; then
@@ -22,9 +27,11 @@ report() {
     else
         timeout --kill-after=30 "$minutes"m "$@" || status=$?
     fi
-    [ "$status" -eq 0 ] || { outcome="FAILED" && failures=$((failures + 1)); }
+    [ "$status" -eq 0 ] || outcome="FAILED"
+    [ "$status" -ne 124 ] || outcome="NOT FINISHED"
     times+="$what $outcome $((SECONDS - start)) s; "
     echo "$what: $outcome in $((SECONDS - start)) s"
+    return "$status"
 }
 trap 'echo "${times}all $SECONDS s"' EXIT
 
@@ -47,17 +54,12 @@ settings_and_memory() {
     report "Tests under memcheck" scripts/newcomer.sh scripts/valgrind.sh \
         -R '^tst_(core_registry|core_settingsfile|listitem|listmodel|product_catalogue|product_record)$'
     report "Instructions of the hot paths" tests/budget/instructions.sh
-    report "Pages of the interface" docs/build-api.sh
+    check "Pages of the interface" docs/build-api.sh
 }
 
 sanitizers_and_mutants() {
     report "Tests under the sanitizers" scripts/sanitizers.sh core listmodel models grid qml terminal/sales
     report "Mutants" tests/mutation/run.sh --sample 4
-}
-
-other_platforms() {
-    report "Tests with Qt 6" scripts/qt6.sh
-    report "Tests on 32-bit ARM" ./test-armhf.sh
 }
 
 packages_and_fuzzers() {
