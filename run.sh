@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Opens the terminal with the shipped feed. Without a screen that answers it renders the Sell page into
+# Opens the demo of the terminal with the shipped feed. Without a screen that answers it renders the Sell page into
 # a picture instead, prints where that is, and prints the selection grid. Arguments go to rivo-grid:
 # ./run.sh --help, ./run.sh FEED --columns 4, ./run.sh check FEED
 set -euo pipefail
@@ -23,13 +23,13 @@ if [ "$#" -gt 0 ]; then
 fi
 screen="$(screen_to_use)"
 if [ -n "$screen" ]; then
-    QT_QPA_PLATFORM="$screen" exec "$bin/rivo-terminal" --feed "$feed"
+    QT_QPA_PLATFORM="$screen" exec "$bin/rivo-terminal" --demo --feed "$feed"
 fi
 picture="$root/build/release/sell.png"
 journal="$(mktemp -d)"
 trap 'rm -rf "$journal"' EXIT
 QT_QPA_PLATFORM=xcb quietly "Rendering the Sell page" \
-    on_own_screen "$bin/rivo-terminal" --feed "$feed" \
+    on_own_screen "$bin/rivo-terminal" --demo --feed "$feed" \
     --journal "$journal/sales.journal" --screenshot "$picture"
 echo "$picture"
 "$bin/rivo-grid" "$feed"

@@ -16,6 +16,13 @@ bool looksLikePrinter(const PeripheralItem& device)
            device.name().contains(QLatin1String("printer"), Qt::CaseInsensitive);
 }
 
+/// A device that is not connected has all flags and no text: no alarm.
+bool hasReported(const PeripheralItem& device)
+{
+    return !device.stateStr().isEmpty() || !device.warning() || !device.blueWarning() ||
+           !device.yellowWarning() || !device.error();
+}
+
 } // namespace
 
 DeviceDesk::DeviceDesk(PeripheralsModel& devices, sales::TicketPrinter& printer, QObject* parent)
@@ -69,7 +76,7 @@ void DeviceDesk::deviceChanged()
         controlPrinter();
     int faults = 0;
     for (int row = 0; row < m_devices.rowCount(); ++row)
-        faults += device(row)->error() ? 1 : 0;
+        faults += device(row)->error() && hasReported(*device(row)) ? 1 : 0;
     if (faults == m_faults)
         return;
     m_faults = faults;
@@ -81,7 +88,7 @@ void DeviceDesk::controlPrinter()
     const bool isFaulty = m_printerDevice.isNull() || m_printerDevice->error();
     const QString state = m_printerDevice.isNull() ? QString() : m_printerDevice->stateStr();
     m_simulated->setFault(!isFaulty         ? QString()
-                          : state.isEmpty() ? tr("no report from the printer")
+                          : state.isEmpty() ? tr("The ticket printer is not connected.")
                                             : state);
 }
 

@@ -107,6 +107,7 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     const auto vehicle = option("vehicle", "Name of the vehicle on tickets.", "name");
     const auto language = option("language", "Language of the screen: en or de.", "code");
     const auto night = option("night", "Start with dark colours.");
+    const auto demo = option("demo", "Simulate devices and vehicles, and show controls for them.");
     const auto fullscreen = option("fullscreen", "Fill the screen.");
     const auto fileIcons = option("allow-file-icons", "Show icons of a feed that are local files.");
     const auto benchmark = option("benchmark", "Measure start, tap and scrolling, and end.");
@@ -174,6 +175,7 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     options.vehicle = parser.value(vehicle);
     options.language = parser.value(language);
     options.night = parser.isSet(night);
+    options.isDemo = parser.isSet(demo);
     options.fullscreen = parser.isSet(fullscreen);
     options.allowFileIcons = parser.isSet(fileIcons);
     options.benchmark = parser.isSet(benchmark);

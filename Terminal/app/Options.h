@@ -32,6 +32,7 @@ struct Options
     QString language;   ///< "en", "de" ...; empty = the system's
     bool night = false;
     bool fullscreen = false;
+    bool isDemo = false; ///< what is not connected is simulated
     bool allowFileIcons = false;
     bool benchmark = false;
     bool verbose = false; ///< the log of the library goes to standard error

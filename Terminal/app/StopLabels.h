@@ -14,13 +14,13 @@ namespace rivo::terminal
 class StopLabels : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(QFont font MEMBER m_font) ///< that the names are drawn in
-    Q_PROPERTY(int padding READ padding CONSTANT)
+    Q_PROPERTY(QFont font MEMBER m_font NOTIFY fontChanged) ///< that the names are drawn in
+    Q_PROPERTY(double padding READ padding NOTIFY fontChanged)
 
 public:
     explicit StopLabels(QObject* parent = nullptr) : QObject(parent) {}
 
-    int padding() const; ///< left and right of a name
+    double padding() const; ///< left and right of a name
 
     /// Gives the names of `stops` (see FleetSimulator::stops) new places; `points` are where these
     /// stops are on the map. See placesOfNames() for the rest.
@@ -33,7 +33,12 @@ public:
     Q_INVOKABLE QVariantMap shown(const QVariantList& stops, const QVariantList& points,
                                   const QVariantList& marks) const;
 
+signals:
+    void fontChanged();
+
 private:
+    double unit() const;
+
     QFont m_font;
     QHash<int, QRectF> m_places;
 };

@@ -52,6 +52,22 @@ feed::Feed withClosedShiftsOnly(feed::Feed feed)
     return feed;
 }
 
+/// The feed without what it states of devices and vehicles: they are not connected.
+feed::Feed withoutReports(feed::Feed feed)
+{
+    for (feed::FeedPeripheral& device : feed.peripherals) {
+        device.warning = device.blueWarning = device.yellowWarning = device.error = true;
+        device.stateStr.clear();
+    }
+    for (feed::FeedVehicle& vehicle : feed.vehicles) {
+        vehicle.latitude = vehicle.longitude = vehicle.altitude = qQNaN();
+        vehicle.updated = false;
+        vehicle.drivingStatus = Terminal::tr("not connected");
+        vehicle.routeStatus.clear();
+    }
+    return feed;
+}
+
 /// `reports` has the rows of `all` that are closed, or those that are not.
 void showReports(QSortFilterProxyModel& reports, ZReportModel& all, bool areClosed)
 {
@@ -77,8 +93,8 @@ feed::Feed withReportsBefore(feed::Feed feed, const ZReportModel& own)
 } // namespace
 
 Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent)
-    : QObject(parent), m_feed(withClosedShiftsOnly(feed)), m_settings(settings),
-      m_currency(feed.currency, feed.currencyDecimals()),
+    : QObject(parent), m_feed(withClosedShiftsOnly(settings.isDemo ? feed : withoutReports(feed))),
+      m_settings(settings), m_currency(feed.currency, feed.currencyDecimals()),
       m_presentation(feed, m_currency, settings.allowFileIcons), m_grid(&m_prototypes),
       m_basket(&m_prototypes), m_fareProducts(&m_prototypes), m_zReports(&m_prototypes),
       m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
@@ -123,7 +139,10 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
 void Terminal::startFleet()
 {
     feed::addVehicles(m_feed, m_vehicles);
-    m_fleet = std::make_unique<fleet::FleetSimulator>(fleet::Timetable(m_feed.network), m_vehicles);
+    m_fleet = std::make_unique<fleet::FleetSimulator>(
+        fleet::Timetable(m_feed.network), m_vehicles,
+        m_settings.isDemo ? fleet::FleetSimulator::Vehicles::Simulated
+                          : fleet::FleetSimulator::Vehicles::AsReported);
     m_fleet->setPace(m_settings.pace);
     m_fleet->setTime(m_settings.startTime >= 0 ? m_settings.startTime
                                                : QTime(0, 0).secsTo(QTime::currentTime()));

@@ -54,12 +54,14 @@ class Terminal : public QObject
     Q_PROPERTY(rivo::terminal::Presentation* presentation READ presentation CONSTANT)
     Q_PROPERTY(rivo::fleet::FleetSimulator* fleet READ fleet CONSTANT)
     Q_PROPERTY(QString journalFile READ journalFile CONSTANT)
+    Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
     Q_PROPERTY(bool night READ night WRITE setNight NOTIFY nightChanged)
 
 public:
     struct Settings
     {
         QString journalFile;
+        bool isDemo = false;         ///< devices and vehicles without a connection are simulated
         bool allowFileIcons = false; ///< otherwise icons of feeds come from qrc: only
         bool night = false;
         double pace = 1.0;  ///< of the fleet, see FleetSimulator::pace
@@ -94,7 +96,8 @@ public:
     sales::SimulatedPrinter& printer() { return m_printer; }
 
     QString journalFile() const { return m_settings.journalFile; }
-    bool night() const { return m_night; } ///< dark colours for driving at night
+    bool isDemo() const { return m_settings.isDemo; } ///< what is sold is not valid
+    bool night() const { return m_night; }            ///< dark colours for driving at night
     void setNight(bool night);
 
 signals:

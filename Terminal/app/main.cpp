@@ -55,6 +55,7 @@ Terminal::Settings settingsOf(const Options& options)
     Terminal::Settings settings;
     settings.journalFile = options.journal;
     settings.allowFileIcons = options.allowFileIcons;
+    settings.isDemo = options.isDemo;
     settings.night = options.night;
     settings.pace = options.timeScale;
     settings.startTime = options.startTime;
@@ -76,6 +77,7 @@ QStringList measure(const feed::Feed& feed, const Options& options)
     const QTemporaryDir folder;
     const auto settings = [&](const char* journal) {
         Terminal::Settings made = settingsOf(options);
+        made.isDemo = true; // sells without a printer
         made.journalFile = folder.filePath(QLatin1String(journal));
         return made;
     };

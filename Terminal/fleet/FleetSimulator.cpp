@@ -27,10 +27,12 @@ bool canRun(const Trip& trip) { return duration(trip) < day && !trip.path->point
 
 } // namespace
 
-FleetSimulator::FleetSimulator(const Timetable& timetable, AssetsModel& fleet, QObject* parent)
+FleetSimulator::FleetSimulator(const Timetable& timetable, AssetsModel& fleet, Vehicles vehicles,
+                               QObject* parent)
     : QObject(parent), m_timetable(timetable), m_fleet(fleet)
 {
-    distributeTrips();
+    if (vehicles == Vehicles::Simulated)
+        distributeTrips();
     rememberParkedVehicles();
     describeNetwork();
     m_ticks.setInterval(1000 / ticksPerSecond);

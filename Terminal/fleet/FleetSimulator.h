@@ -45,8 +45,14 @@ public:
     static constexpr Seconds staleAfter = 60;
     static constexpr Seconds offlineAfter = 300;
 
+    enum class Vehicles {
+        Simulated, ///< run by the timetable; made if the fleet is empty
+        AsReported ///< stay as the fleet has them
+    };
+
     /// `fleet` outlives the simulator.
-    FleetSimulator(const Timetable& timetable, AssetsModel& fleet, QObject* parent = nullptr);
+    FleetSimulator(const Timetable& timetable, AssetsModel& fleet,
+                   Vehicles vehicles = Vehicles::Simulated, QObject* parent = nullptr);
 
     /// Time of the service day, 0 to 86399 seconds.
     Seconds time() const { return m_time; }

@@ -3,13 +3,14 @@ import QtQuick.Templates 2.15 as T
 import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 
-/// The devices of the terminal, and events that can be made for the one that was tapped.
+/// The devices of the terminal, and in a demo events for the one that was tapped.
 Item {
     id: root
 
     required property PeripheralsModel peripherals
     required property DeviceDesk desk
     required property Presentation presentation
+    required property bool demo
     readonly property DeviceCard current: devices.currentItem
     readonly property bool isPrinter: desk.isPrinter(devices.currentIndex)
     readonly property bool isReal: desk.isReal(devices.currentIndex)
@@ -21,7 +22,7 @@ Item {
 
         objectName: "deviceCards"
         anchors.left: parent.left
-        anchors.right: panel.left
+        anchors.right: root.demo ? panel.left : parent.right
         height: parent.height
         leftMargin: Theme.gap
         topMargin: Theme.gap
@@ -44,7 +45,8 @@ Item {
         id: panel
 
         anchors.right: parent.right
-        width: Theme.mm(54)
+        width: visible ? Theme.mm(54) : 0
+        visible: root.demo
         height: parent.height
         color: Theme.surface
 

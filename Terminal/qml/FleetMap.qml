@@ -21,7 +21,7 @@ Item {
     signal panned
     signal vehicleTapped(int id)
 
-    readonly property int margin: 52
+    readonly property int margin: Theme.touch
     /// The names that are shown: where they are, from their stop on, by its number.
     property var labels: ({})
     property var labelledCenter: QtPositioning.coordinate()
@@ -155,7 +155,7 @@ Item {
                                                                      Theme.accent)
 
                 path: modelData["path"]
-                line.width: modelData["route"] === root.ownRoute ? 6 : 4
+                line.width: modelData["route"] === root.ownRoute ? Theme.mm(1) : Theme.mm(0.6)
                 line.color: Theme.night ? Qt.lighter(own, 1.4) : own
             }
         }
@@ -168,17 +168,17 @@ Item {
                 readonly property var label: root.labels[modelData["number"]]
 
                 coordinate: modelData["coordinate"]
-                anchorPoint.x: 7
-                anchorPoint.y: 7
+                anchorPoint.x: sourceItem.width / 2
+                anchorPoint.y: sourceItem.height / 2
                 sourceItem: Item {
-                    width: 14
-                    height: 14
+                    width: 2 * Math.ceil(0.35 * Theme.smallText)
+                    height: width
                     Rectangle {
                         objectName: "stopMark"
                         anchors.fill: parent
-                        radius: 7
+                        radius: width / 2
                         color: Theme.surface
-                        border.width: 3
+                        border.width: Theme.mm(0.5)
                         border.color: Theme.mutedText
                     }
                     Rectangle {
@@ -187,11 +187,11 @@ Item {
 
                         objectName: "stopLabel"
                         visible: stop.label !== undefined
-                        x: 7 + place["x"]
-                        y: 7 + place["y"]
+                        x: parent.width / 2 + place["x"]
+                        y: parent.height / 2 + place["y"]
                         width: place["width"]
                         height: place["height"]
-                        radius: 4
+                        radius: Theme.radius
                         color: Theme.surface
                         PlainText {
                             anchors.fill: parent

@@ -12,6 +12,7 @@ Item {
     required property AssetsModel vehicles
     required property TripContext trip
     required property Presentation presentation
+    required property bool demo ///< shows the controls of the simulation
     readonly property int ownId: fleet.vehicleOf(trip.tripsExecutionId, trip.routeId)
     property int chosenId: ownId
     property bool follow: false
@@ -51,7 +52,7 @@ Item {
         id: panel
 
         anchors.right: parent.right
-        width: Math.max(290, Math.min(340, parent.width * 0.3))
+        width: Math.max(Theme.mm(54), Math.min(Theme.mm(64), parent.width * 0.3))
         height: parent.height
         color: Theme.surface
 
@@ -93,7 +94,9 @@ Item {
                 spacing: Theme.gap
                 PanelButton {
                     objectName: "followButton"
-                    width: (parent.width - Theme.gap) / 2
+                    width: root.demo ? (parent.width - Theme.gap) / 2 : parent.width
+                    height: Theme.mm(11)
+                    stacked: true
                     accent: root.follow
                     iconSource: "qrc:/icons/gps.svg"
                     text: qsTr("Follow")
@@ -105,6 +108,9 @@ Item {
                 PanelButton {
                     objectName: "silenceButton"
                     width: (parent.width - Theme.gap) / 2
+                    height: Theme.mm(11)
+                    stacked: true
+                    visible: root.demo
                     accent: root.chosenIsSilent
                     iconSource: "qrc:/icons/offline.svg"
                     text: qsTr("Radio off")
@@ -116,6 +122,7 @@ Item {
             }
             Row {
                 width: parent.width
+                visible: root.demo
                 spacing: Theme.gap
                 Repeater {
                     model: [1, 10, 60]
@@ -133,7 +140,7 @@ Item {
             }
         }
         Rectangle {
-            width: 1
+            width: Theme.thinLine
             height: parent.height
             color: Theme.line
         }

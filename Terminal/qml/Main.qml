@@ -41,6 +41,7 @@ T.ApplicationWindow {
         faults: root.terminal.devices.faults
         night: root.terminal.night
         drivers: root.terminal.drivers
+        demo: root.terminal.isDemo
         onDevicesRequested: root.page = "devices"
         onNightRequested: night => root.terminal.night = night
     }
@@ -53,7 +54,7 @@ T.ApplicationWindow {
 
         objectName: "navigation"
         anchors.top: status.bottom
-        anchors.bottom: root.contentItem.bottom
+        anchors.bottom: demoMark.top
         width: Theme.mm(18)
         NavButton {
             page: "sell"
@@ -97,6 +98,27 @@ T.ApplicationWindow {
             text: qsTr("Settings")
             iconSource: "qrc:/icons/settings.svg"
             onClicked: root.page = page
+        }
+    }
+    Rectangle {
+        id: demoMark
+
+        anchors.left: root.contentItem.left
+        anchors.bottom: root.contentItem.bottom
+        width: navigation.width
+        height: root.terminal.isDemo ? demoText.implicitHeight : 0
+        visible: root.terminal.isDemo
+        color: Theme.warning
+        PlainText {
+            id: demoText
+
+            objectName: "demoText"
+            anchors.fill: parent
+            horizontalAlignment: Text.AlignHCenter
+            text: qsTr("DEMO")
+            font.pixelSize: Theme.smallText
+            font.weight: Font.Bold
+            color: Theme.surface
         }
     }
     Item {
@@ -148,6 +170,7 @@ T.ApplicationWindow {
                 fleet: root.terminal.fleet
                 vehicles: root.terminal.vehicles
                 trip: root.terminal.trip.context
+                demo: root.terminal.isDemo
                 presentation: root.terminal.presentation
             }
         }
@@ -156,6 +179,7 @@ T.ApplicationWindow {
             sourceComponent: DevicesPage {
                 peripherals: root.terminal.peripherals
                 desk: root.terminal.devices
+                demo: root.terminal.isDemo
                 presentation: root.terminal.presentation
             }
         }

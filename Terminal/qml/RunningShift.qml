@@ -81,9 +81,8 @@ ShiftReport {
                     objectName: "runningNumber"
                     width: parent.width
                     text: qsTr("Z report %1").arg(root.number)
-                    font.pixelSize: Theme.normalText
-                    fontSizeMode: Text.HorizontalFit
-                    minimumPixelSize: Theme.smallText
+                    wrapMode: Text.Wrap
+                    font.pixelSize: Theme.mediumText
                     font.weight: Font.DemiBold
                 }
                 PlainText {

@@ -12,6 +12,7 @@ Rectangle {
     required property int faults ///< devices with one
     required property bool night
     required property DriverDesk drivers
+    required property bool demo
     signal devicesRequested
     signal nightRequested(bool night)
 
@@ -38,7 +39,7 @@ Rectangle {
         PanelButton {
             objectName: "previousStop"
             height: parent.height
-            width: 48
+            width: Math.max(implicitWidth, Theme.touch)
             visible: root.trip.stopCount > 0
             enabled: root.trip.stop > 0
             iconSource: "qrc:/icons/previous.svg"
@@ -56,7 +57,7 @@ Rectangle {
         PanelButton {
             objectName: "nextStop"
             height: parent.height
-            width: 48
+            width: Math.max(implicitWidth, Theme.touch)
             visible: root.trip.stopCount > 0
             enabled: root.trip.stop < root.trip.stopCount - 1
             iconSource: "qrc:/icons/next.svg"
@@ -73,6 +74,7 @@ Rectangle {
         PanelButton {
             objectName: "statusLog"
             height: parent.height
+            visible: root.demo
             text: qsTr("LOG")
             checked: root.tiles.logFareProducts || root.tiles.logExtraFareProducts
             Accessible.name: qsTr("Log fare products")

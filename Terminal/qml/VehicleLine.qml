@@ -17,7 +17,7 @@ T.AbstractButton {
     property bool own: false
     property bool chosen: false
 
-    implicitHeight: 68
+    implicitHeight: Math.max(Theme.touch, texts.height + Theme.gap)
     focusPolicy: Qt.NoFocus
     Accessible.name: root.registrationNumber + ", " + root.drivingStatus
 
@@ -29,32 +29,34 @@ T.AbstractButton {
     background: Rectangle {
         color: root.chosen || root.down ? Theme.raised : Theme.surface
         Rectangle {
-            width: 6
+            width: Theme.gap
             height: parent.height
             color: look.color
         }
         Rectangle {
             anchors.bottom: parent.bottom
             width: parent.width
-            height: 1
+            height: Theme.thinLine
             color: Theme.line
         }
     }
     contentItem: Item {
         Column {
-            x: Theme.gap + 6
+            id: texts
+
+            x: 2 * Theme.gap
             width: parent.width - x - Theme.gap
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 1
             Item {
                 width: parent.width
-                height: 22
+                height: registration.implicitHeight
                 PlainText {
                     id: registration
 
                     height: parent.height
                     width: Math.min(implicitWidth, parent.width - status.width - Theme.gap)
                     text: root.registrationNumber
+                    font.pixelSize: Theme.mediumText
                     font.weight: Font.DemiBold
                     color: root.reporting === FleetSimulator.Offline ? Theme.mutedText : Theme.text
                 }
@@ -63,10 +65,10 @@ T.AbstractButton {
 
                     anchors.right: parent.right
                     height: parent.height
-                    spacing: 4
+                    spacing: Theme.mm(0.5)
                     Icon {
                         anchors.verticalCenter: parent.verticalCenter
-                        size: 16
+                        size: Theme.smallIcon
                         source: look.icon
                         ink: look.color
                     }
@@ -90,7 +92,7 @@ T.AbstractButton {
             }
             Item {
                 width: parent.width
-                height: 18
+                height: ownText.implicitHeight + Theme.mm(0.4)
                 visible: root.routeStatus !== "" || root.own
                 PlainText {
                     height: parent.height
@@ -105,16 +107,16 @@ T.AbstractButton {
                     anchors.right: parent.right
                     anchors.verticalCenter: parent.verticalCenter
                     visible: root.own
-                    width: ownText.implicitWidth + 10
-                    height: 18
-                    radius: 4
+                    width: ownText.implicitWidth + Theme.gap
+                    height: parent.height
+                    radius: Theme.radius
                     color: Theme.accent
                     PlainText {
                         id: ownText
 
                         anchors.centerIn: parent
                         text: qsTr("this bus")
-                        font.pixelSize: 12
+                        font.pixelSize: Theme.smallText
                         font.weight: Font.DemiBold
                         color: Theme.accentInk
                     }

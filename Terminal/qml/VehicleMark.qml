@@ -23,7 +23,9 @@ MapQuickItem {
     /// What the mark covers, from the vehicle's place on.
     readonly property rect extent: {
         const width = Math.max(arrow.width, tag.width)
-        return Qt.rect(-width / 2, tag.isAbove ? -44 : -28, width, 72)
+        const half = arrow.height / 2
+        return Qt.rect(-width / 2, tag.isAbove ? -half - tag.height : -half,
+                       width, arrow.height + tag.height)
     }
     signal tapped
 
@@ -34,7 +36,7 @@ MapQuickItem {
     anchorPoint.y: sourceItem.height / 2
 
     sourceItem: Item {
-        width: Theme.touch + 20
+        width: 1.4 * Theme.touch
         height: arrow.height + 2 * tag.height
 
         ReportingLook {
@@ -52,26 +54,26 @@ MapQuickItem {
             rotation: root.direction
             Rectangle {
                 anchors.horizontalCenter: parent.horizontalCenter
-                y: 5
-                width: 24
-                height: 24
+                y: 0.09 * Theme.touch
+                width: 0.43 * Theme.touch
+                height: width
                 rotation: 45
                 antialiasing: true
                 color: look.color
             }
             Rectangle {
                 anchors.centerIn: parent
-                width: 36
-                height: 36
-                radius: 18
+                width: 0.64 * Theme.touch
+                height: width
+                radius: width / 2
                 antialiasing: true
                 color: look.color
-                border.width: 3
+                border.width: Theme.thickLine
                 border.color: root.chosen ? Theme.text : root.own ? Theme.accent : look.color
             }
             Icon {
                 anchors.centerIn: parent
-                size: 24
+                size: 0.43 * Theme.touch
                 source: "qrc:/icons/vehicle.svg"
                 ink: Theme.surface
             }
@@ -83,37 +85,37 @@ MapQuickItem {
             // Behind the vehicle, where it does not cover the arrow's head.
             readonly property bool isAbove: root.direction > 90 && root.direction < 270
 
-            y: isAbove ? 6 : parent.height - height - 6
+            y: isAbove ? Theme.mm(1) : parent.height - height - Theme.mm(1)
             anchors.horizontalCenter: parent.horizontalCenter
-            width: tagText.width + 12
-            height: 20
-            radius: 4
+            width: tagText.width + 2 * Theme.gap
+            height: tagText.implicitHeight
+            radius: Theme.radius
             color: root.own ? Theme.accent : Theme.surface
-            border.width: 1
+            border.width: Theme.thinLine
             border.color: root.chosen ? Theme.text : look.color
             PlainText {
                 id: tagText
 
                 anchors.centerIn: parent
-                width: Math.min(implicitWidth, 96)
+                width: Math.min(implicitWidth, Theme.mm(22))
                 text: root.internalNumber === "" ? root.registrationNumber : root.internalNumber
-                font.pixelSize: 13
+                font.pixelSize: Theme.smallText
                 font.weight: Font.DemiBold
                 color: root.own ? Theme.accentInk : Theme.text
             }
         }
         Rectangle {
             anchors.left: arrow.right
-            anchors.leftMargin: -16
+            anchors.leftMargin: -Theme.smallIcon
             anchors.top: arrow.top
             visible: root.reporting !== FleetSimulator.Live
-            width: 22
-            height: 22
-            radius: 11
+            width: Theme.icon
+            height: width
+            radius: width / 2
             color: Theme.surface
             Icon {
                 anchors.centerIn: parent
-                size: 16
+                size: Theme.smallIcon
                 source: look.icon
                 ink: look.color
             }

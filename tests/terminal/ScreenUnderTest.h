@@ -172,6 +172,7 @@ private:
     {
         Terminal::Settings settings;
         settings.journalFile = m_folder.filePath("sales.journal");
+        settings.isDemo = true;
         settings.startTime = 30000;
         settings.pace = 0.0;
         settings.ticketTime = 0;

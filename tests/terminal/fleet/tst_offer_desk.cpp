@@ -295,6 +295,7 @@ namespace
 Terminal::Settings settingsIn(const QTemporaryDir& folder, int second = 8 * 3600)
 {
     Terminal::Settings settings;
+    settings.isDemo = true;
     settings.journalFile = folder.filePath("sales.journal");
     settings.startTime = second;
     settings.pace = 0.0;

@@ -287,6 +287,7 @@ private slots:
         Feed feed = smallFeed({closedReport(41)});
         const QTemporaryDir folder;
         Terminal::Settings settings;
+        settings.isDemo = true;
         settings.journalFile = folder.filePath("sales.journal");
         QVERIFY(Terminal(feed, settings).desk()->closeShift()); // number 42
         feed.zReports.prepend(closedReport(42)); // which the back office knows by now
@@ -335,6 +336,13 @@ private slots:
         ScreenUnderTest shown(smallFeed(), "settings", smallest);
         const QQuickItem* const toggle = shown.item(name);
         QCOMPARE(toggle->property("checked").toBool(), false);
+        QQuickItem* page = toggle->parentItem();
+        while (!page->inherits("QQuickFlickable"))
+            page = page->parentItem();
+        page->setProperty("contentY",
+                          qMax(0.0, page->property("contentHeight").toDouble() - page->height()));
+        if (name == "nightSwitch")
+            page->setProperty("contentY", 0.0);
         shown.tap(name);
         QTRY_VERIFY(get(shown.terminal()));
         for (const bool on : {false, true}) {

@@ -16,6 +16,7 @@ namespace
 terminal::Terminal::Settings settingsIn(const QTemporaryDir& folder)
 {
     terminal::Terminal::Settings settings;
+    settings.isDemo = true;
     settings.journalFile = folder.filePath("journal.db");
     settings.ticketTime = 0;
     return settings;
