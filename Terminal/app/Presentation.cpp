@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QImageReader>
 
+#include <algorithm>
 #include <cmath>
 
 namespace rivo::terminal
@@ -22,6 +23,13 @@ double luminance(const QColor& color)
     };
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
            0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b)
+{
+    const double first = luminance(a) + 0.05;
+    const double second = luminance(b) + 0.05;
+    return std::max(first, second) / std::min(first, second);
 }
 
 } // namespace
@@ -67,9 +75,15 @@ QColor Presentation::color(const QString& name, const QColor& fallback) const
 
 QColor Presentation::textOn(const QColor& background) const
 {
-    const double light = luminance(background);
-    // The contrasts (L1 + 0.05) / (L2 + 0.05) with white and with black.
-    return 1.05 / (light + 0.05) >= (light + 0.05) / 0.05 ? QColor(Qt::white) : QColor(Qt::black);
+    const QColor white(Qt::white);
+    const QColor black(Qt::black);
+    return contrast(background, white) >= contrast(background, black) ? white : black;
+}
+
+QColor Presentation::frameOn(const QColor& background, const QColor& preferred) const
+{
+    constexpr double leastContrast = 3.0;
+    return contrast(background, preferred) >= leastContrast ? preferred : textOn(background);
 }
 
 } // namespace rivo::terminal

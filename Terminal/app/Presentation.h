@@ -40,6 +40,10 @@ public:
     /// Black or white, whichever is easier to read on `background`.
     Q_INVOKABLE QColor textOn(const QColor& background) const;
 
+    /// Colour of a frame on `background`: `preferred` if its contrast is at least 3, otherwise
+    /// that of textOn().
+    Q_INVOKABLE QColor frameOn(const QColor& background, const QColor& preferred) const;
+
 private:
     const feed::ZoneNames m_zoneNames;
     const sales::Currency m_currency;

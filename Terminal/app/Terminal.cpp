@@ -1,5 +1,9 @@
 #include "Terminal.h"
 
+#include "DirectionControls.h"
+
+#include "DirectionControls.h"
+
 #include <FeedToModels.h>
 #include <PassengerTypes.h>
 #include <ZReportItem.h>
@@ -93,12 +97,13 @@ feed::Feed withReportsBefore(feed::Feed feed, const ZReportModel& own)
 } // namespace
 
 Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent)
-    : QObject(parent), m_feed(withClosedShiftsOnly(settings.isDemo ? feed : withoutReports(feed))),
+    : QObject(parent), m_feed(withClosedShiftsOnly(withoutDirectionControls(
+                           settings.isDemo ? feed : withoutReports(feed)))),
       m_settings(settings), m_currency(feed.currency, feed.currencyDecimals()),
-      m_presentation(feed, m_currency, settings.allowFileIcons), m_grid(&m_prototypes),
+      m_presentation(m_feed, m_currency, settings.allowFileIcons), m_grid(&m_prototypes),
       m_basket(&m_prototypes), m_fareProducts(&m_prototypes), m_zReports(&m_prototypes),
       m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
-      m_trip(feed, fleet::Timetable(feed.network)),
+      m_trip(m_feed, fleet::Timetable(m_feed.network)),
       m_offers(m_feed, *m_trip.context(), [this] { return timeOfSale(); }),
       m_details(feed, m_currency, m_trip, settings.config.vehicle),
       m_devices(m_peripherals, m_printer), m_catalogue(m_fareProducts, m_feed),
@@ -175,7 +180,7 @@ void Terminal::layOutGrid()
 {
     m_grid.clearData();
     for (const feed::FeedProduct& product : m_offers.products())
-        addProduct(m_grid, product, product.passengerTypeCode);
+        addProduct(m_grid, withoutDirectionControls(product), product.passengerTypeCode);
     // With 0 columns the model takes the number of types of the layout before.
     m_grid.sortAndRegroup(feed::distinctTypes(m_offers.passengerTypes()),
                           m_feed.columns != 0 ? m_feed.columns : m_grid.numberOfColumns());

@@ -40,7 +40,7 @@ T.AbstractButton {
             radius: Theme.radius
             color: root.face
             border.width: root.selected ? 4 : 1
-            border.color: root.selected ? Theme.accent : root.hasExpired ? Theme.inert : Theme.line
+            border.color: root.selected ? root.presentation.frameOn(root.face, Theme.accent) : root.hasExpired ? Theme.inert : Theme.line
             opacity: root.down ? 0.7 : 1
         }
     }

@@ -315,6 +315,9 @@ private slots:
 
         // The last one, which is tapped first.
         shown.tap(shown.all("stateText").at(2));
+        QQuickItem* events = shown.item("deviceEvents");
+        events->setProperty(
+            "contentY", qMax(0.0, events->property("contentHeight").toDouble() - events->height()));
         shown.tap("event-No connection");
         QCOMPARE(flags(2), QString("0001 No connection"));
         QCOMPARE(flags(0), QString("0000 Ready"));
