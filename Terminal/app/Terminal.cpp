@@ -2,10 +2,11 @@
 
 #include "DirectionControls.h"
 
-#include "DirectionControls.h"
-
+#include <EscPosPrinter.h>
 #include <FeedToModels.h>
+#include <NoPrinter.h>
 #include <PassengerTypes.h>
+#include <SimulatedPrinter.h>
 #include <ZReportItem.h>
 #include <addProduct.h>
 
@@ -21,6 +22,24 @@ namespace rivo::terminal
 
 namespace
 {
+
+ticket::PaperContext paperContext(const feed::Feed& feed)
+{
+    return {feed.name, sales::Currency(feed.currency, feed.currencyDecimals()), QByteArray(),
+            QLocale()};
+}
+
+std::unique_ptr<sales::TicketPrinter> printerFor(const feed::Feed& feed,
+                                                 const Terminal::Settings& settings)
+{
+    if (settings.config.printer.isThere())
+        return printer::makePrinter(settings.config.printer, paperContext(feed));
+    if (!settings.simulatesPrinter)
+        return std::make_unique<sales::NoPrinter>();
+    auto simulated = std::make_unique<sales::SimulatedPrinter>();
+    simulated->setTicketTime(settings.ticketTime);
+    return simulated;
+}
 
 /// The report that the feed's back office expects next.
 qint64 nextZNumber(const feed::Feed& feed)
@@ -105,13 +124,13 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
       m_trip(m_feed, fleet::Timetable(m_feed.network)),
       m_offers(m_feed, *m_trip.context(), [this] { return timeOfSale(); }),
+      m_printer(printerFor(feed, settings)),
       m_details(feed, m_currency, m_trip, settings.config.vehicle),
-      m_devices(m_peripherals, m_printer), m_catalogue(m_fareProducts, m_feed),
+      m_devices(m_peripherals, *m_printer), m_catalogue(m_fareProducts, m_feed),
       m_desk(
-          {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, m_printer, m_currency,
+          {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, *m_printer, m_currency,
           [this](int zone) { return m_presentation.zoneName(zone); }, *m_trip.context()),
-      m_drivers(settings.drivers),
-      m_papers(m_desk, m_printer, {feed.name, m_currency, QByteArray(), QLocale()}),
+      m_drivers(settings.drivers), m_papers(m_desk, *m_printer, paperContext(feed)),
       m_night(settings.night)
 {
     startFleet();
@@ -121,7 +140,6 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     feed::addFareProducts(m_feed, m_fareProducts);
     feed::addPeripherals(m_feed, m_peripherals);
     m_devices.findPrinter(m_feed.printerId);
-    m_printer.setTicketTime(settings.ticketTime);
 
     m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));
     m_desk.restore(maxDebt(feed));

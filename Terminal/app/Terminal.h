@@ -19,7 +19,7 @@
 #include <PeripheralsModel.h>
 #include <SalesDesk.h>
 #include <ShoppingBasketModel.h>
-#include <SimulatedPrinter.h>
+#include <TicketPrinter.h>
 #include <ZReportModel.h>
 
 #include <QObject>
@@ -69,6 +69,7 @@ public:
         int ticketTime = 350;             ///< of the printer, milliseconds
         QVector<drivers::Driver> drivers; ///< that may sign in; none = no sign-in
         config::Config config;            ///< the devices of this vehicle, and its name
+        bool simulatesPrinter = true;     ///< if the configuration has none
         int idleTime = 300000; ///< milliseconds without a press until it is locked; 0 = never
     };
 
@@ -93,7 +94,7 @@ public:
     CatalogueDesk* catalogue() { return &m_catalogue; }
     Presentation* presentation() { return &m_presentation; }
     fleet::FleetSimulator* fleet() { return m_fleet.get(); }
-    sales::SimulatedPrinter& printer() { return m_printer; }
+    sales::TicketPrinter& printer() { return *m_printer; }
 
     QString journalFile() const { return m_settings.journalFile; }
     bool isDemo() const { return m_settings.isDemo; } ///< what is sold is not valid
@@ -126,7 +127,7 @@ private:
     std::unique_ptr<fleet::FleetSimulator> m_fleet;
     TripDesk m_trip;
     OfferDesk m_offers;
-    sales::SimulatedPrinter m_printer;
+    const std::unique_ptr<sales::TicketPrinter> m_printer;
     TicketDetails m_details;
     DeviceDesk m_devices;
     CatalogueDesk m_catalogue;

@@ -95,6 +95,7 @@ QStringList linesOf(const FeedReport& report)
 
 bool isConfigFormat(const QString& text) { return isOneOf(text, {"rivo-terminal"}); }
 bool isPrinterType(const QString& text) { return isOneOf(text, {"none", "escpos"}); }
+bool isConfirmation(const QString& text) { return isOneOf(text, {"process-id", "sensor"}); }
 bool isCodePage(const QString& text) { return codePageNames().contains(text); }
 bool isCardTerminalType(const QString& text) { return isOneOf(text, {"none", "zvt"}); }
 bool isPositionType(const QString& text) { return isOneOf(text, {"none", "nmea", "gpsd"}); }

@@ -38,7 +38,9 @@ struct PrinterConfig
     bool openDrawer = false; ///< when a sale is paid in cash
     bool cut = true;         ///< the printer has a cutter
     bool nativeCode = true;  ///< the printer draws QR codes; otherwise they are sent as a picture
-    int timeout = 5000;      ///< milliseconds that an answer may take
+    /// What proves that a ticket is on paper: "process-id", or "sensor" for simpler printers.
+    QString confirmation = QStringLiteral("process-id");
+    int timeout = 5000; ///< milliseconds that an answer may take
 
     bool isThere() const { return type != QLatin1String("none"); }
 };

@@ -9,6 +9,7 @@ namespace rivo::config
 
 bool isConfigFormat(const QString& text);
 bool isPrinterType(const QString& text);
+bool isConfirmation(const QString& text);
 bool isCodePage(const QString& text);
 bool isCardTerminalType(const QString& text);
 bool isPositionType(const QString& text);
@@ -86,6 +87,8 @@ struct Fields<config::PrinterConfig>
         Field{"openDrawer", &R::openDrawer, optional},
         Field{"cut", &R::cut, optional},
         Field{"nativeCode", &R::nativeCode, optional},
+        Field{"confirmation", &R::confirmation,
+              optional.satisfying(config::isConfirmation, R"("process-id" or "sensor")")},
         Field{"timeout", &R::timeout, timeoutRule},
     };
 };

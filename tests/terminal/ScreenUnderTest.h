@@ -83,6 +83,11 @@ inline QSizeF sevenInches(const QSize& pixels)
     return QSizeF(pixels) * (7.0 * 25.4 / std::hypot(pixels.width(), pixels.height()));
 }
 
+inline rivo::sales::SimulatedPrinter& simulatedPrinter(rivo::terminal::Terminal& terminal)
+{
+    return dynamic_cast<rivo::sales::SimulatedPrinter&>(terminal.printer());
+}
+
 /// A terminal with a journal in a folder of its own, in its window.
 class ScreenUnderTest
 {

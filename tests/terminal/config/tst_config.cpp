@@ -28,7 +28,7 @@ QString textOf(const Config& config)
     QStringList parts{config.vehicle, printer.type, printer.device, textOf(printer.serial)};
     if (printer.tcp)
         parts.append(QStringLiteral("%1 %2").arg(printer.tcp->host).arg(printer.tcp->port));
-    parts.append(printer.codePage);
+    parts.append({printer.codePage, printer.confirmation});
     for (const int number :
          {printer.codePageNumber, printer.columns, printer.dotsPerLine, int(printer.openDrawer),
           int(printer.cut), int(printer.nativeCode), printer.timeout, card.port, card.timeout,
@@ -67,7 +67,7 @@ private slots:
         QCOMPARE(textOf(*result.config),
                  QStringLiteral(
                      "4711|none|/dev/usb/lp0|/dev/ttyS0 38400 even hardware|printer.local 9100|"
-                     "PC858|13|48|576|1|0|0|3000|22000|60000|2948|30|logo.png|zvt|192.0.2.7|"
+                     "PC858|sensor|13|48|576|1|0|0|3000|22000|60000|2948|30|logo.png|zvt|192.0.2.7|"
                      "123456|none|/dev/gps0|/dev/ttyUSB1 4800 odd software|gpsd.local|none|"
                      "https://example.org/vehicles.pb|vehicles.pb"));
         QVERIFY(result.config->cardTerminal.isThere());

@@ -211,7 +211,7 @@ void TestPastSalesPage::aPrinterFaultIsSaid()
 {
     sell(1);
     openPage();
-    m_shown->terminal().printer().setFault("Paper out");
+    simulatedPrinter(m_shown->terminal()).setFault("Paper out");
     m_shown->tap("printCopy");
     QTRY_VERIFY(m_shown->text("toastText").contains("Paper out"));
     QCOMPARE(figure("copyCount"), 0.0);
