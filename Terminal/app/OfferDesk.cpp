@@ -2,6 +2,9 @@
 
 #include <Feed.h>
 #include <OfferProducts.h>
+#include <PassengerTypeItem.h>
+
+#include <QLocale>
 
 #include <algorithm>
 #include <utility>
@@ -93,11 +96,13 @@ void OfferDesk::sellEverything()
     m_products = productsSoldSomewhere(m_feed);
     m_passengerTypes = m_feed.supportedPassengerTypes;
     m_objection.clear();
+    m_notSold.clear();
 }
 
 void OfferDesk::sell(const feed::OfferList& list)
 {
     m_products = productsOf(m_feed, list.offers);
+    m_notSold = namedReasons(list.leftOut);
     m_passengerTypes = passengerTypesFor(m_feed, m_products);
     if (!list.errors.isEmpty())
         m_objection = tr("The feed does not say what is sold here: %1").arg(list.errors.first());
@@ -117,6 +122,129 @@ QVector<int> OfferDesk::zones() const
 {
     const int stop = m_stopNumbers.indexOf(m_trip.currentStopId());
     return stop < 0 ? QVector<int>() : m_feed.network.stops.at(stop).areas;
+}
+
+// What is not sold, and what tells products apart.
+
+namespace
+{
+
+/// Empty for what is never sold by itself.
+QString reasonFor(feed::LeftOutReason reason)
+{
+    switch (reason) {
+    case feed::LeftOutReason::Network:
+        return OfferDesk::tr("not on this route");
+    case feed::LeftOutReason::Area:
+        return OfferDesk::tr("not from this stop");
+    case feed::LeftOutReason::Timeframe:
+        return OfferDesk::tr("not at this time");
+    case feed::LeftOutReason::Prepaid:
+        return OfferDesk::tr("sold before boarding only");
+    case feed::LeftOutReason::Media:
+        return OfferDesk::tr("not sold on paper");
+    case feed::LeftOutReason::Priority:
+        return OfferDesk::tr("another fare applies");
+    case feed::LeftOutReason::TransferOnly:
+    case feed::LeftOutReason::Negative:
+        break;
+    }
+    return {};
+}
+
+QString timesText(const QVector<feed::FeedTime>& times)
+{
+    QStringList texts;
+    for (const feed::FeedTime& time : times) {
+        QStringList parts;
+        for (const int day : time.days)
+            parts.append(QLocale().dayName(day, QLocale::ShortFormat));
+        if (!time.begin.isEmpty() || !time.end.isEmpty())
+            parts.append(QStringLiteral("%1–%2").arg(time.begin.left(5), time.end.left(5)));
+        if (!time.firstDate.isEmpty() || !time.lastDate.isEmpty())
+            parts.append(QStringLiteral("%1–%2").arg(time.firstDate, time.lastDate));
+        texts.append(parts.join(QLatin1Char(' ')));
+    }
+    return texts.join(QStringLiteral(", "));
+}
+
+bool isOf(const PassengerTypeItem& tile, const feed::FeedProduct& product)
+{
+    return tile.id() == product.passengerTypeId && tile.fareProductId() == product.fareProductId &&
+           tile.fromStopGroupId() == product.fromStopGroupId &&
+           tile.toStopGroupId() == product.toStopGroupId &&
+           tile.description() == product.description &&
+           tile.fareProductName() == product.fareProductName;
+}
+
+} // namespace
+
+QVariantList OfferDesk::namedReasons(const QVector<feed::LeftOutProduct>& leftOut) const
+{
+    const feed::Tariff& tariff = *m_feed.tariff;
+    QVariantList named;
+    for (const feed::LeftOutProduct& product : leftOut) {
+        const QString reason = reasonFor(product.reason);
+        const auto price = std::lower_bound(
+            tariff.prices.begin(), tariff.prices.end(), product.product,
+            [](const feed::TariffPrice& each, int number) { return each.product < number; });
+        const bool hasPrice = price != tariff.prices.end() && price->product == product.product;
+        if (reason.isEmpty() || !hasPrice)
+            continue;
+        named.append(QVariantMap{
+            {QStringLiteral("name"),
+             price->name.isEmpty() ? tariff.productIds.text(product.product) : price->name},
+            {QStringLiteral("reason"), reason}});
+    }
+    return named;
+}
+
+QString OfferDesk::mediaOf(int product) const
+{
+    static const QStringList typeNames{tr("no ticket"), tr("paper"), tr("transit card"),
+                                       tr("bank card"), tr("mobile app")};
+    QStringList names;
+    const feed::Offer* offer =
+        m_offers && product < m_offers->offers.size() ? &m_offers->offers.at(product) : nullptr;
+    if (offer != nullptr && offer->entry < 0) {
+        for (const int medium : offer->media) {
+            const QString& name = m_feed.tariff->media.at(medium).name;
+            names.append(name.isEmpty() ? m_feed.tariff->mediumIds.text(medium) : name);
+        }
+    } else {
+        for (const int type : m_products.at(product).validMedia)
+            names.append(typeNames.value(type));
+    }
+    return names.join(QStringLiteral(", "));
+}
+
+QString OfferDesk::numberOf(const feed::FeedProduct& product) const
+{
+    const bool isNamed = m_feed.tariff && m_feed.tariff->form != feed::Tariff::Form::OwnValidity &&
+                         product.fareProductId >= 1 &&
+                         product.fareProductId <= m_feed.tariff->productIds.size();
+    return isNamed ? m_feed.tariff->productIds.text(product.fareProductId - 1)
+                   : tr("no. %1").arg(product.fareProductId);
+}
+
+QStringList OfferDesk::details(const PassengerTypeItem& tile, int which) const
+{
+    int found = -1;
+    for (int i = 0; i < m_products.size() && which >= 0; ++i) {
+        if (!isOf(tile, m_products.at(i)))
+            continue;
+        found = i;
+        --which;
+    }
+    if (found < 0)
+        return {};
+    const feed::FeedProduct& product = m_products.at(found);
+    QStringList routes;
+    for (const int route : product.validRoutes)
+        routes.append(QString::number(route));
+    return {mediaOf(found),
+            routes.isEmpty() ? QString() : tr("route %1").arg(routes.join(QStringLiteral(", "))),
+            timesText(product.validTimes), numberOf(product)};
 }
 
 } // namespace rivo::terminal

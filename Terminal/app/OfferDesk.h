@@ -5,9 +5,12 @@
 
 #include <QObject>
 #include <QStringList>
+#include <QVariantList>
 
 #include <functional>
 #include <optional>
+
+class PassengerTypeItem;
 
 namespace rivo::terminal
 {
@@ -20,6 +23,7 @@ class OfferDesk : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QString objection READ objection NOTIFY changed)
+    Q_PROPERTY(QVariantList notSold READ notSold NOTIFY changed)
 
 public:
     /// Local time of the sale.
@@ -39,6 +43,13 @@ public:
 
     /// Why nothing is sold here, in words for the driver; empty if something is.
     QString objection() const { return m_objection; }
+
+    /// Products that are sold, but not here and now: maps of name and reason, in words.
+    QVariantList notSold() const { return m_notSold; }
+
+    /// What tells products with the same texts and price apart: media, routes, times and number of
+    /// the `which`-th product that a tile can be of, each empty if nothing is said of it.
+    QStringList details(const PassengerTypeItem& tile, int which) const;
 
     /// Who runs the route of the trip.
     QString operatorName() const;
@@ -78,6 +89,9 @@ private:
     feed::OfferQuery queryAt(const Place& place, const QDateTime& time) const;
     void sellEverything();
     void sell(const feed::OfferList& list);
+    QVariantList namedReasons(const QVector<feed::LeftOutProduct>& leftOut) const;
+    QString mediaOf(int product) const;
+    QString numberOf(const feed::FeedProduct& product) const;
 
     const feed::Feed& m_feed;
     const feed::TripContext& m_trip;
@@ -93,6 +107,7 @@ private:
     QVector<feed::FeedProduct> m_products;
     QStringList m_passengerTypes;
     QString m_objection;
+    QVariantList m_notSold;
 };
 
 } // namespace rivo::terminal

@@ -32,6 +32,29 @@ double contrast(const QColor& a, const QColor& b)
     return std::max(first, second) / std::min(first, second);
 }
 
+/// A text that is written from right to left does not turn what stands beside it.
+QString isolated(const QString& text)
+{
+    const auto turns = [](const QChar& letter) {
+        switch (letter.direction()) {
+        case QChar::DirL:
+        case QChar::DirEN:
+        case QChar::DirES:
+        case QChar::DirET:
+        case QChar::DirCS:
+        case QChar::DirWS:
+        case QChar::DirON:
+        case QChar::DirNSM:
+            return false;
+        default:
+            return true;
+        }
+    };
+    return std::any_of(text.begin(), text.end(), turns)
+               ? QChar(0x2068) + text + QChar(0x2069) // first strong isolate
+               : text;
+}
+
 } // namespace
 
 Presentation::Presentation(const feed::Feed& feed, const sales::Currency& currency,
@@ -43,6 +66,13 @@ Presentation::Presentation(const feed::Feed& feed, const sales::Currency& curren
 QString Presentation::priceText(double units) const { return m_currency.unitsText(units); }
 
 QString Presentation::zoneName(int zone) const { return m_zoneNames.name(zone); }
+
+QString Presentation::zonesText(const QString& from, const QString& to) const
+{
+    if (from.isEmpty() || to.isEmpty() || from == to)
+        return to.isEmpty() ? from : to;
+    return QStringLiteral("%1 → %2").arg(isolated(from), isolated(to));
+}
 
 bool Presentation::isPlaceholder(const QString& fareProductName, bool hasExpired) const
 {

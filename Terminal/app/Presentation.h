@@ -27,6 +27,9 @@ public:
     /// What a zone is called; empty for zone 0, which is no zone.
     Q_INVOKABLE QString zoneName(int zone) const;
 
+    /// "from → to"; one name if the other is empty or the same.
+    Q_INVOKABLE QString zonesText(const QString& from, const QString& to) const;
+
     /// Whether a tile with these values is a filler of the layout, which has no product at all.
     Q_INVOKABLE bool isPlaceholder(const QString& fareProductName, bool hasExpired) const;
 

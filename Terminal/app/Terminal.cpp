@@ -113,6 +113,9 @@ feed::Feed withReportsBefore(feed::Feed feed, const ZReportModel& own)
     return feed;
 }
 
+/// Tickets of the journal that say what is sold often: those of some days.
+constexpr int ticketsCounted = 1000;
+
 } // namespace
 
 Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent)
@@ -130,8 +133,8 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_desk(
           {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, *m_printer, m_currency,
           [this](int zone) { return m_presentation.zoneName(zone); }, *m_trip.context()),
-      m_drivers(settings.drivers), m_papers(m_desk, *m_printer, paperContext(feed)),
-      m_night(settings.night)
+      m_tiles(m_grid, tileLook()), m_drivers(settings.drivers),
+      m_papers(m_desk, *m_printer, paperContext(feed)), m_night(settings.night)
 {
     startFleet();
     m_offers.update();
@@ -142,7 +145,9 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     m_devices.findPrinter(m_feed.printerId);
 
     m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));
+    m_desk.setClock([this] { return timeOfSale(); });
     m_desk.restore(maxDebt(feed));
+    countSoldTickets(m_journal.lastTickets(ticketsCounted));
     m_drivers.setIdleTime(settings.idleTime);
     m_drivers.control(m_desk);
     feed::addZReports(withReportsBefore(m_feed, m_zReports), m_zReports);
@@ -184,24 +189,56 @@ QDateTime Terminal::timeOfSale() const
 void Terminal::followTrip()
 {
     m_desk.setTicketDetails([this](sales::Ticket& ticket) { m_details.fill(ticket); });
-    const auto board = [this] { m_desk.setBoardingZones(m_offers.zones()); };
     board();
-    connect(m_trip.context(), &feed::TripContext::currentStopIdChanged, this, board);
+    connect(m_trip.context(), &feed::TripContext::currentStopIdChanged, this, &Terminal::board);
     connect(m_fleet.get(), &fleet::FleetSimulator::timeChanged, &m_offers, &OfferDesk::update);
     connect(&m_offers, &OfferDesk::changed, this, [this] {
+        m_desk.setBoardingZones(m_offers.zones());
         layOutGrid();
         m_desk.showBadges();
     });
+    connect(&m_desk, &sales::SalesDesk::saleConfirmed, this,
+            [this] { countSoldTickets(m_desk.tickets()); });
+}
+
+/// Tickets begin in the zone of the stop, and the tiles name it.
+void Terminal::board()
+{
+    m_desk.setBoardingZones(m_offers.zones());
+    m_tiles.nameZones();
+}
+
+TileLook Terminal::tileLook()
+{
+    return {
+        [this](int zone) { return m_presentation.zoneName(zone); },
+        [this](int from, int to) {
+            return m_presentation.zonesText(m_presentation.zoneName(from),
+                                            m_presentation.zoneName(to));
+        },
+        [this](double units) { return m_currency.fromUnits(units).value_or(-1); },
+        [this](const PassengerTypeItem& tile) { return m_desk.originOf(tile); },
+        [this](const PassengerTypeItem& tile, int which) { return m_offers.details(tile, which); },
+        [this] { return m_trip.zonesAhead(); }};
+}
+
+void Terminal::countSoldTickets(const QVector<sales::Ticket>& tickets)
+{
+    for (const sales::Ticket& ticket : tickets)
+        m_tiles.countSold(ticket.description, ticket.fareProductName, ticket.toStopGroupId);
 }
 
 void Terminal::layOutGrid()
 {
+    m_tiles.clear();
     m_grid.clearData();
     for (const feed::FeedProduct& product : m_offers.products())
         addProduct(m_grid, withoutDirectionControls(product), product.passengerTypeCode);
     // With 0 columns the model takes the number of types of the layout before.
     m_grid.sortAndRegroup(feed::distinctTypes(m_offers.passengerTypes()),
                           m_feed.columns != 0 ? m_feed.columns : m_grid.numberOfColumns());
+    m_tiles.setNotSold(m_offers.notSold().size());
+    m_tiles.layOut();
 }
 
 void Terminal::setNight(bool night)

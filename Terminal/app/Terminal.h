@@ -6,6 +6,7 @@
 #include "PaperDesk.h"
 #include "Presentation.h"
 #include "TicketDetails.h"
+#include "TileDesk.h"
 #include "TripDesk.h"
 
 #include <AssetsModel.h>
@@ -37,6 +38,7 @@ class Terminal : public QObject
     Q_OBJECT
     Q_PROPERTY(QString operatorName READ operatorName CONSTANT)
     Q_PROPERTY(PassengerTypesModel* grid READ grid CONSTANT)
+    Q_PROPERTY(rivo::terminal::TileDesk* tiles READ tiles CONSTANT)
     Q_PROPERTY(ShoppingBasketModel* basket READ basket CONSTANT)
     Q_PROPERTY(FareProductsModel* fareProducts READ fareProducts CONSTANT)
     Q_PROPERTY(ZReportModel* zReports READ zReports CONSTANT)
@@ -77,6 +79,7 @@ public:
 
     QString operatorName() const { return m_offers.operatorName(); }
     PassengerTypesModel* grid() { return &m_grid; }
+    TileDesk* tiles() { return &m_tiles; }
     ShoppingBasketModel* basket() { return &m_basket; }
     FareProductsModel* fareProducts() { return &m_fareProducts; }
     ZReportModel* zReports() { return &m_zReports; }
@@ -109,6 +112,9 @@ private:
     void startFleet();
     void followTrip();
     void layOutGrid();
+    TileLook tileLook();
+    void board();
+    void countSoldTickets(const QVector<sales::Ticket>& tickets);
     void fillZReports();
 
     const feed::Feed m_feed;
@@ -133,6 +139,7 @@ private:
     CatalogueDesk m_catalogue;
     sales::Journal m_journal;
     sales::SalesDesk m_desk;
+    TileDesk m_tiles;
     drivers::DriverDesk m_drivers;
     PaperDesk m_papers;
     bool m_night;

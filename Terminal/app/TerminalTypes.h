@@ -8,6 +8,7 @@
 #include "Presentation.h"
 #include "StopLabels.h"
 #include "Terminal.h"
+#include "TileDesk.h"
 #include "TripDesk.h"
 
 #include <DriverDesk.h>
@@ -76,6 +77,11 @@ struct StopLabelsType
     Q_GADGET
     QML_FOREIGN(rivo::terminal::StopLabels)
     QML_NAMED_ELEMENT(StopLabels)
+};
+
+struct TileDeskType
+{
+    RIVO_TERMINAL_TYPE(rivo::terminal::TileDesk, TileDesk)
 };
 
 struct TripDeskType

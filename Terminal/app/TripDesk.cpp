@@ -63,6 +63,7 @@ TripDesk::TripDesk(const feed::Feed& feed, const Timetable& timetable, QObject* 
     for (const fleet::Call& call : trip->calls) {
         m_stops.append(call.name.isEmpty() ? QString::number(call.stop) : call.name);
         m_stopNumbers.append(call.stop);
+        m_zones.append(call.zones);
     }
     m_stop = m_stopNumbers.indexOf(m_context.currentStopId());
 }
@@ -72,6 +73,14 @@ QString TripDesk::stopName() const
     if (m_stop >= 0)
         return m_stops.at(m_stop);
     return m_context.currentStopId() < 0 ? QString() : QString::number(m_context.currentStopId());
+}
+
+QVector<int> TripDesk::zonesAhead() const
+{
+    QVector<int> zones;
+    for (const QVector<int>& ofStop : m_zones.mid(qMax(0, m_stop)))
+        zones += ofStop;
+    return zones;
 }
 
 void TripDesk::setStop(int stop)

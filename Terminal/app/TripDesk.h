@@ -42,6 +42,8 @@ public:
     int stop() const { return m_stop; }
     /// Ignored if there is no such stop.
     void setStop(int stop);
+    /// Zones of the current stop and of those behind it, the next one first; a zone may come again.
+    QVector<int> zonesAhead() const;
     /// Name of the current stop, or its number where no name is known; empty without a trip.
     QString stopName() const;
 
@@ -53,6 +55,7 @@ private:
     QString m_route;
     QStringList m_stops;
     QVector<int> m_stopNumbers;
+    QVector<QVector<int>> m_zones; ///< of the stops
     int m_stop = -1;
 };
 

@@ -1,8 +1,9 @@
 import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
 import Rivo.Terminal 1.0
 
-/// One ticket of the basket.
-Item {
+/// One ticket of the basket. Held down, it asks for more of its kind.
+T.AbstractButton {
     id: root
 
     required property Presentation presentation
@@ -11,78 +12,112 @@ Item {
     required property string fareProductName
     required property string shoppingItemIcon
     required property double price
+    required property string origin
     required property string destination
     required property bool isReturnFee
     required property bool accepted
     required property bool printed
     property bool removable: true
+    readonly property string zones: presentation.zonesText(origin, destination)
     signal removeRequested
 
-    height: 64
+    implicitHeight: Math.max(Theme.touch, texts.height) + Theme.gap
+    focusPolicy: Qt.NoFocus
+    Accessible.name: root.fareProductName + ", " + root.description + ", " + root.zones
 
-    Icon {
-        id: icon
-
-        x: Theme.gap
-        anchors.verticalCenter: parent.verticalCenter
-        size: 28
-        source: root.presentation.icon(root.shoppingItemIcon, "qrc:/icons/adult.svg")
-    }
-    Column {
-        anchors.left: icon.right
-        anchors.leftMargin: Theme.gap
-        anchors.right: priceText.left
-        anchors.rightMargin: Theme.gap
-        anchors.verticalCenter: parent.verticalCenter
-        PlainText {
+    background: Rectangle {
+        color: root.down ? Theme.raised : "transparent"
+        Rectangle {
+            anchors.bottom: parent.bottom
             width: parent.width
-            text: root.fareProductName
-            wrapMode: Text.Wrap
-            maximumLineCount: 2
-            lineHeight: 0.9
-            font.pixelSize: root.width < 300 ? Theme.smallText : Theme.normalText
-            font.weight: Font.DemiBold
-        }
-        PlainText {
-            width: parent.width
-            text: root.printed ? qsTr("printed")
-                : root.accepted ? qsTr("being printed")
-                : root.isReturnFee ? qsTr("%1, return").arg(root.description) : root.description
-            font.pixelSize: Theme.smallText
-            color: root.printed ? Theme.ok : Theme.mutedText
+            height: 1
+            color: Theme.line
         }
     }
-    PlainText {
-        id: priceText
+    contentItem: Item {
+        Column {
+            id: texts
 
-        anchors.right: removeButton.left
-        anchors.rightMargin: 4
-        anchors.verticalCenter: parent.verticalCenter
-        text: root.presentation.priceText(root.price)
-        font.weight: Font.DemiBold
-    }
-    PanelButton {
-        id: removeButton
+            x: Theme.gap
+            width: removeButton.x - Theme.gap - x
+            anchors.verticalCenter: parent.verticalCenter
+            PlainText {
+                objectName: "lineProduct"
+                width: parent.width
+                text: root.fareProductName
+                wrapMode: Text.Wrap
+                maximumLineCount: 4
+                font.pixelSize: Theme.smallText
+                font.weight: Font.DemiBold
+            }
+            PlainText {
+                objectName: "lineZones"
+                width: parent.width
+                visible: text !== ""
+                text: root.zones
+                wrapMode: Text.Wrap
+                maximumLineCount: 4
+                font.pixelSize: Theme.smallText
+            }
+            Item {
+                width: parent.width
+                height: Math.max(passenger.height, priceText.height)
+                Icon {
+                    id: icon
 
-        objectName: "removeButton"
-        anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
-        width: Theme.touch
-        visible: root.removable
-        iconSource: "qrc:/icons/remove.svg"
-        Accessible.name: qsTr("Remove this ticket")
-        onClicked: root.removeRequested()
-    }
-    Icon {
-        anchors.centerIn: removeButton
-        visible: root.printed
-        source: "qrc:/icons/ok.svg"
-        ink: Theme.ok
-    }
-    Rectangle {
-        anchors.bottom: parent.bottom
-        width: parent.width
-        height: 1
-        color: Theme.line
+                    anchors.verticalCenter: parent.verticalCenter
+                    size: Math.round(Theme.smallText * 1.4)
+                    source: root.presentation.icon(root.shoppingItemIcon, "qrc:/icons/adult.svg")
+                }
+                PlainText {
+                    id: passenger
+
+                    objectName: "linePassenger"
+                    anchors.left: icon.right
+                    anchors.leftMargin: 4
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: priceText.x - x - 4
+                    text: root.printed ? qsTr("printed")
+                        : root.accepted ? qsTr("being printed")
+                        : root.isReturnFee ? qsTr("%1, return").arg(root.description)
+                        : root.description
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 4
+                    font.pixelSize: Theme.smallText
+                    color: root.printed ? Theme.ok : Theme.mutedText
+                }
+                PlainText {
+                    id: priceText
+
+                    objectName: "linePrice"
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: Math.min(implicitWidth, parent.width * 0.6)
+                    elide: Text.ElideNone
+                    fontSizeMode: Text.HorizontalFit
+                    minimumPixelSize: 1
+                    text: root.presentation.priceText(root.price)
+                    font.weight: Font.DemiBold
+                }
+            }
+        }
+        PanelButton {
+            id: removeButton
+
+            objectName: "removeButton"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            width: Theme.touch
+            visible: root.removable
+            iconSource: "qrc:/icons/remove.svg"
+            Accessible.name: qsTr("Remove this ticket")
+            onClicked: root.removeRequested()
+        }
+        Icon {
+            anchors.centerIn: removeButton
+            visible: root.printed
+            source: "qrc:/icons/ok.svg"
+            ink: Theme.ok
+        }
     }
 }

@@ -13,6 +13,7 @@ Rectangle {
     readonly property bool isInterrupted: desk.state === SalesDesk.Interrupted
     readonly property bool isEmpty: tickets.count === 0
     readonly property bool isPayable: isSelling && !isEmpty && desk.obstacle === ""
+    signal moreRequested(BasketLine line) ///< of the kind of a line
     property bool isPaidShown: false ///< the last sale, until the next ticket
 
     color: Theme.surface
@@ -40,6 +41,8 @@ Rectangle {
         x: Theme.gap
         width: parent.width - clearButton.width - 3 * Theme.gap
         height: Theme.touch
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.smallText
         text: root.isEmpty ? qsTr("Basket") : qsTr("%n ticket(s)", "", root.tickets.count)
         font.pixelSize: Theme.largeText
         font.weight: Font.DemiBold
@@ -80,13 +83,30 @@ Rectangle {
             width: lines.width
             presentation: root.presentation
             removable: root.isSelling
+            enabled: root.isSelling
+            onPressAndHold: root.moreRequested(this)
             onRemoveRequested: root.desk.remove(index)
         }
-        PlainText {
+        Column {
             anchors.centerIn: parent
+            width: parent.width - 2 * Theme.gap
+            spacing: 2 * Theme.gap
             visible: root.isEmpty
-            text: qsTr("Tap a tile to add a ticket")
-            color: Theme.mutedText
+            PlainText {
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                text: qsTr("Tap a tile to add a ticket")
+                wrapMode: Text.Wrap
+                color: Theme.mutedText
+            }
+            PanelButton {
+                objectName: "repeatButton"
+                width: parent.width
+                visible: root.desk.mayRepeat
+                enabled: root.isSelling
+                text: qsTr("Last sale again")
+                onClicked: root.desk.addLastSale()
+            }
         }
     }
     Connections {
@@ -112,7 +132,7 @@ Rectangle {
         spacing: Theme.gap
         Rectangle {
             width: parent.width
-            height: obstacleText.implicitHeight + 16
+            height: obstacleText.implicitHeight + 2 * Theme.gap
             visible: obstacleText.text !== "" && !root.isInterrupted
             radius: Theme.radius
             color: Theme.error
@@ -121,7 +141,7 @@ Rectangle {
 
                 objectName: "obstacleText"
                 anchors.fill: parent
-                anchors.margins: 8
+                anchors.margins: Theme.gap
                 text: root.desk.obstacle
                 wrapMode: Text.Wrap
                 elide: Text.ElideNone
@@ -138,23 +158,13 @@ Rectangle {
             desk: root.desk
             onSeen: root.isPaidShown = false
         }
-        Item {
+        AmountLine {
             width: parent.width
-            height: 40
             visible: !root.isPaidShown
-            PlainText {
-                anchors.verticalCenter: parent.verticalCenter
-                text: root.isSelling || root.isInterrupted ? qsTr("Total") : qsTr("Printing")
-                color: Theme.mutedText
-            }
-            PlainText {
-                objectName: "totalText"
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                text: root.desk.totalText
-                font.pixelSize: Theme.hugeText
-                font.weight: Font.Bold
-            }
+            label: root.isSelling || root.isInterrupted ? qsTr("Total") : qsTr("Printing")
+            value: root.desk.totalText
+            valueSize: Theme.hugeText
+            valueName: "totalText"
         }
         PlainText {
             objectName: "doubtText"
@@ -231,7 +241,7 @@ Rectangle {
             PanelButton {
                 objectName: "payCash"
                 width: (parent.width - Theme.gap) / 2
-                height: 64
+                height: Theme.touch + Theme.gap
                 accent: true
                 text: qsTr("Cash")
                 iconSource: "qrc:/icons/cash.svg"
@@ -241,7 +251,7 @@ Rectangle {
             PanelButton {
                 objectName: "payCard"
                 width: (parent.width - Theme.gap) / 2
-                height: 64
+                height: Theme.touch + Theme.gap
                 accent: true
                 text: qsTr("Card")
                 iconSource: "qrc:/icons/paycard.svg"

@@ -130,7 +130,8 @@ T.ApplicationWindow {
         PageLoader {
             shown: root.page === "sell"
             sourceComponent: SellPage {
-                tiles: root.terminal.grid
+                grid: root.terminal.grid
+                tiles: root.terminal.tiles
                 tickets: root.terminal.basket
                 desk: root.terminal.desk
                 offers: root.terminal.offers

@@ -2,12 +2,15 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import Rivo.Terminal 1.0
 
-/// One tile of the selection grid. What is not for sale is flat, grey and takes no taps.
+/// One tile of the selection grid. What is not valid any more is flat and grey, and says so when it
+/// is tapped; a placeholder takes no taps.
 T.AbstractButton {
     id: root
 
     required property Presentation presentation
+    required property TileDesk names
     required property int index
+    required property int tile
     required property string description
     required property string fareProductIcon
     required property string fareProductName
@@ -15,7 +18,8 @@ T.AbstractButton {
     required property double price
     required property double fareDiscount
     required property int totalInBasket
-    required property int toStopGroupId
+    required property string zones
+    required property string mark
     required property bool isReturnFee
     required property bool isDaily
     required property bool hasExpired
@@ -25,13 +29,12 @@ T.AbstractButton {
     readonly property color face: hasExpired ? Theme.inert
                                              : presentation.color(fareProductColor, Theme.tile)
     readonly property color ink: hasExpired ? Theme.inertInk : presentation.textOn(face)
+    required property TileMeasure measure
 
-    /// Too narrow for icon, passenger and discount side by side, and for the zone beside the price.
-    readonly property bool isNarrow: width < 170
-
-    enabled: !hasExpired
+    enabled: !isPlaceholder
     focusPolicy: Qt.NoFocus
     Accessible.name: root.isPlaceholder ? "" : root.fareProductName + ", " + root.description
+                                               + ", " + root.zones
 
     background: Item {
         Rectangle {
@@ -46,130 +49,108 @@ T.AbstractButton {
     }
     contentItem: Item {
         visible: !root.isPlaceholder
-        Icon {
-            id: icon
-
-            x: root.totalInBasket > 0 ? 24 : 10 // beside the badge
-            y: root.isNarrow ? 6 : 8
-            size: root.isNarrow ? 24 : 30
-            source: root.presentation.icon(root.fareProductIcon, "qrc:/icons/adult.svg")
-            ink: root.ink
-        }
-        PlainText {
+        FitText {
             id: passenger
 
+            readonly property string withDiscount: root.fareDiscount > 0
+                ? qsTr("%1 −%2%", "passenger, discount").arg(root.description)
+                      .arg(Number(root.fareDiscount).toLocaleString(
+                               Qt.locale(), "f", root.fareDiscount % 1 === 0 ? 0 : 1))
+                : root.description
+
             objectName: "passengerText"
-            x: root.isNarrow ? 10 : icon.x + icon.width + 6
-            y: root.isNarrow ? icon.y + icon.height : icon.y + (icon.height - height) / 2
-            width: (root.isNarrow ? parent.width - 10 : discount.x - 4) - x
-            text: root.description
-            font.pixelSize: Theme.smallText
-            minimumPixelSize: 11
-            fontSizeMode: Text.HorizontalFit
+            names: root.names
+            x: root.measure.margin
+            y: Theme.gap
+            width: root.measure.room
+            // The discount is left out where it would make the passenger smaller or shorter.
+            fullText: canShow(withDiscount) ? withDiscount : root.description
+            verticalAlignment: Text.AlignVCenter
             color: root.ink
         }
-        Rectangle {
-            id: discount
+        FitText {
+            id: product
 
-            anchors.right: parent.right
-            anchors.rightMargin: 10
-            anchors.verticalCenter: icon.verticalCenter
-            visible: root.fareDiscount > 0
-            width: visible ? discountText.implicitWidth + 6 : 0
-            height: 22
-            radius: 4
-            color: "transparent"
-            border.color: root.ink
-            PlainText {
-                id: discountText
-
-                objectName: "discountText"
-                anchors.centerIn: parent
-                text: "−" + Number(root.fareDiscount).toLocaleString(Qt.locale(), "f", root.fareDiscount % 1 === 0 ? 0 : 1) + "%"
-                font.pixelSize: 12
-                color: root.ink
-            }
-        }
-        PlainText {
             objectName: "productText"
-            anchors.left: parent.left
-            anchors.leftMargin: 10
-            anchors.right: parent.right
-            anchors.rightMargin: 10
-            anchors.top: root.isNarrow ? passenger.bottom : icon.bottom
-            anchors.bottom: root.isNarrow ? marks.top : priceText.top
-            text: root.fareProductName
-            wrapMode: Text.Wrap
-            maximumLineCount: 2
-            lineHeight: 0.9
-            font.pixelSize: root.height < 112 || root.width < 130 ? Theme.smallText
-                                                              : Theme.normalText
-            font.weight: Font.DemiBold
+            names: root.names
+            x: root.measure.margin
+            anchors.top: passenger.bottom
+            width: root.measure.room
+            room: root.measure.productRoom
+            fullText: root.fareProductName
+            largest: Theme.normalText
+            weight: Font.DemiBold
+            verticalAlignment: Text.AlignVCenter
+            color: root.ink
+        }
+        FitText {
+            id: zoneText
+
+            objectName: "zoneText"
+            names: root.names
+            x: root.measure.margin
+            anchors.top: product.bottom
+            width: root.measure.room - kinds.width
+            fullText: root.mark === "" ? root.zones : root.zones === "" ? root.mark
+                                                    : root.zones + " · " + root.mark
             color: root.ink
         }
         Row {
-            id: marks
+            id: kinds
 
-            anchors.left: parent.left
-            anchors.leftMargin: 10
-            y: root.isNarrow ? priceText.y - height
-                             : priceText.y + (priceText.height - height) / 2
-            spacing: 4
+            anchors.right: parent.right
+            anchors.rightMargin: root.measure.margin
+            anchors.top: zoneText.top
             Icon {
                 visible: root.isReturnFee
-                anchors.verticalCenter: parent.verticalCenter
                 source: "qrc:/icons/return.svg"
-                size: 18
+                size: root.measure.lineRoom
                 ink: root.ink
             }
             Icon {
                 visible: root.isDaily
-                anchors.verticalCenter: parent.verticalCenter
                 source: "qrc:/icons/day.svg"
-                size: 18
+                size: root.measure.lineRoom
                 ink: root.ink
             }
-            PlainText {
-                objectName: "zoneText"
-                readonly property int end: root.isNarrow ? root.width - 10 : priceText.x - 4
+        }
+        Icon {
+            visible: root.totalInBasket === 0
+            x: root.measure.margin
+            anchors.verticalCenter: priceText.verticalCenter
+            size: root.measure.iconSize
+            source: root.presentation.icon(root.fareProductIcon, "qrc:/icons/adult.svg")
+            ink: root.ink
+        }
+        Badge {
+            id: badge
 
-                anchors.verticalCenter: parent.verticalCenter
-                width: Math.max(0, Math.min(implicitWidth, end - marks.x - x))
-                text: {
-                    const zone = root.presentation.zoneName(root.toStopGroupId)
-                    return zone === String(root.toStopGroupId) ? qsTr("Zone %1").arg(zone) : zone
-                }
-                font.pixelSize: Theme.smallText
-                minimumPixelSize: 11
-                fontSizeMode: Text.HorizontalFit
-                color: root.ink
-            }
+            objectName: "badge"
+            x: root.measure.margin - 2
+            anchors.verticalCenter: priceText.verticalCenter
+            count: root.totalInBasket
+            border.width: 2
+            border.color: Theme.background
         }
         PlainText {
             id: priceText
 
-            readonly property int leftForZone: 64
-
             objectName: "priceText"
             anchors.right: parent.right
-            anchors.rightMargin: 10
+            anchors.rightMargin: root.measure.margin
             anchors.bottom: parent.bottom
-            anchors.bottomMargin: root.isNarrow ? 4 : 6
-            width: Math.min(implicitWidth, root.width - 20 - (root.isNarrow ? 0 : leftForZone))
+            anchors.bottomMargin: Theme.gap / 2 + 2
+            width: Math.min(implicitWidth, root.measure.room - Theme.gap / 2
+                                           - Math.max(root.measure.iconSize, badge.width))
+            height: Math.ceil(Theme.largeText * 1.2)
+            horizontalAlignment: Text.AlignRight
             fontSizeMode: Text.HorizontalFit
-            minimumPixelSize: 12
+            minimumPixelSize: 1 // a price never loses its end
+            elide: Text.ElideNone
             text: root.hasExpired ? qsTr("expired") : root.presentation.priceText(root.price)
             font.pixelSize: root.hasExpired ? Theme.smallText : Theme.largeText
             font.weight: Font.Bold
             color: root.ink
         }
-    }
-    Badge {
-        objectName: "badge"
-        x: 0
-        y: 0
-        count: root.totalInBasket
-        border.width: 2
-        border.color: Theme.background
     }
 }

@@ -95,6 +95,9 @@ public:
     std::optional<PastSale> pastSale(qint64 id);
     QVector<PastTicket> ticketsOf(qint64 sale); ///< in the order of their numbers
 
+    /// Tickets that were sold last, in all shifts, the newest first; at most `count`.
+    QVector<Ticket> lastTickets(int count);
+
     /// The sale of the running shift that a ticket is of; 0 if there is none.
     qint64 saleOf(qint64 ticketNumber);
 

@@ -94,6 +94,15 @@ QVector<PastTicket> Journal::ticketsOf(qint64 sale)
     return isRead ? tickets : QVector<PastTicket>();
 }
 
+QVector<Ticket> Journal::lastTickets(int count)
+{
+    return readTickets(*m_file, QStringLiteral("number, pay_method, at, driver FROM ticket"
+                                               " JOIN sale ON sale.record = ticket.sale"
+                                               " JOIN record ON record.id = ticket.sale"
+                                               " ORDER BY number DESC LIMIT %1")
+                                    .arg(count));
+}
+
 qint64 Journal::saleOf(qint64 ticketNumber)
 {
     const QVector<PastSale> found = readSales(

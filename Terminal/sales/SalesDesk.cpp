@@ -11,6 +11,7 @@
 #include <PassengerTypesModel.h>
 #include <ShoppingBasketModel.h>
 #include <TripContext.h>
+#include <sProduct.h>
 
 #include <QHash>
 
@@ -73,6 +74,10 @@ void SalesDesk::restore(double maxDebt)
     for (const Ticket& ticket : qAsConst(m_tickets))
         show(ticket);
     m_toPrint->fill(unprinted);
+    const QVector<PastSale> last = m_journal.pastSales(0, 1);
+    for (const PastTicket& past :
+         last.isEmpty() ? QVector<PastTicket>() : m_journal.ticketsOf(last.first().id))
+        m_lastTickets.append(past.ticket);
     basketChanged();
     emit obstacleChanged();
     if (!m_toPrint->isEmpty()) {
@@ -215,8 +220,10 @@ void SalesDesk::show(const Ticket& ticket)
 bool SalesDesk::add(int row)
 {
     const auto* tile = qobject_cast<PassengerTypeItem*>(m_models.grid.itemFromRow(row));
-    if (tile == nullptr || tile->hasExpired())
+    if (tile == nullptr || isPlaceholder(tile->fareProductName(), tile->hasExpired()))
         return refuse(tr("This tile is not for sale."));
+    if (tile->hasExpired())
+        return refuse(tr("%1 is not valid any more.").arg(tile->fareProductName()));
     if (!mayChangeBasket())
         return false;
     const std::optional<Minor> price = m_currency.fromUnits(tile->price());
@@ -332,13 +339,13 @@ bool SalesDesk::sell(const rivo::sales::Payment& payment)
         return refuse(tr("The basket is empty."));
     if (payment.method != PayMethod::Cash && payment.method != PayMethod::Card)
         return refuse(tr("There is no such way of payment.")); // QML may pass any number
-    const auto sold = m_journal.confirmSale(withNamedExecutions(m_tickets), payment,
-                                            QDateTime::currentDateTime());
+    const auto sold = m_journal.confirmSale(withNamedExecutions(m_tickets), payment, m_clock());
     if (!sold)
         return refuseByJournal();
     setState(Printing); // before anything is announced: a slot cannot sell it again
     m_tickets = *sold;
     m_isDrawerDue = payment.method == PayMethod::Cash;
+    m_lastTickets = *sold;
     m_toPrint->fill(m_tickets);
     updateRunningShift();
     const QVariantList newest = pastSales(0, 1);

@@ -3,6 +3,7 @@
 #include "Journal.h"
 #include "Records.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QString>
 #include <QVariantList>
@@ -57,6 +58,7 @@ class SalesDesk : public QObject
     Q_PROPERTY(double due READ due NOTIFY totalChanged)
     Q_PROPERTY(QString dueText READ dueText NOTIFY totalChanged)
     Q_PROPERTY(QVariantMap lastSale READ lastSale NOTIFY saleConfirmed)
+    Q_PROPERTY(bool mayRepeat READ mayRepeat NOTIFY saleConfirmed)
     Q_PROPERTY(double driver READ driver NOTIFY driverChanged)
     Q_PROPERTY(QString driverName READ driverName NOTIFY driverChanged)
     Q_PROPERTY(bool locked READ isLocked NOTIFY lockedChanged)
@@ -110,6 +112,9 @@ public:
     /// `maxDebt`: most cash that a driver should carry, in currency units; 0 = no limit.
     void restore(double maxDebt);
 
+    /// The clock that sales and all other records have their time of; at first that of the system.
+    void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
+
     /// Called for each ticket that is put into the basket.
     void setTicketDetails(TicketDetails details) { m_details = std::move(details); }
 
@@ -149,6 +154,12 @@ public:
     /// Zones of the stop where tickets begin that are added from now on; none = that of the tile.
     void setBoardingZones(const QVector<int>& zones) { m_boardingZones = zones; }
 
+    /// The zone where a ticket of the tile begins that is sold now.
+    int originOf(const PassengerTypeItem& tile) const;
+
+    /// Of the basket, or what is being printed.
+    const QVector<Ticket>& tickets() const { return m_tickets; }
+
     /// Counts the basket's tickets on the tiles; call when the grid was laid out anew.
     void showBadges();
 
@@ -157,6 +168,17 @@ public:
     Q_INVOKABLE bool add(int row);
     Q_INVOKABLE bool remove(int row); ///< line `row` of the basket
     Q_INVOKABLE bool clear();
+
+    /// Puts `count` tickets of tile `row` into the basket, or none. At least one.
+    Q_INVOKABLE bool addSeveral(int row, int count);
+    /// The same of the tile that line `line` of the basket is of; refused if there is none any
+    /// more.
+    Q_INVOKABLE bool addLike(int line, int count);
+
+    /// Puts tickets like those of the last sale into the basket, as they are sold now; refused if
+    /// one of them is not sold any more.
+    Q_INVOKABLE bool addLastSale();
+    bool mayRepeat() const { return !m_lastTickets.isEmpty(); } ///< whether there is a last sale
 
     /// Sells the basket and starts printing; saleConfirmed() when it is in the journal. For cash,
     /// exactly what is due is given.
@@ -266,7 +288,8 @@ private:
     bool mayChangeBasket();
     void setState(State state);
     Ticket ticketOf(const PassengerTypeItem& tile) const;
-    int originOf(const PassengerTypeItem& tile) const;
+    int tileLike(const Ticket& ticket) const;
+    bool addAll(const QVector<int>& rows);
     bool refuseByJournal();
     void show(const Ticket& ticket);
     void emptyBasket();
@@ -302,6 +325,8 @@ private:
     Minor m_total = 0;
     TicketDetails m_details;
     QVariantMap m_lastSale;
+    QVector<Ticket> m_lastTickets;
+    std::function<QDateTime()> m_clock = &QDateTime::currentDateTime;
     qint64 m_driver = 0;
     QString m_driverName;
     bool m_isLocked = false;

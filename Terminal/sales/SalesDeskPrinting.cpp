@@ -29,7 +29,7 @@ void SalesDesk::ticketPrinted()
         return endExtra(true);
     if (m_toPrint->isEmpty() || m_state == Interrupted)
         return;
-    if (!m_journal.markPrinted(m_toPrint->nextNumber()))
+    if (!m_journal.markPrinted(m_toPrint->nextNumber(), m_clock()))
         emit obstacleChanged(); // the paper is out, and the rest has been paid: go on
     m_isDrawerDue = false;
     m_toPrint->nextIsOut();
@@ -72,7 +72,7 @@ bool SalesDesk::confirmTicketInDoubt()
         return refuse(tr("Sign in first."));
     if (m_state != Interrupted)
         return refuse(tr("There is no ticket in doubt."));
-    if (!m_journal.markPrinted(m_toPrint->nextNumber()))
+    if (!m_journal.markPrinted(m_toPrint->nextNumber(), m_clock()))
         return refuseByJournal();
     m_toPrint->acceptNext();
     m_toPrint->nextIsOut();

@@ -92,7 +92,7 @@ QVariantList SalesDesk::interruptedSale() const
 bool SalesDesk::mayVoid(const PastSale& sale, qint64 newest) const
 {
     // A clock that was set back makes the age negative: nothing is known then.
-    const qint64 age = sale.at.secsTo(QDateTime::currentDateTime());
+    const qint64 age = sale.at.secsTo(m_clock());
     return sale.id == newest && sale.reversedCount == 0 && std::abs(age) <= voidLimit;
 }
 
@@ -178,7 +178,7 @@ bool SalesDesk::printCopy(double ticketNumber)
         return refuse(tr("This shift has no such ticket."));
     if (past->isReversed)
         return refuse(tr("This ticket was taken back."));
-    if (!m_journal.recordCopy(past->ticket.number, QDateTime::currentDateTime()))
+    if (!m_journal.recordCopy(past->ticket.number, m_clock()))
         return refuseByJournal();
     return printExtra({past->ticket, past->copies + 1, std::nullopt, false});
 }
@@ -297,7 +297,7 @@ bool SalesDesk::reverse(const PastSale& sale, const QVector<qint64>& tickets, Re
     const Minor paidOut = sale.payment.method == PayMethod::Cash
                               ? std::max(Minor(0), sale.paid() - sale.paidOut - remaining)
                               : total;
-    if (!m_journal.reverse(sale.id, tickets, kind, reason, paidOut, QDateTime::currentDateTime()))
+    if (!m_journal.reverse(sale.id, tickets, kind, reason, paidOut, m_clock()))
         return refuseByJournal();
     updateRunningShift();
     emit saleReversed(static_cast<double>(sale.id));
@@ -324,7 +324,7 @@ bool SalesDesk::setOpeningFloat(double amount)
         return refuse(tr("This is no amount."));
     if (running->openingFloat > 0 && running->ticketCount > 0)
         return refuse(tr("The float of this shift cannot be changed any more."));
-    if (!m_journal.recordOpeningFloat(*whole, QDateTime::currentDateTime()))
+    if (!m_journal.recordOpeningFloat(*whole, m_clock()))
         return refuseByJournal();
     updateRunningShift();
     emit openingFloatChanged(amount);
@@ -337,7 +337,7 @@ QVariantMap SalesDesk::xReport()
     if (!running)
         return {};
     QVariantMap map = sales::mapOf(*running);
-    map.insert(QStringLiteral("at"), QDateTime::currentDateTime());
+    map.insert(QStringLiteral("at"), m_clock());
     map.insert(QStringLiteral("driver"), driver());
     return map;
 }
@@ -354,7 +354,7 @@ bool SalesDesk::closeShift()
         return false;
     if (!m_tickets.isEmpty())
         return refuse(tr("There are unpaid tickets in the basket."));
-    const auto closed = m_shifts->close(QDateTime::currentDateTime());
+    const auto closed = m_shifts->close(m_clock());
     if (!closed)
         return refuseByJournal();
     emit shiftClosed(static_cast<double>(*closed));
@@ -375,7 +375,7 @@ bool SalesDesk::handOver(double zNumber, std::optional<Minor> counted)
 {
     if (!mayAct())
         return false;
-    const bool isPaid = m_shifts->handOver(zNumber, QDateTime::currentDateTime(), counted);
+    const bool isPaid = m_shifts->handOver(zNumber, m_clock(), counted);
     if (m_journal.fault())
         return refuseByJournal();
     if (!isPaid)

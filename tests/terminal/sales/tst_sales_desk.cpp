@@ -255,7 +255,8 @@ private slots:
             for (const QString& step : steps)
                 QTest::addRow("%s, %s", qPrintable(step), state) << step << state << reason;
         };
-        add("This tile is not for sale.", "basket", {"placeholder", "expired", "add:-1", "add:11"});
+        add("This tile is not for sale.", "basket", {"placeholder", "add:-1", "add:11"});
+        add("product 24 is not valid any more.", "basket", {"expired"});
         add("This tile has no valid price.", "basket", {"nan", "negative"});
         add("The basket is full.", "full", {"adult"});
         add("There is no such line.", "basket", {"remove:-1", "remove:2"});

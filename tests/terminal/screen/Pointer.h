@@ -7,6 +7,8 @@
 
 constexpr int tapTime = 80; ///< from one press to the next, milliseconds: a quick finger
 
+constexpr int holdTime = 1000; ///< longer than Qt's own 800 milliseconds
+
 /// A finger or a mouse. Presses are as close to each other as quick ones are.
 class Pointer
 {
@@ -21,6 +23,15 @@ public:
     {
         send(place, true);
         QTest::qWait(tapTime / 2);
+        send(place, false);
+        QTest::qWait(tapTime / 2);
+    }
+
+    /// Held down until the control takes it for more than a tap.
+    void hold(const QPoint& place)
+    {
+        send(place, true);
+        QTest::qWait(holdTime);
         send(place, false);
         QTest::qWait(tapTime / 2);
     }

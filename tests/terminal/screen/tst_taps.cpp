@@ -104,6 +104,8 @@ void TestTaps::everyKindOfControlHearsThem_data()
 
     for (const auto& [page, part] : {std::pair("sell", "nightButton"),
                                      {"sell", "nav-sell"},
+                                     {"sell", "tab-1"},
+                                     {"sell", "lineProduct"},
                                      {"products", "priceText"},
                                      {"devices", "stateText"},
                                      {"devices", "event-Ready"},
@@ -119,6 +121,7 @@ void TestTaps::everyKindOfControlHearsThem()
     QFETCH(QString, page);
     QFETCH(QString, part);
     ScreenUnderTest shown(exampleFeed("coast-line"), page);
+    QVERIFY(shown.terminal().desk()->add(0));
     QTRY_VERIFY(shown.item(part) != nullptr);
     QTest::qWait(200); // the map comes to rest
     shown.window()->grabWindow();

@@ -107,12 +107,14 @@ ScreenCase {
         Harness.open("coast-line", "sell")
         test.verify(Harness.placeholderRow() >= 0)
         test.sellTile(Harness.placeholderRow())
+        test.compare(Harness.refusals, 0)
         test.verify(Harness.expiredRow() >= 0)
         test.sellTile(Harness.expiredRow())
+        test.compare(Harness.refusals, 1)
+        test.shows("toastText", "Winter single Port Salis is not valid any more.")
         test.sellTile(0)
         test.basketIs(1)
         test.compare(Harness.basket("price"), "1.4")
-        test.compare(Harness.refusals, 0)
     }
 
     function test_ticketsCarryTheStop() {
