@@ -365,7 +365,7 @@ void TileDeskTest::shortNames_data()
     QTest::newRow("different at the end") << QStringList{"Single to Northend", "Single to Southend"}
                                           << 10 << QStringList{"Sin…rthend", "Sin…uthend"};
     QTest::newRow("different in the middle")
-        << QStringList{"Single zone A with change", "Single zone B with change"} << 14
+        << QStringList{"Single via zone A with change", "Single via zone B with change"} << 14
         << QStringList{"Sing…e A with…", "Sing…e B with…"};
     QTest::newRow("one continues the other")
         << QStringList{"Single to town", "Single to town and back"} << 10
