@@ -57,6 +57,7 @@ TripDesk::TripDesk(const feed::Feed& feed, const Timetable& timetable, QObject* 
         m_route = QString::number(m_context.routeId());
     if (trip == nullptr)
         return;
+    m_trip = *trip;
     const QString end = trip->headsign.isEmpty() ? trip->calls.last().name : trip->headsign;
     if (!end.isEmpty())
         m_route = tr("%1 to %2").arg(m_route, end);
@@ -90,6 +91,14 @@ void TripDesk::setStop(int stop)
     m_stop = stop;
     m_context.setCurrentStopId(m_stopNumbers.at(stop));
     emit stopChanged();
+}
+
+void TripDesk::setPunctuality(const QString& text)
+{
+    if (text == m_punctuality)
+        return;
+    m_punctuality = text;
+    emit punctualityChanged();
 }
 
 } // namespace rivo::terminal

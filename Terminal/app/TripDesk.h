@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QStringList>
 
+#include <optional>
+
 namespace rivo::feed
 {
 struct Feed;
@@ -27,6 +29,7 @@ class TripDesk : public QObject
     Q_PROPERTY(int stopCount READ stopCount CONSTANT)
     Q_PROPERTY(int stop READ stop WRITE setStop NOTIFY stopChanged)
     Q_PROPERTY(QString stopName READ stopName NOTIFY stopChanged)
+    Q_PROPERTY(QString punctuality READ punctuality NOTIFY punctualityChanged)
 
 public:
     TripDesk(const feed::Feed& feed, const fleet::Timetable& timetable, QObject* parent = nullptr);
@@ -47,8 +50,16 @@ public:
     /// Name of the current stop, or its number where no name is known; empty without a trip.
     QString stopName() const;
 
+    /// The trip whose stops these are; null if the timetable has none.
+    const fleet::Trip* trip() const { return m_trip ? &*m_trip : nullptr; }
+
+    /// That the vehicle is late, ahead or off route, for people; empty if it is on time, or unknown.
+    QString punctuality() const { return m_punctuality; }
+    void setPunctuality(const QString& text);
+
 signals:
     void stopChanged();
+    void punctualityChanged();
 
 private:
     feed::TripContext m_context;
@@ -57,6 +68,8 @@ private:
     QVector<int> m_stopNumbers;
     QVector<QVector<int>> m_zones; ///< of the stops
     int m_stop = -1;
+    std::optional<fleet::Trip> m_trip;
+    QString m_punctuality;
 };
 
 } // namespace rivo::terminal

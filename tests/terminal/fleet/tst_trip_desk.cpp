@@ -42,6 +42,8 @@ private slots:
     void stopsWithoutNames();
     void stops();
     void stopThatIsVisitedTwice();
+    void tripOfTheStops();
+    void punctuality();
 };
 
 void TripDeskTest::trips_data()
@@ -152,6 +154,28 @@ void TripDeskTest::stopThatIsVisitedTwice()
     QCOMPARE(desk.stop(), 3);
     QCOMPARE(signalLog.take(), QStringList("stopChanged()"));
     QCOMPARE(desk.context()->currentStopId(), 7);
+}
+
+void TripDeskTest::tripOfTheStops()
+{
+    QCOMPARE(TripDesk(feed::Feed(), fleet::Timetable()).trip(), nullptr);
+    const feed::Feed feed = feedWith(network());
+    const TripDesk desk(feed, fleet::Timetable(feed.network));
+    QCOMPARE(desk.trip()->id, QString("50"));
+    QCOMPARE(desk.trip()->calls.size(), desk.stopCount());
+}
+
+void TripDeskTest::punctuality()
+{
+    const feed::Feed feed = feedWith(network());
+    TripDesk desk(feed, fleet::Timetable(feed.network));
+    SignalLog signalLog(&desk);
+    desk.setPunctuality("");
+    QCOMPARE(signalLog.take(), QStringList());
+    desk.setPunctuality("5 min late");
+    desk.setPunctuality("5 min late");
+    QCOMPARE(desk.punctuality(), QString("5 min late"));
+    QCOMPARE(signalLog.take(), QStringList("punctualityChanged()"));
 }
 
 QTEST_GUILESS_MAIN(TripDeskTest)
