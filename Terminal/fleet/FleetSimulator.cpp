@@ -118,18 +118,7 @@ AssetItem* FleetSimulator::makeVehicle(const Route& route)
         new AssetItem(id, tr("Bus %1").arg(id), QString::number(id), QString(), QString(),
                       route.number, route.title, QGeoCoordinate(), false, true, 0.0, &m_fleet);
     m_fleet.appendRow(made);
-    m_made.insert(id);
     return made;
-}
-
-void FleetSimulator::endSimulation()
-{
-    m_isSimulating = false;
-    for (int row = m_fleet.rowCount() - 1; row >= 0; --row) {
-        if (m_made.contains(vehicle(row)->id()))
-            m_fleet.removeRows(row, 1);
-    }
-    m_made.clear();
 }
 
 void FleetSimulator::rememberParkedVehicles()
@@ -242,7 +231,7 @@ FleetSimulator::Reporting FleetSimulator::reportingOf(int id) const
     const Seconds silentFor = isOthers ? *others : m_silentFor.value(id);
     if (silentFor > offlineAfter)
         return Offline;
-    const bool isCurrent = isOthers || (m_isSimulating && m_parked.value(id).updated);
+    const bool isCurrent = isOthers || m_parked.value(id).updated;
     return silentFor > staleAfter || !isCurrent ? Stale : Live;
 }
 
@@ -265,7 +254,7 @@ bool FleetSimulator::isRunning(const Trip& trip) const
 
 void FleetSimulator::report()
 {
-    for (int row = 0; row < m_fleet.rowCount() && m_isSimulating; ++row) {
+    for (int row = 0; row < m_fleet.rowCount(); ++row) {
         if (!m_reportedByOthers.contains(vehicle(row)->id()))
             reportVehicle(*vehicle(row));
     }

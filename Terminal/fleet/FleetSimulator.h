@@ -76,9 +76,6 @@ public:
     /// seconds since their reports say how current they are.
     void setReportedByOthers(const QHash<int, Seconds>& silences) { m_reportedByOthers = silences; }
 
-    /// From now on no vehicle is simulated. The rows that the simulator has made are removed.
-    void endSimulation();
-
     /// The vehicle that runs trip `trip` on some part of the day, otherwise the first one of route
     /// `route`; -1 if there is none.
     Q_INVOKABLE int vehicleOf(int trip, int route) const;
@@ -137,8 +134,6 @@ private:
     QHash<int, Seconds> m_silentFor; ///< since its last report, by vehicle
     QSet<int> m_silent;
     QHash<int, Seconds> m_reportedByOthers; ///< since their reports, by vehicle
-    QSet<int> m_made;                       ///< vehicles that the feed does not have
-    bool m_isSimulating = true;
     QVariantList m_lines;
     QVariantList m_stops;
     QTimer m_ticks;

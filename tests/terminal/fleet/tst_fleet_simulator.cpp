@@ -97,7 +97,6 @@ private slots:
     void parkedVehiclesAreAsCurrentAsTheFeedSays();
     void neverHeardOf();
     void vehiclesThatOthersReport();
-    void endOfTheSimulation();
     void signalsOfVehicles();
     void linesAndStops();
     void vehicleOf();
@@ -490,24 +489,6 @@ void FleetSimulatorTest::vehiclesThatOthersReport()
     fleet.simulator->setReportedByOthers({});
     fleet.setTime("8:15:01");
     QCOMPARE(fleet.vehicle(101).drivingStatus(), QString("driving"));
-}
-
-void FleetSimulatorTest::endOfTheSimulation()
-{
-    const TestNetwork network = TestNetwork().trip("1", "5", out("8:00:00", "8:30:00"));
-    Fleet made(network);
-    QCOMPARE(made.model.rowCount(), 1);
-    made.simulator->endSimulation();
-    QCOMPARE(made.model.rowCount(), 0);
-
-    Fleet fleet(network, {5});
-    fleet.setTime("8:00:00");
-    fleet.simulator->endSimulation();
-    fleet.setTime("8:15:00");
-    QCOMPARE(fleet.east(101), 1.0);
-    QCOMPARE(fleet.simulator->reportingOf(101), FleetSimulator::Stale);
-    fleet.simulator->setReportedByOthers({{101, 5}});
-    QCOMPARE(fleet.simulator->reportingOf(101), FleetSimulator::Live);
 }
 
 void FleetSimulatorTest::signalsOfVehicles()
