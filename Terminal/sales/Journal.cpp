@@ -28,8 +28,8 @@ bool prepare(JournalFile& file, const Currency& currency, qint64 firstZNumber)
         isNew ? Content::ThisVersion : validContent(file, currency);
     if (!content || !file.setPragma("journal_mode", "wal"))
         return false;
-    return *content == Content::Version2 ? takeOverVersion2(file)
-                                         : file.inTransaction([] { return true; }); // may write
+    return *content == Content::ThisVersion ? file.inTransaction([] { return true; }) // may write
+                                            : takeOver(file, *content);
 }
 
 } // namespace
@@ -78,7 +78,8 @@ QVector<Ticket> Journal::basket()
 }
 
 std::optional<QVector<Ticket>> Journal::confirmSale(const QVector<Ticket>& tickets,
-                                                    const Payment& payment, const QDateTime& at)
+                                                    const Payment& payment, const QDateTime& at,
+                                                    const std::optional<CardOutcome>& card)
 {
     Minor total = 0;
     for (const Ticket& ticket : tickets)
@@ -90,10 +91,14 @@ std::optional<QVector<Ticket>> Journal::confirmSale(const QVector<Ticket>& ticke
         return std::nullopt;
     QVector<Ticket> sold = tickets;
     const bool isDone = m_file->inTransaction([&] {
+        if (card && !addOutcome(*card, at))
+            return false;
         const auto shift = runningZNumber();
         const auto sale = shift ? addRecord(RecordKind::Sale, *shift, at) : std::nullopt;
         if (!sale || !m_file->insert("sale", {*sale, static_cast<int>(payment.method), total,
                                               isCash ? payment.rounding : 0, given, given - due}))
+            return false;
+        if (card && !m_file->insert("card_sale", {*sale, card->payment}))
             return false;
         for (Ticket& ticket : sold) {
             const auto number = m_file->insert("ticket", QVector<QVariant>{QVariant(), *sale} +

@@ -74,9 +74,10 @@ public:
 
     /// Sells `tickets` (at least one) in the running shift, in one transaction that also empties
     /// the unfinished basket. Returns them with their numbers, not printed yet. Nothing, and no
-    /// fault, if less is given than is due.
+    /// fault, if less is given than is due. `card`: the approved payment that this is the sale of.
     std::optional<QVector<Ticket>> confirmSale(const QVector<Ticket>& tickets,
-                                               const Payment& payment, const QDateTime& at);
+                                               const Payment& payment, const QDateTime& at,
+                                               const std::optional<CardOutcome>& card = {});
 
     /// Records that a ticket is on paper, once.
     bool markPrinted(qint64 ticketNumber, const QDateTime& at = QDateTime::currentDateTime());
@@ -105,7 +106,47 @@ public:
     /// the sale. Nothing, and no fault, if one of them is not such a ticket, or is taken back
     /// already.
     std::optional<PastSale> reverse(qint64 sale, const QVector<qint64>& tickets, ReversalKind kind,
-                                    const QString& reason, Minor paidOut, const QDateTime& at);
+                                    const QString& reason, Minor paidOut, const QDateTime& at,
+                                    const std::optional<CardOutcome>& card = {});
+
+    // Payments with cards. One is open at a time: begun, and its outcome not known.
+
+    /// Records that the terminal is about to be asked for the money of a sale, or to give money of
+    /// a payment back. Nothing, and no fault, while another payment is open.
+    std::optional<CardPayment> beginCharge(Minor amount, const QDateTime& at);
+    std::optional<CardPayment> beginReturn(const CardPayment& wanted, const QDateTime& at);
+
+    /// Records how a payment ended that no sale and no reversal follows, or that it is not known.
+    bool recordOutcome(const CardOutcome& outcome, const QDateTime& at);
+
+    /// The payment whose outcome is not known; nothing if there is none.
+    std::optional<CardPayment> openPayment();
+
+    /// Charges that were approved and are neither a sale nor given back, the oldest first.
+    QVector<CardPayment> unbookedCharges();
+
+    std::optional<CardPayment> cardPayment(qint64 id);
+
+    /// The payment of a sale; nothing for one that was made without a terminal.
+    std::optional<CardPayment> chargeOf(qint64 sale);
+    qint64 saleOfCharge(qint64 payment); ///< 0 if there is none
+
+    /// Whether a transaction of the terminal is the outcome of a payment.
+    bool knowsReceipt(const payment::Receipt& receipt);
+
+    /// Whether a charge may be reversed as a whole: nothing of it was given back, and the terminal
+    /// has not closed its day since.
+    bool isReversible(const CardPayment& charge);
+
+    /// The last closed shift after which the card terminal has to close its day; 0 if there is
+    /// none.
+    qint64 shiftOfOpenCardDay();
+
+    /// Records that the card terminal closed its day after `shift` and reported `total`; without
+    /// it, that it may have. Returns the difference to what the journal expects. A day that was
+    /// closed without an answer is seen by the next total.
+    std::optional<Minor> recordCardDay(qint64 shift, std::optional<Minor> total,
+                                       const QDateTime& at);
 
     /// Records the float of the running shift; the last one counts.
     bool recordOpeningFloat(Minor amount, const QDateTime& at);
@@ -134,7 +175,11 @@ private:
     bool addPrintout(qint64 ticketNumber, bool isCopy, const QDateTime& at);
     QVector<PastSale> readSales(const QString& condition);
     bool addReversal(const PastSale& sale, const QVector<qint64>& tickets, ReversalKind kind,
-                     const QString& reason, Minor paidOut, const QDateTime& at);
+                     const QString& reason, Minor paidOut, const QDateTime& at, qint64 cardReturn);
+    bool addOutcome(const CardOutcome& outcome, const QDateTime& at);
+    std::optional<CardPayment> readPayment(const QString& condition);
+    std::optional<CardPayment> begin(CardPayment payment, const QDateTime& at);
+    std::optional<Minor> cardTotalSince(qint64 record);
     QVector<ShiftReport> readClosedShifts(const QString& condition);
 
     std::unique_ptr<JournalFile> m_file;

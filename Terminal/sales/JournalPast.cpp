@@ -112,7 +112,8 @@ qint64 Journal::saleOf(qint64 ticketNumber)
 }
 
 bool Journal::addReversal(const PastSale& sale, const QVector<qint64>& tickets, ReversalKind kind,
-                          const QString& reason, Minor paidOut, const QDateTime& at)
+                          const QString& reason, Minor paidOut, const QDateTime& at,
+                          qint64 cardReturn)
 {
     const QVector<PastTicket> all = ticketsOf(sale.id);
     Minor total = 0;
@@ -130,6 +131,8 @@ bool Journal::addReversal(const PastSale& sale, const QVector<qint64>& tickets, 
         !m_file->insert("reversal", {*record, sale.id, static_cast<int>(kind),
                                      reason.isNull() ? QLatin1String("") : reason, total, paidOut}))
         return false;
+    if (cardReturn != 0 && !m_file->insert("card_reversal", {*record, cardReturn}))
+        return false;
     for (const qint64 number : tickets) {
         if (!m_file->insert("reversed_ticket", {number, *record}))
             return false;
@@ -139,12 +142,14 @@ bool Journal::addReversal(const PastSale& sale, const QVector<qint64>& tickets, 
 
 std::optional<PastSale> Journal::reverse(qint64 sale, const QVector<qint64>& tickets,
                                          ReversalKind kind, const QString& reason, Minor paidOut,
-                                         const QDateTime& at)
+                                         const QDateTime& at,
+                                         const std::optional<CardOutcome>& card)
 {
     std::optional<PastSale> left;
     const bool isDone = m_file->inTransaction([&] {
         const auto sold = pastSale(sale);
-        if (!sold || !addReversal(*sold, tickets, kind, reason, paidOut, at))
+        if ((card && !addOutcome(*card, at)) || !sold ||
+            !addReversal(*sold, tickets, kind, reason, paidOut, at, card ? card->payment : 0))
             return false;
         left = pastSale(sale);
         return left.has_value();

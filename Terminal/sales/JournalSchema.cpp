@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <array>
 #include <type_traits>
 #include <utility>
@@ -17,7 +18,8 @@ namespace
 
 using feed::FeedTripContext;
 
-constexpr int schemaVersion = 3;
+constexpr int schemaVersion = 4;
+constexpr int versionWithoutPayments = 3;
 
 /// One column that the tables of tickets and of the unfinished basket share.
 struct Column
@@ -111,20 +113,27 @@ constexpr std::array<RecordTable, 6> recordTables{{{"opening", RecordKind::Openi
                                                    {"reversal", RecordKind::Reversal},
                                                    {"closing", RecordKind::Closing},
                                                    {"hand_over", RecordKind::HandOver}}};
+constexpr std::array<RecordTable, 3> paymentTables{{{"payment", RecordKind::Payment},
+                                                    {"outcome", RecordKind::Outcome},
+                                                    {"card_day", RecordKind::CardDay}}};
 
 /// All rows of these tables: the number of the record, and its kind by the table.
-QString rowsOfRecordTables()
+QString rowsOfRecordTables(bool hasPayments)
 {
     QStringList parts;
-    for (const RecordTable& table : recordTables)
+    const auto add = [&parts](const RecordTable& table) {
         parts.append(QStringLiteral("SELECT record, %1 AS kind FROM %2")
                          .arg(static_cast<int>(table.kind))
                          .arg(QLatin1String(table.name)));
+    };
+    std::for_each(recordTables.begin(), recordTables.end(), add);
+    if (hasPayments)
+        std::for_each(paymentTables.begin(), paymentTables.end(), add);
     return parts.join(QLatin1String(" UNION ALL "));
 }
 
-/// What holds in every journal.
-QVector<Check> checks()
+/// What holds in every journal of this version and of version 3, which had no payments.
+QVector<Check> commonChecks(bool hasPayments)
 {
     const auto none = [](const QString& rows) {
         return Check{QStringLiteral("SELECT COUNT(*) FROM %1").arg(rows)};
@@ -134,15 +143,16 @@ QVector<Check> checks()
         {QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name IN"
                         " ('journal', 'shift', 'record', 'opening', 'sale', 'ticket', 'printout',"
                         " 'reversal', 'reversed_ticket', 'closing', 'hand_over', 'unprinted',"
-                        " 'basket')"),
-         "13"},
+                        " 'basket', 'payment', 'payment_ticket', 'outcome', 'card_sale',"
+                        " 'card_reversal', 'card_day')"),
+         hasPayments ? "19" : "13"},
         none(QStringLiteral("pragma_foreign_key_check")),
         // Records are numbered from 1 without holes, and each is in the table of its kind.
         {QStringLiteral("SELECT IFNULL((SELECT seq FROM sqlite_sequence WHERE name = 'record'), 0)"
                         " - COUNT(*) FROM record")},
         none(QStringLiteral("record LEFT JOIN (%1) AS part ON part.record = record.id"
                             " WHERE part.kind IS NOT record.kind")
-                 .arg(rowsOfRecordTables())),
+                 .arg(rowsOfRecordTables(hasPayments))),
         // The last shift runs, all others are closed.
         {QStringLiteral("SELECT (SELECT COUNT(*) FROM shift) - (SELECT COUNT(*) FROM closing)"),
          "1"},
@@ -176,6 +186,21 @@ QVector<Check> checks()
              QLatin1String(dueOfFigures))};
 }
 
+QVector<Check> checks() { return commonChecks(true) + checksOfPayments(); }
+
+/// What holds in a journal of `version`.
+QVector<Check> checksOf(int version)
+{
+    switch (version) {
+    case schemaVersion:
+        return checks();
+    case versionWithoutPayments:
+        return commonChecks(false);
+    default:
+        return checksOfVersion2();
+    }
+}
+
 } // namespace
 
 bool passes(JournalFile& file, const QVector<Check>& checks)
@@ -197,11 +222,11 @@ std::optional<Content> validContent(JournalFile& file, const Currency& currency)
     if (!version)
         return std::nullopt;
     const int number = version->toInt();
-    if (number != schemaVersion && number != schemaVersion - 1) {
+    if (number > schemaVersion || number < schemaVersion - 2) {
         file.fail({JournalFault::Kind::OtherVersion, version->toString()});
         return std::nullopt;
     }
-    if (!passes(file, number == schemaVersion ? checks() : checksOfVersion2()))
+    if (!passes(file, checksOf(number)))
         return std::nullopt;
     const std::optional<QVariant> kept =
         file.value(QStringLiteral("SELECT currency || ' ' || decimals FROM journal"));
@@ -213,7 +238,9 @@ std::optional<Content> validContent(JournalFile& file, const Currency& currency)
              QStringLiteral("kept in %1, not in %2").arg(kept->toString(), moneyText(currency))});
         return std::nullopt;
     }
-    return number == schemaVersion ? Content::ThisVersion : Content::Version2;
+    return number == schemaVersion            ? Content::ThisVersion
+           : number == versionWithoutPayments ? Content::Version3
+                                              : Content::Version2;
 }
 
 bool createTables(JournalFile& file)
@@ -226,40 +253,48 @@ bool createTables(JournalFile& file)
         return statement.arg(columnDefinitions());
     };
     return file.runAll(
-        {QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion),
-         table("shift", "z_number INTEGER PRIMARY KEY"),
-         table("record", "id INTEGER PRIMARY KEY AUTOINCREMENT, kind INTEGER NOT NULL,"
-                         " shift INTEGER NOT NULL REFERENCES shift, at TEXT NOT NULL,"
-                         " driver INTEGER NOT NULL"),
-         QStringLiteral("CREATE INDEX record_shift ON record (shift, kind)"),
-         table("opening", "record INTEGER PRIMARY KEY REFERENCES record, amount INTEGER NOT NULL"),
-         table("sale", "record INTEGER PRIMARY KEY REFERENCES record, pay_method INTEGER NOT NULL,"
-                       " total INTEGER NOT NULL, rounding INTEGER NOT NULL, given INTEGER NOT NULL,"
-                       " change INTEGER NOT NULL"),
-         withTicket(QStringLiteral("CREATE TABLE ticket (number INTEGER PRIMARY KEY AUTOINCREMENT,"
+               {QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion),
+                table("shift", "z_number INTEGER PRIMARY KEY"),
+                table("record", "id INTEGER PRIMARY KEY AUTOINCREMENT, kind INTEGER NOT NULL,"
+                                " shift INTEGER NOT NULL REFERENCES shift, at TEXT NOT NULL,"
+                                " driver INTEGER NOT NULL"),
+                QStringLiteral("CREATE INDEX record_shift ON record (shift, kind)"),
+                table("opening",
+                      "record INTEGER PRIMARY KEY REFERENCES record, amount INTEGER NOT NULL"),
+                table("sale",
+                      "record INTEGER PRIMARY KEY REFERENCES record, pay_method INTEGER NOT NULL,"
+                      " total INTEGER NOT NULL, rounding INTEGER NOT NULL, given INTEGER NOT NULL,"
+                      " change INTEGER NOT NULL"),
+                withTicket(
+                    QStringLiteral("CREATE TABLE ticket (number INTEGER PRIMARY KEY AUTOINCREMENT,"
                                    " sale INTEGER NOT NULL REFERENCES sale, %1)")),
-         QStringLiteral("CREATE INDEX ticket_sale ON ticket (sale)"),
-         table("printout", "record INTEGER PRIMARY KEY REFERENCES record,"
-                           " ticket INTEGER NOT NULL REFERENCES ticket, is_copy INTEGER NOT NULL"),
-         QStringLiteral("CREATE UNIQUE INDEX printout_original ON printout (ticket)"
-                        " WHERE is_copy = 0"),
-         QStringLiteral("CREATE INDEX printout_copy ON printout (ticket) WHERE is_copy = 1"),
-         table("reversal", "record INTEGER PRIMARY KEY REFERENCES record,"
-                           " sale INTEGER NOT NULL REFERENCES sale, reason_kind INTEGER NOT NULL,"
-                           " reason TEXT NOT NULL, total INTEGER NOT NULL,"
-                           " paid_out INTEGER NOT NULL"),
-         QStringLiteral("CREATE INDEX reversal_sale ON reversal (sale)"),
-         table("reversed_ticket", "ticket INTEGER PRIMARY KEY REFERENCES ticket,"
-                                  " reversal INTEGER NOT NULL REFERENCES reversal"),
-         QStringLiteral("CREATE INDEX reversed_ticket_reversal ON reversed_ticket (reversal)"),
-         QStringLiteral("CREATE TABLE closing (shift INTEGER PRIMARY KEY REFERENCES shift,"
-                        " record INTEGER NOT NULL UNIQUE REFERENCES record, %1)")
-             .arg(figureDefinitions()),
-         table("hand_over", "shift INTEGER PRIMARY KEY REFERENCES closing,"
-                            " record INTEGER NOT NULL UNIQUE REFERENCES record,"
-                            " counted INTEGER NOT NULL, difference INTEGER NOT NULL"),
-         table("unprinted", "ticket INTEGER PRIMARY KEY REFERENCES ticket"),
-         withTicket(QStringLiteral("CREATE TABLE basket (line INTEGER PRIMARY KEY, %1)"))});
+                QStringLiteral("CREATE INDEX ticket_sale ON ticket (sale)"),
+                table("printout",
+                      "record INTEGER PRIMARY KEY REFERENCES record,"
+                      " ticket INTEGER NOT NULL REFERENCES ticket, is_copy INTEGER NOT NULL"),
+                QStringLiteral("CREATE UNIQUE INDEX printout_original ON printout (ticket)"
+                               " WHERE is_copy = 0"),
+                QStringLiteral("CREATE INDEX printout_copy ON printout (ticket) WHERE is_copy = 1"),
+                table("reversal",
+                      "record INTEGER PRIMARY KEY REFERENCES record,"
+                      " sale INTEGER NOT NULL REFERENCES sale, reason_kind INTEGER NOT NULL,"
+                      " reason TEXT NOT NULL, total INTEGER NOT NULL,"
+                      " paid_out INTEGER NOT NULL"),
+                QStringLiteral("CREATE INDEX reversal_sale ON reversal (sale)"),
+                table("reversed_ticket", "ticket INTEGER PRIMARY KEY REFERENCES ticket,"
+                                         " reversal INTEGER NOT NULL REFERENCES reversal"),
+                QStringLiteral(
+                    "CREATE INDEX reversed_ticket_reversal ON reversed_ticket (reversal)"),
+                QStringLiteral("CREATE TABLE closing (shift INTEGER PRIMARY KEY REFERENCES shift,"
+                               " record INTEGER NOT NULL UNIQUE REFERENCES record, %1)")
+                    .arg(figureDefinitions()),
+                table("hand_over", "shift INTEGER PRIMARY KEY REFERENCES closing,"
+                                   " record INTEGER NOT NULL UNIQUE REFERENCES record,"
+                                   " counted INTEGER NOT NULL, difference INTEGER NOT NULL"),
+                table("unprinted", "ticket INTEGER PRIMARY KEY REFERENCES ticket"),
+                withTicket(
+                    QStringLiteral("CREATE TABLE basket (line INTEGER PRIMARY KEY, %1)"))}) &&
+           createPaymentTables(file);
 }
 
 bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNumber)
@@ -278,11 +313,15 @@ bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNum
     });
 }
 
-bool takeOverVersion2(JournalFile& file)
+bool takeOver(JournalFile& file, Content content)
 {
     return file.inTransaction([&] {
-        return setVersion2Aside(file) && createTables(file) && copyVersion2(file) &&
-               passes(file, checks());
+        const bool isMade =
+            content == Content::Version3
+                ? file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
+                      createPaymentTables(file)
+                : setVersion2Aside(file) && createTables(file) && copyVersion2(file);
+        return isMade && passes(file, checks());
     });
 }
 

@@ -20,7 +20,10 @@ enum class RecordKind {
     Printout = 3, ///< of one ticket, or a copy
     Reversal = 4, ///< of tickets of one sale
     Closing = 5,  ///< of the shift, with its figures
-    HandOver = 6  ///< of the shift's cash
+    HandOver = 6, ///< of the shift's cash
+    Payment = 7,  ///< with a card, before the terminal is asked
+    Outcome = 8,  ///< of such a payment
+    CardDay = 9   ///< of the card terminal, after the shift
 };
 
 /// Makes the tables of a new journal, and its first shift.
@@ -29,15 +32,18 @@ bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNum
 /// Makes the tables alone, in the transaction that runs.
 bool createTables(JournalFile& file);
 
+/// Makes the tables of payments with cards alone, in the transaction that runs.
+bool createPaymentTables(JournalFile& file);
+
 /// What is in a file that can be used.
-enum class Content { ThisVersion, Version2 };
+enum class Content { ThisVersion, Version3, Version2 };
 
 /// The version of `file`, if it has the tables of that version, figures that agree, and amounts in
 /// `currency`; a fault otherwise.
 std::optional<Content> validContent(JournalFile& file, const Currency& currency);
 
-/// Makes a journal of this version of one of version 2, in one transaction, and checks it.
-bool takeOverVersion2(JournalFile& file);
+/// Makes a journal of this version of one of version 2 or 3, in one transaction, and checks it.
+bool takeOver(JournalFile& file, Content content);
 
 /// A statement with one result, and the result that it has in a journal that is whole.
 struct Check
@@ -48,6 +54,9 @@ struct Check
 
 /// Whether all have their result; a fault otherwise.
 bool passes(JournalFile& file, const QVector<Check>& checks);
+
+/// What holds for the payments with cards of every journal.
+QVector<Check> checksOfPayments();
 
 /// What holds in every journal of version 2.
 QVector<Check> checksOfVersion2();

@@ -32,12 +32,17 @@ QVector<ShiftReport> Journal::readClosedShifts(const QString& condition)
     if (m_file->fault())
         return {};
     QSqlQuery query = m_file->prepared(
-        QStringLiteral("SELECT closing.shift, done.at, done.driver, paid.at, counted, difference,"
-                       " %1 FROM closing JOIN record AS done ON done.id = closing.record"
+        QStringLiteral("SELECT closing.shift, done.at, done.driver, paid.at, counted,"
+                       " hand_over.difference, day.total, day.difference, %1 FROM closing JOIN "
+                       "record AS done ON done.id = closing.record"
                        " LEFT JOIN hand_over ON hand_over.shift = closing.shift"
                        " LEFT JOIN record AS paid ON paid.id = hand_over.record"
+                       " LEFT JOIN card_day AS day ON day.record = (SELECT MAX(id) FROM record"
+                       " CROSS JOIN card_day ON card_day.record = id WHERE kind = %3"
+                       " AND record.shift = closing.shift AND total NOT NULL)"
                        " %2 ORDER BY closing.shift")
-            .arg(figureNames(), condition));
+            .arg(figureNames(), condition)
+            .arg(static_cast<int>(RecordKind::CardDay)));
     QVector<ShiftReport> reports;
     const bool isRead = m_file->forEachRow(query, [&] {
         ShiftReport report;
@@ -47,7 +52,10 @@ QVector<ShiftReport> Journal::readClosedShifts(const QString& condition)
         report.paidAt = timeOf(query.value(3));
         report.counted = query.value(4).toLongLong();
         report.difference = query.value(5).toLongLong();
-        readFigures(report, query, 6);
+        report.isCardDayEnded = !query.value(6).isNull();
+        report.cardDayTotal = query.value(6).toLongLong();
+        report.cardDayDifference = query.value(7).toLongLong();
+        readFigures(report, query, 8);
         if (report.due() == 0 && !report.paidAt.isValid())
             report.paidAt = report.closedAt;
         reports.append(report);

@@ -3,9 +3,11 @@
 #include "Currency.h"
 
 #include <Feed.h>
+#include <PaymentTerminal.h>
 
 #include <QDateTime>
 #include <QString>
+#include <QVector>
 
 #include <optional>
 
@@ -31,6 +33,38 @@ struct Payment
 enum class ReversalKind {
     Void = 1,  ///< the last sale was a mistake
     Refund = 2 ///< a passenger got the money back
+};
+
+/// What is done with a card.
+enum class CardDirection {
+    Charge = 1, ///< money is taken for a sale
+    Return = 2  ///< money of a payment is given back
+};
+
+/// A payment with a card, from the moment before the terminal is asked.
+struct CardPayment
+{
+    qint64 id = 0; ///< number of its record
+    CardDirection direction = CardDirection::Charge;
+    Minor amount = 0;
+    qint64 origin = 0;       ///< Return: the payment that it gives back; 0 for a charge
+    QVector<qint64> tickets; ///< Return: those that are taken back when it is approved
+    ReversalKind kind = ReversalKind::Void; ///< Return: of these tickets
+    QString reason;                         ///< Return: of these tickets
+    /// The newest outcome; nothing while the terminal has it. Unknown: the basket is free again.
+    std::optional<payment::Verdict> verdict;
+    payment::Receipt receipt; ///< if it is approved
+
+    bool isOpen() const { return !verdict || *verdict == payment::Verdict::Unknown; }
+};
+
+/// How a payment with a card ended.
+struct CardOutcome
+{
+    qint64 payment = 0;
+    payment::Verdict verdict = payment::Verdict::Unknown;
+    payment::Receipt receipt; ///< if it is approved
+    QString reason;           ///< if it is not, or something is to be noted
 };
 
 /// One ticket as it is sold: what it is, what it costs, and the trip it was sold on.
@@ -111,16 +145,19 @@ struct ShiftReport
     Minor voidSum = 0;
     int refundCount = 0; ///< tickets that were refunded
     Minor refundSum = 0;
-    int reversedCardCount = 0; ///< of voidCount and refundCount, paid by card
-    Minor reversedCardSum = 0; ///< of voidSum and refundSum, given back to cards
-    Minor rounding = 0;        ///< what cash differs from the prices
-    int copyCount = 0;         ///< tickets printed once more
-    Minor openingFloat = 0;    ///< the change that the driver began with
-    qint64 driver = 0;         ///< who closed it; 0 before, and without a sign-in
-    QDateTime closedAt;        ///< invalid while the shift runs
-    QDateTime paidAt;          ///< when its cash was handed over; invalid before
-    Minor counted = 0;         ///< what was handed over; 0 before
-    Minor difference = 0;      ///< of counted to due(); negative if something is missing
+    int reversedCardCount = 0;   ///< of voidCount and refundCount, paid by card
+    Minor reversedCardSum = 0;   ///< of voidSum and refundSum, given back to cards
+    Minor rounding = 0;          ///< what cash differs from the prices
+    int copyCount = 0;           ///< tickets printed once more
+    Minor openingFloat = 0;      ///< the change that the driver began with
+    qint64 driver = 0;           ///< who closed it; 0 before, and without a sign-in
+    QDateTime closedAt;          ///< invalid while the shift runs
+    QDateTime paidAt;            ///< when its cash was handed over; invalid before
+    Minor counted = 0;           ///< what was handed over; 0 before
+    Minor difference = 0;        ///< of counted to due(); negative if something is missing
+    bool isCardDayEnded = false; ///< the card terminal closed its day after this shift
+    Minor cardDayTotal = 0;      ///< what it reported
+    Minor cardDayDifference = 0; ///< of that to the payments of the journal
 
     /// What was taken in, less what was given back.
     Minor takings() const { return ticketSum - voidSum - refundSum + rounding; }

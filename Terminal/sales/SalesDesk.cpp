@@ -1,5 +1,6 @@
 #include "SalesDesk.h"
 
+#include "CardDesk.h"
 #include "PrintQueue_p.h"
 #include "SalesTexts_p.h"
 #include "ShiftBook_p.h"
@@ -52,8 +53,10 @@ SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, TicketPrinter&
     : QObject(parent), m_models(models), m_journal(journal), m_printer(printer),
       m_currency(currency), m_zoneName(std::move(zoneName)), m_trip(trip),
       m_toPrint(std::make_unique<PrintQueue>(m_models.basket)),
-      m_shifts(std::make_unique<ShiftBook>(m_models.zReports, m_journal, m_currency))
+      m_shifts(std::make_unique<ShiftBook>(m_models.zReports, m_journal, m_currency)),
+      m_card(new CardDesk(m_journal, this))
 {
+    followCards();
     connect(&m_printer, &TicketPrinter::printed, this, &SalesDesk::ticketPrinted);
     connect(&m_printer, &TicketPrinter::failed, this, &SalesDesk::ticketFailed);
     connect(&m_printer, &TicketPrinter::inDoubt, this, &SalesDesk::ticketBecameDoubtful);
@@ -86,6 +89,7 @@ void SalesDesk::restore(double maxDebt)
         setState(Interrupted);
         emit ticketsInDoubtChanged();
     }
+    restoreCards();
 }
 
 QString SalesDesk::obstacle() const
@@ -153,7 +157,6 @@ bool SalesDesk::refuse(const QString& reason)
     return false;
 }
 
-/// Whether the driver may do anything.
 bool SalesDesk::mayAct()
 {
     if (m_journal.fault())
@@ -167,9 +170,9 @@ bool SalesDesk::mayChangeBasket()
         return false;
     if (m_state == Interrupted)
         return refuse(tr("The last sale was interrupted: say first which tickets are out."));
-    if (m_state != Selling)
-        return refuse(tr("Tickets are being printed."));
-    return true;
+    return m_state == Selling ||
+           refuse(m_state == AwaitingCard ? tr("The card payment is not finished.")
+                                          : tr("Tickets are being printed."));
 }
 
 void SalesDesk::setState(State state)
@@ -339,7 +342,13 @@ bool SalesDesk::sell(const rivo::sales::Payment& payment)
         return refuse(tr("The basket is empty."));
     if (payment.method != PayMethod::Cash && payment.method != PayMethod::Card)
         return refuse(tr("There is no such way of payment.")); // QML may pass any number
-    const auto sold = m_journal.confirmSale(withNamedExecutions(m_tickets), payment, m_clock());
+    return payment.method == PayMethod::Card && m_total > 0 ? chargeCard() : book(payment);
+}
+
+bool SalesDesk::book(const rivo::sales::Payment& payment, const std::optional<CardOutcome>& card)
+{
+    const auto sold =
+        m_journal.confirmSale(withNamedExecutions(m_tickets), payment, m_clock(), card);
     if (!sold)
         return refuseByJournal();
     setState(Printing); // before anything is announced: a slot cannot sell it again

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CardDesk.h"
 #include "Journal.h"
 #include "Records.h"
 
@@ -51,6 +52,7 @@ struct SalesModels
 class SalesDesk : public QObject
 {
     Q_OBJECT
+    Q_PROPERTY(rivo::sales::CardDesk* card READ card CONSTANT)
     Q_PROPERTY(State state READ state NOTIFY stateChanged)
     Q_PROPERTY(QString obstacle READ obstacle NOTIFY obstacleChanged)
     Q_PROPERTY(double total READ total NOTIFY totalChanged)
@@ -72,7 +74,8 @@ public:
         Printing,          ///< paid; tickets are being printed one by one
         WaitingForPrinter, ///< paid; the printer has to recover first
         Interrupted,       ///< paid, and it is not known whether a ticket is out
-        Copying            ///< a copy or a report is being printed; the basket stays as it is
+        Copying,           ///< a copy or a report is being printed; the basket stays as it is
+        AwaitingCard       ///< a card is charged, or gets money back; the basket stays as it is
     };
     Q_ENUM(State)
 
@@ -114,6 +117,9 @@ public:
 
     /// The clock that sales and all other records have their time of; at first that of the system.
     void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
+
+    /// What is done with cards. Without a terminal set there, cards are not taken.
+    CardDesk* card() const { return m_card; }
 
     /// Called for each ticket that is put into the basket.
     void setTicketDetails(TicketDetails details) { m_details = std::move(details); }
@@ -181,7 +187,8 @@ public:
     bool mayRepeat() const { return !m_lastTickets.isEmpty(); } ///< whether there is a last sale
 
     /// Sells the basket and starts printing; saleConfirmed() when it is in the journal. For cash,
-    /// exactly what is due is given.
+    /// exactly what is due is given. With a card, true says that the card terminal is asked: the
+    /// sale is confirmed when it approves, refused() says why it did not.
     Q_INVOKABLE bool pay(rivo::sales::SalesDesk::Payment payment);
 
     /// The same for cash of which `given` is given; refused if that is less than due().
@@ -230,6 +237,9 @@ public:
     /// The same for the report of a closed shift, or with 0 of the running one.
     std::optional<PrintJob> paperOfReport(double zNumber);
 
+    // What was paid with a card goes back to the card: true says that the card terminal is asked,
+    // as for pay(), and saleReversed() follows when it approves.
+
     /// Takes the last sale of the running shift back as a mistake; refused when it is older than
     /// voidLimit or something of it was taken back already.
     Q_INVOKABLE bool voidLastSale();
@@ -247,7 +257,8 @@ public:
     /// The figures of the running shift at this moment, and of a closed one: zNumber, driver, at
     /// (of the closing; now for the running one), paidAt, ticketCount, ticketSum, cardCount,
     /// cardSum, firstTicket, lastTicket, voidCount, voidSum, refundCount, refundSum,
-    /// reversedCardSum, rounding, copyCount, openingFloat, takings, cash, due, counted, difference.
+    /// reversedCardSum, rounding, copyCount, openingFloat, takings, cash, due, counted, difference,
+    /// isCardDayEnded, cardDayTotal, cardDayDifference (of the card terminal's day to the journal).
     /// Empty if there is no such shift.
     Q_INVOKABLE QVariantMap xReport();
     Q_INVOKABLE QVariantMap zReport(double zNumber);
@@ -295,6 +306,14 @@ private:
     void emptyBasket();
     void basketChanged();
     bool sell(const rivo::sales::Payment& payment);
+    bool book(const rivo::sales::Payment& payment, const std::optional<CardOutcome>& card = {});
+    void followCards();
+    void restoreCards();
+    bool chargeCard();
+    void bookCharge(const CardPayment& payment, const CardOutcome& outcome);
+    void bookReturn(const CardPayment& payment, const CardOutcome& outcome);
+    bool returnToCard(const CardPayment& wanted);
+    void endAwaiting();
     bool mayAct();
     bool reverse(const PastSale& sale, const QVector<qint64>& tickets, ReversalKind kind,
                  const QString& reason);
@@ -336,6 +355,7 @@ private:
     PrintJob m_extraJob;           ///< what is being printed in state Copying
     std::unique_ptr<PrintQueue> m_toPrint;
     std::unique_ptr<ShiftBook> m_shifts;
+    CardDesk* m_card; ///< a child, also for QML
 };
 
 } // namespace rivo::sales

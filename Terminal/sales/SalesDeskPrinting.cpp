@@ -11,8 +11,9 @@ namespace rivo::sales
 
 void SalesDesk::printNext()
 {
-    if (m_state == Interrupted || (m_state == Selling && m_toPrint->isEmpty()))
-        return; // the printer worked for someone else
+    if (m_state == Interrupted ||
+        (m_toPrint->isEmpty() && (m_state == Selling || m_state == AwaitingCard)))
+        return; // the printer worked for something else
     if (m_toPrint->isEmpty())
         return finishSale();
     if (!m_printer.fault().isEmpty())

@@ -53,6 +53,9 @@ QVariantMap mapOf(const ShiftReport& report)
             {QStringLiteral("takings"), number(report.takings())},
             {QStringLiteral("cash"), number(report.cash())},
             {QStringLiteral("due"), number(report.due())},
+            {QStringLiteral("isCardDayEnded"), report.isCardDayEnded},
+            {QStringLiteral("cardDayTotal"), number(report.cardDayTotal)},
+            {QStringLiteral("cardDayDifference"), number(report.cardDayDifference)},
             {QStringLiteral("counted"), number(report.counted)},
             {QStringLiteral("difference"), number(report.difference)}};
 }
@@ -297,6 +300,16 @@ bool SalesDesk::reverse(const PastSale& sale, const QVector<qint64>& tickets, Re
     const Minor paidOut = sale.payment.method == PayMethod::Cash
                               ? std::max(Minor(0), sale.paid() - sale.paidOut - remaining)
                               : total;
+    const auto charge = m_journal.chargeOf(sale.id);
+    if (charge && paidOut > 0) {
+        CardPayment wanted;
+        wanted.origin = charge->id;
+        wanted.amount = paidOut;
+        wanted.tickets = tickets;
+        wanted.kind = kind;
+        wanted.reason = reason;
+        return returnToCard(wanted);
+    }
     if (!m_journal.reverse(sale.id, tickets, kind, reason, paidOut, m_clock()))
         return refuseByJournal();
     updateRunningShift();
@@ -354,10 +367,13 @@ bool SalesDesk::closeShift()
         return false;
     if (!m_tickets.isEmpty())
         return refuse(tr("There are unpaid tickets in the basket."));
+    if (m_card->isReturnOpen())
+        return refuse(m_card->obstacle());
     const auto closed = m_shifts->close(m_clock());
     if (!closed)
         return refuseByJournal();
     emit shiftClosed(static_cast<double>(*closed));
+    m_card->shiftClosed();
     return true;
 }
 

@@ -10,6 +10,7 @@
 #include <SalesDesk.h>
 #include <ShoppingBasketModel.h>
 #include <ShoppingItem.h>
+#include <SimulatedPaymentTerminal.h>
 #include <SimulatedPrinter.h>
 #include <TripContext.h>
 #include <ZReportItem.h>
@@ -55,7 +56,8 @@ inline QStringList journalContent()
     QStringList content;
     for (const char* table :
          {"shift", "record", "opening", "sale", "ticket", "printout", "reversal", "reversed_ticket",
-          "closing", "hand_over", "unprinted", "basket"})
+          "closing", "hand_over", "unprinted", "basket", "payment", "payment_ticket", "outcome",
+          "card_sale", "card_reversal", "card_day"})
         content.append(
             rowsOf(onlyConnection(), QStringLiteral("SELECT '%1', * FROM %1").arg(table)));
     return content;
@@ -86,7 +88,8 @@ struct Counter
 {
     explicit Counter(const QString& file, const rivo::sales::Currency& money = euro,
                      double maxDebt = 0.0, const QString& printerFault = {},
-                     rivo::sales::TicketPrinter* other = nullptr)
+                     rivo::sales::TicketPrinter* other = nullptr,
+                     rivo::payment::PaymentTerminal* otherCards = nullptr)
         : currency(money),
           desk(
               {grid, basket, fareProducts, zReports}, journal, other != nullptr ? *other : printer,
@@ -97,6 +100,8 @@ struct Counter
             fareProducts.addItem(product, {}, {}, 1.0, 0.0, false, true, {}, {}, {}, {});
         printer.setTicketTime(0);
         printer.setFault(printerFault);
+        cards.setTime(0);
+        desk.card()->setTerminal(otherCards != nullptr ? otherCards : &cards);
         journal.open(file, currency, 17);
         desk.restore(maxDebt);
     }
@@ -138,6 +143,7 @@ struct Counter
     ZReportModel zReports{&prototypes};
     rivo::sales::Journal journal;
     rivo::sales::SimulatedPrinter printer;
+    rivo::payment::SimulatedPaymentTerminal cards; ///< answers at once
     rivo::sales::SalesDesk desk;
 
 private:

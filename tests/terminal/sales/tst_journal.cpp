@@ -271,7 +271,7 @@ private slots:
         OpenJournal(file()).clearBasket();
         const QByteArray header = contentOf(file()).left(72);
         QCOMPARE(header.mid(68, 4), QByteArray("RivJ"));
-        QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\3", 4));
+        QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\4", 4));
     }
 
     /// Every byte stays for a later look, with what the terminal left when it lost power.
@@ -295,21 +295,22 @@ private slots:
         add("another program's identifier",
             database({"PRAGMA application_id=77", "CREATE TABLE journal (currency)"}), "foreign");
         const QString ours = QStringLiteral("PRAGMA application_id=%1").arg(0x5269764a);
-        add("newer version", database({ours, "PRAGMA user_version=4", "CREATE TABLE journal (a)"}),
+        add("newer version", database({ours, "PRAGMA user_version=5", "CREATE TABLE journal (a)"}),
             "other version");
         add("older version", database({ours, "PRAGMA user_version=1", "CREATE TABLE journal (a)"}),
             "other version");
         add("our identifier, other tables",
-            database({ours, "PRAGMA user_version=3", "CREATE TABLE journal (a)"}), "damaged");
-        add("our identifier, other tables of the version before",
-            database({ours, "PRAGMA user_version=2", "CREATE TABLE journal (a)"}), "damaged");
+            database({ours, "PRAGMA user_version=4", "CREATE TABLE journal (a)"}), "damaged");
+        for (const char* before : {"PRAGMA user_version=3", "PRAGMA user_version=2"})
+            add(qPrintable(QStringLiteral("our identifier, other tables: %1").arg(before)),
+                database({ours, before, "CREATE TABLE journal (a)"}), "damaged");
 
         add("another currency", powerCut("SELECT 1", Currency("PLN", 2)), "other currency");
         add("same code, other minor units", powerCut("SELECT 1", Currency("EUR", 3)),
             "other currency");
         add("another currency, found through links",
             linked(powerCut("SELECT 1", Currency("PLN", 2))), "other currency");
-        add("another version in the log", powerCut("PRAGMA user_version=4"), "other version");
+        add("another version in the log", powerCut("PRAGMA user_version=5"), "other version");
         add("sums in the log that do not agree", powerCut("UPDATE sale SET total = 7"), "damaged");
         add("table is missing in the log", powerCut("DROP TABLE basket"), "damaged");
 

@@ -48,9 +48,18 @@ const QStringList shiftsOfFixture{
 const char* const allRecords = "SELECT id, kind, shift, substr(at, 12, 8), driver FROM record"
                                " ORDER BY id";
 
+/// What makes a journal of version 3 of one without payments by card.
+const QStringList asVersion3{"DROP TABLE card_day",       "DROP TABLE card_reversal",
+                             "DROP TABLE card_sale",      "DROP TABLE outcome",
+                             "DROP TABLE payment_ticket", "DROP TABLE payment",
+                             "PRAGMA user_version=3"};
+
+const char* const allTables = "SELECT type, name, tbl_name, sql FROM sqlite_master"
+                              " ORDER BY type, name";
+
 } // namespace
 
-/// Journals of the version before become journals of this one, as a whole or not at all.
+/// Journals of the versions before become journals of this one, as a whole or not at all.
 class TestJournalTakeover : public QObject
 {
     Q_OBJECT
@@ -80,7 +89,7 @@ private slots:
             QVERIFY(unprinted.at(1).isDaily);
             QCOMPARE(unprinted.at(1).validity, "");
         }
-        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\3", 4));
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\4", 4));
         QVERIFY(!QFile::exists(file() + "-wal"));
     }
 
@@ -118,6 +127,51 @@ private slots:
         }
         OpenJournal journal(m_folder->filePath("new.db"));
         QCOMPARE(taken, rowsOf(onlyConnection(), schema));
+    }
+
+    void version3GetsTheTablesOfPayments()
+    {
+        QStringList tables;
+        QStringList content;
+        {
+            OpenJournal journal(file());
+            QVERIFY(sell(journal, {190, 95}));
+            QVERIFY(sell(journal, {450}, PayMethod::Card));
+            QVERIFY(journal.markPrinted(1));
+            QVERIFY(journal.reverse(2, {3}, ReversalKind::Void, {}, 450, noon));
+            QVERIFY(journal.closeShift(noon));
+            QVERIFY(sell(journal, {10}));
+            QVERIFY(journal.appendToBasket(ticket(5)));
+            tables = rowsOf(onlyConnection(), allTables);
+            content = journalContent();
+        }
+        executeIn(file(), asVersion3);
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            OpenJournal journal(file());
+            QCOMPARE(kindOf(journal.fault()), "none");
+            QCOMPARE(rowsOf(onlyConnection(), allTables), tables);
+            QCOMPARE(journalContent(), content);
+            QVERIFY(!journal.openPayment());
+            QVERIFY(!journal.chargeOf(2));
+            QCOMPARE(journal.shiftOfOpenCardDay(), 0);
+        }
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\4", 4));
+        OpenJournal journal(file());
+        QVERIFY(journal.beginCharge(5, noon));
+    }
+
+    void version3ThatIsNotWholeStaysAsItIs()
+    {
+        {
+            OpenJournal journal(file());
+            QVERIFY(sell(journal, {190, 95}));
+        }
+        executeIn(file(), asVersion3 + QStringList{"UPDATE sale SET total = 1",
+                                                   "PRAGMA journal_mode=delete"});
+        const QMap<QString, QByteArray> before = filesIn(m_folder->path());
+        Journal journal;
+        QCOMPARE(kindOf(journal.open(file(), euro, 17)), "damaged");
+        QCOMPARE(filesIn(m_folder->path()), before);
     }
 
     void sellingGoesOn()

@@ -1,0 +1,397 @@
+#include "FakeCards.h"
+#include "Play.h"
+#include "SignalLog.h"
+
+#include <CardDesk.h>
+#include <SimulatedPaymentTerminal.h>
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <memory>
+
+using namespace rivo::sales;
+
+namespace
+{
+
+/// A counter at a card terminal that the test answers for; made anew, it is the terminal after a
+/// restart, while the card terminal is the same.
+struct CardCounter : Counter
+{
+    CardCounter(const QString& file, FakeCards& asked) : Counter(file, euro, 0.0, {}, &asked)
+    {
+        desk.card()->setRetryTime(0);
+        QObject::connect(&desk, &SalesDesk::refused,
+                         [this](const QString& reason) { refusals.append(reason); });
+    }
+    QStringList refusals;
+};
+
+qint64 sold() { return rowsOf(onlyConnection(), "SELECT COUNT(*) FROM sale").at(0).toLongLong(); }
+
+/// "1:1 2:2": direction and verdict of all outcomes.
+QString outcomes()
+{
+    return rowsOf(onlyConnection(), "SELECT direction || ':' || verdict FROM outcome JOIN payment"
+                                    " ON payment.record = payment ORDER BY outcome.record")
+        .join(' ');
+}
+
+} // namespace
+
+/// Payments by card between the driver, the journal and a card terminal.
+class TestCardDesk : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_cards = std::make_unique<FakeCards>();
+    }
+
+    void aSaleIsConfirmedWhenItIsApproved()
+    {
+        CardCounter counter(file(), *m_cards);
+        QVERIFY(play(counter, "adult child card"));
+        QCOMPARE(counter.desk.state(), SalesDesk::AwaitingCard);
+        QVERIFY(counter.journal.openPayment());
+        QCOMPARE(m_cards->asked, QStringList("authorise 285"));
+        QCOMPARE(sold(), 0);
+        QCOMPARE(counter.desk.card()->statusText(), QString("busy"));
+        QVERIFY(counter.desk.card()->isBusy());
+        QVERIFY(!play(counter, "adult"));
+        QVERIFY(!play(counter, "cash"));
+        QVERIFY(!play(counter, "clear"));
+        QVERIFY(!play(counter, "close"));
+        QCOMPARE(counter.refusals,
+                 QStringList(QVector<QString>(4, "The card payment is not finished.").toList()));
+        m_cards->approve();
+        QVERIFY(play(counter, "end"));
+        QCOMPARE(sold(), 1);
+        QCOMPARE(outcomes(), QString("1:1"));
+        QCOMPARE(counter.desk.lastSale().value("isCash").toBool(), false);
+        QVERIFY(counter.desk.card()->obstacle().isEmpty());
+    }
+
+    void aDeclinedPaymentKeepsTheBasket()
+    {
+        CardCounter counter(file(), *m_cards);
+        QVERIFY(play(counter, "adult card"));
+        m_cards->decline("expired");
+        QCOMPARE(counter.desk.state(), SalesDesk::Selling);
+        QCOMPARE(counter.refusals, QStringList("expired"));
+        QCOMPARE(counter.desk.card()->result(), QString("expired"));
+        QCOMPARE(counter.prices(), QVector<qint64>{190});
+        QCOMPARE(outcomes(), QString("1:2"));
+        QSignalSpy changed(counter.desk.card(), &CardDesk::changed);
+        counter.desk.card()->forgetResult();
+        QCOMPARE(counter.desk.card()->result(), QString());
+        QCOMPARE(changed.count(), 1);
+        counter.desk.card()->forgetResult();
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(play(counter, "cash end"));
+        QCOMPARE(sold(), 1);
+    }
+
+    void nothingIsBegunThatCannotBeAsked_data()
+    {
+        QTest::addColumn<QString>("obstacle");
+        QTest::newRow("there is no card terminal") << "No card terminal is connected.";
+        QTest::newRow("the card terminal has a fault") << "unplugged";
+        QTest::newRow("the card terminal does something else") << "The card terminal is busy.";
+    }
+    void nothingIsBegunThatCannotBeAsked()
+    {
+        QFETCH(QString, obstacle);
+        CardCounter counter(file(), *m_cards);
+        QVERIFY(play(counter, "adult"));
+        if (obstacle.startsWith("No"))
+            m_cards.reset();
+        else if (obstacle == "unplugged")
+            m_cards->setFault(obstacle);
+        else
+            m_cards->refund(5);
+        QCOMPARE(counter.desk.card()->obstacle(), obstacle);
+        const QStringList content = journalContent();
+        SignalLog log(&counter.desk);
+        SignalLog cards(counter.desk.card());
+        QVERIFY(!play(counter, "card"));
+        QCOMPARE(log.take(), QStringList("refused(" + obstacle + ")"));
+        QVERIFY(!counter.desk.card()->charge(190));
+        QVERIFY(!counter.desk.card()->giveBack({}));
+        QVERIFY(!counter.desk.card()->abort());
+        QVERIFY(!counter.desk.card()->release());
+        QCOMPARE(cards.take(), QStringList());
+        QCOMPARE(journalContent(), content);
+    }
+
+    void oneThatRefusesAfterAllHasNotBeenAsked()
+    {
+        CardCounter counter(file(), *m_cards);
+        m_cards->isRefusing = true;
+        QVERIFY(play(counter, "adult card"));
+        QCOMPARE(counter.refusals, QStringList("The card terminal does not answer."));
+        QCOMPARE(counter.desk.state(), SalesDesk::Selling);
+        QCOMPARE(outcomes(), QString("1:2"));
+    }
+
+    void freeTicketsNeedNoCardTerminal()
+    {
+        CardCounter counter(file(), *m_cards);
+        m_cards->setFault("unplugged");
+        QVERIFY(play(counter, "free card end"));
+        QCOMPARE(sold(), 1);
+        QCOMPARE(m_cards->asked, QStringList());
+        QVERIFY(play(counter, "void"));
+    }
+
+    void aLostAnswerIsClearedWithTheCardTerminal_data()
+    {
+        QTest::addColumn<bool>("isDone");
+        QTest::addColumn<bool>("isRestarted");
+        QTest::newRow("paid") << true << false;
+        QTest::newRow("not paid") << false << false;
+        QTest::newRow("paid, after a restart") << true << true;
+        QTest::newRow("not paid, after a restart") << false << true;
+    }
+    void aLostAnswerIsClearedWithTheCardTerminal()
+    {
+        QFETCH(bool, isDone);
+        QFETCH(bool, isRestarted);
+        auto counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QVERIFY(play(*counter, "adult card"));
+        m_cards->approve();
+        QVERIFY(play(*counter, "end adult card"));
+        if (isRestarted)
+            counter.reset();
+        m_cards->lose(isDone); // the same amount as the one before
+        if (isRestarted)
+            counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QCOMPARE(counter->desk.state(), SalesDesk::AwaitingCard);
+        QVERIFY(counter->desk.card()->isClearing());
+        QVERIFY(!counter->desk.card()->mayAbort());
+        QCOMPARE(counter->desk.card()->obstacle(),
+                 QString("The last card payment is not cleared yet."));
+        QTRY_COMPARE(m_cards->asked.last(), QString("last"));
+        m_cards->lose(false); // not heard either
+        QTRY_COMPARE(m_cards->asked.count("last"), 2);
+        m_cards->answerLast();
+        QVERIFY(play(*counter, "end"));
+        QCOMPARE(sold(), isDone ? 2 : 1);
+        QCOMPARE(outcomes(), isDone ? QString("1:1 1:1") : QString("1:1 1:2"));
+        QCOMPARE(counter->prices().size(), isDone ? 0 : 1);
+    }
+
+    void thePowerMayGoBeforeTheCardTerminalIsAsked()
+    {
+        {
+            CardCounter counter(file(), *m_cards);
+            QVERIFY(play(counter, "adult"));
+            QVERIFY(counter.journal.beginCharge(190, QDateTime::currentDateTime()));
+        }
+        CardCounter counter(file(), *m_cards);
+        QCOMPARE(m_cards->asked, QStringList("last"));
+        m_cards->answerLast();
+        QCOMPARE(counter.desk.state(), SalesDesk::Selling);
+        QCOMPARE(outcomes(), QString("1:2"));
+        QCOMPARE(counter.prices(), QVector<qint64>{190});
+    }
+
+    void theBasketCanBeFreedAndThePaymentIsGivenBack()
+    {
+        auto counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QVERIFY(play(*counter, "adult card"));
+        QVERIFY(!counter->desk.card()->release()); // it is not lost
+        m_cards->setFault("unplugged");
+        m_cards->lose(true);
+        QVERIFY(counter->desk.card()->mayRelease());
+        QCOMPARE(counter->desk.card()->statusText(),
+                 QString("Asking the card terminal whether it was paid"));
+        QVERIFY(counter->desk.card()->release());
+        QVERIFY(!counter->desk.card()->release());
+        QCOMPARE(counter->desk.state(), SalesDesk::Selling);
+        QVERIFY(play(*counter, "cash end adult"));
+        QVERIFY(!play(*counter, "card"));
+        counter.reset();
+        counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QCOMPARE(counter->desk.state(), SalesDesk::Selling);
+        m_cards->setFault({});
+        QTRY_COMPARE(m_cards->asked.last(), QString("last"));
+        m_cards->answerLast();
+        QTRY_COMPARE(m_cards->asked.last(), QString("reverse 1"));
+        m_cards->approve();
+        QCOMPARE(outcomes(), QString("1:3 1:1 2:1"));
+        QCOMPARE(sold(), 1);
+        QCOMPARE(counter->refusals, QStringList("A card payment without tickets was given back."));
+        QCOMPARE(counter->prices(), QVector<qint64>{190});
+        QVERIFY(counter->journal.unbookedCharges().isEmpty());
+    }
+
+    void whatCannotBeGivenBackIsTriedAgainWithTheNextShift()
+    {
+        CardCounter counter(file(), *m_cards);
+        QVERIFY(play(counter, "adult card"));
+        m_cards->lose(true);
+        QVERIFY(counter.desk.card()->release());
+        QVERIFY(play(counter, "clear"));
+        QTRY_COMPARE(m_cards->asked.last(), QString("last"));
+        m_cards->answerLast();
+        for (int attempt = 1; attempt <= 3; ++attempt) {
+            QTRY_COMPARE(m_cards->asked.count("reverse 1"), attempt);
+            m_cards->decline();
+        }
+        QTest::qWait(10);
+        QCOMPARE(m_cards->asked.count("reverse 1"), 3);
+        QCOMPARE(counter.refusals,
+                 QStringList("A card payment without tickets could not be given back: no"));
+        QVERIFY(play(counter, "close"));
+        QCOMPARE(m_cards->asked.count("reverse 1"), 4);
+        m_cards->approve();
+        QTRY_COMPARE(m_cards->asked.last(), QString("day"));
+        m_cards->answerDay(0);
+        QCOMPARE(counter.journal.closedShift(17)->cardDayDifference, 0);
+        QVERIFY(counter.journal.closedShift(17)->isCardDayEnded);
+    }
+
+    void aPaymentCanBeStopped()
+    {
+        CardCounter counter(file(), *m_cards);
+        QVERIFY(play(counter, "adult card"));
+        QVERIFY(counter.desk.card()->mayAbort());
+        QVERIFY(counter.desk.card()->abort());
+        QCOMPARE(counter.desk.card()->statusText(), QString("Stopping"));
+        QVERIFY(!counter.desk.card()->mayAbort());
+        QVERIFY(!counter.desk.card()->abort());
+        m_cards->approve(); // too late
+        QVERIFY(play(counter, "end"));
+        QCOMPARE(sold(), 1);
+    }
+
+    void moneyGoesBackToTheCard()
+    {
+        CardCounter counter(file(), *m_cards);
+        QVERIFY(play(counter, "adult child card"));
+        m_cards->approve();
+        QVERIFY(play(counter, "end adult card"));
+        m_cards->approve();
+        QVERIFY(play(counter, "end void"));
+        QCOMPARE(m_cards->asked.last(), QString("reverse 2"));
+        QVERIFY(rowsOf(onlyConnection(), "SELECT * FROM reversal").isEmpty());
+        m_cards->decline("not possible");
+        QCOMPARE(counter.refusals, QStringList("not possible"));
+        QVERIFY(rowsOf(onlyConnection(), "SELECT * FROM reversal").isEmpty());
+        QVERIFY(play(counter, "void"));
+        m_cards->approve();
+        QCOMPARE(rowsOf(onlyConnection(), "SELECT paid_out FROM reversal"), QStringList("190"));
+        // A part of a payment, and what is left of it, is refunded.
+        const int sale = static_cast<int>(counter.journal.saleOf(1));
+        QVERIFY(play(counter, "back:1:late"));
+        QCOMPARE(m_cards->asked.last(), QString("refund 190"));
+        m_cards->approve();
+        QVERIFY(play(counter, QStringLiteral("refund:%1:late").arg(sale)));
+        QCOMPARE(m_cards->asked.last(), QString("refund 95"));
+        m_cards->approve();
+        QCOMPARE(outcomes(), QString("1:1 1:1 2:2 2:1 2:1 2:1"));
+        QCOMPARE(counter.journal.runningShift()->cardTakings(), 0);
+    }
+
+    void moneyThatGoesBackIsClearedAfterARestart_data()
+    {
+        QTest::addColumn<bool>("isDone");
+        QTest::newRow("it went back") << true;
+        QTest::newRow("it did not") << false;
+    }
+    void moneyThatGoesBackIsClearedAfterARestart()
+    {
+        QFETCH(bool, isDone);
+        auto counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QVERIFY(play(*counter, "adult card"));
+        m_cards->approve();
+        QVERIFY(play(*counter, "end void"));
+        counter.reset();
+        m_cards->lose(isDone);
+        m_cards->setFault("unplugged");
+        counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QCOMPARE(counter->desk.state(), SalesDesk::AwaitingCard);
+        QVERIFY(counter->desk.card()->release());
+        QVERIFY(!play(*counter, "close")); // the report of the shift needs to know
+        m_cards->setFault({});
+        QTRY_COMPARE(m_cards->asked.last(), QString("last"));
+        m_cards->answerLast();
+        QCOMPARE(counter->journal.runningShift()->cardTakings(), isDone ? 0 : 190);
+        QCOMPARE(outcomes(), isDone ? QString("1:1 2:3 2:1") : QString("1:1 2:3 2:2"));
+        QVERIFY(play(*counter, "close"));
+    }
+
+    void theDayOfTheCardTerminalEndsAfterTheShift()
+    {
+        CardCounter counter(file(), *m_cards);
+        QSignalSpy ended(counter.desk.card(), &CardDesk::cardDayEnded);
+        QVERIFY(play(counter, "adult card"));
+        m_cards->approve();
+        QVERIFY(play(counter, "end close"));
+        QCOMPARE(m_cards->asked.last(), QString("day"));
+        QCOMPARE(counter.desk.card()->obstacle(), QString("The card terminal is busy."));
+        m_cards->lose(false);
+        QTRY_COMPARE(m_cards->asked.count("day"), 2);
+        m_cards->answerDay(191);
+        QCOMPARE(ended.count(), 1);
+        const QVariantMap report = counter.desk.zReport(17);
+        QCOMPARE(report.value("isCardDayEnded").toBool(), true);
+        QCOMPARE(report.value("cardDayTotal").toDouble(), 191.0);
+        QCOMPARE(report.value("cardDayDifference").toDouble(), 1.0);
+        QVERIFY(play(counter, "close")); // nothing was paid by card
+        QTest::qWait(10);
+        QCOMPARE(m_cards->asked.count("day"), 2);
+    }
+
+    void aDayThatIsRefusedWaitsForTheNextShift()
+    {
+        CardCounter counter(file(), *m_cards);
+        QVERIFY(play(counter, "adult card"));
+        m_cards->approve();
+        QVERIFY(play(counter, "end close"));
+        m_cards->decline();
+        QTest::qWait(10);
+        QCOMPARE(m_cards->asked.count("day"), 1);
+        QVERIFY(play(counter, "close"));
+        QCOMPARE(m_cards->asked.count("day"), 2);
+    }
+
+    void theSimulationAnswersAfterAWhile()
+    {
+        rivo::payment::SimulatedPaymentTerminal cards;
+        cards.setTime(20);
+        Counter counter(file(), euro, 0.0, {}, &cards);
+        QVERIFY(play(counter, "adult card"));
+        QCOMPARE(counter.desk.card()->statusText(), QString("Simulated card terminal"));
+        QVERIFY(play(counter, "end"));
+        QCOMPARE(sold(), 1);
+        QVERIFY(play(counter, "adult card"));
+        QVERIFY(counter.desk.card()->abort());
+        QTRY_COMPARE(counter.desk.state(), SalesDesk::Selling);
+        QCOMPARE(sold(), 1);
+        cards.setFault("off");
+        QVERIFY(!play(counter, "card"));
+        cards.setFault({});
+        cards.setVerdict(rivo::payment::Verdict::Declined);
+        QVERIFY(play(counter, "card"));
+        QTRY_COMPARE(counter.desk.card()->result(), QString("Simulated answer"));
+        QVERIFY(!cards.authorise(0));
+        QVERIFY(!cards.reverse(0, 5));
+        QVERIFY(!cards.refund(0));
+        QVERIFY(!cards.abort());
+    }
+
+private:
+    QString file() const { return m_folder->filePath("journal.db"); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<FakeCards> m_cards;
+};
+
+QTEST_GUILESS_MAIN(TestCardDesk)
+#include "tst_card_desk.moc"
