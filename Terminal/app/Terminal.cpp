@@ -34,7 +34,7 @@ std::unique_ptr<sales::TicketPrinter> printerFor(const feed::Feed& feed,
 {
     if (settings.config.printer.isThere())
         return printer::makePrinter(settings.config.printer, paperContext(feed));
-    if (!settings.simulatesPrinter)
+    if (!settings.isDemo)
         return std::make_unique<sales::NoPrinter>();
     auto simulated = std::make_unique<sales::SimulatedPrinter>();
     simulated->setTicketTime(settings.ticketTime);
@@ -127,7 +127,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
       m_trip(m_feed, fleet::Timetable(m_feed.network)),
       m_offers(m_feed, *m_trip.context(), [this] { return timeOfSale(); }),
-      m_printer(printerFor(feed, settings)),
+      m_printer(printerFor(feed, settings)), m_cards(m_peripherals),
       m_details(feed, m_currency, m_trip, settings.config.vehicle),
       m_devices(m_peripherals, *m_printer), m_catalogue(m_fareProducts, m_feed),
       m_desk(
@@ -142,6 +142,10 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     layOutGrid();
     feed::addFareProducts(m_feed, m_fareProducts);
     feed::addPeripherals(m_feed, m_peripherals);
+    m_cards.connectTo(settings.config.cardTerminal, m_feed.currency,
+                      settings.isDemo ? settings.cardTime : -1);
+    m_cards.addRow();
+    m_desk.card()->setTerminal(m_cards.terminal());
     m_devices.findPrinter(m_feed.printerId);
 
     m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));

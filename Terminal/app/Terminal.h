@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CardDevice.h"
 #include "CatalogueDesk.h"
 #include "DeviceDesk.h"
 #include "OfferDesk.h"
@@ -69,9 +70,9 @@ public:
         double pace = 1.0;  ///< of the fleet, see FleetSimulator::pace
         int startTime = -1; ///< second of the service day; -1 = now. Tickets are sold by this time
         int ticketTime = 350;             ///< of the printer, milliseconds
+        int cardTime = 0;                 ///< of a simulated card terminal, milliseconds
         QVector<drivers::Driver> drivers; ///< that may sign in; none = no sign-in
         config::Config config;            ///< the devices of this vehicle, and its name
-        bool simulatesPrinter = true;     ///< if the configuration has none
         int idleTime = 300000; ///< milliseconds without a press until it is locked; 0 = never
     };
 
@@ -134,6 +135,7 @@ private:
     TripDesk m_trip;
     OfferDesk m_offers;
     const std::unique_ptr<sales::TicketPrinter> m_printer;
+    CardDevice m_cards;
     TicketDetails m_details;
     DeviceDesk m_devices;
     CatalogueDesk m_catalogue;

@@ -11,6 +11,7 @@
 #include "TileDesk.h"
 #include "TripDesk.h"
 
+#include <CardDesk.h>
 #include <DriverDesk.h>
 #include <FleetSimulator.h>
 #include <SalesDesk.h>
@@ -32,6 +33,11 @@
 struct TerminalType
 {
     RIVO_TERMINAL_TYPE(rivo::terminal::Terminal, Terminal)
+};
+
+struct CardDeskType
+{
+    RIVO_TERMINAL_TYPE(rivo::sales::CardDesk, CardDesk)
 };
 
 struct CatalogueDeskType

@@ -180,6 +180,7 @@ int main(int argc, char* argv[])
     settings.config = *config.config;
     if (!options->vehicle.isEmpty())
         settings.config.vehicle = options->vehicle;
+    settings.cardTime = 1500;
     if (settings.journalFile.isEmpty())
         settings.journalFile = ownJournal(result.feed->currency);
     QDir().mkpath(QFileInfo(settings.journalFile).absolutePath());

@@ -12,6 +12,7 @@ Rectangle {
     readonly property bool isSelling: desk.state === SalesDesk.Selling
     readonly property bool isInterrupted: desk.state === SalesDesk.Interrupted
     readonly property bool isEmpty: tickets.count === 0
+    readonly property bool isAwaitingCard: desk.state === SalesDesk.AwaitingCard
     readonly property bool isPayable: isSelling && !isEmpty && desk.obstacle === ""
     signal moreRequested(BasketLine line) ///< of the kind of a line
     property bool isPaidShown: false ///< the last sale, until the next ticket
@@ -158,10 +159,16 @@ Rectangle {
             desk: root.desk
             onSeen: root.isPaidShown = false
         }
+        CardPayment {
+            objectName: "cardPayment"
+            width: parent.width
+            card: root.desk.card
+        }
         AmountLine {
             width: parent.width
             visible: !root.isPaidShown
-            label: root.isSelling || root.isInterrupted ? qsTr("Total") : qsTr("Printing")
+            label: root.isSelling || root.isInterrupted || root.isAwaitingCard ? qsTr("Total")
+                                                                              : qsTr("Printing")
             value: root.desk.totalText
             valueSize: Theme.hugeText
             valueName: "totalText"
@@ -234,10 +241,20 @@ Rectangle {
                 onClicked: paying.ask(0)
             }
         }
+        PlainText {
+            objectName: "cardObstacle"
+            width: parent.width
+            visible: root.isPayable && text !== ""
+            text: root.desk.card.obstacle
+            wrapMode: Text.Wrap
+            elide: Text.ElideNone
+            font.pixelSize: Theme.smallText
+            color: Theme.mutedText
+        }
         Row {
             width: parent.width
             spacing: Theme.gap
-            visible: !root.isInterrupted
+            visible: !root.isInterrupted && !root.isAwaitingCard
             PanelButton {
                 objectName: "payCash"
                 width: (parent.width - Theme.gap) / 2
@@ -255,7 +272,7 @@ Rectangle {
                 accent: true
                 text: qsTr("Card")
                 iconSource: "qrc:/icons/paycard.svg"
-                enabled: root.isPayable
+                enabled: root.isPayable && root.desk.card.obstacle === ""
                 onClicked: root.desk.pay(SalesDesk.Card)
             }
         }
