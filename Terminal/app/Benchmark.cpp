@@ -8,6 +8,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QMouseEvent>
+#include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTimer>
@@ -24,25 +25,9 @@ namespace
 {
 
 constexpr int tapCount = 50;
+constexpr int stopChangeCount = 50;
 constexpr int frameCount = 400;
 constexpr int patience = 5000; ///< milliseconds until a frame is given up
-
-/// Milliseconds since the process was started, to the kernel's clock tick.
-double processAge()
-{
-    constexpr int startTimeField = 22;
-    QFile stat(QStringLiteral("/proc/self/stat"));
-    if (!stat.open(QIODevice::ReadOnly))
-        return 0.0;
-    const QByteArray line = stat.readAll();
-    // Fields are counted behind the program's name, which is the second one and may hold blanks.
-    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-    const double ticks = fields.value(startTimeField - 3).toDouble();
-    timespec now{};
-    clock_gettime(CLOCK_BOOTTIME, &now);
-    return static_cast<double>(now.tv_sec) * 1000.0 + static_cast<double>(now.tv_nsec) / 1e6 -
-           ticks * 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
-}
 
 /// Waits for the next frame on the screen.
 bool waitForFrame(QQuickWindow& window)
@@ -60,6 +45,18 @@ bool waitForFrame(QQuickWindow& window)
     window.update();
     loop.exec();
     return isDrawn;
+}
+
+double milliseconds(const QElapsedTimer& timer)
+{
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+QString median(QVector<double> times)
+{
+    std::sort(times.begin(), times.end());
+    return times.isEmpty() ? QStringLiteral("-")
+                           : QString::number(times.at(times.size() / 2), 'f', 1);
 }
 
 QString spread(QVector<double> times)
@@ -128,16 +125,47 @@ feed::Feed withTiles(feed::Feed feed, int tiles)
     return feed;
 }
 
-QString start(const Screen& screen)
+double processAge()
+{
+    constexpr int startTimeField = 22;
+    QFile stat(QStringLiteral("/proc/self/stat"));
+    if (!stat.open(QIODevice::ReadOnly))
+        return 0.0;
+    const QByteArray line = stat.readAll();
+    // Fields are counted behind the program's name, which is the second one and may hold blanks.
+    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+    const double ticks = fields.value(startTimeField - 3).toDouble();
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    return static_cast<double>(now.tv_sec) * 1000.0 + static_cast<double>(now.tv_nsec) / 1e6 -
+           ticks * 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+QString start(const Screen& screen, const QVector<double>& marks)
 {
     if (!waitForFrame(*screen.window()) || gridOf(screen) == nullptr)
         return QStringLiteral("start_to_grid_ms not measured");
-    return QStringLiteral("start_to_grid_ms %1").arg(qRound(processAge()));
+    const double end = processAge();
+    QStringList shares;
+    double before = 0.0;
+    const QStringList names{QStringLiteral("program"), QStringLiteral("feed"),
+                            QStringLiteral("models"), QStringLiteral("window"),
+                            QStringLiteral("frame")};
+    const QVector<double> all = marks + QVector<double>{end};
+    for (int i = 0; i < std::min(names.size(), all.size()); ++i) {
+        shares.append(QStringLiteral("%1 %2").arg(names.at(i)).arg(qRound(all.at(i) - before)));
+        before = all.at(i);
+    }
+    return QStringLiteral("start_to_grid_ms %1 (%2)")
+        .arg(qRound(end))
+        .arg(shares.join(QStringLiteral(", ")));
 }
 
 QString taps(const Screen& screen, Terminal& terminal)
 {
     QVector<double> times;
+    QVector<double> actions;
+    QVector<double> frames;
     QQuickItem* grid = gridOf(screen);
     const QPointF place = grid == nullptr ? QPointF() : firstTile(*grid);
     for (int i = 0; i < tapCount && !place.isNull(); ++i) {
@@ -145,36 +173,103 @@ QString taps(const Screen& screen, Terminal& terminal)
         QElapsedTimer timer;
         timer.start();
         tap(*screen.window(), place);
+        const double action = milliseconds(timer);
         if (terminal.basket()->rowCount() == before || !waitForFrame(*screen.window()))
             break;
-        times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+        times.append(milliseconds(timer));
+        actions.append(action);
+        frames.append(times.last() - action);
     }
     terminal.desk()->clear();
-    return QStringLiteral("tap_to_basket_ms %1 (%2 taps)").arg(spread(times)).arg(times.size());
+    return QStringLiteral("tap_to_basket_ms %1 (%2 taps; journal and basket %3, frame %4)")
+        .arg(spread(times))
+        .arg(times.size())
+        .arg(median(actions), median(frames));
 }
 
-QString scrolling(const Screen& screen)
+namespace
+{
+
+QString scrollingOf(QQuickWindow& window, QQuickItem& grid)
 {
     QVector<double> times;
-    QQuickItem* grid = gridOf(screen);
-    if (grid == nullptr)
-        return QStringLiteral("scroll_frame_ms not measured");
-    const double end = std::max(0.0, grid->property("contentHeight").toDouble() - grid->height());
-    waitForFrame(*screen.window());
+    const double end = std::max(0.0, grid.property("contentHeight").toDouble() - grid.height());
+    waitForFrame(window);
     QElapsedTimer timer;
     timer.start();
     for (int frame = 0; frame < frameCount; ++frame) {
         const double share = 2.0 * frame / frameCount;
-        grid->setProperty("contentY", end * (share <= 1.0 ? share : 2.0 - share));
-        if (!waitForFrame(*screen.window()))
+        grid.setProperty("contentY", end * (share <= 1.0 ? share : 2.0 - share));
+        if (!waitForFrame(window))
             break;
-        times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+        times.append(milliseconds(timer));
         timer.start();
     }
     return QStringLiteral("scroll_frame_ms %1 (%2 tiles, %3 frames)")
         .arg(spread(times))
-        .arg(grid->property("count").toInt())
+        .arg(grid.property("count").toInt())
         .arg(times.size());
+}
+
+} // namespace
+
+QString scrolling(const Screen& screen)
+{
+    QQuickItem* grid = gridOf(screen);
+    return grid == nullptr ? QStringLiteral("scroll_frame_ms not measured")
+                           : scrollingOf(*screen.window(), *grid);
+}
+
+QString stopChanges(const Screen& screen, Terminal& terminal)
+{
+    TripDesk& trip = *terminal.trip();
+    if (trip.stopCount() < 2)
+        return QStringLiteral("stop_change_ms not measured: the feed has no trips");
+    QVector<double> times;
+    QVector<double> actions;
+    QVector<double> frames;
+    int tiles = 0;
+    for (int i = 0; i < stopChangeCount; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        trip.setStop((trip.stop() + 1) % trip.stopCount());
+        actions.append(milliseconds(timer));
+        if (!waitForFrame(*screen.window()))
+            break;
+        times.append(milliseconds(timer));
+        frames.append(times.last() - actions.last());
+        tiles += terminal.grid()->rowCount();
+    }
+    return QStringLiteral("stop_change_ms %1 (%2 changes, %3 tiles; offers and tiles %4, frame %5)")
+        .arg(spread(times))
+        .arg(times.size())
+        .arg(tiles / std::max(1, times.size()))
+        .arg(median(actions), median(frames));
+}
+
+QStringList baseline(const QSize& size)
+{
+    QQmlApplicationEngine engine;
+    engine.setInitialProperties(
+        {{QStringLiteral("width"), size.width()}, {QStringLiteral("height"), size.height()}});
+    engine.load(QUrl(QStringLiteral("qrc:/qml/QtQuickBaseline.qml")));
+    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().value(0));
+    if (window == nullptr || !waitForFrame(*window))
+        return {};
+    const QString start = QStringLiteral("qt_quick_start_ms %1").arg(qRound(processAge()));
+    QVector<double> times;
+    for (int i = 0; i < tapCount; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        tap(*window, {20, 20});
+        if (!waitForFrame(*window))
+            break;
+        times.append(milliseconds(timer));
+    }
+    auto* grid = window->findChild<QQuickItem*>(QStringLiteral("grid"));
+    return {start,
+            QStringLiteral("qt_quick_tap_ms %1 (%2 taps)").arg(spread(times)).arg(times.size()),
+            QStringLiteral("qt_quick_") + scrollingOf(*window, *grid)};
 }
 
 } // namespace rivo::terminal::benchmark

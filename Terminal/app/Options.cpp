@@ -8,6 +8,8 @@
 #include <QTextStream>
 #include <QTime>
 
+#include <algorithm>
+
 namespace rivo::terminal
 {
 
@@ -38,6 +40,18 @@ std::optional<QSizeF> millimetresOf(const QString& text)
     const QSizeF size(match.captured(1).toInt(), match.captured(2).toInt());
     const auto fits = [](double side) { return side >= 40.0 && side <= 2000.0; };
     return fits(size.width()) && fits(size.height()) ? std::make_optional(size) : std::nullopt;
+}
+
+/// By its code of two letters; any for none.
+QLocale::Country countryOf(const QString& code)
+{
+    const auto locales =
+        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
+    const auto isThere = [ending = QLatin1Char('_') + code.toUpper()](const QLocale& locale) {
+        return locale.name().endsWith(ending);
+    };
+    const auto found = std::find_if(locales.begin(), locales.end(), isThere);
+    return code.size() != 2 || found == locales.end() ? QLocale::AnyCountry : found->country();
 }
 
 std::nullopt_t complain(const QString& what)
@@ -106,11 +120,16 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
         "minutes", QStringLiteral("5"));
     const auto vehicle = option("vehicle", "Name of the vehicle on tickets.", "name");
     const auto language = option("language", "Language of the screen: en or de.", "code");
+    const auto country = option(
+        "country", "Country whose form money and dates have. Default: the system's.", "code");
     const auto night = option("night", "Start with dark colours.");
     const auto demo = option("demo", "Simulate devices and vehicles, and show controls for them.");
     const auto fullscreen = option("fullscreen", "Fill the screen.");
     const auto fileIcons = option("allow-file-icons", "Show icons of a feed that are local files.");
-    const auto benchmark = option("benchmark", "Measure start, tap and scrolling, and end.");
+    const auto benchmark = option("benchmark", "Measure start, tap, scrolling and stops, and end.");
+    QCommandLineOption baseline(QStringLiteral("benchmark-baseline"));
+    baseline.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOption(baseline);
     const auto verbose = option("verbose", "Write the log to standard error.");
     parser.process(arguments);
 
@@ -174,11 +193,17 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     options.config = parser.value(config);
     options.vehicle = parser.value(vehicle);
     options.language = parser.value(language);
+    if (parser.isSet(country)) {
+        options.country = countryOf(parser.value(country));
+        if (options.country == QLocale::AnyCountry)
+            return complain(QStringLiteral("--country is a code of ISO 3166 such as DE"));
+    }
     options.night = parser.isSet(night);
     options.isDemo = parser.isSet(demo);
     options.fullscreen = parser.isSet(fullscreen);
     options.allowFileIcons = parser.isSet(fileIcons);
     options.benchmark = parser.isSet(benchmark);
+    options.isBaseline = parser.isSet(baseline);
     options.verbose = parser.isSet(verbose);
     return options;
 }

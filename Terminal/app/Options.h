@@ -4,6 +4,7 @@
 
 #include <FeedOptions.h>
 
+#include <QLocale>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -30,12 +31,14 @@ struct Options
     QString vehicle;    ///< its name on tickets; empty = as the configuration has it
     int lockAfter = 5;  ///< minutes without a press; 0 = never
     QString language;   ///< "en", "de" ...; empty = the system's
+    QLocale::Country country = QLocale::AnyCountry; ///< of money and dates; any = the system's
     bool night = false;
     bool fullscreen = false;
     bool isDemo = false; ///< what is not connected is simulated
     bool allowFileIcons = false;
     bool benchmark = false;
-    bool verbose = false; ///< the log of the library goes to standard error
+    bool isBaseline = false; ///< of the benchmark: a window of Qt Quick alone
+    bool verbose = false;    ///< the log of the library goes to standard error
 };
 
 /// The pages by the names that --page takes, in the order of the navigation.

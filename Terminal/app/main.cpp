@@ -14,6 +14,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QLocale>
+#include <QProcess>
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QStandardPaths>
@@ -33,11 +34,24 @@ using terminal::Terminal;
 
 enum ExitCode { Done = 0, Failed = 1, BadInput = 2 };
 
-void translate(QGuiApplication& application, QTranslator& translator, const QString& language)
+/// The language of the texts, and the form of money and dates of the operator's country: of
+/// `country`, otherwise that which the language names, otherwise that of the system.
+QLocale localeOf(const QString& language, QLocale::Country country)
 {
-    QLocale locale = language.isEmpty() ? QLocale::system() : QLocale(language);
+    const QLocale system = QLocale::system();
+    QLocale locale = language.isEmpty() ? system : QLocale(language);
     if (locale.language() == QLocale::C) // a system without a language; it writes money oddly
         locale = QLocale(QLocale::English, QLocale::UnitedKingdom);
+    if (country == QLocale::AnyCountry && !language.contains(QLatin1Char('_')) &&
+        system.language() != QLocale::C && !language.isEmpty())
+        country = system.country();
+    return country == QLocale::AnyCountry ? locale : QLocale(locale.language(), country);
+}
+
+void translate(QGuiApplication& application, QTranslator& translator, const QString& language,
+               QLocale::Country country)
+{
+    const QLocale locale = localeOf(language, country);
     QLocale::setDefault(locale);
     const auto name = QStringLiteral("rivo-terminal");
     const auto folder = QStringLiteral(":/i18n");
@@ -70,9 +84,23 @@ QString ownJournal(const QString& currency)
         .arg(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation), currency);
 }
 
+/// The same program in a process of its own, which shows a window of Qt Quick alone.
+QStringList measureBaseline(const Options& options)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QCoreApplication::applicationFilePath(),
+                  {QStringLiteral("--benchmark-baseline"), QStringLiteral("--feed"), options.feed,
+                   QStringLiteral("--size"),
+                   QStringLiteral("%1x%2").arg(options.size.width()).arg(options.size.height())});
+    process.waitForFinished(-1);
+    return QString::fromUtf8(process.readAllStandardOutput())
+        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
 /// What the program measures of itself, nothing if it has no screen; sales go to a journal of their
-/// own.
-QStringList measure(const feed::Feed& feed, const Options& options)
+/// own. `marks` are the ages of the process before the models are filled.
+QStringList measure(const feed::Feed& feed, const Options& options, QVector<double> marks)
 {
     const QTemporaryDir folder;
     const auto settings = [&](const char* journal) {
@@ -84,20 +112,23 @@ QStringList measure(const feed::Feed& feed, const Options& options)
     QStringList lines;
     {
         Terminal terminal(feed, settings("taps"));
+        marks.append(terminal::benchmark::processAge());
         Screen screen(terminal, QStringLiteral("sell"), options.size, options.glass);
         if (screen.window() == nullptr)
             return {};
         screen.window()->show();
-        lines.append(terminal::benchmark::start(screen));
+        marks.append(terminal::benchmark::processAge());
+        lines.append(terminal::benchmark::start(screen, marks));
         lines.append(terminal::benchmark::taps(screen, terminal));
+        lines.append(terminal::benchmark::stopChanges(screen, terminal));
     }
-    Terminal terminal(terminal::benchmark::withTiles(feed, 2000), settings("scrolling"));
-    Screen screen(terminal, QStringLiteral("sell"), options.size, options.glass);
-    if (screen.window() == nullptr)
-        return {};
-    screen.window()->show();
-    lines.append(terminal::benchmark::scrolling(screen));
-    return lines;
+    {
+        Terminal terminal(terminal::benchmark::withTiles(feed, 2000), settings("scrolling"));
+        Screen screen(terminal, QStringLiteral("sell"), options.size, options.glass);
+        screen.window()->show();
+        lines.append(terminal::benchmark::scrolling(screen));
+    }
+    return lines + measureBaseline(options);
 }
 
 std::optional<Options> readCommandLine(int argc, char* argv[])
@@ -134,11 +165,19 @@ int main(int argc, char* argv[])
 
     QGuiApplication application(argc, argv);
     QTranslator translator;
-    translate(application, translator, options->language);
+    translate(application, translator, options->language, options->country);
     QQuickStyle::setStyle(QStringLiteral("Default"));
     Screen::registerTypes();
 
+    if (options->isBaseline)
+        return writeToStandardOutput(
+                   terminal::benchmark::baseline(options->size).join(QLatin1Char('\n')).toUtf8())
+                   ? Done
+                   : Failed;
+
+    QVector<double> marks{terminal::benchmark::processAge()};
     const feed::FeedResult result = feed::loadFeed(options->feed, options->reading);
+    marks.append(terminal::benchmark::processAge());
     complain(result.noticeLines());
     complain(result.problemLines());
     if (!result.feed && options->benchmark)
@@ -168,7 +207,7 @@ int main(int argc, char* argv[])
 
     std::optional<LibraryDiagnostics> diagnostics(options->verbose);
     if (options->benchmark) {
-        const QStringList lines = measure(*result.feed, *options);
+        const QStringList lines = measure(*result.feed, *options, marks);
         diagnostics.reset();
         return !lines.isEmpty() &&
                        writeToStandardOutput(lines.join(QLatin1Char('\n')).toUtf8() + '\n')

@@ -73,6 +73,8 @@ void TestTerminalProgram::picturesArePrinted_data()
     QTest::newRow("a panel of 10 inches, larger")
         << QStringList{"--size", "1280x800", "--screen-size", "217x136", "--scale", "1.2"}
         << QSize(1280, 800);
+    QTest::newRow("in English, with money as in Austria")
+        << QStringList{"--language", "en", "--country", "at"} << QSize(1024, 600);
     QTest::newRow("another time and pace")
         << QStringList{"--time", "23:59", "--time-scale", "60", "--page", "fleet"}
         << QSize(1024, 600);
@@ -110,6 +112,10 @@ void TestTerminalProgram::wrongCommandLines_data()
         QTest::newRow(qPrintable("screen size " + size))
             << good + QStringList{"--screen-size", size}
             << "--screen-size is WIDTHxHEIGHT in millimetres, 40 to 2000 each";
+    for (const QString country : {"x", "DEU", "XX", "_D"})
+        QTest::newRow(qPrintable("country " + country))
+            << good + QStringList{"--country", country}
+            << "--country is a code of ISO 3166 such as DE";
     for (const QString scale : {"x", "0.4", "3.1", "nan"})
         QTest::newRow(qPrintable("scale " + scale))
             << good + QStringList{"--scale", scale} << "--scale is a number from 0.5 to 3";
@@ -242,10 +248,25 @@ void TestTerminalProgram::measurements()
 {
     const Result result = run({"--feed", feed(), "--benchmark"});
     QCOMPARE(result.error, QString());
-    const QRegularExpression form("^start_to_grid_ms [0-9]+\\n"
-                                  "tap_to_basket_ms median [0-9.]+ p95 [0-9.]+ \\(50 taps\\)\\n"
-                                  "scroll_frame_ms median [0-9.]+ p95 [0-9.]+ "
-                                  "\\([0-9]{4} tiles, 400 frames\\)\\n$");
+    const QString spread = "median [0-9.]+ p95 [0-9.]+ ";
+    const QRegularExpression form(
+        "^start_to_grid_ms [0-9]+ \\(program [0-9]+, feed [0-9]+, models [0-9]+, window [0-9]+, "
+        "frame [0-9]+\\)\\n"
+        "tap_to_basket_ms " +
+        spread +
+        "\\(50 taps; journal and basket [0-9.]+, frame [0-9.]+\\)\\n"
+        "stop_change_ms " +
+        spread +
+        "\\(50 changes, [0-9]+ tiles; offers and tiles [0-9.]+, frame [0-9.]+\\)\\n"
+        "scroll_frame_ms " +
+        spread +
+        "\\([0-9]{4} tiles, 400 frames\\)\\n"
+        "qt_quick_start_ms [0-9]+\\n"
+        "qt_quick_tap_ms " +
+        spread +
+        "\\(50 taps\\)\\n"
+        "qt_quick_scroll_frame_ms " +
+        spread + "\\(2000 tiles, 400 frames\\)\\n$");
     QVERIFY2(form.match(result.output).hasMatch(), qPrintable(result.output));
     QCOMPARE(result.exitCode, 0);
 }

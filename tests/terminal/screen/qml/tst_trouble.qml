@@ -104,8 +104,11 @@ ScreenCase {
     function test_brokenFeedIsNotSold() {
         Harness.openProblems()
         test.verify(Harness.problemCount() >= 3)
-        test.compare(Harness.problemTexts(), "The feed cannot be used. Nothing is sold.\n"
-                                             + Harness.problemLines())
+        test.compare(Harness.problemTexts(),
+                     "The feed cannot be used. Nothing is sold.\n"
+                     + "Switch the terminal off and on. If this comes again, call the control"
+                     + " centre and read the lines below to them.\n"
+                     + Harness.problemLines())
         test.compare(Harness.problemButtons(), 0)
     }
 }
