@@ -104,6 +104,17 @@ void DeviceDesk::showPrinter()
         write(*m_printerDevice, Ready, tr("Ready"));
 }
 
+void DeviceDesk::disconnectPrinter()
+{
+    if (m_printerDevice.isNull())
+        return;
+    m_printerDevice->setStateStr(QString());
+    m_printerDevice->setBlueWarning(true);
+    m_printerDevice->setYellowWarning(true);
+    m_printerDevice->setWarning(true);
+    m_printerDevice->setError(true);
+}
+
 int DeviceDesk::faults() const { return m_faults; }
 
 bool DeviceDesk::isPrinter(int row) const

@@ -45,6 +45,9 @@ public:
     /// printer" that is ready is added.
     void findPrinter(std::optional<int> id = std::nullopt);
 
+    /// The printer's row has not reported. For a terminal without a printer.
+    void disconnectPrinter();
+
     int faults() const; ///< devices with an error
 
     /// False for no such row.

@@ -78,6 +78,8 @@ QString nameOf(Screen::Unusable file)
 void Screen::registerTypes()
 {
     initResources();
+    // Drawn once in its size, which is also sharper: distance fields cost a fast processor.
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     // Buttons ignore the second press of a double click. Nothing here is double-clicked.
     QGuiApplication::styleHints()->setMouseDoubleClickInterval(0);
 }

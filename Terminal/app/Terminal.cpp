@@ -147,6 +147,8 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     m_cards.addRow();
     m_desk.card()->setTerminal(m_cards.terminal());
     m_devices.findPrinter(m_feed.printerId);
+    if (!m_settings.isDemo && !m_settings.config.printer.isThere())
+        m_devices.disconnectPrinter();
 
     m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));
     m_desk.setClock([this] { return timeOfSale(); });

@@ -164,6 +164,14 @@
         <comment>counted amount, difference to what is due</comment>
         <translation>%1 (%2)</translation>
     </message>
+    <message>
+        <source>Sum</source>
+        <translation>Summe</translation>
+    </message>
+    <message>
+        <source>Show report</source>
+        <translation>Bericht zeigen</translation>
+    </message>
 </context>
 <context>
     <name>Confirmation</name>
@@ -177,10 +185,6 @@
     <message>
         <source>No. %1</source>
         <translation>Nr. %1</translation>
-    </message>
-    <message>
-        <source>has not reported yet</source>
-        <translation>noch keine Meldung</translation>
     </message>
     <message>
         <source>no details</source>
@@ -201,6 +205,10 @@
     <message>
         <source>Fault</source>
         <translation>Störung</translation>
+    </message>
+    <message>
+        <source>not connected</source>
+        <translation>nicht verbunden</translation>
     </message>
 </context>
 <context>
@@ -263,6 +271,10 @@
     <message>
         <source>No connection</source>
         <translation>Keine Verbindung</translation>
+    </message>
+    <message>
+        <source>Connected: it reports by itself.</source>
+        <translation>Verbunden: meldet sich selbst.</translation>
     </message>
 </context>
 <context>
@@ -375,6 +387,10 @@
         <source>Ticket terminal</source>
         <translation>Fahrkartenterminal</translation>
     </message>
+    <message>
+        <source>DEMO</source>
+        <translation>DEMO</translation>
+    </message>
 </context>
 <context>
     <name>NumberPad</name>
@@ -413,6 +429,10 @@
         <comment>what was opened</comment>
         <translation>Schließen</translation>
     </message>
+    <message>
+        <source>Print</source>
+        <translation>Drucken</translation>
+    </message>
 </context>
 <context>
     <name>PastSaleDetail</name>
@@ -423,10 +443,6 @@
     <message>
         <source>Paid by card</source>
         <translation>Mit Karte bezahlt</translation>
-    </message>
-    <message>
-        <source>Given %1, change</source>
-        <translation>Gegeben %1, Rückgeld</translation>
     </message>
     <message>
         <source>Given back</source>
@@ -455,6 +471,29 @@
     <message>
         <source>Take the tickets back, and give the money back.</source>
         <translation>Fahrkarten zurücknehmen und das Geld zurückgeben.</translation>
+    </message>
+    <message>
+        <source>Given</source>
+        <translation>Gegeben</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Rückgeld</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <comment>the paper of a ticket</comment>
+        <translation>Zeigen</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <comment>of a ticket, on paper</comment>
+        <translation>Kopie</translation>
+    </message>
+    <message>
+        <source>Void</source>
+        <comment>take the last sale back</comment>
+        <translation>Storno</translation>
     </message>
 </context>
 <context>
@@ -539,6 +578,14 @@
     <message>
         <source>The file of drivers cannot be used. Nothing is sold.</source>
         <translation>Die Fahrerdatei kann nicht verwendet werden. Es wird nichts verkauft.</translation>
+    </message>
+    <message>
+        <source>The configuration cannot be used. Nothing is sold.</source>
+        <translation>Die Konfiguration ist unbrauchbar. Es wird nichts verkauft.</translation>
+    </message>
+    <message>
+        <source>Switch the terminal off and on. If this comes again, call the control centre and read the lines below to them.</source>
+        <translation>Terminal aus- und wieder einschalten. Kommt das wieder: Leitstelle anrufen und die Zeilen unten vorlesen.</translation>
     </message>
 </context>
 <context>
@@ -661,6 +708,17 @@
     </message>
 </context>
 <context>
+    <name>ReportPopup</name>
+    <message>
+        <source>Being printed</source>
+        <translation>Wird gedruckt</translation>
+    </message>
+    <message>
+        <source>Printed</source>
+        <translation>Gedruckt</translation>
+    </message>
+</context>
+<context>
     <name>RunningShift</name>
     <message numerus="yes">
         <source>%n ticket(s) for %1, of it %2 in cash. Shift %3 starts at once; a closed shift cannot be opened again.</source>
@@ -745,6 +803,14 @@
     <message>
         <source>Float</source>
         <translation>Wechselgeld</translation>
+    </message>
+    <message>
+        <source>Running shift, driver %1</source>
+        <translation>Laufende Schicht, Fahrer %1</translation>
+    </message>
+    <message>
+        <source>X report</source>
+        <translation>X-Bericht</translation>
     </message>
 </context>
 <context>
@@ -1126,6 +1192,10 @@
         <source>The float of this shift cannot be changed any more.</source>
         <translation>Das Wechselgeld dieser Schicht kann nicht mehr geändert werden.</translation>
     </message>
+    <message>
+        <source>Look whether this was printed.</source>
+        <translation>Nachsehen, ob das gedruckt wurde.</translation>
+    </message>
 </context>
 <context>
     <name>rivo::terminal::CatalogueDesk</name>
@@ -1177,8 +1247,8 @@
         <translation>Bereit</translation>
     </message>
     <message>
-        <source>no report from the printer</source>
-        <translation>keine Meldung vom Drucker</translation>
+        <source>The ticket printer is not connected.</source>
+        <translation>Der Fahrkartendrucker ist nicht verbunden.</translation>
     </message>
 </context>
 <context>
@@ -1190,6 +1260,27 @@
     <message>
         <source>Nothing is sold at this stop now.</source>
         <translation>An dieser Haltestelle wird jetzt nichts verkauft.</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::terminal::Terminal</name>
+    <message>
+        <source>not connected</source>
+        <translation>nicht verbunden</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::terminal::TicketDetails</name>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <translation>
+            <numerusform>%n Minute</numerusform>
+            <numerusform>%n Minuten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Includes %1% VAT: %2</source>
+        <translation>Enthält %1 % MwSt.: %2</translation>
     </message>
 </context>
 <context>

@@ -85,4 +85,14 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>rivo::terminal::TicketDetails</name>
+    <message numerus="yes">
+        <source>%n minute(s)</source>
+        <translation>
+            <numerusform>%n minute</numerusform>
+            <numerusform>%n minutes</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>

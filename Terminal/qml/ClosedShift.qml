@@ -109,6 +109,7 @@ ShiftReport {
             visible: root.isOwn
             PanelButton {
                 objectName: "reportButton"
+                height: Theme.mm(11)
                 width: root.isPayable ? implicitWidth : parent.width
                 text: root.isPayable ? "" : qsTr("Show report")
                 iconSource: "qrc:/icons/zreport.svg"
@@ -117,10 +118,13 @@ ShiftReport {
             }
             PanelButton {
                 objectName: "handOverButton"
+                height: Theme.mm(11)
+                padding: 0
+                stacked: true
                 width: parent.width - Theme.touch - Theme.gap
                 visible: root.isPayable
                 text: qsTr("Hand over cash")
-                iconSource: root.width < 5 * Theme.touch ? "" : "qrc:/icons/cash.svg"
+                iconSource: "qrc:/icons/cash.svg"
                 onClicked: root.handOverRequested()
             }
         }

@@ -251,6 +251,7 @@ ShiftReport {
             objectName: "salesButton"
             width: buttons.share
             height: Theme.mm(11)
+            padding: 0
             visible: !root.isUnused
             stacked: true
             text: qsTr("Sales", "of the running shift")
@@ -261,6 +262,7 @@ ShiftReport {
             objectName: "floatButton"
             width: buttons.share
             height: Theme.mm(11)
+            padding: 0
             visible: root.isUnused
             stacked: true
             text: qsTr("Float")
@@ -271,6 +273,7 @@ ShiftReport {
             objectName: "figuresButton"
             width: buttons.share
             height: Theme.mm(11)
+            padding: 0
             stacked: true
             text: qsTr("X report")
             iconSource: "qrc:/icons/info.svg"
@@ -280,6 +283,7 @@ ShiftReport {
             objectName: "closeShiftButton"
             width: buttons.share
             height: Theme.mm(11)
+            padding: 0
             accent: true
             stacked: true
             text: qsTr("Close shift")

@@ -26,6 +26,7 @@ private slots:
     void onlyADemoHasControls();
     void whatIsNotConnectedIsNoAlarm_data() { feeds(); }
     void whatIsNotConnectedIsNoAlarm();
+    void noPrinterIsSimulatedForAFeedWithoutDevices();
     void aDemoStartsWithoutAnAlarm_data() { feeds(); }
     void aDemoStartsWithoutAnAlarm();
     void vehiclesAreSimulatedInADemoOnly_data() { feedsAndModes(); }
@@ -99,6 +100,18 @@ void TestDemo::whatIsNotConnectedIsNoAlarm()
     screen->tap("nav-fleet");
     for (const QString& state : screen->texts("statusText"))
         QCOMPARE(state, QString("not connected"));
+}
+
+void TestDemo::noPrinterIsSimulatedForAFeedWithoutDevices()
+{
+    Feed feed = exampleFeed("coast-line");
+    feed.peripherals.clear();
+    ScreenUnderTest screen(
+        feed, "devices", QSize(1024, 600),
+        [](ScreenUnderTest::Terminal::Settings& settings) { settings.isDemo = false; });
+    QCOMPARE(screen.terminal().printer().fault(), QString("The ticket printer is not connected."));
+    QCOMPARE(screen.terminal().devices()->faults(), 0);
+    QTRY_COMPARE(screen.texts("stateText"), QStringList("not connected"));
 }
 
 void TestDemo::aDemoStartsWithoutAnAlarm()
