@@ -174,7 +174,8 @@ if(TARGET rivo-terminal)
         NEEDS runtime qml
         LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
             "libzip4 (>= 1.0)"
-            "libqt5gui5 (>= 5.15.1)" "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
+            "libqt5gui5 (>= 5.15.1)" "libqt5network5 (>= 5.15.1)" "libqt5serialport5 (>= 5.15.1)"
+            "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
             "libqt5quickcontrols2-5 (>= 5.15.1)" "libqt5sql5 (>= 5.15.1)"
             "libsqlite3-0 (>= 3.6.18)" "libssl3 (>= 3.0.0)"
             "libqrencode4 (>= 4.0.0)"
@@ -189,6 +190,18 @@ if(TARGET rivo-terminal)
             ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/prerm
             ${CMAKE_SOURCE_DIR}/packaging/debian/terminal/postrm)
     rivo_install_kiosk()
+    rivo_debian_package(simulators rivo-terminal-simulators
+        SECTION misc
+        DESCRIPTION
+            "devices of a ticketing terminal as programs"
+            "To try a ticketing terminal without its devices. virtual-printer is a ticket"
+            "printer in the network or at a serial line: it draws its paper into pictures,"
+            "and has the faults of a printer on command."
+        NEEDS runtime
+        LIBRARIES ${compiler_libraries} ${qt_core} "libqt5gui5 (>= 5.15.1)"
+            "libqt5network5 (>= 5.15.1)" "libqrencode4 (>= 4.0.0)"
+        DEPENDS "fonts-dejavu-core | fonts-dejavu"
+        RECOMMENDS rivo-terminal)
 endif()
 if(TARGET rivo-grid)
     rivo_debian_package(tools rivo-guicore-tools

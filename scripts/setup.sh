@@ -3,7 +3,7 @@
 # A step prints nothing on success and its whole output on failure.
 
 packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarative5-dev
-    qtdeclarative5-dev-tools qtquickcontrols2-5-dev libqt5serialport5-dev qttools5-dev qttools5-dev-tools
+    qtdeclarative5-dev-tools qtquickcontrols2-5-dev qttools5-dev qttools5-dev-tools
     libeasyloggingpp-dev libcsv-dev libzip-dev libqt5sql5-sqlite libsqlite3-dev libssl-dev libqrencode-dev
     libqt5serialport5-dev libprotobuf-dev protobuf-compiler zlib1g-dev
     libqt5svg5 qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-controls2

@@ -2,8 +2,6 @@
 
 #include "ByteLink.h"
 
-#include <Config.h>
-
 #include <QRandomGenerator>
 
 namespace rivo::printer
@@ -289,26 +287,6 @@ void EscPosPrinter::doubt(const QString& fault)
     m_deadline.stop();
     clear();
     storeFault(fault);
-}
-
-std::unique_ptr<EscPosPrinter> makePrinter(const config::PrinterConfig& config,
-                                           const ticket::PaperContext& context)
-{
-    EscPosFormat format;
-    format.codePage = CodePage(config.codePage, config.codePageNumber);
-    format.columns = config.columns;
-    format.dotsPerLine = config.dotsPerLine;
-    if (!config.logo.isEmpty())
-        format.logo = QImage(config.logo);
-    format.cut = config.cut;
-    format.nativeCode = config.nativeCode;
-    EscPosPrinter::Times times;
-    times.answer = config.timeout;
-    const auto proof = config.confirmation == QLatin1String("sensor")
-                           ? EscPosPrinter::Proof::Sensor
-                           : EscPosPrinter::Proof::ProcessId;
-    return std::make_unique<EscPosPrinter>(makeLink(config), std::move(format), context, times,
-                                           proof);
 }
 
 } // namespace rivo::printer

@@ -16,6 +16,8 @@ using Answers = VirtualPrinter::Answers;
 namespace
 {
 
+constexpr int ticketsPerShift = 200;
+
 /// What the paper says, whatever the terminal believes.
 class PaperCount
 {
@@ -90,6 +92,8 @@ private slots:
                 breakSomething();
             QVERIFY(finishSale());
             m_paper.take(m_device);
+            if (m_sold / ticketsPerShift > (m_sold - count) / ticketsPerShift)
+                QVERIFY(m_counter->desk.closeShift());
         }
 
         QCOMPARE(rowsOf(onlyConnection(), "SELECT count(*) FROM unprinted"), QStringList("0"));
