@@ -177,7 +177,7 @@ Rectangle {
             objectName: "doubtText"
             width: parent.width
             visible: root.isInterrupted
-            text: qsTr("Paid, but the terminal stopped while printing. Is ticket %1 out?")
+            text: qsTr("Paid, but printing was interrupted. Is ticket %1 out?")
                       .arg(root.desk.firstTicketInDoubt)
             wrapMode: Text.Wrap
             elide: Text.ElideNone
