@@ -1,7 +1,8 @@
 import QtQuick 2.15
 import Rivo.Terminal 1.0
 
-/// What the card terminal is doing with a payment, and how the driver can end it.
+/// What the card terminal is doing with a payment, and how the driver can end it; then why it was
+/// not paid, until that is tapped.
 Rectangle {
     id: root
 
@@ -10,9 +11,15 @@ Rectangle {
 
     height: column.height + 2 * Theme.gap
     radius: Theme.radius
-    color: Theme.raised
+    color: Theme.background
+    border.width: isResult ? 2 : 0
+    border.color: Theme.error
     visible: card.busy || isResult
 
+    TapHandler {
+        enabled: root.isResult
+        onTapped: root.card.forgetResult()
+    }
     Column {
         id: column
 
@@ -21,42 +28,29 @@ Rectangle {
         width: parent.width - 2 * x
         spacing: Theme.gap
         PlainText {
-            width: parent.width
-            visible: root.isResult
-            text: qsTr("Not paid")
-            font.pixelSize: Theme.largeText
-            font.weight: Font.Bold
-            color: Theme.error
-        }
-        PlainText {
             objectName: "cardStatus"
             width: parent.width
-            text: root.isResult ? root.card.result : root.card.statusText
+            text: root.isResult ? qsTr("Not paid: %1").arg(root.card.result)
+                                : root.card.statusText
             wrapMode: Text.Wrap
             elide: Text.ElideNone
-            maximumLineCount: 4
+            font.pixelSize: Theme.smallText
             font.weight: Font.DemiBold
+            color: root.isResult ? Theme.error : Theme.text
         }
         PanelButton {
             objectName: "abortCard"
             width: parent.width
             visible: root.card.mayAbort
-            text: qsTr("Stop payment")
+            text: qsTr("Stop")
             onClicked: root.card.abort()
         }
         PanelButton {
             objectName: "releaseCard"
             width: parent.width
             visible: root.card.mayRelease
-            text: qsTr("Do not wait")
+            text: qsTr("Go on")
             onClicked: releasing.open()
-        }
-        PanelButton {
-            objectName: "forgetCard"
-            width: parent.width
-            visible: root.isResult
-            text: qsTr("OK")
-            onClicked: root.card.forgetResult()
         }
     }
     Confirmation {
