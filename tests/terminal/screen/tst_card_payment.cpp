@@ -139,7 +139,7 @@ private:
             exampleFeed("coast-line"), "sell", m_size,
             [cardTime, isSimulated, change](Terminal::Settings& settings) {
                 settings.cardTime = cardTime;
-                settings.simulatesCards = isSimulated;
+                settings.isDemo = isSimulated;
                 if (change)
                     change(settings);
             });
