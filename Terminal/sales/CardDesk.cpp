@@ -176,7 +176,7 @@ void CardDesk::useLastReceipt(const Answer& answer)
     if (m_journal.fault())
         return emit journalFailed();
     if (isOurs)
-        return approve(receipt, tr("cleared with the card terminal"));
+        return approve(receipt, QStringLiteral("cleared with the card terminal"));
     decline(tr("The card terminal did not do it."));
 }
 
@@ -278,8 +278,9 @@ bool CardDesk::release()
 {
     if (!mayRelease())
         return false;
-    if (!m_journal.recordOutcome({m_payment->id, Verdict::Unknown, {}, tr("basket set free")},
-                                 QDateTime::currentDateTime())) {
+    if (!m_journal.recordOutcome(
+            {m_payment->id, Verdict::Unknown, {}, QStringLiteral("basket set free")},
+            QDateTime::currentDateTime())) {
         emit journalFailed();
         return false;
     }
