@@ -146,6 +146,10 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
                       settings.isDemo ? settings.cardTime : -1);
     m_cards.addRow();
     m_desk.card()->setTerminal(m_cards.terminal());
+    m_parts = std::make_unique<VehicleParts>(
+        VehicleParts::Settings{settings.config.position, settings.config.vehicles,
+                               settings.watchesHealth, settings.journalFile, QString()},
+        VehicleParts::Terminal{m_feed.network, m_vehicles, m_peripherals, *m_fleet, m_trip});
     m_devices.findPrinter(m_feed.printerId);
     if (!m_settings.isDemo && !m_settings.config.printer.isThere())
         m_devices.disconnectPrinter();
@@ -160,6 +164,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     showReports(m_runningShift, m_zReports, false);
     showReports(m_closedShifts, m_zReports, true);
     followTrip();
+    m_parts->start();
 
     // The log is written while tiles are put in order, which is over when a client turns it on.
     connect(&m_grid, &PassengerTypesModel::logFareProductsChanged, this, [this] {

@@ -9,6 +9,7 @@
 #include "TicketDetails.h"
 #include "TileDesk.h"
 #include "TripDesk.h"
+#include "VehicleParts.h"
 
 #include <AssetsModel.h>
 #include <Config.h>
@@ -73,6 +74,7 @@ public:
         int cardTime = 0;                 ///< of a simulated card terminal, milliseconds
         QVector<drivers::Driver> drivers; ///< that may sign in; none = no sign-in
         config::Config config;            ///< the devices of this vehicle, and its name
+        bool watchesHealth = false;       ///< network, disk and so on are rows of the devices
         int idleTime = 300000; ///< milliseconds without a press until it is locked; 0 = never
     };
 
@@ -99,6 +101,9 @@ public:
     Presentation* presentation() { return &m_presentation; }
     fleet::FleetSimulator* fleet() { return m_fleet.get(); }
     sales::TicketPrinter& printer() { return *m_printer; }
+
+    /// Position, other vehicles and health of the system.
+    VehicleParts& parts() { return *m_parts; }
 
     QString journalFile() const { return m_settings.journalFile; }
     bool isDemo() const { return m_settings.isDemo; } ///< what is sold is not valid
@@ -144,6 +149,7 @@ private:
     TileDesk m_tiles;
     drivers::DriverDesk m_drivers;
     PaperDesk m_papers;
+    std::unique_ptr<VehicleParts> m_parts;
     bool m_night;
 };
 

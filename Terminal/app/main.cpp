@@ -9,6 +9,7 @@
 #include <LibraryDiagnostics.h>
 #include <ProgramStart.h>
 #include <StandardOutput.h>
+#include <Watchdog.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -145,8 +146,10 @@ int show(QGuiApplication& application, Screen& screen, const Options& options, E
         screen.window()->showFullScreen();
     else
         screen.window()->show();
-    if (options.screenshot.isEmpty())
+    if (options.screenshot.isEmpty()) {
+        const health::Watchdog watchdog(health::ServiceManager::fromEnvironment(), reportFailure);
         return application.exec() == 0 ? otherwise : Failed;
+    }
     if (screen.savePicture(options.screenshot))
         return otherwise;
     reportFailure(QStringLiteral("cannot write %1").arg(options.screenshot));
@@ -220,6 +223,7 @@ int main(int argc, char* argv[])
     if (!options->vehicle.isEmpty())
         settings.config.vehicle = options->vehicle;
     settings.cardTime = 1500;
+    settings.watchesHealth = options->screenshot.isEmpty() && !options->isDemo;
     if (settings.journalFile.isEmpty())
         settings.journalFile = ownJournal(result.feed->currency);
     QDir().mkpath(QFileInfo(settings.journalFile).absolutePath());

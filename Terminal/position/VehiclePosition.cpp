@@ -49,6 +49,7 @@ VehiclePosition::VehiclePosition(const SourceSettings& settings, const Clocks& c
         else
             m_judge.disconnected();
         announceState();
+        announceProgress();
     });
 }
 

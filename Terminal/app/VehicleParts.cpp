@@ -1,0 +1,212 @@
+#include "VehicleParts.h"
+
+#include "TripDesk.h"
+
+#include <AssetsModel.h>
+#include <Feed.h>
+#include <FleetSimulator.h>
+#include <HealthWatch.h>
+#include <LiveVehicles.h>
+#include <PeripheralItem.h>
+#include <PeripheralsModel.h>
+#include <VehiclePosition.h>
+
+#include <QDateTime>
+
+namespace rivo::terminal
+{
+
+namespace
+{
+
+using health::Level;
+using health::State;
+using position::Knowledge;
+
+constexpr int millisecondsPerSecond = 1000;
+constexpr int firstId = 1000001; // feeds have smaller ones
+
+position::SourceSettings sourceOf(const config::PositionConfig& config)
+{
+    position::SourceSettings settings;
+    if (config.type == QLatin1String("gpsd"))
+        settings.kind = position::SourceSettings::Gpsd;
+    else if (config.serial)
+        settings.kind = position::SourceSettings::Serial;
+    else if (config.isThere())
+        settings.kind = position::SourceSettings::Device;
+    settings.device = config.serial ? config.serial->port : config.device;
+    settings.baud = config.serial ? config.serial->baud : settings.baud;
+    settings.host = config.host;
+    settings.port = static_cast<quint16>(config.port);
+    return settings;
+}
+
+live::LiveSettings liveOf(const config::VehiclesConfig& config)
+{
+    live::LiveSettings settings;
+    settings.url = QUrl(config.url);
+    settings.file = config.file;
+    settings.interval = config.interval * millisecondsPerSecond;
+    return settings;
+}
+
+/// Signals follow every step: a fault is gone before its text is, and there after it.
+void show(PeripheralItem* row, const State& state)
+{
+    if (row == nullptr)
+        return;
+    if (state.level != Level::Fault)
+        row->setError(false);
+    row->setStateStr(state.text);
+    row->setDeviceState(static_cast<int>(state.level));
+    row->setBlueWarning(state.level == Level::Notice);
+    row->setYellowWarning(state.level == Level::Warning);
+    row->setWarning(state.level == Level::SeriousWarning);
+    row->setError(state.level == Level::Fault);
+}
+
+Level levelOf(Knowledge knowledge)
+{
+    switch (knowledge) {
+    case Knowledge::Disconnected:
+    case Knowledge::Silent:
+    case Knowledge::Jump:
+        return Level::Warning;
+    case Knowledge::NoFix:
+    case Knowledge::Tunnel:
+        return Level::Notice;
+    case Knowledge::Fixed:
+        break;
+    }
+    return Level::Ready;
+}
+
+} // namespace
+
+VehicleParts::VehicleParts(const Settings& settings, const Terminal& terminal, QObject* parent)
+    : QObject(parent), m_terminal(terminal)
+{
+    if (settings.position.isThere())
+        followPosition(settings.position);
+    if (settings.vehicles.isThere())
+        followVehicles(settings.vehicles);
+    if (settings.watchesHealth)
+        watchHealth(settings);
+}
+
+VehicleParts::~VehicleParts() = default;
+
+void VehicleParts::start()
+{
+    if (m_position != nullptr)
+        m_position->start();
+    if (m_live != nullptr)
+        m_live->start();
+    if (m_health != nullptr)
+        m_health->start();
+}
+
+VehicleParts::Row VehicleParts::addRow(const QString& name, const QString& icon)
+{
+    PeripheralsModel& devices = m_terminal.devices;
+    auto* row = new PeripheralItem(firstId + devices.rowCount(), name, 0,
+                                   QStringLiteral("qrc:/icons/%1.svg").arg(icon), false, false,
+                                   false, false, 0, tr("starting"), &devices);
+    devices.appendRow(row);
+    return row;
+}
+
+void VehicleParts::followPosition(const config::PositionConfig& config)
+{
+    using position::VehiclePosition;
+    m_positionRow = addRow(tr("Position"), QStringLiteral("gps"));
+    m_clockRow = addRow(tr("Time"), QStringLiteral("device"));
+    m_position = std::make_unique<VehiclePosition>(sourceOf(config));
+    m_position->setTrip(m_terminal.trip.trip());
+    connect(m_position.get(), &VehiclePosition::stateChanged, this, &VehicleParts::showPosition);
+    connect(m_position.get(), &VehiclePosition::stopReached, &m_terminal.trip, &TripDesk::setStop);
+    connect(m_position.get(), &VehiclePosition::progressChanged, this,
+            [this] { m_terminal.trip.setPunctuality(m_position->punctualityText()); });
+    connect(m_position.get(), &VehiclePosition::clockOffsetChanged, this, [this](qint64 offset) {
+        showClock();
+        emit clockOffsetChanged(offset);
+    });
+    connect(m_position.get(), &VehiclePosition::clockStepped, this, &VehicleParts::clockStepped);
+    showPosition();
+    showClock();
+}
+
+void VehicleParts::showPosition()
+{
+    show(m_positionRow, {levelOf(m_position->knowledge()), m_position->stateText()});
+}
+
+void VehicleParts::showClock()
+{
+    const std::optional<qint64> offset = m_position->clockOffset();
+    if (!offset) {
+        show(m_clockRow, {Level::Ready, tr("not compared with satellites yet")});
+        return;
+    }
+    const QString seconds =
+        QString::number(static_cast<double>(qAbs(*offset)) / millisecondsPerSecond, 'f', 1);
+    const QString text = *offset < 0 ? tr("%1 s ahead of the satellites").arg(seconds)
+                                     : tr("%1 s behind the satellites").arg(seconds);
+    show(m_clockRow, {m_position->isClockWrong() ? Level::SeriousWarning : Level::Ready, text});
+}
+
+void VehicleParts::followVehicles(const config::VehiclesConfig& config)
+{
+    m_liveRow = addRow(tr("Other vehicles"), QStringLiteral("fleet"));
+    // Reports are compared with the time of the satellites where the system's clock is wrong.
+    const auto now = [this] {
+        const bool isWrong = m_position != nullptr && m_position->isClockWrong();
+        const qint64 offset = isWrong ? m_position->clockOffset().value_or(0) : 0;
+        return QDateTime::currentSecsSinceEpoch() + offset / millisecondsPerSecond;
+    };
+    m_live = std::make_unique<live::LiveVehicles>(liveOf(config), m_terminal.network,
+                                                  fleet::Timetable(m_terminal.network),
+                                                  m_terminal.vehicles, now);
+    connect(m_live.get(), &live::LiveVehicles::stateChanged, this, &VehicleParts::showVehicles);
+    connect(m_live.get(), &live::LiveVehicles::reported, this,
+            [this] { m_terminal.fleet.setReportedByOthers(m_live->silences()); });
+    showVehicles();
+}
+
+void VehicleParts::showVehicles()
+{
+    show(m_liveRow, {m_live->isConnected() ? Level::Ready : Level::Warning, m_live->stateText()});
+}
+
+void VehicleParts::watchHealth(const Settings& settings)
+{
+    m_networkRow = addRow(tr("Network"), QStringLiteral("router"));
+    m_diskRow = addRow(tr("Space for the journal"), QStringLiteral("device"));
+    m_health = std::make_unique<health::HealthWatch>(
+        health::HealthWatch::Settings{settings.systemRoot, settings.journalFile});
+    connect(m_health.get(), &health::HealthWatch::reported, this, &VehicleParts::showHealth);
+}
+
+void VehicleParts::showHealth(const health::Health& health)
+{
+    show(m_networkRow, networkState(health));
+    if (health.disk)
+        show(m_diskRow, diskState(health));
+    showOptional(m_temperatureRow, tr("Temperature"), health.temperature.has_value(),
+                 temperatureState(health));
+    showOptional(m_brightnessRow, tr("Brightness"), health.brightness.has_value(),
+                 brightnessState(health));
+}
+
+/// Not every system has such a part: its row comes with its first report.
+void VehicleParts::showOptional(Row& row, const QString& name, bool isThere, const State& state)
+{
+    if (!isThere)
+        return;
+    if (row.isNull())
+        row = addRow(name, QStringLiteral("device"));
+    show(row, state);
+}
+
+} // namespace rivo::terminal

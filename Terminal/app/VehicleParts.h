@@ -1,0 +1,114 @@
+#pragma once
+
+#include <Config.h>
+#include <Health.h>
+
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+
+class AssetsModel;
+class PeripheralItem;
+class PeripheralsModel;
+
+namespace rivo::feed
+{
+struct Network;
+}
+
+namespace rivo::fleet
+{
+class FleetSimulator;
+}
+
+namespace rivo::health
+{
+class HealthWatch;
+}
+
+namespace rivo::live
+{
+class LiveVehicles;
+}
+
+namespace rivo::position
+{
+class VehiclePosition;
+}
+
+namespace rivo::terminal
+{
+
+class TripDesk;
+
+/// What the vehicle has besides printer and card terminal: the receiver of its position, the server
+/// that reports the other vehicles, and the system itself. Each part has a row among the devices.
+/// The current stop follows the receiver.
+class VehicleParts : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Settings
+    {
+        config::PositionConfig position;
+        config::VehiclesConfig vehicles;
+        bool watchesHealth = false;
+        QString journalFile;
+        QString systemRoot; ///< where /sys is; empty on a real system
+    };
+
+    /// What the parts act on; all outlive this.
+    struct Terminal
+    {
+        const feed::Network& network;
+        AssetsModel& vehicles;
+        PeripheralsModel& devices;
+        fleet::FleetSimulator& fleet;
+        TripDesk& trip;
+    };
+
+    /// Adds the rows of the parts that there are.
+    VehicleParts(const Settings& settings, const Terminal& terminal, QObject* parent = nullptr);
+    ~VehicleParts() override;
+
+    /// Connects to the parts, again and again.
+    void start();
+
+    /// Null if there is no receiver.
+    const position::VehiclePosition* position() const { return m_position.get(); }
+
+signals:
+    /// The satellites are `milliseconds` ahead of the system's clock; see VehiclePosition.
+    void clockOffsetChanged(qint64 milliseconds);
+    /// The system's clock was set by `milliseconds`, backwards if negative.
+    void clockStepped(qint64 milliseconds);
+
+private:
+    using Row = QPointer<PeripheralItem>; ///< null if the row was removed, or there is none
+
+    void followPosition(const config::PositionConfig& config);
+    void followVehicles(const config::VehiclesConfig& config);
+    void watchHealth(const Settings& settings);
+    Row addRow(const QString& name, const QString& icon);
+    void showPosition();
+    void showClock();
+    void showVehicles();
+    void showHealth(const health::Health& health);
+    void showOptional(Row& row, const QString& name, bool isThere, const health::State& state);
+
+    const Terminal m_terminal;
+    std::unique_ptr<position::VehiclePosition> m_position;
+    std::unique_ptr<live::LiveVehicles> m_live;
+    std::unique_ptr<health::HealthWatch> m_health;
+    Row m_positionRow;
+    Row m_clockRow;
+    Row m_liveRow;
+    Row m_networkRow;
+    Row m_diskRow;
+    Row m_temperatureRow;
+    Row m_brightnessRow;
+};
+
+} // namespace rivo::terminal

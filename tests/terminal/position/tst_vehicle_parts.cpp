@@ -1,0 +1,213 @@
+#include "Terminal.h"
+#include "TestNetwork.h"
+
+#include <AssetItem.h>
+#include <HealthWatch.h>
+#include <PeripheralItem.h>
+
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QtTest>
+
+using namespace rivo;
+using terminal::Terminal;
+using terminal::TripDesk;
+using terminal::VehicleParts;
+
+namespace
+{
+
+QByteArray tpv(double east)
+{
+    return QByteArray("{\"class\":\"TPV\",\"mode\":3,\"lat\":0.0,\"lon\":") +
+           QByteArray::number(east / 1000.0, 'f', 7) + ",\"speed\":8.0,\"track\":90.0,\"time\":\"" +
+           QDateTime::currentDateTimeUtc().addSecs(100).toString(Qt::ISODateWithMs).toLatin1() +
+           "\"}\n";
+}
+
+feed::Feed testFeed()
+{
+    feed::Feed feed;
+    feed.currency = "EUR";
+    feed.network = TestNetwork().trip("50", "5", {"1 8:00:00", "2 8:25:00", "4 8:30:00"});
+    return feed;
+}
+
+/// "name: state" of the devices.
+QStringList texts(const PeripheralsModel& devices)
+{
+    QStringList texts;
+    for (int row = 0; row < devices.rowCount(); ++row) {
+        const auto* device = qobject_cast<PeripheralItem*>(devices.itemFromRow(row));
+        texts.append(device->name() + ": " + device->stateStr());
+    }
+    return texts;
+}
+
+} // namespace
+
+class VehiclePartsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void noParts();
+    void stopsFollowTheReceiver();
+    void receiverAndServerThatAreNotThere();
+    void vehiclesFromAFile();
+    void healthOfTheSystem();
+    void rowsThatWereRemoved();
+};
+
+void VehiclePartsTest::noParts()
+{
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    Terminal terminal(testFeed(), settings);
+    QCOMPARE(terminal.parts().position(), nullptr);
+    QCOMPARE(terminal.peripherals()->rowCount(), 1); // the printer
+}
+
+void VehiclePartsTest::stopsFollowTheReceiver()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    settings.config.position.type = "gpsd";
+    settings.config.position.host = "127.0.0.1";
+    settings.config.position.port = server.serverPort();
+    Terminal terminal(testFeed(), settings);
+    QSignalSpy offsets(&terminal.parts(), &VehicleParts::clockOffsetChanged);
+    TripDesk& trip = *terminal.trip();
+    QTRY_VERIFY(server.hasPendingConnections());
+    const std::unique_ptr<QTcpSocket> client(server.nextPendingConnection());
+    client->write(tpv(1.0));
+    QTRY_VERIFY(texts(*terminal.peripherals()).contains("Position: position known"));
+    QCOMPARE(trip.stop(), 0);
+    client->write(tpv(1.9));
+    QTRY_COMPARE(trip.stop(), 1);
+    QCOMPARE(trip.context()->currentStopId(), 2);
+
+    // What the driver chooses stays until the next stop is reached.
+    trip.setStop(0);
+    client->write(tpv(2.1) + tpv(2.2));
+    QTRY_COMPARE(offsets.count(), 1);
+    QVERIFY(qAbs(offsets.first().first().toLongLong() - 100000) < 5000);
+    QCOMPARE(trip.stop(), 0);
+    client->write(tpv(3.1) + tpv(3.9));
+    QTRY_COMPARE(trip.stop(), 2);
+    const QString time = texts(*terminal.peripherals()).filter("Time: ").value(0);
+    QVERIFY2(time.endsWith(" s behind the satellites"), qPrintable(time));
+
+    for (int i = 0; i < 9; ++i)
+        client->write(tpv(4.6 + i * 0.1));
+    QTRY_COMPARE(trip.punctuality(), QString("off route"));
+    client->disconnectFromHost();
+    QTRY_VERIFY(!texts(*terminal.peripherals()).filter("Position: not connected: ").isEmpty());
+    QCOMPARE(trip.punctuality(), QString());
+    QCOMPARE(trip.stop(), 2);
+}
+
+void VehiclePartsTest::receiverAndServerThatAreNotThere()
+{
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    settings.config.position.type = "nmea";
+    settings.config.position.serial = config::SerialLine();
+    settings.config.position.serial->port = folder.filePath("ttyUSB0");
+    settings.config.vehicles.type = "gtfs-realtime";
+    settings.config.vehicles.file = folder.filePath("vehicles.pb");
+    Terminal terminal(testFeed(), settings);
+    const QStringList devices = texts(*terminal.peripherals());
+    QVERIFY2(devices.value(0).startsWith("Position: not connected: "),
+             qPrintable(devices.value(0)));
+    QCOMPARE(devices.mid(1, 2), QStringList({"Time: not compared with satellites yet",
+                                             "Other vehicles: there is no such file"}));
+    QCOMPARE(terminal.devices()->faults(), 0); // it can sell
+}
+
+void VehiclePartsTest::vehiclesFromAFile()
+{
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    settings.config.vehicles.type = "gtfs-realtime";
+    settings.config.vehicles.file = LIVE_TEST_DATA "/everything.pb";
+    settings.config.position.type = "nmea";
+    settings.config.position.device = folder.filePath("receiver");
+    feed::Feed feed = testFeed();
+    feed::FeedVehicle known;
+    known.id = 4711;
+    known.registrationNumber = "AB-CD 11";
+    feed.vehicles.append(known);
+    Terminal terminal(feed, settings);
+    const auto* bus = qobject_cast<AssetItem*>(terminal.vehicles()->findById(4711));
+    QVERIFY(bus != nullptr);
+    QCOMPARE(bus->registrationNumber(), QString("AB-CD 11"));
+    QCOMPARE(bus->drivingStatus(), QString("off-line")); // the message is old
+    QCOMPARE(terminal.fleet()->reportingOf(4711), fleet::FleetSimulator::Offline);
+    terminal.fleet()->setTime(9 * 3600); // the simulator leaves it alone
+    QCOMPARE(bus->drivingStatus(), QString("off-line"));
+    QCOMPARE(terminal.vehicles()->rowCount(), 1); // the others were forgotten long ago
+    QVERIFY(texts(*terminal.peripherals()).contains("Other vehicles: 1 vehicle(s)"));
+}
+
+void VehiclePartsTest::healthOfTheSystem()
+{
+    QTemporaryDir folder;
+    const auto write = [&](const QString& name, const QByteArray& content) {
+        QDir().mkpath(folder.filePath(QFileInfo("sys/class/" + name).path()));
+        QFile file(folder.filePath("sys/class/" + name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    };
+    write("net/eth0/operstate", "up\n");
+    write("thermal/thermal_zone0/temp", "91000\n");
+    QObject prototypes;
+    AssetsModel vehicles(&prototypes);
+    PeripheralsModel devices(&prototypes);
+    const feed::Feed feed = testFeed();
+    fleet::FleetSimulator fleet(fleet::Timetable(), vehicles);
+    TripDesk trip(feed, fleet::Timetable(feed.network));
+    VehicleParts::Settings settings;
+    settings.watchesHealth = true;
+    settings.journalFile = folder.filePath("journal");
+    settings.systemRoot = folder.path();
+    VehicleParts parts(settings, {feed.network, vehicles, devices, fleet, trip});
+    QCOMPARE(texts(devices), QStringList({"Network: starting", "Space for the journal: starting"}));
+    parts.start();
+    QTRY_COMPARE(devices.rowCount(), 3);
+    QCOMPARE(texts(devices).value(0), QString("Network: connected: eth0"));
+    QVERIFY(texts(devices).value(1).endsWith("MB free"));
+    QCOMPARE(texts(devices).value(2), QString::fromUtf8("Temperature: 91 °C"));
+    const auto* temperature = qobject_cast<PeripheralItem*>(devices.itemFromRow(2));
+    QVERIFY(temperature->warning());
+    QVERIFY(!temperature->error());
+    QVERIFY(!temperature->yellowWarning());
+}
+
+void VehiclePartsTest::rowsThatWereRemoved()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    settings.config.position.type = "gpsd";
+    settings.config.position.host = "127.0.0.1";
+    settings.config.position.port = server.serverPort();
+    Terminal terminal(testFeed(), settings);
+    terminal.peripherals()->removeRows(0, 2);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QTRY_VERIFY(server.hasPendingConnections());
+    const std::unique_ptr<QTcpSocket> client(server.nextPendingConnection());
+    client->write(tpv(1.9) + tpv(1.9) + tpv(1.9));
+    QTRY_COMPARE(terminal.trip()->stop(), 1);
+}
+
+QTEST_GUILESS_MAIN(VehiclePartsTest)
+#include "tst_vehicle_parts.moc"
