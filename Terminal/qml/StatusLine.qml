@@ -64,6 +64,13 @@ Rectangle {
             Accessible.name: qsTr("Next stop")
             onClicked: root.trip.stop += 1
         }
+        PlainText {
+            objectName: "punctualityText"
+            height: parent.height
+            visible: text !== ""
+            text: root.trip.punctuality
+            font.weight: Font.DemiBold
+        }
     }
     Row {
         id: right
