@@ -53,7 +53,8 @@ public:
     /// The trip whose stops these are; null if the timetable has none.
     const fleet::Trip* trip() const { return m_trip ? &*m_trip : nullptr; }
 
-    /// That the vehicle is late, ahead or off route, for people; empty if it is on time, or unknown.
+    /// That the vehicle is late, ahead or off route, for people; empty if it is on time, or
+    /// unknown.
     QString punctuality() const { return m_punctuality; }
     void setPunctuality(const QString& text);
 
