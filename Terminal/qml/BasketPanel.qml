@@ -73,6 +73,14 @@ Rectangle {
         boundsBehavior: Flickable.StopAtBounds
 
         property int shownCount: 0
+        property int printedRow: -1
+
+        function showPrinted() {
+            if (!root.isSelling && printedRow >= 0)
+                positionViewAtIndex(printedRow, ListView.Contain)
+        }
+
+        onHeightChanged: showPrinted()
 
         // A new line comes into view; one that goes moves nothing under the finger.
         onCountChanged: {
@@ -110,11 +118,12 @@ Rectangle {
             }
         }
     }
+    // The ticket that is being printed is in view.
     Connections {
         target: root.tickets
         function onDataChanged(first) {
-            if (!root.isSelling) // it is being printed
-                lines.positionViewAtIndex(first["row"], ListView.Contain)
+            lines.printedRow = root.isSelling ? -1 : first["row"]
+            lines.showPrinted()
         }
     }
     TicketsInDoubt {
