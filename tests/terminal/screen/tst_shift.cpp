@@ -2,10 +2,14 @@
 #include "SampleDriver.h"
 #include "ShiftLedger.h"
 
+#include <PaperPicture.h>
+
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
+#include <QTranslator>
 
 #include <cmath>
 
@@ -58,6 +62,7 @@ private:
     void judgePaper();
     void judgeJournal();
 
+    QTranslator m_english;           ///< plurals
     QHash<QString, qint64> m_prices; ///< of the feed, by product and passenger
     QVector<qint64> m_basket;
     ShiftLedger m_ledger;
@@ -71,6 +76,8 @@ private:
 void TestShift::start()
 {
     QVERIFY(QDir().mkpath(PICTURES));
+    QVERIFY(m_english.load(":/i18n/rivo-terminal_en"));
+    QCoreApplication::installTranslator(&m_english);
     QFile file(EXAMPLE_FEEDS "/coast-line.json");
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QJsonArray products =
@@ -215,10 +222,15 @@ void TestShift::payWithANote()
 void TestShift::payWithKeys()
 {
     const qint64 given = (ShiftLedger::sumOf(m_basket) / 1000 + 2) * 1000;
+    const bool isFirst = m_ledger.sales.size() < 5;
     m_shown->tap("givenButton");
     enter(QString::number(given));
+    if (isFirst)
+        keepPicture("pay");
     m_shown->tap("padConfirm");
     paid(false, given);
+    if (isFirst)
+        keepPicture("paid");
 }
 
 /// All kinds of sales in turn.
@@ -229,6 +241,8 @@ void TestShift::sellNext(int seed)
     addTickets(seed, kinds, count);
     if (isFailed())
         return;
+    if (seed == 5)
+        keepPicture("sell");
     switch (seed % 5) {
     case 0:
     case 3:
@@ -344,6 +358,12 @@ void TestShift::printCopy()
     m_shown->tap("printCopy");
     QTRY_COMPARE(m_shown->texts("pastTicketState").filter("copy").size(), 1);
     ++m_ledger.copies;
+    const auto copy = m_shown->terminal().printer().lastPrinted();
+    QVERIFY(copy && copy->copy == 1);
+    const rivo::ticket::PaperContext context{
+        m_shown->terminal().operatorName(), rivo::sales::Currency("EUR", 2), {}, QLocale()};
+    QVERIFY(rivo::ticket::draw(rivo::ticket::layOut(*copy, context))
+                .save(PICTURES "/shift-ticket.png"));
     openPage("sell");
 }
 
@@ -473,10 +493,10 @@ void TestShift::judgeJournal()
 void TestShift::aWholeShift()
 {
     m_shown->window()->grabWindow();
-    keepPicture("sign-in");
     enter("42");
     m_shown->tap("signInButton");
     enter("4321");
+    keepPicture("sign-in");
     m_shown->tap("signInButton");
     QTRY_COMPARE(m_shown->text("signInRefusal"), QString("Number or PIN is wrong."));
     enter("1234");
@@ -505,8 +525,6 @@ void TestShift::aWholeShift()
             refundOneTicket();
         else if (sale == 120)
             printFigures();
-        if (sale == 10)
-            keepPicture("sell");
     }
     if (isFailed())
         return;
