@@ -19,7 +19,7 @@ namespace
 /// restart, while the card terminal is the same.
 struct CardCounter : Counter
 {
-    CardCounter(const QString& file, FakeCards& asked) : Counter(file, euro, 0.0, {}, &asked)
+    CardCounter(const QString& file, FakeCards& asked) : Counter(file, euro, 0.0, {}, nullptr, &asked)
     {
         desk.card()->setRetryTime(0);
         QObject::connect(&desk, &SalesDesk::refused,
@@ -365,7 +365,7 @@ private slots:
     {
         rivo::payment::SimulatedPaymentTerminal cards;
         cards.setTime(20);
-        Counter counter(file(), euro, 0.0, {}, &cards);
+        Counter counter(file(), euro, 0.0, {}, nullptr, &cards);
         QVERIFY(play(counter, "adult card"));
         QCOMPARE(counter.desk.card()->statusText(), QString("Simulated card terminal"));
         QVERIFY(play(counter, "end"));

@@ -18,7 +18,7 @@ namespace
 struct Till
 {
     Till(const QString& file, const payment::ZvtSettings& settings)
-        : cards(settings), counter(file, euro, 0.0, {}, &cards)
+        : cards(settings), counter(file, euro, 0.0, {}, nullptr, &cards)
     {
         rowsOf(onlyConnection(), "PRAGMA synchronous=OFF"); // no matter here, and much faster
         counter.desk.card()->setRetryTime(10);
