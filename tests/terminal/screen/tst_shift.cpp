@@ -90,7 +90,7 @@ void TestShift::start()
         settings.drivers = {sampleDriver(42, "A. Nowak", "1234"),
                             sampleDriver(7, "B. Kowal", "99")};
         settings.idleTime = 0;
-        settings.vehicle = "MR 4711";
+        settings.config.vehicle = "MR 4711";
     });
 }
 
@@ -259,7 +259,7 @@ void TestShift::sellNext(int seed)
 void TestShift::sellThroughAJam(int seed)
 {
     addTickets(seed, 1, 4);
-    auto& printer = m_shown->terminal().printer();
+    auto& printer = simulatedPrinter(m_shown->terminal());
     printer.setTicketTime(40);
     m_shown->tap("payCash");
     printer.setFault("Paper jam");
@@ -277,7 +277,7 @@ void TestShift::sellThroughAJam(int seed)
 void TestShift::sellThroughAStop(int seed)
 {
     addTickets(seed, 1, 4);
-    m_shown->terminal().printer().setTicketTime(400);
+    simulatedPrinter(m_shown->terminal()).setTicketTime(400);
     m_shown->tap("payCash");
     QTRY_VERIFY(m_shown->terminal().printer().lastPrinted().has_value());
     m_shown->restart();
