@@ -69,7 +69,7 @@ T.AbstractButton {
             anchors.top: first.bottom
             x: 2 * Theme.gap
             width: parent.width - 2 * x
-            height: numbersText.height + stateText.height
+            height: numbersText.height + (stateText.visible ? stateText.height : 0)
             PlainText {
                 id: numbersText
 
@@ -84,7 +84,6 @@ T.AbstractButton {
                 objectName: "pastSaleState"
                 anchors.top: numbersText.bottom
                 width: parent.width
-                height: visible ? implicitHeight : 0
                 visible: text !== ""
                 text: root.reversal
                 font.pixelSize: Theme.smallText
