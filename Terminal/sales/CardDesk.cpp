@@ -29,7 +29,10 @@ CardDesk::CardDesk(Journal& journal, QObject* parent) : QObject(parent), m_journ
 
 void CardDesk::setTerminal(payment::PaymentTerminal* terminal)
 {
+    if (!m_terminal.isNull())
+        m_terminal->disconnect(this);
     m_terminal = terminal;
+    emit changed();
     if (terminal == nullptr)
         return;
     connect(terminal, &payment::PaymentTerminal::answered, this, &CardDesk::use);

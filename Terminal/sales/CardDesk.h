@@ -34,8 +34,8 @@ class CardDesk : public QObject
 public:
     explicit CardDesk(Journal& journal, QObject* parent = nullptr);
 
-    /// The card terminal, which outlives the desk; none = cards are not taken. Call before
-    /// restore().
+    /// The card terminal; none = cards are not taken. Call before restore(), and while no payment
+    /// is asked for.
     void setTerminal(payment::PaymentTerminal* terminal);
     payment::PaymentTerminal* terminal() const { return m_terminal; }
 

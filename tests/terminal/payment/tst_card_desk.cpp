@@ -1,4 +1,5 @@
 #include "FakeCards.h"
+#include "FileSizeLimit.h"
 #include "Play.h"
 #include "SignalLog.h"
 
@@ -19,12 +20,14 @@ namespace
 /// restart, while the card terminal is the same.
 struct CardCounter : Counter
 {
-    CardCounter(const QString& file, FakeCards& asked) : Counter(file, euro, 0.0, {}, nullptr, &asked)
+    CardCounter(const QString& file, FakeCards& asked)
+        : Counter(file, euro, 0.0, {}, nullptr, &asked)
     {
         desk.card()->setRetryTime(0);
         QObject::connect(&desk, &SalesDesk::refused,
                          [this](const QString& reason) { refusals.append(reason); });
     }
+    Journal& journalOf() const { return const_cast<Journal&>(journal); } // reading needs the file
     QStringList refusals;
 };
 
@@ -126,6 +129,86 @@ private slots:
         QVERIFY(!counter.desk.card()->release());
         QCOMPARE(cards.take(), QStringList());
         QCOMPARE(journalContent(), content);
+        if (m_cards && m_cards->isBusy())
+            m_cards->approve(); // what others asked for is not a payment of this desk
+        QCOMPARE(journalContent(), content);
+    }
+
+    /// The storage is full at this moment: what the card terminal did is cleared after a restart.
+    void aJournalThatFailsStopsEverything_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("cleared"); ///< outcomes after the restart
+        QTest::newRow("the payment begins") << "adult"
+                                            << "card"
+                                            << "";
+        QTest::newRow("it is approved") << "adult card"
+                                        << "approve"
+                                        << "1:1";
+        QTest::newRow("it is declined") << "adult card"
+                                        << "decline"
+                                        << "1:2";
+        QTest::newRow("the basket is to be free") << "adult card lost"
+                                                  << "release"
+                                                  << "1:2";
+        QTest::newRow("money begins to go back") << "adult card approve end"
+                                                 << "void"
+                                                 << "1:1";
+        QTest::newRow("money went back") << "adult card approve end void"
+                                         << "approve"
+                                         << "1:1 2:1";
+        QTest::newRow("the day has ended") << "adult card approve end close"
+                                           << "day"
+                                           << "1:1";
+        QTest::newRow("a payment is cleared that nobody waits for") << "adult card lostpaid free"
+                                                                    << "last"
+                                                                    << "1:3 1:1 2:1";
+    }
+    void aJournalThatFailsStopsEverything()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, answer);
+        QFETCH(QString, cleared);
+        const auto step = [this](CardCounter& counter, const QString& name) {
+            if (name == "approve")
+                m_cards->approve();
+            else if (name == "decline")
+                m_cards->decline();
+            else if (name == "lost" || name == "lostpaid")
+                m_cards->lose(name == "lostpaid");
+            else if (name == "free" || name == "release")
+                counter.desk.card()->release();
+            else if (name == "day")
+                m_cards->answerDay(190);
+            else if (name == "last")
+                m_cards->answerLast();
+            else
+                play(counter, name);
+        };
+        auto counter = std::make_unique<CardCounter>(file(), *m_cards);
+        for (const QString& name : before.split(' '))
+            step(*counter, name);
+        if (answer == "last")
+            QTRY_COMPARE(m_cards->asked.last(), QString("last"));
+        {
+            const FileSizeLimit limit(1);
+            step(*counter, answer);
+        }
+        QVERIFY(counter->journal.fault().has_value());
+        QVERIFY(!counter->refusals.isEmpty());
+        QVERIFY(!play(*counter, "card"));
+        const int asked = m_cards->asked.size();
+        QTest::qWait(10);
+        QCOMPARE(m_cards->asked.size(), asked);
+
+        counter.reset();
+        if (m_cards->isBusy())
+            m_cards->lose(false);
+        counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QVERIFY(!counter->journal.fault());
+        QTRY_VERIFY(answerAll(*counter));
+        QCOMPARE(outcomes(), cleared);
     }
 
     void oneThatRefusesAfterAllHasNotBeenAsked()
@@ -375,6 +458,7 @@ private slots:
         QTRY_COMPARE(counter.desk.state(), SalesDesk::Selling);
         QCOMPARE(sold(), 1);
         cards.setFault("off");
+        cards.setFault("off");
         QVERIFY(!play(counter, "card"));
         cards.setFault({});
         cards.setVerdict(rivo::payment::Verdict::Declined);
@@ -387,6 +471,22 @@ private slots:
     }
 
 private:
+    /// Answers what is asked until nothing is.
+    bool answerAll(const CardCounter& counter)
+    {
+        if (m_cards->isBusy()) {
+            if (m_cards->asked.last() == "last")
+                m_cards->answerLast();
+            else if (m_cards->asked.last() == "day")
+                m_cards->answerDay(190);
+            else
+                m_cards->approve();
+            return false;
+        }
+        return !counter.journalOf().openPayment() && counter.desk.card()->obstacle().isEmpty() &&
+               counter.journalOf().unbookedCharges().isEmpty();
+    }
+
     QString file() const { return m_folder->filePath("journal.db"); }
 
     std::unique_ptr<QTemporaryDir> m_folder;

@@ -338,6 +338,82 @@ private slots:
         QCOMPARE(answered.count(), 1);
     }
 
+    void theLastReceiptIsAskedForWhenTheTerminalIsReady_data()
+    {
+        QTest::addColumn<QByteArray>("enquired");
+        QTest::addColumn<QByteArray>("repeated");
+        QTest::addColumn<QString>("result");
+        const auto said = [](const char* bytes) { return QByteArray::fromHex(bytes); };
+        const QByteArray ready = said("800000060f0100");
+        QTest::newRow("it is busy") << said("800000060f019c") << QByteArray() << "Unknown";
+        QTest::newRow("it has no code") << said("800000060f00") << QByteArray() << "Unknown";
+        QTest::newRow("it refuses") << said("849c00") << QByteArray() << "Unknown";
+        QTest::newRow("it refuses the receipt") << ready << said("849c00") << "Unknown";
+        QTest::newRow("it has no receipt")
+            << ready << said("848300") << "Declined: The card terminal cannot do this.";
+        QTest::newRow("it stops without a receipt")
+            << ready << said("800000061e0183") << "Declined: The card terminal cannot do this.";
+        QTest::newRow("the last one was declined")
+            << ready << said("800000040f022771060f00")
+            << "Declined: There is not enough money on the card.";
+        QTest::newRow("it is from last year") << ready
+                                              << said("800000040f0e04000000000190"
+                                                      "0d1231"
+                                                      "0c235959"
+                                                      "060f00")
+                                              << "Approved 190 0/0";
+    }
+    void theLastReceiptIsAskedForWhenTheTerminalIsReady()
+    {
+        QFETCH(QByteArray, enquired);
+        QFETCH(QByteArray, repeated);
+        QFETCH(QString, result);
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        connect(&server, &QTcpServer::newConnection, this, [&] {
+            QTcpSocket* const socket = server.nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, socket, [socket, enquired, repeated] {
+                const QByteArray heard = socket->readAll();
+                socket->write(heard.contains(QByteArray::fromHex("060006"))
+                                  ? QByteArray::fromHex("800000060f00")
+                              : heard.contains(QByteArray::fromHex("050103")) ? enquired
+                              : heard.contains(QByteArray::fromHex("062003")) ? repeated
+                                                                              : QByteArray());
+            });
+        });
+        ZvtSettings settings;
+        settings.host = "127.0.0.1";
+        settings.port = server.serverPort();
+        settings.acknowledgeTime = 100;
+        settings.answerTime = 100;
+        ZvtTerminal terminal(settings);
+        QSignalSpy answered(&terminal, &PaymentTerminal::answered);
+        terminal.start();
+        QTRY_COMPARE(terminal.fault(), QString());
+        QVERIFY(terminal.askLastReceipt());
+        QTRY_COMPARE(answered.count(), 1);
+        const auto answer = answered.at(0).at(0).value<Answer>();
+        QCOMPARE(text(answer), result);
+        QVERIFY(!answer.receipt.at.isValid() ||
+                answer.receipt.at <= QDateTime::currentDateTime().addDays(1));
+    }
+
+    void aRegistrationThatMakesNoSenseIsAFault()
+    {
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        connect(&server, &QTcpServer::newConnection, this, [&] {
+            server.nextPendingConnection()->write(QByteArray::fromHex("800000060f0177"));
+        });
+        ZvtSettings settings;
+        settings.host = "127.0.0.1";
+        settings.port = server.serverPort();
+        ZvtTerminal terminal(settings);
+        terminal.start();
+        terminal.start(); // a second one changes nothing
+        QTRY_COMPARE(terminal.fault(), QString("The card terminal was not understood."));
+    }
+
     void aRegistrationThatIsRefusedIsAFault()
     {
         QTcpServer server;
