@@ -20,7 +20,10 @@ constexpr int hottest = 200; ///< degrees; more is no temperature
 constexpr int coldest = -60;
 constexpr qint64 mebibyte = 1 << 20;
 
-QString tr(const char* text) { return QCoreApplication::translate("rivo::health", text); }
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(rivo::health::Texts)
+};
 
 QString textOf(const QString& path)
 {
@@ -120,16 +123,17 @@ Health readHealth(const QString& root, const QString& journal)
 State networkState(const Health& health)
 {
     if (health.networks.isEmpty())
-        return {Level::Warning, tr("not connected")};
-    return {Level::Ready, tr("connected: %1").arg(health.networks.join(QStringLiteral(", ")))};
+        return {Level::Warning, Texts::tr("not connected")};
+    return {Level::Ready,
+            Texts::tr("connected: %1").arg(health.networks.join(QStringLiteral(", ")))};
 }
 
 State diskState(const Health& health)
 {
     const Health::Disk disk = health.disk.value_or(Health::Disk());
     if (disk.isReadOnly)
-        return {Level::Fault, tr("cannot be written")};
-    const QString text = tr("%1 MB free").arg(disk.free / mebibyte);
+        return {Level::Fault, Texts::tr("cannot be written")};
+    const QString text = Texts::tr("%1 MB free").arg(disk.free / mebibyte);
     return {disk.free < noSpace       ? Level::Fault
             : disk.free < littleSpace ? Level::Warning
                                       : Level::Ready,
@@ -142,15 +146,15 @@ State temperatureState(const Health& health)
     return {degrees >= hot    ? Level::SeriousWarning
             : degrees >= warm ? Level::Warning
                               : Level::Ready,
-            tr("%1 °C").arg(degrees)};
+            Texts::tr("%1 °C").arg(degrees)};
 }
 
 State brightnessState(const Health& health)
 {
     const int percent = health.brightness.value_or(0);
     if (percent == 0)
-        return {Level::Notice, tr("dark")};
-    return {Level::Ready, tr("%1 %").arg(percent)};
+        return {Level::Notice, Texts::tr("dark")};
+    return {Level::Ready, Texts::tr("%1 %").arg(percent)};
 }
 
 } // namespace rivo::health

@@ -13,7 +13,8 @@ update() {
     shift
     "$program" -silent -no-obsolete -locations none -extensions cpp,h,qml \
         -source-language en -target-language "$language" "$@" \
-        "$terminal"/{app,drivers,sales,payment,fleet,ticket,printer,qml} -ts "$folder/rivo-terminal_$language.ts"
+        "$terminal"/{app,health,live,position,drivers,sales,payment,fleet,ticket,printer,qml} \
+        -ts "$folder/rivo-terminal_$language.ts"
 }
 update de
 update en -pluralonly

@@ -19,7 +19,10 @@ namespace
 constexpr int firstOwnId = 1000001;
 constexpr double metresWithDirection = 10.0;
 
-QString tr(const char* text) { return QCoreApplication::translate("rivo::live::LiveFleet", text); }
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(rivo::live::Texts)
+};
 
 QVector<AssetItem*> itemsOf(const AssetsModel& fleet)
 {
@@ -146,7 +149,8 @@ void LiveFleet::take(const LiveVehicle& vehicle, qint64 messageTime, qint64 now)
         trip != m_trips.constEnd() ? *trip : m_routes.value(vehicle.route, Journey());
     row.route = journey.route;
     row.routeName = journey.route >= 0 ? journey.routeName : vehicle.route;
-    row.routeStatus = journey.headsign.isEmpty() ? QString() : tr("to %1").arg(journey.headsign);
+    row.routeStatus =
+        journey.headsign.isEmpty() ? QString() : Texts::tr("to %1").arg(journey.headsign);
 }
 
 void LiveFleet::apply(const LiveMessage& message, qint64 now)
@@ -193,7 +197,8 @@ void LiveFleet::forget(qint64 now)
 
 void LiveFleet::judge(qint64 now)
 {
-    const QString texts[] = {tr("driving"), tr("at a stop"), tr("no report"), tr("off-line")};
+    const QString texts[] = {Texts::tr("driving"), Texts::tr("at a stop"), Texts::tr("no report"),
+                             Texts::tr("off-line")};
     for (Row& row : m_rows) {
         const auto report = m_reports.constFind(row.id);
         if (report == m_reports.constEnd())

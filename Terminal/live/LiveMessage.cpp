@@ -14,10 +14,10 @@ namespace rivo::live
 namespace
 {
 
-QString problemText(const char* text)
+struct Texts
 {
-    return QCoreApplication::translate("rivo::live::LiveMessage", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(rivo::live::Texts)
+};
 
 QString textOf(const std::string& text)
 {
@@ -60,11 +60,9 @@ LiveResult readMessage(const QByteArray& bytes)
 {
     wire::FeedMessage read;
     if (!read.ParseFromArray(bytes.constData(), bytes.size()) || !read.has_header())
-        return {std::nullopt, problemText(QT_TRANSLATE_NOOP("rivo::live::LiveMessage",
-                                                            "no message of GTFS-Realtime"))};
+        return {std::nullopt, Texts::tr("no message of GTFS-Realtime")};
     if (read.header().incrementality() == wire::FeedHeader::DIFFERENTIAL)
-        return {std::nullopt, problemText(QT_TRANSLATE_NOOP("rivo::live::LiveMessage",
-                                                            "a message with changes only"))};
+        return {std::nullopt, Texts::tr("a message with changes only")};
     LiveMessage message;
     message.time = timeOf(read.header().timestamp());
     QSet<QString> known;
