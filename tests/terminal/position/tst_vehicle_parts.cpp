@@ -115,6 +115,7 @@ void VehiclePartsTest::receiverAndServerThatAreNotThere()
 {
     QTemporaryDir folder;
     Terminal::Settings settings;
+    settings.isDemo = true; // with a printer
     settings.journalFile = folder.filePath("journal");
     settings.config.position.type = "nmea";
     settings.config.position.serial = config::SerialLine();
