@@ -4,9 +4,9 @@
 #   tests/fuzz/run.sh [SECONDS [FUZZER...]]
 #
 # 60 seconds of each unless SECONDS is given, and as many at a time as there are processors; FUZZER is
-# json, gtfs, zip, offers, settings, zvt, models, layout or printer. What they find is kept in
-# build/fuzz/corpus/FUZZER and used the next time. An input that makes a fuzzer fail is kept in
-# build/fuzz/crashes, its output is
+# json, gtfs, zip, offers, settings, zvt, models, layout, printer, position or live. What they find
+# is kept in build/fuzz/corpus/FUZZER and used the next time. An input that makes a fuzzer fail is
+# kept in build/fuzz/crashes, its output is
 # printed, and the exit code is 1. To repeat a failure:
 #
 #   build/fuzz/bin/fuzz_FUZZER build/fuzz/crashes/FILE
@@ -19,7 +19,7 @@ at_a_time="$(nproc)"
 seconds="${1:-60}"
 [[ "$seconds" =~ ^[1-9][0-9]*$ ]] || { sed -n '2,/^set/{/^#/s/^# \{0,1\}//p}' "$0"; exit 2; }
 fuzzers=("${@:2}")
-[ "${#fuzzers[@]}" -gt 0 ] || fuzzers=(json gtfs zip offers settings zvt models layout printer)
+[ "${#fuzzers[@]}" -gt 0 ] || fuzzers=(json gtfs zip offers settings zvt models layout printer position live)
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_fuzz
@@ -38,7 +38,7 @@ export ASAN_OPTIONS=detect_leaks=1:quarantine_size_mb=64
 export UBSAN_OPTIONS=print_stacktrace=1
 
 # Longest input in bytes: what the formats need, no more than the operations take a moment for.
-declare -A longest=([json]=8192 [gtfs]=12288 [zip]=16384 [offers]=1024 [settings]=4096 [zvt]=1024 [models]=1024 [layout]=1024 [printer]=256)
+declare -A longest=([json]=8192 [gtfs]=12288 [zip]=16384 [offers]=1024 [settings]=4096 [zvt]=1024 [models]=1024 [layout]=1024 [printer]=256 [position]=4096 [live]=4096)
 # fuzz NAME: one fuzzer for its time; a line of figures, or the end of its output.
 fuzz() {
     local fuzzer="$1" folder seeds=() found log words=()
