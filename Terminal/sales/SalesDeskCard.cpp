@@ -21,6 +21,12 @@ void SalesDesk::followCards()
                    ? tr("A card payment without tickets was given back.")
                    : tr("A card payment without tickets could not be given back: %1").arg(reason));
     });
+    connect(m_card, &CardDesk::cardDayEnded, this, [this](qint64 shift, Minor difference) {
+        if (difference != 0)
+            refuse(tr("Shift %1: the card terminal's total differs by %2.")
+                       .arg(shift)
+                       .arg(m_currency.text(difference)));
+    });
     connect(m_card, &CardDesk::journalFailed, this, [this] { refuseByJournal(); });
 }
 

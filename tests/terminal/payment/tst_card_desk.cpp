@@ -426,6 +426,8 @@ private slots:
         QCOMPARE(report.value("isCardDayEnded").toBool(), true);
         QCOMPARE(report.value("cardDayTotal").toDouble(), 191.0);
         QCOMPARE(report.value("cardDayDifference").toDouble(), 1.0);
+        QCOMPARE(counter.refusals, QStringList("Shift 17: the card terminal's total differs by " +
+                                               euro.text(1) + "."));
         QVERIFY(play(counter, "close")); // nothing was paid by card
         QTest::qWait(10);
         QCOMPARE(m_cards->asked.count("day"), 2);
