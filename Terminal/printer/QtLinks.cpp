@@ -84,7 +84,10 @@ class TcpLink : public ByteLink
 public:
     explicit TcpLink(config::TcpAddress address) : m_address(std::move(address))
     {
-        connect(&m_socket, &QTcpSocket::connected, this, &TcpLink::opened);
+        connect(&m_socket, &QTcpSocket::connected, this, [this] {
+            m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+            emit opened();
+        });
         connect(&m_socket, &QTcpSocket::readyRead, this,
                 [this] { emit received(m_socket.readAll()); });
         connect(&m_socket, &QTcpSocket::bytesWritten, this, &TcpLink::progress);
@@ -103,7 +106,6 @@ public:
     {
         m_isWanted = true;
         m_socket.connectToHost(m_address.host, static_cast<quint16>(m_address.port));
-        m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     }
 
     void close() override
