@@ -239,7 +239,11 @@ ShiftReport {
     Row {
         id: buttons
 
-        readonly property real share: Math.floor((width - 2 * spacing) / 3)
+        readonly property Item first: root.isUnused ? floatButton : salesButton
+        /// What each gets besides the room for its text.
+        readonly property real share: Math.floor((width - 2 * spacing - first.implicitWidth
+                                                  - figuresButton.implicitWidth
+                                                  - closeButton.implicitWidth) / 3)
 
         anchors.left: parent.left
         anchors.right: parent.right
@@ -248,8 +252,10 @@ ShiftReport {
         anchors.topMargin: Theme.gap
         spacing: Theme.gap
         PanelButton {
+            id: salesButton
+
             objectName: "salesButton"
-            width: buttons.share
+            width: implicitWidth + buttons.share
             height: Theme.mm(11)
             padding: 0
             visible: !root.isUnused
@@ -259,8 +265,10 @@ ShiftReport {
             onClicked: root.salesRequested()
         }
         PanelButton {
+            id: floatButton
+
             objectName: "floatButton"
-            width: buttons.share
+            width: implicitWidth + buttons.share
             height: Theme.mm(11)
             padding: 0
             visible: root.isUnused
@@ -270,8 +278,10 @@ ShiftReport {
             onClicked: root.floatRequested(Number(root.figures["openingFloat"]))
         }
         PanelButton {
+            id: figuresButton
+
             objectName: "figuresButton"
-            width: buttons.share
+            width: implicitWidth + buttons.share
             height: Theme.mm(11)
             padding: 0
             stacked: true
@@ -280,8 +290,10 @@ ShiftReport {
             onClicked: root.figuresRequested()
         }
         PanelButton {
+            id: closeButton
+
             objectName: "closeShiftButton"
-            width: buttons.share
+            width: implicitWidth + buttons.share
             height: Theme.mm(11)
             padding: 0
             accent: true
