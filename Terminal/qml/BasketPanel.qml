@@ -175,9 +175,8 @@ Rectangle {
         }
         AmountLine {
             width: parent.width
-            visible: !root.isPaidShown
-            label: root.isSelling || root.isInterrupted || root.isAwaitingCard ? qsTr("Total")
-                                                                              : qsTr("Printing")
+            visible: !root.isPaidShown && !root.isInterrupted
+            label: root.isSelling || root.isAwaitingCard ? qsTr("Total") : qsTr("Printing")
             value: root.desk.totalText
             valueSize: Theme.hugeText
             valueName: "totalText"
@@ -186,12 +185,18 @@ Rectangle {
             objectName: "doubtText"
             width: parent.width
             visible: root.isInterrupted
-            text: qsTr("Paid, but printing was interrupted. Is ticket %1 out?")
-                      .arg(root.desk.firstTicketInDoubt)
+            text: qsTr("Is ticket %1 out?").arg(root.desk.firstTicketInDoubt)
             wrapMode: Text.Wrap
             elide: Text.ElideNone
             font.weight: Font.DemiBold
             color: Theme.warning
+        }
+        PlainText {
+            width: parent.width
+            visible: root.isInterrupted
+            text: qsTr("Paid, but printing was interrupted.")
+            wrapMode: Text.Wrap
+            font.pixelSize: Theme.smallText
         }
         // Both ask once more: they stand where the driver is used to pay.
         Row {

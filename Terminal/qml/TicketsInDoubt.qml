@@ -41,15 +41,19 @@ ListView {
 
             x: Theme.gap
             anchors.verticalCenter: parent.verticalCenter
-            source: line.modelData["isOut"] ? "qrc:/icons/ok.svg" : "qrc:/icons/warning.svg"
-            ink: line.modelData["isOut"] ? Theme.ok : Theme.warning
+            source: line.modelData["isOut"] ? "qrc:/icons/ok.svg"
+                  : line.modelData["isInDoubt"] ? "qrc:/icons/warning.svg"
+                                                : "qrc:/icons/printer.svg"
+            ink: line.modelData["isOut"] ? Theme.ok
+               : line.modelData["isInDoubt"] ? Theme.warning : Theme.mutedText
         }
         Column {
             id: texts
 
             anchors.left: mark.right
-            anchors.right: price.left
-            anchors.margins: Theme.gap
+            anchors.leftMargin: Theme.gap
+            anchors.right: parent.right
+            anchors.rightMargin: 2 * Theme.gap
             anchors.verticalCenter: parent.verticalCenter
             PlainText {
                 objectName: "doubtNumber"
@@ -57,20 +61,25 @@ ListView {
                 text: line.modelData["numberText"]
                 font.weight: line.isNext ? Font.Bold : Font.Normal
             }
-            PlainText {
+            Item {
                 width: parent.width
-                text: line.modelData["product"] + ", " + line.modelData["passenger"]
-                font.pixelSize: Theme.smallText
-                color: Theme.mutedText
-            }
-        }
-        PlainText {
-            id: price
+                height: price.height
+                PlainText {
+                    anchors.left: parent.left
+                    anchors.right: price.left
+                    anchors.rightMargin: Theme.gap
+                    text: line.modelData["product"] + ", " + line.modelData["passenger"]
+                    font.pixelSize: Theme.smallText
+                    color: Theme.mutedText
+                }
+                PlainText {
+                    id: price
 
-            anchors.right: parent.right
-            anchors.rightMargin: 2 * Theme.gap
-            anchors.verticalCenter: parent.verticalCenter
-            text: line.modelData["priceText"]
+                    anchors.right: parent.right
+                    text: line.modelData["priceText"]
+                    font.pixelSize: Theme.smallText
+                }
+            }
         }
     }
 }

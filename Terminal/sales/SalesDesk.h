@@ -153,8 +153,8 @@ public:
     QString firstTicketInDoubt() const;
 
     /// The tickets of a sale that was interrupted and were not out at the start of the program or
-    /// when the printer failed, until all are printed:
-    /// maps of numberText, product, passenger, priceText and isOut. Empty otherwise.
+    /// when the printer failed, until all are printed: maps of numberText, product, passenger,
+    /// priceText, isOut and isInDoubt. Empty otherwise.
     QVariantList interruptedSale() const;
 
     /// Zones of the stop where tickets begin that are added from now on; none = that of the tile.

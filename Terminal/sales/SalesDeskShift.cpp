@@ -83,11 +83,13 @@ QVariantList SalesDesk::interruptedSale() const
     const int outCount = m_tickets.size() - m_toPrint->size();
     for (int i = 0; m_wasInterrupted && i < m_tickets.size(); ++i) {
         const Ticket& ticket = m_tickets.at(i);
-        maps.append(QVariantMap{{QStringLiteral("numberText"), ticketNumberText(ticket.number)},
-                                {QStringLiteral("product"), ticket.fareProductName},
-                                {QStringLiteral("passenger"), ticket.description},
-                                {QStringLiteral("priceText"), m_currency.text(ticket.price)},
-                                {QStringLiteral("isOut"), i < outCount}});
+        maps.append(QVariantMap{
+            {QStringLiteral("numberText"), ticketNumberText(ticket.number)},
+            {QStringLiteral("product"), ticket.fareProductName},
+            {QStringLiteral("passenger"), ticket.description},
+            {QStringLiteral("priceText"), m_currency.text(ticket.price)},
+            {QStringLiteral("isOut"), i < outCount},
+            {QStringLiteral("isInDoubt"), i >= outCount && i < outCount + m_ticketsInDoubt}});
     }
     return maps;
 }

@@ -18,6 +18,8 @@ private:
     void start() override;
     void stopWhilePrinting();
     void confirmFirst();
+    /// How many tickets of the list have this flag.
+    int countOf(const char* flag);
     /// Numbers that are in sight as a whole.
     QStringList numbersInView();
     static QString number(int ticket) { return QString("%1").arg(ticket, 6, 10, QChar('0')); }
@@ -47,6 +49,15 @@ void TestTicketsInDoubt::confirmFirst()
     m_shown->window()->grabWindow();
 }
 
+int TestTicketsInDoubt::countOf(const char* flag)
+{
+    int count = 0;
+    const QVariantList tickets = desk().interruptedSale();
+    for (const QVariant& ticket : tickets)
+        count += ticket.toMap()[flag].toBool() ? 1 : 0;
+    return count;
+}
+
 QStringList TestTicketsInDoubt::numbersInView()
 {
     QStringList numbers;
@@ -71,6 +82,8 @@ void TestTicketsInDoubt::theyAreShownWithTheirNumbers()
     QVERIFY(m_shown->item("ticketsInDoubt") != nullptr);
     QTRY_COMPARE(numbersInView().value(0), first);
     QVERIFY(numbersInView().size() >= 2);
+    QCOMPARE(countOf("isOut"), 0);
+    QCOMPARE(countOf("isInDoubt"), desk().interruptedSale().size());
     QVERIFY(m_shown->all("basketLines").isEmpty());
     QVERIFY(!m_shown->item("doubtText")->property("truncated").toBool());
     QVERIFY(m_shown->item("ticketsInDoubt")->height() > 0);
@@ -83,7 +96,8 @@ void TestTicketsInDoubt::theListFollowsTheAnswers()
         const QString first = desk().firstTicketInDoubt();
         QTRY_VERIFY2(numbersInView().contains(first), qPrintable(numbersInView().join(' ')));
         confirmFirst();
-        QVERIFY(desk().interruptedSale().size() > desk().ticketsInDoubt());
+        QCOMPARE(countOf("isInDoubt"), desk().ticketsInDoubt());
+        QCOMPARE(countOf("isOut"), desk().interruptedSale().size() - desk().ticketsInDoubt());
     }
     QTRY_VERIFY(numbersInView().contains(number(soldTickets - 1)));
     confirmFirst();
@@ -98,6 +112,7 @@ void TestTicketsInDoubt::theListFollowsThePrinter()
     stopWhilePrinting();
     m_shown->tap("printDoubts");
     m_shown->tap("confirmButton");
+    QCOMPARE(countOf("isInDoubt"), 0);
     int last = 0;
     while (desk().state() == SalesDesk::Printing) {
         const auto printed = m_shown->terminal().printer().lastPrinted();
