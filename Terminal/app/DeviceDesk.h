@@ -45,7 +45,7 @@ public:
     /// printer" that is ready is added.
     void findPrinter(std::optional<int> id = std::nullopt);
 
-    /// The printer's row has not reported. For a terminal without a printer.
+    /// The printer's row has not reported: for a terminal without a printer.
     void disconnectPrinter();
 
     int faults() const; ///< devices with an error

@@ -90,7 +90,7 @@ void TestDemo::whatIsNotConnectedIsNoAlarm()
     auto& terminal = screen->terminal();
     QCOMPARE(terminal.devices()->faults(), 0);
     QVERIFY(screen->all("faultsButton").isEmpty());
-    QCOMPARE(terminal.printer().fault(), QString("The ticket printer is not connected."));
+    QCOMPARE(terminal.printer().fault(), QString("No ticket printer is set up"));
     screen->tap("nav-devices");
     QTRY_COMPARE(screen->all("stateText").size(), terminal.peripherals()->rowCount());
     for (const QString& state : screen->texts("stateText"))
@@ -109,7 +109,7 @@ void TestDemo::noPrinterIsSimulatedForAFeedWithoutDevices()
     ScreenUnderTest screen(
         feed, "devices", QSize(1024, 600),
         [](ScreenUnderTest::Terminal::Settings& settings) { settings.isDemo = false; });
-    QCOMPARE(screen.terminal().printer().fault(), QString("The ticket printer is not connected."));
+    QCOMPARE(screen.terminal().printer().fault(), QString("No ticket printer is set up"));
     QCOMPARE(screen.terminal().devices()->faults(), 0);
     QTRY_COMPARE(screen.texts("stateText"), QStringList("not connected"));
 }
