@@ -75,7 +75,9 @@ T.AbstractButton {
                     PlainText {
                         objectName: "statusText"
                         height: parent.height
-                        width: Math.min(implicitWidth, root.width * 0.4)
+                        width: Math.min(implicitWidth, Math.max(
+                            root.width * 0.4, root.width - registration.implicitWidth
+                                              - Theme.smallIcon - 5 * Theme.gap))
                         text: root.drivingStatus
                         font.pixelSize: Theme.smallText
                         font.weight: Font.DemiBold
