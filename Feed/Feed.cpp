@@ -3,6 +3,14 @@
 namespace rivo::feed
 {
 
+bool NetworkService::runsOn(const QDate& date) const
+{
+    if (added.contains(date) || removed.contains(date))
+        return added.contains(date);
+    return (!first.isValid() || first <= date) && (!last.isValid() || date <= last) &&
+           (days >> (date.dayOfWeek() - 1) & 1) == 1;
+}
+
 int Feed::currencyDecimals() const { return feed::currencyDecimals(currency); }
 
 int currencyDecimals(const QString& currency)

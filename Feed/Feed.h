@@ -189,11 +189,17 @@ struct NetworkShape
     QVector<NetworkShapePoint> points; ///< in the order of travel
 };
 
-/// The days of the week that trips run on.
+/// The days that trips run on.
 struct NetworkService
 {
     QString id;
-    int days = 0; ///< bit 0 = Monday ... bit 6 = Sunday
+    int days = 0;     ///< of the week: bit 0 = Monday ... bit 6 = Sunday
+    QDate first = {}; ///< invalid = no limit
+    QDate last = {};  ///< invalid = no limit
+    QVector<QDate> added = {};
+    QVector<QDate> removed = {};
+
+    bool runsOn(const QDate& date) const;
 };
 
 /// Where the vehicles run.

@@ -29,8 +29,7 @@ public:
         if (m_tariff.form == Tariff::Form::FaresV2)
             readTimeframes();
         readCalendar();
-        if (m_services.size() > 0)
-            readDates();
+        readDates();
         for (TariffService& service : m_tariff.services) {
             std::sort(service.added.begin(), service.added.end());
             std::sort(service.removed.begin(), service.removed.end());
@@ -101,7 +100,12 @@ private:
                 if (row.service.empty())
                     return;
                 m_reading.tables.add(known, row.line, row.service);
-                services.append({m_reading.tables.keep(row.service), daysOf(row)});
+                services.append({m_reading.tables.keep(row.service),
+                                 daysOf(row),
+                                 gtfsDate(row.start),
+                                 gtfsDate(row.end),
+                                 {},
+                                 {}});
                 if (service >= 0)
                     define(service, row);
             });
@@ -140,13 +144,17 @@ private:
     {
         if (!m_reading.tables.isThere(calendarDatesFile))
             return;
-        TableReport table(m_reading.tables.pathOf(calendarDatesFile), Concern::Fares,
+        TableReport table(m_reading.tables.pathOf(calendarDatesFile),
+                          m_services.size() > 0 ? Concern::Fares : Concern::Timetable,
                           m_reading.tables.report());
         table.keepFaults();
+        QHash<QByteArray, int> known; // services of the network
         const auto take = [&](const CalendarDateRow& row, TableReport&) {
             const int service = row.service.empty() ? -1 : m_services.find(row.service);
             const QVector<FeedProblem> faults = table.takeFaults();
-            if (service < 0 && !row.service.empty())
+            if (faults.isEmpty() && !row.service.empty())
+                addDate(networkService(row.service, known), row);
+            if (service < 0 && (!row.service.empty() || m_services.size() == 0))
                 return; // no fare depends on it
             for (const FeedProblem& fault : faults)
                 table.report(fault, Concern::Fares);
@@ -159,6 +167,25 @@ private:
         m_isWhole =
             m_reading.tables.read<CalendarDateRow>(QLatin1String(calendarDatesFile), table, take) &&
             m_isWhole;
+    }
+
+    NetworkService& networkService(Id id, QHash<QByteArray, int>& known)
+    {
+        QVector<NetworkService>& services = m_reading.feed.network.services;
+        for (int i = known.size(); i < services.size(); ++i)
+            known.insert(services.at(i).id.toUtf8(), i);
+        const QByteArray text(id.data(), static_cast<int>(id.size()));
+        const auto found = known.constFind(text);
+        if (found != known.constEnd())
+            return services[*found];
+        known.insert(text, services.size());
+        services.append({m_reading.tables.keep(id), 0, {}, {}, {}, {}});
+        return services.last();
+    }
+
+    static void addDate(NetworkService& service, const CalendarDateRow& row)
+    {
+        (row.exception == 1 ? service.added : service.removed).append(gtfsDate(row.date));
     }
 
     void checkServices()

@@ -1,5 +1,7 @@
 #include "TripContext.h"
 
+#include <utility>
+
 namespace rivo::feed
 {
 
@@ -22,6 +24,25 @@ void TripContext::store(T FeedTripContext::*field, const T& value, void (TripCon
         return;
     m_trip.*field = value;
     emit(this->*changed)();
+}
+
+void TripContext::setTrip(const FeedTripContext& trip)
+{
+    const FeedTripContext before = std::exchange(m_trip, trip);
+    if (before.routeId != trip.routeId)
+        emit routeIdChanged();
+    if (before.fromStopId != trip.fromStopId)
+        emit fromStopIdChanged();
+    if (before.toStopId != trip.toStopId)
+        emit toStopIdChanged();
+    if (before.currentStopId != trip.currentStopId)
+        emit currentStopIdChanged();
+    if (before.tripsRouteId != trip.tripsRouteId)
+        emit tripsRouteIdChanged();
+    if (before.tripsExecutionId != trip.tripsExecutionId)
+        emit tripsExecutionIdChanged();
+    if (before.publicRouteExecutionId != trip.publicRouteExecutionId)
+        emit publicRouteExecutionIdChanged();
 }
 
 void TripContext::setRouteId(int routeId)

@@ -33,6 +33,9 @@ public:
 
     const FeedTripContext& trip() const { return m_trip; }
 
+    /// Stores all values before the first signal is emitted: no slot gets half of a trip.
+    void setTrip(const FeedTripContext& trip);
+
     int routeId() const { return m_trip.routeId; }
     int fromStopId() const { return m_trip.fromStopId; }
     int toStopId() const { return m_trip.toStopId; }

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace rivo::terminal
@@ -113,6 +114,12 @@ feed::Feed withReportsBefore(feed::Feed feed, const ZReportModel& own)
     return feed;
 }
 
+/// Second of the service day.
+int startOf(const Terminal::Settings& settings)
+{
+    return settings.startTime >= 0 ? settings.startTime : QTime(0, 0).secsTo(QTime::currentTime());
+}
+
 /// Tickets of the journal that say what is sold often: those of some days.
 constexpr int ticketsCounted = 1000;
 
@@ -125,7 +132,8 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_presentation(m_feed, m_currency, settings.allowFileIcons), m_grid(&m_prototypes),
       m_basket(&m_prototypes), m_fareProducts(&m_prototypes), m_zReports(&m_prototypes),
       m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
-      m_trip(m_feed, fleet::Timetable(m_feed.network)),
+      m_timetable(m_feed.network, QDate::currentDate()),
+      m_trip(m_feed, m_timetable, startOf(settings)),
       m_offers(m_feed, *m_trip.context(), [this] { return timeOfSale(); }),
       m_printer(printerFor(feed, settings)), m_cards(m_peripherals),
       m_details(feed, m_currency, m_trip, settings.config.vehicle),
@@ -134,7 +142,9 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
           {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, *m_printer, m_currency,
           [this](int zone) { return m_presentation.zoneName(zone); }, *m_trip.context()),
       m_tiles(m_grid, tileLook()), m_drivers(settings.drivers),
-      m_papers(m_desk, *m_printer, paperContext(feed)), m_night(settings.night)
+      m_papers(m_desk, *m_printer, paperContext(feed)),
+      m_hasOwnTime(settings.startTime >= 0 || !qFuzzyCompare(settings.pace, 1.0)),
+      m_night(settings.night)
 {
     startFleet();
     m_offers.update();
@@ -179,21 +189,38 @@ void Terminal::startFleet()
 {
     feed::addVehicles(m_feed, m_vehicles);
     m_fleet = std::make_unique<fleet::FleetSimulator>(
-        fleet::Timetable(m_feed.network), m_vehicles,
+        m_timetable, m_vehicles,
         m_settings.isDemo ? fleet::FleetSimulator::Vehicles::Simulated
                           : fleet::FleetSimulator::Vehicles::AsReported);
     m_fleet->setPace(m_settings.pace);
-    m_fleet->setTime(m_settings.startTime >= 0 ? m_settings.startTime
-                                               : QTime(0, 0).secsTo(QTime::currentTime()));
+    m_fleet->setTime(startOf(m_settings));
+    m_ownVehicle =
+        m_fleet->vehicleOf(m_trip.context()->tripsExecutionId(), m_trip.context()->routeId());
+    showOwnTrip();
     m_fleet->start();
+}
+
+/// This vehicle is where the driver's trip is, on the fleet page too.
+void Terminal::showOwnTrip()
+{
+    const int trip = m_trip.trip() == nullptr ? -1 : m_trip.trip()->number;
+    m_fleet->setOwn(m_ownVehicle, trip, m_trip.stop());
 }
 
 /// The clock of the system, which may be set while the terminal runs, unless another time is shown.
 QDateTime Terminal::timeOfSale() const
 {
     const QDateTime now = QDateTime::currentDateTime();
-    const bool isNowShown = m_settings.startTime < 0 && qFuzzyCompare(m_settings.pace, 1.0);
-    return isNowShown ? now : QDateTime(now.date(), QTime(0, 0).addSecs(m_fleet->time()));
+    return m_hasOwnTime ? QDateTime(now.date(), QTime(0, 0).addSecs(m_fleet->time())) : now;
+}
+
+/// The status line shows the time of the fleet: it follows the clock of the system, unless it was
+/// set or runs at another pace.
+void Terminal::keepTime()
+{
+    const int now = QTime(0, 0).secsTo(QTime::currentTime());
+    if (!m_hasOwnTime && std::abs(now - m_fleet->time()) > 1)
+        m_fleet->setTime(now);
 }
 
 /// The basket stays as it is when other tickets are sold.
@@ -201,7 +228,11 @@ void Terminal::followTrip()
 {
     m_desk.setTicketDetails([this](sales::Ticket& ticket) { m_details.fill(ticket); });
     board();
+    connect(&m_trip, &TripDesk::stopChanged, this, &Terminal::showOwnTrip);
     connect(m_trip.context(), &feed::TripContext::currentStopIdChanged, this, &Terminal::board);
+    connect(m_fleet.get(), &fleet::FleetSimulator::paceChanged, this,
+            [this] { m_hasOwnTime = true; });
+    connect(m_fleet.get(), &fleet::FleetSimulator::timeChanged, this, &Terminal::keepTime);
     connect(m_fleet.get(), &fleet::FleetSimulator::timeChanged, &m_offers, &OfferDesk::update);
     connect(&m_offers, &OfferDesk::changed, this, [this] {
         m_desk.setBoardingZones(m_offers.zones());

@@ -115,6 +115,8 @@ signals:
 
 private:
     QDateTime timeOfSale() const;
+    void keepTime();
+    void showOwnTrip();
     void startFleet();
     void followTrip();
     void layOutGrid();
@@ -136,6 +138,7 @@ private:
     QSortFilterProxyModel m_closedShifts;
     AssetsModel m_vehicles;
     PeripheralsModel m_peripherals;
+    const fleet::Timetable m_timetable; ///< of today
     std::unique_ptr<fleet::FleetSimulator> m_fleet;
     TripDesk m_trip;
     OfferDesk m_offers;
@@ -150,6 +153,8 @@ private:
     drivers::DriverDesk m_drivers;
     PaperDesk m_papers;
     std::unique_ptr<VehicleParts> m_parts;
+    int m_ownVehicle = -1;
+    bool m_hasOwnTime; ///< not that of the system
     bool m_night;
 };
 

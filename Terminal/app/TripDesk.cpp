@@ -1,6 +1,9 @@
 #include "TripDesk.h"
 
 #include <Feed.h>
+#include <Tariff.h>
+
+#include <QTime>
 
 #include <algorithm>
 
@@ -10,8 +13,11 @@ namespace rivo::terminal
 namespace
 {
 
+using fleet::Seconds;
 using fleet::Timetable;
 using fleet::Trip;
+
+constexpr Seconds day = 86400;
 
 feed::FeedTripContext contextOf(const Trip& trip)
 {
@@ -24,19 +30,49 @@ feed::FeedTripContext contextOf(const Trip& trip)
             trip.id};
 }
 
-const Trip* firstOfRoute(const Timetable& timetable, int route)
+/// A trip that passes midnight also runs in the first hours.
+bool isRunning(const Trip& trip, Seconds now)
 {
-    const auto found = std::find_if(timetable.trips().cbegin(), timetable.trips().cend(),
-                                    [route](const Trip& trip) { return trip.route == route; });
-    return found == timetable.trips().cend() ? nullptr : &*found;
+    return (trip.start() <= now && now <= trip.end()) ||
+           (trip.start() <= now + day && now + day <= trip.end());
 }
 
-const Trip* tripOf(const feed::Feed& feed, const Timetable& timetable)
+bool isOver(const Trip& trip, Seconds now) { return trip.end() < now; }
+
+/// 0 for what runs, 1 for what is to come, 2 for what is over.
+int turnOf(const Trip& trip, Seconds now)
+{
+    return isRunning(trip, now) ? 0 : isOver(trip, now) ? 2 : 1;
+}
+
+/// By turn, then by time: the last one that is over comes first of these.
+bool isBefore(const Trip* left, const Trip* right, Seconds now)
+{
+    const int turn = turnOf(*left, now);
+    if (turn != turnOf(*right, now))
+        return turn < turnOf(*right, now);
+    return turn == 2 ? left->end() > right->end() : left->start() < right->start();
+}
+
+QVector<const Trip*> tripsInTurn(const Timetable& timetable, Seconds now, int route = -1)
+{
+    QVector<const Trip*> trips;
+    for (const Trip& trip : timetable.trips()) {
+        if (route < 0 || trip.route == route)
+            trips.append(&trip);
+    }
+    std::stable_sort(trips.begin(), trips.end(), [now](const Trip* left, const Trip* right) {
+        return isBefore(left, right, now);
+    });
+    return trips;
+}
+
+const Trip* tripOf(const feed::Feed& feed, const Timetable& timetable, Seconds now)
 {
     if (!feed.trip)
-        return timetable.trips().isEmpty() ? nullptr : &timetable.trips().first();
+        return tripsInTurn(timetable, now).value(0);
     const Trip* exact = timetable.trip(feed.trip->tripsExecutionId);
-    return exact != nullptr ? exact : firstOfRoute(timetable, feed.trip->routeId);
+    return exact != nullptr ? exact : tripsInTurn(timetable, now, feed.trip->routeId).value(0);
 }
 
 feed::FeedTripContext contextOf(const feed::Feed& feed, const Trip* trip)
@@ -44,29 +80,114 @@ feed::FeedTripContext contextOf(const feed::Feed& feed, const Trip* trip)
     return feed.trip ? *feed.trip : trip != nullptr ? contextOf(*trip) : feed::FeedTripContext();
 }
 
+QString destinationOf(const Trip& trip)
+{
+    return trip.headsign.isEmpty() ? trip.calls.last().name : trip.headsign;
+}
+
+QString timeText(Seconds time)
+{
+    return QTime(0, 0).addSecs(time % day).toString(QStringLiteral("HH:mm"));
+}
+
 } // namespace
 
-TripDesk::TripDesk(const feed::Feed& feed, const Timetable& timetable, QObject* parent)
-    : QObject(parent), m_context(contextOf(feed, tripOf(feed, timetable)))
+TripDesk::TripDesk(const feed::Feed& feed, const Timetable& timetable, Seconds now, QObject* parent)
+    : QObject(parent), m_timetable(timetable), m_trip(tripOf(feed, m_timetable, now)),
+      m_context(contextOf(feed, m_trip))
 {
-    const Trip* trip = tripOf(feed, timetable);
-    const fleet::Route* route = timetable.route(m_context.routeId());
+    readTrip(m_context.trip());
+    if (m_timetable.trips().isEmpty())
+        readStops(feed);
+}
+
+/// What is known of the route and the stops of the trip.
+void TripDesk::readTrip(const feed::FeedTripContext& context)
+{
+    const fleet::Route* route = m_timetable.route(context.routeId);
+    m_route.clear();
     if (route != nullptr)
         m_route = route->name;
-    else if (m_context.routeId() >= 0)
-        m_route = QString::number(m_context.routeId());
-    if (trip == nullptr)
+    else if (context.routeId >= 0)
+        m_route = QString::number(context.routeId);
+    m_stops.clear();
+    m_stopNumbers.clear();
+    m_zones.clear();
+    if (m_trip == nullptr)
         return;
-    m_trip = *trip;
-    const QString end = trip->headsign.isEmpty() ? trip->calls.last().name : trip->headsign;
+    const QString end = destinationOf(*m_trip);
     if (!end.isEmpty())
         m_route = tr("%1 to %2").arg(m_route, end);
-    for (const fleet::Call& call : trip->calls) {
+    for (const fleet::Call& call : m_trip->calls) {
         m_stops.append(call.name.isEmpty() ? QString::number(call.stop) : call.name);
         m_stopNumbers.append(call.stop);
         m_zones.append(call.zones);
     }
+    m_stop = m_stopNumbers.indexOf(context.currentStopId);
+}
+
+/// All stops of the network, for choosing by hand.
+void TripDesk::readStops(const feed::Feed& feed)
+{
+    if (!feed.tariff)
+        return;
+    m_stopNumbers = feed.tariff->stopIds.publicNumbers();
+    for (const feed::NetworkStop& stop : feed.network.stops) {
+        m_stops.append(stop.name.isEmpty() ? stop.id : stop.name);
+        m_zones.append(stop.areas);
+    }
     m_stop = m_stopNumbers.indexOf(m_context.currentStopId());
+}
+
+QString TripDesk::tripText() const
+{
+    const bool isExact = m_trip != nullptr && m_trip->number == m_context.tripsExecutionId();
+    return isExact ? timeText(m_trip->start()) : QString();
+}
+
+QVariantList TripDesk::routes() const
+{
+    QVariantList maps;
+    for (const fleet::Route& route : m_timetable.routes()) {
+        const bool hasTrips =
+            std::any_of(m_timetable.trips().begin(), m_timetable.trips().end(),
+                        [&route](const Trip& trip) { return trip.route == route.number; });
+        if (hasTrips)
+            maps.append(QVariantMap{{QStringLiteral("route"), route.number},
+                                    {QStringLiteral("name"), route.name},
+                                    {QStringLiteral("title"), route.title}});
+    }
+    return maps;
+}
+
+QVariantList TripDesk::tripsOf(int route, int now) const
+{
+    QVariantList maps;
+    const QVector<const Trip*> trips = tripsInTurn(m_timetable, now, route);
+    for (const Trip* trip : trips)
+        maps.append(QVariantMap{
+            {QStringLiteral("trip"), trip->number},
+            {QStringLiteral("time"),
+             QStringLiteral("%1–%2").arg(timeText(trip->start()), timeText(trip->end()))},
+            {QStringLiteral("destination"), destinationOf(*trip)},
+            {QStringLiteral("isNow"), turnOf(*trip, now) == 0},
+            {QStringLiteral("isOver"), turnOf(*trip, now) == 2},
+            {QStringLiteral("isChosen"), trip->number == m_context.tripsExecutionId()}});
+    return maps;
+}
+
+bool TripDesk::choose(int trip)
+{
+    const Trip* found = m_timetable.trip(trip);
+    if (found == nullptr)
+        return false;
+    m_trip = found;
+    const feed::FeedTripContext context = contextOf(*found);
+    readTrip(context); // what follows the context reads the stops
+    m_context.setTrip(context);
+    emit tripChanged();
+    emit stopChanged();
+    return true;
 }
 
 QString TripDesk::stopName() const

@@ -5,8 +5,7 @@
 
 #include <QObject>
 #include <QStringList>
-
-#include <optional>
+#include <QVariantList>
 
 namespace rivo::feed
 {
@@ -16,28 +15,50 @@ struct Feed;
 namespace rivo::terminal
 {
 
-/// The trip that this vehicle is on, and where on it: what every ticket is sold with.
+/// The trip that this vehicle is on, and where on it: what every ticket is sold with, what the
+/// status line shows, and what the fleet page has of this vehicle.
 ///
-/// The feed's trip, if it has one; otherwise the first of the timetable. Its stops are known if the
-/// timetable has the trip, or another one of its route.
+/// At first the feed's trip, if it has one; otherwise the trip of the timetable that runs at the
+/// time, or the next one. Its stops are known if the timetable has the trip, or another one of its
+/// route. In a network without trips all stops are there to choose from.
 class TripDesk : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(rivo::feed::TripContext* context READ context CONSTANT)
-    Q_PROPERTY(QString route READ route CONSTANT)
-    Q_PROPERTY(QStringList stops READ stops CONSTANT)
-    Q_PROPERTY(int stopCount READ stopCount CONSTANT)
+    Q_PROPERTY(QString route READ route NOTIFY tripChanged)
+    Q_PROPERTY(QString tripText READ tripText NOTIFY tripChanged)
+    Q_PROPERTY(int routeNumber READ routeNumber NOTIFY tripChanged)
+    Q_PROPERTY(QVariantList routes READ routes CONSTANT)
+    Q_PROPERTY(QStringList stops READ stops NOTIFY tripChanged)
+    Q_PROPERTY(int stopCount READ stopCount NOTIFY tripChanged)
     Q_PROPERTY(int stop READ stop WRITE setStop NOTIFY stopChanged)
     Q_PROPERTY(QString stopName READ stopName NOTIFY stopChanged)
     Q_PROPERTY(QString punctuality READ punctuality NOTIFY punctualityChanged)
 
 public:
-    TripDesk(const feed::Feed& feed, const fleet::Timetable& timetable, QObject* parent = nullptr);
+    /// `now`: second of the service day.
+    TripDesk(const feed::Feed& feed, const fleet::Timetable& timetable, fleet::Seconds now = 0,
+             QObject* parent = nullptr);
 
     /// The trip context for tickets; lives as long as this.
     feed::TripContext* context() { return &m_context; }
 
     QString route() const { return m_route; } ///< name and destination, for people
+    /// When the trip starts; empty if the timetable does not have it.
+    QString tripText() const;
+    int routeNumber() const { return m_context.routeId(); }
+
+    /// Routes with trips: maps of route (number), name and title.
+    QVariantList routes() const;
+    /// The trips of a route: those that run at `now`, then the later ones, then those that are
+    /// over. Maps of trip (number), time, destination, isNow, isOver and isChosen.
+    Q_INVOKABLE QVariantList tripsOf(int route, int now) const;
+    /// Begins a trip of the timetable at its first stop. False if there is none of this number.
+    Q_INVOKABLE bool choose(int trip);
+    /// The trip of the timetable that is shown, which may be another one of the route; null
+    /// without.
+    const fleet::Trip* trip() const { return m_trip; }
+
     QStringList stops() const { return m_stops; }
     int stopCount() const { return m_stops.size(); }
 
@@ -59,17 +80,22 @@ public:
     void setPunctuality(const QString& text);
 
 signals:
+    void tripChanged();
     void stopChanged();
     void punctualityChanged();
 
 private:
+    void readTrip(const feed::FeedTripContext& context);
+    void readStops(const feed::Feed& feed);
+
+    const fleet::Timetable m_timetable;
+    const fleet::Trip* m_trip = nullptr;
     feed::TripContext m_context;
     QString m_route;
     QStringList m_stops;
     QVector<int> m_stopNumbers;
     QVector<QVector<int>> m_zones; ///< of the stops
     int m_stop = -1;
-    std::optional<fleet::Trip> m_trip;
     QString m_punctuality;
 };
 

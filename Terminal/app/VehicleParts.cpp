@@ -123,7 +123,9 @@ void VehicleParts::followPosition(const config::PositionConfig& config)
     m_positionRow = addRow(tr("Position"), QStringLiteral("gps"));
     m_clockRow = addRow(tr("Time"), QStringLiteral("device"));
     m_position = std::make_unique<VehiclePosition>(sourceOf(config));
-    m_position->setTrip(m_terminal.trip.trip());
+    const auto follow = [this] { m_position->setTrip(m_terminal.trip.trip()); };
+    follow();
+    connect(&m_terminal.trip, &TripDesk::tripChanged, m_position.get(), follow);
     connect(m_position.get(), &VehiclePosition::stateChanged, this, &VehicleParts::showPosition);
     connect(m_position.get(), &VehiclePosition::stopReached, &m_terminal.trip, &TripDesk::setStop);
     connect(m_position.get(), &VehiclePosition::progressChanged, this,

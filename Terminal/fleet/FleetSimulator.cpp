@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace rivo::fleet
 {
@@ -271,6 +272,9 @@ void FleetSimulator::reportVehicle(AssetItem& vehicle)
             vehicle.setDrivingStatus(reporting == Stale ? tr("no report") : tr("off-line"));
         return;
     }
+    const Trip* chosen = vehicle.id() == m_own ? m_timetable.trip(m_ownTrip) : nullptr;
+    if (chosen != nullptr && m_ownCall >= 0 && m_ownCall < chosen->calls.size())
+        return reportOwn(vehicle, *chosen);
     const Trip* trip = tripOf(vehicle.id());
     if (trip == nullptr) {
         vehicle.setDrivingStatus(parked.drivingStatus);
@@ -279,14 +283,41 @@ void FleetSimulator::reportVehicle(AssetItem& vehicle)
     const bool isWaiting = !isRunning(*trip);
     const Trip::Moment moment =
         trip->at(isWaiting ? trip->start() : trip->start() + secondOfDay(m_time - trip->start()));
-    const Path::Place place = trip->path->at(moment.metres);
-    vehicle.setAssetCoordinate(place.coordinate);
-    vehicle.setDirection(place.direction);
+    place(vehicle, *trip, moment.metres);
     vehicle.setDrivingStatus(isWaiting          ? tr("waiting")
                              : moment.isStopped ? tr("at a stop")
                                                 : tr("driving"));
+}
+
+/// Where it is on its trip, and where it goes.
+void FleetSimulator::place(AssetItem& vehicle, const Trip& trip, double metres) const
+{
+    const Path::Place place = trip.path->at(metres);
+    vehicle.setAssetCoordinate(place.coordinate);
+    vehicle.setDirection(place.direction);
     vehicle.setRouteStatus(
-        tr("to %1").arg(trip->headsign.isEmpty() ? trip->calls.last().name : trip->headsign));
+        tr("to %1").arg(trip.headsign.isEmpty() ? trip.calls.last().name : trip.headsign));
+}
+
+/// At the stop that the driver has chosen.
+void FleetSimulator::reportOwn(AssetItem& vehicle, const Trip& trip)
+{
+    if (!trip.path->points().isEmpty())
+        place(vehicle, trip, trip.calls.at(m_ownCall).metres);
+    const Route* route = m_timetable.route(trip.route);
+    vehicle.setRouteId(trip.route);
+    vehicle.setRouteName(route == nullptr ? QString() : route->title);
+    vehicle.setDrivingStatus(tr("at a stop"));
+}
+
+void FleetSimulator::setOwn(int vehicle, int trip, int call)
+{
+    const bool isOther = std::exchange(m_own, vehicle) != vehicle;
+    m_ownTrip = trip;
+    m_ownCall = call;
+    report();
+    if (isOther)
+        emit ownChanged();
 }
 
 } // namespace rivo::fleet

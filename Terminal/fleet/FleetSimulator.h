@@ -30,6 +30,7 @@ class FleetSimulator : public QObject
     Q_PROPERTY(int time READ time NOTIFY timeChanged)
     Q_PROPERTY(QString timeText READ timeText NOTIFY timeChanged)
     Q_PROPERTY(double pace READ pace WRITE setPace NOTIFY paceChanged)
+    Q_PROPERTY(int own READ own NOTIFY ownChanged)
     Q_PROPERTY(QVariantList lines READ lines CONSTANT)
     Q_PROPERTY(QVariantList stops READ stops CONSTANT)
 
@@ -76,6 +77,11 @@ public:
     /// seconds since their reports say how current they are.
     void setReportedByOthers(const QHash<int, Seconds>& silences) { m_reportedByOthers = silences; }
 
+    /// Vehicle `vehicle` is on trip `trip` of the timetable, at its call `call`, whatever its duty
+    /// says; -1 for none. The driver has chosen that.
+    void setOwn(int vehicle, int trip, int call);
+    int own() const { return m_own; } ///< this vehicle; -1 if the fleet does not have it
+
     /// The vehicle that runs trip `trip` on some part of the day, otherwise the first one of route
     /// `route`; -1 if there is none.
     Q_INVOKABLE int vehicleOf(int trip, int route) const;
@@ -97,6 +103,7 @@ signals:
     void timeChanged();
     void paceChanged();
     void silentChanged(int id);
+    void ownChanged();
 
 private:
     /// Trips of one vehicle by the second of the day that they start at; they never overlap.
@@ -125,6 +132,8 @@ private:
     bool isRunning(const Trip& trip) const;
     void report();
     void reportVehicle(AssetItem& vehicle);
+    void reportOwn(AssetItem& vehicle, const Trip& trip);
+    void place(AssetItem& vehicle, const Trip& trip, double metres) const;
     AssetItem* vehicle(int row) const;
 
     const Timetable m_timetable;
@@ -134,6 +143,9 @@ private:
     QHash<int, Seconds> m_silentFor; ///< since its last report, by vehicle
     QSet<int> m_silent;
     QHash<int, Seconds> m_reportedByOthers; ///< since their reports, by vehicle
+    int m_own = -1;                         ///< vehicle
+    int m_ownTrip = -1;
+    int m_ownCall = -1;
     QVariantList m_lines;
     QVariantList m_stops;
     QTimer m_ticks;

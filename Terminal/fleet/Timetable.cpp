@@ -67,6 +67,20 @@ QSet<QString> servicesOfBusiestDay(const Network& network)
     return largest == network.trips.cend() ? QSet<QString>() : QSet<QString>({largest->serviceId});
 }
 
+/// The services of `date`, if they have trips.
+QSet<QString> servicesOf(const Network& network, const QDate& date)
+{
+    QSet<QString> running;
+    for (const feed::NetworkService& service : network.services) {
+        if (date.isValid() && service.runsOn(date))
+            running.insert(service.id);
+    }
+    const bool hasTrips = std::any_of(
+        network.trips.cbegin(), network.trips.cend(),
+        [&running](const feed::NetworkTrip& trip) { return running.contains(trip.serviceId); });
+    return hasTrips ? running : servicesOfBusiestDay(network);
+}
+
 QGeoCoordinate coordinateOf(double latitude, double longitude) { return {latitude, longitude}; }
 
 /// Fills in the times that calls do not have; false if fewer than two have one or time runs back.
@@ -155,7 +169,7 @@ Trip::Moment Trip::at(Seconds time) const
     return {from.metres + (next->metres - from.metres) * share, reached - 1, false};
 }
 
-Timetable::Timetable(const Network& network)
+Timetable::Timetable(const Network& network, const QDate& date)
 {
     const QHash<QString, int> routeNumbers = numbersOf(network.routes);
     const QHash<QString, int> tripNumbers = numbersOf(network.trips);
@@ -189,7 +203,7 @@ Timetable::Timetable(const Network& network)
     }
 
     QHash<QVector<int>, std::shared_ptr<const Path>> pathsByStops;
-    const QSet<QString> services = servicesOfBusiestDay(network);
+    const QSet<QString> services = servicesOf(network, date);
     for (const feed::NetworkTrip& record : network.trips) {
         Trip trip{tripNumbers.value(record.id),
                   routeNumbers.value(record.routeId, -1),

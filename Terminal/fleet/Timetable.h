@@ -2,6 +2,7 @@
 
 #include "Path.h"
 
+#include <QDate>
 #include <QHash>
 #include <QString>
 #include <QVector>
@@ -66,8 +67,9 @@ struct Route
 /// The network of a feed as vehicles run it on one day.
 ///
 /// Stops, routes and trips are known by numbers: their own ids if all ids of the kind are positive
-/// integers, otherwise 1, 2, ... in the order of the feed. It is the day of the week with the most
-/// trips; where the feed does not say the days, the service with the most trips. Trips without two
+/// integers, otherwise 1, 2, ... in the order of the feed. It is the day `date`; without
+/// one, or where no trip runs on it, the day of the week with the most trips; where the feed does
+/// not say the days, the service with the most trips. Trips without two
 /// timed stops and trips on which time runs back are left out; times that a stop does not have are
 /// spread evenly between those that are there. A trip without a shape goes straight from stop to
 /// stop, on a path that all trips of these stops share.
@@ -75,7 +77,7 @@ class Timetable
 {
 public:
     Timetable() = default;
-    explicit Timetable(const feed::Network& network);
+    explicit Timetable(const feed::Network& network, const QDate& date = {});
 
     const QVector<Route>& routes() const { return m_routes; }
     const QVector<Trip>& trips() const { return m_trips; } ///< by start time

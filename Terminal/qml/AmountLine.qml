@@ -11,7 +11,8 @@ Item {
     property color ink: Theme.text
     property string valueName ///< objectName of the amount
 
-    implicitHeight: amount.height
+    implicitHeight: smallLabel.advanceWidth > root.width * 0.4
+                    ? Math.max(amount.height, Math.ceil(Theme.smallText * 2.7)) : amount.height
 
     TextMetrics {
         id: metrics
@@ -32,10 +33,12 @@ Item {
         anchors.left: parent.left
         anchors.right: amount.left
         anchors.rightMargin: Theme.gap
-        anchors.verticalCenter: parent.verticalCenter
+        height: parent.height
         text: root.label
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
         font.pixelSize: Theme.normalText
-        fontSizeMode: Text.HorizontalFit
+        fontSizeMode: Text.Fit
         minimumPixelSize: Theme.smallText
         color: root.ink === Theme.text ? Theme.mutedText : root.ink
     }
@@ -43,7 +46,7 @@ Item {
         id: amount
 
         readonly property real room: root.width - Theme.gap
-                                     - Math.min(root.width * 0.4, smallLabel.advanceWidth)
+                                     - Math.min(root.width * 0.45, smallLabel.advanceWidth)
 
         objectName: root.valueName
         anchors.right: parent.right

@@ -10,7 +10,6 @@ T.AbstractButton {
     required property int index
     required property string description
     required property string fareProductName
-    required property string shoppingItemIcon
     required property double price
     required property string origin
     required property string destination
@@ -51,40 +50,30 @@ T.AbstractButton {
                 font.weight: Font.DemiBold
             }
             PlainText {
-                objectName: "lineZones"
+                objectName: "linePassenger"
                 width: parent.width
-                visible: text !== ""
-                text: root.zones
+                text: root.printed ? qsTr("printed")
+                    : root.accepted ? qsTr("being printed")
+                    : root.isReturnFee ? qsTr("%1, return").arg(root.description)
+                    : root.description
                 wrapMode: Text.Wrap
                 maximumLineCount: 4
                 font.pixelSize: Theme.smallText
+                color: root.printed ? Theme.ok : Theme.mutedText
             }
             Item {
                 width: parent.width
-                height: Math.max(passenger.height, priceText.height)
-                Icon {
-                    id: icon
-
-                    anchors.verticalCenter: parent.verticalCenter
-                    size: Math.round(Theme.smallText * 1.4)
-                    source: root.presentation.icon(root.shoppingItemIcon, "qrc:/icons/adult.svg")
-                }
+                height: Math.max(zones.height, priceText.height)
                 PlainText {
-                    id: passenger
+                    id: zones
 
-                    objectName: "linePassenger"
-                    anchors.left: icon.right
-                    anchors.leftMargin: 4
+                    objectName: "lineZones"
                     anchors.verticalCenter: parent.verticalCenter
-                    width: priceText.x - x - 4
-                    text: root.printed ? qsTr("printed")
-                        : root.accepted ? qsTr("being printed")
-                        : root.isReturnFee ? qsTr("%1, return").arg(root.description)
-                        : root.description
+                    width: priceText.x - Theme.gap
+                    text: root.zones
                     wrapMode: Text.Wrap
                     maximumLineCount: 4
                     font.pixelSize: Theme.smallText
-                    color: root.printed ? Theme.ok : Theme.mutedText
                 }
                 PlainText {
                     id: priceText
@@ -93,11 +82,13 @@ T.AbstractButton {
                     anchors.right: parent.right
                     anchors.verticalCenter: parent.verticalCenter
                     width: Math.min(implicitWidth, parent.width * 0.6)
+                    horizontalAlignment: Text.AlignRight
                     elide: Text.ElideNone
                     fontSizeMode: Text.HorizontalFit
                     minimumPixelSize: 1
                     text: root.presentation.priceText(root.price)
-                    font.weight: Font.DemiBold
+                    font.pixelSize: Theme.smallText
+                    font.weight: Font.Bold
                 }
             }
         }

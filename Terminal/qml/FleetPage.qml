@@ -13,7 +13,7 @@ Item {
     required property TripContext trip
     required property Presentation presentation
     required property bool demo ///< shows the controls of the simulation
-    readonly property int ownId: fleet.vehicleOf(trip.tripsExecutionId, trip.routeId)
+    readonly property int ownId: fleet.own
     property int chosenId: ownId
     property bool follow: false
     property bool chosenIsSilent: false

@@ -43,6 +43,7 @@ T.ApplicationWindow {
         drivers: root.terminal.drivers
         demo: root.terminal.isDemo
         onDevicesRequested: root.page = "devices"
+        onTripRequested: trips.ask(root.terminal.fleet.time)
         onNightRequested: night => root.terminal.night = night
     }
     Rectangle {
@@ -202,6 +203,11 @@ T.ApplicationWindow {
         anchors.horizontalCenter: root.contentItem.horizontalCenter
         anchors.bottom: root.contentItem.bottom
         anchors.bottomMargin: 2 * Theme.gap
+    }
+    TripPopup {
+        id: trips
+
+        trip: root.terminal.trip
     }
     SignInPanel {
         drivers: root.terminal.drivers

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
 import Rivo.GuiCore 1.0
 import Rivo.Terminal 1.0
 
@@ -14,6 +15,7 @@ Rectangle {
     required property DriverDesk drivers
     required property bool demo
     signal devicesRequested
+    signal tripRequested
     signal nightRequested(bool night)
 
     color: Theme.raised
@@ -25,16 +27,42 @@ Rectangle {
         anchors.rightMargin: Theme.gap
         height: parent.height
         spacing: Theme.gap
-        Icon {
-            anchors.verticalCenter: parent.verticalCenter
-            source: "qrc:/icons/fleet.svg"
-        }
-        PlainText {
-            objectName: "routeText"
+        T.AbstractButton {
+            id: tripButton
+
+            objectName: "tripButton"
             height: parent.height
-            width: Math.min(implicitWidth, parent.width * 0.4)
-            text: root.trip.route === "" ? qsTr("No trip") : root.trip.route
-            font.weight: Font.DemiBold
+            width: parent.width * 0.45
+            enabled: root.trip.stopCount > 0
+            focusPolicy: Qt.NoFocus
+            Accessible.name: qsTr("Trip and stop")
+            onClicked: root.tripRequested()
+            background: Rectangle {
+                color: tripButton.down ? Qt.darker(Theme.raised, 1.2) : "transparent"
+            }
+            contentItem: Item {
+                Icon {
+                    id: bus
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    source: "qrc:/icons/fleet.svg"
+                }
+                PlainText {
+                    objectName: "routeText"
+                    anchors.left: bus.right
+                    anchors.leftMargin: Theme.gap
+                    anchors.right: parent.right
+                    height: parent.height
+                    text: root.trip.route === "" ? qsTr("No trip")
+                        : root.trip.tripText === "" ? root.trip.route
+                        : root.trip.route + " · " + root.trip.tripText
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 2
+                    fontSizeMode: Text.Fit
+                    minimumPixelSize: Theme.smallText
+                    font.weight: Font.DemiBold
+                }
+            }
         }
         PanelButton {
             objectName: "previousStop"
@@ -50,9 +78,15 @@ Rectangle {
             objectName: "stopText"
             height: parent.height
             // One width for all names, or the button beside it moves away from the finger.
-            width: root.trip.stopCount > 0 ? Math.min(220, parent.width * 0.3) : implicitWidth
+            width: Math.max(1, parent.width - tripButton.width
+                               - (root.trip.stopCount > 0 ? 2 * Theme.touch + 3 * Theme.gap
+                                                          : Theme.gap))
             horizontalAlignment: Text.AlignHCenter
             text: root.trip.stopName
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
+            fontSizeMode: Text.Fit
+            minimumPixelSize: Theme.smallText
         }
         PanelButton {
             objectName: "nextStop"

@@ -30,11 +30,15 @@ T.AbstractButton {
                                              : presentation.color(fareProductColor, Theme.tile)
     readonly property color ink: hasExpired ? Theme.inertInk : presentation.textOn(face)
     required property TileMeasure measure
+    property bool isMade: false ///< tiles that come into view later are made piece by piece
 
+    visible: isMade
     enabled: !isPlaceholder
     focusPolicy: Qt.NoFocus
     Accessible.name: root.isPlaceholder ? "" : root.fareProductName + ", " + root.description
                                                + ", " + root.zones
+
+    Component.onCompleted: isMade = true
 
     background: Item {
         Rectangle {
@@ -135,7 +139,7 @@ T.AbstractButton {
         PlainText {
             id: priceText
 
-            objectName: "priceText"
+            objectName: root.hasExpired ? "expiredText" : "priceText"
             anchors.right: parent.right
             anchors.rightMargin: root.measure.margin
             anchors.bottom: parent.bottom

@@ -100,6 +100,7 @@ private slots:
     void signalsOfVehicles();
     void linesAndStops();
     void vehicleOf();
+    void theOwnVehicleIsWhereTheDriverSays();
     void timeText();
     void runsByItself();
     void shippedFeeds_data();
@@ -556,6 +557,31 @@ void FleetSimulatorTest::vehicleOf()
     QCOMPARE(fleet.simulator->vehicleOf(3, 5), 102);
     QCOMPARE(fleet.simulator->vehicleOf(3, 6), 101);
     QCOMPARE(fleet.simulator->vehicleOf(-1, -1), -1);
+}
+
+void FleetSimulatorTest::theOwnVehicleIsWhereTheDriverSays()
+{
+    TestNetwork network;
+    network.trip("50", "5", out("8:00:00", "8:30:00"))
+        .trip("60", "6", {"2 9:00:00", "3 9:10:00"}, {}, {}, "Centre");
+    Fleet fleet(network, {5});
+    fleet.setTime("8:15:00");
+    QCOMPARE(fleet.stateOf(101), QString("2.5 driving"));
+    const QSignalSpy own(fleet.simulator.get(), &FleetSimulator::ownChanged);
+    fleet.simulator->setOwn(101, 60, 1);
+    QCOMPARE(own.size(), 1);
+    QCOMPARE(fleet.simulator->own(), 101);
+    QCOMPARE(fleet.stateOf(101), QString("3 at a stop"));
+    QCOMPARE(fleet.vehicle(101).routeStatus(), QString("to Centre"));
+    QCOMPARE(fleet.vehicle(101).routeId(), 6);
+    QCOMPARE(fleet.vehicle(101).routeName(), QString("Ring"));
+    fleet.setTime("8:20:00");
+    QCOMPARE(fleet.stateOf(101), QString("3 at a stop"));
+    fleet.simulator->setOwn(101, 60, 0);
+    QCOMPARE(fleet.stateOf(101), QString("2 at a stop"));
+    fleet.simulator->setOwn(101, 99, 0); // no trip of the timetable: it runs its duty
+    QCOMPARE(fleet.stateOf(101), QString("3 driving"));
+    QCOMPARE(own.size(), 1);
 }
 
 void FleetSimulatorTest::timeText()

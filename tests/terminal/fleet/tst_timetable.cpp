@@ -18,6 +18,8 @@ private slots:
     void routeNames();
     void daysOfTheWeek_data();
     void daysOfTheWeek();
+    void dates_data();
+    void dates();
     void times_data();
     void times();
     void tripsAreInOrderOfTheirStart();
@@ -125,6 +127,44 @@ void TimetableTest::daysOfTheWeek()
     for (const Trip& trip : timetable.trips())
         numbers.append(trip.number);
     QCOMPARE(numbers, running);
+}
+
+void TimetableTest::dates_data()
+{
+    QTest::addColumn<QDate>("date");
+    QTest::addColumn<QVector<int>>("running");
+    QTest::newRow("a weekday in its time") << QDate(2026, 3, 2) << QVector<int>{1, 2};
+    QTest::newRow("a Sunday") << QDate(2026, 3, 8) << QVector<int>{3};
+    QTest::newRow("a day that is added, and removed from another service")
+        << QDate(2026, 3, 4) << QVector<int>{3};
+    QTest::newRow("the first day") << QDate(2026, 2, 2) << QVector<int>{1, 2};
+    QTest::newRow("before the first day, as on the busiest day")
+        << QDate(2026, 1, 26) << QVector<int>{1, 2};
+    QTest::newRow("the last day") << QDate(2026, 4, 6) << QVector<int>{1, 2};
+    QTest::newRow("after the last day, Sundays alone") << QDate(2026, 4, 12) << QVector<int>{3};
+    QTest::newRow("no date") << QDate() << QVector<int>{1, 2};
+}
+
+void TimetableTest::dates()
+{
+    QFETCH(QDate, date);
+    TestNetwork network;
+    const QStringList calls{"1 8:00:00", "2 9:00:00"};
+    network.trip("1", "5", calls, {}, "weekdays");
+    network.trip("2", "5", calls, {}, "weekdays");
+    network.trip("3", "5", calls, {}, "Sundays");
+    feed::NetworkService weekdays{"weekdays", 31};
+    weekdays.first = QDate(2026, 2, 2);
+    weekdays.last = QDate(2026, 4, 6);
+    weekdays.removed = {QDate(2026, 3, 4)};
+    feed::NetworkService sundays{"Sundays", 64};
+    sundays.added = {QDate(2026, 3, 4)};
+    network.services = {weekdays, sundays};
+    QVector<int> numbers;
+    const Timetable timetable(network, date);
+    for (const Trip& trip : timetable.trips())
+        numbers.append(trip.number);
+    QTEST(numbers, "running");
 }
 
 void TimetableTest::times_data()

@@ -2,6 +2,8 @@
 #include "TestNetwork.h"
 #include "TripDesk.h"
 
+#include <Tariff.h>
+
 #include <QtTest>
 
 using namespace rivo;
@@ -44,6 +46,10 @@ private slots:
     void stopThatIsVisitedTwice();
     void tripOfTheStops();
     void punctuality();
+    void theTripOfNowComesFirst_data();
+    void theTripOfNowComesFirst();
+    void aTripIsChosen();
+    void stopsWithoutTrips();
 };
 
 void TripDeskTest::trips_data()
@@ -176,6 +182,89 @@ void TripDeskTest::punctuality()
     desk.setPunctuality("5 min late");
     QCOMPARE(desk.punctuality(), QString("5 min late"));
     QCOMPARE(signalLog.take(), QStringList("punctualityChanged()"));
+}
+
+void TripDeskTest::theTripOfNowComesFirst_data()
+{
+    QTest::addColumn<QString>("now");
+    QTest::addColumn<QStringList>("trips");
+    QTest::newRow("before the first: in their order")
+        << "7:00:00" << QStringList{"50 08:00–08:30", "51 10:00–10:30", "52 23:50–00:20"};
+    QTest::newRow("one runs") << "8:10:00"
+                              << QStringList{"50 08:00–08:30 now", "51 10:00–10:30",
+                                             "52 23:50–00:20"};
+    QTest::newRow("between two") << "9:00:00"
+                                 << QStringList{"51 10:00–10:30", "52 23:50–00:20",
+                                                "50 08:00–08:30 over"};
+    QTest::newRow("at night") << "23:55:00"
+                              << QStringList{"52 23:50–00:20 now", "51 10:00–10:30 over",
+                                             "50 08:00–08:30 over"};
+    QTest::newRow("past midnight")
+        << "0:10:00" << QStringList{"52 23:50–00:20 now", "50 08:00–08:30", "51 10:00–10:30"};
+}
+
+void TripDeskTest::theTripOfNowComesFirst()
+{
+    QFETCH(QString, now);
+    const feed::Feed feed =
+        feedWith(network().trip("52", "5", {"1 23:50:00", "2 24:20:00"}, {}, {}, "Night"));
+    const fleet::Seconds seconds = feed::seconds(now);
+    const TripDesk desk(feed, fleet::Timetable(feed.network), seconds);
+    QStringList trips;
+    for (const QVariant& trip : desk.tripsOf(5, seconds)) {
+        const QVariantMap map = trip.toMap();
+        trips.append(map["trip"].toString() + ' ' + map["time"].toString() +
+                     (map["isNow"].toBool() ? " now" : "") +
+                     (map["isOver"].toBool() ? " over" : ""));
+    }
+    QTEST(trips, "trips");
+    QCOMPARE(desk.tripsOf(9, seconds), QVariantList());
+}
+
+void TripDeskTest::aTripIsChosen()
+{
+    const feed::Feed feed = feedWith(network(), feed::FeedTripContext{5, 1, 4, 2, 5, 99, "X"});
+    TripDesk desk(feed, fleet::Timetable(feed.network));
+    QCOMPARE(desk.tripText(), QString()); // trip 99 is not in the timetable
+    QCOMPARE(desk.routes().size(), 2);
+    QCOMPARE(desk.routes().first().toMap()["name"].toString(), QString("5"));
+    SignalLog signalLog(&desk);
+    QStringList seen; // by what follows the context
+    connect(desk.context(), &feed::TripContext::currentStopIdChanged, &desk, [&] {
+        seen.append(QString("%1 %2 %3")
+                        .arg(desk.route(), desk.stopName())
+                        .arg(desk.context()->tripsExecutionId()));
+    });
+    QVERIFY(desk.choose(51));
+    QCOMPARE(seen, QStringList("5 to Beach Stop 1 51"));
+    QCOMPARE(signalLog.take(), QStringList({"tripChanged()", "stopChanged()"}));
+    QCOMPARE(desk.tripText(), QString("10:00"));
+    QCOMPARE(desk.stops(), QStringList({"Stop 1", "Stop 2", "Stop 4"}));
+    QCOMPARE(desk.stop(), 0);
+    QCOMPARE(desk.trip()->number, 51);
+    QVERIFY(desk.tripsOf(5, 0).at(1).toMap()["isChosen"].toBool());
+    QVERIFY(!desk.choose(99));
+    QCOMPARE(signalLog.take(), QStringList());
+    QVERIFY(desk.choose(70));
+    QCOMPARE(desk.routeNumber(), 6);
+}
+
+void TripDeskTest::stopsWithoutTrips()
+{
+    feed::Feed feed = feedWith(TestNetwork());
+    auto tariff = std::make_shared<feed::Tariff>();
+    for (const feed::NetworkStop& stop : qAsConst(feed.network.stops))
+        tariff->stopIds.append(stop.id.toStdString());
+    feed.tariff = tariff;
+    feed.network.stops[1].name.clear();
+    TripDesk desk(feed, fleet::Timetable(feed.network));
+    QCOMPARE(desk.stopCount(), 9);
+    QCOMPARE(desk.stops().mid(0, 2), QStringList({"Stop 1", "2"}));
+    QCOMPARE(desk.stop(), -1);
+    desk.setStop(3);
+    QCOMPARE(desk.stopName(), QString("Stop 4"));
+    QCOMPARE(desk.context()->currentStopId(), 4);
+    QCOMPARE(desk.routes(), QVariantList());
 }
 
 QTEST_GUILESS_MAIN(TripDeskTest)

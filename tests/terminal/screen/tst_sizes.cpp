@@ -21,10 +21,10 @@ constexpr double leastArcMinutes = 12.0;
 constexpr double slack = 1.5; ///< pixels that rounding may take
 
 /// What is read while selling; every button's text is, too.
-const QStringList g_mainTexts{"runningSum",  "debtText",      "padTitle",       "padDue",
-                              "padGiven",    "padChange",     "padCounted",     "padFloat",
-                              "detailPaid",  "pastSalePaid",  "refundQuestion", "toastText",
-                              "signInTitle", "signInRefusal", "detailTitle"};
+const QStringList g_mainTexts{
+    "runningSum",  "debtText",      "padTitle",    "padDue",       "padGiven",       "padChange",
+    "padCounted",  "padFloat",      "detailPaid",  "pastSalePaid", "refundQuestion", "toastText",
+    "signInTitle", "signInRefusal", "detailTitle", "totalText",    "priceText"};
 
 bool isText(const QQuickItem* item) { return item->inherits("QQuickText"); }
 bool isTarget(const QQuickItem* item) { return item->inherits("QQuickAbstractButton"); }
@@ -266,6 +266,8 @@ private slots:
 
     void everythingCanBeReadAndHit_data();
     void everythingCanBeReadAndHit();
+    void theSellPage_data() { panels(); }
+    void theSellPage();
     void theLockedTerminal_data() { panels(); }
     void theLockedTerminal();
 
@@ -378,6 +380,57 @@ void TestSizes::everythingCanBeReadAndHit()
     walk(*screen, findings);
     QCOMPARE(findings.report(), 0);
     QVERIFY2(findings.counted() > 200, qPrintable(QString::number(findings.counted())));
+}
+
+void TestSizes::theSellPage()
+{
+    const auto screen = shown();
+    Findings findings(*screen, scale());
+    const auto areTilesMade = [&] {
+        bool areMade = true;
+        screen->forEachItem([&](QQuickItem* item) {
+            const QVariant isMade = item->property("isMade");
+            areMade = areMade && (!isMade.isValid() || isMade.toBool());
+        });
+        return areMade;
+    };
+    const auto look = [&](const QString& state) {
+        QTest::qWait(200);
+        QTRY_VERIFY(areTilesMade());
+        findings.look(state);
+    };
+    auto* desk = screen->terminal().desk();
+    auto* tiles = screen->terminal().tiles();
+    screen->tap("nav-sell");
+    look("empty basket");
+    for (const int row : {0, 1, 4, 16})
+        QVERIFY(desk->add(row));
+    look("basket");
+    screen->item("basketLines")->setProperty("contentY", 0);
+    QMetaObject::invokeMethod(screen->item("lineProduct")->parentItem()->parentItem()->parentItem(),
+                              "pressAndHold");
+    look("number of tickets");
+    screen->tap("key-4");
+    look("four tickets");
+    screen->tap("padCancel");
+    tiles->setTab(1);
+    look("tiles of a zone");
+    screen->tap("searchButton");
+    look("search");
+    tiles->setSearch("DU");
+    look("search for a word");
+    screen->tap("searchButton");
+    QVERIFY(desk->payCash(10000));
+    QTRY_COMPARE(desk->state(), SalesDesk::Selling);
+    QTest::qWait(200);
+    look("paid");
+    tiles->setTab(0);
+    look("sold often");
+    screen->tap("tripButton");
+    look("trips and stops");
+    screen->tap("closeTrips");
+    QCOMPARE(findings.report(), 0);
+    QVERIFY2(findings.counted() > 100, qPrintable(QString::number(findings.counted())));
 }
 
 void TestSizes::theLockedTerminal()

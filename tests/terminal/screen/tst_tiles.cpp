@@ -84,7 +84,7 @@ QVector<QQuickItem*> tilesIn(ScreenUnderTest& shown)
 {
     QVector<QQuickItem*> tiles;
     shown.forEachItem(shown.item("grid"), [&](QQuickItem* item) {
-        if (item->property("tile").isValid() && item->isEnabled())
+        if (item->property("isMade").toBool() && item->isEnabled())
             tiles.append(item);
     });
     return tiles;
