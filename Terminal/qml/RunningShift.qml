@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
 import Rivo.Terminal 1.0
 
 /// The shift that is being worked: what was sold, and the cash that the driver has to hand over,
@@ -60,181 +61,193 @@ ShiftReport {
         }
     }
 
-    Column {
+    // What does not fit is scrolled.
+    Flickable {
+        id: scrolled
+
         anchors.top: parent.top
+        anchors.bottom: buttons.top
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.margins: 2 * Theme.gap
-        spacing: root.height < Theme.mm(100) ? Theme.gap : 2 * Theme.gap
+        anchors.bottomMargin: Theme.gap
+        contentWidth: width
+        contentHeight: figuresColumn.height
+        clip: true
+        interactive: contentHeight > height
+        boundsBehavior: Flickable.StopAtBounds
+        T.ScrollBar.vertical: ScrollMark {}
+        Column {
+            id: figuresColumn
 
-        Item {
-            width: parent.width
-            height: Math.max(sum.height, names.height)
-            Column {
-                id: names
+            width: scrolled.width
+            spacing: root.height < Theme.mm(100) ? Theme.gap : 2 * Theme.gap
 
-                anchors.left: parent.left
-                anchors.right: sum.left
-                anchors.rightMargin: Theme.gap
-                anchors.verticalCenter: parent.verticalCenter
-                PlainText {
-                    objectName: "runningNumber"
-                    width: parent.width
-                    text: qsTr("Z report %1").arg(root.number)
-                    wrapMode: Text.Wrap
-                    font.pixelSize: Theme.mediumText
-                    font.weight: Font.DemiBold
+            Item {
+                width: parent.width
+                height: Math.max(sum.height, names.height)
+                Column {
+                    id: names
+
+                    anchors.left: parent.left
+                    anchors.right: sum.left
+                    anchors.rightMargin: Theme.gap
+                    anchors.verticalCenter: parent.verticalCenter
+                    PlainText {
+                        objectName: "runningNumber"
+                        width: parent.width
+                        text: qsTr("Z report %1").arg(root.number)
+                        wrapMode: Text.Wrap
+                        font.pixelSize: Theme.mediumText
+                        font.weight: Font.DemiBold
+                    }
+                    PlainText {
+                        objectName: "runningState"
+                        width: parent.width
+                        text: root.closedNumber !== "" && root.ticketCountData === 0
+                              ? qsTr("Shift %1 is closed.").arg(root.closedNumber)
+                              : root.desk.driverName !== ""
+                                ? qsTr("Running shift, driver %1").arg(root.desk.driverName)
+                                : qsTr("Running shift")
+                        wrapMode: Text.Wrap
+                        font.pixelSize: Theme.smallText
+                        color: Theme.ok
+                        font.weight: Font.DemiBold
+                    }
                 }
                 PlainText {
-                    objectName: "runningState"
-                    width: parent.width
-                    text: root.closedNumber !== "" && root.ticketCountData === 0
-                          ? qsTr("Shift %1 is closed.").arg(root.closedNumber)
-                          : root.desk.driverName !== ""
-                            ? qsTr("Running shift, driver %1").arg(root.desk.driverName)
-                            : qsTr("Running shift")
-                    wrapMode: Text.Wrap
-                    font.pixelSize: Theme.smallText
-                    color: Theme.ok
-                    font.weight: Font.DemiBold
+                    id: sum
+
+                    objectName: "runningSum"
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: root.money(root.zSumData)
+                    font.pixelSize: Theme.hugeText
+                    font.weight: Font.Bold
+                }
+            }
+            Grid {
+                id: facts
+
+                readonly property real cellWidth: (width - columnSpacing) / columns
+
+                width: parent.width
+                columns: 2
+                columnSpacing: 2 * Theme.gap
+                rowSpacing: Theme.gap
+                Fact {
+                    width: facts.cellWidth
+                    label: qsTr("Tickets")
+                    value: root.ticketCountData < 0 ? "" : root.ticketCountData
+                }
+                Fact {
+                    width: facts.cellWidth
+                    label: qsTr("Paid by card")
+                    value: root.cardText
+                }
+                Fact {
+                    width: facts.cellWidth
+                    label: qsTr("First ticket")
+                    value: root.fromTicketData
+                }
+                Fact {
+                    width: facts.cellWidth
+                    label: qsTr("Last ticket")
+                    value: root.toTicketData
+                }
+            }
+            Rectangle {
+                id: cashBox
+
+                readonly property color ink: root.isLimitReached ? Theme.errorInk : Theme.text
+
+                width: parent.width
+                height: cash.height + 2 * Theme.gap
+                radius: Theme.radius
+                color: root.isLimitReached ? Theme.error : Theme.raised
+
+                Column {
+                    id: cash
+
+                    x: 2 * Theme.gap
+                    y: Theme.gap
+                    width: parent.width - 2 * x
+                    spacing: Theme.mm(0.5)
+                    Item {
+                        width: parent.width
+                        height: Math.max(amount.height, 2.4 * Theme.smallText)
+                        Icon {
+                            id: mark
+
+                            anchors.verticalCenter: parent.verticalCenter
+                            source: root.isLimitReached ? "qrc:/icons/warning.svg"
+                                                        : "qrc:/icons/cash.svg"
+                            ink: cashBox.ink
+                        }
+                        PlainText {
+                            anchors.left: mark.right
+                            anchors.leftMargin: Theme.gap
+                            anchors.right: amount.left
+                            anchors.rightMargin: Theme.gap
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: qsTr("Cash to hand over")
+                            wrapMode: Text.Wrap
+                            maximumLineCount: 2
+                            font.pixelSize: Theme.smallText
+                            color: cashBox.ink
+                        }
+                        PlainText {
+                            id: amount
+
+                            objectName: "debtText"
+                            anchors.right: parent.right
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: root.money(root.currentDebt)
+                            font.pixelSize: Theme.largeText
+                            font.weight: Font.Bold
+                            color: cashBox.ink
+                        }
+                    }
+                    Rectangle {
+                        width: parent.width
+                        height: Theme.gap
+                        radius: height / 2
+                        visible: root.hasLimit && !root.isLimitReached
+                        color: Theme.line
+                        Rectangle {
+                            width: parent.width * Math.max(0, root.currentDebt / root.maxAllowedDebt)
+                            height: parent.height
+                            radius: parent.radius
+                            color: Theme.accent
+                        }
+                    }
+                    PlainText {
+                        objectName: "limitText"
+                        width: parent.width
+                        text: !root.hasLimit ? qsTr("There is no limit.")
+                            : root.isLimitReached
+                              ? (root.ownCash > 0
+                                 ? qsTr("The limit of %1 is reached: close the shift and hand the cash over.")
+                                 : qsTr("The limit of %1 is reached: hand the cash over."))
+                                    .arg(root.money(root.maxAllowedDebt))
+                              : qsTr("Limit %1").arg(root.money(root.maxAllowedDebt))
+                        wrapMode: Text.Wrap
+                        font.pixelSize: Theme.smallText
+                        font.weight: root.isLimitReached ? Font.DemiBold : Font.Normal
+                        color: root.isLimitReached ? Theme.errorInk : Theme.mutedText
+                    }
                 }
             }
             PlainText {
-                id: sum
-
-                objectName: "runningSum"
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                text: root.money(root.zSumData)
-                font.pixelSize: Theme.hugeText
-                font.weight: Font.Bold
+                objectName: "otherFigures"
+                width: parent.width
+                visible: text !== ""
+                text: root.otherFigures()
+                wrapMode: Text.Wrap
+                font.pixelSize: Theme.smallText
+                color: Theme.mutedText
             }
         }
-        Grid {
-            id: facts
-
-            readonly property real cellWidth: (width - columnSpacing) / columns
-
-            width: parent.width
-            columns: 2
-            columnSpacing: 2 * Theme.gap
-            rowSpacing: Theme.gap
-            Fact {
-                width: facts.cellWidth
-                label: qsTr("Tickets")
-                value: root.ticketCountData < 0 ? "" : root.ticketCountData
-            }
-            Fact {
-                width: facts.cellWidth
-                label: qsTr("Paid by card")
-                value: root.cardText
-            }
-            Fact {
-                width: facts.cellWidth
-                label: qsTr("First ticket")
-                value: root.fromTicketData
-            }
-            Fact {
-                width: facts.cellWidth
-                label: qsTr("Last ticket")
-                value: root.toTicketData
-            }
-        }
-        Rectangle {
-            id: cashBox
-
-            readonly property color ink: root.isLimitReached ? Theme.errorInk : Theme.text
-
-            width: parent.width
-            height: cash.height + 2 * Theme.gap
-            radius: Theme.radius
-            color: root.isLimitReached ? Theme.error : Theme.raised
-
-            Column {
-                id: cash
-
-                x: 2 * Theme.gap
-                y: Theme.gap
-                width: parent.width - 2 * x
-                spacing: Theme.mm(0.5)
-                Item {
-                    width: parent.width
-                    height: Math.max(amount.height, 2.4 * Theme.smallText)
-                    Icon {
-                        id: mark
-
-                        anchors.verticalCenter: parent.verticalCenter
-                        source: root.isLimitReached ? "qrc:/icons/warning.svg"
-                                                    : "qrc:/icons/cash.svg"
-                        ink: cashBox.ink
-                    }
-                    PlainText {
-                        anchors.left: mark.right
-                        anchors.leftMargin: Theme.gap
-                        anchors.right: amount.left
-                        anchors.rightMargin: Theme.gap
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: qsTr("Cash to hand over")
-                        wrapMode: Text.Wrap
-                        maximumLineCount: 2
-                        font.pixelSize: Theme.smallText
-                        color: cashBox.ink
-                    }
-                    PlainText {
-                        id: amount
-
-                        objectName: "debtText"
-                        anchors.right: parent.right
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: root.money(root.currentDebt)
-                        font.pixelSize: Theme.largeText
-                        font.weight: Font.Bold
-                        color: cashBox.ink
-                    }
-                }
-                Rectangle {
-                    width: parent.width
-                    height: Theme.gap
-                    radius: height / 2
-                    visible: root.hasLimit && !root.isLimitReached
-                    color: Theme.line
-                    Rectangle {
-                        width: parent.width * Math.max(0, root.currentDebt / root.maxAllowedDebt)
-                        height: parent.height
-                        radius: parent.radius
-                        color: Theme.accent
-                    }
-                }
-                PlainText {
-                    objectName: "limitText"
-                    width: parent.width
-                    text: !root.hasLimit ? qsTr("There is no limit.")
-                        : root.isLimitReached
-                          ? (root.ownCash > 0
-                             ? qsTr("The limit of %1 is reached: close the shift and hand the cash over.")
-                             : qsTr("The limit of %1 is reached: hand the cash over."))
-                                .arg(root.money(root.maxAllowedDebt))
-                          : qsTr("Limit %1").arg(root.money(root.maxAllowedDebt))
-                    wrapMode: Text.Wrap
-                    font.pixelSize: Theme.smallText
-                    font.weight: root.isLimitReached ? Font.DemiBold : Font.Normal
-                    color: root.isLimitReached ? Theme.errorInk : Theme.mutedText
-                }
-            }
-        }
-    }
-    PlainText {
-        objectName: "otherFigures"
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.bottom: buttons.top
-        anchors.margins: 2 * Theme.gap
-        anchors.bottomMargin: Theme.gap
-        text: root.otherFigures()
-        wrapMode: Text.Wrap
-        maximumLineCount: 3
-        font.pixelSize: Theme.smallText
-        color: Theme.mutedText
     }
     Row {
         id: buttons

@@ -22,6 +22,7 @@ private slots:
     void aShiftOfTheBackOfficeHasNoPaper();
     void theDriverOfTheShiftIsNamed();
     void everyButtonHasRoomForItsText();
+    void figuresCoverNothing();
 
 private:
     void start() override { show(exampleFeed("coast-line"), "zreport"); }
@@ -183,6 +184,20 @@ void TestReports::everyButtonHasRoomForItsText()
                  name);
     }
     QCoreApplication::removeTranslator(&translator);
+}
+
+void TestReports::figuresCoverNothing()
+{
+    QVERIFY(desk().setOpeningFloat(40000)); // more than a driver may carry
+    sell(1);
+    QVERIFY(desk().voidLastSale());
+    m_shown->window()->grabWindow();
+    const auto place = [this](const char* name) {
+        const QQuickItem* item = m_shown->item(name);
+        return item->mapRectToScene(item->boundingRect());
+    };
+    QVERIFY(m_shown->text("limitText").contains("reached"));
+    QVERIFY(place("otherFigures").top() >= place("limitText").bottom());
 }
 
 QTEST_MAIN(TestReports)
