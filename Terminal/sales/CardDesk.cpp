@@ -312,34 +312,36 @@ void CardDesk::shiftClosed()
 
 void CardDesk::beginDay()
 {
-    if (m_isClosingDay || m_isDayRefused || m_journal.shiftOfOpenCardDay() == 0)
+    const qint64 shift = m_isClosingDay || m_isDayRefused ? 0 : m_journal.shiftOfOpenCardDay();
+    if (shift == 0)
         return;
+    if (!m_journal.beginCardDay(shift, QDateTime::currentDateTime()))
+        return emit journalFailed();
     m_isClosingDay = true;
     if (!m_terminal->endOfDay())
         m_isClosingDay = false;
     emit changed();
 }
 
+/// A day that is refused waits for the next shift.
 void CardDesk::useDay(const Answer& answer)
 {
     if (!m_isClosingDay)
         return;
     m_isClosingDay = false;
-    const qint64 shift = m_journal.shiftOfOpenCardDay();
-    const bool isKnown = answer.verdict == Verdict::Approved;
-    m_isDayRefused = answer.verdict == Verdict::Declined; // until the next shift
-    if (!m_isDayRefused) {
-        const auto difference = m_journal.recordCardDay(
-            shift, isKnown ? std::make_optional(answer.total) : std::nullopt,
-            QDateTime::currentDateTime());
-        if (!difference)
-            emit journalFailed();
-        else if (isKnown)
+    m_isDayRefused = answer.verdict == Verdict::Declined;
+    if (answer.verdict == Verdict::Approved) {
+        const qint64 shift = m_journal.shiftOfOpenCardDay();
+        const auto difference =
+            m_journal.recordCardDay(shift, answer.total, QDateTime::currentDateTime());
+        if (difference)
             emit cardDayEnded(shift, *difference);
+        else
+            emit journalFailed();
+    } else {
+        m_retry.start(m_retryTime);
     }
     emit changed();
-    if (!isKnown)
-        m_retry.start(m_retryTime);
 }
 
 bool CardDesk::isReturnOpen() const

@@ -142,11 +142,11 @@ public:
     /// none.
     qint64 shiftOfOpenCardDay();
 
-    /// Records that the card terminal closed its day after `shift` and reported `total`; without
-    /// it, that it may have. Returns the difference to what the journal expects. A day that was
-    /// closed without an answer is seen by the next total.
-    std::optional<Minor> recordCardDay(qint64 shift, std::optional<Minor> total,
-                                       const QDateTime& at);
+    /// Records that the card terminal is about to close its day after `shift`, and that it did and
+    /// reported `total`. Returns the difference to what the journal expects. A day that was closed
+    /// without an answer is seen by the next total.
+    bool beginCardDay(qint64 shift, const QDateTime& at);
+    std::optional<Minor> recordCardDay(qint64 shift, Minor total, const QDateTime& at);
 
     /// Records the float of the running shift; the last one counts.
     bool recordOpeningFloat(Minor amount, const QDateTime& at);

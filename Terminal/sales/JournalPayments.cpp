@@ -270,7 +270,8 @@ bool Journal::isReversible(const CardPayment& charge)
         m_file->fault()
             ? std::nullopt
             : m_file->value(
-                  QStringLiteral("SELECT (SELECT COUNT(*) FROM card_day WHERE record > %1) +"
+                  QStringLiteral("SELECT (SELECT COUNT(*) FROM card_day WHERE record > %1 AND"
+                                 " total NOT NULL) +"
                                  " (SELECT COUNT(*) FROM payment JOIN outcome ON"
                                  " outcome.payment = payment.record AND verdict = %2"
                                  " WHERE origin = %1)")
@@ -309,36 +310,43 @@ qint64 Journal::shiftOfOpenCardDay()
     return shift ? shift->toLongLong() : 0;
 }
 
-std::optional<Minor> Journal::recordCardDay(qint64 shift, std::optional<Minor> total,
-                                            const QDateTime& at)
+bool Journal::beginCardDay(qint64 shift, const QDateTime& at)
+{
+    return m_file->inTransaction([&] {
+        const auto record = addRecord(RecordKind::CardDay, shift, at);
+        return record && m_file->insert("card_day", {*record, QVariant(), QVariant()});
+    });
+}
+
+std::optional<Minor> Journal::recordCardDay(qint64 shift, Minor total, const QDateTime& at)
 {
     Minor difference = 0;
     const bool isDone = m_file->inTransaction([&] {
-        QVector<qint64> beginnings; // the last day that is certain, then those that may be
-        QSqlQuery query = m_file->prepared(QStringLiteral(
-            "SELECT record FROM card_day WHERE record >= (SELECT IFNULL(MAX(record), 0) FROM"
-            " card_day WHERE total NOT NULL) ORDER BY record"));
-        if (!m_file->forEachRow(query, [&] { beginnings.append(query.value(0).toLongLong()); }))
-            return false;
+        // The last end that is certain, then those whose answers were lost, then this one.
+        QVector<qint64> ends;
+        QSqlQuery query = m_file->prepared(
+            QStringLiteral("SELECT record FROM card_day WHERE record > (SELECT IFNULL(MAX(record),"
+                           " 0) FROM card_day WHERE total NOT NULL) ORDER BY record"));
         const auto certain = m_file->value(
             QStringLiteral("SELECT IFNULL(MAX(record), 0) FROM card_day WHERE total NOT NULL"));
-        const auto expected = certain ? cardTotalSince(certain->toLongLong()) : std::nullopt;
-        const auto record = expected ? addRecord(RecordKind::CardDay, shift, at) : std::nullopt;
-        if (!record)
+        if (!certain ||
+            !m_file->forEachRow(query, [&] { ends.append(query.value(0).toLongLong()); }))
             return false;
-        // A terminal reports no negative sum.
-        difference = total.value_or(0) - std::max(Minor(0), *expected);
-        for (const qint64 beginning : qAsConst(beginnings)) {
-            const auto since = cardTotalSince(beginning);
-            if (since && total == std::max(Minor(0), *since))
-                difference = 0;
+        if (!ends.isEmpty())
+            ends.removeLast();
+        ends.prepend(certain->toLongLong());
+        QVector<Minor> differences; // a terminal reports no negative sum
+        for (const qint64 end : qAsConst(ends)) {
+            const auto expected = cardTotalSince(end);
+            if (!expected)
+                return false;
+            differences.append(total - std::max(Minor(0), *expected));
         }
-        return m_file
-            ->insert("card_day", {*record, total ? QVariant(*total) : QVariant(),
-                                  total ? QVariant(difference) : QVariant()})
-            .has_value();
+        difference = differences.contains(0) ? 0 : differences.first();
+        const auto record = addRecord(RecordKind::CardDay, shift, at);
+        return record && m_file->insert("card_day", {*record, total, difference});
     });
-    return isDone ? std::make_optional(total ? difference : 0) : std::nullopt;
+    return isDone ? std::make_optional(difference) : std::nullopt;
 }
 
 } // namespace rivo::sales

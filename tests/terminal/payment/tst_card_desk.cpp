@@ -433,6 +433,23 @@ private slots:
         QCOMPARE(m_cards->asked.count("day"), 2);
     }
 
+    void aDayThatEndsWhileThePowerGoesIsSeenByTheNext()
+    {
+        auto counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QVERIFY(play(*counter, "adult card"));
+        m_cards->approve();
+        QVERIFY(play(*counter, "end close"));
+        QCOMPARE(m_cards->asked.last(), QString("day"));
+        counter.reset();
+        m_cards->answerDay(190); // not heard
+        counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QCOMPARE(m_cards->asked.count("day"), 2);
+        m_cards->answerDay(0);
+        QVERIFY(counter->journal.closedShift(17)->isCardDayEnded);
+        QCOMPARE(counter->journal.closedShift(17)->cardDayDifference, 0);
+        QCOMPARE(counter->refusals, QStringList());
+    }
+
     void aDayThatIsRefusedWaitsForTheNextShift()
     {
         CardCounter counter(file(), *m_cards);

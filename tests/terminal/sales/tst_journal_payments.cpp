@@ -179,6 +179,9 @@ private slots:
         QCOMPARE(journal.shiftOfOpenCardDay(), 0);
         QVERIFY(journal.closeShift(noon));
         QCOMPARE(journal.shiftOfOpenCardDay(), 17);
+        QVERIFY(journal.beginCardDay(17, noon));
+        QVERIFY(journal.isReversible(*journal.cardPayment(charge.id)));
+        QCOMPARE(journal.shiftOfOpenCardDay(), 17);
         QCOMPARE(journal.recordCardDay(17, 190, noon).value(), 0);
         QCOMPARE(journal.shiftOfOpenCardDay(), 0);
         QVERIFY(!journal.isReversible(*journal.cardPayment(charge.id)));
@@ -195,6 +198,7 @@ private slots:
         sellByCard(journal, 95, 2);
         QVERIFY(journal.closeShift(noon));
         QVERIFY(!journal.closedShift(17)->isCardDayEnded);
+        QVERIFY(journal.beginCardDay(17, noon));
         QCOMPARE(journal.recordCardDay(17, 300, noon).value(), 15);
         QCOMPARE(journal.closedShift(17)->cardDayDifference, 15);
     }
@@ -204,10 +208,11 @@ private slots:
         OpenJournal journal(file());
         sellByCard(journal, 190, 1);
         QVERIFY(journal.closeShift(noon));
-        QCOMPARE(journal.recordCardDay(17, std::nullopt, noon).value(), 0);
+        QVERIFY(journal.beginCardDay(17, noon));
         QCOMPARE(journal.shiftOfOpenCardDay(), 17);
         sellByCard(journal, 95, 2);
         // The terminal had closed its day: its next total is that of the payment since.
+        QVERIFY(journal.beginCardDay(17, noon));
         QCOMPARE(journal.recordCardDay(17, 95, noon).value(), 0);
         QCOMPARE(journal.shiftOfOpenCardDay(), 0);
     }
@@ -217,9 +222,19 @@ private slots:
         OpenJournal journal(file());
         sellByCard(journal, 190, 1);
         QVERIFY(journal.closeShift(noon));
-        QVERIFY(journal.recordCardDay(17, std::nullopt, noon));
+        QVERIFY(journal.beginCardDay(17, noon));
         sellByCard(journal, 95, 2);
+        QVERIFY(journal.beginCardDay(17, noon));
         QCOMPARE(journal.recordCardDay(17, 285, noon).value(), 0);
+    }
+
+    void aDayThatWasJustClosedHasToAddUp()
+    {
+        OpenJournal journal(file());
+        sellByCard(journal, 190, 1);
+        QVERIFY(journal.closeShift(noon));
+        QVERIFY(journal.beginCardDay(17, noon));
+        QCOMPARE(journal.recordCardDay(17, 0, noon).value(), -190);
     }
 
     /// Every byte stays for a later look.
@@ -234,8 +249,9 @@ private slots:
               "UPDATE outcome SET verdict = 2 WHERE record = 2",
               "UPDATE outcome SET verdict = 3 WHERE record = 2", "DELETE FROM payment",
               "UPDATE sale SET pay_method = 1", "UPDATE card_sale SET sale = 99 WHERE payment = 1",
-              "UPDATE card_reversal SET payment = 1", "UPDATE card_day SET total = NULL",
-              "DELETE FROM card_day", "DROP TABLE payment_ticket", "DROP TABLE card_day"})
+              "UPDATE card_reversal SET payment = 1",
+              "UPDATE card_day SET total = NULL WHERE total = 95", "DELETE FROM card_day",
+              "DROP TABLE payment_ticket", "DROP TABLE card_day"})
             QTest::newRow(harm) << harm;
     }
     void paymentsThatContradictEachOtherAreDamage()
@@ -249,6 +265,7 @@ private slots:
                                     "late", 190, noon, approved(*back, 2)));
             sellByCard(journal, 95, 3);
             QVERIFY(journal.closeShift(noon));
+            QVERIFY(journal.beginCardDay(17, noon));
             QVERIFY(journal.recordCardDay(17, 95, noon));
         }
         {
@@ -267,6 +284,7 @@ private slots:
         QVERIFY(!journal.knowsReceipt(receipt(1, 190)));
         QVERIFY(!journal.isReversible(CardPayment()));
         QCOMPARE(journal.shiftOfOpenCardDay(), 0);
+        QVERIFY(!journal.beginCardDay(17, noon));
         QVERIFY(!journal.recordCardDay(17, 5, noon));
         QVERIFY(!journal.recordOutcome({1, Verdict::Declined, {}, {}}, noon));
         QCOMPARE(filesIn(m_folder->path()), before);
