@@ -101,8 +101,10 @@ Rectangle {
         PlainText {
             objectName: "punctualityText"
             height: parent.height
+            width: Math.max(0, Math.min(implicitWidth, parent.width - x))
             visible: text !== ""
             text: root.trip.punctuality
+            font.pixelSize: Theme.smallText
             font.weight: Font.DemiBold
         }
     }
