@@ -97,14 +97,14 @@ bool CardDesk::charge(Minor amount)
 {
     if (!obstacle().isEmpty())
         return false;
-    return begin(m_journal.beginCharge(amount, QDateTime::currentDateTime()));
+    return begin(m_journal.beginCharge(amount, m_clock()));
 }
 
 bool CardDesk::giveBack(const CardPayment& wanted)
 {
     if (!obstacle().isEmpty())
         return false;
-    return begin(m_journal.beginReturn(wanted, QDateTime::currentDateTime()));
+    return begin(m_journal.beginReturn(wanted, m_clock()));
 }
 
 bool CardDesk::begin(const std::optional<CardPayment>& payment)
@@ -195,7 +195,7 @@ void CardDesk::approve(const payment::Receipt& receipt, const QString& note)
         emit charged(payment, outcome);
     } else if (isOfTickets) {
         emit returned(payment, outcome);
-    } else if (!m_journal.recordOutcome(outcome, QDateTime::currentDateTime())) {
+    } else if (!m_journal.recordOutcome(outcome, m_clock())) {
         emit journalFailed();
     } else if (payment.direction == CardDirection::Return) {
         unbookedIsReturned(payment);
@@ -212,8 +212,7 @@ void CardDesk::decline(const QString& reason)
     const bool wasReleased = isReleased();
     m_payment.reset();
     m_isUnclear = false;
-    if (!m_journal.recordOutcome({payment.id, Verdict::Declined, {}, reason},
-                                 QDateTime::currentDateTime())) {
+    if (!m_journal.recordOutcome({payment.id, Verdict::Declined, {}, reason}, m_clock())) {
         emit changed();
         return emit journalFailed();
     }
@@ -241,7 +240,7 @@ void CardDesk::giveBackUnbooked()
     CardPayment wanted;
     wanted.origin = m_unbooked.first().id;
     wanted.amount = m_unbooked.first().amount;
-    begin(m_journal.beginReturn(wanted, QDateTime::currentDateTime()));
+    begin(m_journal.beginReturn(wanted, m_clock()));
 }
 
 void CardDesk::unbookedIsReturned(const CardPayment& payment)
@@ -282,8 +281,7 @@ bool CardDesk::release()
     if (!mayRelease())
         return false;
     if (!m_journal.recordOutcome(
-            {m_payment->id, Verdict::Unknown, {}, QStringLiteral("basket set free")},
-            QDateTime::currentDateTime())) {
+            {m_payment->id, Verdict::Unknown, {}, QStringLiteral("basket set free")}, m_clock())) {
         emit journalFailed();
         return false;
     }
@@ -315,7 +313,7 @@ void CardDesk::beginDay()
     const qint64 shift = m_isClosingDay || m_isDayRefused ? 0 : m_journal.shiftOfOpenCardDay();
     if (shift == 0)
         return;
-    if (!m_journal.beginCardDay(shift, QDateTime::currentDateTime()))
+    if (!m_journal.beginCardDay(shift, m_clock()))
         return emit journalFailed();
     m_isClosingDay = true;
     if (!m_terminal->endOfDay())
@@ -332,8 +330,7 @@ void CardDesk::useDay(const Answer& answer)
     m_isDayRefused = answer.verdict == Verdict::Declined;
     if (answer.verdict == Verdict::Approved) {
         const qint64 shift = m_journal.shiftOfOpenCardDay();
-        const auto difference =
-            m_journal.recordCardDay(shift, answer.total, QDateTime::currentDateTime());
+        const auto difference = m_journal.recordCardDay(shift, answer.total, m_clock());
         if (difference)
             emit cardDayEnded(shift, *difference);
         else

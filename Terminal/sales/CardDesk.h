@@ -2,12 +2,15 @@
 
 #include "Records.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QPointer>
 #include <QString>
 #include <QTimer>
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 namespace rivo::sales
 {
@@ -38,6 +41,10 @@ public:
     /// is asked for.
     void setTerminal(payment::PaymentTerminal* terminal);
     payment::PaymentTerminal* terminal() const { return m_terminal; }
+
+    /// The clock that records have their time of; at first that of the system.
+    using Clock = std::function<QDateTime()>;
+    void setClock(Clock clock) { m_clock = std::move(clock); }
 
     /// Milliseconds until the card terminal is asked again what it did.
     void setRetryTime(int milliseconds) { m_retryTime = milliseconds; }
@@ -121,6 +128,7 @@ private:
     bool m_isClosingDay = false;
     bool m_isDayRefused = false;
     int m_retryTime = 2000;
+    Clock m_clock = &QDateTime::currentDateTime;
     QString m_result;
 };
 

@@ -69,6 +69,12 @@ SalesDesk::SalesDesk(const SalesModels& models, Journal& journal, TicketPrinter&
 
 SalesDesk::~SalesDesk() = default;
 
+void SalesDesk::setClock(const std::function<QDateTime()>& clock)
+{
+    m_clock = clock;
+    m_card->setClock(clock);
+}
+
 void SalesDesk::restore(double maxDebt)
 {
     m_shifts->show(maxDebt);

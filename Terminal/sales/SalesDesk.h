@@ -116,7 +116,7 @@ public:
     void restore(double maxDebt);
 
     /// The clock that sales and all other records have their time of; at first that of the system.
-    void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
+    void setClock(const std::function<QDateTime()>& clock);
 
     /// What is done with cards. Without a terminal set there, cards are not taken.
     CardDesk* card() const { return m_card; }

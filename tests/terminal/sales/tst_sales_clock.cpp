@@ -92,6 +92,16 @@ private slots:
         QVERIFY(play(again, "child cash end"));
         QCOMPARE(again.report(0)->toTicketNumber(), QString("000006"));
     }
+
+    void everyRecordHasTheTimeOfTheDesksClock()
+    {
+        const QTemporaryDir folder;
+        Counter counter(folder.filePath("sales.db"));
+        counter.desk.setClock([] { return start; });
+        QVERIFY(play(counter, "adult cash end child card end close hand:17"));
+        QCOMPARE(rowsOf(onlyConnection(), "SELECT DISTINCT substr(at, 1, 19) FROM record"),
+                 QStringList(start.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"))));
+    }
 };
 
 QTEST_GUILESS_MAIN(TestSalesClock)
