@@ -261,6 +261,8 @@ void EscPosPrinter::beReady()
 
 void EscPosPrinter::send()
 {
+    // Before the time of the answer begins: the first picture of a text loads fonts.
+    const QByteArray paper = encode(ticket::layOut(m_job, m_context), m_format);
     m_step = Step::Printing;
     m_progress = Progress::Sent;
     m_deadline.start(m_times.paper);
@@ -268,7 +270,7 @@ void EscPosPrinter::send()
     m_nextStep.start(m_times.poll);
     if (m_job.opensDrawer)
         m_link->write(drawerPulse());
-    m_link->write(encode(ticket::layOut(m_job, m_context), m_format));
+    m_link->write(paper);
     requestProof();
 }
 
