@@ -2,6 +2,8 @@
 #include "GtfsCases.h"
 #include "Soak.h"
 
+#include <ctime>
+
 using namespace rivo::feed;
 
 namespace
@@ -12,6 +14,16 @@ const QByteArray json = R"({"format": "rivo-feed", "version": 1, "currency": "EU
  "price": 2.5, "fareProductId": 3, "fareProductName": "Sing\\le", "fromStopGroupId": -4,
  "toStopGroupId": 5e0, "isDaily": false}], "x-a": [null, [], {"b": true}],
 "vehicles": [{"id": 1, "registrationNumber": "R", "latitude": 1, "longitude": 2}]})";
+
+/// Processor time since it was made, which other programs on a busy machine do not add to.
+class ProcessorTime
+{
+public:
+    int seconds() const { return static_cast<int>((std::clock() - m_start) / CLOCKS_PER_SEC); }
+
+private:
+    const std::clock_t m_start = std::clock();
+};
 
 /// A feed with every file that is read.
 const QMap<QString, QByteArray>& gtfs()
@@ -138,13 +150,12 @@ void FeedRobustnessTest::hostileJsonEndsSoon_data()
 void FeedRobustnessTest::hostileJsonEndsSoon()
 {
     QFETCH(QByteArray, hostile);
-    QElapsedTimer timer;
-    timer.start();
+    const ProcessorTime time;
     const FeedResult result = loadJson(hostile);
     QVERIFY(!result.feed);
     for (const QString& line : result.problemLines())
         QVERIFY2(line.size() < 20'000'000, qPrintable(line.left(200)));
-    QVERIFY2(timer.elapsed() < 60'000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(time.seconds() < 60, qPrintable(QString::number(time.seconds())));
 }
 
 void FeedRobustnessTest::hostileCsvEndsSoon_data()
@@ -168,14 +179,13 @@ void FeedRobustnessTest::hostileCsvEndsSoon_data()
 void FeedRobustnessTest::hostileCsvEndsSoon()
 {
     QFETCH(QByteArray, csv);
-    QElapsedTimer timer;
-    timer.start();
+    const ProcessorTime time;
     FeedFiles::write("gtfs/fare_products.txt", csv);
     const FeedResult result = load("gtfs");
     QVERIFY(!result.feed);
     for (const QString& line : result.problemLines())
         QVERIFY2(line.size() < 1'000, qPrintable(line.left(200)));
-    QVERIFY2(timer.elapsed() < 60'000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(time.seconds() < 60, qPrintable(QString::number(time.seconds())));
 }
 
 QTEST_GUILESS_MAIN(FeedRobustnessTest)
