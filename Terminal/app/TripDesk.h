@@ -71,9 +71,6 @@ public:
     /// Name of the current stop, or its number where no name is known; empty without a trip.
     QString stopName() const;
 
-    /// The trip whose stops these are; null if the timetable has none.
-    const fleet::Trip* trip() const { return m_trip ? &*m_trip : nullptr; }
-
     /// That the vehicle is late, ahead or off route, for people; empty if it is on time, or
     /// unknown.
     QString punctuality() const { return m_punctuality; }
