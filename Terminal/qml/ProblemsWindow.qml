@@ -50,7 +50,7 @@ T.ApplicationWindow {
         objectName: "problemLines"
         anchors.top: texts.bottom
         anchors.topMargin: Theme.gap
-        anchors.bottom: parent.bottom
+        height: root.height - y
         anchors.left: texts.left
         anchors.right: texts.right
         clip: true

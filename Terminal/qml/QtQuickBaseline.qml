@@ -11,21 +11,25 @@ Window {
     visible: true
 
     GridView {
+        id: grid
+
         objectName: "grid"
-        anchors.fill: parent
-        anchors.rightMargin: root.width / 3
+        width: root.width * 2 / 3
+        height: root.height
         model: 2000
         cellWidth: width / 4
         cellHeight: height / 4
         delegate: Rectangle {
+            id: tile
+
             required property int index
 
-            width: GridView.view.cellWidth - 6
-            height: GridView.view.cellHeight - 6
+            width: grid.cellWidth - 6
+            height: grid.cellHeight - 6
             color: "#cfe3f3"
             Text {
                 anchors.centerIn: parent
-                text: "Tile " + index
+                text: "Tile " + tile.index
             }
             MouseArea {
                 anchors.fill: parent
@@ -34,9 +38,8 @@ Window {
         }
     }
     Text {
-        anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
-        width: root.width / 4
+        x: grid.width
+        y: root.height / 2
         text: root.taps
     }
 }
