@@ -87,16 +87,21 @@ public:
         return found != nullptr && found->isEnabled();
     }
 
-    /// The tile of row `row` of the grid, scrolled into view.
+    /// The tile of row `row` of the grid, scrolled into view; null if it is not shown.
     Q_INVOKABLE QQuickItem* tile(int row)
     {
+        const auto* tiles = m_shown->terminal().tiles();
+        const QModelIndexList shown = tiles->match(
+            tiles->index(0), rivo::terminal::TileDesk::TileRole, row, 1, Qt::MatchExactly);
+        if (shown.isEmpty())
+            return nullptr;
         QQuickItem* grid = m_shown->item("grid");
-        QMetaObject::invokeMethod(grid, "positionViewAtIndex", Q_ARG(int, row), Q_ARG(int, 4));
+        QMetaObject::invokeMethod(grid, "positionViewAtIndex", Q_ARG(int, shown.first().row()),
+                                  Q_ARG(int, 4));
         QQuickItem* found = nullptr;
         m_shown->forEachItem(grid, [&](QQuickItem* item) {
-            if (item->inherits("QQuickAbstractButton") &&
-                item->property("fareProductName").isValid() &&
-                item->property("index").toInt() == row)
+            const QVariant tile = item->property("tile");
+            if (item->inherits("QQuickAbstractButton") && tile.isValid() && tile.toInt() == row)
                 found = item;
         });
         return found;
