@@ -73,10 +73,6 @@
         <translation>Alle entfernen</translation>
     </message>
     <message>
-        <source>Paid, but the terminal stopped while printing. Is ticket %1 out?</source>
-        <translation>Bezahlt, dann beim Drucken ausgefallen. Ist Fahrkarte %1 gedruckt?</translation>
-    </message>
-    <message>
         <source>It is out</source>
         <translation>Ist gedruckt</translation>
     </message>
@@ -115,6 +111,188 @@
     <message>
         <source>Amount given</source>
         <translation>Gegebener Betrag</translation>
+    </message>
+    <message>
+        <source>Last sale again</source>
+        <translation>Letzter Verkauf</translation>
+    </message>
+    <message>
+        <source>Paid, but printing was interrupted.</source>
+        <translation>Bezahlt, aber der Druck wurde unterbrochen.</translation>
+    </message>
+</context>
+<context>
+    <name>CardPayment</name>
+    <message>
+        <source>Not paid: %1</source>
+        <translation>Nicht bezahlt: %1</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Go on</source>
+        <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>Go on without knowing whether the card was charged?</source>
+        <translation>Weiter, ohne zu wissen, ob die Karte belastet wurde?</translation>
+    </message>
+    <message>
+        <source>If it was, the card terminal gives the money back.</source>
+        <translation>Falls ja, erstattet das Kartenterminal den Betrag.</translation>
+    </message>
+</context>
+<context>
+    <name>CardTerminal</name>
+    <message>
+        <source>The card cannot be read.</source>
+        <translation>Die Karte ist nicht lesbar.</translation>
+    </message>
+    <message>
+        <source>There is no card.</source>
+        <translation>Es ist keine Karte da.</translation>
+    </message>
+    <message>
+        <source>The card terminal could not do this.</source>
+        <translation>Das Kartenterminal konnte das nicht ausführen.</translation>
+    </message>
+    <message>
+        <source>This card cannot be used for this.</source>
+        <translation>Diese Karte ist dafür nicht zugelassen.</translation>
+    </message>
+    <message>
+        <source>The card terminal is full: end its day.</source>
+        <translation>Das Kartenterminal ist voll: Kassenschnitt nötig.</translation>
+    </message>
+    <message>
+        <source>The card terminal is not registered.</source>
+        <translation>Das Kartenterminal ist nicht angemeldet.</translation>
+    </message>
+    <message>
+        <source>The payment was stopped.</source>
+        <translation>Die Zahlung wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The card is blocked.</source>
+        <translation>Die Karte ist gesperrt.</translation>
+    </message>
+    <message>
+        <source>The card terminal takes another currency.</source>
+        <translation>Das Kartenterminal rechnet in einer anderen Währung.</translation>
+    </message>
+    <message>
+        <source>There is not enough money on the card.</source>
+        <translation>Das Guthaben der Karte reicht nicht.</translation>
+    </message>
+    <message>
+        <source>The chip of the card does not work.</source>
+        <translation>Der Chip der Karte ist defekt.</translation>
+    </message>
+    <message>
+        <source>The card has expired.</source>
+        <translation>Die Karte ist abgelaufen.</translation>
+    </message>
+    <message>
+        <source>This card is not accepted.</source>
+        <translation>Diese Karte wird nicht angenommen.</translation>
+    </message>
+    <message>
+        <source>The bank cannot be reached.</source>
+        <translation>Die Bank ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The card terminal cannot do this.</source>
+        <translation>Das Kartenterminal kann das nicht.</translation>
+    </message>
+    <message>
+        <source>The card terminal has no key.</source>
+        <translation>Dem Kartenterminal fehlt ein Schlüssel.</translation>
+    </message>
+    <message>
+        <source>The card terminal was not understood.</source>
+        <translation>Das Kartenterminal wurde nicht verstanden.</translation>
+    </message>
+    <message>
+        <source>The card terminal is busy.</source>
+        <translation>Das Kartenterminal ist beschäftigt.</translation>
+    </message>
+    <message>
+        <source>The bank does not answer.</source>
+        <translation>Die Bank antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The payment was taken back already.</source>
+        <translation>Die Zahlung wurde schon storniert.</translation>
+    </message>
+    <message>
+        <source>The payment cannot be taken back.</source>
+        <translation>Die Zahlung kann nicht storniert werden.</translation>
+    </message>
+    <message>
+        <source>Confirm the amount</source>
+        <translation>Betrag bestätigen</translation>
+    </message>
+    <message>
+        <source>Enter the PIN</source>
+        <translation>PIN eingeben</translation>
+    </message>
+    <message>
+        <source>See the card terminal</source>
+        <translation>Kartenterminal beachten</translation>
+    </message>
+    <message>
+        <source>Not accepted</source>
+        <translation>Nicht angenommen</translation>
+    </message>
+    <message>
+        <source>Asking the bank</source>
+        <translation>Anfrage bei der Bank</translation>
+    </message>
+    <message>
+        <source>The payment is being taken back</source>
+        <translation>Die Zahlung wird storniert</translation>
+    </message>
+    <message>
+        <source>The card is not accepted</source>
+        <translation>Die Karte wird nicht angenommen</translation>
+    </message>
+    <message>
+        <source>The card has expired</source>
+        <translation>Die Karte ist abgelaufen</translation>
+    </message>
+    <message>
+        <source>Present the card</source>
+        <translation>Karte vorhalten</translation>
+    </message>
+    <message>
+        <source>Remove the card</source>
+        <translation>Karte entnehmen</translation>
+    </message>
+    <message>
+        <source>The card cannot be read</source>
+        <translation>Die Karte ist nicht lesbar</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>Please wait</source>
+        <translation>Bitte warten</translation>
+    </message>
+    <message>
+        <source>The day is being closed</source>
+        <translation>Kassenschnitt läuft</translation>
+    </message>
+    <message>
+        <source>Wrong PIN</source>
+        <translation>Falsche PIN</translation>
+    </message>
+    <message>
+        <source>Declined by the card terminal (%1).</source>
+        <translation>Vom Kartenterminal abgelehnt (%1).</translation>
     </message>
 </context>
 <context>
@@ -393,6 +571,14 @@
     </message>
 </context>
 <context>
+    <name>NotSoldList</name>
+    <message>
+        <source>%1: %2</source>
+        <comment>a fare, and why it is not sold</comment>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
     <name>NumberPad</name>
     <message>
         <source>Erase the last digit</source>
@@ -655,6 +841,33 @@
     </message>
 </context>
 <context>
+    <name>QuantityPad</name>
+    <message>
+        <source>How many tickets?</source>
+        <translation>Wie viele Fahrscheine?</translation>
+    </message>
+    <message numerus="yes">
+        <source>Add %n</source>
+        <comment>tickets</comment>
+        <translation>
+            <numerusform>%n hinzu</numerusform>
+            <numerusform>%n hinzu</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Tickets</source>
+        <translation>Fahrscheine</translation>
+    </message>
+    <message>
+        <source>Together</source>
+        <translation>Zusammen</translation>
+    </message>
+</context>
+<context>
     <name>RefundPopup</name>
     <message>
         <source>Wrong ticket</source>
@@ -814,10 +1027,21 @@
     </message>
 </context>
 <context>
+    <name>SearchPad</name>
+    <message>
+        <source>Erase the last letter</source>
+        <translation>Letzten Buchstaben löschen</translation>
+    </message>
+</context>
+<context>
     <name>SellPage</name>
     <message>
         <source>This feed has nothing to sell.</source>
         <translation>Diese Daten enthalten nichts zu verkaufen.</translation>
+    </message>
+    <message>
+        <source>No ticket has such a word.</source>
+        <translation>Kein Fahrschein mit diesem Wort.</translation>
     </message>
 </context>
 <context>
@@ -960,16 +1184,66 @@
         <source>Lock the terminal</source>
         <translation>Terminal sperren</translation>
     </message>
+    <message>
+        <source>Trip and stop</source>
+        <translation>Fahrt und Haltestelle</translation>
+    </message>
+</context>
+<context>
+    <name>TabStrip</name>
+    <message>
+        <source>End the search</source>
+        <translation>Suche beenden</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Begin of a word</source>
+        <translation>Wortanfang</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %n ticket(s)</source>
+        <translation>
+            <numerusform>%1, %n Fahrschein</numerusform>
+            <numerusform>%1, %n Fahrscheine</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Tile</name>
     <message>
-        <source>Zone %1</source>
-        <translation>Zone %1</translation>
-    </message>
-    <message>
         <source>expired</source>
         <translation>abgelaufen</translation>
+    </message>
+    <message>
+        <source>%1 −%2%</source>
+        <comment>passenger, discount</comment>
+        <translation>%1 −%2%</translation>
+    </message>
+</context>
+<context>
+    <name>TripPopup</name>
+    <message>
+        <source>Trip and stop</source>
+        <translation>Fahrt und Haltestelle</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Haltestelle</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>%1, now</source>
+        <translation>%1, jetzt</translation>
+    </message>
+    <message>
+        <source>%1, over</source>
+        <translation>%1, vorbei</translation>
     </message>
 </context>
 <context>
@@ -1053,6 +1327,312 @@
     <message>
         <source>to %1</source>
         <translation>nach %1</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::health::Texts</name>
+    <message>
+        <source>not connected</source>
+        <translation>nicht verbunden</translation>
+    </message>
+    <message>
+        <source>connected: %1</source>
+        <translation>verbunden: %1</translation>
+    </message>
+    <message>
+        <source>cannot be written</source>
+        <translation>kann nicht beschrieben werden</translation>
+    </message>
+    <message>
+        <source>%1 MB free</source>
+        <translation>%1 MB frei</translation>
+    </message>
+    <message>
+        <source>%1 °C</source>
+        <translation>%1 °C</translation>
+    </message>
+    <message>
+        <source>dark</source>
+        <translation>dunkel</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::live::LiveFetcher</name>
+    <message>
+        <source>the answer takes too long</source>
+        <translation>die Antwort dauert zu lange</translation>
+    </message>
+    <message>
+        <source>there is no such file</source>
+        <translation>die Datei gibt es nicht</translation>
+    </message>
+    <message>
+        <source>the message is too large</source>
+        <translation>die Nachricht ist zu groß</translation>
+    </message>
+    <message>
+        <source>status %1</source>
+        <translation>Status %1</translation>
+    </message>
+    <message>
+        <source>the message cannot be unpacked</source>
+        <translation>die Nachricht lässt sich nicht entpacken</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::live::LiveVehicles</name>
+    <message numerus="yes">
+        <source>%n vehicle(s)</source>
+        <translation>
+            <numerusform>%n Fahrzeug</numerusform>
+            <numerusform>%n Fahrzeuge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>no answer yet</source>
+        <translation>noch keine Antwort</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::live::Texts</name>
+    <message>
+        <source>to %1</source>
+        <translation>nach %1</translation>
+    </message>
+    <message>
+        <source>driving</source>
+        <translation>fährt</translation>
+    </message>
+    <message>
+        <source>at a stop</source>
+        <translation>an Haltestelle</translation>
+    </message>
+    <message>
+        <source>no report</source>
+        <translation>keine Meldung</translation>
+    </message>
+    <message>
+        <source>off-line</source>
+        <translation>außer Betrieb</translation>
+    </message>
+    <message>
+        <source>no message of GTFS-Realtime</source>
+        <translation>keine Nachricht von GTFS-Realtime</translation>
+    </message>
+    <message>
+        <source>a message with changes only</source>
+        <translation>eine Nachricht nur mit Änderungen</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::payment::SimulatedPaymentTerminal</name>
+    <message>
+        <source>Simulated card terminal</source>
+        <translation>Simuliertes Kartenterminal</translation>
+    </message>
+    <message>
+        <source>Simulated card</source>
+        <translation>Simulierte Karte</translation>
+    </message>
+    <message>
+        <source>The payment was stopped.</source>
+        <translation>Die Zahlung wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Simulated answer</source>
+        <translation>Simulierte Antwort</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::payment::ZvtTerminal</name>
+    <message>
+        <source>No connection to the card terminal</source>
+        <translation>Keine Verbindung zum Kartenterminal</translation>
+    </message>
+    <message>
+        <source>The card terminal cannot take %1.</source>
+        <translation>Das Kartenterminal nimmt kein %1.</translation>
+    </message>
+    <message>
+        <source>The password of the card terminal is not six digits.</source>
+        <translation>Das Kennwort des Kartenterminals hat nicht sechs Ziffern.</translation>
+    </message>
+    <message>
+        <source>The card terminal was not understood.</source>
+        <translation>Das Kartenterminal wurde nicht verstanden.</translation>
+    </message>
+    <message>
+        <source>The card terminal did not say what it did.</source>
+        <translation>Das Kartenterminal hat kein Ergebnis gemeldet.</translation>
+    </message>
+    <message>
+        <source>The card terminal does not answer.</source>
+        <translation>Das Kartenterminal antwortet nicht.</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::position::DeviceSource</name>
+    <message>
+        <source>the device has ended</source>
+        <translation>das Gerät hat aufgehört</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::position::GpsdSource</name>
+    <message>
+        <source>no answer</source>
+        <translation>keine Antwort</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::position::PositionSource</name>
+    <message>
+        <source>nothing was received</source>
+        <translation>nichts wurde empfangen</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::position::VehiclePosition</name>
+    <message>
+        <source>off route</source>
+        <translation>abseits der Strecke</translation>
+    </message>
+    <message>
+        <source>%1 min late</source>
+        <translation>%1 min zu spät</translation>
+    </message>
+    <message>
+        <source>%1 min ahead</source>
+        <translation>%1 min zu früh</translation>
+    </message>
+    <message>
+        <source>not connected</source>
+        <translation>nicht verbunden</translation>
+    </message>
+    <message>
+        <source>not connected: %1</source>
+        <translation>nicht verbunden: %1</translation>
+    </message>
+    <message>
+        <source>nothing is received</source>
+        <translation>nichts wird empfangen</translation>
+    </message>
+    <message>
+        <source>no satellites</source>
+        <translation>keine Satelliten</translation>
+    </message>
+    <message>
+        <source>position jumps</source>
+        <translation>Position springt</translation>
+    </message>
+    <message>
+        <source>no satellites on the way</source>
+        <translation>unterwegs keine Satelliten</translation>
+    </message>
+    <message>
+        <source>position known</source>
+        <translation>Position bekannt</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::printer::EscPosPrinter</name>
+    <message>
+        <source>Not connected: %1</source>
+        <translation>Nicht verbunden: %1</translation>
+    </message>
+    <message>
+        <source>Being connected</source>
+        <translation>Wird verbunden</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>Nicht verbunden</translation>
+    </message>
+    <message>
+        <source>Does not answer</source>
+        <translation>Antwortet nicht</translation>
+    </message>
+    <message>
+        <source>Little paper left</source>
+        <translation>Wenig Papier</translation>
+    </message>
+    <message>
+        <source>Out of paper</source>
+        <translation>Papier leer</translation>
+    </message>
+    <message>
+        <source>Cover open</source>
+        <translation>Klappe offen</translation>
+    </message>
+    <message>
+        <source>The cutter is jammed</source>
+        <translation>Das Messer klemmt</translation>
+    </message>
+    <message>
+        <source>Defective: switch it off and on</source>
+        <translation>Defekt: aus- und einschalten</translation>
+    </message>
+    <message>
+        <source>Too hot: it goes on by itself</source>
+        <translation>Zu heiß: druckt von selbst weiter</translation>
+    </message>
+    <message>
+        <source>Paper is being fed</source>
+        <translation>Papier wird vorgeschoben</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Off-line</source>
+        <translation>Offline</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::sales::CardDesk</name>
+    <message>
+        <source>No card terminal is connected.</source>
+        <translation>Es ist kein Kartenterminal verbunden.</translation>
+    </message>
+    <message>
+        <source>The last card payment is not cleared yet.</source>
+        <translation>Die letzte Kartenzahlung ist noch nicht geklärt.</translation>
+    </message>
+    <message>
+        <source>The card terminal is busy.</source>
+        <translation>Das Kartenterminal ist beschäftigt.</translation>
+    </message>
+    <message>
+        <source>Asking the card terminal whether it was paid</source>
+        <translation>Rückfrage beim Kartenterminal, ob bezahlt wurde</translation>
+    </message>
+    <message>
+        <source>Stopping</source>
+        <translation>Wird abgebrochen</translation>
+    </message>
+    <message>
+        <source>Asking the card terminal</source>
+        <translation>Anfrage beim Kartenterminal</translation>
+    </message>
+    <message>
+        <source>The card terminal does not answer.</source>
+        <translation>Das Kartenterminal antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The card terminal did not do it.</source>
+        <translation>Das Kartenterminal hat es nicht ausgeführt.</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::sales::NoPrinter</name>
+    <message>
+        <source>No ticket printer is set up</source>
+        <translation>Kein Fahrkartendrucker eingerichtet</translation>
     </message>
 </context>
 <context>
@@ -1196,6 +1776,56 @@
         <source>Look whether this was printed.</source>
         <translation>Nachsehen, ob das gedruckt wurde.</translation>
     </message>
+    <message>
+        <source>The card payment is not finished.</source>
+        <translation>Die Kartenzahlung ist nicht abgeschlossen.</translation>
+    </message>
+    <message>
+        <source>%1 is not valid any more.</source>
+        <translation>%1 gilt nicht mehr.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The basket has no room for %n more ticket(s).</source>
+        <translation>
+            <numerusform>Für %n weiteren Fahrschein ist kein Platz im Warenkorb.</numerusform>
+            <numerusform>Für %n weitere Fahrscheine ist kein Platz im Warenkorb.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>At least one ticket is needed.</source>
+        <translation>Mindestens ein Fahrschein ist nötig.</translation>
+    </message>
+    <message>
+        <source>%1 is not sold here now.</source>
+        <translation>%1 wird hier derzeit nicht verkauft.</translation>
+    </message>
+    <message>
+        <source>There is no last sale.</source>
+        <translation>Es gibt keinen letzten Verkauf.</translation>
+    </message>
+    <message>
+        <source>A card payment without tickets was given back.</source>
+        <translation>Eine Kartenzahlung ohne Fahrscheine wurde erstattet.</translation>
+    </message>
+    <message>
+        <source>A card payment without tickets could not be given back: %1</source>
+        <translation>Eine Kartenzahlung ohne Fahrscheine konnte nicht erstattet werden: %1</translation>
+    </message>
+    <message>
+        <source>Shift %1: the card terminal&apos;s total differs by %2.</source>
+        <translation>Schicht %1: Die Summe des Kartenterminals weicht um %2 ab.</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::terminal::CardDevice</name>
+    <message>
+        <source>Card terminal</source>
+        <translation>Kartenterminal</translation>
+    </message>
+    <message>
+        <source>Ready</source>
+        <translation>Bereit</translation>
+    </message>
 </context>
 <context>
     <name>rivo::terminal::CatalogueDesk</name>
@@ -1261,6 +1891,58 @@
         <source>Nothing is sold at this stop now.</source>
         <translation>An dieser Haltestelle wird jetzt nichts verkauft.</translation>
     </message>
+    <message>
+        <source>not on this route</source>
+        <translation>nicht auf dieser Linie</translation>
+    </message>
+    <message>
+        <source>not from this stop</source>
+        <translation>nicht ab dieser Haltestelle</translation>
+    </message>
+    <message>
+        <source>not at this time</source>
+        <translation>nicht zu dieser Zeit</translation>
+    </message>
+    <message>
+        <source>sold before boarding only</source>
+        <translation>nur im Vorverkauf</translation>
+    </message>
+    <message>
+        <source>not sold on paper</source>
+        <translation>nicht auf Papier</translation>
+    </message>
+    <message>
+        <source>another fare applies</source>
+        <translation>ein anderer Tarif gilt</translation>
+    </message>
+    <message>
+        <source>no ticket</source>
+        <translation>ohne Fahrschein</translation>
+    </message>
+    <message>
+        <source>paper</source>
+        <translation>Papier</translation>
+    </message>
+    <message>
+        <source>transit card</source>
+        <translation>Chipkarte</translation>
+    </message>
+    <message>
+        <source>bank card</source>
+        <translation>Bankkarte</translation>
+    </message>
+    <message>
+        <source>mobile app</source>
+        <translation>App</translation>
+    </message>
+    <message>
+        <source>no. %1</source>
+        <translation>Nr. %1</translation>
+    </message>
+    <message>
+        <source>route %1</source>
+        <translation>Linie %1</translation>
+    </message>
 </context>
 <context>
     <name>rivo::terminal::Terminal</name>
@@ -1284,10 +1966,76 @@
     </message>
 </context>
 <context>
+    <name>rivo::terminal::TileDesk</name>
+    <message>
+        <source>Often</source>
+        <translation>Häufig</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>Anywhere</source>
+        <translation>Überall</translation>
+    </message>
+    <message>
+        <source>Not now</source>
+        <translation>Derzeit nicht</translation>
+    </message>
+</context>
+<context>
     <name>rivo::terminal::TripDesk</name>
     <message>
         <source>%1 to %2</source>
         <translation>%1 nach %2</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::terminal::VehicleParts</name>
+    <message>
+        <source>starting</source>
+        <translation>beginnt</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>not compared with satellites yet</source>
+        <translation>noch nicht mit Satelliten verglichen</translation>
+    </message>
+    <message>
+        <source>%1 s ahead of the satellites</source>
+        <translation>%1 s vor den Satelliten</translation>
+    </message>
+    <message>
+        <source>%1 s behind the satellites</source>
+        <translation>%1 s hinter den Satelliten</translation>
+    </message>
+    <message>
+        <source>Other vehicles</source>
+        <translation>Andere Fahrzeuge</translation>
+    </message>
+    <message>
+        <source>Network</source>
+        <translation>Netzwerk</translation>
+    </message>
+    <message>
+        <source>Space for the journal</source>
+        <translation>Platz für das Journal</translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation>Temperatur</translation>
+    </message>
+    <message>
+        <source>Brightness</source>
+        <translation>Helligkeit</translation>
     </message>
 </context>
 <context>

@@ -29,6 +29,17 @@
     </message>
 </context>
 <context>
+    <name>QuantityPad</name>
+    <message numerus="yes">
+        <source>Add %n</source>
+        <comment>tickets</comment>
+        <translation>
+            <numerusform>Add %n</numerusform>
+            <numerusform>Add %n</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>RefundPopup</name>
     <message numerus="yes">
         <source>Refund %n ticket(s)?</source>
@@ -66,6 +77,16 @@
     </message>
 </context>
 <context>
+    <name>TabStrip</name>
+    <message numerus="yes">
+        <source>%1, %n ticket(s)</source>
+        <translation>
+            <numerusform>%1, %n ticket</numerusform>
+            <numerusform>%1, %n tickets</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>rivo::drivers::DriverDesk</name>
     <message numerus="yes">
         <source>Too many wrong attempts. Wait %n second(s).</source>
@@ -76,12 +97,29 @@
     </message>
 </context>
 <context>
+    <name>rivo::live::LiveVehicles</name>
+    <message numerus="yes">
+        <source>%n vehicle(s)</source>
+        <translation>
+            <numerusform>%n vehicle</numerusform>
+            <numerusform>%n vehicles</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>rivo::sales::SalesDesk</name>
     <message numerus="yes">
         <source>The last sale is older than %n minute(s): it can be refunded.</source>
         <translation>
             <numerusform>The last sale is older than %n minute: it can be refunded.</numerusform>
             <numerusform>The last sale is older than %n minutes: it can be refunded.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The basket has no room for %n more ticket(s).</source>
+        <translation>
+            <numerusform>The basket has no room for %n more ticket.</numerusform>
+            <numerusform>The basket has no room for %n more tickets.</numerusform>
         </translation>
     </message>
 </context>
