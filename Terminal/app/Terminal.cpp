@@ -197,6 +197,9 @@ void Terminal::startFleet()
     m_ownVehicle =
         m_fleet->vehicleOf(m_trip.context()->tripsExecutionId(), m_trip.context()->routeId());
     showOwnTrip();
+    // In a demo the pace can be changed; the time that is shown is then not that of the system.
+    connect(m_fleet.get(), &fleet::FleetSimulator::paceChanged, this,
+            [this] { m_hasOwnTime = true; });
     m_fleet->start();
 }
 
