@@ -124,7 +124,7 @@ ShiftReport {
                 width: parent.width - Theme.touch - Theme.gap
                 visible: root.isPayable
                 text: qsTr("Hand over cash")
-                iconSource: "qrc:/icons/cash.svg"
+                iconSource: root.width < 9 * Theme.touch ? "" : "qrc:/icons/cash.svg"
                 onClicked: root.handOverRequested()
             }
         }
