@@ -148,7 +148,9 @@ private:
                           m_services.size() > 0 ? Concern::Fares : Concern::Timetable,
                           m_reading.tables.report());
         table.keepFaults();
-        QHash<QByteArray, int> known; // services of the network
+        QMap<QByteArray, int> known; // services of the network
+        for (int i = 0; i < m_reading.feed.network.services.size(); ++i)
+            known.insert(m_reading.feed.network.services.at(i).id.toUtf8(), i);
         const auto take = [&](const CalendarDateRow& row, TableReport&) {
             const int service = row.service.empty() ? -1 : m_services.find(row.service);
             const QVector<FeedProblem> faults = table.takeFaults();
@@ -169,11 +171,9 @@ private:
             m_isWhole;
     }
 
-    NetworkService& networkService(Id id, QHash<QByteArray, int>& known)
+    NetworkService& networkService(Id id, QMap<QByteArray, int>& known)
     {
         QVector<NetworkService>& services = m_reading.feed.network.services;
-        for (int i = known.size(); i < services.size(); ++i)
-            known.insert(services.at(i).id.toUtf8(), i);
         const QByteArray text(id.data(), static_cast<int>(id.size()));
         const auto found = known.constFind(text);
         if (found != known.constEnd())

@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 
 #include <algorithm>
+#include <set>
 #include <tuple>
 #include <utility>
 
@@ -29,19 +30,13 @@ struct Face
     int flags = 0;
 };
 
-bool operator==(const Face& a, const Face& b)
+bool operator<(const Face& a, const Face& b)
 {
     const auto fields = [](const Face& face) {
         return std::tie(face.passenger, face.product, face.zones, face.price, face.discount,
                         face.flags);
     };
-    return fields(a) == fields(b);
-}
-
-uint qHash(const Face& face)
-{
-    return ::qHash(face.passenger) ^ ::qHash(face.product) * 3 ^ ::qHash(face.zones) * 5 ^
-           ::qHash(face.price) * 7 ^ static_cast<uint>(face.flags);
+    return fields(a) < fields(b);
 }
 
 } // namespace
@@ -92,9 +87,8 @@ void TileDesk::readTexts()
     m_shortNames.reset();
     m_texts = QVector<Texts>(m_grid.rowCount());
     QHash<QPair<int, int>, QString> zones;
-    QHash<Face, int> faces; // the first row of each
+    QMap<Face, int> faces; // the first row of each
     QHash<int, QVector<int>> equalRows;
-    faces.reserve(m_tiles.size());
     for (const int row : qAsConst(m_tiles)) {
         const PassengerTypeItem& tile = *tileAt(row);
         const QPair<int, int> ends(m_look.originOf(tile), tile.toStopGroupId());
@@ -120,14 +114,16 @@ void TileDesk::readTexts()
         markEqualTiles(QVector<int>{rows.key()} + rows.value());
 }
 
-QSet<QString> TileDesk::names() const
+QStringList TileDesk::names() const
 {
-    QSet<QString> names;
+    QStringList names;
     for (const int row : m_tiles)
         names << tileAt(row)->description() << tileAt(row)->fareProductName()
               << m_texts.at(row).zones << m_texts.at(row).mark;
     for (const Tab& tab : m_tabs)
         names << tab.title;
+    names.sort();
+    names.erase(std::unique(names.begin(), names.end()), names.end());
     return names;
 }
 
@@ -144,13 +140,13 @@ void TileDesk::markEqualTiles(const QVector<int>& rows)
     }
     QVector<QStringList> marks(rows.size());
     const auto differ = [](const QVector<QStringList>& lists) {
-        QSet<QStringList> distinct(lists.begin(), lists.end());
-        return distinct.size();
+        const std::set<QStringList> distinct(lists.begin(), lists.end());
+        return static_cast<int>(distinct.size());
     };
     for (int detail = 0; detail < details.first().size(); ++detail) {
         if (differ(marks) == rows.size())
             break;
-        QSet<QString> values;
+        std::set<QString> values;
         for (const QStringList& each : qAsConst(details))
             values.insert(each.value(detail));
         if (values.size() < 2)
@@ -158,7 +154,7 @@ void TileDesk::markEqualTiles(const QVector<int>& rows)
         for (int i = 0; i < rows.size(); ++i)
             marks[i].append(details.at(i).value(detail));
     }
-    QHash<QStringList, int> equal;
+    QMap<QStringList, int> equal;
     const bool areDistinct = differ(marks) == rows.size();
     for (int i = 0; i < rows.size(); ++i) {
         const int time = ++equal[marks.at(i)];
@@ -381,7 +377,7 @@ QVariantMap TileDesk::fit(const QString& text, double width, double height, int 
     QVariantMap& fit = m_fitted[key];
     if (fit.isEmpty()) {
         if (!m_shortNames)
-            m_shortNames.emplace(names().values());
+            m_shortNames.emplace(names());
         QFont font = QGuiApplication::font();
         font.setPixelSize(pixelSize);
         font.setWeight(weight);

@@ -4,7 +4,7 @@
 
 #include <QAbstractListModel>
 #include <QHash>
-#include <QSet>
+#include <QMap>
 #include <QStringList>
 #include <QVariantList>
 #include <QVector>
@@ -157,7 +157,7 @@ private:
     QVector<int> tilesOfTab(const Tab& tab) const;
     QVector<int> found() const;
     QStringList wordsOf(int row) const;
-    QSet<QString> names() const;
+    QStringList names() const;
     void show();
     void replaceShown(const QVector<int>& rows);
     void forward(const QModelIndex& first, const QModelIndex& last, const QVector<int>& roles);
@@ -178,8 +178,8 @@ private:
     bool m_isFilled = true;
     // What is read again only when the tiles change.
     mutable std::optional<ShortNames> m_shortNames;
-    mutable QHash<QString, QStringList> m_words; ///< by text
-    mutable QHash<QString, QVariantMap> m_fitted;
+    mutable QMap<QString, QStringList> m_words; ///< by text
+    mutable QMap<QString, QVariantMap> m_fitted;
 };
 
 } // namespace rivo::terminal

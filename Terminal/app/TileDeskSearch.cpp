@@ -58,12 +58,10 @@ QStringList TileDesk::letters() const
 {
     if (!m_isSearching)
         return {};
-    QSet<QString> words;
-    for (const int row : m_shown) {
-        const QStringList all = wordsOf(row);
-        words.unite(QSet<QString>(all.begin(), all.end()));
-    }
-    return nextLetters(words.values(), searchable(m_search));
+    QStringList words;
+    for (const int row : m_shown)
+        words += wordsOf(row);
+    return nextLetters(words, searchable(m_search));
 }
 
 } // namespace rivo::terminal

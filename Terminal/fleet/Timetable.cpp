@@ -2,10 +2,11 @@
 
 #include <Feed.h>
 
-#include <QSet>
+#include <QMap>
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 
 namespace rivo::fleet
 {
@@ -16,7 +17,7 @@ namespace
 using feed::Network;
 
 template <typename Records>
-QHash<QString, int> numbersOf(const Records& records)
+QMap<QString, int> numbersOf(const Records& records)
 {
     const auto own = [](const QString& id) {
         bool isNumber = false;
@@ -25,7 +26,7 @@ QHash<QString, int> numbersOf(const Records& records)
     };
     const bool areNumbers = std::all_of(records.cbegin(), records.cend(),
                                         [&own](const auto& record) { return own(record.id) > 0; });
-    QHash<QString, int> numbers;
+    QMap<QString, int> numbers;
     int next = 1;
     for (const auto& record : records) {
         numbers.insert(record.id, areNumbers ? own(record.id) : next);
@@ -36,15 +37,15 @@ QHash<QString, int> numbersOf(const Records& records)
 
 /// The services of the day of the week with the most trips, the first one of equals. Where nothing
 /// is known of the days it is the service with the most trips.
-QSet<QString> servicesOfBusiestDay(const Network& network)
+std::set<QString> servicesOfBusiestDay(const Network& network)
 {
-    QHash<QString, int> sizes;
+    QMap<QString, int> sizes;
     for (const feed::NetworkTrip& trip : network.trips)
         ++sizes[trip.serviceId];
-    QSet<QString> busiest;
+    std::set<QString> busiest;
     int most = 0;
     for (int weekday = 0; weekday < 7; ++weekday) {
-        QSet<QString> services;
+        std::set<QString> services;
         int trips = 0;
         for (const feed::NetworkService& service : network.services) {
             if ((service.days >> weekday & 1) == 0)
@@ -64,20 +65,20 @@ QSet<QString> servicesOfBusiestDay(const Network& network)
                          [&sizes](const feed::NetworkTrip& a, const feed::NetworkTrip& b) {
                              return sizes.value(a.serviceId) < sizes.value(b.serviceId);
                          });
-    return largest == network.trips.cend() ? QSet<QString>() : QSet<QString>({largest->serviceId});
+    return largest == network.trips.cend() ? std::set<QString>() : std::set<QString>({largest->serviceId});
 }
 
 /// The services of `date`, if they have trips.
-QSet<QString> servicesOf(const Network& network, const QDate& date)
+std::set<QString> servicesOf(const Network& network, const QDate& date)
 {
-    QSet<QString> running;
+    std::set<QString> running;
     for (const feed::NetworkService& service : network.services) {
         if (date.isValid() && service.runsOn(date))
             running.insert(service.id);
     }
     const bool hasTrips = std::any_of(
         network.trips.cbegin(), network.trips.cend(),
-        [&running](const feed::NetworkTrip& trip) { return running.contains(trip.serviceId); });
+        [&running](const feed::NetworkTrip& trip) { return running.count(trip.serviceId) > 0; });
     return hasTrips ? running : servicesOfBusiestDay(network);
 }
 
@@ -171,9 +172,9 @@ Trip::Moment Trip::at(Seconds time) const
 
 Timetable::Timetable(const Network& network, const QDate& date)
 {
-    const QHash<QString, int> routeNumbers = numbersOf(network.routes);
-    const QHash<QString, int> tripNumbers = numbersOf(network.trips);
-    const QHash<QString, int> stopNumbers = numbersOf(network.stops);
+    const QMap<QString, int> routeNumbers = numbersOf(network.routes);
+    const QMap<QString, int> tripNumbers = numbersOf(network.trips);
+    const QMap<QString, int> stopNumbers = numbersOf(network.stops);
 
     for (const feed::NetworkRoute& route : network.routes) {
         const bool hasShort = !route.shortName.isEmpty();
@@ -182,17 +183,17 @@ Timetable::Timetable(const Network& network, const QDate& date)
                          hasLong ? route.longName : route.shortName, route.color});
     }
 
-    QHash<QString, const feed::NetworkStop*> stops;
+    QMap<QString, const feed::NetworkStop*> stops;
     for (const feed::NetworkStop& stop : network.stops)
         stops.insert(stop.id, &stop);
-    QHash<QString, std::shared_ptr<const Path>> shapes;
+    QMap<QString, std::shared_ptr<const Path>> shapes;
     for (const feed::NetworkShape& shape : network.shapes) {
         QVector<QGeoCoordinate> points;
         for (const feed::NetworkShapePoint& point : shape.points)
             points.append(coordinateOf(point.latitude, point.longitude));
         shapes.insert(shape.id, std::make_shared<Path>(points));
     }
-    QHash<QString, QVector<Call>> callsOfTrips;
+    QMap<QString, QVector<Call>> callsOfTrips;
     for (const feed::NetworkStopTime& time : network.stopTimes) {
         const feed::NetworkStop* stop = stops.value(time.stopId);
         if (stop == nullptr)
@@ -203,7 +204,7 @@ Timetable::Timetable(const Network& network, const QDate& date)
     }
 
     QHash<QVector<int>, std::shared_ptr<const Path>> pathsByStops;
-    const QSet<QString> services = servicesOf(network, date);
+    const std::set<QString> services = servicesOf(network, date);
     for (const feed::NetworkTrip& record : network.trips) {
         Trip trip{tripNumbers.value(record.id),
                   routeNumbers.value(record.routeId, -1),
@@ -211,7 +212,7 @@ Timetable::Timetable(const Network& network, const QDate& date)
                   record.headsign,
                   shapes.value(record.shapeId),
                   callsOfTrips.value(record.id)};
-        if (!services.contains(record.serviceId) || !completeTimes(trip.calls))
+        if (!services.count(record.serviceId) || !completeTimes(trip.calls))
             continue;
         if (!trip.path || trip.path->length() <= 0.0) {
             std::shared_ptr<const Path>& path = pathsByStops[stopsOf(trip.calls)];

@@ -53,7 +53,7 @@ LiveFleet::LiveFleet(const feed::Network& network, const fleet::Timetable& timet
 /// A timetable has numbers for the ids of the network.
 void LiveFleet::describe(const feed::Network& network, const fleet::Timetable& timetable)
 {
-    QHash<QString, QString> routesOfTrips;
+    QMap<QString, QString> routesOfTrips;
     for (const feed::NetworkTrip& trip : network.trips)
         routesOfTrips.insert(trip.id, trip.routeId);
     for (const fleet::Trip& trip : timetable.trips()) {

@@ -5,6 +5,7 @@
 #include <Timetable.h>
 
 #include <QHash>
+#include <QMap>
 #include <QVector>
 
 class AssetItem;
@@ -84,14 +85,14 @@ private:
     void show();
 
     AssetsModel& m_fleet;
-    QHash<QString, Journey> m_trips;  ///< by id
-    QHash<QString, Journey> m_routes; ///< by id
+    QMap<QString, Journey> m_trips;  ///< by id
+    QMap<QString, Journey> m_routes; ///< by id
     QVector<Row> m_rows;              ///< in the order of the model
     QHash<int, int> m_placeOf;        ///< in m_rows, by id
     QHash<int, Report> m_reports;     ///< by id of the row
-    QHash<QString, int> m_ids;        ///< by id of the vehicle
-    QHash<QString, int> m_idsOfNumbers;
-    QHash<QString, int> m_idsOfPlates;
+    QMap<QString, int> m_ids;        ///< by id of the vehicle
+    QMap<QString, int> m_idsOfNumbers;
+    QMap<QString, int> m_idsOfPlates;
     int m_nextId;
 };
 

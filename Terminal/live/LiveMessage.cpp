@@ -3,10 +3,10 @@
 #include "vehicle_positions.pb.h"
 
 #include <QCoreApplication>
-#include <QSet>
 
 #include <algorithm>
 #include <limits>
+#include <set>
 
 namespace rivo::live
 {
@@ -65,12 +65,12 @@ LiveResult readMessage(const QByteArray& bytes)
         return {std::nullopt, Texts::tr("a message with changes only")};
     LiveMessage message;
     message.time = timeOf(read.header().timestamp());
-    QSet<QString> known;
+    std::set<QString> known;
     for (const wire::FeedEntity& entity : read.entity()) {
         if (!entity.has_vehicle())
             continue;
         const std::optional<LiveVehicle> vehicle = vehicleOf(entity);
-        const bool isNew = vehicle && !known.contains(vehicle->id);
+        const bool isNew = vehicle && known.count(vehicle->id) == 0;
         if (!isNew || message.vehicles.size() >= mostVehicles) {
             ++message.ignored;
             continue;
