@@ -34,7 +34,7 @@ void SalesDesk::ticketPrinted()
         emit obstacleChanged(); // the paper is out, and the rest has been paid: go on
     m_isDrawerDue = false;
     m_toPrint->nextIsOut();
-    if (m_wasInterrupted)
+    if (m_wasInterrupted && !m_toPrint->isEmpty()) // otherwise the sale ends, and says so
         emit ticketsInDoubtChanged();
     printNext();
 }
@@ -80,11 +80,12 @@ bool SalesDesk::confirmTicketInDoubt()
     const bool isSaleOut = m_toPrint->isEmpty();
     if (--m_ticketsInDoubt == 0 && !isSaleOut)
         setState(Printing);
-    emit ticketsInDoubtChanged();
-    if (isSaleOut)
+    if (isSaleOut) {
         finishSale();
-    else
+    } else {
+        emit ticketsInDoubtChanged();
         printNext();
+    }
     return true;
 }
 
