@@ -30,9 +30,10 @@ bool canRun(const Trip& trip) { return duration(trip) < day && !trip.path->point
 
 FleetSimulator::FleetSimulator(const Timetable& timetable, AssetsModel& fleet, Vehicles vehicles,
                                QObject* parent)
-    : QObject(parent), m_timetable(timetable), m_fleet(fleet)
+    : QObject(parent), m_timetable(timetable), m_fleet(fleet),
+      m_isSimulating(vehicles == Vehicles::Simulated)
 {
-    if (vehicles == Vehicles::Simulated)
+    if (m_isSimulating)
         distributeTrips();
     rememberParkedVehicles();
     describeNetwork();
@@ -272,7 +273,8 @@ void FleetSimulator::reportVehicle(AssetItem& vehicle)
             vehicle.setDrivingStatus(reporting == Stale ? tr("no report") : tr("off-line"));
         return;
     }
-    const Trip* chosen = vehicle.id() == m_own ? m_timetable.trip(m_ownTrip) : nullptr;
+    const bool isChosen = m_isSimulating && vehicle.id() == m_own;
+    const Trip* chosen = isChosen ? m_timetable.trip(m_ownTrip) : nullptr;
     if (chosen != nullptr && m_ownCall >= 0 && m_ownCall < chosen->calls.size())
         return reportOwn(vehicle, *chosen);
     const Trip* trip = tripOf(vehicle.id());

@@ -77,8 +77,8 @@ public:
     /// seconds since their reports say how current they are.
     void setReportedByOthers(const QHash<int, Seconds>& silences) { m_reportedByOthers = silences; }
 
-    /// Vehicle `vehicle` is on trip `trip` of the timetable, at its call `call`, whatever its duty
-    /// says; -1 for none. The driver has chosen that.
+    /// Vehicle `vehicle` is this one. In a simulation it is on trip `trip` of the timetable, at its
+    /// call `call`, whatever its duty says; -1 for none. The driver has chosen that.
     void setOwn(int vehicle, int trip, int call);
     int own() const { return m_own; } ///< this vehicle; -1 if the fleet does not have it
 
@@ -138,6 +138,7 @@ private:
 
     const Timetable m_timetable;
     AssetsModel& m_fleet;
+    const bool m_isSimulating;
     QHash<int, Duty> m_duties;       ///< by vehicle
     QHash<int, Parked> m_parked;     ///< by vehicle, those without a duty
     QHash<int, Seconds> m_silentFor; ///< since its last report, by vehicle
