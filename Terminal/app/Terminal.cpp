@@ -123,6 +123,11 @@ int startOf(const Terminal::Settings& settings)
 /// Tickets of the journal that say what is sold often: those of some days.
 constexpr int ticketsCounted = 1000;
 
+QDate dayOf(const Terminal::Settings& settings)
+{
+    return settings.date.isValid() ? settings.date : QDate::currentDate();
+}
+
 } // namespace
 
 Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent)
@@ -132,8 +137,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_presentation(m_feed, m_currency, settings.allowFileIcons), m_grid(&m_prototypes),
       m_basket(&m_prototypes), m_fareProducts(&m_prototypes), m_zReports(&m_prototypes),
       m_vehicles(&m_prototypes), m_peripherals(&m_prototypes),
-      m_timetable(m_feed.network, QDate::currentDate()),
-      m_trip(m_feed, m_timetable, startOf(settings)),
+      m_timetable(m_feed.network, dayOf(settings)), m_trip(m_feed, m_timetable, startOf(settings)),
       m_offers(m_feed, *m_trip.context(), [this] { return timeOfSale(); }),
       m_printer(printerFor(feed, settings)), m_cards(m_peripherals),
       m_details(feed, m_currency, m_trip, settings.config.vehicle),
@@ -214,7 +218,7 @@ void Terminal::showOwnTrip()
 QDateTime Terminal::timeOfSale() const
 {
     const QDateTime now = QDateTime::currentDateTime();
-    return m_hasOwnTime ? QDateTime(now.date(), QTime(0, 0).addSecs(m_fleet->time())) : now;
+    return m_hasOwnTime ? QDateTime(dayOf(m_settings), QTime(0, 0).addSecs(m_fleet->time())) : now;
 }
 
 /// The status line shows the time of the fleet: it follows the clock of the system, unless it was

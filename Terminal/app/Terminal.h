@@ -69,6 +69,7 @@ public:
         bool allowFileIcons = false; ///< otherwise icons of feeds come from qrc: only
         bool night = false;
         double pace = 1.0;  ///< of the fleet, see FleetSimulator::pace
+        QDate date = {};    ///< of the service day; invalid = today
         int startTime = -1; ///< second of the service day; -1 = now. Tickets are sold by this time
         int ticketTime = 350;             ///< of the printer, milliseconds
         int cardTime = 0;                 ///< of a simulated card terminal, milliseconds

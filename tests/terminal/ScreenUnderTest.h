@@ -178,6 +178,7 @@ private:
         Terminal::Settings settings;
         settings.journalFile = m_folder.filePath("sales.journal");
         settings.isDemo = true;
+        settings.date = QDate(2026, 6, 1); // a Monday
         settings.startTime = 30000;
         settings.pace = 0.0;
         settings.ticketTime = 0;

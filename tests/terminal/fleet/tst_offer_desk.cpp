@@ -297,6 +297,7 @@ Terminal::Settings settingsIn(const QTemporaryDir& folder, int second = 8 * 3600
     Terminal::Settings settings;
     settings.isDemo = true;
     settings.journalFile = folder.filePath("sales.journal");
+    settings.date = QDate(2026, 6, 1); // a Monday
     settings.startTime = second;
     settings.pace = 0.0;
     return settings;
@@ -308,7 +309,8 @@ void OfferDeskTest::gridFollowsTheStopAndTheBasketStays()
 {
     const QTemporaryDir folder;
     Terminal terminal(Feeds::lakeside(), settingsIn(folder));
-    QCOMPARE(terminal.trip()->stops().size(), 5); // of the first trip, on route L1
+    QVERIFY(terminal.trip()->choose(1)); // the first trip, on route L1
+    QCOMPARE(terminal.trip()->stops().size(), 5);
     QCOMPARE(tilesOf(*terminal.grid()), QString("1 4 5 7 8 8 8"));
     QCOMPARE(terminal.grid()->numberOfColumns(), 3);
     QVERIFY(terminal.desk()->add(0));
