@@ -77,7 +77,7 @@ Rectangle {
 
         function showPrinted() {
             if (!root.isSelling && printedRow >= 0)
-                positionViewAtIndex(printedRow, ListView.Contain)
+                positionViewAtIndex(printedRow, ListView["Contain"])
         }
 
         onHeightChanged: showPrinted()

@@ -13,7 +13,7 @@ Rectangle {
 
     function countRows() {
         if (root.tiles.searching && root.tiles.search === "")
-            root.rows = Math.min(3, Math.ceil((root.tiles.letters.length + 1) / root.columns))
+            root.rows = Math.min(3, Math.ceil((root.tiles["letters"]["length"] + 1) / root.columns))
     }
 
     implicitHeight: root.rows * (Theme.touch + Theme.gap) + Theme.gap

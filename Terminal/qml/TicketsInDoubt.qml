@@ -7,10 +7,10 @@ ListView {
     id: root
 
     required property var tickets ///< as SalesDesk::interruptedSale() has them
-    readonly property int next: tickets.findIndex(ticket => !ticket["isOut"]) ///< -1 = all are out
+    readonly property int next: tickets["findIndex"](ticket => !ticket["isOut"]) ///< -1 = all are out
 
     function follow() {
-        root.positionViewAtIndex(root.next < 0 ? root.count - 1 : root.next, ListView.Contain)
+        root.positionViewAtIndex(root.next < 0 ? root.count - 1 : root.next, ListView["Contain"])
     }
 
     objectName: "ticketsInDoubt"
