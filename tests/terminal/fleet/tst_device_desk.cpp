@@ -205,7 +205,7 @@ void DeviceDeskTest::faults()
 void DeviceDeskTest::thePrinterReportsItsFault()
 {
     Desk silent({{"Printer", "", true, ""}});
-    QCOMPARE(silent.printer.fault(), QString("no report from the printer"));
+    QCOMPARE(silent.printer.fault(), QString("The ticket printer is not connected."));
 
     Desk desk({{"Printer", "", true, "Cover open"}});
     QCOMPARE(desk.printer.fault(), QString("Cover open"));
@@ -229,7 +229,7 @@ void DeviceDeskTest::printerThatIsRemoved()
     Desk desk({ticketPrinter, cardReader});
     delete desk.devices.takeRow(0);
     QVERIFY(desk.desk.report(0, DeviceDesk::Notice, "Updating"));
-    QCOMPARE(desk.printer.fault(), QString("no report from the printer"));
+    QCOMPARE(desk.printer.fault(), QString("The ticket printer is not connected."));
 }
 
 /// A printer that is connected.
