@@ -159,6 +159,22 @@ public:
     }
     QString text(const QString& name) { return texts(name).value(0); }
 
+    /// Scrolls the lists that hide the item, as a driver would; everything is where it is drawn.
+    void bringIntoView(QQuickItem* item)
+    {
+        for (QQuickItem* list = item->parentItem(); list != nullptr; list = list->parentItem()) {
+            if (!list->inherits("QQuickFlickable") || list->property("interactive") == false)
+                continue;
+            const QRectF place = item->mapRectToItem(list, {0, 0, item->width(), item->height()});
+            const double y = list->property("contentY").toDouble();
+            if (place.bottom() > list->height())
+                list->setProperty("contentY", y + place.bottom() - list->height());
+            else if (place.top() < 0)
+                list->setProperty("contentY", y + place.top());
+        }
+        window()->grabWindow();
+    }
+
     /// The one item of this name, which may still have to come.
     void tap(const QString& name)
     {

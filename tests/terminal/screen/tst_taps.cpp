@@ -124,8 +124,8 @@ void TestTaps::everyKindOfControlHearsThem()
     QVERIFY(shown.terminal().desk()->add(0));
     QTRY_VERIFY(shown.item(part) != nullptr);
     QTest::qWait(200); // the map comes to rest
-    shown.window()->grabWindow();
     QQuickItem* control = shown.item(part);
+    shown.bringIntoView(control);
     const QPoint place = middleOf(control);
     const auto signalOf = [](const QQuickItem* item) {
         const QMetaObject* type = item->metaObject();
