@@ -162,6 +162,7 @@ public:
     /// Scrolls the lists that hide the item, as a driver would; everything is where it is drawn.
     void bringIntoView(QQuickItem* item)
     {
+        window()->grabWindow();
         for (QQuickItem* list = item->parentItem(); list != nullptr; list = list->parentItem()) {
             if (!list->inherits("QQuickFlickable") || list->property("interactive") == false)
                 continue;

@@ -70,6 +70,7 @@ public:
     /// Everything is where it will be drawn.
     Q_INVOKABLE void layOut() { m_shown->window()->grabWindow(); }
 
+    Q_INVOKABLE void bringIntoView(QQuickItem* item) { m_shown->bringIntoView(item); }
     Q_INVOKABLE QQuickItem* item(const QString& name) { return m_shown->item(name); }
     Q_INVOKABLE QQuickItem* itemAt(const QString& name, int index)
     {

@@ -8,8 +8,9 @@ TestCase {
 
     function tap(name) {
         root.tryVerify(() => Harness.countOf(name) === 1, 5000, name + " is to be tapped")
-        Harness.layOut()
-        root.mouseClick(Harness.item(name))
+        const item = Harness.item(name)
+        Harness.bringIntoView(item)
+        root.mouseClick(item)
     }
 
     /// Waits until the item shows this text.
