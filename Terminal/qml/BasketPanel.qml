@@ -239,6 +239,7 @@ Rectangle {
             visible: root.isPayable
             QuickAmounts {
                 width: parent.width - givenButton.width - Theme.gap
+                textKey: "shortText"
                 // One note or coin each: 1, 2 or 5 times a power of ten.
                 amounts: root.desk.total > 0
                          ? root.desk.quickAmounts().slice(1).filter(

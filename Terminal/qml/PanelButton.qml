@@ -10,6 +10,7 @@ T.AbstractButton {
     property bool chosen: false ///< of several; "checked" would turn itself off when it is tapped
     property url iconSource
     property bool stacked: false ///< the icon stands above a small text
+    property int textSize: root.stacked ? Theme.smallText : Theme.normalText
     readonly property int besideText: icon.visible && !root.stacked
                                       ? icon.width + (root.text === "" ? 0 : Theme.gap) : 0
     readonly property color face: root.accent ? Theme.accent
@@ -54,7 +55,7 @@ T.AbstractButton {
                                 root.width - 2 * root.padding - root.besideText)
                 text: root.text
                 color: root.enabled ? root.ink : Theme.inertInk
-                font.pixelSize: root.stacked ? Theme.smallText : Theme.normalText
+                font.pixelSize: root.textSize
                 fontSizeMode: Text.HorizontalFit
                 minimumPixelSize: Theme.smallText
                 font.weight: root.stacked ? Font.Normal : Font.DemiBold

@@ -1,20 +1,31 @@
 import QtQuick 2.15
 
 /// Buttons for amounts in notes and coins, all of one width; the smallest ones if not all
-/// fit.
+/// fit. Where not even one fits, its text is smaller: no amount loses its end.
 Grid {
     id: root
 
     required property var amounts ///< as SalesDesk::quickAmounts() has them
+    property string textKey: "text" ///< which of their texts
     property int rows: 1
-    readonly property real longest: amounts["reduce"](
-        (length, each) => Math.max(length, metrics.advanceWidth(each["text"])), 0)
-    readonly property int fitting: Math.max(
-        1, Math.floor((width + spacing) / (longest + 2 * Theme.gap + spacing)))
-    readonly property var shown: amounts["slice"](0, rows * Math.min(3, fitting))
+    readonly property int fitting: canShow(3) ? 3 : canShow(2) ? 2 : 1 ///< columns
+    readonly property int textSize: Math.max(
+        Theme.smallText,
+        Math.floor(Theme.normalText * Math.min(1, (width - 2 * Theme.gap)
+                                                / longest(rows * fitting))))
+    readonly property var shown: amounts["slice"](0, rows * fitting)
     signal chosen(double amount)
 
-    columns: Math.max(1, Math.min(3, fitting, shown["length"]))
+    function longest(count) {
+        return Math.ceil(amounts["slice"](0, count)["reduce"](
+            (length, each) => Math.max(length, metrics.advanceWidth(each[textKey])), 1))
+    }
+
+    function canShow(columns) {
+        return columns * (longest(rows * columns) + 2 * Theme.gap + spacing) - spacing <= width
+    }
+
+    columns: Math.max(1, Math.min(fitting, shown["length"]))
     spacing: Theme.gap
 
     FontMetrics {
@@ -30,7 +41,8 @@ Grid {
 
             objectName: "quickAmount"
             width: Math.floor((root.width - (root.columns - 1) * root.spacing) / root.columns)
-            text: modelData["text"]
+            text: modelData[root.textKey]
+            textSize: root.textSize
             onClicked: root.chosen(modelData["amount"])
         }
     }

@@ -109,6 +109,13 @@ QString Currency::text(Minor amount, const QLocale& locale) const
     return locale.toCurrencyString(toUnits(amount), symbolOf(m_code), m_decimals);
 }
 
+QString Currency::shortText(Minor amount, const QLocale& locale) const
+{
+    const double units = toUnits(amount);
+    const int decimals = std::trunc(units) == units ? 0 : m_decimals;
+    return locale.toCurrencyString(units, symbolOf(m_code), decimals);
+}
+
 QString Currency::unitsText(double units, const QLocale& locale) const
 {
     const std::optional<Minor> amount = fromUnits(units);

@@ -32,6 +32,9 @@ public:
     /// With the currency's decimals and its symbol, where `locale` puts them: "£1.90".
     QString text(Minor amount, const QLocale& locale = QLocale()) const;
 
+    /// The same without decimals if all of them are zero, as notes show it: "£5".
+    QString shortText(Minor amount, const QLocale& locale = QLocale()) const;
+
     // Cash. The notes and coins of a currency that is not in the table are 1, 2 and 5 times each
     // power of ten.
 

@@ -375,7 +375,8 @@ QVariantList SalesDesk::quickAmounts() const
     QVariantList amounts;
     for (const Minor amount : m_currency.quickAmounts(m_currency.cashAmount(m_total)))
         amounts.append(QVariantMap{{QStringLiteral("amount"), static_cast<double>(amount)},
-                                   {QStringLiteral("text"), m_currency.text(amount)}});
+                                   {QStringLiteral("text"), m_currency.text(amount)},
+                                   {QStringLiteral("shortText"), m_currency.shortText(amount)}});
     return amounts;
 }
 

@@ -194,7 +194,8 @@ public:
     /// The same for cash of which `given` is given; refused if that is less than due().
     Q_INVOKABLE bool payCash(double given);
 
-    /// Amounts that may be given for the basket, for buttons: {amount, text}, the exact one first.
+    /// Amounts that may be given for the basket, for buttons: {amount, text, shortText}, the
+    /// exact one first.
     Q_INVOKABLE QVariantList quickAmounts() const;
 
     /// What payCash(given) would give back: {isEnough, change, changeText, pieces}; `pieces` are

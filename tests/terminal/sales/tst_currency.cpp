@@ -206,6 +206,15 @@ private slots:
         QCOMPARE(Currency("EUR", 2).inNotesAndCoins(-5), QVector<qint64>{});
     }
 
+    void notesHaveNoDecimals()
+    {
+        const QLocale british(QLocale::English, QLocale::UnitedKingdom);
+        QCOMPARE(Currency("GBP", 2).shortText(500, british), QString::fromUtf8("£5"));
+        QCOMPARE(Currency("GBP", 2).shortText(50, british), QString::fromUtf8("£0.50"));
+        QCOMPARE(Currency("GBP", 2).shortText(1000000, british), QString::fromUtf8("£10,000"));
+        QCOMPARE(Currency("JPY", 0).shortText(500, british), Currency("JPY", 0).text(500, british));
+    }
+
     void textOfPeople_data()
     {
         QTest::addColumn<QString>("code");
