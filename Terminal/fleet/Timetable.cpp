@@ -65,7 +65,8 @@ std::set<QString> servicesOfBusiestDay(const Network& network)
                          [&sizes](const feed::NetworkTrip& a, const feed::NetworkTrip& b) {
                              return sizes.value(a.serviceId) < sizes.value(b.serviceId);
                          });
-    return largest == network.trips.cend() ? std::set<QString>() : std::set<QString>({largest->serviceId});
+    return largest == network.trips.cend() ? std::set<QString>()
+                                           : std::set<QString>({largest->serviceId});
 }
 
 /// The services of `date`, if they have trips.

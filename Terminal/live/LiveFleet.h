@@ -87,9 +87,9 @@ private:
     AssetsModel& m_fleet;
     QMap<QString, Journey> m_trips;  ///< by id
     QMap<QString, Journey> m_routes; ///< by id
-    QVector<Row> m_rows;              ///< in the order of the model
-    QHash<int, int> m_placeOf;        ///< in m_rows, by id
-    QHash<int, Report> m_reports;     ///< by id of the row
+    QVector<Row> m_rows;             ///< in the order of the model
+    QHash<int, int> m_placeOf;       ///< in m_rows, by id
+    QHash<int, Report> m_reports;    ///< by id of the row
     QMap<QString, int> m_ids;        ///< by id of the vehicle
     QMap<QString, int> m_idsOfNumbers;
     QMap<QString, int> m_idsOfPlates;
