@@ -21,6 +21,12 @@ T.AbstractButton {
     focusPolicy: Qt.NoFocus
     Accessible.name: root.registrationNumber + ", " + root.drivingStatus
 
+    TextMetrics {
+        id: statusMetrics
+
+        text: root.drivingStatus
+        font: statusText.font
+    }
     ReportingLook {
         id: look
 
@@ -73,9 +79,12 @@ T.AbstractButton {
                         ink: look.color
                     }
                     PlainText {
+                        id: statusText
+
                         objectName: "statusText"
                         height: parent.height
-                        width: Math.min(implicitWidth, Math.max(
+                        // Its own implicitWidth would change while the text is laid out.
+                        width: Math.min(Math.ceil(statusMetrics.advanceWidth) + 1, Math.max(
                             root.width * 0.4, root.width - registration.implicitWidth
                                               - Theme.smallIcon - 5 * Theme.gap))
                         text: root.drivingStatus
