@@ -46,7 +46,11 @@ private:
     void payWithKeys();
     void paid(bool isCard, qint64 given);
     qint64 amountOn(const QString& name) { return amountIn(m_shown->text(name)); }
-    static qint64 amountIn(QString text) { return text.remove(QRegExp("[^0-9]")).toLongLong(); }
+    /// Cents: of "€2.10", and of "€5", as notes are named.
+    static qint64 amountIn(QString text)
+    {
+        return qRound64(text.remove(QRegExp("[^0-9.]")).toDouble() * 100);
+    }
 
     void sellThroughAJam(int seed);
     void sellThroughAStop(int seed);
