@@ -124,7 +124,7 @@ QVector<int> OfferDesk::zones() const
     return stop < 0 ? QVector<int>() : m_feed.network.stops.at(stop).areas;
 }
 
-// What is not sold, and what tells products apart.
+// What is not sold, and what differs between products.
 
 namespace
 {

@@ -47,7 +47,7 @@ public:
     /// Products that are sold, but not here and now: maps of name and reason, in words.
     QVariantList notSold() const { return m_notSold; }
 
-    /// What tells products with the same texts and price apart: media, routes, times and number of
+    /// How products with the same texts and price differ: media, routes, times and number of
     /// the `which`-th product that a tile can be of, each empty if nothing is said of it.
     QStringList details(const PassengerTypeItem& tile, int which) const;
 

@@ -66,7 +66,7 @@ public:
     enum Role {
         TileRole = 300, ///< row of the grid
         ZonesRole,      ///< "from → to", by name
-        MarkRole        ///< what tells the tile from others that look alike; usually empty
+        MarkRole        ///< how the tile differs from others that look alike; usually empty
     };
 
     /// Tiles on the tab of what is sold often.

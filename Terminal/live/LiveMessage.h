@@ -44,7 +44,7 @@ struct LiveResult
 };
 
 /// Reads a message. Bytes that are no message of GTFS-Realtime are a problem, and so is a message
-/// with changes only, which nobody has asked for.
+/// with changes only, which was not asked for.
 LiveResult readMessage(const QByteArray& bytes);
 
 } // namespace rivo::live

@@ -18,7 +18,7 @@ enum class Knowledge {
 };
 
 /// Judges what a receiver reports: which positions are believed, and what is known between them.
-/// Times are milliseconds of a clock that nobody sets.
+/// Times are milliseconds of a clock that is never set.
 class PositionJudge
 {
 public:

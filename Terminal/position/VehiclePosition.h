@@ -31,7 +31,7 @@ public:
     /// Clocks that a test can replace.
     struct Clocks
     {
-        std::function<qint64()> even;      ///< milliseconds of a clock that nobody sets
+        std::function<qint64()> even;      ///< milliseconds of a clock that is never set
         std::function<QDateTime()> system; ///< the system's clock
         static Clocks real();
     };

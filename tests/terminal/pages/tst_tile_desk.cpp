@@ -139,7 +139,7 @@ void TileDeskTest::tilesThatLookAlikeGetMarks_data()
         << QVector<int>{1, 2, 3}
         << QStringList{"Adult Single 1>2 [paper · route 1]", "Adult Single 1>2 [paper · route 2]",
                        "Adult Single 1>2 [card · route 2]"};
-    QTest::newRow("nothing tells them apart")
+    QTest::newRow("they do not differ in any detail")
         << Details{{1, {"paper"}}} << QVector<int>{1, 1}
         << QStringList{"Adult Single 1>2 [(1)]", "Adult Single 1>2 [(2)]"};
     QTest::newRow("nothing is known")

@@ -66,7 +66,7 @@ void TripProgressTest::stops_data()
     QTest::newRow("51 metres before the next stop") << QVector<double>{1.0, 1.54} << 0;
     QTest::newRow("49 metres before the next stop") << QVector<double>{1.0, 1.56} << 1;
     QTest::newRow("behind it") << QVector<double>{1.0, 1.56, 2.3} << 1;
-    QTest::newRow("a stop that nobody reported is passed") << QVector<double>{1.0, 2.5, 4.1} << 2;
+    QTest::newRow("a stop that was not reported is passed") << QVector<double>{1.0, 2.5, 4.1} << 2;
     QTest::newRow("199 metres back is noise") << QVector<double>{2.0, 1.2, 0.25} << 1;
     QTest::newRow("further back is another stop") << QVector<double>{4.0, 3.2, 2.4, 2.15} << 1;
     QTest::newRow("at the last stop") << QVector<double>{2.0, 4.0, 6.0, 8.0, 9.0} << 3;

@@ -62,8 +62,7 @@ private slots:
         QTRY_COMPARE(desk().state(), SalesDesk::Interrupted);
         QCOMPARE(desk().firstTicketInDoubt(), "000001");
         QCOMPARE(row(), "Ready");
-        QCOMPARE(m_shown->texts("doubtText"),
-                 QStringList("Is ticket 000001 out?"));
+        QCOMPARE(m_shown->texts("doubtText"), QStringList("Is ticket 000001 out?"));
         QVERIFY(desk().printTicketsInDoubt());
         QTRY_COMPARE(desk().state(), SalesDesk::Selling);
         QCOMPARE(m_device->pieces().last().codes.size(), 1);
