@@ -161,9 +161,10 @@ private slots:
         QTest::newRow("the day has ended") << "adult card approve end close"
                                            << "day"
                                            << "1:1";
-        QTest::newRow("a payment that the driver does not wait for is cleared") << "adult card lostpaid free"
-                                                                    << "last"
-                                                                    << "1:3 1:1 2:1";
+        QTest::newRow("a payment that the driver does not wait for is cleared")
+            << "adult card lostpaid free"
+            << "last"
+            << "1:3 1:1 2:1";
     }
     void aJournalThatFailsStopsEverything()
     {
