@@ -15,8 +15,8 @@ step() {
 # report WHAT COMMAND...: the same, but its failure does not fail CI: it has not been seen to pass
 # on an idle machine yet. test-all.sh fails for both.
 #
-# Both end after 15 minutes, which is a failure, so that CI ends in time; test-all.sh gives each an hour.
-failures=0 reported=0 minutes=15
+# Both end after 10 minutes, which is a failure, so that CI ends in time; test-all.sh gives each an hour.
+failures=0 reported=0 minutes=10
 check() { attempt "$@" || failures=$((failures + 1)); }
 report() { attempt "$@" || reported=$((reported + 1)); }
 attempt() {
