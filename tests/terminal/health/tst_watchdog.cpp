@@ -61,6 +61,9 @@ void getStuck(int milliseconds)
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
+/// The name of a socket has at most 107 bytes; the folder that TMPDIR names may have more.
+const QString shortFolder = QStringLiteral("/tmp/rivo-watchdog-XXXXXX");
+
 } // namespace
 
 class WatchdogTest : public QObject
@@ -127,7 +130,7 @@ void WatchdogTest::messages_data()
 void WatchdogTest::messages()
 {
     QFETCH(bool, hasFile);
-    QTemporaryDir folder;
+    QTemporaryDir folder(shortFolder);
     const QByteArray name =
         hasFile ? folder.filePath("notify").toLocal8Bit() : "@rivo-" + QByteArray::number(getpid());
     Manager manager(name);
@@ -155,7 +158,7 @@ void WatchdogTest::managersThatAreNotThere()
 
 void WatchdogTest::signsOfLife()
 {
-    QTemporaryDir folder;
+    QTemporaryDir folder(shortFolder);
     const QByteArray name = folder.filePath("notify").toLocal8Bit();
     Manager manager(name);
     QStringList complaints;
@@ -175,7 +178,7 @@ void WatchdogTest::signsOfLife()
 
 void WatchdogTest::stuck()
 {
-    QTemporaryDir folder;
+    QTemporaryDir folder(shortFolder);
     const QByteArray name = folder.filePath("notify").toLocal8Bit();
     Manager manager(name);
     QStringList complaints; // read when the other thread has ended

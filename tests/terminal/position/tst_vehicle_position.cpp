@@ -181,7 +181,8 @@ void VehiclePositionTest::wholeTripByGpsfake()
     if (program.isEmpty())
         QSKIP("gpsfake is not installed (Debian: gpsd, gpsd-clients)");
     const Trip trip = shippedTrip();
-    QTemporaryDir folder;
+    // gpsd splits names at blanks.
+    QTemporaryDir folder(QStringLiteral("/tmp/rivo-gpsfake-XXXXXX"));
     QFile lines(folder.filePath("trip.nmea"));
     QVERIFY(lines.open(QIODevice::WriteOnly));
     lines.write("# a whole trip\n");
@@ -197,6 +198,9 @@ void VehiclePositionTest::wholeTripByGpsfake()
     }
     QProcess fake;
     fake.setProcessChannelMode(QProcess::MergedChannels);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TMPDIR"), folder.path());
+    fake.setProcessEnvironment(environment);
     fake.start(program, {"-q", "-c", "0.02", "-P", QString::number(port), lines.fileName()});
     QVERIFY(fake.waitForStarted());
 
