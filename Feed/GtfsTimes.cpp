@@ -178,7 +178,7 @@ private:
         const auto found = known.constFind(text);
         if (found != known.constEnd())
             return services[*found];
-        known.insert(text, services.size());
+        known.insert(text, static_cast<int>(services.size()));
         services.append({m_reading.tables.keep(id), 0, {}, {}, {}, {}});
         return services.last();
     }
