@@ -174,7 +174,7 @@ private:
         for (const QJsonValue& each : entries) {
             const qint64 amount = each["amount"].toInt();
             if (each["kind"] == QLatin1String("day")) {
-                days += amount;
+                days += qMax(Q_INT64_C(0), amount); // it reports no negative sum
                 continue;
             }
             const bool isPayment = each["kind"] == QLatin1String("payment");

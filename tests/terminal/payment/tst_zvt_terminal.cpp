@@ -272,6 +272,24 @@ private slots:
     }
 
     /// Bytes that a server sends instead of what the protocol allows.
+    void aRequestThatWasGivenUpIsEndedBeforeTheNextOneIsTaken()
+    {
+        Pair pair({"--script", "delay@ask", "--delay", "300", "--stuck", "1", "--seed", "4",
+                   "--faults", "0"});
+        QStringList faults;
+        connect(&pair.terminal, &PaymentTerminal::changed, this,
+                [&] { faults.append(pair.terminal.fault()); });
+        QVERIFY(pair.terminal.authorise(190));
+        QCOMPARE(pair.answer(), QString("Unknown"));
+        const QString last = pair.last();
+        QVERIFY2(faults.contains("The card terminal is busy."), qPrintable(faults.join('|')));
+        QCOMPARE(last, pair.card.books().isEmpty()
+                           ? QString("Declined: The card terminal cannot do this.")
+                           : QString("Approved 190 1/1"));
+        QTest::qWait(400); // nothing is booked any more
+        QCOMPARE(pair.last(), last);
+    }
+
     void aTerminalThatLiesIsNotBelieved_data()
     {
         QTest::addColumn<QByteArray>("registered"); ///< to the registration
