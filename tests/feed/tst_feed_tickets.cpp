@@ -48,6 +48,7 @@ class FeedTicketsTest : public QObject
 private slots:
     void tripContextOfAFeed();
     void tripContextAnnouncesEachChangeOnce();
+    void anotherTripIsThereAsAWholeBeforeItIsAnnounced();
     void zoneNames_data();
     void zoneNames();
     void tickets();
@@ -108,6 +109,37 @@ void FeedTicketsTest::tripContextAnnouncesEachChangeOnce()
         expected[index - type->propertyOffset()] = '1';
         QCOMPARE(announced(), expected);
     }
+}
+
+void FeedTicketsTest::anotherTripIsThereAsAWholeBeforeItIsAnnounced()
+{
+    TripContext trip;
+    QStringList announced;
+    const auto valuesOf = [&] {
+        QStringList values;
+        for (int at = trip.metaObject()->propertyOffset(); at < trip.metaObject()->propertyCount();
+             ++at)
+            values.append(trip.metaObject()->property(at).read(&trip).toString());
+        return values.join(' ');
+    };
+    const auto note = [&] { announced.append(valuesOf()); };
+    connect(&trip, &TripContext::routeIdChanged, this, note);
+    connect(&trip, &TripContext::fromStopIdChanged, this, note);
+    connect(&trip, &TripContext::toStopIdChanged, this, note);
+    connect(&trip, &TripContext::currentStopIdChanged, this, note);
+    connect(&trip, &TripContext::tripsRouteIdChanged, this, note);
+    connect(&trip, &TripContext::tripsExecutionIdChanged, this, note);
+    connect(&trip, &TripContext::publicRouteExecutionIdChanged, this, note);
+
+    trip.setTrip(distinctTrip());
+    const QString whole = "1 2 3 4 5 6 seven";
+    QCOMPARE(announced, QStringList(QVector<QString>(7, whole).toList()));
+    trip.setTrip(distinctTrip());
+    QCOMPARE(announced.size(), 7);
+    FeedTripContext next = distinctTrip();
+    next.currentStopId = 8;
+    trip.setTrip(next);
+    QCOMPARE(announced.mid(7), QStringList("1 2 3 8 5 6 seven"));
 }
 
 void FeedTicketsTest::zoneNames_data()

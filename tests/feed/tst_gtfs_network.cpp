@@ -14,6 +14,8 @@ private slots:
     void cleanup() { m_files.reset(); }
 
     void theNetwork();
+    void daysOfAService_data();
+    void daysOfAService();
     void stopTimesAndShapesInAnyOrder();
     void onlyTheTimetableOfSomeRoutesIsKept();
 
@@ -109,6 +111,82 @@ void GtfsNetworkTest::theNetwork()
     QCOMPARE(areas.feed->network.zones.at(0).name, QString());
     QCOMPARE(areas.feed->network.zones.at(1).number, 2);
     QCOMPARE(areas.feed->network.zones.at(1).name, QString("Old Town"));
+}
+
+void GtfsNetworkTest::daysOfAService_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("last");
+    QTest::addColumn<QString>("added");
+    QTest::addColumn<QString>("removed");
+    QTest::addColumn<QString>("date"); // 2026-11-23 is a Monday
+    QTest::addColumn<bool>("runs");
+    const auto row = [](const char* name) -> QTestData& { return QTest::newRow(name); };
+    row("a weekday without limits") << ""
+                                    << ""
+                                    << ""
+                                    << ""
+                                    << "2026-11-23" << true;
+    row("another day of the week") << ""
+                                   << ""
+                                   << ""
+                                   << ""
+                                   << "2026-11-24" << false;
+    row("the first day") << "2026-11-23"
+                         << ""
+                         << ""
+                         << ""
+                         << "2026-11-23" << true;
+    row("before the first day") << "2026-11-24"
+                                << ""
+                                << ""
+                                << ""
+                                << "2026-11-23" << false;
+    row("the last day") << ""
+                        << "2026-11-23"
+                        << ""
+                        << ""
+                        << "2026-11-23" << true;
+    row("after the last day") << ""
+                              << "2026-11-22"
+                              << ""
+                              << ""
+                              << "2026-11-23" << false;
+    row("added beyond the limits") << ""
+                                   << "2026-01-01"
+                                   << "2026-11-24"
+                                   << ""
+                                   << "2026-11-24" << true;
+    row("removed") << ""
+                   << ""
+                   << ""
+                   << "2026-11-23"
+                   << "2026-11-23" << false;
+    row("added and removed") << ""
+                             << ""
+                             << "2026-11-23"
+                             << "2026-11-23"
+                             << "2026-11-23" << true;
+}
+
+void GtfsNetworkTest::daysOfAService()
+{
+    QFETCH(QString, first);
+    QFETCH(QString, last);
+    QFETCH(QString, added);
+    QFETCH(QString, removed);
+    QFETCH(QString, date);
+    const auto dates = [](const QString& text) {
+        return text.isEmpty() ? QVector<QDate>()
+                              : QVector<QDate>{QDate::fromString(text, Qt::ISODate)};
+    };
+    const NetworkService service{"S",
+                                 1,
+                                 QDate::fromString(first, Qt::ISODate),
+                                 QDate::fromString(last, Qt::ISODate),
+                                 dates(added),
+                                 dates(removed)};
+    QTEST(service.runsOn(QDate::fromString(date, Qt::ISODate)), "runs");
 }
 
 void GtfsNetworkTest::stopTimesAndShapesInAnyOrder()
