@@ -54,10 +54,10 @@ void Watchdog::watch()
     std::unique_lock<std::mutex> lock(m_mutex);
     while (!m_end.wait_for(lock, turn, [this] { return m_isEnding; })) {
         const bool isStuck = now() - m_lastBeat > m_stuckTime;
-        if (isStuck && !wasStuck)
+        if (isStuck && !wasStuck) {
             m_complain(QStringLiteral("the screen has not answered for %1 ms").arg(m_stuckTime));
-        if (isStuck && !wasStuck)
             m_manager.reportStatus("The screen does not answer");
+        }
         if (!isStuck && wasStuck)
             m_manager.reportStatus("Running");
         if (!isStuck && m_manager.watchdogTime() > 0)

@@ -366,7 +366,7 @@ void ZvtTerminal::finish(Verdict verdict, const QString& reason)
     finish(answer);
 }
 
-void ZvtTerminal::finish(Answer answer)
+void ZvtTerminal::finish(const Answer& answer)
 {
     m_request.reset();
     m_sent = 0;

@@ -80,7 +80,7 @@ private:
     void stopped(quint8 code);
     void timedOut();
 
-    void finish(Answer answer);
+    void finish(const Answer& answer);
     void finish(Verdict verdict, const QString& reason);
     void lose(const QString& fault);
     void setFault(const QString& fault);

@@ -34,7 +34,7 @@ public:
                 QTimer::singleShot(0, this, [this] { fail(); }); // not from within the port
         });
     }
-    ~SerialLink() override { close(); }
+    ~SerialLink() override { closePort(); }
     Q_DISABLE_COPY_MOVE(SerialLink)
 
     void open() override
@@ -49,14 +49,7 @@ public:
         });
     }
 
-    /// What the line still has to send would keep it waiting.
-    void close() override
-    {
-        if (!m_port.isOpen())
-            return;
-        m_port.clear();
-        m_port.close();
-    }
+    void close() override { closePort(); }
 
     void write(const QByteArray& bytes) override
     {
@@ -67,6 +60,15 @@ public:
     qint64 bytesToWrite() const override { return m_port.bytesToWrite(); }
 
 private:
+    /// What the line still has to send would keep it waiting.
+    void closePort()
+    {
+        if (!m_port.isOpen())
+            return;
+        m_port.clear();
+        m_port.close();
+    }
+
     void fail()
     {
         if (!m_port.isOpen())

@@ -40,7 +40,7 @@ public:
     /// The card terminal; none = cards are not taken. Call before restore(), and while no payment
     /// is asked for.
     void setTerminal(payment::PaymentTerminal* terminal);
-    payment::PaymentTerminal* terminal() const { return m_terminal; }
+    payment::PaymentTerminal* terminal() const { return m_terminal.data(); }
 
     /// The clock that records have their time of; at first that of the system.
     using Clock = std::function<QDateTime()>;
