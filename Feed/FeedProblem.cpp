@@ -95,7 +95,7 @@ QString printable(const QString& text)
         const bool isPair =
             character.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
         if (isPair)
-            result += text.mid(i++, 2);
+            result.append(character).append(text.at(++i));
         else if (character.isSurrogate() || !isSafe(character))
             result += escaped(character);
         else

@@ -59,9 +59,10 @@ bool isTimeOfDay(const QString& text) { return isTime(text) && seconds(text) <= 
 
 QDate gtfsDate(const QString& text)
 {
-    return text.size() == 8 && isDigits(text)
-               ? QDate(text.left(4).toInt(), text.mid(4, 2).toInt(), text.mid(6).toInt())
-               : QDate();
+    if (text.size() != 8 || !isDigits(text))
+        return {};
+    const int number = text.toInt();
+    return {number / 10000, number / 100 % 100, number % 100};
 }
 
 bool isGtfsDate(const QString& text) { return gtfsDate(text).isValid(); }

@@ -42,9 +42,10 @@ std::optional<int> numberOf(const QString& path)
 /// The folders in a folder of /sys, which are links there.
 QStringList entriesOf(const QString& folder)
 {
+    const QFileInfoList entries =
+        QDir(folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     QStringList paths;
-    for (const QFileInfo& entry :
-         QDir(folder).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
+    for (const QFileInfo& entry : entries)
         paths.append(entry.filePath());
     return paths;
 }
@@ -60,7 +61,8 @@ bool isConnected(const QString& interface)
 
 void readNetworks(const QString& root, Health& health)
 {
-    for (const QString& interface : entriesOf(root + QStringLiteral("/sys/class/net"))) {
+    const QStringList interfaces = entriesOf(root + QStringLiteral("/sys/class/net"));
+    for (const QString& interface : interfaces) {
         const QString name = QFileInfo(interface).fileName();
         if (name == QLatin1String("lo"))
             continue;
@@ -86,7 +88,8 @@ std::optional<Health::Disk> readDisk(const QString& journal)
 std::optional<int> readTemperature(const QString& root)
 {
     std::optional<int> highest;
-    for (const QString& zone : entriesOf(root + QStringLiteral("/sys/class/thermal"))) {
+    const QStringList zones = entriesOf(root + QStringLiteral("/sys/class/thermal"));
+    for (const QString& zone : zones) {
         const std::optional<int> milli = numberOf(zone + QStringLiteral("/temp"));
         if (!milli || *milli / perDegree > hottest || *milli / perDegree < coldest)
             continue;
@@ -97,7 +100,8 @@ std::optional<int> readTemperature(const QString& root)
 
 std::optional<int> readBrightness(const QString& root)
 {
-    for (const QString& light : entriesOf(root + QStringLiteral("/sys/class/backlight"))) {
+    const QStringList lights = entriesOf(root + QStringLiteral("/sys/class/backlight"));
+    for (const QString& light : lights) {
         const std::optional<int> is = numberOf(light + QStringLiteral("/brightness"));
         const std::optional<int> most = numberOf(light + QStringLiteral("/max_brightness"));
         if (!is || !most || *most <= 0)

@@ -271,8 +271,9 @@ std::optional<QVector<Object>> objectsOf(const QByteArray& container)
 QString maskedNumber(const QByteArray& value)
 {
     constexpr int shown = 4;
+    const QByteArray hex = value.toHex();
     QString digits;
-    for (const char each : value.toHex()) {
+    for (const char each : hex) {
         if (each == 'f')
             break;
         digits.append(QLatin1Char(each >= '0' && each <= '9' ? each : '*'));

@@ -267,9 +267,8 @@ bool ZvtTerminal::keepInformation(const QByteArray& data)
                              ? QString::fromLatin1(fields->value(zvt::TerminalId).toHex())
                              : m_terminalId;
     receipt.at = timeOf(number(zvt::Date), number(zvt::Time), QDateTime::currentDateTime());
-    QByteArray name = fields->value(zvt::CardName);
-    name.truncate(qMin(name.size(), static_cast<int>(qstrnlen(name.constData(), name.size()))));
-    receipt.card = (QString::fromLatin1(name) + QLatin1Char(' ') +
+    const QByteArray name = fields->value(zvt::CardName); // may end with a zero
+    receipt.card = (QString::fromLatin1(name.constData()) + QLatin1Char(' ') +
                     zvt::maskedNumber(fields->value(zvt::CardNumber)))
                        .simplified();
     m_information = receipt;

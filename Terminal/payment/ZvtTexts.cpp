@@ -126,7 +126,7 @@ QString textOfCode(quint8 code)
 
 QString textOfStatus(const QByteArray& data)
 {
-    const QString own = ownText(data);
+    QString own = ownText(data);
     if (!own.isEmpty() || data.isEmpty())
         return own;
     const char* const text = textIn(statuses, static_cast<quint8>(data.at(0)));

@@ -234,11 +234,9 @@ void VirtualPrinter::carryOut(const QByteArray& command)
         carryOutEsc(command);
     else if (first == GS)
         carryOutGs(command);
-    else if (first == FS && command.at(1) != '.')
-        unknown(command);
     else if (static_cast<uchar>(first) >= 0x20)
         print(static_cast<uchar>(first));
-    else if (first != FS)
+    else if (first != FS || command.at(1) != '.')
         unknown(command);
 }
 
@@ -301,7 +299,7 @@ void VirtualPrinter::carryOutGs(const QByteArray& command)
         if (parameter == 'k')
             carryOutCode(command);
         else if (parameter == 'H' && byteAt(command, 5) == 48 && !m_isSimple)
-            answer(QByteArray("\x37\x22") + command.mid(7, 4) + '\0');
+            answer(QByteArray(R"(7")") + command.mid(7, 4) + '\0');
         else
             unknown(command);
         break;
