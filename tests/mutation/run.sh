@@ -43,7 +43,8 @@ done
 need_packages $packages_to_test
 mkdir -p "$place"
 mutate="$place/mutate"
-[ "$mutate" -nt $here/mutate.cpp ] || g++ -std=c++17 -O1 $here/mutate.cpp -o "$mutate"
+[ -n "$(find "$mutate" -newer $here/mutate.cpp -newer $here/Mutations.cpp -newer $here/Source.cpp \
+    -newer $here/Source.h 2> /dev/null)" ] || g++ -std=c++17 -O1 $here/*.cpp -o "$mutate"
 
 # What the tests were compiled with stays as it was in a header: declarations are not mutated there,
 # and headers are at most a twentieth of a sample, for each makes many files be built again.
