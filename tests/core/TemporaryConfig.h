@@ -1,5 +1,7 @@
 #pragma once
 
+#include <core/ConfigManager.h>
+
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
@@ -23,6 +25,12 @@ public:
     QString settingsPath() const { return folder() + "/settings.json"; }
     QString loggingPath() const { return folder() + "/logging.conf"; }
 
+    rivo::core::ConfigManager* manager() const
+    {
+        return rivo::core::ConfigManager::instance(base(), subFolder());
+    }
+    rivo::core::SettingsConfig* settings() const { return manager()->settingsConfig(); }
+
     bool makeFolder() const { return QDir().mkpath(folder()); }
     bool removeFolder() const { return QDir(folder()).removeRecursively(); }
 
@@ -44,6 +52,12 @@ public:
             read | QFile::WriteOwner | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
         return QFile::setPermissions(base(), enter) && QFile::setPermissions(folder(), enter) &&
                QFile::setPermissions(settingsPath(), read | QFile::WriteOwner);
+    }
+
+    static QStringList entries(const QString& folder)
+    {
+        return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                      QDir::NoDotAndDotDot);
     }
 
     static QByteArray read(const QString& path)

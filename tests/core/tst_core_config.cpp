@@ -1,6 +1,6 @@
 #include "LogCapture.h"
+#include "Table.h"
 #include "TemporaryConfig.h"
-#include "WithoutRootRights.h"
 
 #include <core/ConfigManager.h>
 #include <core/SettingsConfig.h>
@@ -20,11 +20,6 @@ namespace
 const QByteArray GoodSettings =
     R"({"logLevels": ["good"], "passengerTypeCodesOrder": ["PT_ADULT", "PT_LFS"]})";
 
-ConfigManager* managerOf(const TemporaryConfig& config)
-{
-    return ConfigManager::instance(config.base(), TemporaryConfig::subFolder());
-}
-
 QList<QVariant> texts(const QStringList& list) { return QVariant(list).toList(); }
 
 /// Puts something at a path. Returns whether it is there.
@@ -40,8 +35,6 @@ class CoreConfigTest : public QObject
 
 private slots:
     void settingsWithoutAManagerAreEmpty();
-    void missingFileGivesDefaultsWithoutAMessage_data();
-    void missingFileGivesDefaultsWithoutAMessage();
     void valuesAreRead_data();
     void valuesAreRead();
     void badInputIsOneWarningAndKeepsTheLastGoodValue_data();
@@ -50,10 +43,7 @@ private slots:
     void badInputAtStartLeavesTheDefaults();
     void strangeFileIsReportedAndNeverBlocks_data();
     void strangeFileIsReportedAndNeverBlocks();
-    void unreadableFileIsReported();
     void sameArgumentsGiveTheSameManager();
-    void pathIsJoinedWithOneSlash_data();
-    void pathIsJoinedWithOneSlash();
     void managerIsKnownWhileItReads();
     void nothingIsWrittenUnlessAsked();
 };
@@ -69,52 +59,21 @@ void CoreConfigTest::settingsWithoutAManagerAreEmpty()
     QCOMPARE(sizeof(SettingsConfig), sizeof(QObject) + sizeof(void*));
 }
 
-void CoreConfigTest::missingFileGivesDefaultsWithoutAMessage_data()
-{
-    QTest::addColumn<QString>("subFolder");
-    QTest::newRow("the file is missing") << "ProjectLink/";
-    QTest::newRow("the folder is missing") << "Elsewhere";
-    QTest::newRow("several folders are missing") << "some/where/else";
-}
-
-void CoreConfigTest::missingFileGivesDefaultsWithoutAMessage()
-{
-    QFETCH(QString, subFolder);
-    const TemporaryConfig config;
-    const LogCapture log;
-    SettingsConfig* settings = ConfigManager::instance(config.base(), subFolder)->settingsConfig();
-    QCOMPARE(settings->getLogLevels(), QStringList());
-    QCOMPARE(settings->passengerTypeCodesOrder(), QList<QVariant>());
-    QCOMPARE(log.messages(), QStringList());
-}
-
 void CoreConfigTest::valuesAreRead_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QStringList>("logLevels");
-    QTest::addColumn<QStringList>("order");
-
-    QTest::newRow("both keys") << GoodSettings << QStringList{"good"}
-                               << QStringList{"PT_ADULT", "PT_LFS"};
-    QTest::newRow("an absent key is empty")
-        << QByteArray(R"({"logLevels": ["a", "b"]})") << QStringList{"a", "b"} << QStringList();
-    QTest::newRow("empty lists") << QByteArray(
-                                        R"({"logLevels": [], "passengerTypeCodesOrder": []})")
-                                 << QStringList() << QStringList();
-    QTest::newRow("an empty object") << QByteArray("{}") << QStringList() << QStringList();
-    QTest::newRow("other keys of any type are ignored")
-        << QByteArray(R"({"x": 1, "logLevels": ["a"], "y": {"logLevels": 5}, "LogLevels": 7})")
-        << QStringList{"a"} << QStringList();
-    QTest::newRow("texts are taken literally: blanks, case, repetition, non-ASCII")
-        << QByteArray(
-               R"({"logLevels": [" a ", "A", "A", ""], "passengerTypeCodesOrder": ["żółć"]})")
-        << QStringList{" a ", "A", "A", ""} << QStringList{QString::fromUtf8("żółć")};
-    QTest::newRow("byte order mark and CRLF")
-        << QByteArray("\xEF\xBB\xBF{\r\n\"logLevels\": [\"a\"]\r\n}\r\n") << QStringList{"a"}
-        << QStringList();
-    QTest::newRow("exactly 1 MiB")
-        << QByteArray(R"({"logLevels": ["a"]})").leftJustified(1024 * 1024, ' ') << QStringList{"a"}
-        << QStringList();
+    const Table<QByteArray, QStringList, QStringList> row("content", "logLevels", "order");
+    row("both keys", GoodSettings, {"good"}, {"PT_ADULT", "PT_LFS"});
+    row("an absent key is empty", R"({"logLevels": ["a", "b"]})", {"a", "b"}, {});
+    row("empty lists", R"({"logLevels": [], "passengerTypeCodesOrder": []})", {}, {});
+    row("an empty object", "{}", {}, {});
+    row("other keys of any type are ignored",
+        R"({"x": 1, "logLevels": ["a"], "y": {"logLevels": 5}, "LogLevels": 7})", {"a"}, {});
+    row("texts are taken literally: blanks, case, repetition, non-ASCII",
+        R"({"logLevels": [" a ", "A", "A", ""], "passengerTypeCodesOrder": ["żółć"]})",
+        {" a ", "A", "A", ""}, QStringList{QString::fromUtf8("żółć")});
+    row("byte order mark and CRLF", "\xEF\xBB\xBF{\r\n\"logLevels\": [\"a\"]\r\n}\r\n", {"a"}, {});
+    row("exactly 1 MiB", QByteArray(R"({"logLevels": ["a"]})").leftJustified(1024 * 1024, ' '),
+        {"a"}, {});
 }
 
 void CoreConfigTest::valuesAreRead()
@@ -123,7 +82,7 @@ void CoreConfigTest::valuesAreRead()
     const TemporaryConfig config;
     QVERIFY(config.writeSettings(content));
     const LogCapture log;
-    SettingsConfig* settings = managerOf(config)->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QTEST(settings->getLogLevels(), "logLevels");
     QFETCH(QStringList, order);
     QCOMPARE(settings->passengerTypeCodesOrder(), texts(order));
@@ -134,11 +93,11 @@ void CoreConfigTest::valuesAreRead()
 
 void CoreConfigTest::badInputIsOneWarningAndKeepsTheLastGoodValue_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QStringList>("warnings"); // what follows the file's path
-    QTest::addColumn<bool>("logLevelsTaken");  // the new value is ["new"]
-    QTest::addColumn<bool>("orderTaken");      // the new value is ["PT_NEW"]
-
+    // warnings: what follows the file's path
+    // logLevelsTaken: the new value is ["new"]
+    // orderTaken: the new value is ["PT_NEW"]
+    const Table<QByteArray, QStringList, bool, bool> row("content", "warnings", "logLevelsTaken",
+                                                         "orderTaken");
     const auto syntax = [](const char* name, const QByteArray& content, const char* warning) {
         QTest::newRow(name) << content << QStringList{warning} << false << false;
     };
@@ -192,11 +151,11 @@ void CoreConfigTest::badInputIsOneWarningAndKeepsTheLastGoodValue_data()
     wrongOrder("an element of the order is an object", "[\"PT_NEW\", {}]",
                ": /passengerTypeCodesOrder/1: expected a text, found an object");
 
-    QTest::newRow("both keys are wrong, each is reported")
-        << QByteArray(R"({"logLevels": 1, "passengerTypeCodesOrder": [2]})")
-        << QStringList{": /logLevels: expected a list of texts, found a number",
-                       ": /passengerTypeCodesOrder/0: expected a text, found a number"}
-        << false << false;
+    row("both keys are wrong, each is reported",
+        R"({"logLevels": 1, "passengerTypeCodesOrder": [2]})",
+        {": /logLevels: expected a list of texts, found a number",
+         ": /passengerTypeCodesOrder/0: expected a text, found a number"},
+        false, false);
 }
 
 void CoreConfigTest::badInputIsOneWarningAndKeepsTheLastGoodValue()
@@ -207,7 +166,7 @@ void CoreConfigTest::badInputIsOneWarningAndKeepsTheLastGoodValue()
     QFETCH(bool, orderTaken);
     const TemporaryConfig config;
     QVERIFY(config.writeSettings(GoodSettings));
-    SettingsConfig* settings = managerOf(config)->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
 
     const LogCapture log;
@@ -241,7 +200,7 @@ void CoreConfigTest::badInputAtStartLeavesTheDefaults()
     const TemporaryConfig config;
     QVERIFY(config.writeSettings(content));
     const LogCapture log;
-    SettingsConfig* settings = managerOf(config)->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QCOMPARE(log.records().size(), warnings.size());
     for (int i = 0; i < warnings.size(); ++i) {
         const LogCapture::Record record = log.records().at(i);
@@ -257,23 +216,25 @@ void CoreConfigTest::badInputAtStartLeavesTheDefaults()
 
 void CoreConfigTest::strangeFileIsReportedAndNeverBlocks_data()
 {
-    QTest::addColumn<Make>("make");
-    QTest::addColumn<QString>("warning");
-
-    QTest::newRow("a folder") << Make([](const QString& path) { return QDir().mkpath(path); })
-                              << ": is a folder, not a file";
-    QTest::newRow("a FIFO without a writer")
-        << Make([](const QString& path) { return ::mkfifo(qPrintable(path), 0600) == 0; })
-        << ": is not a regular file";
-    QTest::newRow("a device that never ends")
-        << Make([](const QString& path) { return QFile::link("/dev/zero", path); })
-        << ": is not a regular file";
-    QTest::newRow("a file that opens and cannot be read")
-        << Make([](const QString& path) { return QFile::link("/proc/self/mem", path); })
-        << ": cannot be read: " + qt_error_string(EIO);
-    QTest::newRow("a symbolic link to itself")
-        << Make([](const QString& path) { return QFile::link(path, path); })
-        << ": cannot be read: " + qt_error_string(ELOOP);
+    const Table<Make, QString> row("make", "warning");
+    row(
+        "a folder", [](const QString& path) { return QDir().mkpath(path); },
+        ": is a folder, not a file");
+    row(
+        "a FIFO without a writer",
+        [](const QString& path) { return ::mkfifo(qPrintable(path), 0600) == 0; },
+        ": is not a regular file");
+    row(
+        "a device that never ends",
+        [](const QString& path) { return QFile::link("/dev/zero", path); },
+        ": is not a regular file");
+    row(
+        "a file that opens and cannot be read",
+        [](const QString& path) { return QFile::link("/proc/self/mem", path); },
+        ": cannot be read: " + qt_error_string(EIO));
+    row(
+        "a symbolic link to itself", [](const QString& path) { return QFile::link(path, path); },
+        ": cannot be read: " + qt_error_string(ELOOP));
 }
 
 void CoreConfigTest::strangeFileIsReportedAndNeverBlocks()
@@ -285,38 +246,19 @@ void CoreConfigTest::strangeFileIsReportedAndNeverBlocks()
     const TemporaryConfig fromStart;
     QVERIFY(make(fromStart.settingsPath()));
     const LogCapture log;
-    SettingsConfig* settings = managerOf(fromStart)->settingsConfig();
+    SettingsConfig* settings = fromStart.settings();
     QCOMPARE(log.messages(el::Level::Warning),
              QStringList{fromStart.settingsPath() + warning + expected});
     QCOMPARE(settings->getLogLevels(), QStringList());
 
     const TemporaryConfig later;
     QVERIFY(later.writeSettings(GoodSettings));
-    settings = managerOf(later)->settingsConfig();
+    settings = later.settings();
     QVERIFY(QFile::remove(later.settingsPath()));
     QVERIFY(make(later.settingsPath()));
     QTRY_COMPARE(log.messages(el::Level::Warning).size(), 2);
     QCOMPARE(log.messages().last(), later.settingsPath() + warning + expected);
     QCOMPARE(settings->getLogLevels(), QStringList{"good"});
-}
-
-void CoreConfigTest::unreadableFileIsReported()
-{
-    const TemporaryConfig config(everybodysPlace());
-    QVERIFY(config.writeSettings(GoodSettings) && config.letOthersRead());
-    QVERIFY(QFile::setPermissions(config.settingsPath(), QFile::Permissions()));
-    const LogCapture log;
-    SettingsConfig* settings = nullptr;
-    {
-        const WithoutRootRights rights;
-        settings = managerOf(config)->settingsConfig();
-    }
-    QCOMPARE(log.messages(el::Level::Warning),
-             QStringList{config.settingsPath() + ": cannot be read: " + qt_error_string(EACCES) +
-                         "; the last good value stays"});
-    QCOMPARE(settings->getLogLevels(), QStringList());
-    QVERIFY(QFile::setPermissions(config.settingsPath(), QFile::ReadOwner | QFile::WriteOwner));
-    QTRY_COMPARE(settings->getLogLevels(), QStringList{"good"});
 }
 
 void CoreConfigTest::sameArgumentsGiveTheSameManager()
@@ -326,41 +268,14 @@ void CoreConfigTest::sameArgumentsGiveTheSameManager()
     QVERIFY(manager);
     QVERIFY(manager->settingsConfig());
     QCOMPARE(ConfigManager::instance(config.base(), "ProjectLink/"), manager);
+    // The path counts, see SettingsFile::pathIn().
+    QCOMPARE(ConfigManager::instance(config.base() + "/.", "//ProjectLink"), manager);
     QCOMPARE(ConfigManager::instance(config.base(), "ProjectLink/")->settingsConfig(),
              manager->settingsConfig());
     QVERIFY(ConfigManager::instance(config.base(), "Other/") != manager);
     QVERIFY(ConfigManager::instance(config.base() + "/deeper", "ProjectLink/") != manager);
     QVERIFY(ConfigManager::instance(config.base(), "Other/")->settingsConfig() !=
             manager->settingsConfig());
-}
-
-void CoreConfigTest::pathIsJoinedWithOneSlash_data()
-{
-    QTest::addColumn<QString>("afterBase");
-    QTest::addColumn<QString>("subFolder");
-    QTest::newRow("as the list models ask") << ""
-                                            << "ProjectLink/";
-    QTest::newRow("no slash at all") << ""
-                                     << "ProjectLink";
-    QTest::newRow("slashes everywhere") << "/"
-                                        << "/ProjectLink/";
-    QTest::newRow("too many slashes") << "//"
-                                      << "//ProjectLink//";
-    QTest::newRow("dots") << "/."
-                          << "./other/../ProjectLink/.";
-}
-
-void CoreConfigTest::pathIsJoinedWithOneSlash()
-{
-    QFETCH(QString, afterBase);
-    QFETCH(QString, subFolder);
-    const TemporaryConfig config;
-    QVERIFY(config.writeSettings("["));
-    const LogCapture log;
-    const ConfigManager* manager = ConfigManager::instance(config.base() + afterBase, subFolder);
-    QCOMPARE(manager, managerOf(config));
-    QCOMPARE(log.messages().size(), 1);
-    QVERIFY(log.messages().first().startsWith(config.settingsPath() + ":1:2: "));
 }
 
 void CoreConfigTest::managerIsKnownWhileItReads()
@@ -372,13 +287,13 @@ void CoreConfigTest::managerIsKnownWhileItReads()
     {
         const TemporaryConfig* config = nullptr;
         ConfigManager* heard = nullptr;
-        void handle(const el::LogDispatchData*) override { heard = managerOf(*config); }
+        void handle(const el::LogDispatchData*) override { heard = config->manager(); }
     };
     const LogCapture quiet;
     el::Helpers::installLogDispatchCallback<Asker>("asker");
     auto* asker = el::Helpers::logDispatchCallback<Asker>("asker");
     asker->config = &config;
-    ConfigManager* manager = managerOf(config);
+    ConfigManager* manager = config.manager();
     QCOMPARE(asker->heard, manager);
     el::Helpers::uninstallLogDispatchCallback<Asker>("asker");
     QCOMPARE(quiet.messages().size(), 1);
@@ -388,17 +303,14 @@ void CoreConfigTest::nothingIsWrittenUnlessAsked()
 {
     const TemporaryConfig config;
     QVERIFY(config.removeFolder());
-    SettingsConfig* settings = managerOf(config)->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QCOMPARE(settings->getLogLevels(), QStringList());
-    QCOMPARE(QDir(config.base()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList());
+    QCOMPARE(TemporaryConfig::entries(config.base()), QStringList());
 
     QVERIFY(config.makeFolder());
     QVERIFY(config.writeSettings(GoodSettings));
     QTRY_COMPARE(settings->getLogLevels(), QStringList{"good"});
-    QCOMPARE(
-        QDir(config.folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-        QStringList{"settings.json"});
+    QCOMPARE(TemporaryConfig::entries(config.folder()), QStringList{"settings.json"});
     QCOMPARE(TemporaryConfig::read(config.settingsPath()), GoodSettings);
     QCOMPARE(QDir().entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList());

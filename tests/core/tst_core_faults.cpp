@@ -2,11 +2,11 @@
 #include "LogCapture.h"
 #include "SmallDisk.h"
 #include "Soak.h"
+#include "Table.h"
 #include "TemporaryConfig.h"
 #include "WithoutRootRights.h"
 
 #include <core-private/SettingsFile.h>
-#include <core/ConfigManager.h>
 #include <core/SettingsConfig.h>
 
 #include <QSignalSpy>
@@ -18,7 +18,6 @@
 #include <sys/stat.h>
 #include <thread>
 
-using rivo::core::ConfigManager;
 using rivo::core::SettingsConfig;
 using rivo::core::SettingsFile;
 
@@ -97,20 +96,26 @@ void CoreFaultsTest::fileCutAnywhereKeepsTheLastGoodValues()
 
 void CoreFaultsTest::faultIsReportedOnceAndAGoodFileEndsIt_data()
 {
-    QTest::addColumn<Fault>("fault");
-    QTest::addColumn<QString>("warning");
-    QTest::newRow("the file is emptied")
-        << Fault([](const TemporaryConfig& c) { return c.writeSettings(""); })
-        << ":1:1: illegal value";
-    QTest::newRow("the file loses its end")
-        << Fault([](const TemporaryConfig& c) { return QFile::resize(c.settingsPath(), 15); })
-        << ":1:16: unterminated array";
-    QTest::newRow("a folder takes the place of the file") << Fault([](const TemporaryConfig& c) {
-        return QFile::remove(c.settingsPath()) && QDir().mkpath(c.settingsPath() + "/in/it");
-    }) << ": is a folder, not a file";
-    QTest::newRow("a file takes the place of the folder") << Fault([](const TemporaryConfig& c) {
-        return c.removeFolder() && TemporaryConfig::write(c.folder(), "{}");
-    }) << ": cannot be read: " + qt_error_string(ENOTDIR);
+    const Table<Fault, QString> row("fault", "warning");
+    row(
+        "the file is emptied", [](const TemporaryConfig& c) { return c.writeSettings(""); },
+        ":1:1: illegal value");
+    row(
+        "the file loses its end",
+        [](const TemporaryConfig& c) { return QFile::resize(c.settingsPath(), 15); },
+        ":1:16: unterminated array");
+    row(
+        "a folder takes the place of the file",
+        [](const TemporaryConfig& c) {
+            return QFile::remove(c.settingsPath()) && QDir().mkpath(c.settingsPath() + "/in/it");
+        },
+        ": is a folder, not a file");
+    row(
+        "a file takes the place of the folder",
+        [](const TemporaryConfig& c) {
+            return c.removeFolder() && TemporaryConfig::write(c.folder(), "{}");
+        },
+        ": cannot be read: " + qt_error_string(ENOTDIR));
 }
 
 void CoreFaultsTest::faultIsReportedOnceAndAGoodFileEndsIt()
@@ -119,8 +124,7 @@ void CoreFaultsTest::faultIsReportedOnceAndAGoodFileEndsIt()
     QFETCH(QString, warning);
     const TemporaryConfig config;
     QVERIFY(config.writeSettings(GoodSettings));
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
     const LogCapture log;
 
@@ -144,8 +148,7 @@ void CoreFaultsTest::unreadableFileIsReportedOnceAndAReadableOneEndsIt()
 {
     const TemporaryConfig config(everybodysPlace());
     QVERIFY(config.writeSettings(GoodSettings) && config.letOthersRead());
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
     const LogCapture log;
     // Without root's rights the folders of earlier tests may be out of reach too.
@@ -221,8 +224,7 @@ void CoreFaultsTest::readerNeverSeesAMixtureOfAThousandRewrites()
 void CoreFaultsTest::managerIsRightAfterAThousandRewrites()
 {
     const TemporaryConfig config;
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     const int rewrites = 1000 / soakDivisor();
     std::atomic<bool> isDone{false};
     std::thread writer([&] {
@@ -248,14 +250,13 @@ void CoreFaultsTest::managerIsRightAfterAThousandRewrites()
 
 void CoreFaultsTest::fileOfAnyDateIsFollowed_data()
 {
-    QTest::addColumn<qint64>("before");
-    QTest::addColumn<qint64>("after");
+    const Table<qint64, qint64> row("before", "after");
     const qint64 year1970 = 86400;
     const qint64 year2026 = 1767225600;
     const qint64 year2037 = 2114380800;
-    QTest::newRow("the clock has jumped ahead") << year2026 << year2037;
-    QTest::newRow("the clock has jumped back") << year2026 << year1970;
-    QTest::newRow("the clock stands still") << year2026 << year2026;
+    row("the clock has jumped ahead", year2026, year2037);
+    row("the clock has jumped back", year2026, year1970);
+    row("the clock stands still", year2026, year2026);
 }
 
 void CoreFaultsTest::fileOfAnyDateIsFollowed()
@@ -264,8 +265,7 @@ void CoreFaultsTest::fileOfAnyDateIsFollowed()
     QFETCH(qint64, after);
     const TemporaryConfig config;
     QVERIFY(config.writeSettings(numbered(1)) && setTime(config.settingsPath(), before));
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QCOMPARE(settings->getLogLevels(), QStringList{"1"});
     QVERIFY(config.writeSettings(numbered(2)) && setTime(config.settingsPath(), after));
     QTRY_COMPARE(settings->getLogLevels(), QStringList{"2"});
@@ -289,8 +289,7 @@ void CoreFaultsTest::fullDiskLeavesTheFileAsItWas()
         QVERIFY(!isSaved);
         QCOMPARE(problem, config.settingsPath() + ": cannot be written: " + qt_error_string(EFBIG));
         QCOMPARE(TemporaryConfig::read(config.settingsPath()), GoodSettings);
-        QCOMPARE(QDir(config.folder()).entryList(QDir::Files | QDir::Hidden),
-                 QStringList{"settings.json"});
+        QCOMPARE(TemporaryConfig::entries(config.folder()), QStringList{"settings.json"});
     }
     // Nothing that was set is lost.
     QVERIFY(file.save(&problem));
@@ -315,7 +314,7 @@ void CoreFaultsTest::diskThatFillsUpLeavesTheFileAsItWas()
         QCOMPARE(problem,
                  config.settingsPath() + ": cannot be written: " + qt_error_string(ENOSPC));
         QCOMPARE(TemporaryConfig::read(config.settingsPath()), GoodSettings);
-        QCOMPARE(QDir(config.folder()).entryList(QDir::Files | QDir::Hidden),
+        QCOMPARE(TemporaryConfig::entries(config.folder()),
                  QStringList({"of somebody else", "settings.json"}));
     }
     QVERIFY(disk.fill(40));

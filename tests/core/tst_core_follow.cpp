@@ -1,16 +1,16 @@
 #include "LogCapture.h"
+#include "Table.h"
 #include "TemporaryConfig.h"
 
 #include <core/ConfigManager.h>
 #include <core/SettingsConfig.h>
 
-#include <QSaveFile>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QtTest>
 
 #include <climits>
 #include <cstdio>
-#include <functional>
 #include <thread>
 
 #include <sys/inotify.h>
@@ -38,21 +38,29 @@ bool replaceAtomically(const QString& path, const QByteArray& content)
            std::rename(qPrintable(path + ".new"), qPrintable(path)) == 0;
 }
 
-bool replaceLink(const QString& target, const QString& link)
+/// Runs shell commands in the base path. "put $new $file" writes settings with the log level "new"
+/// in place, "put $new n; mv n $file" replaces them atomically; $sub is the sub folder.
+bool run(const QString& commands, const TemporaryConfig& config)
 {
-    return QFile::link(target, link + ".new") &&
-           std::rename(qPrintable(link + ".new"), qPrintable(link)) == 0;
+    QProcess shell;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("old", settingsWith({"old"}));
+    environment.insert("new", settingsWith({"new"}));
+    environment.insert("seen", settingsWith({"a", "b"}, {"seen"}));
+    environment.insert("sub", config.folder());
+    environment.insert("file", config.settingsPath());
+    shell.setProcessEnvironment(environment);
+    shell.setWorkingDirectory(config.base());
+    // Values are not split at blanks; paths may have some.
+    shell.start("sh", {"-c", "set -efu; IFS=; put() { printf %s \"$1\" > \"$2\"; }; " + commands});
+    return shell.waitForFinished() && shell.exitCode() == 0;
 }
 
 /// Waits until changes of other folders, such as those of the last test, are over: what is noticed
 /// afterwards was noticed for its own sake. Too short a pause could only hide a defect.
 void settle() { QTest::qWait(150); }
 
-using Step = std::function<bool(const TemporaryConfig&)>;
-
 } // namespace
-
-Q_DECLARE_METATYPE(Step)
 
 class CoreFollowTest : public QObject
 {
@@ -77,137 +85,56 @@ private slots:
 
 void CoreFollowTest::changeOnDiskIsFollowed_data()
 {
-    QTest::addColumn<Step>("prepare");
-    QTest::addColumn<Step>("change");
-    QTest::addColumn<QStringList>("before");
-    QTest::addColumn<QStringList>("after");
-
-    const Step writeOld = [](const TemporaryConfig& c) {
-        return c.writeSettings(settingsWith({"old"}));
-    };
-    const Step writeNew = [](const TemporaryConfig& c) {
-        return c.writeSettings(settingsWith({"new"}));
-    };
-    const Step nothing = [](const TemporaryConfig&) { return true; };
-    const Step removeFolder = [](const TemporaryConfig& c) { return c.removeFolder(); };
-    const QStringList oldLevels{"old"};
-    const QStringList newLevels{"new"};
-
-    QTest::newRow("rewritten in place") << writeOld << writeNew << oldLevels << newLevels;
-    QTest::newRow("written in two pieces") << writeOld << Step([](const TemporaryConfig& c) {
-        const QByteArray content = settingsWith({"new"});
-        QFile file(c.settingsPath());
-        return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
-               file.write(content.left(9)) == 9 && file.flush() &&
-               file.write(content.mid(9)) == content.size() - 9;
-    }) << oldLevels << newLevels;
-    QTest::newRow("replaced atomically") << writeOld << Step([](const TemporaryConfig& c) {
-        return replaceAtomically(c.settingsPath(), settingsWith({"new"}));
-    }) << oldLevels << newLevels;
-    QTest::newRow("replaced by QSaveFile") << writeOld << Step([](const TemporaryConfig& c) {
-        QSaveFile file(c.settingsPath());
-        return file.open(QIODevice::WriteOnly) && file.write(settingsWith({"new"})) > 0 &&
-               file.commit();
-    }) << oldLevels << newLevels;
-    QTest::newRow("deleted") << writeOld << Step([](const TemporaryConfig& c) {
-        return QFile::remove(c.settingsPath());
-    }) << oldLevels << QStringList();
-    QTest::newRow("renamed away") << writeOld << Step([](const TemporaryConfig& c) {
-        return QFile::rename(c.settingsPath(), c.settingsPath() + ".bak");
-    }) << oldLevels << QStringList();
-    QTest::newRow("deleted and written anew")
-        << writeOld << Step([writeNew](const TemporaryConfig& c) {
-               return QFile::remove(c.settingsPath()) && writeNew(c);
-           })
-        << oldLevels << newLevels;
-    QTest::newRow("created after start") << nothing << writeNew << QStringList() << newLevels;
-    QTest::newRow("created after start by renaming")
-        << nothing << Step([](const TemporaryConfig& c) {
-               return replaceAtomically(c.settingsPath(), settingsWith({"new"}));
-           })
-        << QStringList() << newLevels;
-    QTest::newRow("sub folder created after start")
-        << removeFolder
-        << Step([writeNew](const TemporaryConfig& c) { return c.makeFolder() && writeNew(c); })
-        << QStringList() << newLevels;
-    QTest::newRow("sub folder deleted") << writeOld << removeFolder << oldLevels << QStringList();
-    QTest::newRow("sub folder deleted and made anew")
-        << writeOld << Step([writeNew](const TemporaryConfig& c) {
-               return c.removeFolder() && c.makeFolder() && writeNew(c);
-           })
-        << oldLevels << newLevels;
-    QTest::newRow("sub folder swapped for another one")
-        << Step([writeOld](const TemporaryConfig& c) {
-               return writeOld(c) && QDir().mkpath(c.folder() + "2") &&
-                      TemporaryConfig::write(c.folder() + "2/settings.json", settingsWith({"new"}));
-           })
-        << Step([](const TemporaryConfig& c) {
-               return QDir().rename(c.folder(), c.folder() + "1") &&
-                      QDir().rename(c.folder() + "2", c.folder());
-           })
-        << oldLevels << newLevels;
-    QTest::newRow("sub folder renamed away") << writeOld << Step([](const TemporaryConfig& c) {
-        return QDir().rename(c.folder(), c.folder() + "1");
-    }) << oldLevels << QStringList();
-    QTest::newRow("symbolic link to the file swapped") << Step([](const TemporaryConfig& c) {
-        return TemporaryConfig::write(c.base() + "/old.json", settingsWith({"old"})) &&
-               TemporaryConfig::write(c.base() + "/new.json", settingsWith({"new"})) &&
-               QFile::link(c.base() + "/old.json", c.settingsPath());
-    }) << Step([](const TemporaryConfig& c) {
-        return replaceLink(c.base() + "/new.json", c.settingsPath());
-    }) << oldLevels << newLevels;
-    QTest::newRow("target of a symbolic link rewritten") << Step([](const TemporaryConfig& c) {
-        return QDir().mkpath(c.base() + "/real") &&
-               TemporaryConfig::write(c.base() + "/real/s.json", settingsWith({"old"})) &&
-               QFile::link("../real/s.json", c.settingsPath());
-    }) << Step([](const TemporaryConfig& c) {
-        return TemporaryConfig::write(c.base() + "/real/s.json", settingsWith({"new"}));
-    }) << oldLevels << newLevels;
-    QTest::newRow("target of a symbolic link replaced atomically")
-        << Step([](const TemporaryConfig& c) {
-               return QDir().mkpath(c.base() + "/real") &&
-                      TemporaryConfig::write(c.base() + "/real/s.json", settingsWith({"old"})) &&
-                      QFile::link("../real/s.json", c.settingsPath());
-           })
-        << Step([](const TemporaryConfig& c) {
-               return replaceAtomically(c.base() + "/real/s.json", settingsWith({"new"}));
-           })
-        << oldLevels << newLevels;
-    QTest::newRow("target of a dangling symbolic link created")
-        << Step([](const TemporaryConfig& c) {
-               return QDir().mkpath(c.base() + "/real") &&
-                      QFile::link("../real/s.json", c.settingsPath());
-           })
-        << Step([](const TemporaryConfig& c) {
-               return TemporaryConfig::write(c.base() + "/real/s.json", settingsWith({"new"}));
-           })
-        << QStringList() << newLevels;
-    QTest::newRow("symbolic link to the sub folder swapped") << Step([](const TemporaryConfig& c) {
-        return c.removeFolder() && QDir().mkpath(c.base() + "/a") &&
-               QDir().mkpath(c.base() + "/b") &&
-               TemporaryConfig::write(c.base() + "/a/settings.json", settingsWith({"old"})) &&
-               TemporaryConfig::write(c.base() + "/b/settings.json", settingsWith({"new"})) &&
-               QFile::link("a", c.folder());
-    }) << Step([](const TemporaryConfig& c) { return replaceLink("b", c.folder()); })
-                                                             << oldLevels << newLevels;
+    // prepare, change: see run()
+    const Table<QString, QString, QStringList, QStringList> row("prepare", "change", "before",
+                                                                "after");
+    const QString writeOld = "put $old $file";
+    const QStringList old{"old"};
+    row("rewritten in place", writeOld, "put $new $file", old, {"new"});
+    row("written in two pieces", writeOld,
+        "printf %.9s $new > $file; printf %s ${new#?????????} >> $file", old, {"new"});
+    row("replaced atomically", writeOld, "put $new $file.n; mv $file.n $file", old, {"new"});
+    row("deleted", writeOld, "rm $file", old, {});
+    row("renamed away", writeOld, "mv $file $file.bak", old, {});
+    row("deleted and written anew", writeOld, "rm $file; put $new $file", old, {"new"});
+    row("created after start", "", "put $new $file", {}, {"new"});
+    row("created after start by renaming", "", "put $new n; mv n $file", {}, {"new"});
+    row("sub folder created after start", "rm -r $sub", "mkdir $sub; put $new $file", {}, {"new"});
+    row("sub folder deleted", writeOld, "rm -r $sub", old, {});
+    row("sub folder deleted and made anew", writeOld, "rm -r $sub; mkdir $sub; put $new $file", old,
+        {"new"});
+    row("sub folder swapped for another one", "put $old $file; mkdir b; put $new b/settings.json",
+        "mv $sub a; mv b $sub", old, {"new"});
+    row("sub folder renamed away", writeOld, "mv $sub a", old, {});
+    row("symbolic link to the file swapped",
+        "put $old old.json; put $new new.json; ln -s ../old.json $file",
+        "ln -s ../new.json n; mv n $file", old, {"new"});
+    const QString writeTarget = "mkdir real; put $old real/s.json; ln -s ../real/s.json $file";
+    row("target of a symbolic link rewritten", writeTarget, "put $new real/s.json", old, {"new"});
+    row("target of a symbolic link replaced atomically", writeTarget,
+        "put $new n; mv n real/s.json", old, {"new"});
+    row("target of a dangling symbolic link created", "mkdir real; ln -s ../real/s.json $file",
+        "put $new real/s.json", {}, {"new"});
+    row("symbolic link to the sub folder swapped",
+        "rm -r $sub; mkdir a b; put $old a/settings.json; put $new b/settings.json; ln -s a $sub",
+        "ln -s b n; mv -T n $sub", old, {"new"});
 }
 
 void CoreFollowTest::changeOnDiskIsFollowed()
 {
-    QFETCH(Step, prepare);
-    QFETCH(Step, change);
+    QFETCH(QString, prepare);
+    QFETCH(QString, change);
     QFETCH(QStringList, before);
     QFETCH(QStringList, after);
     const TemporaryConfig config;
-    QVERIFY(prepare(config));
+    QVERIFY(run(prepare, config));
     const LogCapture log;
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QCOMPARE(settings->getLogLevels(), before);
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
 
     settle();
-    QVERIFY(change(config));
+    QVERIFY(run(change, config));
     QTRY_COMPARE(changes.count(), 1);
     QCOMPARE(changes.first().first().toStringList(), after);
     QCOMPARE(settings->getLogLevels(), after);
@@ -224,8 +151,7 @@ void CoreFollowTest::changeOnDiskIsFollowed()
 void CoreFollowTest::changeIsFollowedAgainAndAgain()
 {
     const TemporaryConfig config;
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
     for (int round = 1; round <= 12; ++round) {
         const QStringList levels{QString::number(round)};
@@ -252,6 +178,7 @@ void CoreFollowTest::changeIsFollowedAgainAndAgain()
 void CoreFollowTest::basePathMayComeLater()
 {
     const TemporaryConfig config;
+    const LogCapture log;
     const QString base = config.base() + "/not/yet/there";
     SettingsConfig* settings = ConfigManager::instance(base, "a/b")->settingsConfig();
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
@@ -266,6 +193,7 @@ void CoreFollowTest::basePathMayComeLater()
     QVERIFY(TemporaryConfig::write(base + "/a/b/settings.json", settingsWith({"here"})));
     QTRY_COMPARE(settings->getLogLevels(), QStringList{"here"});
     QCOMPARE(changes.count(), 1);
+    QCOMPARE(log.messages(), QStringList());
 }
 
 void CoreFollowTest::basePathMayComeBack()
@@ -290,36 +218,27 @@ void CoreFollowTest::basePathMayComeBack()
 
 void CoreFollowTest::equalValueIsNotAnnounced_data()
 {
-    QTest::addColumn<Step>("rewrite"); // equal log levels, the order becomes ["seen"]
-    QTest::newRow("rewritten in place") << Step([](const TemporaryConfig& c) {
-        return c.writeSettings(settingsWith({"a", "b"}, {"seen"}));
-    });
-    QTest::newRow("replaced atomically") << Step([](const TemporaryConfig& c) {
-        return replaceAtomically(c.settingsPath(), settingsWith({"a", "b"}, {"seen"}));
-    });
-    QTest::newRow("written differently") << Step([](const TemporaryConfig& c) {
-        return c.writeSettings("{ \"passengerTypeCodesOrder\":\n[\"seen\"], \"x\": 0,\n"
-                               "\"logLevels\" : [\"\\u0061\",\n\"b\"] }");
-    });
-    QTest::newRow("deleted in between") << Step([](const TemporaryConfig& c) {
-        return QFile::remove(c.settingsPath()) &&
-               c.writeSettings(settingsWith({"a", "b"}, {"seen"}));
-    });
-    QTest::newRow("the key has become bad") << Step([](const TemporaryConfig& c) {
-        return c.writeSettings(R"({"logLevels": 5, "passengerTypeCodesOrder": ["seen"]})");
-    });
+    // rewrite: equal log levels, the order becomes ["seen"]; see run()
+    const Table<QString> row("rewrite");
+    row("rewritten in place", "put $seen $file");
+    row("replaced atomically", "put $seen $file.n; mv $file.n $file");
+    row("written differently", R"(put '{ "passengerTypeCodesOrder":
+["seen"], "x": 0, "logLevels" : ["\u0061",
+"b"] }' $file)");
+    row("deleted in between", "rm $file; put $seen $file");
+    row("the key has become bad",
+        R"(put '{"logLevels": 5, "passengerTypeCodesOrder": ["seen"]}' $file)");
 }
 
 void CoreFollowTest::equalValueIsNotAnnounced()
 {
-    QFETCH(Step, rewrite);
+    QFETCH(QString, rewrite);
     const TemporaryConfig config;
     QVERIFY(config.writeSettings(settingsWith({"a", "b"})));
     const LogCapture log;
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
-    QVERIFY(rewrite(config));
+    QVERIFY(run(rewrite, config));
     QTRY_COMPARE(settings->passengerTypeCodesOrder(), QList<QVariant>{QString("seen")});
     QCOMPARE(settings->getLogLevels(), (QStringList{"a", "b"}));
     QCOMPARE(changes.count(), 0);
@@ -335,8 +254,7 @@ void CoreFollowTest::sameProblemIsReportedOnce()
 {
     const TemporaryConfig config;
     const LogCapture log;
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     for (int round = 0; round < 5; ++round) {
         const QString seen = QString("seen%1").arg(round);
         QVERIFY(config.writeSettings(
@@ -354,8 +272,7 @@ void CoreFollowTest::sameProblemAfterARepairIsReportedAgain()
 {
     const TemporaryConfig config;
     const LogCapture log;
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     for (int round = 1; round <= 3; ++round) {
         QVERIFY(config.writeSettings("{"));
         QTRY_COMPARE(log.messages(el::Level::Warning).size(), round);
@@ -369,8 +286,7 @@ void CoreFollowTest::sameProblemAfterARepairIsReportedAgain()
 void CoreFollowTest::manyRapidRewritesEndInTheRightValue()
 {
     const TemporaryConfig config;
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
     QElapsedTimer duration;
     duration.start();
@@ -392,8 +308,7 @@ void CoreFollowTest::manyRapidRewritesEndInTheRightValue()
 void CoreFollowTest::restlessWriterDoesNotHoldBackTheNews()
 {
     const TemporaryConfig config;
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     // Never quiet for longer than a moment, until the value has arrived.
     std::atomic<bool> hasArrived{false};
     std::thread writer([&] {
@@ -412,8 +327,7 @@ void CoreFollowTest::restlessWriterDoesNotHoldBackTheNews()
 void CoreFollowTest::fileAtRestIsNotReadAgain()
 {
     const TemporaryConfig config;
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QSignalSpy changed(settings, &SettingsConfig::logLevelsChanged);
     QVERIFY(config.writeSettings(settingsWith({"new"})));
     QVERIFY(changed.wait());
@@ -438,17 +352,15 @@ void CoreFollowTest::slotMayAskForManagers()
     const TemporaryConfig config;
     const TemporaryConfig other;
     QVERIFY(other.writeSettings(settingsWith({"other"})));
-    ConfigManager* manager = ConfigManager::instance(config.base(), TemporaryConfig::subFolder());
+    ConfigManager* manager = config.manager();
     QStringList heard;
-    const QMetaObject::Connection connection = connect(
-        manager->settingsConfig(), &SettingsConfig::logLevelsChanged, this,
-        [&](const QStringList& levels) {
-            QCOMPARE(manager->settingsConfig()->getLogLevels(), levels);
-            QCOMPARE(ConfigManager::instance(config.base(), TemporaryConfig::subFolder()), manager);
-            heard = ConfigManager::instance(other.base(), TemporaryConfig::subFolder())
-                        ->settingsConfig()
-                        ->getLogLevels();
-        });
+    const QMetaObject::Connection connection =
+        connect(manager->settingsConfig(), &SettingsConfig::logLevelsChanged, this,
+                [&](const QStringList& levels) {
+                    QCOMPARE(manager->settingsConfig()->getLogLevels(), levels);
+                    QCOMPARE(config.manager(), manager);
+                    heard = other.settings()->getLogLevels();
+                });
     QVERIFY(config.writeSettings(settingsWith({"x"})));
     QTRY_COMPARE(heard, QStringList{"other"});
     disconnect(connection);
@@ -458,10 +370,8 @@ void CoreFollowTest::twoLocationsDoNotMix()
 {
     const TemporaryConfig first;
     const TemporaryConfig second;
-    SettingsConfig* one =
-        ConfigManager::instance(first.base(), TemporaryConfig::subFolder())->settingsConfig();
-    SettingsConfig* two =
-        ConfigManager::instance(second.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* one = first.settings();
+    SettingsConfig* two = second.settings();
     QSignalSpy changesOfTwo(two, &SettingsConfig::logLevelsChanged);
     QVERIFY(first.writeSettings(settingsWith({"one"})));
     QTRY_COMPARE(one->getLogLevels(), QStringList{"one"});

@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -43,7 +45,7 @@ void CoreLibraryTest::fileAndSonameAreThePlainName()
 
 void CoreLibraryTest::symbolIsExported_data()
 {
-    QTest::addColumn<QString>("symbol");
+    const Table<QString> row("symbol");
     const char* const symbols[] = {
         "el::base::elStorage",
         "el::base::Writer::construct(int, char const*, ...)",
@@ -69,7 +71,7 @@ void CoreLibraryTest::symbolIsExported_data()
         "QJsonWrapper::JsonObjectFactory::isRegistered(QString)",
         "QJsonWrapper::JsonObjectFactory::m_ObjectsMap()"};
     for (const char* symbol : symbols)
-        QTest::newRow(symbol) << symbol;
+        row(symbol, symbol);
 }
 
 void CoreLibraryTest::symbolIsExported()
@@ -83,11 +85,11 @@ void CoreLibraryTest::symbolIsExported()
 
 void CoreLibraryTest::helperIsNotExported_data()
 {
-    QTest::addColumn<QString>("name");
+    const Table<QString> row("name");
     for (const char* name :
          {"rivo::core::FileFollower", "rivo::core::RegularFile", "rivo::core::SettingsFile",
           "rivo::core::applyLoggerConfiguration", "rivo::core::SettingsConfigPrivate"})
-        QTest::newRow(name) << name;
+        row(name, name);
 }
 
 void CoreLibraryTest::helperIsNotExported()

@@ -60,7 +60,6 @@ class CoreLifecycleTest : public QObject
 
 private slots:
     void settingsNeedNoApplication();
-    void valuesAreReadWithoutAnApplication();
     void followingStartsWithTheFirstCallThatFindsAnApplication();
     void watcherIsGoneBeforeTheApplication();
     void managerOutlivesTheApplication();
@@ -73,22 +72,14 @@ void CoreLifecycleTest::settingsNeedNoApplication()
     QCOMPARE(settingsOfStaticInitialisation().passengerTypeCodesOrder(), QList<QVariant>());
 }
 
-void CoreLifecycleTest::valuesAreReadWithoutAnApplication()
-{
-    const TemporaryConfig config;
-    QVERIFY(config.writeSettings(levels("early")));
-    ConfigManager* manager = ConfigManager::instance(config.base(), TemporaryConfig::subFolder());
-    QCOMPARE(manager->settingsConfig()->getLogLevels(), QStringList{"early"});
-    QCOMPARE(watcherCount(), 0);
-}
-
 void CoreLifecycleTest::followingStartsWithTheFirstCallThatFindsAnApplication()
 {
     const TemporaryConfig config;
     const TemporaryConfig other;
     QVERIFY(config.writeSettings(levels("early")));
-    ConfigManager* manager = ConfigManager::instance(config.base(), TemporaryConfig::subFolder());
+    ConfigManager* manager = config.manager();
     QSignalSpy changes(manager->settingsConfig(), &SettingsConfig::logLevelsChanged);
+    QCOMPARE(manager->settingsConfig()->getLogLevels(), QStringList{"early"});
 
     Application application;
     QVERIFY(config.writeSettings(levels("meanwhile")));
@@ -96,7 +87,7 @@ void CoreLifecycleTest::followingStartsWithTheFirstCallThatFindsAnApplication()
     QCOMPARE(manager->settingsConfig()->getLogLevels(), QStringList{"early"});
 
     // Whichever manager is asked for; what changed meanwhile is caught up with at once.
-    ConfigManager::instance(other.base(), TemporaryConfig::subFolder());
+    other.manager();
     QVERIFY(watcherCount() > 0);
     QCOMPARE(manager->settingsConfig()->getLogLevels(), QStringList{"meanwhile"});
     QCOMPARE(changes.count(), 1);
@@ -113,7 +104,7 @@ void CoreLifecycleTest::watcherIsGoneBeforeTheApplication()
         Application application;
         // Registered before the library's own, so run after it.
         qAddPostRoutine([] { watchersSeenByPostRoutine = watcherCount(); });
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder());
+        config.manager();
         QVERIFY(watcherCount() > 0);
         // A change is pending when the application ends.
         QVERIFY(config.writeSettings(levels("pending")));
@@ -127,19 +118,19 @@ void CoreLifecycleTest::managerOutlivesTheApplication()
 {
     const TemporaryConfig config;
     QVERIFY(config.writeSettings(levels("0")));
-    ConfigManager* manager = ConfigManager::instance(config.base(), TemporaryConfig::subFolder());
+    ConfigManager* manager = config.manager();
     SettingsConfig* settings = manager->settingsConfig();
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
     for (int round = 1; round <= 3; ++round) {
         Application application;
-        QCOMPARE(ConfigManager::instance(config.base(), TemporaryConfig::subFolder()), manager);
+        QCOMPARE(config.manager(), manager);
         QCOMPARE(manager->settingsConfig(), settings);
         const QByteArray value = QByteArray::number(round);
         QVERIFY(config.writeSettings(levels(value)));
         QTRY_COMPARE(settings->getLogLevels(), QStringList{value});
         QCOMPARE(changes.count(), round);
     }
-    QCOMPARE(ConfigManager::instance(config.base(), TemporaryConfig::subFolder()), manager);
+    QCOMPARE(config.manager(), manager);
     QCOMPARE(settings->getLogLevels(), QStringList{"3"});
 }
 

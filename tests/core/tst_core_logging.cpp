@@ -1,7 +1,6 @@
 #include "LogCapture.h"
+#include "Table.h"
 #include "TemporaryConfig.h"
-
-#include <core/ConfigManager.h>
 
 #include <QProcess>
 #include <QRegularExpression>
@@ -9,16 +8,8 @@
 
 #include <sys/stat.h>
 
-using rivo::core::ConfigManager;
-
 namespace
 {
-
-QStringList entries(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                  QDir::NoDotAndDotDot);
-}
 
 /// One run of the probe in an empty working directory.
 struct ProbeRun
@@ -32,7 +23,7 @@ struct ProbeRun
                  process.exitCode() == 0;
         output = process.readAllStandardOutput();
         lines = QString::fromUtf8(process.readAllStandardError()).split('\n', Qt::SkipEmptyParts);
-        leftovers = entries(folder.path());
+        leftovers = TemporaryConfig::entries(folder.path());
     }
 
     QTemporaryDir folder;
@@ -214,7 +205,7 @@ void CoreLoggingTest::fileNameMayHoldADate()
     const ProbeRun run = runWith(config);
     QVERIFY(run.isGood);
     QVERIFY2(matchAll(run.lines, defaultPatterns()), qPrintable(run.lines.join('\n')));
-    const QStringList files = entries(config.base() + "/var");
+    const QStringList files = TemporaryConfig::entries(config.base() + "/var");
     QVERIFY2(matchAll(files, {R"(^grid-2\d{3}\.log$)"}), qPrintable(files.join('\n')));
     const QByteArray written = TemporaryConfig::read(config.base() + "/var/" + files.first());
     QCOMPARE(QString::fromUtf8(written).split('\n', Qt::SkipEmptyParts), run.lines);
@@ -238,17 +229,14 @@ void CoreLoggingTest::loggingConfThatIsMissingChangesNothing()
     const ProbeRun run = runWith(config);
     QVERIFY(run.isGood);
     QVERIFY2(matchAll(run.lines, defaultPatterns()), qPrintable(run.lines.join('\n')));
-    QCOMPARE(entries(config.folder()), QStringList());
+    QCOMPARE(TemporaryConfig::entries(config.folder()), QStringList());
 }
 
 void CoreLoggingTest::badLoggingConfIsOneWarning_data()
 {
-    QTest::addColumn<QByteArray>("content"); // BASE stands for the base path
-    QTest::addColumn<QString>("reason");     // what follows the file's path
-
-    const auto row = [](const char* name, const QByteArray& content, const char* reason) {
-        QTest::newRow(name) << content << QString(reason);
-    };
+    // content: BASE stands for the base path
+    // reason: what follows the file's path
+    const Table<QByteArray, QString> row("content", "reason");
     const char* expected = ":1: expected \"* LEVEL:\", \"KEY = value\" or \"## comment\"";
     row("garbage", "\x01\xFF garbage \"\"\"\n", expected);
     row("JSON", "{\"a\": 1}", expected);
@@ -320,7 +308,7 @@ void CoreLoggingTest::badLoggingConfIsOneWarning()
     QVERIFY2(matchAll(run.lines, QStringList{warning} + defaultPatterns()),
              qPrintable(run.lines.join('\n')));
     QCOMPARE(run.leftovers, QStringList());
-    QCOMPARE(entries(config.base()), (QStringList{"fifo", "ProjectLink"}));
+    QCOMPARE(TemporaryConfig::entries(config.base()), (QStringList{"fifo", "ProjectLink"}));
 }
 
 void CoreLoggingTest::strangeLoggingConfNeverBlocks()
@@ -353,38 +341,35 @@ void CoreLoggingTest::applicationMayOutliveTheLibrary()
 
 void CoreLoggingTest::goodLoggingConfIsTaken_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QStringList>("patterns");
-    QTest::newRow("an empty file is the default") << QByteArray() << defaultPatterns();
-    QTest::newRow("comments only") << QByteArray("## one\n\n   ## two") << defaultPatterns();
-    QTest::newRow("everything off") << QByteArray("* GLOBAL:\nENABLED = FALSE\n") << QStringList();
-    QTest::newRow("keys and levels in any case, blanks anywhere")
-        << QByteArray("  *global :\n\tformat=%msg\n*Warning:\nEnabled = 0")
-        << QStringList{QString::fromUtf8("^count 3 żółć$"), "^detail$"};
-    QTest::newRow("a comment mark within quotes")
-        << QByteArray("* GLOBAL:\nFORMAT = \"##%msg\"\n* DEBUG:\nENABLED=false\n")
-        << QStringList{QString::fromUtf8("^##count 3 żółć$"), "^##careful$"};
-    QTest::newRow("six digits of a second")
-        << QByteArray("* GLOBAL:\nSUBSECOND_PRECISION = 6\nFORMAT = \"%datetime{%g}\"")
-        << QStringList{R"(^\d{6}$)", R"(^\d{6}$)", R"(^\d{6}$)"};
-    QTest::newRow("a date of 29 characters")
-        << QByteArray("* GLOBAL:\nFORMAT = \"%datetime{%g%gxxxxxxxxxxxxxxxxx} %level\"\n")
-        << QStringList{"x{17} INFO$", "x{17} WARNING$", "x{17} DEBUG$"};
-    QTest::newRow("a date of 29 characters with names")
-        << QByteArray("* GLOBAL:\nFORMAT = \"%datetime{%A%Bxxxxxxxxxxx} %level\"\n")
-        << QStringList{"x{11} INFO$", "x{11} WARNING$", "x{11} DEBUG$"};
-    QTest::newRow("a date of 29 characters with a time zone")
-        << QByteArray("* GLOBAL:\nFORMAT = \"%datetime{%z%zxxxxxxxxxxxxxxxxx} %level\"\n")
-        << QStringList{"x{17} INFO$", "x{17} WARNING$", "x{17} DEBUG$"};
-    QTest::newRow("a date of 29 characters with numbers")
-        << QByteArray("* GLOBAL:\nFORMAT = \"%datetime{%Y%M%d%H%m%sxxxxx} %level\"\n")
-        << QStringList{"x{5} INFO$", "x{5} WARNING$", "x{5} DEBUG$"};
-    QTest::newRow("a device as the log file")
-        << QByteArray("* GLOBAL:\nFILENAME = /dev/null\nTO_FILE = true\nMAX_LOG_FILE_SIZE = 10\n")
-        << defaultPatterns();
-    QTest::newRow("a log file on a full disk: the records are on standard error")
-        << QByteArray("* GLOBAL:\nFILENAME = /dev/full\nTO_FILE = true\nLOG_FLUSH_THRESHOLD = 1\n")
-        << defaultPatterns();
+    const Table<QByteArray, QStringList> row("content", "patterns");
+    row("an empty file is the default", {}, defaultPatterns());
+    row("comments only", "## one\n\n   ## two", defaultPatterns());
+    row("everything off", "* GLOBAL:\nENABLED = FALSE\n", {});
+    row("keys and levels in any case, blanks anywhere",
+        "  *global :\n\tformat=%msg\n*Warning:\nEnabled = 0",
+        {QString::fromUtf8("^count 3 żółć$"), "^detail$"});
+    row("a comment mark within quotes", "* GLOBAL:\nFORMAT = \"##%msg\"\n* DEBUG:\nENABLED=false\n",
+        {QString::fromUtf8("^##count 3 żółć$"), "^##careful$"});
+    row("six digits of a second", "* GLOBAL:\nSUBSECOND_PRECISION = 6\nFORMAT = \"%datetime{%g}\"",
+        {R"(^\d{6}$)", R"(^\d{6}$)", R"(^\d{6}$)"});
+    row("a date of 29 characters",
+        "* GLOBAL:\nFORMAT = \"%datetime{%g%gxxxxxxxxxxxxxxxxx} %level\"\n",
+        {"x{17} INFO$", "x{17} WARNING$", "x{17} DEBUG$"});
+    row("a date of 29 characters with names",
+        "* GLOBAL:\nFORMAT = \"%datetime{%A%Bxxxxxxxxxxx} %level\"\n",
+        {"x{11} INFO$", "x{11} WARNING$", "x{11} DEBUG$"});
+    row("a date of 29 characters with a time zone",
+        "* GLOBAL:\nFORMAT = \"%datetime{%z%zxxxxxxxxxxxxxxxxx} %level\"\n",
+        {"x{17} INFO$", "x{17} WARNING$", "x{17} DEBUG$"});
+    row("a date of 29 characters with numbers",
+        "* GLOBAL:\nFORMAT = \"%datetime{%Y%M%d%H%m%sxxxxx} %level\"\n",
+        {"x{5} INFO$", "x{5} WARNING$", "x{5} DEBUG$"});
+    row("a device as the log file",
+        "* GLOBAL:\nFILENAME = /dev/null\nTO_FILE = true\nMAX_LOG_FILE_SIZE = 10\n",
+        defaultPatterns());
+    row("a log file on a full disk: the records are on standard error",
+        "* GLOBAL:\nFILENAME = /dev/full\nTO_FILE = true\nLOG_FLUSH_THRESHOLD = 1\n",
+        defaultPatterns());
 }
 
 void CoreLoggingTest::goodLoggingConfIsTaken()

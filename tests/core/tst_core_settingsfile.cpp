@@ -1,7 +1,7 @@
+#include "Table.h"
 #include "TemporaryConfig.h"
 
 #include <core-private/SettingsFile.h>
-#include <core/ConfigManager.h>
 #include <core/SettingsConfig.h>
 
 #include <QJsonDocument>
@@ -13,7 +13,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using rivo::core::ConfigManager;
 using rivo::core::SettingsConfig;
 using rivo::core::SettingsFile;
 
@@ -23,12 +22,6 @@ namespace
 QJsonObject objectIn(const QString& path)
 {
     return QJsonDocument::fromJson(TemporaryConfig::read(path)).object();
-}
-
-QStringList entries(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                  QDir::NoDotAndDotDot);
 }
 
 } // namespace
@@ -61,30 +54,15 @@ private slots:
 
 void CoreSettingsFileTest::pathHasOneSlashBetweenItsParts_data()
 {
-    QTest::addColumn<QString>("basePath");
-    QTest::addColumn<QString>("subFolder");
-    QTest::addColumn<QString>("path");
-    QTest::newRow("as the list models ask") << "/home/bus"
-                                            << "ProjectLink/"
-                                            << "/home/bus/ProjectLink/settings.json";
-    QTest::newRow("no slash at all") << "/home/bus"
-                                     << "a"
-                                     << "/home/bus/a/settings.json";
-    QTest::newRow("slashes everywhere") << "//home/bus//"
-                                        << "//a//b//"
-                                        << "/home/bus/a/b/settings.json";
-    QTest::newRow("no sub folder") << "/home/bus"
-                                   << ""
-                                   << "/home/bus/settings.json";
-    QTest::newRow("the root") << "/"
-                              << "a"
-                              << "/a/settings.json";
-    QTest::newRow("dots") << "/home/./bus"
-                          << "../a/."
-                          << "/home/a/settings.json";
-    QTest::newRow("a relative base") << "conf"
-                                     << "a/"
-                                     << "conf/a/settings.json";
+    const Table<QString, QString, QString> row("basePath", "subFolder", "path");
+    row("as the list models ask", "/home/bus", "ProjectLink/",
+        "/home/bus/ProjectLink/settings.json");
+    row("no slash at all", "/home/bus", "a", "/home/bus/a/settings.json");
+    row("slashes everywhere", "//home/bus//", "//a//b//", "/home/bus/a/b/settings.json");
+    row("no sub folder", "/home/bus", "", "/home/bus/settings.json");
+    row("the root", "/", "a", "/a/settings.json");
+    row("dots", "/home/./bus", "../a/.", "/home/a/settings.json");
+    row("a relative base", "conf", "a/", "conf/a/settings.json");
 }
 
 void CoreSettingsFileTest::pathHasOneSlashBetweenItsParts()
@@ -104,18 +82,16 @@ void CoreSettingsFileTest::startsEmptyAndTouchesNothing()
     QCOMPARE(file.read(), QStringList());
     file.setLogLevels({"a"});
     file.setPassengerTypeCodesOrder({"PT_ADULT"});
-    QCOMPARE(entries(config.folder()), QStringList());
+    QCOMPARE(TemporaryConfig::entries(config.folder()), QStringList());
 }
 
 void CoreSettingsFileTest::savedValuesAreReadBack_data()
 {
-    QTest::addColumn<QStringList>("logLevels");
-    QTest::addColumn<QStringList>("order");
-    QTest::newRow("both empty") << QStringList() << QStringList();
-    QTest::newRow("plain texts") << QStringList{"log_fareproducts"}
-                                 << QStringList{"PT_ADULT", "PT_STUDENT"};
-    QTest::newRow("texts that need escaping")
-        << QStringList{"\"", "\\", "\n", "", QString::fromUtf8("żółć")} << QStringList{"PT_ADULT"};
+    const Table<QStringList, QStringList> row("logLevels", "order");
+    row("both empty", {}, {});
+    row("plain texts", {"log_fareproducts"}, {"PT_ADULT", "PT_STUDENT"});
+    row("texts that need escaping", {"\"", "\\", "\n", "", QString::fromUtf8("żółć")},
+        {"PT_ADULT"});
 }
 
 void CoreSettingsFileTest::savedValuesAreReadBack()
@@ -136,7 +112,7 @@ void CoreSettingsFileTest::savedValuesAreReadBack()
     QCOMPARE(reader.read(), QStringList());
     QCOMPARE(reader.logLevels(), logLevels);
     QCOMPARE(reader.passengerTypeCodesOrder(), order);
-    QCOMPARE(entries(config.folder()), QStringList{"settings.json"});
+    QCOMPARE(TemporaryConfig::entries(config.folder()), QStringList{"settings.json"});
 }
 
 void CoreSettingsFileTest::saveCreatesTheFolder()
@@ -145,7 +121,7 @@ void CoreSettingsFileTest::saveCreatesTheFolder()
     SettingsFile file(SettingsFile::pathIn(config.base() + "/deep", "/er/"));
     file.setLogLevels({"a"});
     QVERIFY(file.save());
-    QCOMPARE(entries(config.base() + "/deep/er"), QStringList{"settings.json"});
+    QCOMPARE(TemporaryConfig::entries(config.base() + "/deep/er"), QStringList{"settings.json"});
 }
 
 void CoreSettingsFileTest::saveKeepsOtherKeys()
@@ -277,21 +253,18 @@ void CoreSettingsFileTest::fileIsReadWhereStandardInputIsClosed()
 
 void CoreSettingsFileTest::saveRefuses_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("an empty file") << QByteArray("") << ":1:1: illegal value";
-    QTest::newRow("a malformed file")
-        << QByteArray("{\n \"x\": }") << ":2:8: object is missing after a comma";
-    QTest::newRow("a list") << QByteArray("[]") << ":1:1: expected an object, found a list";
-    QTest::newRow("a file over 1 MiB")
-        << QByteArray("{}").leftJustified(1024 * 1024 + 1) << ": is larger than 1048576 bytes";
+    const Table<QByteArray, QString> row("content", "reason");
+    row("an empty file", "", ":1:1: illegal value");
+    row("a malformed file", "{\n \"x\": }", ":2:8: object is missing after a comma");
+    row("a list", "[]", ":1:1: expected an object, found a list");
+    row("a file over 1 MiB", QByteArray("{}").leftJustified(1024 * 1024 + 1),
+        ": is larger than 1048576 bytes");
     const QString otherwise(": would not be read back as it is, such as a text that begins with a "
                             "byte-order mark");
     // Written as "logLevels", it would win over what was saved.
-    QTest::newRow("a key that is ours but for a byte-order mark")
-        << QByteArray("{\"\xEF\xBB\xBFlogLevels\": [\"l\"]}") << otherwise;
-    QTest::newRow("a text that begins with a byte-order mark")
-        << QByteArray("{\"own\": \"\xEF\xBB\xBFtext\"}") << otherwise;
+    row("a key that is ours but for a byte-order mark", "{\"\xEF\xBB\xBFlogLevels\": [\"l\"]}",
+        otherwise);
+    row("a text that begins with a byte-order mark", "{\"own\": \"\xEF\xBB\xBFtext\"}", otherwise);
 }
 
 void CoreSettingsFileTest::saveRefuses()
@@ -307,7 +280,7 @@ void CoreSettingsFileTest::saveRefuses()
     QCOMPARE(problem, config.settingsPath() + reason);
     QVERIFY(!file.save());
     QCOMPARE(TemporaryConfig::read(config.settingsPath()), content);
-    QCOMPARE(entries(config.folder()), QStringList{"settings.json"});
+    QCOMPARE(TemporaryConfig::entries(config.folder()), QStringList{"settings.json"});
     // Nothing that was set is lost: it can be saved once the file is mended.
     QVERIFY(config.writeSettings("{}"));
     QVERIFY(file.save());
@@ -347,8 +320,7 @@ void CoreSettingsFileTest::saveRefusesWhatItCouldNotReadBack()
 void CoreSettingsFileTest::managerFollowsASave()
 {
     const TemporaryConfig config;
-    SettingsConfig* settings =
-        ConfigManager::instance(config.base(), TemporaryConfig::subFolder())->settingsConfig();
+    SettingsConfig* settings = config.settings();
     QSignalSpy changes(settings, &SettingsConfig::logLevelsChanged);
     SettingsFile file(SettingsFile::pathIn(config.base(), TemporaryConfig::subFolder()));
     file.setLogLevels({"saved"});

@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -13,11 +15,10 @@ private slots:
 
 void CoreSwapTest::anotherLibraryTakesOverAtLoadTime_data()
 {
-    QTest::addColumn<QString>("libraryFolder");
-    QTest::addColumn<QByteArray>("output");
-    QTest::newRow("the library that it was linked against") << QString() << QByteArray(";0;1\n");
-    QTest::newRow("a library written from the boundary's headers")
-        << QString(STUB_FOLDER) << QByteArray("from the stub,log_fareproducts;2;1\n");
+    const Table<QString, QByteArray> row("libraryFolder", "output");
+    row("the library that it was linked against", {}, ";0;1\n");
+    row("a library written from the boundary's headers", QString(STUB_FOLDER),
+        "from the stub,log_fareproducts;2;1\n");
 }
 
 void CoreSwapTest::anotherLibraryTakesOverAtLoadTime()

@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -48,15 +50,14 @@ private slots:
 
 void ForeignCoreTest::itsClassesMayHaveAnySize_data()
 {
-    QTest::addColumn<QString>("program");
-    QTest::addColumn<QString>("core");
+    const Table<QString, QString> row("program", "core");
     for (const QString& core : QString(FOREIGN_CORES).split('|')) {
         const QByteArray size = core.section('-', -1).section('/', 0, 0).toUtf8();
         QTest::addRow("%s bytes, at load time", size.constData()) << PROBE << core;
         QTest::addRow("%s bytes, instead of the one that was linked", size.constData())
             << PROBE_ON_FOREIGN << core;
     }
-    QTest::newRow("at link time") << PROBE_ON_FOREIGN << QString();
+    row("at link time", PROBE_ON_FOREIGN, {});
 }
 
 void ForeignCoreTest::itsClassesMayHaveAnySize()

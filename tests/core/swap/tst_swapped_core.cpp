@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -15,23 +17,20 @@ private slots:
 
 void SwappedCoreTest::theModelsUseTheCoreLibraryThatIsLoaded_data()
 {
-    QTest::addColumn<QString>("program");
-    QTest::addColumn<QString>("swappedIn"); // empty: what the program was linked against
-    QTest::addColumn<QByteArray>("output");
-    QTest::addColumn<QByteArray>("record"); // the end of the first line that is logged
-
+    // swappedIn: if empty, what the program was linked against
+    // record: the end of the first line that is logged
+    const Table<QString, QString, QByteArray, QByteArray> row("program", "swappedIn", "output",
+                                                              "record");
     const QByteArray ours("fare products logged: 0\nPT_ADULT\nPT_STUDENT_1\n");
     // The second line is the dump that the other one's settings switch on.
     const QByteArray other("fare products logged: 1\nIndeces: [1, 0]\nPT_STUDENT_1\nPT_ADULT\n");
     const QByteArray ourRecord("TypeCodes Order: Products ordering in config is empty.\n");
     const QByteArray otherRecord(
         "[default] TypeCodes Order: [3->PT_STUDENT_1],[1->PT_ADULT]\n"); // the logger's own format
-    QTest::newRow("ours, linked") << PROBE << QString() << ours << ourRecord;
-    QTest::newRow("another one takes over at load time")
-        << PROBE << OTHER_CORE << other << otherRecord;
-    QTest::newRow("another one, linked") << PROBE_ON_STUB << QString() << other << otherRecord;
-    QTest::newRow("ours takes over from another one at load time")
-        << PROBE_ON_STUB << OUR_CORE << ours << ourRecord;
+    row("ours, linked", PROBE, {}, ours, ourRecord);
+    row("another one takes over at load time", PROBE, OTHER_CORE, other, otherRecord);
+    row("another one, linked", PROBE_ON_STUB, {}, other, otherRecord);
+    row("ours takes over from another one at load time", PROBE_ON_STUB, OUR_CORE, ours, ourRecord);
 }
 
 void SwappedCoreTest::theModelsUseTheCoreLibraryThatIsLoaded()
