@@ -143,62 +143,16 @@ void addNumbers(Values& values)
 
 void addTexts(Values& values)
 {
-    for (const char* text : {"",
-                             "0",
-                             "1",
-                             "-1",
-                             "01",
-                             "1.0",
-                             " 1",
-                             "1 ",
-                             "2",
-                             "2.5",
-                             "7",
-                             "10",
-                             "9",
-                             "1e2",
-                             "0x10",
-                             "1e400",
-                             "inf",
-                             "nan",
-                             "a",
-                             "A",
-                             "b",
-                             "B",
-                             "abc",
-                             "ABC",
-                             "abd",
-                             "ss",
-                             "9.5",
-                             "true",
-                             "TRUE",
-                             "false",
-                             "False",
-                             "no",
-                             "2026",
-                             "2026-01-31",
-                             "12:30",
-                             "12:30:00",
-                             "2026-01-31T12:30:00",
-                             "2026-01-31T12:30:00.000",
-                             "2026-03-15T12:30:00Z",
-                             "http://example.org/",
-                             "qrc:/icons/adult.svg",
-                             "de_DE",
-                             "C",
-                             "4294967295",
-                             "2147483648",
-                             "18446744073709551615",
-                             "9223372036854775807",
-                             "-9223372036854775808",
-                             "9223372036854775808",
-                             "{67c8770b-44f1-410a-ab9a-f9b5446f13ee}",
-                             "[1,2]",
-                             "{\"a\":1}",
-                             "PT_ADULT",
-                             "AscendingOrder",
-                             "Monday"})
-        values.append("text '" + QByteArray(text) + "'", QString::fromLatin1(text));
+    const QByteArray texts =
+        "|0|1|-1|01|1.0| 1|1 |2|2.5|7|10|9|1e2|0x10|1e400|inf|nan|a|A|b|B|abc|ABC|abd|ss|9.5|"
+        "true|TRUE|false|False|no|2026|2026-01-31|12:30|12:30:00|2026-01-31T12:30:00|"
+        "2026-01-31T12:30:00.000|2026-03-15T12:30:00Z|http://example.org/|"
+        "qrc:/icons/adult.svg|de_DE|C|4294967295|2147483648|18446744073709551615|"
+        "9223372036854775807|-9223372036854775808|9223372036854775808|"
+        "{67c8770b-44f1-410a-ab9a-f9b5446f13ee}|[1,2]|{\"a\":1}|PT_ADULT|AscendingOrder|"
+        "Monday";
+    for (const QByteArray& text : texts.split('|'))
+        values.append("text '" + text + "'", QString::fromLatin1(text));
     values.append("null text", QString());
     values.append("text a-umlaut", QString::fromUtf8("\xc3\xa4"));
     values.append("text A-umlaut", QString::fromUtf8("\xc3\x84"));

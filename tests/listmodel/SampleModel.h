@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ListModel.h"
+#include "ModelCalls.h"
 #include "SampleItem.h"
 
 /// A model of SampleItems, which it owns. Their identities count from 0: they show which row went
@@ -33,3 +34,9 @@ private:
         return &item;
     }
 };
+
+/// Makes a call as ModelCalls.h writes it; new rows belong to the model.
+inline QString make(SampleModel& model, const QString& call)
+{
+    return makeCall(model, call, [&model](int id) { return model.newItem(id); });
+}

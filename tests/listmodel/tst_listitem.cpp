@@ -1,6 +1,7 @@
 #include "ListItem.h"
 #include "MetaObjectText.h"
 #include "QHashStaticInit.h"
+#include "Table.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -58,38 +59,32 @@ private slots:
     // Equal means abs(a - b) * 1e12 <= min(abs(a), abs(b)) with a = old + 1, b = new + 1.
     void fuzzySetter_data()
     {
-        QTest::addColumn<double>("stored");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<bool>("announced");
-
-        QTest::newRow("the stored value") << 1.0 << 1.0 << false;
-        QTest::newRow("noise of 1e-15") << 1.0 << 1.0 + 1e-15 << false;
-        QTest::newRow("noise of -1e-15") << 1.0 << 1.0 - 1e-15 << false;
-        QTest::newRow("a cent") << 1.0 << 1.01 << true;
-        QTest::newRow("near zero, noise counts as nothing") << 1e-13 << 0.0 << false;
-        QTest::newRow("zero, noise counts as nothing") << 0.0 << -1e-13 << false;
-        QTest::newRow("zero, the largest difference that is equal") << 0.0 << 4503 * ulp << false;
-        QTest::newRow("zero, the smallest difference that is not") << 0.0 << 4504 * ulp << true;
-        QTest::newRow("below zero the smaller side decides, still equal")
-            << 0.0 << -4503 * ulp << false;
-        QTest::newRow("below zero the smaller side decides, not equal")
-            << 0.0 << -4504 * ulp << true;
-        QTest::newRow("the other way round, still equal") << 4503 * ulp << 0.0 << false;
-        QTest::newRow("the other way round, not equal") << 4504 * ulp << 0.0 << true;
-        QTest::newRow("the tolerance grows with the value") << 1e6 << 1e6 + 0.9e-6 << false;
-        QTest::newRow("the tolerance grows with the value, but not further")
-            << 1e6 << 1e6 + 1.1e-6 << true;
-        QTest::newRow("minus one is equal to itself") << -1.0 << -1.0 << false;
-        QTest::newRow("minus one has no tolerance") << -1.0 << -1.0 + 1e-13 << true;
-        QTest::newRow("nor has what lies just beside it") << -1.0 + 1e-13 << -1.0 << true;
-        QTest::newRow("different signs after the shift") << -1.0 - 1e-9 << -1.0 + 1e-9 << true;
-        QTest::newRow("below minus one, still equal") << -2.0 << -2.0 + 4503 * ulp << false;
-        QTest::newRow("below minus one, not equal") << -2.0 << -2.0 + 4505 * ulp << true;
-        QTest::newRow("the sign matters") << 5.0 << -5.0 << true;
-        QTest::newRow("not a number equals nothing") << 1.0 << notANumber << true;
-        QTest::newRow("not a number equals not even itself") << notANumber << notANumber << true;
-        QTest::newRow("infinity does not equal itself") << infinity << infinity << true;
-        QTest::newRow("opposite infinities are equal") << infinity << -infinity << false;
+        const Table<double, double, bool> row("stored", "value", "announced");
+        row("the stored value", 1.0, 1.0, false);
+        row("noise of 1e-15", 1.0, 1.0 + 1e-15, false);
+        row("noise of -1e-15", 1.0, 1.0 - 1e-15, false);
+        row("a cent", 1.0, 1.01, true);
+        row("near zero, noise counts as nothing", 1e-13, 0.0, false);
+        row("zero, noise counts as nothing", 0.0, -1e-13, false);
+        row("zero, the largest difference that is equal", 0.0, 4503 * ulp, false);
+        row("zero, the smallest difference that is not", 0.0, 4504 * ulp, true);
+        row("below zero the smaller side decides, still equal", 0.0, -4503 * ulp, false);
+        row("below zero the smaller side decides, not equal", 0.0, -4504 * ulp, true);
+        row("the other way round, still equal", 4503 * ulp, 0.0, false);
+        row("the other way round, not equal", 4504 * ulp, 0.0, true);
+        row("the tolerance grows with the value", 1e6, 1e6 + 0.9e-6, false);
+        row("the tolerance grows with the value, but not further", 1e6, 1e6 + 1.1e-6, true);
+        row("minus one is equal to itself", -1.0, -1.0, false);
+        row("minus one has no tolerance", -1.0, -1.0 + 1e-13, true);
+        row("nor has what lies just beside it", -1.0 + 1e-13, -1.0, true);
+        row("different signs after the shift", -1.0 - 1e-9, -1.0 + 1e-9, true);
+        row("below minus one, still equal", -2.0, -2.0 + 4503 * ulp, false);
+        row("below minus one, not equal", -2.0, -2.0 + 4505 * ulp, true);
+        row("the sign matters", 5.0, -5.0, true);
+        row("not a number equals nothing", 1.0, notANumber, true);
+        row("not a number equals not even itself", notANumber, notANumber, true);
+        row("infinity does not equal itself", infinity, infinity, true);
+        row("opposite infinities are equal", infinity, -infinity, false);
     }
 
     void fuzzySetter()

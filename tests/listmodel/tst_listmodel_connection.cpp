@@ -3,6 +3,7 @@
 #include "ListModel.h"
 #include "SampleItem.h"
 #include "SignalLog.h"
+#include "Table.h"
 
 #include <QCoreApplication>
 #include <QMetaMethod>
@@ -91,14 +92,11 @@ private slots:
 
     void everyInsertionMakesTheStatedConnection_data()
     {
-        QTest::addColumn<Insertion>("insert");
-        QTest::newRow("appendRow") << Insertion([](ListModel& m, ListItem* i) { m.appendRow(i); });
-        QTest::newRow("appendRows")
-            << Insertion([](ListModel& m, ListItem* i) { m.appendRows({i}); });
-        QTest::newRow("insertRow")
-            << Insertion([](ListModel& m, ListItem* i) { m.insertRow(0, i); });
-        QTest::newRow("appendRowFromQml")
-            << Insertion([](ListModel& m, ListItem* i) { m.appendRowFromQml(i); });
+        const Table<Insertion> row("insert");
+        row("appendRow", [](ListModel& m, ListItem* i) { m.appendRow(i); });
+        row("appendRows", [](ListModel& m, ListItem* i) { m.appendRows({i}); });
+        row("insertRow", [](ListModel& m, ListItem* i) { m.insertRow(0, i); });
+        row("appendRowFromQml", [](ListModel& m, ListItem* i) { m.appendRowFromQml(i); });
     }
 
     void everyInsertionMakesTheStatedConnection()
@@ -161,9 +159,9 @@ private slots:
 
     void anItemThatAnnouncesItselfInsideAnotherRowsChange_data()
     {
-        QTest::addColumn<bool>("fromTheModel");
-        QTest::newRow("as a receiver of that row") << false;
-        QTest::newRow("as a receiver of the model") << true;
+        const Table<bool> row("fromTheModel");
+        row("as a receiver of that row", false);
+        row("as a receiver of the model", true);
     }
 
     void anItemThatAnnouncesItselfInsideAnotherRowsChange()

@@ -102,33 +102,15 @@ private slots:
         QVERIFY(!model.get(foreign.index(2, 0)).isValid());
     }
 
-    /// Every pair of values is in tst_role_value_order.
-    void rowsAreCountedByTheEqualityOfTheirValues()
+    /// Which values are equal: see tst_role_value_order.
+    void rowsAreCountedByTheValueOfARole()
     {
-        const QVariantList values{1,
-                                  1.0,
-                                  1U,
-                                  QVariant::fromValue<qint64>(1),
-                                  2,
-                                  "1",
-                                  "one",
-                                  "One",
-                                  true,
-                                  false,
-                                  0.3,
-                                  0.1 + 0.2,
-                                  qQNaN(),
-                                  QVariant(),
-                                  QDate(2026, 1, 1)};
-        SampleModel model(values);
-        QStringList counts;
-        for (const QVariant& value : values)
-            counts << QString::number(model.countByRole(SampleItem::ValueRole, value));
-        QCOMPARE(counts.join(' '), QString("6 6 6 6 1 6 2 2 5 1 2 2 0 1 1"));
+        SampleModel model(QVariantList{1, 2, 1, QVariant()});
+        QCOMPARE(model.countByRole(SampleItem::ValueRole, 1), 2);
         QCOMPARE(model.countByRole(SampleItem::ValueRole, 7), 0);
         QCOMPARE(model.countByRole(SampleItem::IdRole, 0), 1);
         // An unknown role has no value in any row.
-        QCOMPARE(model.countByRole(999, QVariant()), values.size());
+        QCOMPARE(model.countByRole(999, QVariant()), 4);
         QCOMPARE(model.countByRole(999, 1), 0);
         QCOMPARE(SampleModel().countByRole(SampleItem::ValueRole, 1), 0);
     }

@@ -1,6 +1,7 @@
 #include "ModelCalls.h"
 #include "SampleModel.h"
 #include "SignalLog.h"
+#include "Table.h"
 
 #include <QDateTime>
 #include <QPersistentModelIndex>
@@ -75,48 +76,37 @@ class TestListModelSort : public QObject
 private slots:
     void order_data()
     {
-        QTest::addColumn<QVariantList>("values");
-        QTest::addColumn<Sort>("sort");
-        QTest::addColumn<QVector<int>>("after"); // former row numbers
+        // after: former row numbers
+        const Table<QVariantList, Sort, QVector<int>> row("values", "sort", "after");
         using Rows = QVector<int>;
         const QVariantList prqs{3, 1, 3, 2};
 
-        QTest::newRow("ascending by role, equal values keep their order")
-            << prqs << byRole(up) << Rows{1, 3, 0, 2};
-        QTest::newRow("descending by role, equal values keep their order")
-            << prqs << byRole(down) << Rows{0, 2, 3, 1};
-        QTest::newRow("ascending by id") << prqs << byId(up) << Rows{0, 1, 2, 3};
-        QTest::newRow("descending by id") << prqs << byId(down) << Rows{3, 2, 1, 0};
+        row("ascending by role, equal values keep their order", prqs, byRole(up), Rows{1, 3, 0, 2});
+        row("descending by role, equal values keep their order", prqs, byRole(down),
+            Rows{0, 2, 3, 1});
+        row("ascending by id", prqs, byId(up), Rows{0, 1, 2, 3});
+        row("descending by id", prqs, byId(down), Rows{3, 2, 1, 0});
 #ifndef __SANITIZE_ADDRESS__ // UBSan, which comes along, ends the program at such an order
         const Qt::SortOrder other = orderOf(7);
-        QTest::newRow("any other order than ascending by id")
-            << prqs << byId(other) << Rows{3, 2, 1, 0};
-        QTest::newRow("any other order than ascending by role")
-            << prqs << byRole(other) << Rows{0, 2, 3, 1};
-        QTest::newRow("any other order than ascending in a range")
-            << QVariantList{2, 1, 4, 3} << range(other, 0, 4) << Rows{2, 3, 0, 1};
-        QTest::newRow("any other order of texts")
-            << QVariantList{"b", "A", "c"} << byRole(other) << Rows{2, 0, 1};
+        row("any other order than ascending by id", prqs, byId(other), Rows{3, 2, 1, 0});
+        row("any other order than ascending by role", prqs, byRole(other), Rows{0, 2, 3, 1});
+        row("any other order than ascending in a range", {2, 1, 4, 3}, range(other, 0, 4),
+            Rows{2, 3, 0, 1});
+        row("any other order of texts", {"b", "A", "c"}, byRole(other), Rows{2, 0, 1});
 #endif
-        QTest::newRow("by another role")
-            << prqs << byRole(down, SampleItem::IdRole) << Rows{3, 2, 1, 0};
-        QTest::newRow("by a role that no row has: all are equal")
-            << prqs << byRole(down, 999) << Rows{0, 1, 2, 3};
+        row("by another role", prqs, byRole(down, SampleItem::IdRole), Rows{3, 2, 1, 0});
+        row("by a role that no row has: all are equal", prqs, byRole(down, 999), Rows{0, 1, 2, 3});
 
-        QTest::newRow("the whole range, ascending")
-            << QVariantList{3, 1, 4, 2} << range(up, 0, 4) << Rows{1, 3, 0, 2};
-        QTest::newRow("the end of the range is not part of it")
-            << QVariantList{5, 1, 7, 9} << range(down, 0, 3) << Rows{2, 0, 1, 3};
-        QTest::newRow("nor is what lies before its beginning")
-            << QVariantList{5, 9, 7, 8} << range(up, 1, 4) << Rows{0, 2, 3, 1};
-        QTest::newRow("a range in the middle")
-            << QVariantList{9, 5, 7, 6, 0} << range(down, 1, 4) << Rows{0, 2, 3, 1, 4};
-        QTest::newRow("an empty range changes nothing")
-            << QVariantList{3, 2, 1} << range(up, 1, 1) << Rows{0, 1, 2};
-        QTest::newRow("an empty range at the end changes nothing")
-            << QVariantList{3, 2, 1} << range(up, 3, 3) << Rows{0, 1, 2};
-        QTest::newRow("a range that ends before it begins changes nothing")
-            << QVariantList{3, 2, 1} << range(up, 2, 0) << Rows{0, 1, 2};
+        row("the whole range, ascending", {3, 1, 4, 2}, range(up, 0, 4), Rows{1, 3, 0, 2});
+        row("the end of the range is not part of it", {5, 1, 7, 9}, range(down, 0, 3),
+            Rows{2, 0, 1, 3});
+        row("nor is what lies before its beginning", {5, 9, 7, 8}, range(up, 1, 4),
+            Rows{0, 2, 3, 1});
+        row("a range in the middle", {9, 5, 7, 6, 0}, range(down, 1, 4), Rows{0, 2, 3, 1, 4});
+        row("an empty range changes nothing", {3, 2, 1}, range(up, 1, 1), Rows{0, 1, 2});
+        row("an empty range at the end changes nothing", {3, 2, 1}, range(up, 3, 3), Rows{0, 1, 2});
+        row("a range that ends before it begins changes nothing", {3, 2, 1}, range(up, 2, 0),
+            Rows{0, 1, 2});
     }
 
     void order()
@@ -148,8 +138,7 @@ private slots:
 
     void thousandsOfRowsWithFewKeysKeepTheirOrder_data()
     {
-        QTest::addColumn<Qt::SortOrder>("order");
-        QTest::addColumn<int>("keys");
+        addColumns<Qt::SortOrder, int>("order", "keys");
         for (int keys : {1, 5}) {
             QTest::addRow("%d keys, ascending", keys) << up << keys;
             QTest::addRow("%d keys, descending", keys) << down << keys;
@@ -179,14 +168,11 @@ private slots:
 
     void thousandsOfRows_data()
     {
-        QTest::addColumn<Sort>("sort");
-        QTest::addColumn<int>("first");
-        QTest::addColumn<int>("last");
-        QTest::addColumn<bool>("ascending");
-        QTest::newRow("by id") << byId(up) << 0 << 10000 << true;
-        QTest::newRow("by id, descending") << byId(down) << 0 << 10000 << false;
-        QTest::newRow("a range") << range(up, 500, 9500) << 500 << 9500 << true;
-        QTest::newRow("a range, descending") << range(down, 500, 9500) << 500 << 9500 << false;
+        const Table<Sort, int, int, bool> row("sort", "first", "last", "ascending");
+        row("by id", byId(up), 0, 10000, true);
+        row("by id, descending", byId(down), 0, 10000, false);
+        row("a range", range(up, 500, 9500), 500, 9500, true);
+        row("a range, descending", range(down, 500, 9500), 500, 9500, false);
     }
 
     void thousandsOfRows()
@@ -220,10 +206,7 @@ private slots:
     // outside the range untouched.
     void valuesWithoutAnOrder_data()
     {
-        QTest::addColumn<QVariantList>("some");
-        QTest::addColumn<Sort>("sort");
-        QTest::addColumn<int>("first");
-        QTest::addColumn<int>("last");
+        addColumns<QVariantList, Sort, int, int>("some", "sort", "first", "last");
         const auto rows = [](const char* name, const QVariantList& some) {
             QTest::addRow("%s, by role", name) << some << byRole(up) << 0 << 1000;
             QTest::addRow("%s, by role, descending", name) << some << byRole(down) << 0 << 1000;

@@ -4,6 +4,7 @@
 #include "ModelBattery.h"
 #include "RowSync.h"
 #include "SignalLog.h"
+#include "Table.h"
 #include "TopLevelOnly.h"
 
 #include <QAbstractItemModelTester>
@@ -111,54 +112,34 @@ class TestRowSync : public QObject
 private slots:
     void oneList_data()
     {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("after");
-        QTest::addColumn<QVector<int>>("inserted_removed_moved_set");
-        QTest::addColumn<QStringList>("emitted");
+        const Table<QString, QString, QVector<int>, QStringList> row(
+            "before", "after", "inserted_removed_moved_set", "emitted");
         const QStringList none;
-        QTest::newRow("the same list changes and emits nothing")
-            << "1 2:North"
-            << "1 2:North" << QVector<int>{0, 0, 0, 0} << none;
-        QTest::newRow("an empty list stays empty") << ""
-                                                   << "" << QVector<int>{0, 0, 0, 0} << none;
-        QTest::newRow("a first list is appended in one block")
-            << ""
-            << "4 2 9" << QVector<int>{3, 0, 0, 0} << announcedInsertion(0, 2, 3);
-        QTest::newRow("no record is left: one block is removed")
-            << "1 2 3"
-            << "" << QVector<int>{0, 3, 0, 0} << announcedRemoval(0, 2, 0);
-        QTest::newRow("a changed field changes its row alone")
-            << "1:North 2 3"
-            << "1:North 2:West 3" << QVector<int>{0, 0, 0, 1} << QStringList(rowChanged(1));
-        QTest::newRow("rows are removed in blocks, the last first")
-            << "1 2 3 4 5"
-            << "1 4" << QVector<int>{0, 3, 0, 0}
-            << announcedRemoval(4, 4, 4) + announcedRemoval(1, 2, 2);
-        QTest::newRow("new rows in between come one by one")
-            << "1 4"
-            << "1 2 3 4" << QVector<int>{2, 0, 0, 0}
-            << announcedInsertion(1, 1, 3) + announcedInsertion(2, 2, 4);
-        QTest::newRow("new rows at the end come in one block")
-            << "1"
-            << "1 2 3" << QVector<int>{2, 0, 0, 0} << announcedInsertion(1, 2, 3);
-        QTest::newRow("the first row that becomes the last is the only one that moves")
-            << "1 2 3"
-            << "2 3 1" << QVector<int>{0, 0, 1, 0}
-            << announcedRemoval(0, 0, 2) + announcedInsertion(2, 2, 3);
-        QTest::newRow("a row that moves shows its new value when it is back")
-            << "1 2 3"
-            << "2 3 1:East" << QVector<int>{0, 0, 1, 1}
-            << announcedRemoval(0, 0, 2) + announcedInsertion(2, 2, 3);
-        QTest::newRow("adjacent rows leave in one block when they move")
-            << "1 2 3 4 5"
-            << "3 4 5 1 2" << QVector<int>{0, 0, 2, 0}
-            << announcedRemoval(0, 1, 3) + announcedInsertion(3, 4, 5);
-        QTest::newRow("equal keys are matched in their order")
-            << "7:a 7:b"
-            << "7:a 7:b 7:c" << QVector<int>{1, 0, 0, 0} << announcedInsertion(2, 2, 3);
-        QTest::newRow("of equal keys the last row goes")
-            << "7:a 7:b 7:c"
-            << "7:a 7:b" << QVector<int>{0, 1, 0, 0} << announcedRemoval(2, 2, 2);
+        row("the same list changes and emits nothing", "1 2:North", "1 2:North", {0, 0, 0, 0},
+            none);
+        row("an empty list stays empty", "", "", {0, 0, 0, 0}, none);
+        row("a first list is appended in one block", "", "4 2 9", {3, 0, 0, 0},
+            announcedInsertion(0, 2, 3));
+        row("no record is left: one block is removed", "1 2 3", "", {0, 3, 0, 0},
+            announcedRemoval(0, 2, 0));
+        row("a changed field changes its row alone", "1:North 2 3", "1:North 2:West 3",
+            {0, 0, 0, 1}, QStringList(rowChanged(1)));
+        row("rows are removed in blocks, the last first", "1 2 3 4 5", "1 4", {0, 3, 0, 0},
+            announcedRemoval(4, 4, 4) + announcedRemoval(1, 2, 2));
+        row("new rows in between come one by one", "1 4", "1 2 3 4", {2, 0, 0, 0},
+            announcedInsertion(1, 1, 3) + announcedInsertion(2, 2, 4));
+        row("new rows at the end come in one block", "1", "1 2 3", {2, 0, 0, 0},
+            announcedInsertion(1, 2, 3));
+        row("the first row that becomes the last is the only one that moves", "1 2 3", "2 3 1",
+            {0, 0, 1, 0}, announcedRemoval(0, 0, 2) + announcedInsertion(2, 2, 3));
+        row("a row that moves shows its new value when it is back", "1 2 3", "2 3 1:East",
+            {0, 0, 1, 1}, announcedRemoval(0, 0, 2) + announcedInsertion(2, 2, 3));
+        row("adjacent rows leave in one block when they move", "1 2 3 4 5", "3 4 5 1 2",
+            {0, 0, 2, 0}, announcedRemoval(0, 1, 3) + announcedInsertion(3, 4, 5));
+        row("equal keys are matched in their order", "7:a 7:b", "7:a 7:b 7:c", {1, 0, 0, 0},
+            announcedInsertion(2, 2, 3));
+        row("of equal keys the last row goes", "7:a 7:b 7:c", "7:a 7:b", {0, 1, 0, 0},
+            announcedRemoval(2, 2, 2));
     }
 
     void oneList()
@@ -309,15 +290,13 @@ private slots:
 
     void rowIsFoundByTheValueOfARole_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("row");
-        QTest::newRow("the first one") << QVariant("North") << 0 << 1;
-        QTest::newRow("the next one from a row") << QVariant("North") << 2 << 3;
-        QTest::newRow("none from a row beyond the last") << QVariant("North") << 4 << -1;
-        QTest::newRow("a negative row means the first") << QVariant("North") << -5 << 1;
-        QTest::newRow("none for a value that no row has") << QVariant("South") << 0 << -1;
-        QTest::newRow("none for a value of another kind") << QVariant(1) << 0 << -1;
+        const Table<QVariant, int, int> row("value", "from", "row");
+        row("the first one", QVariant("North"), 0, 1);
+        row("the next one from a row", QVariant("North"), 2, 3);
+        row("none from a row beyond the last", QVariant("North"), 4, -1);
+        row("a negative row means the first", QVariant("North"), -5, 1);
+        row("none for a value that no row has", QVariant("South"), 0, -1);
+        row("none for a value of another kind", QVariant(1), 0, -1);
     }
 
     void rowIsFoundByTheValueOfARole()

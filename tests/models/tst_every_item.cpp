@@ -1,5 +1,6 @@
 #include "LibraryModels.h"
 #include "MetaObjectText.h"
+#include "Table.h"
 
 #include <QFile>
 #include <QProcess>
@@ -220,8 +221,7 @@ private slots:
 
     void eachArgumentGoesToItsField_data()
     {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QVariant>("value");
+        addColumns<int, QVariant>("index", "value");
         for (const ItemField& field : rows().fields) {
             for (const QVariant& value : field.isArgument ? thoroughSamples(field) : QVariantList())
                 QTest::addRow("%s %s", field.name, qPrintable(valueText(value)))
@@ -250,9 +250,7 @@ private slots:
     // From each value to each other one, under each value of the field that the setter looks at.
     void setter_data()
     {
-        QTest::addColumn<QVariantList>("values");
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QVariant>("value");
+        addColumns<QVariantList, int, QVariant>("values", "index", "value");
         for (const ItemField& field : rows().fields) {
             if (!field.set)
                 continue;
@@ -365,11 +363,8 @@ private slots:
     // The setters that differ from the others, in plain values: a ticket sum of 100 beside them.
     void exception_data()
     {
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QVariant>("before");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<bool>("isStored");
-        QTest::addColumn<bool>("isAnnounced");
+        addColumns<QString, QVariant, QVariant, bool, bool>("field", "before", "value", "isStored",
+                                                            "isAnnounced");
         const auto row = [](const char* type, const char* field, const QVariant& before,
                             const QVariant& value, bool isStored, bool isAnnounced) {
             if (qstrcmp(rows().type->className(), type) == 0)

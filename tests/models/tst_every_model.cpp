@@ -85,18 +85,6 @@ private slots:
         QCOMPARE(freeRow->id(), -1);
     }
 
-    void aRemovedRowDiesInTheEventLoop()
-    {
-        QObject owner;
-        ListModel* model = described().make(&owner);
-        const QPointer<ListItem> row = described().itemClass.make(model);
-        model->appendRow(row);
-        QVERIFY(model->removeRow(0));
-        QVERIFY(row);
-        runDeferredDeletions();
-        QVERIFY(!row);
-    }
-
     void rejectedCall_data() { battery::rejectedCallRows(); }
     void rejectedCall()
     {

@@ -3,6 +3,7 @@
 #include "ForeignRow.h"
 #include "LibraryModels.h"
 #include "SignalLog.h"
+#include "Table.h"
 #include "TopLevelOnly.h"
 
 #include <QAbstractItemModelTester>
@@ -92,16 +93,15 @@ private slots:
 
     void description_data()
     {
-        QTest::addColumn<int>("id");
-        QTest::addColumn<QString>("description");
-        QTest::newRow("the first product") << 10 << "Single";
-        QTest::newRow("the last product") << 40 << "Month";
-        QTest::newRow("the upper of two products") << 20 << "Day";
-        QTest::newRow("a negative id") << -1 << "Unnumbered";
-        QTest::newRow("a product without description") << 30 << "";
-        QTest::newRow("an unknown id") << 11 << QString();
-        QTest::newRow("zero, which is an id like any other") << 0 << QString();
-        QTest::newRow("the largest number") << INT_MAX << QString();
+        const Table<int, QString> row("id", "description");
+        row("the first product", 10, "Single");
+        row("the last product", 40, "Month");
+        row("the upper of two products", 20, "Day");
+        row("a negative id", -1, "Unnumbered");
+        row("a product without description", 30, "");
+        row("an unknown id", 11, {});
+        row("zero, which is an id like any other", 0, {});
+        row("the largest number", INT_MAX, {});
     }
 
     void description()
@@ -132,12 +132,11 @@ private slots:
 
     void aRowThatIsNoProductHidesThoseBelow_data()
     {
-        QTest::addColumn<QVariant>("role257");
-        QTest::addColumn<QString>("description");
-        QTest::newRow("of the same number") << QVariant(20) << QString();
-        QTest::newRow("of the same number as text") << QVariant("20") << QString();
-        QTest::newRow("not if of another number") << QVariant(21) << "Day";
-        QTest::newRow("not if without a number") << QVariant() << "Day";
+        const Table<QVariant, QString> row("role257", "description");
+        row("of the same number", QVariant(20), {});
+        row("of the same number as text", QVariant("20"), {});
+        row("not if of another number", QVariant(21), "Day");
+        row("not if without a number", {}, "Day");
     }
 
     void aRowThatIsNoProductHidesThoseBelow()

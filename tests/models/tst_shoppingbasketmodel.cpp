@@ -3,6 +3,7 @@
 #include "ShoppingBasketModel.h"
 #include "ShoppingItem.h"
 #include "SignalLog.h"
+#include "Table.h"
 #include "TopLevelOnly.h"
 
 #include <QAbstractItemModelTester>
@@ -209,14 +210,12 @@ private slots:
 
     void execution_data()
     {
-        QTest::addColumn<QVariant>("execution");
-        QTest::addColumn<QString>("stored");
+        const Table<QVariant, QString> row("execution", "stored");
         const auto kept = [](const char* sentence, const char* text) {
             QTest::newRow(sentence) << QVariant(text) << QString(text);
         };
-        QTest::newRow("a dynamic trip has none") << QVariant("DynamicTrip") << QString();
-        QTest::newRow("the same as bytes has none")
-            << QVariant(QByteArray("DynamicTrip")) << QString();
+        row("a dynamic trip has none", QVariant("DynamicTrip"), {});
+        row("the same as bytes has none", QVariant(QByteArray("DynamicTrip")), {});
         kept("lower case is kept", "dynamictrip");
         kept("upper case is kept", "DYNAMICTRIP");
         kept("one other letter is kept", "Dynamictrip");
@@ -226,8 +225,8 @@ private slots:
         kept("a shorter text is kept", "DynamicTri");
         kept("an execution of the timetable is kept", "2024-05-01/17");
         kept("an empty text is kept", "");
-        QTest::newRow("a number is kept as text") << QVariant(4711) << QString("4711");
-        QTest::newRow("a list has no text") << QVariant(QVariantList{1, 2}) << QString();
+        row("a number is kept as text", QVariant(4711), "4711");
+        row("a list has no text", QVariant(QVariantList{1, 2}), {});
     }
 
     void execution()
@@ -244,17 +243,16 @@ private slots:
 
     void tripNumber_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<int>("stored");
-        QTest::newRow("a number") << QVariant(7) << 7;
-        QTest::newRow("the largest number") << QVariant(INT_MAX) << INT_MAX;
-        QTest::newRow("a negative number") << QVariant(-999999) << -999999;
-        QTest::newRow("a number as text") << QVariant("7") << 7;
-        QTest::newRow("a text that is no number is 0") << QVariant("seven") << 0;
-        QTest::newRow("a fraction is rounded") << QVariant(7.5) << 8;
-        QTest::newRow("a flag is a number") << QVariant(true) << 1;
-        QTest::newRow("a list is 0") << QVariant(QVariantList{7}) << 0;
-        QTest::newRow("nothing is 0") << QVariant() << 0;
+        const Table<QVariant, int> row("value", "stored");
+        row("a number", QVariant(7), 7);
+        row("the largest number", QVariant(INT_MAX), INT_MAX);
+        row("a negative number", QVariant(-999999), -999999);
+        row("a number as text", QVariant("7"), 7);
+        row("a text that is no number is 0", QVariant("seven"), 0);
+        row("a fraction is rounded", QVariant(7.5), 8);
+        row("a flag is a number", QVariant(true), 1);
+        row("a list is 0", QVariant(QVariantList{7}), 0);
+        row("nothing is 0", {}, 0);
     }
 
     void tripNumber()

@@ -2,6 +2,7 @@
 #include "LibraryModels.h"
 #include "LogCapture.h"
 #include "SignalLog.h"
+#include "Table.h"
 #include "TopLevelOnly.h"
 #include "ZReportItem.h"
 #include "ZReportModel.h"
@@ -67,23 +68,19 @@ private slots:
 
     void message_data()
     {
-        QTest::addColumn<int>("id");
-        QTest::addColumn<double>("currentDebt");
-        QTest::addColumn<double>("maxAllowedDebt");
-        QTest::addColumn<bool>("automaticSpacing");
-        QTest::addColumn<QString>("message");
+        const Table<int, double, double, bool, QString> row("id", "currentDebt", "maxAllowedDebt",
+                                                            "automaticSpacing", "message");
         using Limits = std::numeric_limits<double>;
-        QTest::newRow("without automatic spacing nothing stands between the pieces")
-            << 7 << 12.5 << 100.0 << false << "id: 7 currentDept: 12.5 maxAllowedDebt: 100";
-        QTest::newRow("with automatic spacing a blank follows each piece")
-            << 7 << 12.5 << 100.0 << true << "id:  7  currentDept:  12.5  maxAllowedDebt:  100 ";
-        QTest::newRow("negative numbers") << INT_MIN << -0.5 << -2.0 << false
-                                          << "id: -2147483648 currentDept: -0.5 maxAllowedDebt: -2";
-        QTest::newRow("six significant digits") << 0 << 1234.5678 << 0.1 + 0.2 << false
-                                                << "id: 0 currentDept: 1234.57 maxAllowedDebt: 0.3";
-        QTest::newRow("amounts that are no numbers")
-            << 1 << Limits::infinity() << -Limits::infinity() << false
-            << "id: 1 currentDept: inf maxAllowedDebt: -inf";
+        row("without automatic spacing nothing stands between the pieces", 7, 12.5, 100.0, false,
+            "id: 7 currentDept: 12.5 maxAllowedDebt: 100");
+        row("with automatic spacing a blank follows each piece", 7, 12.5, 100.0, true,
+            "id:  7  currentDept:  12.5  maxAllowedDebt:  100 ");
+        row("negative numbers", INT_MIN, -0.5, -2.0, false,
+            "id: -2147483648 currentDept: -0.5 maxAllowedDebt: -2");
+        row("six significant digits", 0, 1234.5678, 0.1 + 0.2, false,
+            "id: 0 currentDept: 1234.57 maxAllowedDebt: 0.3");
+        row("amounts that are no numbers", 1, Limits::infinity(), -Limits::infinity(), false,
+            "id: 1 currentDept: inf maxAllowedDebt: -inf");
     }
 
     void message()

@@ -10,6 +10,7 @@
 #include "PeripheralsModel.h"
 #include "ShoppingBasketModel.h"
 #include "ShoppingItem.h"
+#include "Table.h"
 #include "TopLevelOnly.h"
 #include "ZReportItem.h"
 #include "ZReportModel.h"
@@ -245,7 +246,7 @@ const LibraryModel& libraryModel(const QString& name)
 
 void everyModel()
 {
-    QTest::addColumn<QString>("model");
+    const Table<QString> row("model");
     for (const LibraryModel& model : libraryModels())
-        QTest::newRow(model.name) << QString::fromLatin1(model.name);
+        row(model.name, QString::fromLatin1(model.name));
 }
