@@ -1,5 +1,6 @@
 #include "LayoutRunner.h"
 #include "Soak.h"
+#include "Table.h"
 
 #include <QDir>
 #include <QtTest>
@@ -142,14 +143,14 @@ private:
 
 void TestGridCases::modelAndOracleShow_data()
 {
-    QTest::addColumn<Example>("example");
+    const Table<Example> row("example");
     const QDir folder(GRID_CASES);
     const QStringList files = folder.entryList({"*.txt"});
     QVERIFY(!files.isEmpty());
     for (const QString& file : files) {
         const QString group = QFileInfo(file).baseName() + ": ";
         readExamples(folder.filePath(file), [&](const QString& title, const Example& example) {
-            QTest::newRow(qPrintable(group + title)) << example;
+            row(qPrintable(group + title), example);
         });
     }
 }

@@ -4,6 +4,7 @@
 #include "PassengerTypesModel.h"
 #include "Products.h"
 #include "StdoutCapture.h"
+#include "Table.h"
 #include "TerminalHome.h"
 
 #include <QtTest>
@@ -134,12 +135,7 @@ private slots:
 
     void switchedOffInTheMiddle_data()
     {
-        QTest::addColumn<QString>("products");
-        QTest::addColumn<QString>("alwaysWritten");
-        QTest::addColumn<int>("count");
-        const auto row = [](const char* name, const char* products, const char* always, int count) {
-            QTest::newRow(name) << products << always << count;
-        };
+        const Table<QString, QString, int> row("products", "alwaysWritten", "count");
         row("numbered: titles, two dumps, grid size", "1a@2 3b@4 1x!", "", 1 + 2 + 1 + 4 + 2);
         row("duplicates", "1a@2 3b@2 1x!", "DUPLICATE POSITIONS", 1 + 2 + 1 + 2);
         row("not assigned", "1a@2 3b 1x!", "POSITION NOT ASSIGNED", 1 + 2 + 1 + 2);
@@ -177,10 +173,7 @@ private slots:
 
     void switchedOnInTheMiddle_data()
     {
-        QTest::addColumn<QString>("products");
-        QTest::addColumn<QString>("emitted");
-        QTest::addColumn<QString>("firstMessage");
-        QTest::addColumn<int>("count");
+        addColumns<QString, QString, QString, int>("products", "emitted", "firstMessage", "count");
         const auto row = [](const char* name, const char* emitted, const char* message, int count) {
             const bool isNumbered = QByteArray(name).startsWith("numbered");
             QTest::newRow(name) << (isNumbered ? "1a@2 3b@4 1x!" : "1a>1 3b>1 1c>2 1x!") << emitted

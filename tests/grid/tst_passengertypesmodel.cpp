@@ -6,6 +6,7 @@
 #include "Products.h"
 #include "SignalLog.h"
 #include "StdoutCapture.h"
+#include "Table.h"
 #include "TerminalHome.h"
 
 #include <core/JsonObjectFactory.h>
@@ -111,25 +112,20 @@ private slots:
 
     void setterAnnouncesDifferentValueOnce_data()
     {
-        QTest::addColumn<QByteArray>("property");
-        QTest::addColumn<QVariantList>("values");
-        QTest::addColumn<QString>("emitted");
-
-        QTest::newRow("columns: 3 at first, no bounds")
-            << QByteArray("numberOfColumns") << QVariantList{3, 4, 4, 3, 0, -1, lowest, highest}
-            << "numberOfColumnsChanged(4) numberOfColumnsChanged(3) numberOfColumnsChanged(0) "
-               "numberOfColumnsChanged(-1) numberOfColumnsChanged(-2147483648) "
-               "numberOfColumnsChanged(2147483647)";
-        QTest::newRow("rows: 0 at first, no bounds")
-            << QByteArray("numberOfRows") << QVariantList{0, 2, 2, -1, lowest, highest}
-            << "numberOfRowsChanged(2) numberOfRowsChanged(-1) numberOfRowsChanged(-2147483648) "
-               "numberOfRowsChanged(2147483647)";
-        QTest::newRow("product dumps: off at first, announced without a value")
-            << QByteArray("logFareProducts") << QVariantList{false, true, true, false}
-            << "logFareProductsChanged() logFareProductsChanged()";
-        QTest::newRow("extra diagnostics: off at first, announced without a value")
-            << QByteArray("logExtraFareProducts") << QVariantList{false, true, true, false}
-            << "logExtraFareProductsChanged() logExtraFareProductsChanged()";
+        const Table<QByteArray, QVariantList, QString> row("property", "values", "emitted");
+        row("columns: 3 at first, no bounds", "numberOfColumns",
+            {3, 4, 4, 3, 0, -1, lowest, highest},
+            "numberOfColumnsChanged(4) numberOfColumnsChanged(3) numberOfColumnsChanged(0) "
+            "numberOfColumnsChanged(-1) numberOfColumnsChanged(-2147483648) "
+            "numberOfColumnsChanged(2147483647)");
+        row("rows: 0 at first, no bounds", "numberOfRows", {0, 2, 2, -1, lowest, highest},
+            "numberOfRowsChanged(2) numberOfRowsChanged(-1) numberOfRowsChanged(-2147483648) "
+            "numberOfRowsChanged(2147483647)");
+        row("product dumps: off at first, announced without a value", "logFareProducts",
+            {false, true, true, false}, "logFareProductsChanged() logFareProductsChanged()");
+        row("extra diagnostics: off at first, announced without a value", "logExtraFareProducts",
+            {false, true, true, false},
+            "logExtraFareProductsChanged() logExtraFareProductsChanged()");
     }
 
     void setterAnnouncesDifferentValueOnce()
@@ -152,20 +148,15 @@ private slots:
 
     void logLevelsDecideAboutProductDumps_data()
     {
-        QTest::addColumn<QStringList>("levels");
-        QTest::addColumn<bool>("isOn");
-
-        QTest::newRow("no level") << QStringList() << false;
-        QTest::newRow("only level") << QStringList{"log_fareproducts"} << true;
-        QTest::newRow("among others") << QStringList{"info", "log_fareproducts", "debug"} << true;
-        QTest::newRow("others only") << QStringList{"info", "debug"} << false;
-        QTest::newRow("twice") << QStringList{"log_fareproducts", "log_fareproducts"} << true;
-        QTest::newRow("case matters")
-            << QStringList{"LOG_FAREPRODUCTS", "Log_FareProducts"} << false;
-        QTest::newRow("blanks matter")
-            << QStringList{" log_fareproducts", "log_fareproducts "} << false;
-        QTest::newRow("part of a name does not count")
-            << QStringList{"log_fareproducts_all", "fareproducts"} << false;
+        const Table<QStringList, bool> row("levels", "isOn");
+        row("no level", {}, false);
+        row("only level", {"log_fareproducts"}, true);
+        row("among others", {"info", "log_fareproducts", "debug"}, true);
+        row("others only", {"info", "debug"}, false);
+        row("twice", {"log_fareproducts", "log_fareproducts"}, true);
+        row("case matters", {"LOG_FAREPRODUCTS", "Log_FareProducts"}, false);
+        row("blanks matter", {" log_fareproducts", "log_fareproducts "}, false);
+        row("part of a name does not count", {"log_fareproducts_all", "fareproducts"}, false);
     }
 
     void logLevelsDecideAboutProductDumps()
@@ -195,13 +186,7 @@ private slots:
 
     void constructorReadsMarkerFile_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<bool>("logExtraFareProducts");
-
-        const auto row = [](const char* name, const char* file, const char* folder, bool isOn) {
-            QTest::newRow(name) << file << folder << isOn;
-        };
+        const Table<QString, QString, bool> row("file", "folder", "logExtraFareProducts");
         row("no marker file", "", "", false);
         row("marker file", "debug", "", true);
         row("a folder of that name is no marker file", "", "debug", false);
@@ -412,23 +397,14 @@ private slots:
 
     void sortByPriceIsDescendingButForTheLastRow_data()
     {
-        QTest::addColumn<QString>("prices");
-        QTest::addColumn<QString>("sorted");
-
-        QTest::newRow("no rows") << ""
-                                 << "";
-        QTest::newRow("one row") << "5"
-                                 << "5";
-        QTest::newRow("of two rows the first has nothing to change with") << "1 2"
-                                                                          << "1 2";
-        QTest::newRow("the last row stays though it costs most") << "5 1 7 9"
-                                                                 << "7 5 1 9";
-        QTest::newRow("the last row stays though it costs least") << "5 1 7 0"
-                                                                  << "7 5 1 0";
-        QTest::newRow("equal prices") << "2 3 2 3 2"
-                                      << "3 3 2 2 2";
-        QTest::newRow("fractions and negative prices") << "-0.5 0.25 -1 0.5 0"
-                                                       << "0.5 0.25 -0.5 -1 0";
+        const Table<QString, QString> row("prices", "sorted");
+        row("no rows", "", "");
+        row("one row", "5", "5");
+        row("of two rows the first has nothing to change with", "1 2", "1 2");
+        row("the last row stays though it costs most", "5 1 7 9", "7 5 1 9");
+        row("the last row stays though it costs least", "5 1 7 0", "7 5 1 0");
+        row("equal prices", "2 3 2 3 2", "3 3 2 2 2");
+        row("fractions and negative prices", "-0.5 0.25 -1 0.5 0", "0.5 0.25 -0.5 -1 0");
     }
 
     void sortByPriceIsDescendingButForTheLastRow()

@@ -6,6 +6,7 @@
 #include "LogCapture.h"
 #include "PassengerTypeItem.h"
 #include "Products.h"
+#include "Table.h"
 
 #include <QtTest>
 
@@ -127,12 +128,10 @@ private slots:
 
     void addedFieldsReachTheTile_data()
     {
-        QTest::addColumn<bool>("isReturnFee");
-        QTest::addColumn<bool>("hasExpired");
-        QTest::addColumn<bool>("isDaily");
-        QTest::newRow("return fee") << true << false << false;
-        QTest::newRow("expired") << false << true << false;
-        QTest::newRow("daily") << false << false << true;
+        const Table<bool, bool, bool> row("isReturnFee", "hasExpired", "isDaily");
+        row("return fee", true, false, false);
+        row("expired", false, true, false);
+        row("daily", false, false, true);
     }
 
     void addedFieldsReachTheTile()
@@ -220,14 +219,11 @@ private slots:
 
     void foreignRowHasNoName_data()
     {
-        QTest::addColumn<QVariant>("fareProductId");
-        QTest::addColumn<QString>("name");
-
-        QTest::newRow("a foreign row above hides the tile") << QVariant(5) << QString();
-        QTest::newRow("equality is that of QVariant: text above hides it too")
-            << QVariant("5") << QString();
-        QTest::newRow("a foreign row of another product does not matter") << QVariant(6) << "tile";
-        QTest::newRow("a foreign row without the role does not matter") << QVariant() << "tile";
+        const Table<QVariant, QString> row("fareProductId", "name");
+        row("a foreign row above hides the tile", QVariant(5), {});
+        row("equality is that of QVariant: text above hides it too", QVariant("5"), {});
+        row("a foreign row of another product does not matter", QVariant(6), "tile");
+        row("a foreign row without the role does not matter", {}, "tile");
     }
 
     void foreignRowHasNoName()

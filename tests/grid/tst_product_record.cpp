@@ -2,6 +2,7 @@
 
 #include "GridText.h"
 #include "PassengerTypeItem.h"
+#include "Table.h"
 #include "TerminalHome.h"
 
 #include <QtTest>
@@ -71,8 +72,7 @@ void TestProductRecord::addedProductBecomesTileWithAllItsValues()
 
 void TestProductRecord::passengerTypeIsKept_data()
 {
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("codeOfTile");
+    addColumns<int, QString>("code", "codeOfTile");
     for (const int code : {1, 3, 4, 5, 7, 8, 9, 10})
         QTest::addRow("%d", code) << code << QString::number(code);
     for (const int code : {-1, 0, 2, 6, 11, 1000000})

@@ -3,6 +3,7 @@
 #include "GridText.h"
 #include "Products.h"
 #include "ScarceMemory.h"
+#include "Table.h"
 #include "TerminalHome.h"
 
 #include <QtTest>
@@ -27,9 +28,9 @@ private slots:
 
 void TestScarceMemory::layoutIsTheSameWithoutMemoryForABuffer_data()
 {
-    QTest::addColumn<QString>("kind");
+    const Table<QString> row("kind");
     for (const char* kind : {"by position", "with equal positions", "by zone", "daily"})
-        QTest::newRow(kind) << kind;
+        row(kind, kind);
 }
 
 void TestScarceMemory::layoutIsTheSameWithoutMemoryForABuffer()

@@ -1,6 +1,7 @@
 #include "LayoutCase.h"
 #include "LayoutOracle.h"
 #include "LayoutRunner.h"
+#include "Table.h"
 
 #include <QFile>
 #include <QMap>
@@ -155,8 +156,7 @@ void tst_layout_property::modelAgreesWithTheOracle()
 
 void tst_layout_property::plantedMistakeIsFound_data()
 {
-    QTest::addColumn<LayoutRunner::Distortion>("distortion");
-    QTest::addColumn<QString>("found");
+    addColumns<LayoutRunner::Distortion, QString>("distortion", "found");
 
     using Distortion = LayoutRunner::Distortion;
     using oracle::Outcome;
