@@ -1,5 +1,6 @@
 #include "CsvTable_p.h"
 #include "FeedProblem.h"
+#include "Table.h"
 
 #include <QtTest>
 
@@ -74,11 +75,7 @@ private:
 
 void CsvTest::records_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QStringList>("records");
-    const auto row = [](const char* name, const QByteArray& text, const QStringList& records) {
-        QTest::newRow(name) << text << records;
-    };
+    const Table<QByteArray, QStringList> row("text", "records");
     row("plain", "id,name\n1,a\n2,b\n", {"2:1|a", "3:2|b"});
     row("last line end missing", "id,name\n1,a", {"2:1|a"});
     row("CR LF", "id,name\r\n1,a\r\n2,b\r\n", {"2:1|a", "3:2|b"});
@@ -124,13 +121,7 @@ void CsvTest::records()
 
 void CsvTest::problems_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QStringList>("records");
-    QTest::addColumn<QStringList>("problems");
-    const auto row = [](const char* name, const QByteArray& text, const QStringList& records,
-                        const QStringList& problems) {
-        QTest::newRow(name) << text << records << problems;
-    };
+    const Table<QByteArray, QStringList, QStringList> row("text", "records", "problems");
     const QString quoting = "expected a comma or the end of the line after a closing quote, and "
                             "two quotes for one within a text";
     row("nothing", "", {}, {"t.txt:1: id: missing, expected a column of this name"});
@@ -206,10 +197,10 @@ void CsvTest::aLongFieldIsCutAtOnce()
 
 void CsvTest::linesEndAnywhereInAStream_data()
 {
-    QTest::addColumn<QByteArray>("lineEnd");
-    QTest::newRow("LF") << QByteArray("\n");
-    QTest::newRow("CR LF") << QByteArray("\r\n");
-    QTest::newRow("CR") << QByteArray("\r");
+    const Table<QByteArray> row("lineEnd");
+    row("LF", "\n");
+    row("CR LF", "\r\n");
+    row("CR", "\r");
 }
 
 /// The reader takes blocks of 64 KiB.

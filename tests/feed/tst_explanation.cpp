@@ -2,6 +2,7 @@
 #include "FeedFiles.h"
 #include "GtfsCases.h"
 #include "OfferQueryText.h"
+#include "Table.h"
 
 using namespace rivo::feed;
 
@@ -52,10 +53,9 @@ private:
 
 void ExplanationTest::cases_data()
 {
-    QTest::addColumn<GtfsCase::Files>("files");
-    QTest::addColumn<QStringList>("expected");
+    const Table<GtfsCase::Files, QStringList> row("files", "expected");
     for (const GtfsCase& entry : allCases())
-        QTest::newRow(qPrintable(entry.name)) << entry.files << entry.expected;
+        row(qPrintable(entry.name), entry.files, entry.expected);
 }
 
 void ExplanationTest::cases()
@@ -74,12 +74,11 @@ void ExplanationTest::cases()
 
 void ExplanationTest::twentyRulesAreExplained_data()
 {
-    QTest::addColumn<int>("rules");
-    QTest::addColumn<QString>("last");
-    QTest::newRow("twenty rules have a sentence each")
-        << 20 << "Line 21 of fare_leg_rules.txt is for rides from Market (x) to y.";
-    QTest::newRow("a further rule is counted") << 21 << "1 further rules are about it.";
-    QTest::newRow("all further rules are counted") << 35 << "15 further rules are about it.";
+    const Table<int, QString> row("rules", "last");
+    row("twenty rules have a sentence each", 20,
+        "Line 21 of fare_leg_rules.txt is for rides from Market (x) to y.");
+    row("a further rule is counted", 21, "1 further rules are about it.");
+    row("all further rules are counted", 35, "15 further rules are about it.");
 }
 
 void ExplanationTest::twentyRulesAreExplained()
@@ -98,8 +97,7 @@ void ExplanationTest::twentyRulesAreExplained()
 
 void ExplanationTest::productsThatSayWhereTheyAreSold_data()
 {
-    QTest::addColumn<QByteArray>("validity");
-    QTest::addColumn<QString>("verdict");
+    addColumns<QByteArray, QString>("validity", "verdict");
     const auto row = [](const char* name, const QByteArray& validity, const QString& verdict) {
         QTest::newRow(name) << validity << "At stop 1 of route 12 it is " + verdict;
     };

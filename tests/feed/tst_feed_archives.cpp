@@ -1,6 +1,7 @@
 #include "FeedArchive.h"
 #include "FeedFiles.h"
 #include "FeedSource_p.h"
+#include "Table.h"
 
 #include <QRandomGenerator>
 
@@ -52,33 +53,32 @@ private:
 
 void FeedArchivesTest::archives_data()
 {
-    QTest::addColumn<Entries>("entries");
-    QTest::addColumn<QString>("problem"); // or none
-    QTest::newRow("files at the top, others anywhere") << Entries{{"fare_products.txt", oneProduct},
-                                                                  {"docs/areas.txt", "?"},
-                                                                  {"docs/map.png", "?"},
-                                                                  {"README", "?"}}
-                                                       << "";
-    QTest::newRow("files in a folder")
-        << Entries{{"gtfs/fare_products.txt", oneProduct}, {"README", "?"}}
-        << "feed.zip: its files in the folder \"gtfs\", expected them at the top of the archive; "
-           "unpack it and give that folder";
-    QTest::newRow("no files") << Entries{}
-                              << "feed.zip: a feed without fares, expected fare_products.txt, or "
-                                 "fare_attributes.txt of the older form";
-    QTest::newRow("a broken file")
-        << Entries{{"fare_products.txt", oneProduct + "\"x\"y\n"}}
-        << "feed.zip/fare_products.txt:3:4: \"y\", expected a comma or the end of the line after a "
-           "closing quote, and two quotes for one within a text";
-    QTest::newRow("much of the same")
-        << Entries{{"fare_products.txt", oneProduct + QByteArray(2'000'000, '\n')}}
-        << "feed.zip/fare_products.txt: 2000040 bytes packed into %1, expected at most 200 times "
-           "as many";
-    QTest::newRow("much that can hardly be packed")
-        << Entries{{"fare_products.txt", oneProduct + digits(2'000'000)}}
-        << "feed.zip/fare_products.txt:3: a longer record, expected at most 1048576 bytes in one";
-    QTest::newRow("little of the same")
-        << Entries{{"fare_products.txt", oneProduct + QByteArray(1'000'000, '\n')}} << "";
+    // problem: empty if there is none
+    const Table<Entries, QString> row("entries", "problem");
+    row("files at the top, others anywhere",
+        Entries{{"fare_products.txt", oneProduct},
+                {"docs/areas.txt", "?"},
+                {"docs/map.png", "?"},
+                {"README", "?"}},
+        "");
+    row("files in a folder", Entries{{"gtfs/fare_products.txt", oneProduct}, {"README", "?"}},
+        "feed.zip: its files in the folder \"gtfs\", expected them at the top of the archive; "
+        "unpack it and give that folder");
+    row("no files", Entries{},
+        "feed.zip: a feed without fares, expected fare_products.txt, or "
+        "fare_attributes.txt of the older form");
+    row("a broken file", Entries{{"fare_products.txt", oneProduct + "\"x\"y\n"}},
+        "feed.zip/fare_products.txt:3:4: \"y\", expected a comma or the end of the line after a "
+        "closing quote, and two quotes for one within a text");
+    row("much of the same",
+        Entries{{"fare_products.txt", oneProduct + QByteArray(2'000'000, '\n')}},
+        "feed.zip/fare_products.txt: 2000040 bytes packed into %1, expected at most 200 times "
+        "as many");
+    row("much that can hardly be packed",
+        Entries{{"fare_products.txt", oneProduct + digits(2'000'000)}},
+        "feed.zip/fare_products.txt:3: a longer record, expected at most 1048576 bytes in one");
+    row("little of the same",
+        Entries{{"fare_products.txt", oneProduct + QByteArray(1'000'000, '\n')}}, "");
 }
 
 void FeedArchivesTest::archives()
@@ -152,13 +152,11 @@ void FeedArchivesTest::aFileTwiceIsRefused()
 
 void FeedArchivesTest::unreadableEntries_data()
 {
-    QTest::addColumn<int>("field"); // where it lies in the header of a file
-    QTest::addColumn<QByteArray>("value");
-    QTest::addColumn<QString>("found");
-    QTest::newRow("a file that is packed in an unknown way")
-        << 8 << QByteArray("\x62\x00", 2) << "Compression method not supported";
-    QTest::newRow("a file that needs a password")
-        << 6 << QByteArray("\x01\x00", 2) << "No password provided";
+    // field: where it lies in the header of a file
+    const Table<int, QByteArray, QString> row("field", "value", "found");
+    row("a file that is packed in an unknown way", 8, QByteArray("\x62\x00", 2),
+        "Compression method not supported");
+    row("a file that needs a password", 6, QByteArray("\x01\x00", 2), "No password provided");
 }
 
 void FeedArchivesTest::unreadableEntries()

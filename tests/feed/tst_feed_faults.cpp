@@ -1,6 +1,7 @@
 #include "FeedFile_p.h"
 #include "FeedFiles.h"
 #include "FeedProblem.h"
+#include "Table.h"
 #include "WithoutRootRights.h"
 
 #include <cerrno>
@@ -117,19 +118,17 @@ private:
 
 void FeedFaultsTest::changesWhileAFileIsRead_data()
 {
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<int>("changes");
-    QTest::addColumn<QString>("problem"); // or none
+    // problem: empty if there is none
+    const Table<Change, int, QString> row("change", "changes", "problem");
     const QString refused =
         "feed.json: changing while it is read, expected a file that stays as it "
         "is";
-    QTest::newRow("a file that grows once is read again") << Change(append) << 1 << "";
-    QTest::newRow("a file that grows twice is read again") << Change(append) << 2 << "";
-    QTest::newRow("a file that grows at each attempt is refused") << Change(append) << 3 << refused;
-    QTest::newRow("a file that is written anew at each attempt is refused")
-        << Change(setTime) << 3 << refused;
-    QTest::newRow("a file that is written anew within one second at each attempt is refused")
-        << Change(setPartOfASecond) << 3 << refused;
+    row("a file that grows once is read again", Change(append), 1, "");
+    row("a file that grows twice is read again", Change(append), 2, "");
+    row("a file that grows at each attempt is refused", Change(append), 3, refused);
+    row("a file that is written anew at each attempt is refused", Change(setTime), 3, refused);
+    row("a file that is written anew within one second at each attempt is refused",
+        Change(setPartOfASecond), 3, refused);
 }
 
 void FeedFaultsTest::changesWhileAFileIsRead()
@@ -158,20 +157,15 @@ void FeedFaultsTest::changesWhileAFileIsRead()
 
 void FeedFaultsTest::changesWhileAFolderIsRead_data()
 {
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<int>("changes");
-    QTest::addColumn<QString>("problem"); // or none
+    // problem: empty if there is none
+    const Table<Change, int, QString> row("change", "changes", "problem");
     const QString refused = "gtfs: changing while it is read, expected a feed that stays as it is";
-    QTest::newRow("a folder that gets a file twice is read again")
-        << Change(addAnotherFile) << 2 << "";
-    QTest::newRow("a folder that gets a file at each attempt is refused")
-        << Change(addAnotherFile) << 3 << refused;
-    QTest::newRow("a folder with a file whose permissions change at each attempt is refused")
-        << Change(setPermissions) << 3 << refused;
-    QTest::newRow("a folder with a file that grows twice is read again")
-        << Change(append) << 2 << "";
-    QTest::newRow("a folder with a file that grows at each attempt is refused")
-        << Change(append) << 3 << refused;
+    row("a folder that gets a file twice is read again", Change(addAnotherFile), 2, "");
+    row("a folder that gets a file at each attempt is refused", Change(addAnotherFile), 3, refused);
+    row("a folder with a file whose permissions change at each attempt is refused",
+        Change(setPermissions), 3, refused);
+    row("a folder with a file that grows twice is read again", Change(append), 2, "");
+    row("a folder with a file that grows at each attempt is refused", Change(append), 3, refused);
 }
 
 void FeedFaultsTest::changesWhileAFolderIsRead()
@@ -193,16 +187,13 @@ void FeedFaultsTest::changesWhileAFolderIsRead()
 
 void FeedFaultsTest::readsThatFail_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<int>("good"); // reads
-    QTest::addColumn<QString>("file");
-    QTest::newRow("a JSON file that cannot be read") << "feed.json" << 1 << "feed.json";
-    QTest::newRow("a JSON file that cannot be read to its end") << "feed.json" << 2 << "feed.json";
-    QTest::newRow("a GTFS file that cannot be read") << "gtfs" << 0 << "gtfs/fare_products.txt";
-    QTest::newRow("a GTFS file that cannot be read to its end")
-        << "gtfs" << 1 << "gtfs/fare_products.txt";
-    QTest::newRow("a long GTFS file that cannot be read to its end")
-        << "long" << 3 << "long/fare_products.txt";
+    // good: reads
+    const Table<QString, int, QString> row("path", "good", "file");
+    row("a JSON file that cannot be read", "feed.json", 1, "feed.json");
+    row("a JSON file that cannot be read to its end", "feed.json", 2, "feed.json");
+    row("a GTFS file that cannot be read", "gtfs", 0, "gtfs/fare_products.txt");
+    row("a GTFS file that cannot be read to its end", "gtfs", 1, "gtfs/fare_products.txt");
+    row("a long GTFS file that cannot be read to its end", "long", 3, "long/fare_products.txt");
 }
 
 void FeedFaultsTest::readsThatFail()
@@ -230,17 +221,17 @@ void FeedFaultsTest::anInterruptedReadIsRepeated()
 
 void FeedFaultsTest::filesThatGrowBeyondTheirFirstPart_data()
 {
-    QTest::addColumn<int>("limit");
-    QTest::addColumn<int>("error");       // of the read behind the first part
-    QTest::addColumn<QString>("problem"); // or none
-    QTest::newRow("a file within the limit is read") << 200'000 << 0 << "";
-    QTest::newRow("a file of the limit is read") << grownSize << 0 << "";
-    QTest::newRow("a file beyond the limit is refused")
-        << 80'000 << 0 << "feed.json: 80001 bytes, expected at most 80000 bytes";
-    QTest::newRow("the first part may be all that is allowed")
-        << firstPart << 0 << "feed.json: 65537 bytes, expected at most 65536 bytes";
-    QTest::newRow("the rest may be unreadable")
-        << 200'000 << EIO << "feed.json: Input/output error, expected a readable file";
+    // error: of the read behind the first part
+    // problem: empty if there is none
+    const Table<int, int, QString> row("limit", "error", "problem");
+    row("a file within the limit is read", 200'000, 0, "");
+    row("a file of the limit is read", grownSize, 0, "");
+    row("a file beyond the limit is refused", 80'000, 0,
+        "feed.json: 80001 bytes, expected at most 80000 bytes");
+    row("the first part may be all that is allowed", firstPart, 0,
+        "feed.json: 65537 bytes, expected at most 65536 bytes");
+    row("the rest may be unreadable", 200'000, EIO,
+        "feed.json: Input/output error, expected a readable file");
 }
 
 void FeedFaultsTest::filesThatGrowBeyondTheirFirstPart()

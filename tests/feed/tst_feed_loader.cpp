@@ -1,5 +1,6 @@
 #include "FeedArchive.h"
 #include "FeedFiles.h"
+#include "Table.h"
 #include "WithoutRootRights.h"
 
 #include <atomic>
@@ -80,28 +81,17 @@ void FeedLoaderTest::thePathIsShownAsGiven()
 
 void FeedLoaderTest::whatIsNoFileIsNotRead_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("found");
-    QTest::newRow("nothing there") << "none.json"
-                                   << "No such file or directory";
-    QTest::newRow("empty path") << ""
-                                << "No such file or directory";
-    QTest::newRow("below a file") << "feed.json/x"
-                                  << "Not a directory";
-    QTest::newRow("pipe without a writer") << "pipe"
-                                           << "a pipe";
-    QTest::newRow("device without an end") << "/dev/zero"
-                                           << "a device";
-    QTest::newRow("device without content") << "/dev/null"
-                                            << "a device";
-    QTest::newRow("socket without a listener") << "socket"
-                                               << "a socket";
-    QTest::newRow("file that opens and cannot be read") << "/proc/self/mem"
-                                                        << "Input/output error";
-    QTest::newRow("link to nothing") << "dangling"
-                                     << "No such file or directory";
-    QTest::newRow("link to a pipe") << "link"
-                                    << "a pipe";
+    const Table<QString, QString> row("path", "found");
+    row("nothing there", "none.json", "No such file or directory");
+    row("empty path", "", "No such file or directory");
+    row("below a file", "feed.json/x", "Not a directory");
+    row("pipe without a writer", "pipe", "a pipe");
+    row("device without an end", "/dev/zero", "a device");
+    row("device without content", "/dev/null", "a device");
+    row("socket without a listener", "socket", "a socket");
+    row("file that opens and cannot be read", "/proc/self/mem", "Input/output error");
+    row("link to nothing", "dangling", "No such file or directory");
+    row("link to a pipe", "link", "a pipe");
 }
 
 void FeedLoaderTest::whatIsNoFileIsNotRead()
@@ -208,10 +198,10 @@ void FeedLoaderTest::whatIsNotTheFeedItself()
 
 void FeedLoaderTest::oneGeneration_data()
 {
-    QTest::addColumn<QString>("feed");
-    QTest::newRow("folder") << "gtfs";
-    QTest::newRow("link to a folder") << "current";
-    QTest::newRow("archive") << "feed.zip";
+    const Table<QString> row("feed");
+    row("folder", "gtfs");
+    row("link to a folder", "current");
+    row("archive", "feed.zip");
 }
 
 /// Two generations of a feed, in each of which all prices are the same. While one thread replaces
@@ -274,23 +264,21 @@ void FeedLoaderTest::oneGeneration()
 
 void FeedLoaderTest::problemsAsText_data()
 {
-    QTest::addColumn<FeedProblem>("problem");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("everything known")
-        << FeedProblem{"a.json", 3, 7, "/products/3/price", "price", "\"abc\"", "a number"}
-        << "a.json:3:7: /products/3/price: \"abc\", expected a number";
-    QTest::newRow("no line, the column alone says nothing")
-        << FeedProblem{"a.json", 0, 7, "/products/3/price", "price", "\"abc\"", "a number"}
-        << "a.json: /products/3/price: \"abc\", expected a number";
-    QTest::newRow("no pointer") << FeedProblem{"a.txt", 3, 0, "", "amount", "\"abc\"", "a number"}
-                                << "a.txt:3: amount: \"abc\", expected a number";
-    QTest::newRow("no field") << FeedProblem{"a.txt", 3, 0, "", "", "a pipe", "a file"}
-                              << "a.txt:3: a pipe, expected a file";
-    QTest::newRow("no value") << FeedProblem{"a.txt", 0, 0, "", "", "", "a file"}
-                              << "a.txt: expected a file";
-    QTest::newRow("line breaks in names stay in the line")
-        << FeedProblem{"a\n.json", 0, 0, "/x\ny", "", "1", "2\r"}
-        << "a\\u000a.json: /x\\u000ay: 1, expected 2\\u000d";
+    const Table<FeedProblem, QString> row("problem", "text");
+    row("everything known",
+        FeedProblem{"a.json", 3, 7, "/products/3/price", "price", "\"abc\"", "a number"},
+        "a.json:3:7: /products/3/price: \"abc\", expected a number");
+    row("no line, the column alone says nothing",
+        FeedProblem{"a.json", 0, 7, "/products/3/price", "price", "\"abc\"", "a number"},
+        "a.json: /products/3/price: \"abc\", expected a number");
+    row("no pointer", FeedProblem{"a.txt", 3, 0, "", "amount", "\"abc\"", "a number"},
+        "a.txt:3: amount: \"abc\", expected a number");
+    row("no field", FeedProblem{"a.txt", 3, 0, "", "", "a pipe", "a file"},
+        "a.txt:3: a pipe, expected a file");
+    row("no value", FeedProblem{"a.txt", 0, 0, "", "", "", "a file"}, "a.txt: expected a file");
+    row("line breaks in names stay in the line",
+        FeedProblem{"a\n.json", 0, 0, "/x\ny", "", "1", "2\r"},
+        "a\\u000a.json: /x\\u000ay: 1, expected 2\\u000d");
 }
 
 void FeedLoaderTest::problemsAsText()
@@ -308,11 +296,7 @@ void FeedLoaderTest::noticesAsText()
 
 void FeedLoaderTest::textForATerminal_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("shown");
-    const auto row = [](const char* name, const QString& text, const QString& shown) {
-        QTest::newRow(name) << text << shown;
-    };
+    const Table<QString, QString> row("text", "shown");
     row("letters of any script", QString::fromUtf8("Żółć автобус バス"),
         QString::fromUtf8("Żółć автобус バス"));
     row("pair of surrogates", QString::fromUtf8("\xF0\x9F\x9A\x8C"),

@@ -1,6 +1,7 @@
 #include "FeedFiles.h"
 #include "GtfsCases.h"
 #include "Soak.h"
+#include "Table.h"
 
 #include <ctime>
 
@@ -123,28 +124,27 @@ void FeedRobustnessTest::gtfsWithAnyByteReplacedIsLoadedOrRefused()
 
 void FeedRobustnessTest::hostileJsonEndsSoon_data()
 {
-    QTest::addColumn<QByteArray>("hostile");
+    const Table<QByteArray> row("hostile");
     const auto within = [](const QByteArray& value) { return "{\"x-a\": " + value + '}'; };
     const int size = triesTheLargest() ? 2 * 1024 * 1024 : 64 * 1024;
-    QTest::newRow("nothing but opening brackets") << within(QByteArray(size, '['));
-    QTest::newRow("nothing but quotes") << QByteArray(size, '"');
-    QTest::newRow("nothing but zero bytes") << QByteArray(size, '\0');
-    QTest::newRow("nothing but bytes that are no UTF-8") << QByteArray(size, '\xFF');
-    QTest::newRow("nothing but lines that are no UTF-8") << QByteArray("\xFF\n").repeated(size / 2);
-    QTest::newRow("one long text") << within('"' + QByteArray(size, 'a') + '"');
-    QTest::newRow("one long number") << within(QByteArray(size, '9'));
-    QTest::newRow("one long key") << "{\"" + QByteArray(size, 'k') + "\": 1}";
-    QTest::newRow("very many empty objects") << within('[' + QByteArray("{},").repeated(size / 3));
-    QTest::newRow("one key given again and again")
-        << within('{' + QByteArray("\"a\":1,").repeated(size / 6) + "\"a\":1}");
-    QTest::newRow("very many unknown keys") << [&] {
+    row("nothing but opening brackets", within(QByteArray(size, '[')));
+    row("nothing but quotes", QByteArray(size, '"'));
+    row("nothing but zero bytes", QByteArray(size, '\0'));
+    row("nothing but bytes that are no UTF-8", QByteArray(size, '\xFF'));
+    row("nothing but lines that are no UTF-8", QByteArray("\xFF\n").repeated(size / 2));
+    row("one long text", within('"' + QByteArray(size, 'a') + '"'));
+    row("one long number", within(QByteArray(size, '9')));
+    row("one long key", "{\"" + QByteArray(size, 'k') + "\": 1}");
+    row("very many empty objects", within('[' + QByteArray("{},").repeated(size / 3)));
+    row("one key given again and again",
+        within('{' + QByteArray("\"a\":1,").repeated(size / 6) + "\"a\":1}"));
+    row("very many unknown keys", [&] {
         QByteArray text = "{";
         for (int i = 0; i < size / 20; ++i)
             text += '"' + QByteArray::number(i) + "\":1,";
         return text + "\"last\":1}";
-    }();
-    QTest::newRow("very many escapes")
-        << within('"' + QByteArray("\\u0000").repeated(size / 6) + '"');
+    }());
+    row("very many escapes", within('"' + QByteArray("\\u0000").repeated(size / 6) + '"'));
 }
 
 void FeedRobustnessTest::hostileJsonEndsSoon()
@@ -160,20 +160,20 @@ void FeedRobustnessTest::hostileJsonEndsSoon()
 
 void FeedRobustnessTest::hostileCsvEndsSoon_data()
 {
-    QTest::addColumn<QByteArray>("csv");
+    const Table<QByteArray> row("csv");
     const QByteArray header = "fare_product_id,amount,currency,fare_product_name\n";
     const int size = triesTheLargest() ? 2 * 1024 * 1024 : 64 * 1024;
-    QTest::newRow("nothing but commas") << QByteArray(size, ',');
-    QTest::newRow("a record of nothing but commas") << header + QByteArray(size, ',');
-    QTest::newRow("very many empty records") << header + QByteArray(",\n").repeated(size / 10);
-    QTest::newRow("nothing but quotes") << header + QByteArray(size + 1, '"');
-    QTest::newRow("a quote that is never closed") << header + '"' + QByteArray(size, 'a');
-    QTest::newRow("a quote that is never closed, over many lines")
-        << header + '"' + QByteArray("a\n").repeated(size / 2);
-    QTest::newRow("very many broken records") << header + QByteArray("\"a\"b\n").repeated(size / 5);
-    QTest::newRow("one long field") << header + QByteArray(size, 'a') + ",1,EUR,";
-    QTest::newRow("one long amount") << header + "a," + QByteArray(size, '9') + ",EUR,";
-    QTest::newRow("nothing but zero bytes, and a record") << QByteArray(size, '\0') + "\n1\n";
+    row("nothing but commas", QByteArray(size, ','));
+    row("a record of nothing but commas", header + QByteArray(size, ','));
+    row("very many empty records", header + QByteArray(",\n").repeated(size / 10));
+    row("nothing but quotes", header + QByteArray(size + 1, '"'));
+    row("a quote that is never closed", header + '"' + QByteArray(size, 'a'));
+    row("a quote that is never closed, over many lines",
+        header + '"' + QByteArray("a\n").repeated(size / 2));
+    row("very many broken records", header + QByteArray("\"a\"b\n").repeated(size / 5));
+    row("one long field", header + QByteArray(size, 'a') + ",1,EUR,");
+    row("one long amount", header + "a," + QByteArray(size, '9') + ",EUR,");
+    row("nothing but zero bytes, and a record", QByteArray(size, '\0') + "\n1\n");
 }
 
 void FeedRobustnessTest::hostileCsvEndsSoon()

@@ -3,6 +3,7 @@
 #include "CsvTable_p.h"
 #include "FeedFiles.h"
 #include "ScarceMemory.h"
+#include "Table.h"
 #include "Tariff.h"
 
 using namespace rivo::feed;
@@ -19,19 +20,14 @@ private slots:
 
 void FeedScarceMemoryTest::tables_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("columns");
-    QTest::addColumn<bool>("isWhole");
+    const Table<QByteArray, int, bool> row("text", "columns", "isWhole");
     const QByteArray text(3'000, 'x');
-    QTest::newRow("a table of short texts") << QByteArray("a,b\n\"x\",y\n") << 2 << true;
-    QTest::newRow("a long text without quotes is not copied") << "a,b\n" + text + ",y\n"
-                                                              << 2 << true;
-    QTest::newRow("a long text in quotes, and another one behind it")
-        << "a,b\n\"" + text + "\",\"y\"\n"
-        << 2 << false;
-    QTest::newRow("a long text in quotes over two lines") << "a,b\nx,\"" + text + "\ny\"\nx,y\n"
-                                                          << 2 << false;
-    QTest::newRow("more columns than fit") << QByteArray("a,b\nx,y\n") << 100 << false;
+    row("a table of short texts", "a,b\n\"x\",y\n", 2, true);
+    row("a long text without quotes is not copied", "a,b\n" + text + ",y\n", 2, true);
+    row("a long text in quotes, and another one behind it", "a,b\n\"" + text + "\",\"y\"\n", 2,
+        false);
+    row("a long text in quotes over two lines", "a,b\nx,\"" + text + "\ny\"\nx,y\n", 2, false);
+    row("more columns than fit", "a,b\nx,y\n", 100, false);
 }
 
 void FeedScarceMemoryTest::tables()

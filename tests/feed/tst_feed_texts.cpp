@@ -1,5 +1,6 @@
 #include "Amount.h"
 #include "FeedFile_p.h"
+#include "Table.h"
 #include "TextForms.h"
 
 #include <QtTest>
@@ -35,11 +36,7 @@ private slots:
 
 void FeedTextsTest::bytesInUtf8_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("isValid");
-    const auto row = [](const char* name, const QByteArray& bytes, bool isValid) {
-        QTest::newRow(name) << bytes << isValid;
-    };
+    const Table<QByteArray, bool> row("bytes", "isValid");
     row("no byte", "", true);
     row("the first and the last character of one byte", QByteArray("\x00\x7F", 2), true);
     row("the first character of two bytes", "\xC2\x80", true);
@@ -79,14 +76,14 @@ void FeedTextsTest::bytesInUtf8()
 
 void FeedTextsTest::lines_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("length"); // of the first line
-    QTest::newRow("LF") << QByteArray("ab\nc") << 3;
-    QTest::newRow("CR") << QByteArray("ab\rc") << 3;
-    QTest::newRow("CR LF") << QByteArray("ab\r\nc") << 4;
-    QTest::newRow("LF CR is the end of two lines") << QByteArray("ab\n\rc") << 3;
-    QTest::newRow("CR at the end of the text") << QByteArray("ab\r") << 3;
-    QTest::newRow("no line end") << QByteArray("ab") << 2;
+    // length: of the first line
+    const Table<QByteArray, int> row("text", "length");
+    row("LF", "ab\nc", 3);
+    row("CR", "ab\rc", 3);
+    row("CR LF", "ab\r\nc", 4);
+    row("LF CR is the end of two lines", "ab\n\rc", 3);
+    row("CR at the end of the text", "ab\r", 3);
+    row("no line end", "ab", 2);
 }
 
 void FeedTextsTest::lines()
@@ -98,22 +95,22 @@ void FeedTextsTest::lines()
 
 void FeedTextsTest::times_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("time"); // -1 = none
-    QTest::newRow("one digit of hours") << "5:06:07" << 5 * 3600 + 6 * 60 + 7;
-    QTest::newRow("two digits of hours") << "25:59:59" << 25 * 3600 + 59 * 60 + 59;
-    QTest::newRow("three digits of hours") << "100:00:00" << 100 * 3600;
-    QTest::newRow("no hours") << ":06:07" << -1;
-    QTest::newRow("no text") << "" << -1;
-    QTest::newRow("no seconds") << "05:06" << -1;
-    QTest::newRow("four digits of hours") << "1000:00:00" << -1;
-    QTest::newRow("no colon behind the hours") << "05.06:07" << -1;
-    QTest::newRow("no colon behind the minutes") << "05:06.07" << -1;
-    QTest::newRow("sixty minutes") << "05:60:07" << -1;
-    QTest::newRow("sixty seconds") << "05:06:60" << -1;
-    QTest::newRow("a sign for a digit of the hours") << "-5:06:07" << -1;
-    QTest::newRow("a letter for a digit of the minutes") << "05:0a:07" << -1;
-    QTest::newRow("a blank for a digit of the seconds") << "05:06: 7" << -1;
+    // time: -1 = none
+    const Table<QString, int> row("text", "time");
+    row("one digit of hours", "5:06:07", 5 * 3600 + 6 * 60 + 7);
+    row("two digits of hours", "25:59:59", 25 * 3600 + 59 * 60 + 59);
+    row("three digits of hours", "100:00:00", 100 * 3600);
+    row("no hours", ":06:07", -1);
+    row("no text", "", -1);
+    row("no seconds", "05:06", -1);
+    row("four digits of hours", "1000:00:00", -1);
+    row("no colon behind the hours", "05.06:07", -1);
+    row("no colon behind the minutes", "05:06.07", -1);
+    row("sixty minutes", "05:60:07", -1);
+    row("sixty seconds", "05:06:60", -1);
+    row("a sign for a digit of the hours", "-5:06:07", -1);
+    row("a letter for a digit of the minutes", "05:0a:07", -1);
+    row("a blank for a digit of the seconds", "05:06: 7", -1);
 }
 
 void FeedTextsTest::times()
@@ -127,19 +124,17 @@ void FeedTextsTest::times()
 
 void FeedTextsTest::dates_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isGtfs");
-    QTest::addColumn<bool>("isIso");
-    QTest::newRow("a date without dashes") << "20240229" << true << false;
-    QTest::newRow("a date with dashes") << "2024-02-29" << false << true;
-    QTest::newRow("a day that does not exist, without dashes") << "20230229" << false << false;
-    QTest::newRow("a day that does not exist, with dashes") << "2023-02-29" << false << false;
-    QTest::newRow("eight characters with a letter") << "2024022a" << false << false;
-    QTest::newRow("no text") << "" << false << false;
-    QTest::newRow("another first dash") << "2024/02-29" << false << false;
-    QTest::newRow("another second dash") << "2024-02/29" << false << false;
-    QTest::newRow("a letter between dashes") << "2024-0a-29" << false << false;
-    QTest::newRow("one digit of the day") << "2024-02-9" << false << false;
+    const Table<QString, bool, bool> row("text", "isGtfs", "isIso");
+    row("a date without dashes", "20240229", true, false);
+    row("a date with dashes", "2024-02-29", false, true);
+    row("a day that does not exist, without dashes", "20230229", false, false);
+    row("a day that does not exist, with dashes", "2023-02-29", false, false);
+    row("eight characters with a letter", "2024022a", false, false);
+    row("no text", "", false, false);
+    row("another first dash", "2024/02-29", false, false);
+    row("another second dash", "2024-02/29", false, false);
+    row("a letter between dashes", "2024-0a-29", false, false);
+    row("one digit of the day", "2024-02-9", false, false);
 }
 
 void FeedTextsTest::dates()
@@ -151,18 +146,17 @@ void FeedTextsTest::dates()
 
 void FeedTextsTest::amounts_data()
 {
-    QTest::addColumn<double>("units");
-    QTest::addColumn<int>("decimals");
-    QTest::addColumn<qint64>("minor"); // or none
-    QTest::newRow("a price in cents") << 2.5 << 2 << qint64(250);
-    QTest::newRow("a price without cents") << 250.0 << 0 << qint64(250);
-    QTest::newRow("a discount") << -0.07 << 2 << qint64(-7);
-    QTest::newRow("more decimals than the currency has") << 2.505 << 2 << none;
-    QTest::newRow("the largest price") << 1e6 << 3 << qint64(1'000'000'000);
-    QTest::newRow("more than the largest price") << 1'000'000.01 << 2 << none;
-    QTest::newRow("a discount of more than the largest price") << -1'000'000.01 << 2 << none;
-    QTest::newRow("no number") << qQNaN() << 2 << none;
-    QTest::newRow("an infinite number") << qInf() << 2 << none;
+    // minor: -1 if there is none
+    const Table<double, int, qint64> row("units", "decimals", "minor");
+    row("a price in cents", 2.5, 2, qint64(250));
+    row("a price without cents", 250.0, 0, qint64(250));
+    row("a discount", -0.07, 2, qint64(-7));
+    row("more decimals than the currency has", 2.505, 2, none);
+    row("the largest price", 1e6, 3, qint64(1'000'000'000));
+    row("more than the largest price", 1'000'000.01, 2, none);
+    row("a discount of more than the largest price", -1'000'000.01, 2, none);
+    row("no number", qQNaN(), 2, none);
+    row("an infinite number", qInf(), 2, none);
 }
 
 void FeedTextsTest::amounts()

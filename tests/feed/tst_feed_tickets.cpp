@@ -6,6 +6,7 @@
 #include "PassengerTypeItem.h"
 #include "ShoppingBasketModel.h"
 #include "ShoppingItem.h"
+#include "Table.h"
 
 #include <QMetaProperty>
 #include <QtTest>
@@ -144,20 +145,19 @@ void FeedTicketsTest::anotherTripIsThereAsAWholeBeforeItIsAnnounced()
 
 void FeedTicketsTest::zoneNames_data()
 {
-    QTest::addColumn<int>("zone");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("the only stop") << 1 << "Ostra Market";
-    QTest::newRow("platforms of one station") << 2 << "Brenno Spa";
-    QTest::newRow("several stops: the number") << 3 << "3";
-    QTest::newRow("several stops, the first name again at the end: the number") << 4 << "4";
-    QTest::newRow("a stop without a name: the number") << 5 << "5";
-    QTest::newRow("no stop: the number") << 6 << "6";
-    QTest::newRow("the zone's own name, whatever its stops are called") << 9 << "Old Town";
-    QTest::newRow("a zone that is named but nowhere") << 10 << "Hills";
-    QTest::newRow("a name of nothing: the stop's") << 11 << "Mill";
-    QTest::newRow("negative number") << -7 << "-7";
-    QTest::newRow("zone 0 is no zone") << 0 << "";
-    QTest::newRow("the only stop, of two zones") << 8 << "Brenno Spa";
+    const Table<int, QString> row("zone", "name");
+    row("the only stop", 1, "Ostra Market");
+    row("platforms of one station", 2, "Brenno Spa");
+    row("several stops: the number", 3, "3");
+    row("several stops, the first name again at the end: the number", 4, "4");
+    row("a stop without a name: the number", 5, "5");
+    row("no stop: the number", 6, "6");
+    row("the zone's own name, whatever its stops are called", 9, "Old Town");
+    row("a zone that is named but nowhere", 10, "Hills");
+    row("a name of nothing: the stop's", 11, "Mill");
+    row("negative number", -7, "-7");
+    row("zone 0 is no zone", 0, "");
+    row("the only stop, of two zones", 8, "Brenno Spa");
 }
 
 void FeedTicketsTest::zoneNames()

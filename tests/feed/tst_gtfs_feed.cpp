@@ -3,6 +3,7 @@
 #include "GtfsFiles.h"
 #include "OfferProducts.h"
 #include "OfferQueryText.h"
+#include "Table.h"
 
 using namespace rivo::feed;
 
@@ -140,8 +141,7 @@ void GtfsFeedTest::theLakesideFeed()
 
 void GtfsFeedTest::cases_data()
 {
-    QTest::addColumn<Files>("files");
-    QTest::addColumn<QStringList>("expected");
+    addColumns<Files, QStringList>("files", "expected");
     for (const char* name : {"products", "problems", "offers", "catalogue"}) {
         const auto cases =
             GtfsCases::read(QStringLiteral(FEED_TEST_DATA "/gtfs/%1.cases").arg(name));
@@ -203,24 +203,23 @@ void GtfsFeedTest::whatGtfsDoesNotSayHasItsDefault()
 
 void GtfsFeedTest::operatorsOfRoutes_data()
 {
-    QTest::addColumn<Files>("files");
-    QTest::addColumn<QStringList>("operators"); // of three routes, and of none
+    // operators: of three routes, and of none
+    const Table<Files, QStringList> row("files", "operators");
     const Files files = base() + Files{{"agency.txt", "agency_id,agency_name\n1,First\n2,Second\n"},
                                        {"routes.txt", "route_id,agency_id\nA,1\nB,2\nC,\n"}};
     const Files published = files + Files{{"feed_info.txt", "feed_publisher_name\nPublisher\n"}};
-    QTest::newRow("the agency of the route")
-        << files << QStringList{"First", "Second", "First", "First"};
-    QTest::newRow("the publisher goes before")
-        << published << QStringList{"Publisher", "Publisher", "Publisher", "Publisher"};
-    QTest::newRow("of two publishers the first goes before")
-        << files + Files{{"feed_info.txt", "feed_publisher_name\nPublisher\nOther\n"}}
-        << QStringList{"Publisher", "Publisher", "Publisher", "Publisher"};
-    QTest::newRow("a publisher without a name does not")
-        << files + Files{{"feed_info.txt", "feed_publisher_name\n\n"}}
-        << QStringList{"First", "Second", "First", "First"};
-    QTest::newRow("an agency without a name is that of the feed")
-        << files + Files{{"agency.txt", "agency_id,agency_name\n1,First\n2,\n"}}
-        << QStringList{"First", "First", "First", "First"};
+    row("the agency of the route", files, {"First", "Second", "First", "First"});
+    row("the publisher goes before", published,
+        {"Publisher", "Publisher", "Publisher", "Publisher"});
+    row("of two publishers the first goes before",
+        files + Files{{"feed_info.txt", "feed_publisher_name\nPublisher\nOther\n"}},
+        {"Publisher", "Publisher", "Publisher", "Publisher"});
+    row("a publisher without a name does not",
+        files + Files{{"feed_info.txt", "feed_publisher_name\n\n"}},
+        {"First", "Second", "First", "First"});
+    row("an agency without a name is that of the feed",
+        files + Files{{"agency.txt", "agency_id,agency_name\n1,First\n2,\n"}},
+        {"First", "First", "First", "First"});
 }
 
 void GtfsFeedTest::operatorsOfRoutes()
@@ -262,66 +261,54 @@ void GtfsFeedTest::supportedTypesAreThoseOfTheProducts()
 void GtfsFeedTest::mappings_data()
 {
     using Map = QMap<QString, QString>;
-    QTest::addColumn<Files>("files");
-    QTest::addColumn<Map>("given");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("outcome"); // the types of the products, or the problems
+    // outcome: the types of the products, or the problems
+    const Table<Files, Map, QString, QString> row("files", "given", "file", "outcome");
     const Files noFile = without(base(), {"passenger_types.txt"});
     const Files elsewhere = base() + Files{{"../my types.csv", "passenger_type,rider_category_id\n"
                                                                "PT_DISABLED,2\nPT_MILITARY_1,1\n"}};
     const QString types = "one of PT_ADULT, PT_STUDENT_1, PT_SCHOOLBOY, PT_DISABLED, "
                           "PT_MILITARY_1, PT_LFS, PT_STUDENT_2, PT_MILITARY_2";
-    QTest::newRow("none") << noFile << Map() << ""
-                          << "1,2,1";
-    QTest::newRow("file in the folder") << base() << Map() << ""
-                                        << "PT_ADULT,PT_SCHOOLBOY,PT_ADULT";
-    QTest::newRow("a file that is named takes the place of the folder's")
-        << elsewhere << Map() << "my types.csv"
-        << "PT_MILITARY_1,PT_DISABLED,PT_MILITARY_1";
-    QTest::newRow("given alone") << noFile << Map{{"1", "PT_LFS"}} << ""
-                                 << "PT_LFS,2,PT_LFS";
-    QTest::newRow("given wins over the file in the folder")
-        << base() << Map{{"2", "PT_STUDENT_2"}} << ""
-        << "PT_ADULT,PT_STUDENT_2,PT_ADULT";
-    QTest::newRow("given wins over a file that is named")
-        << elsewhere << Map{{"1", "PT_ADULT"}} << "my types.csv"
-        << "PT_ADULT,PT_DISABLED,PT_ADULT";
-    QTest::newRow("a file that is named must be there")
-        << base() << Map() << "none.csv"
-        << "none.csv: No such file or directory, expected a readable file";
-    QTest::newRow("given type that is unknown")
-        << base() << Map{{"1", "PT_GIANT"}} << ""
-        << "gtfs: rider category 1: \"PT_GIANT\", expected " + types;
-    QTest::newRow("given category that is unknown")
-        << base() << Map{{"9", "PT_ADULT"}} << ""
-        << "gtfs: rider category 9: unknown, expected an id of rider_categories.txt";
-    QTest::newRow("type of the file that is unknown, even where it does not win")
-        << base() + Files{{"passenger_types.txt", "rider_category_id,passenger_type\n1,pt_adult\n"}}
-        << Map{{"1", "PT_ADULT"}} << ""
-        << "gtfs/passenger_types.txt:2: passenger_type: \"pt_adult\", expected " + types;
-    QTest::newRow("category of the file that is unknown")
-        << base() + Files{{"passenger_types.txt", "rider_category_id,passenger_type\n9,PT_LFS\n"}}
-        << Map() << ""
-        << "gtfs/passenger_types.txt:2: rider_category_id: \"9\", expected an id of "
-           "rider_categories.txt";
-    QTest::newRow("category of the file that is given twice")
-        << base() + Files{{"passenger_types.txt",
-                           "rider_category_id,passenger_type\n1,PT_LFS\n1,PT_LFS\n"}}
-        << Map() << ""
-        << "gtfs/passenger_types.txt:3: rider_category_id: \"1\", expected each category once";
-    QTest::newRow("rows of the file without a category")
-        << base() + Files{{"passenger_types.txt",
-                           "rider_category_id,passenger_type\n,PT_LFS\n,PT_LFS\n"}}
-        << Map() << ""
-        << "gtfs/passenger_types.txt:2: rider_category_id: \"\", expected a text of 1 to 1000 "
-           "characters,gtfs/passenger_types.txt:3: rider_category_id: \"\", expected a text of 1 "
-           "to "
-           "1000 characters";
-    QTest::newRow("row of the file without a type")
-        << base() + Files{{"passenger_types.txt", "rider_category_id,passenger_type\n1,\n"}}
-        << Map() << ""
-        << "gtfs/passenger_types.txt:2: passenger_type: \"\", expected a text of 1 to 1000 "
-           "characters";
+    row("none", noFile, {}, "", "1,2,1");
+    row("file in the folder", base(), {}, "", "PT_ADULT,PT_SCHOOLBOY,PT_ADULT");
+    row("a file that is named takes the place of the folder's", elsewhere, {}, "my types.csv",
+        "PT_MILITARY_1,PT_DISABLED,PT_MILITARY_1");
+    row("given alone", noFile, Map{{"1", "PT_LFS"}}, "", "PT_LFS,2,PT_LFS");
+    row("given wins over the file in the folder", base(), Map{{"2", "PT_STUDENT_2"}}, "",
+        "PT_ADULT,PT_STUDENT_2,PT_ADULT");
+    row("given wins over a file that is named", elsewhere, Map{{"1", "PT_ADULT"}}, "my types.csv",
+        "PT_ADULT,PT_DISABLED,PT_ADULT");
+    row("a file that is named must be there", base(), {}, "none.csv",
+        "none.csv: No such file or directory, expected a readable file");
+    row("given type that is unknown", base(), Map{{"1", "PT_GIANT"}}, "",
+        "gtfs: rider category 1: \"PT_GIANT\", expected " + types);
+    row("given category that is unknown", base(), Map{{"9", "PT_ADULT"}}, "",
+        "gtfs: rider category 9: unknown, expected an id of rider_categories.txt");
+    row("type of the file that is unknown, even where it does not win",
+        base() + Files{{"passenger_types.txt", "rider_category_id,passenger_type\n1,pt_adult\n"}},
+        Map{{"1", "PT_ADULT"}}, "",
+        "gtfs/passenger_types.txt:2: passenger_type: \"pt_adult\", expected " + types);
+    row("category of the file that is unknown",
+        base() + Files{{"passenger_types.txt", "rider_category_id,passenger_type\n9,PT_LFS\n"}}, {},
+        "",
+        "gtfs/passenger_types.txt:2: rider_category_id: \"9\", expected an id of "
+        "rider_categories.txt");
+    row("category of the file that is given twice",
+        base() + Files{{"passenger_types.txt",
+                        "rider_category_id,passenger_type\n1,PT_LFS\n1,PT_LFS\n"}},
+        {}, "",
+        "gtfs/passenger_types.txt:3: rider_category_id: \"1\", expected each category once");
+    row("rows of the file without a category",
+        base() +
+            Files{{"passenger_types.txt", "rider_category_id,passenger_type\n,PT_LFS\n,PT_LFS\n"}},
+        {}, "",
+        "gtfs/passenger_types.txt:2: rider_category_id: \"\", expected a text of 1 to 1000 "
+        "characters,gtfs/passenger_types.txt:3: rider_category_id: \"\", expected a text of 1 "
+        "to "
+        "1000 characters");
+    row("row of the file without a type",
+        base() + Files{{"passenger_types.txt", "rider_category_id,passenger_type\n1,\n"}}, {}, "",
+        "gtfs/passenger_types.txt:2: passenger_type: \"\", expected a text of 1 to 1000 "
+        "characters");
 }
 
 void GtfsFeedTest::mappings()

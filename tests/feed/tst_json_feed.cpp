@@ -10,85 +10,83 @@ using namespace rivo::feed;
 namespace
 {
 
+QString asText(const QString& text) { return text; }
+QString asText(const QDateTime& time) { return time.toString(Qt::ISODateWithMs); }
+
+template <typename Number>
+QString asText(Number number)
+{
+    return QStringLiteral("%1").arg(number);
+}
+
+QString asText(const NetworkShapePoint& point)
+{
+    return asText(point.latitude) + QLatin1Char(' ') + asText(point.longitude);
+}
+
+template <typename Element>
+QString asText(const QVector<Element>& list)
+{
+    QStringList texts;
+    for (const Element& element : list)
+        texts.append(asText(element));
+    return texts.join(QLatin1Char(','));
+}
+
+QString asText(const QVariantList& values)
+{
+    QStringList texts;
+    for (const QVariant& value : values)
+        texts.append(QLatin1String(value.typeName()) + QLatin1Char(' ') + value.toString());
+    return texts.join(QLatin1Char(','));
+}
+
+/// The fields of a record, one after the other.
+template <typename... Fields>
+QString joined(const Fields&... fields)
+{
+    return QStringList{asText(fields)...}.join(QLatin1Char('|'));
+}
+
 QString dump(const FeedProduct& p)
 {
-    return QStringLiteral("%1|%2|%3|%4|%5|%6|%7|%8|%9|")
-               .arg(p.passengerTypeId)
-               .arg(p.description, p.passengerTypeCode, p.icon)
-               .arg(p.price)
-               .arg(p.fareProductId)
-               .arg(p.fareProductName)
-               .arg(p.isReturnFee)
-               .arg(p.fromStopGroupId) +
-           QStringLiteral("%1|%2|%3|%4|%5|%6")
-               .arg(p.toStopGroupId)
-               .arg(p.fareProductColor)
-               .arg(p.hasExpired)
-               .arg(p.fareDiscount)
-               .arg(p.isDaily)
-               .arg(p.pos);
+    return joined(p.passengerTypeId, p.description, p.passengerTypeCode, p.icon, p.price,
+                  p.fareProductId, p.fareProductName, p.isReturnFee, p.fromStopGroupId,
+                  p.toStopGroupId, p.fareProductColor, p.hasExpired, p.fareDiscount, p.isDaily,
+                  p.pos);
 }
 
 QString dump(const FeedFareProduct& p)
 {
-    const auto list = [](const QVariantList& values) {
-        QStringList texts;
-        for (const QVariant& value : values)
-            texts.append(QLatin1String(value.typeName()) + QLatin1Char(' ') + value.toString());
-        return texts.join(QLatin1Char(','));
-    };
-    return QStringLiteral("%1|%2|%3|%4|%5|%6|%7|")
-               .arg(p.id)
-               .arg(p.description, p.icon)
-               .arg(p.price)
-               .arg(p.discount)
-               .arg(p.freeReturn)
-               .arg(p.paperTicket) +
-           list(p.passengerTypes) + QLatin1Char('|') + list(p.ticketMaterial) + QLatin1Char('|') +
-           list(p.paymentMethod) + QLatin1Char('|') + list(p.paymentChannel);
+    return joined(p.id, p.description, p.icon, p.price, p.discount, p.freeReturn, p.paperTicket,
+                  p.passengerTypes, p.ticketMaterial, p.paymentMethod, p.paymentChannel);
 }
 
 QString dump(const FeedTripContext& t)
 {
-    return QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
-        .arg(t.routeId)
-        .arg(t.fromStopId)
-        .arg(t.toStopId)
-        .arg(t.currentStopId)
-        .arg(t.tripsRouteId)
-        .arg(t.tripsExecutionId)
-        .arg(t.publicRouteExecutionId);
+    return joined(t.routeId, t.fromStopId, t.toStopId, t.currentStopId, t.tripsRouteId,
+                  t.tripsExecutionId, t.publicRouteExecutionId);
 }
 
 QString dump(const FeedVehicle& v)
 {
-    return QStringLiteral("%1|%2|%3|%4|%5|%6|%7|")
-               .arg(v.id)
-               .arg(v.registrationNumber, v.internalNumber, v.drivingStatus, v.routeStatus)
-               .arg(v.routeId)
-               .arg(v.routeName) +
-           QStringLiteral("%1|%2|%3|%4|%5|%6")
-               .arg(v.latitude)
-               .arg(v.longitude)
-               .arg(v.altitude)
-               .arg(v.updated)
-               .arg(v.inView)
-               .arg(v.direction);
+    return joined(v.id, v.registrationNumber, v.internalNumber, v.drivingStatus, v.routeStatus,
+                  v.routeId, v.routeName, v.latitude, v.longitude, v.altitude, v.updated, v.inView,
+                  v.direction);
 }
 
 QString dump(const FeedPeripheral& p)
 {
-    return QStringLiteral("%1|%2|%3|%4|%5%6%7%8|%9|")
-               .arg(p.id)
-               .arg(p.name)
-               .arg(p.identity)
-               .arg(p.icon)
-               .arg(p.warning)
-               .arg(p.blueWarning)
-               .arg(p.yellowWarning)
-               .arg(p.error)
-               .arg(p.deviceState) +
-           p.stateStr;
+    return joined(p.id, p.name, p.identity, p.icon, p.warning, p.blueWarning, p.yellowWarning,
+                  p.error, p.deviceState, p.stateStr);
+}
+
+QString dump(const FeedZReport& z)
+{
+    return joined(z.id, z.ticketCount, z.ticketSumAmnt, z.cardSellCount, z.cardSellAmnt,
+                  z.parcelCount, z.parcelAmnt, z.fromTicketNumber, z.toTicketNumber, z.zSum,
+                  z.zNumber, z.isClosed, z.commission, z.paymentDate, z.currentDebt,
+                  z.maxAllowedDebt);
 }
 
 /// One line per record.
@@ -96,57 +94,18 @@ QStringList dump(const Network& network)
 {
     QStringList lines;
     for (const NetworkZone& zone : network.zones)
-        lines.append(QStringLiteral("zone %1|%2").arg(zone.number).arg(zone.name));
-    for (const NetworkStop& s : network.stops) {
-        QStringList areas;
-        for (const int area : s.areas)
-            areas.append(QString::number(area));
-        lines.append(QStringLiteral("stop %1|%2|%3|%4|%5|%6")
-                         .arg(s.id, s.code, s.name)
-                         .arg(s.latitude)
-                         .arg(s.longitude)
-                         .arg(areas.join(QLatin1Char(','))));
-    }
+        lines.append("zone " + joined(zone.number, zone.name));
+    for (const NetworkStop& s : network.stops)
+        lines.append("stop " + joined(s.id, s.code, s.name, s.latitude, s.longitude, s.areas));
     for (const NetworkRoute& r : network.routes)
-        lines.append(QStringLiteral("route %1|%2|%3|%4|%5")
-                         .arg(r.id, r.shortName, r.longName, r.color, r.textColor));
+        lines.append("route " + joined(r.id, r.shortName, r.longName, r.color, r.textColor));
     for (const NetworkTrip& t : network.trips)
-        lines.append(QStringLiteral("trip %1|%2|%3|%4|%5")
-                         .arg(t.id, t.routeId, t.serviceId, t.headsign, t.shapeId));
+        lines.append("trip " + joined(t.id, t.routeId, t.serviceId, t.headsign, t.shapeId));
     for (const NetworkStopTime& t : network.stopTimes)
-        lines.append(QStringLiteral("time %1|%2|%3|%4|%5")
-                         .arg(t.tripId, t.stopId)
-                         .arg(t.sequence)
-                         .arg(t.arrival)
-                         .arg(t.departure));
-    for (const NetworkShape& shape : network.shapes) {
-        QStringList points;
-        for (const NetworkShapePoint& point : shape.points)
-            points.append(QStringLiteral("%1 %2").arg(point.latitude).arg(point.longitude));
-        lines.append(QStringLiteral("shape %1|%2").arg(shape.id, points.join(QLatin1Char(','))));
-    }
+        lines.append("time " + joined(t.tripId, t.stopId, t.sequence, t.arrival, t.departure));
+    for (const NetworkShape& shape : network.shapes)
+        lines.append("shape " + joined(shape.id, shape.points));
     return lines;
-}
-
-QString dump(const FeedZReport& z)
-{
-    return QStringLiteral("%1|%2|%3|%4|%5|%6|%7|%8|%9|")
-               .arg(z.id)
-               .arg(z.ticketCount)
-               .arg(z.ticketSumAmnt)
-               .arg(z.cardSellCount)
-               .arg(z.cardSellAmnt)
-               .arg(z.parcelCount)
-               .arg(z.parcelAmnt)
-               .arg(z.fromTicketNumber, z.toTicketNumber) +
-           QStringLiteral("%1|%2|%3|%4|%5|%6|%7")
-               .arg(z.zSum)
-               .arg(z.zNumber)
-               .arg(z.isClosed)
-               .arg(z.commission)
-               .arg(z.paymentDate.toString(Qt::ISODateWithMs))
-               .arg(z.currentDebt)
-               .arg(z.maxAllowedDebt);
 }
 
 } // namespace
@@ -204,7 +163,7 @@ void JsonFeedTest::everyKeyReachesItsField()
                                                          "52.5|-13.25|34.5|1|1|271.5"));
     QCOMPARE(feed.peripherals.size(), 1);
     QCOMPARE(dump(feed.peripherals.first()),
-             QStringLiteral("81|Printer|4294967295|qrc:/icons/three.svg|0000|82|Ready"));
+             QStringLiteral("81|Printer|4294967295|qrc:/icons/three.svg|0|0|0|0|82|Ready"));
     QCOMPARE(feed.printerId, std::optional<int>(81));
     QCOMPARE(feed.zReports.size(), 1);
     QCOMPARE(dump(feed.zReports.first()),
@@ -237,7 +196,7 @@ void JsonFeedTest::whatIsLeftOutHasItsDefault()
     QCOMPARE(dump(feed.fareProducts.first()), QStringLiteral("1|D||2|0|0|0||||"));
     QCOMPARE(dump(*feed.trip), QStringLiteral("1|2|3|4|5|6|"));
     QCOMPARE(dump(feed.vehicles.first()), QStringLiteral("1|R||||-1||nan|nan|nan|0|0|0"));
-    QCOMPARE(dump(feed.peripherals.first()), QStringLiteral("1|N|0||1111|0|"));
+    QCOMPARE(dump(feed.peripherals.first()), QStringLiteral("1|N|0||1|1|1|1|0|"));
     QVERIFY(!feed.printerId);
     QCOMPARE(dump(feed.zReports.first()), QStringLiteral("1|-1|0|-1|0|-1|0|||0|0|0|0||0|0"));
     QVERIFY(!loadJson(document({})).feed->trip.has_value());

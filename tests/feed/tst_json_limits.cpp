@@ -2,6 +2,7 @@
 #include "JsonDocuments.h"
 
 #include "Feed.h"
+#include "Table.h"
 
 using namespace rivo::feed;
 
@@ -53,37 +54,31 @@ void JsonLimitsTest::manyNoticesAreCounted()
 
 void JsonLimitsTest::limitsAreInclusive_data()
 {
-    QTest::addColumn<QByteArray>("within");
-    QTest::addColumn<QByteArray>("beyond");
-    QTest::addColumn<QString>("problem");
-    QTest::newRow("size of 500 bytes")
-        << document({}).leftJustified(500) << document({}).leftJustified(501)
-        << "feed.json: 501 bytes, expected at most 500 bytes";
-    QTest::newRow("depth of 4")
-        << document({}, ", \"x-a\": [[[]]]") << document({}, ", \"x-a\": [[[{}]]]")
-        << "feed.json:1:68: /x-a/0/0/0: \"{}]]], \"products\": [\", expected at most 4 objects and "
-           "lists within one another";
-    QTest::newRow("20 values") << document({}, ", \"x-a\": [" + joined(14, "1") + ']')
-                               << document({}, ", \"x-a\": [" + joined(15, "1") + ']')
-                               << "feed.json:15:17: /products: \"[\", expected at most 20 values";
-    QTest::newRow("6 entries in a list")
-        << document({}, ", \"supportedPassengerTypes\": [" + joined(6, "\"A\"") + ']')
-        << document({}, ", \"supportedPassengerTypes\": [" + joined(7, "\"A\"") + ']')
-        << "feed.json:1: /supportedPassengerTypes: 7 entries, expected a list of at most 6 texts";
-    QTest::newRow("6 objects in a list")
-        << document({}, ", \"zReports\": [" + joined(6, "{\"id\": 1}") + ']')
-        << document({}, ", \"zReports\": [" + joined(7, "{\"id\": 1}") + ']')
-        << "feed.json:1: /zReports: 7 entries, expected a list of at most 6 objects";
+    const Table<QByteArray, QByteArray, QString> row("within", "beyond", "problem");
+    row("size of 500 bytes", document({}).leftJustified(500), document({}).leftJustified(501),
+        "feed.json: 501 bytes, expected at most 500 bytes");
+    row("depth of 4", document({}, ", \"x-a\": [[[]]]"), document({}, ", \"x-a\": [[[{}]]]"),
+        "feed.json:1:68: /x-a/0/0/0: \"{}]]], \"products\": [\", expected at most 4 objects and "
+        "lists within one another");
+    row("20 values", document({}, ", \"x-a\": [" + joined(14, "1") + ']'),
+        document({}, ", \"x-a\": [" + joined(15, "1") + ']'),
+        "feed.json:15:17: /products: \"[\", expected at most 20 values");
+    row("6 entries in a list",
+        document({}, ", \"supportedPassengerTypes\": [" + joined(6, "\"A\"") + ']'),
+        document({}, ", \"supportedPassengerTypes\": [" + joined(7, "\"A\"") + ']'),
+        "feed.json:1: /supportedPassengerTypes: 7 entries, expected a list of at most 6 texts");
+    row("6 objects in a list", document({}, ", \"zReports\": [" + joined(6, "{\"id\": 1}") + ']'),
+        document({}, ", \"zReports\": [" + joined(7, "{\"id\": 1}") + ']'),
+        "feed.json:1: /zReports: 7 entries, expected a list of at most 6 objects");
     const QByteArray bus = "\xF0\x9F\x9A\x8C";
-    QTest::newRow("text of 30 characters, a pair of surrogates being one")
-        << document({}, ", \"name\": \"" + QByteArray(29, 'a') + bus + '"')
-        << document({}, ", \"name\": \"" + QByteArray(30, 'a') + bus + '"')
-        << "feed.json:1: /name: \"" + QString(30, 'a') + QString::fromUtf8(bus) +
-               "\", expected a text of 0 to 30 characters";
-    QTest::newRow("key of 30 characters")
-        << document({}, ", \"x-" + QByteArray(28, 'a') + "\": 1")
-        << document({}, ", \"x-" + QByteArray(29, 'a') + "\": 1")
-        << "feed.json:1:91: \": 1, \"products\": [\", expected keys of at most 30 characters";
+    row("text of 30 characters, a pair of surrogates being one",
+        document({}, ", \"name\": \"" + QByteArray(29, 'a') + bus + '"'),
+        document({}, ", \"name\": \"" + QByteArray(30, 'a') + bus + '"'),
+        "feed.json:1: /name: \"" + QString(30, 'a') + QString::fromUtf8(bus) +
+            "\", expected a text of 0 to 30 characters");
+    row("key of 30 characters", document({}, ", \"x-" + QByteArray(28, 'a') + "\": 1"),
+        document({}, ", \"x-" + QByteArray(29, 'a') + "\": 1"),
+        "feed.json:1:91: \": 1, \"products\": [\", expected keys of at most 30 characters");
 }
 
 void JsonLimitsTest::limitsAreInclusive()

@@ -2,6 +2,7 @@
 #include "JsonDocuments.h"
 
 #include "Feed.h"
+#include "Table.h"
 
 using namespace rivo::feed;
 
@@ -27,24 +28,23 @@ private:
 
 void JsonProblemsTest::textsThatAreJson_data()
 {
-    QTest::addColumn<QByteArray>("json");
+    const Table<QByteArray> row("json");
     const QByteArray plain = document(product());
-    QTest::newRow("plain") << plain;
-    QTest::newRow("byte-order mark at the start") << "\xEF\xBB\xBF" + plain;
-    QTest::newRow("CR LF line ends") << QByteArray(plain).replace('\n', "\r\n");
-    QTest::newRow("CR line ends") << QByteArray(plain).replace('\n', '\r');
-    QTest::newRow("blanks and tabs around everything")
-        << " \t\n" + QByteArray(plain).replace(",", " \t, \n").replace(":", "\t : ") + "\n \t";
-    QTest::newRow("no blanks at all") << QByteArray(plain).replace(' ', "").replace('\n', "");
-    QTest::newRow("letters of a key written as escapes")
-        << QByteArray(plain).replace("\"price\"", "\"\\u0070rice\"");
-    QTest::newRow("every escape in a text")
-        << QByteArray(plain).replace("Single", R"(\"\\\/\b\f\n\r\t\u00e9\ud83d\ude8c)");
-    QTest::newRow("half a pair of surrogates in a text")
-        << QByteArray(plain).replace("Single", R"(\ud83d)");
-    QTest::newRow("every form of number in a key of one's own") << document(
-        product(),
-        R"(, "x-n": [0, -0, 0.0, 10, -1.50, 1e5, 1E+5, 1.5e-5, 1e0, true, false, null])");
+    row("plain", plain);
+    row("byte-order mark at the start", "\xEF\xBB\xBF" + plain);
+    row("CR LF line ends", QByteArray(plain).replace('\n', "\r\n"));
+    row("CR line ends", QByteArray(plain).replace('\n', '\r'));
+    row("blanks and tabs around everything",
+        " \t\n" + QByteArray(plain).replace(",", " \t, \n").replace(":", "\t : ") + "\n \t");
+    row("no blanks at all", QByteArray(plain).replace(' ', "").replace('\n', ""));
+    row("letters of a key written as escapes",
+        QByteArray(plain).replace("\"price\"", "\"\\u0070rice\""));
+    row("every escape in a text",
+        QByteArray(plain).replace("Single", R"(\"\\\/\b\f\n\r\t\u00e9\ud83d\ude8c)"));
+    row("half a pair of surrogates in a text", QByteArray(plain).replace("Single", R"(\ud83d)"));
+    row("every form of number in a key of one's own",
+        document(product(),
+                 R"(, "x-n": [0, -0, 0.0, 10, -1.50, 1e5, 1E+5, 1.5e-5, 1e0, true, false, null])"));
 }
 
 void JsonProblemsTest::textsThatAreJson()
@@ -58,83 +58,62 @@ void JsonProblemsTest::textsThatAreJson()
 
 void JsonProblemsTest::textsThatAreNoJson_data()
 {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("problem");
+    const Table<QByteArray, QString> row("json", "problem");
     const auto value = [](const QByteArray& text) { return "{\n \"x-a\": " + text + "}"; };
-    QTest::newRow("nothing") << QByteArray()
-                             << "feed.json:1:1: the end of the file, expected an object";
-    QTest::newRow("blanks only") << QByteArray(" \n ")
-                                 << "feed.json:2:2: the end of the file, expected an object";
-    QTest::newRow("text that is no JSON")
-        << QByteArray("GIF\x03") << R"(feed.json:1:1: "GIF\u0003", expected an object)";
-    QTest::newRow("object that is not closed")
-        << value("1").chopped(1) << "feed.json:2:10: the end of the file, expected ',' or '}'";
-    QTest::newRow("list that is not closed")
-        << value("[1, 2") << "feed.json:2:14: /x-a: \"}\", expected ',' or ']'";
-    QTest::newRow("text that is not closed")
-        << value("\"abc")
-        << "feed.json:2:14: /x-a: the end of the file, expected the closing quote of a text";
-    QTest::newRow("comma at the end of an object")
-        << value("1,") << "feed.json:2:11: \"}\", expected a key in quotes";
-    QTest::newRow("comma at the end of a list")
-        << value("[1,]") << "feed.json:2:12: /x-a/1: \"]}\", expected a value";
-    QTest::newRow("key without quotes")
-        << QByteArray("{a: 1}") << "feed.json:1:2: \"a: 1}\", expected a key in quotes";
-    QTest::newRow("key without a value")
-        << QByteArray("{\"a\"}") << "feed.json:1:5: /a: \"}\", expected ':'";
-    QTest::newRow("single quotes")
-        << value("'a'") << "feed.json:2:9: /x-a: \"'a'}\", expected a value";
-    QTest::newRow("comment") << value("/* one */ 1")
-                             << "feed.json:2:9: /x-a: \"/* one */ 1}\", expected a value";
-    QTest::newRow("NaN") << value("NaN") << "feed.json:2:9: /x-a: \"NaN}\", expected a value";
-    QTest::newRow("Infinity") << value("-Infinity")
-                              << "feed.json:2:10: /x-a: \"Infinity}\", expected a number such as "
-                                 "-12.5";
-    QTest::newRow("misspelt literal")
-        << value("True") << "feed.json:2:9: /x-a: \"True}\", expected a value";
-    QTest::newRow("literal that goes on")
-        << value("nullify") << "feed.json:2:13: \"ify}\", expected ',' or '}'";
-    QTest::newRow("number with a leading zero")
-        << value("01") << "feed.json:2:10: \"1}\", expected ',' or '}'";
-    QTest::newRow("number with a plus sign")
-        << value("+1") << "feed.json:2:9: /x-a: \"+1}\", expected a value";
-    QTest::newRow("number that begins with a point")
-        << value(".5") << "feed.json:2:9: /x-a: \".5}\", expected a value";
-    QTest::newRow("number that ends with a point")
-        << value("1.") << "feed.json:2:11: /x-a: \"}\", expected a number such as -12.5";
-    QTest::newRow("number with an empty exponent")
-        << value("1e") << "feed.json:2:11: /x-a: \"}\", expected a number such as -12.5";
-    QTest::newRow("number with a decimal comma")
-        << value("1,5") << "feed.json:2:11: \"5}\", expected a key in quotes";
-    QTest::newRow("number that no double can hold")
-        << value("1e400")
-        << "feed.json:2:9: /x-a: \"1e400}\", expected a number that a double can "
-           "hold";
-    QTest::newRow("line break within a text")
-        << value("\"a\nb\"")
-        << "feed.json:2:11: /x-a: the end of the line, expected an escape "
-           "such as \\n instead of a control character";
-    QTest::newRow("zero byte within a text")
-        << value(QByteArray("\"a\0b\"", 5))
-        << R"(feed.json:2:11: /x-a: "\u0000b"}", expected an escape such as \n instead of a control character)";
-    QTest::newRow("unknown escape")
-        << value(R"("\q")")
-        << R"(feed.json:2:11: /x-a: "q"}", expected an escape such as \n or \u00e9)";
-    QTest::newRow("short escape")
-        << value(R"("\u12g4")")
-        << R"(feed.json:2:14: /x-a: "g4"}", expected an escape such as \n or \u00e9)";
-    QTest::newRow("text after the end")
-        << QByteArray("{}\n{}") << "feed.json:2:1: \"{}\", expected the end of the file";
-    QTest::newRow("zero byte after the end")
-        << QByteArray("{}\0", 3) << R"(feed.json:1:3: "\u0000", expected the end of the file)";
-    QTest::newRow("text in UTF-16")
-        << QByteArray("\xFF\xFE{\0}\0", 6)
-        << "feed.json:1: text in UTF-16, expected text in UTF-8 (save the file in this encoding)";
-    QTest::newRow("text in UTF-16 of the other byte order")
-        << QByteArray("\xFE\xFF\0{\0}", 6)
-        << "feed.json:1: text in UTF-16, expected text in UTF-8 (save the file in this encoding)";
-    QTest::newRow("column counts letters, not bytes")
-        << QByteArray("{\"ä€\": ?}") << "feed.json:1:8: /ä€: \"?}\", expected a value";
+    row("nothing", {}, "feed.json:1:1: the end of the file, expected an object");
+    row("blanks only", " \n ", "feed.json:2:2: the end of the file, expected an object");
+    row("text that is no JSON", "GIF\x03", R"(feed.json:1:1: "GIF\u0003", expected an object)");
+    row("object that is not closed", value("1").chopped(1),
+        "feed.json:2:10: the end of the file, expected ',' or '}'");
+    row("list that is not closed", value("[1, 2"),
+        "feed.json:2:14: /x-a: \"}\", expected ',' or ']'");
+    row("text that is not closed", value("\"abc"),
+        "feed.json:2:14: /x-a: the end of the file, expected the closing quote of a text");
+    row("comma at the end of an object", value("1,"),
+        "feed.json:2:11: \"}\", expected a key in quotes");
+    row("comma at the end of a list", value("[1,]"),
+        "feed.json:2:12: /x-a/1: \"]}\", expected a value");
+    row("key without quotes", "{a: 1}", "feed.json:1:2: \"a: 1}\", expected a key in quotes");
+    row("key without a value", "{\"a\"}", "feed.json:1:5: /a: \"}\", expected ':'");
+    row("single quotes", value("'a'"), "feed.json:2:9: /x-a: \"'a'}\", expected a value");
+    row("comment", value("/* one */ 1"), "feed.json:2:9: /x-a: \"/* one */ 1}\", expected a value");
+    row("NaN", value("NaN"), "feed.json:2:9: /x-a: \"NaN}\", expected a value");
+    row("Infinity", value("-Infinity"),
+        "feed.json:2:10: /x-a: \"Infinity}\", expected a number such as "
+        "-12.5");
+    row("misspelt literal", value("True"), "feed.json:2:9: /x-a: \"True}\", expected a value");
+    row("literal that goes on", value("nullify"), "feed.json:2:13: \"ify}\", expected ',' or '}'");
+    row("number with a leading zero", value("01"), "feed.json:2:10: \"1}\", expected ',' or '}'");
+    row("number with a plus sign", value("+1"), "feed.json:2:9: /x-a: \"+1}\", expected a value");
+    row("number that begins with a point", value(".5"),
+        "feed.json:2:9: /x-a: \".5}\", expected a value");
+    row("number that ends with a point", value("1."),
+        "feed.json:2:11: /x-a: \"}\", expected a number such as -12.5");
+    row("number with an empty exponent", value("1e"),
+        "feed.json:2:11: /x-a: \"}\", expected a number such as -12.5");
+    row("number with a decimal comma", value("1,5"),
+        "feed.json:2:11: \"5}\", expected a key in quotes");
+    row("number that no double can hold", value("1e400"),
+        "feed.json:2:9: /x-a: \"1e400}\", expected a number that a double can "
+        "hold");
+    row("line break within a text", value("\"a\nb\""),
+        "feed.json:2:11: /x-a: the end of the line, expected an escape "
+        "such as \\n instead of a control character");
+    row("zero byte within a text", value(QByteArray("\"a\0b\"", 5)),
+        R"(feed.json:2:11: /x-a: "\u0000b"}", expected an escape such as \n instead of a control character)");
+    row("unknown escape", value(R"("\q")"),
+        R"(feed.json:2:11: /x-a: "q"}", expected an escape such as \n or \u00e9)");
+    row("short escape", value(R"("\u12g4")"),
+        R"(feed.json:2:14: /x-a: "g4"}", expected an escape such as \n or \u00e9)");
+    row("text after the end", "{}\n{}", "feed.json:2:1: \"{}\", expected the end of the file");
+    row("zero byte after the end", QByteArray("{}\0", 3),
+        R"(feed.json:1:3: "\u0000", expected the end of the file)");
+    row("text in UTF-16", QByteArray("\xFF\xFE{\0}\0", 6),
+        "feed.json:1: text in UTF-16, expected text in UTF-8 (save the file in this encoding)");
+    row("text in UTF-16 of the other byte order", QByteArray("\xFE\xFF\0{\0}", 6),
+        "feed.json:1: text in UTF-16, expected text in UTF-8 (save the file in this encoding)");
+    row("column counts letters, not bytes", "{\"ä€\": ?}",
+        "feed.json:1:8: /ä€: \"?}\", expected a value");
 }
 
 void JsonProblemsTest::textsThatAreNoJson()
@@ -146,11 +125,7 @@ void JsonProblemsTest::textsThatAreNoJson()
 
 void JsonProblemsTest::problems_data()
 {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QStringList>("problems");
-    const auto row = [](const char* name, const QByteArray& json, const QStringList& problems) {
-        QTest::newRow(name) << json << problems;
-    };
+    const Table<QByteArray, QStringList> row("json", "problems");
     row("root that is a list", "[1]", {"feed.json:1:1: \"[1]\", expected an object"});
     row("root that is a number", "5", {"feed.json:1:1: \"5\", expected an object"});
     row("empty object", "{}",

@@ -3,6 +3,7 @@
 
 #include "Feed.h"
 #include "Offers.h"
+#include "Table.h"
 
 using namespace rivo::feed;
 
@@ -28,9 +29,7 @@ private:
 
 void JsonTariffTest::prices_data()
 {
-    QTest::addColumn<QByteArray>("currency");
-    QTest::addColumn<QByteArray>("price");
-    QTest::addColumn<QString>("problem");
+    addColumns<QByteArray, QByteArray, QString>("currency", "price", "problem");
     const auto row = [](const char* currency, const char* price, const QString& problem = {}) {
         QTest::addRow("%s %s", price, currency)
             << QByteArray(currency) << QByteArray(price) << problem;
@@ -64,13 +63,9 @@ void JsonTariffTest::prices()
 
 void JsonTariffTest::validity_data()
 {
-    QTest::addColumn<QByteArray>("validity");
-    QTest::addColumn<QString>("query");  // route stop time to
-    QTest::addColumn<QString>("reason"); // or none
-    const auto row = [](const char* name, const QByteArray& validity, const QString& query,
-                        const QString& reason) {
-        QTest::newRow(name) << validity << query << reason;
-    };
+    // query: route stop time to
+    // reason: empty if there is none
+    const Table<QByteArray, QString, QString> row("validity", "query", "reason");
     const QString monday = "12 1 2026-03-02T12:00 ";
     row("nothing restricts", "", monday, "");
     row("the route", R"("validRoutes": [13, 12])", monday, "");

@@ -1,5 +1,6 @@
 #include "FeedFiles.h"
 #include "RealFeed.h"
+#include "Table.h"
 #include "Tariff.h"
 
 #include <QSet>
@@ -48,10 +49,9 @@ private slots:
 
 void ShippedFeedsTest::shippedFeeds_data()
 {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<bool>("hasPositions");
-    QTest::newRow("with back-office positions") << SHIPPED_FEEDS "/coast-line.json" << true;
-    QTest::newRow("without positions") << SHIPPED_FEEDS "/hill-valley.json" << false;
+    const Table<QString, bool> row("file", "hasPositions");
+    row("with back-office positions", SHIPPED_FEEDS "/coast-line.json", true);
+    row("without positions", SHIPPED_FEEDS "/hill-valley.json", false);
 }
 
 void ShippedFeedsTest::shippedFeeds()

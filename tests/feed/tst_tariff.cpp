@@ -1,3 +1,4 @@
+#include "Table.h"
 #include "Tariff.h"
 
 #include <QtTest>
@@ -19,20 +20,15 @@ private slots:
 
 void TariffTest::turningPoints_data()
 {
-    QTest::addColumn<Spans>("ofGroups"); // one span per group
-    QTest::addColumn<Spans>("ofProducts");
-    QTest::addColumn<QVector<int>>("points");
-    QTest::newRow("without times there are none") << Spans() << Spans() << QVector<int>();
-    QTest::newRow("a span has its begin and its end")
-        << Spans{{3600, 7200}} << Spans() << QVector<int>{3600, 7200};
-    QTest::newRow("times of products count too")
-        << Spans() << Spans{{0, 86400}} << QVector<int>{0, 86400};
-    QTest::newRow("points of both are in order")
-        << Spans{{7200, 9000}, {0, 60}} << Spans{{3600, 8000}}
-        << QVector<int>{0, 60, 3600, 7200, 8000, 9000};
-    QTest::newRow("a point is there once")
-        << Spans{{0, 3600}, {3600, 7200}} << Spans{{0, 7200}, {7200, 9000}}
-        << QVector<int>{0, 3600, 7200, 9000};
+    // ofGroups: one span per group
+    const Table<Spans, Spans, QVector<int>> row("ofGroups", "ofProducts", "points");
+    row("without times there are none", {}, {}, {});
+    row("a span has its begin and its end", Spans{{3600, 7200}}, {}, {3600, 7200});
+    row("times of products count too", {}, Spans{{0, 86400}}, {0, 86400});
+    row("points of both are in order", Spans{{7200, 9000}, {0, 60}}, Spans{{3600, 8000}},
+        {0, 60, 3600, 7200, 8000, 9000});
+    row("a point is there once", Spans{{0, 3600}, {3600, 7200}}, Spans{{0, 7200}, {7200, 9000}},
+        {0, 3600, 7200, 9000});
 }
 
 void TariffTest::turningPoints()

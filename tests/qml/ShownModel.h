@@ -2,6 +2,7 @@
 
 #include "LibraryModels.h"
 #include "QmlScreen.h"
+#include "Table.h"
 
 #include <QVariantMap>
 
@@ -62,8 +63,7 @@ public:
 /// Test data: each of these scripts with each model.
 inline void everyModelWith(const QStringList& scripts)
 {
-    QTest::addColumn<QString>("model");
-    QTest::addColumn<QString>("script");
+    addColumns<QString, QString>("model", "script");
     for (const LibraryModel& model : libraryModels()) {
         for (const QString& script : scripts)
             QTest::addRow("%s: %s", model.name, qPrintable(script))

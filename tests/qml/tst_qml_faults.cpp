@@ -1,6 +1,7 @@
 #include "QmlTest.h"
 #include "ShownModel.h"
 #include "SignalLog.h"
+#include "Table.h"
 
 #include <QTest>
 
@@ -14,34 +15,12 @@ class TestQmlFaults : public QmlTest
 private slots:
     void anyValueIsTakenAsTheNumberThatItIs_data()
     {
-        everyModelWith({"NaN",
-                        "Infinity",
-                        "-Infinity",
-                        "1e300",
-                        "-1e300",
-                        "4294967295",
-                        "4294967296",
-                        "2147483647",
-                        "2147483648",
-                        "-2147483648",
-                        "-2147483649",
-                        "-1",
-                        "-2",
-                        "1.9",
-                        "-0.9",
-                        "'one'",
-                        "'2'",
-                        "''",
-                        "null",
-                        "undefined",
-                        "true",
-                        "[]",
-                        "[1, 2]",
-                        "({})",
-                        "(function() { return 1 })",
-                        "new Date(NaN)",
-                        "model",
-                        "model.itemFromRow(1)"});
+        everyModelWith(
+            QString("NaN|Infinity|-Infinity|1e300|-1e300|4294967295|4294967296|2147483647|"
+                    "2147483648|-2147483648|-2147483649|-1|-2|1.9|-0.9|'one'|'2'|''|null|"
+                    "undefined|true|[]|[1, 2]|({})|(function() { return 1 })|new Date(NaN)|model|"
+                    "model.itemFromRow(1)")
+                .split('|'));
     }
     void anyValueIsTakenAsTheNumberThatItIs()
     {
@@ -128,16 +107,16 @@ private slots:
 
     void tilesAreSelectedByTheNumberThatAValueIs_data()
     {
-        QTest::addColumn<QString>("arguments");
-        QTest::addColumn<int>("selected"); // the row that changes; -1: none
-        QTest::newRow("not a number is the first row") << "NaN, true" << 0;
-        QTest::newRow("a huge number is the first row") << "1e300, true" << 0;
-        QTest::newRow("a negative number is no row") << "-1, true" << -1;
-        QTest::newRow("the greatest number is no row") << "2147483647, true" << -1;
-        QTest::newRow("any text but the empty one is true") << "1, 'false'" << 1;
-        QTest::newRow("not a number is false") << "1, NaN" << -1;
-        QTest::newRow("an object is true") << "0, ({})" << 0;
-        QTest::newRow("one argument is too few") << "0" << -1;
+        // selected: the row that changes; -1: none
+        const Table<QString, int> row("arguments", "selected");
+        row("not a number is the first row", "NaN, true", 0);
+        row("a huge number is the first row", "1e300, true", 0);
+        row("a negative number is no row", "-1, true", -1);
+        row("the greatest number is no row", "2147483647, true", -1);
+        row("any text but the empty one is true", "1, 'false'", 1);
+        row("not a number is false", "1, NaN", -1);
+        row("an object is true", "0, ({})", 0);
+        row("one argument is too few", "0", -1);
     }
     void tilesAreSelectedByTheNumberThatAValueIs()
     {

@@ -2,6 +2,7 @@
 #include "QmlTest.h"
 #include "ShownModel.h"
 #include "SignalLog.h"
+#include "Table.h"
 
 #include <QPointer>
 #include <QTest>
@@ -33,10 +34,7 @@ private slots:
 
     void callsFromQml_data()
     {
-        QTest::addColumn<QString>("model");
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QVariant>("result");
-        QTest::addColumn<int>("count");
+        addColumns<QString, QString, QVariant, int>("model", "script", "result", "count");
         const auto row = [](const char* script, const QVariant& result, int count = 3) {
             for (const LibraryModel& model : libraryModels())
                 QTest::addRow("%s: %s", model.name, script)

@@ -7,6 +7,7 @@
 #include "QmlScreen.h"
 #include "QmlTest.h"
 #include "SampleItem.h"
+#include "Table.h"
 
 #include <QMetaEnum>
 #include <QPointer>
@@ -67,15 +68,15 @@ private slots:
 
     void typeThatQmlMayNotCreate_data()
     {
-        QTest::addColumn<QString>("reason");
+        const Table<QString> row("reason");
         for (const char* type : {"ListItem", "ListModel"})
-            QTest::newRow(type) << "is the common base of the types of Rivo.GuiCore";
+            row(type, "is the common base of the types of Rivo.GuiCore");
         for (const LibraryModel& model : libraryModels()) {
-            QTest::newRow(model.itemClass.type->className())
-                << "is a row that the application creates; itemFromRow() of its model hands it out";
+            row(model.itemClass.type->className(),
+                "is a row that the application creates; itemFromRow() of its model hands it out");
             if (!model.isMadeByQml)
-                QTest::newRow(model.name) << "is filled by the application, which creates it and "
-                                             "shows it to QML as a context property";
+                row(model.name, "is filled by the application, which creates it and "
+                                "shows it to QML as a context property");
         }
     }
 

@@ -2,6 +2,7 @@
 #include "AssetsModel.h"
 #include "QmlTest.h"
 #include "ShownModel.h"
+#include "Table.h"
 
 #include <QPointer>
 #include <QTest>
@@ -159,10 +160,8 @@ private slots:
 
     void rowHandedOut_data()
     {
-        QTest::addColumn<QString>("model");
-        QTest::addColumn<ModelMadeIn>("place");
-        QTest::addColumn<RowParent>("parent");
-        QTest::addColumn<bool>("isProtected");
+        addColumns<QString, ModelMadeIn, RowParent, bool>("model", "place", "parent",
+                                                          "isProtected");
         const auto row = [](const LibraryModel& model, ModelMadeIn place) {
             for (RowParent parent : {RowParent::None, RowParent::RemovedLater}) {
                 for (bool isProtected : {true, false})
@@ -216,9 +215,9 @@ private slots:
 
     void rowsInsertedByQml_data()
     {
-        QTest::addColumn<ModelMadeIn>("place");
-        QTest::newRow("model made in C++") << ModelMadeIn::Cpp;
-        QTest::newRow("model made in QML") << ModelMadeIn::Qml;
+        const Table<ModelMadeIn> row("place");
+        row("model made in C++", ModelMadeIn::Cpp);
+        row("model made in QML", ModelMadeIn::Qml);
     }
 
     void rowsInsertedByQml()

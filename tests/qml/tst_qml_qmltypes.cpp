@@ -2,6 +2,7 @@
 #include "MetaObjectText.h"
 #include "QmlScreen.h"
 #include "QmlTest.h"
+#include "Table.h"
 
 #include <QFile>
 #include <QQmlListProperty>
@@ -252,10 +253,10 @@ private slots:
 
     void type_data()
     {
-        QTest::addColumn<int>("index");
+        const Table<int> row("index");
         int index = 0;
         for (const ExportedType& type : exportedTypes())
-            QTest::newRow(type.name) << index++;
+            row(type.name, index++);
     }
 
     void type()

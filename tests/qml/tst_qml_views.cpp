@@ -3,6 +3,7 @@
 #include "QmlBlocks.h"
 #include "QmlTest.h"
 #include "ShownModel.h"
+#include "Table.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -139,9 +140,9 @@ class TestQmlViews : public QmlTest
 private slots:
     void theDocumentedExampleSelectsTheTileThatIsTapped_data()
     {
-        QTest::addColumn<QString>("document");
-        QTest::newRow("of the QML module") << "docs/qml.md";
-        QTest::newRow("of the README") << "README.md";
+        const Table<QString> row("document");
+        row("of the QML module", "docs/qml.md");
+        row("of the README", "README.md");
     }
 
     void theDocumentedExampleSelectsTheTileThatIsTapped()
@@ -181,9 +182,7 @@ private slots:
 
     void aViewFollowsEachOperation_data()
     {
-        QTest::addColumn<QString>("model");
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<quint32>("seed");
+        addColumns<QString, QString, quint32>("model", "file", "seed");
         for (const LibraryModel& model : libraryModels()) {
             for (const char* file : {"ListClient.qml", "GridClient.qml"}) {
                 for (quint32 seed : {1U, 2U})

@@ -1,4 +1,5 @@
 #include "../feed/GtfsCases.h"
+#include "Table.h"
 #include "ToolRunner.h"
 
 #include <QtTest>
@@ -51,10 +52,9 @@ private slots:
 
 void TestFareCheck::cases_data()
 {
-    QTest::addColumn<GtfsCase::Files>("files");
-    QTest::addColumn<QStringList>("expected");
+    const Table<GtfsCase::Files, QStringList> row("files", "expected");
     for (const GtfsCase& entry : GtfsCases::read(CASES))
-        QTest::newRow(qPrintable(entry.name)) << entry.files << entry.expected;
+        row(qPrintable(entry.name), entry.files, entry.expected);
 }
 
 void TestFareCheck::cases()
@@ -96,13 +96,7 @@ void TestFareCheck::longListsAreCut()
 
 void TestFareCheck::jsonFeeds_data()
 {
-    QTest::addColumn<QByteArray>("validity");
-    QTest::addColumn<QByteArray>("network");
-    QTest::addColumn<QStringList>("findings");
-    const auto row = [](const char* name, const QByteArray& validity, const QByteArray& network,
-                        const QStringList& findings) {
-        QTest::newRow(name) << validity << network << findings;
-    };
+    const Table<QByteArray, QByteArray, QStringList> row("validity", "network", "findings");
     const QByteArray network = R"(, "network": {"routes": [{"id": 12}],
                                     "stops": [{"id": 1, "name": "A", "zones": [7]},
                                               {"id": 2, "name": "B"}]})";

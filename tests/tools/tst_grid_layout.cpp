@@ -1,4 +1,5 @@
 #include "GridFeeds.h"
+#include "Table.h"
 
 #include <QtTest>
 
@@ -86,8 +87,7 @@ void TestGridLayout::supported()
 
 void TestGridLayout::repeatedAndUnknownTypesCountOnce_data()
 {
-    QTest::addColumn<QStringList>("many");
-    QTest::addColumn<QStringList>("few");
+    const Table<QStringList, QStringList> row("many", "few");
     QStringList repeated;
     QStringList unknown{"PT_LFS"};
     for (int i = 0; i < 50'000; ++i) {
@@ -95,8 +95,8 @@ void TestGridLayout::repeatedAndUnknownTypesCountOnce_data()
                  << "PT_LFS";
         unknown << QString("PT_%1").arg(i);
     }
-    QTest::newRow("two types 50,000 times each") << repeated << QStringList{"PT_ADULT", "PT_LFS"};
-    QTest::newRow("50,000 unknown types") << unknown << QStringList{"PT_LFS", "?"};
+    row("two types 50,000 times each", repeated, {"PT_ADULT", "PT_LFS"});
+    row("50,000 unknown types", unknown, {"PT_LFS", "?"});
 }
 
 void TestGridLayout::repeatedAndUnknownTypesCountOnce()
@@ -126,14 +126,7 @@ void TestGridLayout::repeatedAndUnknownTypesCountOnce()
 
 void TestGridLayout::check_data()
 {
-    QTest::addColumn<QVector<int>>("positions");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QByteArrayList>("findings");
-
-    const auto row = [](const char* name, const QVector<int>& positions, int exitCode,
-                        const QByteArrayList& findings) {
-        QTest::newRow(name) << positions << exitCode << findings;
-    };
+    const Table<QVector<int>, int, QByteArrayList> row("positions", "exitCode", "findings");
     row("complete positions are used", {1, 2, 3}, 0,
         {"3 products, 3 with a position", "lays the grid out by position, 3 columns x 1 rows"});
     row("holes are named and filled", {2, 4, 7, 9}, 0,

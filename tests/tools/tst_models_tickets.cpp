@@ -1,4 +1,5 @@
 #include "ModelRows.h"
+#include "Table.h"
 
 #include <QtTest>
 
@@ -44,15 +45,14 @@ private slots:
 
 void TestModelsTickets::tickets_data()
 {
-    QTest::addColumn<QStringList>("options");
-    QTest::addColumn<QString>("fareProducts");
-    QTest::newRow("without a choice: every tile for sale once, in the order of the grid")
-        << QStringList{} << "1 3 5 9";
-    QTest::newRow("one slot") << QStringList{"--tickets", "0"} << "1";
-    QTest::newRow("in the order of the list") << QStringList{"--tickets", "4,0,2"} << "5 1 3";
-    QTest::newRow("a slot may repeat") << QStringList{"--tickets", "2,2,0,2"} << "3 3 1 3";
-    QTest::newRow("blanks around slots") << QStringList{"--tickets", " 0 , 2"} << "1 3";
-    QTest::newRow("a daily product behind the grid") << QStringList{"--tickets", "6"} << "9";
+    const Table<QStringList, QString> row("options", "fareProducts");
+    row("without a choice: every tile for sale once, in the order of the grid", QStringList{},
+        "1 3 5 9");
+    row("one slot", {"--tickets", "0"}, "1");
+    row("in the order of the list", {"--tickets", "4,0,2"}, "5 1 3");
+    row("a slot may repeat", {"--tickets", "2,2,0,2"}, "3 3 1 3");
+    row("blanks around slots", {"--tickets", " 0 , 2"}, "1 3");
+    row("a daily product behind the grid", {"--tickets", "6"}, "9");
 }
 
 void TestModelsTickets::tickets()
@@ -75,25 +75,25 @@ void TestModelsTickets::tickets()
 
 void TestModelsTickets::theTripOfTheFeedIsInEveryTicket_data()
 {
-    QTest::addColumn<QJsonObject>("trip");
-    QTest::addColumn<QString>("publicExecution");
-    QTest::newRow("of a trip in the timetable") << QJsonObject{{"routeId", 11},
-                                                               {"fromStopId", 12},
-                                                               {"toStopId", 13},
-                                                               {"currentStopId", 14},
-                                                               {"tripsRouteId", 15},
-                                                               {"tripsExecutionId", 16},
-                                                               {"publicRouteExecutionId", "17"}}
-                                                << "17";
-    QTest::newRow("the public number of a trip in no timetable stays out of the ticket")
-        << QJsonObject{{"routeId", 21},
-                       {"fromStopId", 22},
-                       {"toStopId", 23},
-                       {"currentStopId", 24},
-                       {"tripsRouteId", 25},
-                       {"tripsExecutionId", 26},
-                       {"publicRouteExecutionId", "DynamicTrip"}}
-        << "";
+    const Table<QJsonObject, QString> row("trip", "publicExecution");
+    row("of a trip in the timetable",
+        QJsonObject{{"routeId", 11},
+                    {"fromStopId", 12},
+                    {"toStopId", 13},
+                    {"currentStopId", 14},
+                    {"tripsRouteId", 15},
+                    {"tripsExecutionId", 16},
+                    {"publicRouteExecutionId", "17"}},
+        "17");
+    row("the public number of a trip in no timetable stays out of the ticket",
+        QJsonObject{{"routeId", 21},
+                    {"fromStopId", 22},
+                    {"toStopId", 23},
+                    {"currentStopId", 24},
+                    {"tripsRouteId", 25},
+                    {"tripsExecutionId", 26},
+                    {"publicRouteExecutionId", "DynamicTrip"}},
+        "");
 }
 
 void TestModelsTickets::theTripOfTheFeedIsInEveryTicket()
@@ -118,22 +118,17 @@ void TestModelsTickets::theTripOfTheFeedIsInEveryTicket()
 
 void TestModelsTickets::wrongTickets_data()
 {
-    QTest::addColumn<QString>("slots_");
-    QTest::addColumn<QByteArray>("message");
-    QTest::newRow("expired") << "1" << QByteArray("rivo-models: --tickets: slot 1: expired\n");
-    QTest::newRow("placeholder of a hole")
-        << "3" << QByteArray("rivo-models: --tickets: slot 3: a placeholder\n");
-    QTest::newRow("placeholder at the end of the grid")
-        << "5" << QByteArray("rivo-models: --tickets: slot 5: a placeholder\n");
-    QTest::newRow("slot behind the last")
-        << "7" << QByteArray("rivo-models: --tickets: slot 7: the grid ends with slot 6\n");
-    QTest::newRow("largest number")
-        << "2147483647"
-        << QByteArray("rivo-models: --tickets: slot 2147483647: the grid ends with slot 6\n");
-    QTest::newRow("each wrong one of a list")
-        << "0,1,2,3"
-        << QByteArray("rivo-models: --tickets: slot 1: expired\n"
-                      "rivo-models: --tickets: slot 3: a placeholder\n");
+    const Table<QString, QByteArray> row("slots_", "message");
+    row("expired", "1", "rivo-models: --tickets: slot 1: expired\n");
+    row("placeholder of a hole", "3", "rivo-models: --tickets: slot 3: a placeholder\n");
+    row("placeholder at the end of the grid", "5",
+        "rivo-models: --tickets: slot 5: a placeholder\n");
+    row("slot behind the last", "7", "rivo-models: --tickets: slot 7: the grid ends with slot 6\n");
+    row("largest number", "2147483647",
+        "rivo-models: --tickets: slot 2147483647: the grid ends with slot 6\n");
+    row("each wrong one of a list", "0,1,2,3",
+        "rivo-models: --tickets: slot 1: expired\n"
+        "rivo-models: --tickets: slot 3: a placeholder\n");
 }
 
 void TestModelsTickets::wrongTickets()

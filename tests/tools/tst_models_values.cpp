@@ -1,4 +1,5 @@
 #include "ModelRows.h"
+#include "Table.h"
 
 #include <QtTest>
 
@@ -14,13 +15,8 @@ private slots:
 
 void TestModelsValues::values_data()
 {
-    QTest::addColumn<QString>("model");
-    QTest::addColumn<QString>("section");
-    QTest::addColumn<QJsonObject>("record");
-    QTest::addColumn<QString>("role");
-    QTest::addColumn<QJsonValue>("json");
-    QTest::addColumn<QByteArray>("csv");
-
+    const Table<QString, QString, QJsonObject, QString, QJsonValue, QByteArray> row(
+        "model", "section", "record", "role", "json", "csv");
     const QJsonValue null(QJsonValue::Null);
     const auto report = [&](const char* name, const QJsonObject& fields, const QString& role,
                             const QJsonValue& json, const QByteArray& csv) {
@@ -66,10 +62,9 @@ void TestModelsValues::values_data()
             QJsonObject{{"latitude", 0}, {"longitude", 0}, {"altitude", 0}}, "0 0 0");
     vehicle("no position", {}, null, "");
 
-    QTest::newRow("the largest identity")
-        << "devices"
-        << "peripherals" << QJsonObject{{"id", 1}, {"name", "P"}, {"identity", 4294967295.0}}
-        << "identity" << QJsonValue(4294967295.0) << QByteArray("4294967295");
+    row("the largest identity", "devices", "peripherals",
+        QJsonObject{{"id", 1}, {"name", "P"}, {"identity", 4294967295.0}}, "identity",
+        QJsonValue(4294967295.0), "4294967295");
 }
 
 void TestModelsValues::values()

@@ -2,6 +2,7 @@
 #include "GridFeeds.h"
 #include "RealFeed.h"
 #include "Soak.h"
+#include "Table.h"
 #include "ToolRunner.h"
 
 #include <QFile>
@@ -40,12 +41,10 @@ private slots:
 
 void TestRivoGrid::helpAndVersion_data()
 {
-    QTest::addColumn<QString>("option");
-    QTest::addColumn<QByteArray>("expected");
-
-    QTest::newRow("help lists the commands") << "--help" << QByteArray("rivo-grid check FEED");
-    QTest::newRow("short help") << "-h" << QByteArray("Usage: ");
-    QTest::newRow("version") << "--version" << QByteArray("rivo-grid " RIVO_VERSION "\n");
+    const Table<QString, QByteArray> row("option", "expected");
+    row("help lists the commands", "--help", "rivo-grid check FEED");
+    row("short help", "-h", "Usage: ");
+    row("version", "--version", QByteArray("rivo-grid " RIVO_VERSION "\n"));
 }
 
 void TestRivoGrid::helpAndVersion()
@@ -61,58 +60,36 @@ void TestRivoGrid::helpAndVersion()
 
 void TestRivoGrid::wrongCommandLine_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QByteArray>("message");
-
-    QTest::newRow("no feed") << QStringList{} << QByteArray("expected one feed, got 0");
-    QTest::newRow("two feeds") << QStringList{"a", "b"} << QByteArray("expected one feed, got 2");
-    QTest::newRow("check without a feed")
-        << QStringList{"check"} << QByteArray("expected one feed, got 0");
-    QTest::newRow("unknown option") << QStringList{"--colour", "f"} << QByteArray("colour");
-    QTest::newRow("columns is no number")
-        << QStringList{"--columns", "x", "f"} << QByteArray("--columns: \"x\"");
-    QTest::newRow("columns is negative")
-        << QStringList{"--columns=-1", "f"} << QByteArray("--columns: \"-1\"");
-    QTest::newRow("too many columns")
-        << QStringList{"--columns", "1001", "f"} << QByteArray("expected a number from 0 to 1000");
-    QTest::newRow("unknown format")
-        << QStringList{"--format", "xml", "f"} << QByteArray("expected text, json or csv");
-    QTest::newRow("rider category without a type")
-        << QStringList{"--rider-category", "3=", "f"} << QByteArray("expected ID=PT_X");
-    QTest::newRow("offers without a place")
-        << QStringList{"offers", "f"} << QByteArray("--route, --stop, --at: missing");
-    QTest::newRow("a grid of half a place")
-        << QStringList{"f", "--stop", "1"} << QByteArray("--route, --at: missing");
+    const Table<QStringList, QByteArray> row("arguments", "message");
+    row("no feed", QStringList{}, "expected one feed, got 0");
+    row("two feeds", {"a", "b"}, "expected one feed, got 2");
+    row("check without a feed", {"check"}, "expected one feed, got 0");
+    row("unknown option", {"--colour", "f"}, "colour");
+    row("columns is no number", {"--columns", "x", "f"}, "--columns: \"x\"");
+    row("columns is negative", {"--columns=-1", "f"}, "--columns: \"-1\"");
+    row("too many columns", {"--columns", "1001", "f"}, "expected a number from 0 to 1000");
+    row("unknown format", {"--format", "xml", "f"}, "expected text, json or csv");
+    row("rider category without a type", {"--rider-category", "3=", "f"}, "expected ID=PT_X");
+    row("offers without a place", {"offers", "f"}, "--route, --stop, --at: missing");
+    row("a grid of half a place", {"f", "--stop", "1"}, "--route, --at: missing");
     for (const char* at : {"2026-02-30T08:15", "2026-03-02", "2026-03-02T24:00", "08:15", ""})
-        QTest::newRow(qPrintable(QString("time ") + at))
-            << QStringList{"offers", "f", "--route", "1", "--stop", "1", QString("--at=") + at}
-            << QByteArray("--at: \"") + at + "\", expected a time such as 2026-03-02T08:15";
+        row(qPrintable(QString("time ") + at),
+            {"offers", "f", "--route", "1", "--stop", "1", QString("--at=") + at},
+            QByteArray("--at: \"") + at + "\", expected a time such as 2026-03-02T08:15");
     for (const char* media : {"", "5", "0,", "0;1", "01", "a"})
-        QTest::newRow(qPrintable(QString("media ") + media))
-            << QStringList{"offers",
-                           "f",
-                           "--route",
-                           "1",
-                           "--stop",
-                           "1",
-                           "--at",
-                           "2026-03-02T08:15",
-                           QString("--media=") + media}
-            << QByteArray("--media: \"") + media + "\", expected types from 0 to 4, such as 0,1";
-    QTest::newRow("why without a product")
-        << QStringList{"why", "f"} << QByteArray("--product: missing");
-    QTest::newRow("a product for a grid")
-        << QStringList{"f", "--product", "p"} << QByteArray("--product: only for why");
-    QTest::newRow("check of one stop")
-        << QStringList{"check", "f", "--route", "1", "--stop", "1", "--at", "2026-03-02T08:15"}
-        << QByteArray("check judges the whole feed, not one stop");
-    QTest::newRow("queries for a grid")
-        << QStringList{"f", "--queries", "q"} << QByteArray("--queries: only for offers");
-    QTest::newRow("offers as CSV")
-        << QStringList{"offers", "f", "--format", "csv", "--queries", "q"}
-        << QByteArray("--format: offers are text or json");
-    QTest::newRow("rider category without an id")
-        << QStringList{"--rider-category", "=PT_LFS", "f"} << QByteArray("expected ID=PT_X");
+        row(qPrintable(QString("media ") + media),
+            {"offers", "f", "--route", "1", "--stop", "1", "--at", "2026-03-02T08:15",
+             QString("--media=") + media},
+            QByteArray("--media: \"") + media + "\", expected types from 0 to 4, such as 0,1");
+    row("why without a product", {"why", "f"}, "--product: missing");
+    row("a product for a grid", {"f", "--product", "p"}, "--product: only for why");
+    row("check of one stop",
+        {"check", "f", "--route", "1", "--stop", "1", "--at", "2026-03-02T08:15"},
+        "check judges the whole feed, not one stop");
+    row("queries for a grid", {"f", "--queries", "q"}, "--queries: only for offers");
+    row("offers as CSV", {"offers", "f", "--format", "csv", "--queries", "q"},
+        "--format: offers are text or json");
+    row("rider category without an id", {"--rider-category", "=PT_LFS", "f"}, "expected ID=PT_X");
 }
 
 void TestRivoGrid::wrongCommandLine()
@@ -159,33 +136,26 @@ void TestRivoGrid::unwritableOutputIsReported()
 
 void TestRivoGrid::golden_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("file");
-
+    const Table<QStringList, QString> row("arguments", "file");
     const QString coast = QStringLiteral(FEEDS "/coast-line.json");
     const QString hill = QStringLiteral(FEEDS "/hill-valley.json");
     const QString lake = QStringLiteral(TEST_FEEDS "/gtfs-lakeside");
-    QTest::newRow("positions, printed") << QStringList{coast} << "coast-line.txt";
-    QTest::newRow("positions, all roles")
-        << QStringList{coast, "--format", "json"} << "coast-line.json";
-    QTest::newRow("positions, as CSV") << QStringList{coast, "--format", "csv"} << "coast-line.csv";
-    QTest::newRow("positions, judged") << QStringList{"check", coast} << "coast-line.check.txt";
-    QTest::newRow("zones, printed") << QStringList{hill} << "hill-valley.txt";
-    QTest::newRow("zones, judged") << QStringList{"check", hill} << "hill-valley.check.txt";
-    QTest::newRow("GTFS fares, printed") << QStringList{lake} << "gtfs-lakeside.txt";
+    row("positions, printed", QStringList{coast}, "coast-line.txt");
+    row("positions, all roles", {coast, "--format", "json"}, "coast-line.json");
+    row("positions, as CSV", {coast, "--format", "csv"}, "coast-line.csv");
+    row("positions, judged", {"check", coast}, "coast-line.check.txt");
+    row("zones, printed", QStringList{hill}, "hill-valley.txt");
+    row("zones, judged", {"check", hill}, "hill-valley.check.txt");
+    row("GTFS fares, printed", QStringList{lake}, "gtfs-lakeside.txt");
     const QStringList there{"--route", "L1", "--stop", "100", "--at", "2026-03-02T08:15"};
-    QTest::newRow("offers, printed")
-        << QStringList{"offers", lake} + there << "gtfs-lakeside.offers.txt";
-    QTest::newRow("offers, as JSON")
-        << QStringList{"offers", lake, "--format", "json", "--to", "200"} + there
-        << "gtfs-lakeside.offers.json";
-    QTest::newRow("GTFS fares of a stop, printed")
-        << QStringList{lake} + there << "gtfs-lakeside.stop.txt";
-    QTest::newRow("GTFS fares, judged") << QStringList{"check", lake} << "gtfs-lakeside.check.txt";
-    QTest::newRow("a product, explained")
-        << QStringList{"why", lake, "--product", "single_12"} + there << "gtfs-lakeside.why.txt";
-    QTest::newRow("GTFS fares, as CSV")
-        << QStringList{lake, "--format", "csv"} << "gtfs-lakeside.csv";
+    row("offers, printed", QStringList{"offers", lake} + there, "gtfs-lakeside.offers.txt");
+    row("offers, as JSON", QStringList{"offers", lake, "--format", "json", "--to", "200"} + there,
+        "gtfs-lakeside.offers.json");
+    row("GTFS fares of a stop, printed", QStringList{lake} + there, "gtfs-lakeside.stop.txt");
+    row("GTFS fares, judged", {"check", lake}, "gtfs-lakeside.check.txt");
+    row("a product, explained", QStringList{"why", lake, "--product", "single_12"} + there,
+        "gtfs-lakeside.why.txt");
+    row("GTFS fares, as CSV", {lake, "--format", "csv"}, "gtfs-lakeside.csv");
 }
 
 void TestRivoGrid::golden()

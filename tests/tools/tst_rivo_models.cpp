@@ -2,6 +2,7 @@
 #include "ModelRows.h"
 #include "RealFeed.h"
 #include "Soak.h"
+#include "Table.h"
 
 #include <QtTest>
 
@@ -26,16 +27,16 @@ private slots:
     void gtfsFolder();
     void gridIsThatOfRivoGrid_data();
     void gridIsThatOfRivoGrid();
-    void noRows_data();
+    void noRows_data() { feedWithProblems_data(); }
     void noRows();
     void noName();
     void aRealFeed();
     void theFeedOfZakroczymIfThatIsTheRealOne();
 
-    void onlyTicketsHaveProperties_data();
+    void onlyTicketsHaveProperties_data() { feedWithProblems_data(); }
     void onlyTicketsHaveProperties();
 
-    void localeChangesNothing_data();
+    void localeChangesNothing_data() { feedWithProblems_data(); }
     void localeChangesNothing();
     void logIsShownOnRequestOnly();
     void standardOutputCarriesTheRowsAlone();
@@ -65,8 +66,7 @@ void TestRivoModels::version()
 
 void TestRivoModels::wrongCommandLine_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QByteArray>("message");
+    addColumns<QStringList, QByteArray>("arguments", "message");
     const auto row = [](const char* name, const QStringList& arguments, const char* message) {
         QTest::newRow(name) << arguments << QByteArray("rivo-models: ") + message + '\n';
     };
@@ -140,9 +140,9 @@ void TestRivoModels::allProblemsAreReportedAtOnce()
 
 void TestRivoModels::feedWithProblems_data()
 {
-    QTest::addColumn<QString>("model");
+    const Table<QString> row("model");
     for (const QString& model : allModels)
-        QTest::newRow(qPrintable(model)) << model;
+        row(qPrintable(model), model);
 }
 
 void TestRivoModels::feedWithProblems()
@@ -177,7 +177,7 @@ void TestRivoModels::unwritableOutputIsReported()
 
 void TestRivoModels::golden_data()
 {
-    QTest::addColumn<QVector<QStringList>>("commands");
+    const Table<QVector<QStringList>> row("commands");
     for (const QString& model : allModels) {
         QVector<QStringList> commands{{model, coast}, {model, hill}};
         if (QStringList{"fare-products", "z-reports", "fleet", "devices"}.contains(model))
@@ -187,7 +187,7 @@ void TestRivoModels::golden_data()
         if (model == "basket")
             commands << QStringList{model, hill, "--tickets", "25,0, 4,0"}
                      << QStringList{model, lake, "--tickets", "0,8", "--format", "json"};
-        QTest::newRow(qPrintable(model)) << commands;
+        row(qPrintable(model), commands);
     }
 }
 
@@ -230,18 +230,16 @@ void TestRivoModels::gtfsFolder()
 
 void TestRivoModels::gridIsThatOfRivoGrid_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("JSON of positions") << QStringList{coast, "--format", "json"};
-    QTest::newRow("CSV of positions") << QStringList{coast, "--format", "csv"};
-    QTest::newRow("JSON of zones") << QStringList{hill, "--format", "json"};
-    QTest::newRow("CSV of zones") << QStringList{hill, "--format", "csv"};
-    QTest::newRow("other columns") << QStringList{hill, "--format", "json", "--columns", "3"};
-    QTest::newRow("other order") << QStringList{hill, "--format", "csv", "--order",
-                                                "PT_MILITARY_1,PT_ADULT,PT_STUDENT_1,PT_SCHOOLBOY"};
-    QTest::newRow("other supported types")
-        << QStringList{hill, "--format", "csv", "--supported", "PT_ADULT,PT_SCHOOLBOY"};
-    QTest::newRow("other rider categories")
-        << QStringList{lake, "--format", "csv", "--rider-category", "3=PT_DISABLED"};
+    const Table<QStringList> row("arguments");
+    row("JSON of positions", {coast, "--format", "json"});
+    row("CSV of positions", {coast, "--format", "csv"});
+    row("JSON of zones", {hill, "--format", "json"});
+    row("CSV of zones", {hill, "--format", "csv"});
+    row("other columns", {hill, "--format", "json", "--columns", "3"});
+    row("other order",
+        {hill, "--format", "csv", "--order", "PT_MILITARY_1,PT_ADULT,PT_STUDENT_1,PT_SCHOOLBOY"});
+    row("other supported types", {hill, "--format", "csv", "--supported", "PT_ADULT,PT_SCHOOLBOY"});
+    row("other rider categories", {lake, "--format", "csv", "--rider-category", "3=PT_DISABLED"});
 }
 
 void TestRivoModels::gridIsThatOfRivoGrid()
@@ -254,13 +252,6 @@ void TestRivoModels::gridIsThatOfRivoGrid()
     QCOMPARE(outcome.exitCode, 0);
     QCOMPARE(outcome.output, expected.output);
     QCOMPARE(outcome.messages, expected.messages);
-}
-
-void TestRivoModels::noRows_data()
-{
-    QTest::addColumn<QString>("model");
-    for (const QString& model : allModels)
-        QTest::newRow(qPrintable(model)) << model;
 }
 
 void TestRivoModels::noRows()
@@ -321,8 +312,6 @@ void TestRivoModels::theFeedOfZakroczymIfThatIsTheRealOne()
     }
 }
 
-void TestRivoModels::onlyTicketsHaveProperties_data() { noRows_data(); }
-
 void TestRivoModels::onlyTicketsHaveProperties()
 {
     QFETCH(QString, model);
@@ -330,13 +319,6 @@ void TestRivoModels::onlyTicketsHaveProperties()
     QVERIFY(!rows.isEmpty());
     for (const QJsonValue& row : rows)
         QCOMPARE(row.toObject().contains("properties"), model == "basket");
-}
-
-void TestRivoModels::localeChangesNothing_data()
-{
-    QTest::addColumn<QString>("model");
-    for (const QString& model : allModels)
-        QTest::newRow(qPrintable(model)) << model;
 }
 
 void TestRivoModels::localeChangesNothing()

@@ -1,4 +1,5 @@
 #include "QmlBlocks.h"
+#include "Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -60,16 +61,13 @@ class TestDocumentedQml : public QObject
 private slots:
     void blocks_data()
     {
-        QTest::addColumn<QString>("markdown");
-        QTest::addColumn<QStringList>("blocks");
-        QTest::newRow("no block") << "text\n" << QStringList();
-        QTest::newRow("another language") << "```cpp\nint i;\n```\n" << QStringList();
-        QTest::newRow("no language") << "```\nItem {}\n```\n" << QStringList();
-        QTest::newRow("one block") << "a\n```qml\nItem {\n}\n```\nb\n"
-                                   << QStringList{"Item {\n}\n"};
-        QTest::newRow("two blocks, one between them in another language")
-            << "```qml\nA {}\n```\n```cpp\nint i;\n```\n```qml\nB {}\n```\n"
-            << QStringList{"A {}\n", "B {}\n"};
+        const Table<QString, QStringList> row("markdown", "blocks");
+        row("no block", "text\n", {});
+        row("another language", "```cpp\nint i;\n```\n", {});
+        row("no language", "```\nItem {}\n```\n", {});
+        row("one block", "a\n```qml\nItem {\n}\n```\nb\n", {"Item {\n}\n"});
+        row("two blocks, one between them in another language",
+            "```qml\nA {}\n```\n```cpp\nint i;\n```\n```qml\nB {}\n```\n", {"A {}\n", "B {}\n"});
     }
 
     void blocks()
@@ -102,22 +100,15 @@ private slots:
 
     void aFaultIsNoticed_data()
     {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("property that the model does not have") << "grid.numberOfColumns"
-                                                               << "grid.numberOfColumn";
-        QTest::newRow("call that the model does not have") << "grid.setSelected("
-                                                           << "grid.select(";
-        QTest::newRow("role that is not declared") << "tile.fareProductName"
-                                                   << "tile.fareProductText";
-        QTest::newRow("unqualified name") << "view.grid.setSelected"
-                                          << "grid.setSelected";
-        QTest::newRow("type that the module does not have") << "property PassengerTypesModel"
-                                                            << "property PassengersModel";
-        QTest::newRow("module without import") << "import Rivo.GuiCore 1.0\n"
-                                               << "";
-        QTest::newRow("brace missing") << "    }\n}\n"
-                                       << "    }\n";
+        const Table<QString, QString> row("before", "after");
+        row("property that the model does not have", "grid.numberOfColumns", "grid.numberOfColumn");
+        row("call that the model does not have", "grid.setSelected(", "grid.select(");
+        row("role that is not declared", "tile.fareProductName", "tile.fareProductText");
+        row("unqualified name", "view.grid.setSelected", "grid.setSelected");
+        row("type that the module does not have", "property PassengerTypesModel",
+            "property PassengersModel");
+        row("module without import", "import Rivo.GuiCore 1.0\n", "");
+        row("brace missing", "    }\n}\n", "    }\n");
     }
 
     void aFaultIsNoticed()

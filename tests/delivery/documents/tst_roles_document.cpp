@@ -2,6 +2,7 @@
 #include "LibraryModels.h"
 #include "LogCapture.h"
 #include "RolesDocument.h"
+#include "Table.h"
 
 #include <QFile>
 #include <QQmlComponent>
@@ -127,9 +128,9 @@ private slots:
 
     void statesWhatTheLibraryHasAndNothingElse_data()
     {
-        QTest::addColumn<QString>("className");
+        const Table<QString> row("className");
         for (const QString& name : m_library.keys())
-            QTest::newRow(qPrintable(name)) << name;
+            row(qPrintable(name), name);
     }
 
     void statesWhatTheLibraryHasAndNothingElse()
@@ -152,9 +153,7 @@ private slots:
 
     void anErrorIsNoticed_data()
     {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("after");
-        QTest::addColumn<QStringList>("found");
+        addColumns<QString, QString, QStringList>("before", "after", "found");
         const auto row = [](const QString& before, const QString& after, const QString& place,
                             const QString& missing, const QString& surplus = {}) {
             QStringList found;
@@ -210,8 +209,7 @@ private slots:
 
     void aFaultOfTheMarkdownIsNoticed_data()
     {
-        QTest::addColumn<QString>("markdown");
-        QTest::addColumn<QStringList>("faults");
+        addColumns<QString, QStringList>("markdown", "faults");
         const auto row = [](const char* name, const QString& markdown, const QStringList& faults) {
             QTest::newRow(name) << "## M\n" + markdown << faults;
         };
@@ -278,34 +276,16 @@ private slots:
 
     void examplesShowTheirRows_data()
     {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QString>("expression");
-        QTest::addColumn<QString>("filledRow");
-        QTest::addColumn<QString>("initialRow");
-        QTest::newRow("grid") << "PassengerTypesModel"
-                              << "children[0].text"
-                              << "description 1 3.00"
-                              << " 0.00";
-        QTest::newRow("basket") << "ShoppingBasketModel"
-                                << "text"
-                                << "description 1 destination 1 5.00 *"
-                                << "  0.00";
-        QTest::newRow("fare products") << "FareProductsModel"
-                                       << "children[1].text"
-                                       << "description 1 2.50"
-                                       << " 0.00";
-        QTest::newRow("Z reports") << "ZReportModel"
-                                   << "text"
-                                   << "6: 5.50 (2) 2024-05-01"
-                                   << "0: 0.00";
-        QTest::newRow("fleet") << "AssetsModel"
-                               << "text"
-                               << "registrationNumber 1 routeName 1 6°"
-                               << " ";
-        QTest::newRow("devices") << "PeripheralsModel"
-                                 << "text + color"
-                                 << "name 1 stateStr 1#000000"
-                                 << " #8b0000";
+        const Table<QString, QString, QString, QString> row("className", "expression", "filledRow",
+                                                            "initialRow");
+        row("grid", "PassengerTypesModel", "children[0].text", "description 1 3.00", " 0.00");
+        row("basket", "ShoppingBasketModel", "text", "description 1 destination 1 5.00 *",
+            "  0.00");
+        row("fare products", "FareProductsModel", "children[1].text", "description 1 2.50",
+            " 0.00");
+        row("Z reports", "ZReportModel", "text", "6: 5.50 (2) 2024-05-01", "0: 0.00");
+        row("fleet", "AssetsModel", "text", "registrationNumber 1 routeName 1 6°", " ");
+        row("devices", "PeripheralsModel", "text + color", "name 1 stateStr 1#000000", " #8b0000");
     }
 
     void examplesShowTheirRows()
@@ -356,30 +336,19 @@ private slots:
 
     void aFaultOfAnExampleIsNoticed_data()
     {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("corrected role") << "FareProductsModel"
-                                        << "required property string productFairIcon"
-                                        << "required property string productFareIcon";
-        QTest::newRow("unknown role in a text") << "ShoppingBasketModel"
-                                                << "text: description"
-                                                << "text: descriptions";
-        QTest::newRow("type that cannot be declared") << "AssetsModel"
-                                                      << "property var assetCoordinate"
-                                                      << "property coordinate assetCoordinate";
-        QTest::newRow("another name of the model") << "ZReportModel"
-                                                   << "model: zReports"
-                                                   << "model: reports";
-        QTest::newRow("model of another type") << "ZReportModel"
-                                               << "property ZReportModel"
-                                               << "property AssetsModel";
-        QTest::newRow("property of another name") << "PassengerTypesModel"
-                                                  << "cellWidth: width"
-                                                  << "cellWidths: width";
-        QTest::newRow("brace missing") << "PeripheralsModel"
-                                       << "    }\n}\n"
-                                       << "    }\n";
+        const Table<QString, QString, QString> row("className", "before", "after");
+        row("corrected role", "FareProductsModel", "required property string productFairIcon",
+            "required property string productFareIcon");
+        row("unknown role in a text", "ShoppingBasketModel", "text: description",
+            "text: descriptions");
+        row("type that cannot be declared", "AssetsModel", "property var assetCoordinate",
+            "property coordinate assetCoordinate");
+        row("another name of the model", "ZReportModel", "model: zReports", "model: reports");
+        row("model of another type", "ZReportModel", "property ZReportModel",
+            "property AssetsModel");
+        row("property of another name", "PassengerTypesModel", "cellWidth: width",
+            "cellWidths: width");
+        row("brace missing", "PeripheralsModel", "    }\n}\n", "    }\n");
     }
 
     void aFaultOfAnExampleIsNoticed()
