@@ -26,7 +26,7 @@ function(rivo_program variable target)
 endfunction()
 
 # Tests that take long or wait start first; the short ones fill what is left of the processors.
-set(rivo_long_tests installed_tree tst_core_follow tst_feed_robustness tst_fleet_pages tst_journal
+set(rivo_long_tests installed_tree tst_core_follow tst_feed_robustness tst_fleet_pages tst_journal_disk
     tst_journal_takeover tst_layout_property tst_layout_reentrancy tst_rivo_grid tst_rivo_models tst_sales_kill
     tst_screen_pictures tst_screen_soak tst_screen_texts tst_selling tst_terminal_program)
 

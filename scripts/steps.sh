@@ -46,7 +46,7 @@ install_all_packages() {
 
 tests_of_root() {
     scripts/newcomer.sh --root ./test.sh \
-        -R '^(tst_core_config|tst_core_faults|tst_feed_loader|tst_journal|screen_to_use)$'
+        -R '^(tst_core_faults|tst_feed_loader|tst_journal_files|screen_to_use)$'
 }
 
 settings_and_memory() {

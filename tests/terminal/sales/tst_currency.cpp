@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include <Currency.h>
 
 #include <QTest>
@@ -14,34 +16,31 @@ class TestCurrency : public QObject
 private slots:
     void roundsToMinorUnits_data()
     {
-        QTest::addColumn<int>("decimals");
-        QTest::addColumn<double>("units");
-        QTest::addColumn<qint64>("minor");
-
-        QTest::newRow("nothing") << 2 << 0.0 << qint64(0);
-        QTest::newRow("two decimals as they are") << 2 << 1.9 << qint64(190);
-        QTest::newRow("a double that is a trifle less") << 2 << 0.29 << qint64(29);
-        QTest::newRow("below half goes down") << 2 << 1.0049 << qint64(100);
-        QTest::newRow("half goes up") << 2 << 1.125 << qint64(113);
-        QTest::newRow("half in decimals, less as a double, goes up") << 2 << 1.005 << qint64(101);
-        QTest::newRow("half, more as a double, goes up") << 2 << 1.015 << qint64(102);
-        QTest::newRow("negative half goes away from zero") << 2 << -1.125 << qint64(-113);
-        QTest::newRow("negative half in decimals too") << 2 << -1.005 << qint64(-101);
-        QTest::newRow("no decimals") << 0 << 250.0 << qint64(250);
-        QTest::newRow("half without decimals") << 0 << 2.5 << qint64(3);
-        QTest::newRow("negative half without decimals") << 0 << -2.5 << qint64(-3);
-        QTest::newRow("less than half without decimals") << 0 << 2.4999 << qint64(2);
-        QTest::newRow("three decimals") << 3 << 1.234 << qint64(1234);
-        QTest::newRow("half of the third decimal") << 3 << 1.0005 << qint64(1001);
-        QTest::newRow("four decimals") << 4 << 1.2345 << qint64(12345);
-        QTest::newRow("half of the fourth decimal") << 4 << 1.00005 << qint64(10001);
-        QTest::newRow("the largest amount") << 2 << 1e10 << qint64(1000000000000);
-        QTest::newRow("the largest amount with four decimals") << 4 << 1e8 << qint64(1000000000000);
-        QTest::newRow("the largest without decimals") << 0 << 1e12 << qint64(1000000000000);
-        QTest::newRow("one below the largest") << 2 << 9999999999.99 << qint64(999999999999);
-        QTest::newRow("a large half") << 2 << 9999999999.985 << qint64(999999999999);
-        QTest::newRow("more than four decimals are four") << 7 << 1.0 << qint64(10000);
-        QTest::newRow("fewer than none are none") << -1 << 7.0 << qint64(7);
+        const Table<int, double, qint64> row("decimals", "units", "minor");
+        row("nothing", 2, 0.0, qint64(0));
+        row("two decimals as they are", 2, 1.9, qint64(190));
+        row("a double that is a trifle less", 2, 0.29, qint64(29));
+        row("below half goes down", 2, 1.0049, qint64(100));
+        row("half goes up", 2, 1.125, qint64(113));
+        row("half in decimals, less as a double, goes up", 2, 1.005, qint64(101));
+        row("half, more as a double, goes up", 2, 1.015, qint64(102));
+        row("negative half goes away from zero", 2, -1.125, qint64(-113));
+        row("negative half in decimals too", 2, -1.005, qint64(-101));
+        row("no decimals", 0, 250.0, qint64(250));
+        row("half without decimals", 0, 2.5, qint64(3));
+        row("negative half without decimals", 0, -2.5, qint64(-3));
+        row("less than half without decimals", 0, 2.4999, qint64(2));
+        row("three decimals", 3, 1.234, qint64(1234));
+        row("half of the third decimal", 3, 1.0005, qint64(1001));
+        row("four decimals", 4, 1.2345, qint64(12345));
+        row("half of the fourth decimal", 4, 1.00005, qint64(10001));
+        row("the largest amount", 2, 1e10, qint64(1000000000000));
+        row("the largest amount with four decimals", 4, 1e8, qint64(1000000000000));
+        row("the largest without decimals", 0, 1e12, qint64(1000000000000));
+        row("one below the largest", 2, 9999999999.99, qint64(999999999999));
+        row("a large half", 2, 9999999999.985, qint64(999999999999));
+        row("more than four decimals are four", 7, 1.0, qint64(10000));
+        row("fewer than none are none", -1, 7.0, qint64(7));
     }
 
     void roundsToMinorUnits()
@@ -56,14 +55,13 @@ private slots:
 
     void refusesWhatIsNoAmount_data()
     {
-        QTest::addColumn<double>("units");
-
-        QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN();
-        QTest::newRow("infinity") << std::numeric_limits<double>::infinity();
-        QTest::newRow("negative infinity") << -std::numeric_limits<double>::infinity();
-        QTest::newRow("the largest double") << std::numeric_limits<double>::max();
-        QTest::newRow("one unit too much") << 1e10 + 1;
-        QTest::newRow("one unit too little") << -1e10 - 1;
+        const Table<double> row("units");
+        row("not a number", std::numeric_limits<double>::quiet_NaN());
+        row("infinity", std::numeric_limits<double>::infinity());
+        row("negative infinity", -std::numeric_limits<double>::infinity());
+        row("the largest double", std::numeric_limits<double>::max());
+        row("one unit too much", 1e10 + 1);
+        row("one unit too little", -1e10 - 1);
     }
 
     void refusesWhatIsNoAmount()
@@ -87,10 +85,7 @@ private slots:
 
     void cashIsRoundedToTheSmallestCoin_data()
     {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<int>("decimals");
-        QTest::addColumn<qint64>("amount");
-        QTest::addColumn<qint64>("cash");
+        addColumns<QString, int, qint64, qint64>("code", "decimals", "amount", "cash");
         const auto add = [](const char* code, int decimals, const QVector<qint64>& pairs) {
             for (int at = 0; at < pairs.size(); at += 2)
                 QTest::addRow("%s %lld is %lld in cash", code, pairs.at(at), pairs.at(at + 1))
@@ -166,22 +161,17 @@ private slots:
 
     void quickAmounts_data()
     {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<qint64>("due");
-        QTest::addColumn<QVector<qint64>>("amounts");
+        const Table<QString, qint64, QVector<qint64>> row("code", "due", "amounts");
         using Amounts = QVector<qint64>;
-        QTest::newRow("nothing is due") << "EUR" << 0LL << Amounts{0};
-        QTest::newRow("a single ticket")
-            << "EUR" << 285LL << Amounts{285, 300, 400, 500, 1000, 2000};
-        QTest::newRow("the value of a note")
-            << "EUR" << 500LL << Amounts{500, 600, 1000, 2000, 5000, 10000};
-        QTest::newRow("a large amount") << "EUR" << 38000LL << Amounts{38000, 40000};
-        QTest::newRow("more than all notes") << "GBP" << 1000000LL << Amounts{1000000};
-        QTest::newRow("crowns without small coins")
-            << "SEK" << 3900LL << Amounts{3900, 4000, 5000, 10000, 20000, 50000};
-        QTest::newRow("francs") << "CHF" << 320LL << Amounts{320, 350, 400, 500, 1000, 2000};
-        QTest::newRow("an unknown currency")
-            << "XTS" << 99LL << Amounts{99, 100, 200, 500, 1000, 2000};
+        row("nothing is due", "EUR", 0LL, Amounts{0});
+        row("a single ticket", "EUR", 285LL, Amounts{285, 300, 400, 500, 1000, 2000});
+        row("the value of a note", "EUR", 500LL, Amounts{500, 600, 1000, 2000, 5000, 10000});
+        row("a large amount", "EUR", 38000LL, Amounts{38000, 40000});
+        row("more than all notes", "GBP", 1000000LL, Amounts{1000000});
+        row("crowns without small coins", "SEK", 3900LL,
+            Amounts{3900, 4000, 5000, 10000, 20000, 50000});
+        row("francs", "CHF", 320LL, Amounts{320, 350, 400, 500, 1000, 2000});
+        row("an unknown currency", "XTS", 99LL, Amounts{99, 100, 200, 500, 1000, 2000});
     }
 
     void quickAmounts()
@@ -217,16 +207,8 @@ private slots:
 
     void textOfPeople_data()
     {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<int>("decimals");
-        QTest::addColumn<qint64>("amount");
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QString>("text");
-
-        const auto row = [](const char* name, const char* code, int decimals, qint64 amount,
-                            const char* locale, const QString& text) {
-            QTest::newRow(name) << code << decimals << amount << locale << text;
-        };
+        const Table<QString, int, qint64, QString, QString> row("code", "decimals", "amount",
+                                                                "locale", "text");
         // U+00A0, which keeps amount and symbol on one line.
         row("pounds in Britain", "GBP", 2, 190, "en_GB", "£1.90");
         row("thousands in Britain", "GBP", 2, 123456, "en_GB", "£1,234.56");

@@ -1,4 +1,5 @@
 #include "JournalFiles.h"
+#include "Table.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -240,7 +241,7 @@ private slots:
     /// Every byte stays for a later look.
     void paymentsThatContradictEachOtherAreDamage_data()
     {
-        QTest::addColumn<QString>("harm");
+        const Table<QString> row("harm");
         for (const char* harm :
              {"UPDATE payment SET amount = amount + 1 WHERE direction = 1",
               "UPDATE payment SET amount = amount + 1 WHERE direction = 2",
@@ -252,7 +253,7 @@ private slots:
               "UPDATE card_reversal SET payment = 1",
               "UPDATE card_day SET total = NULL WHERE total = 95", "DELETE FROM card_day",
               "DROP TABLE payment_ticket", "DROP TABLE card_day"})
-            QTest::newRow(harm) << harm;
+            row(harm, harm);
     }
     void paymentsThatContradictEachOtherAreDamage()
     {

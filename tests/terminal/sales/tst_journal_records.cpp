@@ -1,4 +1,5 @@
 #include "JournalFiles.h"
+#include "Table.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -100,20 +101,16 @@ private slots:
 
     void cashIsGivenAndChanged_data()
     {
-        QTest::addColumn<int>("method");
-        QTest::addColumn<qint64>("rounding");
-        QTest::addColumn<qint64>("given");
-        QTest::addColumn<QString>("sale"); // total 192
-        QTest::newRow("cash as it is due") << 1 << 0LL << 0LL << "cash 192+0 given 192 change 0";
-        QTest::newRow("cash that is rounded down")
-            << 1 << -2LL << 0LL << "cash 192-2 given 190 change 0";
-        QTest::newRow("a note") << 1 << 0LL << 500LL << "cash 192+0 given 500 change 308";
-        QTest::newRow("a note, rounded up")
-            << 1 << 3LL << 500LL << "cash 192+3 given 500 change 305";
-        QTest::newRow("just enough") << 1 << 3LL << 195LL << "cash 192+3 given 195 change 0";
-        QTest::newRow("too little") << 1 << 0LL << 191LL << "none";
-        QTest::newRow("too little after rounding") << 1 << 3LL << 194LL << "none";
-        QTest::newRow("a card has neither") << 2 << 3LL << 500LL << "card 192+0 given 0 change 0";
+        // sale: total 192
+        const Table<int, qint64, qint64, QString> row("method", "rounding", "given", "sale");
+        row("cash as it is due", 1, 0LL, 0LL, "cash 192+0 given 192 change 0");
+        row("cash that is rounded down", 1, -2LL, 0LL, "cash 192-2 given 190 change 0");
+        row("a note", 1, 0LL, 500LL, "cash 192+0 given 500 change 308");
+        row("a note, rounded up", 1, 3LL, 500LL, "cash 192+3 given 500 change 305");
+        row("just enough", 1, 3LL, 195LL, "cash 192+3 given 195 change 0");
+        row("too little", 1, 0LL, 191LL, "none");
+        row("too little after rounding", 1, 3LL, 194LL, "none");
+        row("a card has neither", 2, 3LL, 500LL, "card 192+0 given 0 change 0");
     }
 
     void cashIsGivenAndChanged()
@@ -234,16 +231,15 @@ private slots:
 
     void nothingElseIsReversed_data()
     {
-        QTest::addColumn<qint64>("sale");
-        QTest::addColumn<QVector<qint64>>("tickets");
-        QTest::newRow("no ticket") << 4LL << QVector<qint64>{};
-        QTest::newRow("a ticket of another sale") << 4LL << QVector<qint64>{3, 5};
-        QTest::newRow("a ticket that is reversed") << 4LL << QVector<qint64>{2, 3};
-        QTest::newRow("a ticket twice") << 4LL << QVector<qint64>{3, 3};
-        QTest::newRow("a ticket that does not exist") << 4LL << QVector<qint64>{99};
-        QTest::newRow("a sale of a closed shift") << 1LL << QVector<qint64>{1};
-        QTest::newRow("a record that is no sale") << 2LL << QVector<qint64>{1};
-        QTest::newRow("a sale that does not exist") << 99LL << QVector<qint64>{1};
+        const Table<qint64, QVector<qint64>> row("sale", "tickets");
+        row("no ticket", 4LL, {});
+        row("a ticket of another sale", 4LL, {3, 5});
+        row("a ticket that is reversed", 4LL, {2, 3});
+        row("a ticket twice", 4LL, {3, 3});
+        row("a ticket that does not exist", 4LL, {99});
+        row("a sale of a closed shift", 1LL, {1});
+        row("a record that is no sale", 2LL, {1});
+        row("a sale that does not exist", 99LL, {1});
     }
 
     void nothingElseIsReversed()
@@ -295,7 +291,7 @@ private slots:
     /// What the records contradict is found when the journal is opened.
     void contradictionsAreDamage_data()
     {
-        QTest::addColumn<QString>("harm");
+        const Table<QString> row("harm");
         for (const char* harm :
              {"UPDATE reversal SET total = 1", "UPDATE reversal SET paid_out = 1 WHERE record = 7",
               "UPDATE reversal SET reason_kind = 2 WHERE record = 7", "DELETE FROM reversed_ticket",
@@ -304,7 +300,7 @@ private slots:
               "UPDATE hand_over SET difference = 1", "UPDATE opening SET amount = 1",
               "UPDATE printout SET is_copy = 0", "DELETE FROM printout WHERE is_copy = 1",
               "UPDATE record SET shift = 18 WHERE kind = 6"})
-            QTest::newRow(harm) << harm;
+            row(harm, harm);
     }
 
     void contradictionsAreDamage()

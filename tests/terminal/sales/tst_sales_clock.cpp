@@ -1,5 +1,6 @@
 #include "MovedClock.h"
 #include "Play.h"
+#include "Table.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -47,17 +48,16 @@ private slots:
 
     void nothingIsLostWhenTheClockJumps_data()
     {
-        QTest::addColumn<QDateTime>("then");
-        QTest::newRow("stays as it is") << start;
-        QTest::newRow("back to when time began, as without a battery")
-            << QDateTime(QDate(1970, 1, 1), QTime(0, 0), Qt::UTC);
-        QTest::newRow("back an hour") << start.addSecs(-3600);
-        QTest::newRow("ahead a day") << start.addDays(1);
+        const Table<QDateTime> row("then");
+        row("stays as it is", start);
+        row("back to when time began, as without a battery",
+            QDateTime(QDate(1970, 1, 1), QTime(0, 0), Qt::UTC));
+        row("back an hour", start.addSecs(-3600));
+        row("ahead a day", start.addDays(1));
         if (sizeof(time_t) == sizeof(qint32)) // such a system has no later time
             return;
-        QTest::newRow("ahead beyond 32 bits of seconds")
-            << QDateTime(QDate(2038, 1, 20), QTime(0, 0), Qt::UTC);
-        QTest::newRow("ahead a century") << start.addYears(100);
+        row("ahead beyond 32 bits of seconds", QDateTime(QDate(2038, 1, 20), QTime(0, 0), Qt::UTC));
+        row("ahead a century", start.addYears(100));
     }
 
     void nothingIsLostWhenTheClockJumps()
