@@ -1,5 +1,6 @@
 #include "DeviceDesk.h"
 #include "SignalLog.h"
+#include "Table.h"
 
 #include <PeripheralItem.h>
 #include <PeripheralsModel.h>
@@ -84,24 +85,18 @@ private slots:
 
 void DeviceDeskTest::thePrinterIs_data()
 {
-    QTest::addColumn<QVector<Device>>("devices");
-    QTest::addColumn<std::optional<int>>("id");
-    QTest::addColumn<int>("printer");
+    const Table<QVector<Device>, std::optional<int>, int> row("devices", "id", "printer");
     const std::optional<int> notSaid;
     const Device byIcon{"Drucker", "qrc:/icons/printer.svg"};
-    QTest::newRow("by its icon") << QVector<Device>{cardReader, byIcon} << notSaid << 1;
-    QTest::newRow("by its name, in any case")
-        << QVector<Device>{cardReader, ticketPrinter} << notSaid << 1;
-    QTest::newRow("the first of several")
-        << QVector<Device>{byIcon, cardReader, ticketPrinter} << notSaid << 0;
-    QTest::newRow("not by another icon")
-        << QVector<Device>{{"P", "qrc:/icons/printer.svg2"}, ticketPrinter} << notSaid << 1;
-    QTest::newRow("by its id, whatever it is called")
-        << QVector<Device>{cardReader, {"Drucker", ""}} << std::make_optional(2) << 1;
-    QTest::newRow("by its id before name and icon")
-        << QVector<Device>{ticketPrinter, byIcon, cardReader} << std::make_optional(3) << 2;
-    QTest::newRow("by its name if none has the id")
-        << QVector<Device>{cardReader, ticketPrinter} << std::make_optional(0) << 1;
+    row("by its icon", {cardReader, byIcon}, notSaid, 1);
+    row("by its name, in any case", {cardReader, ticketPrinter}, notSaid, 1);
+    row("the first of several", {byIcon, cardReader, ticketPrinter}, notSaid, 0);
+    row("not by another icon", {{"P", "qrc:/icons/printer.svg2"}, ticketPrinter}, notSaid, 1);
+    row("by its id, whatever it is called", {cardReader, {"Drucker", ""}}, std::make_optional(2),
+        1);
+    row("by its id before name and icon", {ticketPrinter, byIcon, cardReader},
+        std::make_optional(3), 2);
+    row("by its name if none has the id", {cardReader, ticketPrinter}, std::make_optional(0), 1);
 }
 
 void DeviceDeskTest::thePrinterIs()
@@ -138,13 +133,12 @@ void DeviceDeskTest::withoutAPrinterOneIsAdded()
 
 void DeviceDeskTest::events_data()
 {
-    QTest::addColumn<DeviceDesk::Event>("event");
-    QTest::addColumn<QString>("flagsOfDevice");
-    QTest::newRow("ready") << DeviceDesk::Ready << "0000 0 Text";
-    QTest::newRow("notice") << DeviceDesk::Notice << "1000 1 Text";
-    QTest::newRow("warning") << DeviceDesk::Warning << "0100 2 Text";
-    QTest::newRow("serious warning") << DeviceDesk::SeriousWarning << "0010 3 Text";
-    QTest::newRow("fault") << DeviceDesk::Fault << "0001 4 Text";
+    const Table<DeviceDesk::Event, QString> row("event", "flagsOfDevice");
+    row("ready", DeviceDesk::Ready, "0000 0 Text");
+    row("notice", DeviceDesk::Notice, "1000 1 Text");
+    row("warning", DeviceDesk::Warning, "0100 2 Text");
+    row("serious warning", DeviceDesk::SeriousWarning, "0010 3 Text");
+    row("fault", DeviceDesk::Fault, "0001 4 Text");
 }
 
 void DeviceDeskTest::events()

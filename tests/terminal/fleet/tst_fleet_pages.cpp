@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include "../ScreenUnderTest.h"
 
 #include <AssetItem.h>
@@ -129,8 +131,7 @@ private slots:
 
     void everythingFits_data()
     {
-        QTest::addColumn<QString>("feed");
-        QTest::addColumn<QSize>("size");
+        addColumns<QString, QSize>("feed", "size");
         for (const char* feed : {"coast-line", "hill-valley"}) {
             for (const QSize size : {QSize(800, 480), QSize(1024, 600), QSize(1280, 800)})
                 QTest::addRow("%s at %dx%d", feed, size.width(), size.height()) << feed << size;

@@ -1,4 +1,5 @@
 #include "LabelPlacement.h"
+#include "Table.h"
 
 #include <QtTest>
 
@@ -102,11 +103,7 @@ private slots:
 
 void LabelPlacementTest::places_data()
 {
-    QTest::addColumn<MapContent>("content");
-    QTest::addColumn<QString>("places");
-    const auto add = [](const char* what, const MapContent& content, const char* places) {
-        QTest::newRow(what) << content << places;
-    };
+    const Table<MapContent, QString> add("content", "places");
     const char* const right = "1 at 11,-10 48x20";
     const char* const left = "1 at -59,-10 48x20";
     const char* const nowhere = "";
@@ -181,11 +178,7 @@ void LabelPlacementTest::places()
 
 void LabelPlacementTest::covered_data()
 {
-    QTest::addColumn<QVector<QRectF>>("others");
-    QTest::addColumn<bool>("isCovered");
-    const auto add = [](const char* what, const QVector<QRectF>& others, bool isCovered) {
-        QTest::newRow(what) << others << isCovered;
-    };
+    const Table<QVector<QRectF>, bool> add("others", "isCovered");
     add("nothing there", {}, false);
     add("a corner of it", {{-10, -10, 11, 11}}, true);
     add("edge to edge on the left", {{-10, 0, 10, 10}}, false);

@@ -1,5 +1,6 @@
 #include "OfferDesk.h"
 #include "SignalLog.h"
+#include "Table.h"
 
 #include <FeedLoader.h>
 #include <PassengerTypeItem.h>
@@ -114,23 +115,18 @@ private slots:
 
 void OfferDeskTest::placesOfAGtfsFeed_data()
 {
-    QTest::addColumn<int>("route");
-    QTest::addColumn<int>("stop");
-    QTest::addColumn<QString>("sold");
-    QTest::addColumn<QStringList>("types");
-    QTest::addColumn<QString>("objection");
+    const Table<int, int, QString, QStringList, QString> row("route", "stop", "sold", "types",
+                                                             "objection");
     const QStringList all{"3", "PT_ADULT", "PT_SCHOOLBOY", "PT_LFS"};
     const QString everything = "1 2 3 4 4 5 5 6 6 7 8 8 8";
-    QTest::newRow("at the first stop tickets to all zones and passes are sold")
-        << 1 << 100 << "1 4 5 7 8 8 8" << all << "";
-    QTest::newRow("at a later stop no tickets to stops that were passed")
-        << 1 << 200 << "2 4 6 7 8 8 8" << all << "";
-    QTest::newRow("at the last stop of the other route passes alone")
-        << 2 << 200 << "7 8 8 8" << all << "";
-    QTest::newRow("without a route everything") << -1 << 100 << everything << all << "";
-    QTest::newRow("without a stop everything") << 1 << -1 << everything << all << "";
-    QTest::newRow("on an unknown route everything") << 9 << 100 << everything << all << "";
-    QTest::newRow("at an unknown stop everything") << 1 << 9 << everything << all << "";
+    row("at the first stop tickets to all zones and passes are sold", 1, 100, "1 4 5 7 8 8 8", all,
+        "");
+    row("at a later stop no tickets to stops that were passed", 1, 200, "2 4 6 7 8 8 8", all, "");
+    row("at the last stop of the other route passes alone", 2, 200, "7 8 8 8", all, "");
+    row("without a route everything", -1, 100, everything, all, "");
+    row("without a stop everything", 1, -1, everything, all, "");
+    row("on an unknown route everything", 9, 100, everything, all, "");
+    row("at an unknown stop everything", 1, 9, everything, all, "");
 }
 
 void OfferDeskTest::placesOfAGtfsFeed()
@@ -149,15 +145,13 @@ void OfferDeskTest::placesOfAGtfsFeed()
 
 void OfferDeskTest::placesOfAJsonFeed_data()
 {
-    QTest::addColumn<QByteArray>("more");
-    QTest::addColumn<int>("stop");
-    QTest::addColumn<QString>("sold");
-    QTest::newRow("without a network routes count") << QByteArray() << 1 << "1 4 6";
-    QTest::newRow("with a network zones count too") << Feeds::network() << 1 << "1 3 4 6";
-    QTest::newRow("at a stop of other zones") << Feeds::network() << 2 << "1 4 6";
-    QTest::newRow("at an unknown stop everything but what is not for the driver's media")
-        << Feeds::network() << 77 << "1 2 3 4 6";
-    QTest::newRow("without a stop the same") << QByteArray() << -1 << "1 2 3 4 6";
+    const Table<QByteArray, int, QString> row("more", "stop", "sold");
+    row("without a network routes count", {}, 1, "1 4 6");
+    row("with a network zones count too", Feeds::network(), 1, "1 3 4 6");
+    row("at a stop of other zones", Feeds::network(), 2, "1 4 6");
+    row("at an unknown stop everything but what is not for the driver's media", Feeds::network(),
+        77, "1 2 3 4 6");
+    row("without a stop the same", {}, -1, "1 2 3 4 6");
 }
 
 void OfferDeskTest::placesOfAJsonFeed()
@@ -351,17 +345,14 @@ void OfferDeskTest::gridFollowsTheTime()
 
 void OfferDeskTest::originIsTheZoneOfTheStop_data()
 {
-    QTest::addColumn<int>("stop");
-    QTest::addColumn<int>("from");
-    QTest::addColumn<int>("to");
-    QTest::addColumn<QString>("origin");
-    QTest::newRow("the tile is from the zone of the stop") << 1 << 7 << 9 << "Z7";
-    QTest::newRow("the tile is from another zone") << 1 << 8 << 9 << "Z7";
-    QTest::newRow("the tile is from no zone") << 1 << 0 << 9 << "Z7";
-    QTest::newRow("the tile is from the second zone of the stop") << 2 << 9 << 9 << "Z9";
-    QTest::newRow("of several zones it is the first") << 2 << 7 << 9 << "Z8";
-    QTest::newRow("a stop without a zone") << 3 << 7 << 9 << "Z7";
-    QTest::newRow("a ticket that is valid anywhere") << 1 << 0 << 0 << "";
+    const Table<int, int, int, QString> row("stop", "from", "to", "origin");
+    row("the tile is from the zone of the stop", 1, 7, 9, "Z7");
+    row("the tile is from another zone", 1, 8, 9, "Z7");
+    row("the tile is from no zone", 1, 0, 9, "Z7");
+    row("the tile is from the second zone of the stop", 2, 9, 9, "Z9");
+    row("of several zones it is the first", 2, 7, 9, "Z8");
+    row("a stop without a zone", 3, 7, 9, "Z7");
+    row("a ticket that is valid anywhere", 1, 0, 0, "");
 }
 
 void OfferDeskTest::originIsTheZoneOfTheStop()

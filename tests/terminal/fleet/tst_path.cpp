@@ -1,4 +1,5 @@
 #include "Path.h"
+#include "Table.h"
 
 #include <QtTest>
 
@@ -64,16 +65,14 @@ void PathTest::repeatedPointsCountOnce()
 
 void PathTest::places_data()
 {
-    QTest::addColumn<double>("legs");
-    QTest::addColumn<QGeoCoordinate>("coordinate");
-    QTest::addColumn<double>("direction");
-    QTest::newRow("before the start is the start") << -0.5 << at(0, 0) << 90.0;
-    QTest::newRow("the start") << 0.0 << at(0, 0) << 90.0;
-    QTest::newRow("within the first piece") << 0.25 << at(2.5, 0) << 90.0;
-    QTest::newRow("on a corner the next piece has begun") << 1.0 << at(10, 0) << 0.0;
-    QTest::newRow("within the last piece") << 1.5 << at(10, 5) << 0.0;
-    QTest::newRow("the end") << 2.0 << at(10, 10) << 0.0;
-    QTest::newRow("behind the end is the end") << 7.0 << at(10, 10) << 0.0;
+    const Table<double, QGeoCoordinate, double> row("legs", "coordinate", "direction");
+    row("before the start is the start", -0.5, at(0, 0), 90.0);
+    row("the start", 0.0, at(0, 0), 90.0);
+    row("within the first piece", 0.25, at(2.5, 0), 90.0);
+    row("on a corner the next piece has begun", 1.0, at(10, 0), 0.0);
+    row("within the last piece", 1.5, at(10, 5), 0.0);
+    row("the end", 2.0, at(10, 10), 0.0);
+    row("behind the end is the end", 7.0, at(10, 10), 0.0);
 }
 
 void PathTest::places()
@@ -103,10 +102,8 @@ void PathTest::directions()
 
 void PathTest::nearest_data()
 {
-    QTest::addColumn<Points>("points");
-    QTest::addColumn<QGeoCoordinate>("coordinate");
-    QTest::addColumn<double>("fromLegs");
-    QTest::addColumn<double>("legs");
+    const Table<Points, QGeoCoordinate, double, double> row("points", "coordinate", "fromLegs",
+                                                            "legs");
     // Goes out, turns, and comes back on the same way.
     const Points thereAndBack = {at(0, 0), at(10, 0), at(0, 0)};
     // A square that ends where it began.
@@ -114,22 +111,20 @@ void PathTest::nearest_data()
     // A ring whose stop lies nearer to its end than to its start.
     const Points openRing = {at(0, 0), at(10, 0), at(10, 10), at(0, 10), at(0, 0.05)};
 
-    QTest::newRow("beside a piece") << corner << at(4, 1) << 0.0 << 0.4;
-    QTest::newRow("beside the other piece") << corner << at(12, 5) << 0.0 << 1.5;
-    QTest::newRow("before the start") << corner << at(-5, 1) << 0.0 << 0.0;
-    QTest::newRow("behind the end") << corner << at(11, 30) << 0.0 << 2.0;
-    QTest::newRow("outside of the corner") << corner << at(11, -1) << 0.0 << 1.0;
-    QTest::newRow("the place is behind already: where one is") << corner << at(2, 0) << 0.6 << 0.6;
-    QTest::newRow("beyond the whole path: its end") << corner << at(2, 0) << 9.0 << 2.0;
-    QTest::newRow("on the way out") << thereAndBack << at(4, 0) << 0.0 << 0.4;
-    QTest::newRow("on the way back") << thereAndBack << at(4, 0) << 0.5 << 1.6;
-    QTest::newRow("at the turn") << thereAndBack << at(10, 0) << 0.0 << 1.0;
-    QTest::newRow("start of a ring") << ring << at(0, 0) << 0.0 << 0.0;
-    QTest::newRow("end of a ring") << ring << at(0, 0) << 0.1 << 4.0;
-    QTest::newRow("start of a ring that comes closer at its end")
-        << openRing << at(0, 0.05) << 0.0 << 0.0;
-    QTest::newRow("end of a ring that comes closer at its end")
-        << openRing << at(0, 0.05) << 0.5 << 3.995;
+    row("beside a piece", corner, at(4, 1), 0.0, 0.4);
+    row("beside the other piece", corner, at(12, 5), 0.0, 1.5);
+    row("before the start", corner, at(-5, 1), 0.0, 0.0);
+    row("behind the end", corner, at(11, 30), 0.0, 2.0);
+    row("outside of the corner", corner, at(11, -1), 0.0, 1.0);
+    row("the place is behind already: where one is", corner, at(2, 0), 0.6, 0.6);
+    row("beyond the whole path: its end", corner, at(2, 0), 9.0, 2.0);
+    row("on the way out", thereAndBack, at(4, 0), 0.0, 0.4);
+    row("on the way back", thereAndBack, at(4, 0), 0.5, 1.6);
+    row("at the turn", thereAndBack, at(10, 0), 0.0, 1.0);
+    row("start of a ring", ring, at(0, 0), 0.0, 0.0);
+    row("end of a ring", ring, at(0, 0), 0.1, 4.0);
+    row("start of a ring that comes closer at its end", openRing, at(0, 0.05), 0.0, 0.0);
+    row("end of a ring that comes closer at its end", openRing, at(0, 0.05), 0.5, 3.995);
 }
 
 void PathTest::nearest()
@@ -158,20 +153,11 @@ void PathTest::nearestIsNeverBeforeFrom()
 
 void PathTest::passes_data()
 {
-    QTest::addColumn<Points>("points");
-    QTest::addColumn<QGeoCoordinate>("coordinate");
-    QTest::addColumn<double>("from"); // in legs, as all numbers here
-    QTest::addColumn<double>("to");
-    QTest::addColumn<double>("within");
-    QTest::addColumn<QVector<double>>("metres");
-    QTest::addColumn<QVector<double>>("distances");
+    // from: in legs, as all numbers here
+    const Table<Points, QGeoCoordinate, double, double, double, QVector<double>, QVector<double>>
+        row("points", "coordinate", "from", "to", "within", "metres", "distances");
     using Numbers = QVector<double>;
     const Points back = {at(0, 0), at(10, 0), at(0, 0)};
-    const auto row = [](const char* name, const Points& points, const QGeoCoordinate& coordinate,
-                        double from, double to, double within, const Numbers& metres,
-                        const Numbers& distances) {
-        QTest::newRow(name) << points << coordinate << from << to << within << metres << distances;
-    };
     row("no path", {}, at(1, 0), 0, 9, 1, {}, {});
     row("one pass", corner, at(4, 1), 0, 2, 0.5, {0.4}, {0.1});
     row("too far", corner, at(4, 1), 0, 2, 0.09, {}, {});

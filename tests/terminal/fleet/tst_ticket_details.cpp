@@ -1,3 +1,4 @@
+#include "Table.h"
 #include "TestNetwork.h"
 
 #include <Feed.h>
@@ -57,14 +58,12 @@ void TestTicketDetails::nothingIsInvented()
 
 void TestTicketDetails::validity_data()
 {
-    QTest::addColumn<int>("product");
-    QTest::addColumn<int>("passengerType");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("as the feed says it") << 1 << 1 << "60 minute(s)";
-    QTest::newRow("of the passenger type") << 1 << 2 << "30 minute(s)";
-    QTest::newRow("of another product") << 2 << 1 << "90 minute(s)";
-    QTest::newRow("not said") << 3 << 1 << "";
-    QTest::newRow("unknown product") << 9 << 1 << "";
+    const Table<int, int, QString> row("product", "passengerType", "text");
+    row("as the feed says it", 1, 1, "60 minute(s)");
+    row("of the passenger type", 1, 2, "30 minute(s)");
+    row("of another product", 2, 1, "90 minute(s)");
+    row("not said", 3, 1, "");
+    row("unknown product", 9, 1, "");
 }
 
 void TestTicketDetails::validity()
@@ -89,17 +88,12 @@ void TestTicketDetails::validity()
 
 void TestTicketDetails::tax_data()
 {
-    QTest::addColumn<double>("percent");
-    QTest::addColumn<int>("price");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("of a whole percentage")
-        << 10.0 << 1100 << QString::fromUtf8("Includes 10% VAT: €1.00");
-    QTest::newRow("of a part of a percentage")
-        << 5.5 << 1055 << QString::fromUtf8("Includes 5.5% VAT: €0.55");
-    QTest::newRow("is rounded to the nearest")
-        << 19.0 << 140 << QString::fromUtf8("Includes 19% VAT: €0.22");
-    QTest::newRow("of nothing") << 19.0 << 0 << QString::fromUtf8("Includes 19% VAT: €0.00");
-    QTest::newRow("not said") << 0.0 << 140 << "";
+    const Table<double, int, QString> row("percent", "price", "text");
+    row("of a whole percentage", 10.0, 1100, "Includes 10% VAT: €1.00");
+    row("of a part of a percentage", 5.5, 1055, "Includes 5.5% VAT: €0.55");
+    row("is rounded to the nearest", 19.0, 140, "Includes 19% VAT: €0.22");
+    row("of nothing", 19.0, 0, "Includes 19% VAT: €0.00");
+    row("not said", 0.0, 140, "");
 }
 
 void TestTicketDetails::tax()

@@ -1,3 +1,4 @@
+#include "Table.h"
 #include "TestNetwork.h"
 #include "Timetable.h"
 
@@ -32,17 +33,13 @@ private slots:
 
 void TimetableTest::numbers_data()
 {
-    QTest::addColumn<QStringList>("ids");
-    QTest::addColumn<QVector<int>>("numbers");
-    QTest::newRow("positive integers are their own numbers")
-        << QStringList{"7", "1", "2147483647"} << QVector<int>{7, 1, 2147483647};
-    QTest::newRow("one text among them: all count")
-        << QStringList{"7", "x", "9"} << QVector<int>{1, 2, 3};
-    QTest::newRow("07 is a text") << QStringList{"07", "9"} << QVector<int>{1, 2};
-    QTest::newRow("0 is a text") << QStringList{"9", "0"} << QVector<int>{1, 2};
-    QTest::newRow("a number below zero is a text") << QStringList{"9", "-4"} << QVector<int>{1, 2};
-    QTest::newRow("a number too large is a text")
-        << QStringList{"9", "2147483648"} << QVector<int>{1, 2};
+    const Table<QStringList, QVector<int>> row("ids", "numbers");
+    row("positive integers are their own numbers", {"7", "1", "2147483647"}, {7, 1, 2147483647});
+    row("one text among them: all count", {"7", "x", "9"}, {1, 2, 3});
+    row("07 is a text", {"07", "9"}, {1, 2});
+    row("0 is a text", {"9", "0"}, {1, 2});
+    row("a number below zero is a text", {"9", "-4"}, {1, 2});
+    row("a number too large is a text", {"9", "2147483648"}, {1, 2});
 }
 
 void TimetableTest::numbers()
@@ -91,24 +88,16 @@ void TimetableTest::routeNames()
 
 void TimetableTest::daysOfTheWeek_data()
 {
-    QTest::addColumn<QStringList>("servicesOfTrips");
-    QTest::addColumn<QStringList>("days");
-    QTest::addColumn<QVector<int>>("running");
-    QTest::newRow("no services at all")
-        << QStringList{"", ""} << QStringList() << QVector<int>{1, 2};
-    QTest::newRow("the service with the most trips")
-        << QStringList{"A", "B", "B", "A", "B"} << QStringList() << QVector<int>{2, 3, 5};
-    QTest::newRow("the first of two equal services")
-        << QStringList{"A", "", "A", ""} << QStringList() << QVector<int>{1, 3};
-    QTest::newRow("the day on which most trips run, whatever their services")
-        << QStringList{"A", "B", "B", "C"} << QStringList{"A 1", "B 2", "C 3"}
-        << QVector<int>{2, 3, 4};
-    QTest::newRow("every trip with a service of its own")
-        << QStringList{"A", "B", "C"} << QStringList{"A 31", "B 127", "C 96"} << QVector<int>{1, 2};
-    QTest::newRow("Sunday") << QStringList{"A", "B"} << QStringList{"A 0", "B 64"}
-                            << QVector<int>{2};
-    QTest::newRow("services that run on no day: as if nothing was known")
-        << QStringList{"A", "B", "B"} << QStringList{"A 0", "B 0"} << QVector<int>{2, 3};
+    const Table<QStringList, QStringList, QVector<int>> row("servicesOfTrips", "days", "running");
+    row("no services at all", {"", ""}, {}, {1, 2});
+    row("the service with the most trips", {"A", "B", "B", "A", "B"}, {}, {2, 3, 5});
+    row("the first of two equal services", {"A", "", "A", ""}, {}, {1, 3});
+    row("the day on which most trips run, whatever their services", {"A", "B", "B", "C"},
+        {"A 1", "B 2", "C 3"}, {2, 3, 4});
+    row("every trip with a service of its own", {"A", "B", "C"}, {"A 31", "B 127", "C 96"}, {1, 2});
+    row("Sunday", {"A", "B"}, {"A 0", "B 64"}, {2});
+    row("services that run on no day: as if nothing was known", {"A", "B", "B"}, {"A 0", "B 0"},
+        {2, 3});
 }
 
 void TimetableTest::daysOfTheWeek()
@@ -131,18 +120,15 @@ void TimetableTest::daysOfTheWeek()
 
 void TimetableTest::dates_data()
 {
-    QTest::addColumn<QDate>("date");
-    QTest::addColumn<QVector<int>>("running");
-    QTest::newRow("a weekday in its time") << QDate(2026, 3, 2) << QVector<int>{1, 2};
-    QTest::newRow("a Sunday") << QDate(2026, 3, 8) << QVector<int>{3};
-    QTest::newRow("a day that is added, and removed from another service")
-        << QDate(2026, 3, 4) << QVector<int>{3};
-    QTest::newRow("the first day") << QDate(2026, 2, 2) << QVector<int>{1, 2};
-    QTest::newRow("before the first day, as on the busiest day")
-        << QDate(2026, 1, 26) << QVector<int>{1, 2};
-    QTest::newRow("the last day") << QDate(2026, 4, 6) << QVector<int>{1, 2};
-    QTest::newRow("after the last day, Sundays alone") << QDate(2026, 4, 12) << QVector<int>{3};
-    QTest::newRow("no date") << QDate() << QVector<int>{1, 2};
+    const Table<QDate, QVector<int>> row("date", "running");
+    row("a weekday in its time", QDate(2026, 3, 2), {1, 2});
+    row("a Sunday", QDate(2026, 3, 8), {3});
+    row("a day that is added, and removed from another service", QDate(2026, 3, 4), {3});
+    row("the first day", QDate(2026, 2, 2), {1, 2});
+    row("before the first day, as on the busiest day", QDate(2026, 1, 26), {1, 2});
+    row("the last day", QDate(2026, 4, 6), {1, 2});
+    row("after the last day, Sundays alone", QDate(2026, 4, 12), {3});
+    row("no date", {}, {1, 2});
 }
 
 void TimetableTest::dates()
@@ -169,11 +155,7 @@ void TimetableTest::dates()
 
 void TimetableTest::times_data()
 {
-    QTest::addColumn<QStringList>("calls");
-    QTest::addColumn<QStringList>("times");
-    const auto row = [](const char* name, const QStringList& calls, const QStringList& times) {
-        QTest::newRow(name) << calls << times;
-    };
+    const Table<QStringList, QStringList> row("calls", "times");
     row("arrival and departure", {"1 0:10:00 0:11:00", "2 0:20:00 0:20:30"},
         {"1 600-660", "2 1200-1230"});
     row("one of the two is both", {"1 - 0:11:00", "2 0:20:00 -"}, {"1 660-660", "2 1200-1200"});
@@ -278,20 +260,17 @@ void TimetableTest::callsWithoutAPosition()
 
 void TimetableTest::moments_data()
 {
-    QTest::addColumn<int>("time");
-    QTest::addColumn<double>("steps");
-    QTest::addColumn<int>("call");
-    QTest::addColumn<bool>("isStopped");
-    QTest::newRow("long before the start") << 0 << 0.0 << 0 << true;
-    QTest::newRow("departure") << 1000 << 0.0 << 0 << true;
-    QTest::newRow("on the way") << 1025 << 0.25 << 0 << false;
-    QTest::newRow("arrival") << 1100 << 1.0 << 1 << true;
-    QTest::newRow("at the stop") << 1150 << 1.0 << 1 << true;
-    QTest::newRow("departure from the stop") << 1200 << 1.0 << 1 << true;
-    QTest::newRow("on the way again") << 1201 << 1.01 << 1 << false;
-    QTest::newRow("last second of the way") << 1399 << 2.99 << 1 << false;
-    QTest::newRow("end") << 1400 << 3.0 << 2 << true;
-    QTest::newRow("after the end") << 99999 << 3.0 << 2 << true;
+    const Table<int, double, int, bool> row("time", "steps", "call", "isStopped");
+    row("long before the start", 0, 0.0, 0, true);
+    row("departure", 1000, 0.0, 0, true);
+    row("on the way", 1025, 0.25, 0, false);
+    row("arrival", 1100, 1.0, 1, true);
+    row("at the stop", 1150, 1.0, 1, true);
+    row("departure from the stop", 1200, 1.0, 1, true);
+    row("on the way again", 1201, 1.01, 1, false);
+    row("last second of the way", 1399, 2.99, 1, false);
+    row("end", 1400, 3.0, 2, true);
+    row("after the end", 99999, 3.0, 2, true);
 }
 
 void TimetableTest::moments()
