@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include <CatalogueDesk.h>
 #include <FareProductsModel.h>
 #include <Feed.h>
@@ -43,10 +45,8 @@ private slots:
 
 void TestCatalogueDesk::passengerTypesAreInWords_data()
 {
-    QTest::addColumn<QVariantList>("types");
-    QTest::addColumn<QStringList>("words");
-
-    QTest::newRow("no types are an empty list") << QVariantList{} << QStringList{};
+    const Table<QVariantList, QStringList> row("types", "words");
+    row("no types are an empty list", QVariantList{}, QStringList{});
     const QVector<QPair<const char*, const char*>> codes{
         {"PT_ADULT", "Adult"},
         {"PT_STUDENT_1", "Student"},
@@ -59,18 +59,12 @@ void TestCatalogueDesk::passengerTypesAreInWords_data()
     for (const auto& code : codes)
         QTest::addRow("%s has a name", code.first)
             << QVariantList{code.first} << QStringList{code.second};
-    QTest::newRow("a code that differs in case stays as it is")
-        << QVariantList{"pt_adult"} << QStringList{"pt_adult"};
-    QTest::newRow("an unknown text stays as it is")
-        << QVariantList{"PT_NEW", ""} << QStringList{"PT_NEW", ""};
-    QTest::newRow("an identifier has the name of its product")
-        << QVariantList{102} << QStringList{"Child"};
-    QTest::newRow("the first of two products names the identifier")
-        << QVariantList{101} << QStringList{"Grown-up"};
-    QTest::newRow("an identifier without a product stays as it is")
-        << QVariantList{1, -1} << QStringList{"1", "-1"};
-    QTest::newRow("order and repetitions stay")
-        << QVariantList{102, "PT_ADULT", 102} << QStringList{"Child", "Adult", "Child"};
+    row("a code that differs in case stays as it is", QVariantList{"pt_adult"}, {"pt_adult"});
+    row("an unknown text stays as it is", {"PT_NEW", ""}, {"PT_NEW", ""});
+    row("an identifier has the name of its product", QVariantList{102}, {"Child"});
+    row("the first of two products names the identifier", QVariantList{101}, {"Grown-up"});
+    row("an identifier without a product stays as it is", {1, -1}, {"1", "-1"});
+    row("order and repetitions stay", {102, "PT_ADULT", 102}, {"Child", "Adult", "Child"});
 }
 
 void TestCatalogueDesk::passengerTypesAreInWords()

@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include <GlassScale.h>
 
 #include <QFontMetricsF>
@@ -27,41 +29,31 @@ private slots:
 
 void TestGlassScale::pixelsOfAMillimetre_data()
 {
-    QTest::addColumn<Glass>("glass");
-    QTest::addColumn<QSize>("window");
-    QTest::addColumn<QSize>("screen");
-    QTest::addColumn<QSizeF>("millimetres");
-    QTest::addColumn<double>("expected");
+    const Table<Glass, QSize, QSize, QSizeF, double> row("glass", "window", "screen", "millimetres",
+                                                         "expected");
     const QSize small(800, 480);
     const QSize panel(1280, 800);
     const QSizeF tenInches(217, 136);
     const double small7 = 933.0 / 177.8;
     const double scale = 1509.4 / 256.1;
-    QTest::newRow("the size on the command line")
-        << Glass{{154, 86}, 1} << QSize(1024, 573) << panel << tenInches << 1173.4 / 176.4;
-    QTest::newRow("the screen's own size") << Glass() << panel << panel << tenInches << scale;
-    QTest::newRow("a window that does not fill the screen")
-        << Glass() << small << panel << tenInches << scale;
-    QTest::newRow("half as large again")
-        << Glass{{}, 1.5} << panel << panel << tenInches << 1.5 * scale;
-    QTest::newRow("a size on the command line, and smaller")
-        << Glass{{160, 96}, 0.5} << small << panel << tenInches << 2.5;
-    QTest::newRow("a screen of no size") << Glass() << small << panel << QSizeF() << small7;
-    QTest::newRow("a screen of no size, twice as large")
-        << Glass{{}, 2} << small << panel << QSizeF() << 2 * small7;
-    QTest::newRow("a screen without pixels") << Glass() << small << QSize() << tenInches << small7;
-    QTest::newRow("an aspect ratio as size")
-        << Glass() << small << panel << QSizeF(16, 10) << small7;
-    QTest::newRow("centimetres as size")
-        << Glass() << small << panel << QSizeF(21.7, 13.6) << small7;
-    QTest::newRow("ten times too large")
-        << Glass() << small << panel << QSizeF(2170, 1360) << small7;
-    QTest::newRow("a projector of two pixels for each centimetre")
-        << Glass() << small << QSize(320, 200) << QSizeF(1300, 812) << small7;
-    QTest::newRow("pixels that are not square")
-        << Glass() << small << panel << QSizeF(217, 163) << small7;
-    QTest::newRow("pixels that are too small to be true")
-        << Glass() << small << QSize(3840, 2400) << QSizeF(150, 94) << small7;
+    row("the size on the command line", Glass{{154, 86}, 1}, QSize(1024, 573), panel, tenInches,
+        1173.4 / 176.4);
+    row("the screen's own size", {}, panel, panel, tenInches, scale);
+    row("a window that does not fill the screen", {}, small, panel, tenInches, scale);
+    row("half as large again", Glass{{}, 1.5}, panel, panel, tenInches, 1.5 * scale);
+    row("a size on the command line, and smaller", Glass{{160, 96}, 0.5}, small, panel, tenInches,
+        2.5);
+    row("a screen of no size", {}, small, panel, {}, small7);
+    row("a screen of no size, twice as large", Glass{{}, 2}, small, panel, {}, 2 * small7);
+    row("a screen without pixels", {}, small, {}, tenInches, small7);
+    row("an aspect ratio as size", {}, small, panel, QSizeF(16, 10), small7);
+    row("centimetres as size", {}, small, panel, QSizeF(21.7, 13.6), small7);
+    row("ten times too large", {}, small, panel, QSizeF(2170, 1360), small7);
+    row("a projector of two pixels for each centimetre", {}, small, QSize(320, 200),
+        QSizeF(1300, 812), small7);
+    row("pixels that are not square", {}, small, panel, QSizeF(217, 163), small7);
+    row("pixels that are too small to be true", {}, small, QSize(3840, 2400), QSizeF(150, 94),
+        small7);
 }
 
 void TestGlassScale::pixelsOfAMillimetre()
@@ -77,14 +69,12 @@ void TestGlassScale::pixelsOfAMillimetre()
 
 void TestGlassScale::lengthsAreNotShorter_data()
 {
-    QTest::addColumn<double>("scale");
-    QTest::addColumn<double>("millimetres");
-    QTest::addColumn<int>("pixels");
-    QTest::newRow("a finger on 7 inches with 800x480 pixels") << 5.247 << 9.0 << 48;
-    QTest::newRow("a finger on 7 inches with 1280x800 pixels") << 8.489 << 9.0 << 77;
-    QTest::newRow("whole pixels stay") << 5.0 << 9.0 << 45;
-    QTest::newRow("a thin line is a pixel") << 2.0 << 0.1 << 1;
-    QTest::newRow("nothing is nothing") << 5.0 << 0.0 << 0;
+    const Table<double, double, int> row("scale", "millimetres", "pixels");
+    row("a finger on 7 inches with 800x480 pixels", 5.247, 9.0, 48);
+    row("a finger on 7 inches with 1280x800 pixels", 8.489, 9.0, 77);
+    row("whole pixels stay", 5.0, 9.0, 45);
+    row("a thin line is a pixel", 2.0, 0.1, 1);
+    row("nothing is nothing", 5.0, 0.0, 0);
 }
 
 void TestGlassScale::lengthsAreNotShorter()
@@ -97,9 +87,7 @@ void TestGlassScale::lengthsAreNotShorter()
 
 void TestGlassScale::capitalLettersAreHighEnough_data()
 {
-    QTest::addColumn<double>("scale");
-    QTest::addColumn<double>("arcMinutes");
-    QTest::addColumn<double>("millimetres");
+    addColumns<double, double, double>("scale", "arcMinutes", "millimetres");
     for (const double scale : {3.78, 5.247, 6.675, 8.489}) {
         QTest::addRow("main text with %g pixels", scale) << scale << 20.0 << 4.07;
         QTest::addRow("small text with %g pixels", scale) << scale << 12.0 << 2.44;

@@ -1,5 +1,6 @@
 #include "../ScreenUnderTest.h"
 #include "LogCapture.h"
+#include "Table.h"
 
 #include <FareProductsModel.h>
 #include <Feed.h>
@@ -235,14 +236,13 @@ private slots:
 
     void cashIsHeldAgainstTheLimitOfTheLatestReport_data()
     {
-        QTest::addColumn<double>("limit");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("no limit") << 0.0 << "There is no limit.";
-        QTest::newRow("below the limit") << 20.01 << "Limit €20.01";
+        const Table<double, QString> row("limit", "text");
+        row("no limit", 0.0, "There is no limit.");
+        row("below the limit", 20.01, "Limit €20.01");
         const char* const reached = "The limit of €%1 is reached: close the shift and hand the cash"
                                     " over.";
-        QTest::newRow("at the limit") << 20.0 << QString(reached).arg("20.00");
-        QTest::newRow("over it") << 5.0 << QString(reached).arg("5.00");
+        row("at the limit", 20.0, QString(reached).arg("20.00"));
+        row("over it", 5.0, QString(reached).arg("5.00"));
     }
 
     void cashIsHeldAgainstTheLimitOfTheLatestReport()
@@ -316,16 +316,16 @@ private slots:
 
     void switchesFollowAndSetTheTerminal_data()
     {
-        QTest::addColumn<Get>("get");
-        QTest::addColumn<Set>("set");
-        QTest::newRow("nightSwitch") << Get([](Terminal& t) { return t.night(); })
-                                     << Set([](Terminal& t, bool on) { t.setNight(on); });
-        QTest::newRow("logSwitch")
-            << Get([](Terminal& t) { return t.grid()->logFareProducts(); })
-            << Set([](Terminal& t, bool on) { t.grid()->setLogFareProducts(on); });
-        QTest::newRow("extraLogSwitch")
-            << Get([](Terminal& t) { return t.grid()->logExtraFareProducts(); })
-            << Set([](Terminal& t, bool on) { t.grid()->setLogExtraFareProducts(on); });
+        const Table<Get, Set> row("get", "set");
+        row(
+            "nightSwitch", [](Terminal& t) { return t.night(); },
+            [](Terminal& t, bool on) { t.setNight(on); });
+        row(
+            "logSwitch", [](Terminal& t) { return t.grid()->logFareProducts(); },
+            [](Terminal& t, bool on) { t.grid()->setLogFareProducts(on); });
+        row(
+            "extraLogSwitch", [](Terminal& t) { return t.grid()->logExtraFareProducts(); },
+            [](Terminal& t, bool on) { t.grid()->setLogExtraFareProducts(on); });
     }
 
     void switchesFollowAndSetTheTerminal()

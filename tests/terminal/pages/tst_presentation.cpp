@@ -1,3 +1,7 @@
+#include "Table.h"
+
+#include "../Contrast.h"
+
 #include <DirectionControls.h>
 #include <Presentation.h>
 
@@ -6,32 +10,9 @@
 
 #include <QtTest>
 
-#include <algorithm>
-#include <cmath>
-
 using rivo::sales::Currency;
 using rivo::terminal::Presentation;
 using rivo::terminal::withoutDirectionControls;
-
-namespace
-{
-
-double luminance(const QColor& color)
-{
-    const auto linear = [](double c) {
-        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b)
-{
-    const auto [dark, light] = std::minmax(luminance(a), luminance(b));
-    return (light + 0.05) / (dark + 0.05);
-}
-
-} // namespace
 
 /// What can be read on any tile, whatever colours and names a feed has.
 class TestPresentation : public QObject
@@ -53,9 +34,9 @@ private:
 
 void TestPresentation::everyTileCanBeRead_data()
 {
-    QTest::addColumn<QColor>("accent");
-    QTest::newRow("by day") << QColor("#0b5a94");
-    QTest::newRow("at night") << QColor("#5aa9e6");
+    const Table<QColor> row("accent");
+    row("by day", QColor("#0b5a94"));
+    row("at night", QColor("#5aa9e6"));
 }
 
 void TestPresentation::everyTileCanBeRead()
@@ -87,17 +68,12 @@ void TestPresentation::framesKeepTheirColourWhereItCanBeSeen()
 
 void TestPresentation::namesKeepTheirDirection_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("clean");
-    QTest::newRow("a usual name") << "Single 2 → 3"
-                                  << "Single 2 → 3";
-    QTest::newRow("an empty name") << ""
-                                   << "";
-    QTest::newRow("letters from right to left stay")
-        << QString::fromUtf8("שלום مرحبا") << QString::fromUtf8("שלום مرحبا");
-    QTest::newRow("a family of emoji stays whole")
-        << QString::fromUtf8("\U0001F468\u200D\U0001F469")
-        << QString::fromUtf8("\U0001F468\u200D\U0001F469");
+    const Table<QString, QString> row("text", "clean");
+    row("a usual name", "Single 2 → 3", "Single 2 → 3");
+    row("an empty name", "", "");
+    row("letters from right to left stay", "שלום مرحبا", "שלום مرحبا");
+    row("a family of emoji stays whole", "\U0001F468\u200D\U0001F469",
+        "\U0001F468\u200D\U0001F469");
     for (const int control : {0x061c, 0x200e, 0x200f, 0x202a, 0x202b, 0x202c, 0x202d, 0x202e,
                               0x2066, 0x2067, 0x2068, 0x2069})
         QTest::addRow("a name with U+%04X", control)

@@ -1,4 +1,5 @@
 #include "ShortNames.h"
+#include "Table.h"
 #include "TextFit.h"
 #include "TileDesk.h"
 #include "WordSearch.h"
@@ -125,28 +126,20 @@ private slots:
 
 void TileDeskTest::tilesThatLookAlikeGetMarks_data()
 {
-    QTest::addColumn<Details>("details");
-    QTest::addColumn<QVector<int>>("ids");
-    QTest::addColumn<QStringList>("shown");
-    QTest::newRow("different media")
-        << Details{{1, {"paper", "route 1"}}, {2, {"card", "route 2"}}} << QVector<int>{1, 2}
-        << QStringList{"Adult Single 1>2 [paper]", "Adult Single 1>2 [card]"};
-    QTest::newRow("equal media are left out")
-        << Details{{1, {"paper", "route 1"}}, {2, {"paper", "route 2"}}} << QVector<int>{1, 2}
-        << QStringList{"Adult Single 1>2 [route 1]", "Adult Single 1>2 [route 2]"};
-    QTest::newRow("two details, if one is not enough")
-        << Details{{1, {"paper", "route 1"}}, {2, {"paper", "route 2"}}, {3, {"card", "route 2"}}}
-        << QVector<int>{1, 2, 3}
-        << QStringList{"Adult Single 1>2 [paper · route 1]", "Adult Single 1>2 [paper · route 2]",
-                       "Adult Single 1>2 [card · route 2]"};
-    QTest::newRow("they do not differ in any detail")
-        << Details{{1, {"paper"}}} << QVector<int>{1, 1}
-        << QStringList{"Adult Single 1>2 [(1)]", "Adult Single 1>2 [(2)]"};
-    QTest::newRow("nothing is known")
-        << Details() << QVector<int>{1, 1}
-        << QStringList{"Adult Single 1>2 [(1)]", "Adult Single 1>2 [(2)]"};
-    QTest::newRow("one tile needs none")
-        << Details{{1, {"paper"}}} << QVector<int>{1} << QStringList{"Adult Single 1>2"};
+    const Table<Details, QVector<int>, QStringList> row("details", "ids", "shown");
+    row("different media", Details{{1, {"paper", "route 1"}}, {2, {"card", "route 2"}}}, {1, 2},
+        {"Adult Single 1>2 [paper]", "Adult Single 1>2 [card]"});
+    row("equal media are left out", Details{{1, {"paper", "route 1"}}, {2, {"paper", "route 2"}}},
+        {1, 2}, {"Adult Single 1>2 [route 1]", "Adult Single 1>2 [route 2]"});
+    row("two details, if one is not enough",
+        Details{{1, {"paper", "route 1"}}, {2, {"paper", "route 2"}}, {3, {"card", "route 2"}}},
+        {1, 2, 3},
+        {"Adult Single 1>2 [paper · route 1]", "Adult Single 1>2 [paper · route 2]",
+         "Adult Single 1>2 [card · route 2]"});
+    row("they do not differ in any detail", Details{{1, {"paper"}}}, {1, 1},
+        {"Adult Single 1>2 [(1)]", "Adult Single 1>2 [(2)]"});
+    row("nothing is known", {}, {1, 1}, {"Adult Single 1>2 [(1)]", "Adult Single 1>2 [(2)]"});
+    row("one tile needs none", Details{{1, {"paper"}}}, {1}, {"Adult Single 1>2"});
 }
 
 void TileDeskTest::tilesThatLookAlikeGetMarks()
@@ -274,16 +267,14 @@ void TileDeskTest::placeholdersKeepTheColumnsOfTheGrid()
 
 void TileDeskTest::searches_data()
 {
-    QTest::addColumn<QString>("search");
-    QTest::addColumn<QStringList>("shown");
-    QTest::addColumn<QString>("letters");
+    const Table<QString, QStringList, QString> row("search", "shown", "letters");
     const QStringList all{"Adult Żabno 1>2", "Child Zebra 1>2", "Child Day 1>3"};
-    QTest::newRow("nothing entered") << "" << all << "123ACDZ";
-    QTest::newRow("a letter without its accent") << "Z" << QStringList(all.mid(0, 2)) << "AE";
-    QTest::newRow("lower case") << "ze" << QStringList(all.mid(1, 1)) << "B";
-    QTest::newRow("a passenger") << "CHILD" << QStringList(all.mid(1)) << "";
-    QTest::newRow("a zone") << "3" << QStringList(all.mid(2)) << "";
-    QTest::newRow("not inside of a word") << "BRA" << QStringList() << "";
+    row("nothing entered", "", all, "123ACDZ");
+    row("a letter without its accent", "Z", QStringList(all.mid(0, 2)), "AE");
+    row("lower case", "ze", QStringList(all.mid(1, 1)), "B");
+    row("a passenger", "CHILD", QStringList(all.mid(1)), "");
+    row("a zone", "3", QStringList(all.mid(2)), "");
+    row("not inside of a word", "BRA", {}, "");
 }
 
 void TileDeskTest::searches()
@@ -356,23 +347,19 @@ void TileDeskTest::theTesterFindsNoFault()
 
 void TileDeskTest::shortNames_data()
 {
-    QTest::addColumn<QStringList>("names");
-    QTest::addColumn<int>("letters");
-    QTest::addColumn<QStringList>("shortened");
-    QTest::newRow("short enough") << QStringList{"Single A"} << 8 << QStringList{"Single A"};
-    QTest::newRow("different at the begin")
-        << QStringList{"Adult single", "Child single"} << 6 << QStringList{"Adult…", "Child…"};
-    QTest::newRow("different at the end") << QStringList{"Single to Northend", "Single to Southend"}
-                                          << 10 << QStringList{"Sin…rthend", "Sin…uthend"};
-    QTest::newRow("different in the middle")
-        << QStringList{"Single via zone A with change", "Single via zone B with change"} << 14
-        << QStringList{"Sing…e A with…", "Sing…e B with…"};
-    QTest::newRow("one continues the other")
-        << QStringList{"Single to town", "Single to town and back"} << 10
-        << QStringList{"Sin…o town", "Sin…d back"};
-    QTest::newRow("alone") << QStringList{"Single to town"} << 7 << QStringList{"Single…"};
-    QTest::newRow("no letter is torn from its accent")
-        << QStringList{QString::fromUtf8("abcde\u0301fgh")} << 6 << QStringList{"abcd…"};
+    const Table<QStringList, int, QStringList> row("names", "letters", "shortened");
+    row("short enough", {"Single A"}, 8, {"Single A"});
+    row("different at the begin", {"Adult single", "Child single"}, 6, {"Adult…", "Child…"});
+    row("different at the end", {"Single to Northend", "Single to Southend"}, 10,
+        {"Sin…rthend", "Sin…uthend"});
+    row("different in the middle",
+        {"Single via zone A with change", "Single via zone B with change"}, 14,
+        {"Sing…e A with…", "Sing…e B with…"});
+    row("one continues the other", {"Single to town", "Single to town and back"}, 10,
+        {"Sin…o town", "Sin…d back"});
+    row("alone", {"Single to town"}, 7, {"Single…"});
+    row("no letter is torn from its accent", QStringList{QString::fromUtf8("abcde\u0301fgh")}, 6,
+        {"abcd…"});
 }
 
 void TileDeskTest::shortNames()

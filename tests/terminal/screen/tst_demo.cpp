@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include "../ScreenUnderTest.h"
 
 #include <AssetItem.h>
@@ -35,14 +37,13 @@ private slots:
 private:
     static void feeds()
     {
-        QTest::addColumn<QString>("feed");
+        const Table<QString> row("feed");
         for (const char* feed : {"coast-line", "hill-valley"})
-            QTest::newRow(feed) << feed;
+            row(feed, feed);
     }
     static void feedsAndModes()
     {
-        QTest::addColumn<QString>("feed");
-        QTest::addColumn<bool>("isDemo");
+        addColumns<QString, bool>("feed", "isDemo");
         for (const char* feed : {"coast-line", "hill-valley"}) {
             QTest::addRow("%s as a demo", feed) << feed << true;
             QTest::addRow("%s", feed) << feed << false;

@@ -1,4 +1,5 @@
 #include "PageTest.h"
+#include "Table.h"
 
 /// The cash of a shift by taps: the float, the figures so far, and what is counted at the end.
 class TestHandOver : public PageTest
@@ -19,12 +20,10 @@ private:
 
 void TestHandOver::theCountedAmountIsHandedOver_data()
 {
-    QTest::addColumn<QString>("counted");
-    QTest::addColumn<double>("difference");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("too little") << "100" << -40.0 << QString::fromUtf8("−€0.40");
-    QTest::newRow("exactly") << "140" << 0.0 << "€0.00";
-    QTest::newRow("too much") << "1000" << 860.0 << "+€8.60";
+    const Table<QString, double, QString> row("counted", "difference", "shown");
+    row("too little", "100", -40.0, "−€0.40");
+    row("exactly", "140", 0.0, "€0.00");
+    row("too much", "1000", 860.0, "+€8.60");
 }
 
 void TestHandOver::theCountedAmountIsHandedOver()

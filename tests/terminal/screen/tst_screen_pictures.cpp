@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include "../ScreenUnderTest.h"
 
 #include <QDir>
@@ -32,10 +34,7 @@ private:
 
 void TestScreenPictures::pageIsDrawn_data()
 {
-    QTest::addColumn<QString>("feed");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<bool>("night");
+    addColumns<QString, QSize, QString, bool>("feed", "size", "language", "night");
     const auto add = [](const QString& feed, const QSize& size, const QString& language) {
         for (const bool night : {false, true}) {
             const QString name = QString("%1-%2x%3-%4%5")

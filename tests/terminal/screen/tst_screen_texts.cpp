@@ -1,3 +1,8 @@
+#include "HostileFeed.h"
+#include "ShownItems.h"
+#include "Table.h"
+
+#include "../Contrast.h"
 #include "../ScreenUnderTest.h"
 
 #include <PassengerTypeItem.h>
@@ -6,8 +11,6 @@
 #include <QUrl>
 #include <QtTest>
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
 using rivo::feed::Feed;
@@ -16,182 +19,6 @@ namespace
 {
 
 const QStringList g_pages{"sell", "products", "zreport", "fleet", "devices", "settings"};
-
-/// Texts as no back office should write them.
-const QStringList g_hostile{
-    "<b>bold</b><img src=\"http://example.invalid/a.png\"><img src='file:///etc/passwd'>",
-    "&lt;&amp;&#x41; <a href=\"http://example.invalid\">link</a>",
-    QString("Donaudampfschifffahrtsgesellschaft").repeated(6),
-    QString::fromUtf8("\u202e\u05e9\u05dc\u05d5\u05dd \u0645\u0631\u062d\u0628\u0627\u202c abc"),
-    QString::fromUtf8(
-        "\U0001F68C\U0001F39F \U0001F468\u200D\U0001F469\u200D\U0001F467 e\u0301\u0323"),
-    QString("a\tb\nc\r\x01\x1b[31m\x7f d"),
-};
-
-const QStringList g_icons{
-    "http://example.invalid/a.png", "file:///etc/passwd",      "data:image/png;base64,iVBORw0KGgo=",
-    "qrc:/icons/missing.svg",       "qrc:/../icons/adult.svg", "javascript:alert(1)",
-    "../icons/adult.svg",           "QRC:/icons/bus.svg"};
-
-const QStringList g_colors{"",        "no colour",    "#12",     "#80ff0000", "transparent",
-                           "#ffffff", "#000000",      "#777777", "#808080",   "#ff0000",
-                           "#00ff00", "rgb(1, 2, 3)", "#0000ff", "yellow"};
-
-QString text(int n) { return g_hostile.at(n % g_hostile.size()); }
-QString iconUrl(int n) { return g_icons.at(n % g_icons.size()); }
-
-Feed hostileFeed()
-{
-    Feed feed = exampleFeed("coast-line");
-    int n = 0;
-    feed.name = text(n++);
-    for (int i = 0; i < g_colors.size(); ++i) {
-        auto product = feed.products.first();
-        product.fareProductColor = g_colors.at(i);
-        product.pos = -1;
-        feed.products.append(product);
-    }
-    for (auto& product : feed.products) {
-        product.description = text(n);
-        product.fareProductName = text(n + 1);
-        product.icon = iconUrl(n);
-        if (product.fareProductColor.isEmpty())
-            product.fareProductColor = g_colors.at(n % g_colors.size());
-        ++n;
-    }
-    for (auto& product : feed.fareProducts) {
-        product.description = text(n);
-        product.icon = iconUrl(n);
-        for (QVariantList* list : {&product.passengerTypes, &product.ticketMaterial,
-                                   &product.paymentMethod, &product.paymentChannel})
-            *list = QVariantList{text(n), text(n + 1), 7};
-        ++n;
-    }
-    for (auto& vehicle : feed.vehicles) {
-        vehicle.registrationNumber = text(n);
-        vehicle.internalNumber = text(n + 1);
-        vehicle.drivingStatus = text(n + 2);
-        vehicle.routeStatus = text(n + 3);
-        vehicle.routeName = text(n + 4);
-        ++n;
-    }
-    for (auto& device : feed.peripherals) {
-        device.name = text(n) + " printer";
-        device.stateStr = text(n + 1);
-        device.icon = iconUrl(n);
-        ++n;
-    }
-    for (auto& report : feed.zReports) {
-        report.fromTicketNumber = text(n);
-        report.toTicketNumber = text(n + 2);
-        report.isClosed = true;
-        ++n;
-    }
-    for (auto& zone : feed.network.zones)
-        zone.name = text(n++);
-    for (auto& route : feed.network.routes) {
-        route.shortName = text(n++);
-        route.longName = text(n++);
-        route.color = g_colors.at(n % g_colors.size());
-    }
-    for (auto& trip : feed.network.trips)
-        trip.headsign = text(n++);
-    for (auto& stop : feed.network.stops)
-        stop.name = text(n++);
-    return feed;
-}
-
-bool isText(const QQuickItem* item) { return item->inherits("QQuickText"); }
-
-/// Whether the item, or one that it is part of, is so.
-template <typename Is>
-bool isWithin(const QQuickItem* item, Is is)
-{
-    for (; item != nullptr; item = item->parentItem()) {
-        if (is(item))
-            return true;
-    }
-    return false;
-}
-
-bool isWithin(const QQuickItem* item, const char* type)
-{
-    return isWithin(item, [type](const QQuickItem* each) { return each->inherits(type); });
-}
-
-bool isOnMap(const QQuickItem* item) { return isWithin(item, "QDeclarativeGeoMap"); }
-
-QString shownText(const QQuickItem* item) { return item->property("text").toString(); }
-QColor colorOf(const QQuickItem* item) { return item->property("color").value<QColor>(); }
-
-QRectF placeOf(const QQuickItem* item)
-{
-    return item->mapRectToScene({0, 0, item->width(), item->height()});
-}
-
-QString where(const QQuickItem* item)
-{
-    QString path;
-    for (; item != nullptr; item = item->parentItem()) {
-        const QString type = QString(item->metaObject()->className()).section("_QML", 0, 0);
-        path.prepend("/" + type + (item->objectName().isEmpty() ? "" : ":" + item->objectName()));
-    }
-    return path.section('/', -6);
-}
-
-double luminance(const QColor& color)
-{
-    const auto linear = [](double c) {
-        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b)
-{
-    const double light = std::max(luminance(a), luminance(b));
-    const double dark = std::min(luminance(a), luminance(b));
-    return (light + 0.05) / (dark + 0.05);
-}
-
-/// The part of the item that its clipping parents leave to be seen.
-QRectF visiblePart(const QQuickItem* item)
-{
-    QRectF part = placeOf(item);
-    for (const QQuickItem* p = item->parentItem(); p != nullptr; p = p->parentItem()) {
-        if (p->clip() || p->parentItem() == nullptr)
-            part &= placeOf(p);
-    }
-    return part;
-}
-
-/// The colour of the nearest rectangle behind the item that is not to be seen through; invalid if
-/// there is none.
-QColor backing(const QQuickItem* item)
-{
-    for (const QQuickItem* p = item->parentItem(); p != nullptr; p = p->parentItem()) {
-        if (!p->inherits("QQuickRectangle"))
-            continue;
-        const QColor color = colorOf(p);
-        const QRectF place = item->mapRectToItem(p, {0, 0, item->width(), item->height()});
-        const QRectF room(-1, -1, p->width() + 2, p->height() + 2);
-        return color.alpha() == 255 && room.contains(place) ? color : QColor();
-    }
-    return {};
-}
-
-/// The colour that most pixels of a part have: what a text stands on.
-QColor mostOf(const QImage& image, const QRect& part)
-{
-    QHash<QRgb, int> counts;
-    for (int y = part.top(); y <= part.bottom(); ++y) {
-        for (int x = part.left(); x <= part.right(); ++x)
-            ++counts[image.pixel(x, y)];
-    }
-    const auto isLess = [](int a, int b) { return a < b; };
-    return std::max_element(counts.cbegin(), counts.cend(), isLess).key();
-}
 
 void isReadable(const QQuickItem* text, const QColor& ground)
 {
@@ -220,10 +47,7 @@ private slots:
 
     void hostileTextsStayTexts_data()
     {
-        QTest::addColumn<QString>("page");
-        QTest::addColumn<bool>("night");
-        QTest::addColumn<QString>("popup");
-        QTest::addColumn<QSize>("size");
+        addColumns<QString, bool, QString, QSize>("page", "night", "popup", "size");
         for (const bool night : {false, true}) {
             const auto add = [night](const QString& page, const QString& popup = {},
                                      const QSize& size = {800, 480}) {
@@ -260,11 +84,10 @@ private slots:
 
     void textsOnTheMapCanBeRead_data()
     {
-        QTest::addColumn<QString>("feed");
-        QTest::addColumn<bool>("night");
+        const Table<QString, bool> row("feed", "night");
         for (const QString feed : {"coast-line", "hill-valley", "hostile"}) {
-            QTest::newRow(qPrintable(feed + " by day")) << feed << false;
-            QTest::newRow(qPrintable(feed + " at night")) << feed << true;
+            row(qPrintable(feed + " by day"), feed, false);
+            row(qPrintable(feed + " at night"), feed, true);
         }
     }
 
@@ -290,8 +113,7 @@ private slots:
 
     void tilesNameTheirZone_data()
     {
-        QTest::addColumn<QString>("feed");
-        QTest::addColumn<QSize>("size");
+        addColumns<QString, QSize>("feed", "size");
         for (const char* feed : {"coast-line", "hill-valley"}) {
             for (const QSize size : {QSize(800, 480), QSize(1024, 600), QSize(1280, 800)})
                 QTest::addRow("%s at %dx%d", feed, size.width(), size.height()) << feed << size;
@@ -326,15 +148,12 @@ private slots:
 
     void picturesComeFromTheProgram_data()
     {
-        QTest::addColumn<QString>("page");
-        QTest::addColumn<bool>("night");
-        QTest::addColumn<QString>("popup");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<bool>("allowFileIcons");
+        const Table<QString, bool, QString, QSize, bool> row("page", "night", "popup", "size",
+                                                             "allowFileIcons");
         for (const bool allowed : {false, true}) {
             for (const QString& page : g_pages)
-                QTest::newRow(qPrintable(page + (allowed ? ", files allowed" : "")))
-                    << page << false << "" << QSize(1024, 600) << allowed;
+                row(qPrintable(page + (allowed ? ", files allowed" : "")), page, false, "",
+                    QSize(1024, 600), allowed);
         }
     }
 

@@ -1,3 +1,6 @@
+#include "ShownItems.h"
+#include "Table.h"
+
 #include "../ScreenUnderTest.h"
 
 #include <QDir>
@@ -26,10 +29,7 @@ const QStringList g_mainTexts{
     "padCounted",  "padFloat",      "detailPaid",  "pastSalePaid", "refundQuestion", "toastText",
     "signInTitle", "signInRefusal", "detailTitle", "totalText",    "priceText"};
 
-bool isText(const QQuickItem* item) { return item->inherits("QQuickText"); }
 bool isTarget(const QQuickItem* item) { return item->inherits("QQuickAbstractButton"); }
-
-QString shownText(const QQuickItem* item) { return item->property("text").toString(); }
 
 QString nameOf(const QQuickItem* item)
 {
@@ -37,11 +37,6 @@ QString nameOf(const QQuickItem* item)
     const QString name = item->objectName();
     return isText(item) ? QString("%1 \"%2\"").arg(name.isEmpty() ? type : name, shownText(item))
                         : QString("%1 %2").arg(type, name);
-}
-
-QRectF placeOf(const QQuickItem* item)
-{
-    return item->mapRectToScene({0, 0, item->width(), item->height()});
 }
 
 /// What is drawn of a text, without the room that its item has beside it.
@@ -65,16 +60,6 @@ QQuickItem* ancestor(const QQuickItem* item, const char* type)
     return nullptr;
 }
 
-QRectF seenPart(const QQuickItem* item)
-{
-    QRectF part = placeOf(item);
-    for (const QQuickItem* p = item->parentItem(); p != nullptr; p = p->parentItem()) {
-        if (p->clip() || p->parentItem() == nullptr)
-            part &= placeOf(p);
-    }
-    return part;
-}
-
 /// All that is wrong with the sizes of what a window shows.
 class Findings
 {
@@ -95,7 +80,7 @@ public:
             if (isTarget(item) && item->isEnabled())
                 judgeTarget(state, item);
             if (isText(item) && !shownText(item).trimmed().isEmpty() &&
-                ancestor(item, "QDeclarativeGeoMap") == nullptr && !seenPart(item).isEmpty()) {
+                ancestor(item, "QDeclarativeGeoMap") == nullptr && !visiblePart(item).isEmpty()) {
                 judgeText(state, item);
                 texts.append(item);
             }
@@ -225,8 +210,8 @@ private:
             for (int j = i + 1; j < texts.size(); ++j) {
                 if (texts[i]->objectName() == "toastText" || texts[j]->objectName() == "toastText")
                     continue;
-                const QRectF common = drawnPlace(texts[i]) & seenPart(texts[i]) &
-                                      drawnPlace(texts[j]) & seenPart(texts[j]);
+                const QRectF common = drawnPlace(texts[i]) & visiblePart(texts[i]) &
+                                      drawnPlace(texts[j]) & visiblePart(texts[j]);
                 // Lines of text have room above and below their letters.
                 const double room =
                     std::min(drawnPlace(texts[i]).height(), drawnPlace(texts[j]).height()) * 0.25;
@@ -284,9 +269,7 @@ private:
 
 void TestSizes::panels()
 {
-    QTest::addColumn<QSize>("pixels");
-    QTest::addColumn<double>("inches");
-    QTest::addColumn<QString>("language");
+    addColumns<QSize, double, QString>("pixels", "inches", "language");
     for (const char* language : {"en", "de"}) {
         for (const auto& [pixels, inches] : {std::pair(QSize(800, 480), 7.0),
                                              {{1024, 600}, 7.0},

@@ -1,5 +1,6 @@
 #include "../ScreenUnderTest.h"
 #include "Pointer.h"
+#include "Table.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -55,11 +56,8 @@ private:
 
 void TestTaps::everyPressCounts_data()
 {
-    QTest::addColumn<bool>("isTouch");
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<Prepare>("prepare");
-    QTest::addColumn<Count>("count");
+    addColumns<bool, QString, QString, Prepare, Count>("isTouch", "page", "control", "prepare",
+                                                       "count");
 
     const auto control = [](const char* what, const char* page, const char* name,
                             const Prepare& prepare, const Count& count) {
@@ -99,9 +97,8 @@ void TestTaps::everyPressCounts()
 
 void TestTaps::everyKindOfControlHearsThem_data()
 {
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<QString>("part"); // of the control
-
+    // part: of the control
+    const Table<QString, QString> row("page", "part");
     for (const auto& [page, part] : {std::pair("sell", "nightButton"),
                                      {"sell", "nav-sell"},
                                      {"sell", "tab-1"},
@@ -113,7 +110,7 @@ void TestTaps::everyKindOfControlHearsThem_data()
                                      {"fleet", "statusText"},
                                      {"fleet", "zoomIn"},
                                      {"fleet", "vehicleTag"}})
-        QTest::newRow(part) << page << part;
+        row(part, page, part);
 }
 
 void TestTaps::everyKindOfControlHearsThem()

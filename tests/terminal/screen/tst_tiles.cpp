@@ -1,5 +1,6 @@
 #include "../ScreenUnderTest.h"
 #include "Pointer.h"
+#include "Table.h"
 
 #include <Benchmark.h>
 #include <PassengerTypeItem.h>
@@ -140,8 +141,7 @@ private:
 
 void TestTiles::noTwoLookAlike_data()
 {
-    QTest::addColumn<QString>("feed");
-    QTest::addColumn<QSize>("size");
+    addColumns<QString, QSize>("feed", "size");
     for (const char* feed : {"coast-line", "hill-valley", "lakeside", "long names"}) {
         for (const QSize& size : g_sizes)
             QTest::addRow("%s at %dx%d", feed, size.width(), size.height()) << feed << size;
@@ -224,9 +224,9 @@ void TestTiles::theMostSoldIsAtMostTwoTapsAway()
 
 void TestTiles::aSearchFindsATileByLetters_data()
 {
-    QTest::addColumn<bool>("isTouch");
-    QTest::newRow("mouse") << false;
-    QTest::newRow("touch") << true;
+    const Table<bool> row("isTouch");
+    row("mouse", false);
+    row("touch", true);
 }
 
 void TestTiles::aSearchFindsATileByLetters()
