@@ -1,5 +1,6 @@
 #include "Play.h"
 #include "SignalLog.h"
+#include "Table.h"
 
 #include <DriverDesk.h>
 
@@ -84,17 +85,14 @@ private slots:
 
     void wrongSignInsChangeNothing_data()
     {
-        QTest::addColumn<QString>("number");
-        QTest::addColumn<QString>("given");
-        QTest::newRow("wrong PIN") << "42"
-                                   << "1234";
-        QTest::newRow("no PIN") << "42"
-                                << "";
-        QTest::newRow("unknown number") << "43" << pin;
-        QTest::newRow("no number") << "" << pin;
-        QTest::newRow("number 0") << "0" << pin;
-        QTest::newRow("text") << "A. Nowak" << pin;
-        QTest::newRow("a PIN that is too long") << "42" << QString(65, '1');
+        const Table<QString, QString> row("number", "given");
+        row("wrong PIN", "42", "1234");
+        row("no PIN", "42", "");
+        row("unknown number", "43", pin);
+        row("no number", "", pin);
+        row("number 0", "0", pin);
+        row("text", "A. Nowak", pin);
+        row("a PIN that is too long", "42", QString(65, '1'));
     }
 
     void wrongSignInsChangeNothing()

@@ -1,3 +1,5 @@
+#include "Table.h"
+
 #include <DriversFile.h>
 
 #include <QElapsedTimer>
@@ -60,16 +62,13 @@ private slots:
 
     void limitsAreAccepted_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        QTest::newRow("most iterations") << "iterations"
-                                         << "10000000";
-        QTest::newRow("shortest salt") << "salt" << '"' + QString(16, '1') + '"';
-        QTest::newRow("longest salt") << "salt" << '"' + QString(128, '1') + '"';
-        QTest::newRow("large digits") << "hash" << '"' + QString(64, 'F') + '"';
-        QTest::newRow("longest name") << "name" << '"' + QString(100, 'x') + '"';
-        QTest::newRow("letters of all kinds") << "name"
-                                              << "\"Łukasz Ö\"";
+        const Table<QString, QString> row("key", "value");
+        row("most iterations", "iterations", "10000000");
+        row("shortest salt", "salt", '"' + QString(16, '1') + '"');
+        row("longest salt", "salt", '"' + QString(128, '1') + '"');
+        row("large digits", "hash", '"' + QString(64, 'F') + '"');
+        row("longest name", "name", '"' + QString(100, 'x') + '"');
+        row("letters of all kinds", "name", "\"Łukasz Ö\"");
     }
 
     void limitsAreAccepted()
@@ -82,11 +81,7 @@ private slots:
 
     void wrongFiles_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("problem");
-        const auto add = [](const char* what, const QByteArray& content, const QString& problem) {
-            QTest::newRow(what) << content << problem;
-        };
+        const Table<QByteArray, QString> add("content", "problem");
         add("empty", "", "at byte 0: illegal value");
         add("no JSON", "{\"drivers\": [}", "at byte 14: object is missing after a comma");
         for (const char* other : {"[]", "{}", "{\"drivers\": {}}", "{\"drivers\": [], \"a\": 1}"})
@@ -149,17 +144,16 @@ private slots:
     /// Values of PBKDF2 with HMAC-SHA-256 that are public.
     void pinIsCheckedByItsHash_data()
     {
-        QTest::addColumn<int>("iterations");
-        QTest::addColumn<QByteArray>("digest");
-        QTest::newRow("1") << 1
-                           << QByteArray("120fb6cffcf8b32c43e7225256c4f837"
-                                         "a86548c92ccc35480805987cb70be17b");
-        QTest::newRow("2") << 2
-                           << QByteArray("ae4d0c95af6b46d32d0adff928f06dd0"
-                                         "2a303f8ef3c251dfd6e2d85a95474c43");
-        QTest::newRow("4096") << 4096
-                              << QByteArray("c5e478d59288c841aa530db6845c4c8d"
-                                            "962893a001ce4e11a4963873aa98134a");
+        const Table<int, QByteArray> row("iterations", "digest");
+        row("1", 1,
+            "120fb6cffcf8b32c43e7225256c4f837"
+            "a86548c92ccc35480805987cb70be17b");
+        row("2", 2,
+            "ae4d0c95af6b46d32d0adff928f06dd0"
+            "2a303f8ef3c251dfd6e2d85a95474c43");
+        row("4096", 4096,
+            "c5e478d59288c841aa530db6845c4c8d"
+            "962893a001ce4e11a4963873aa98134a");
     }
 
     void pinIsCheckedByItsHash()

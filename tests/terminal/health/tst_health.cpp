@@ -1,4 +1,5 @@
 #include "HealthWatch.h"
+#include "Table.h"
 
 #include <QStorageInfo>
 #include <QtTest>
@@ -67,26 +68,19 @@ private slots:
 
 void HealthTest::networks_data()
 {
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<bool>("hasNetwork");
-    QTest::addColumn<QString>("state");
-    QTest::newRow("none") << QStringList() << false << "warning: not connected";
-    QTest::newRow("the loopback interface does not count")
-        << QStringList{"net/lo/operstate unknown", "net/lo/carrier 1"} << false
-        << "warning: not connected";
-    QTest::newRow("one is up, one is down")
-        << QStringList{"net/eth0/operstate down", "net/wlan0/operstate up"} << true
-        << "ready: connected: wlan0";
-    QTest::newRow("two are up") << QStringList{"net/wwan0/operstate up", "net/eth0/operstate up"}
-                                << true << "ready: connected: eth0, wwan0";
-    QTest::newRow("a modem with a carrier")
-        << QStringList{"net/ppp0/operstate unknown", "net/ppp0/carrier 1"} << true
-        << "ready: connected: ppp0";
-    QTest::newRow("a modem without a carrier")
-        << QStringList{"net/ppp0/operstate unknown", "net/ppp0/carrier 0"} << true
-        << "warning: not connected";
-    QTest::newRow("one that says nothing")
-        << QStringList{"net/eth0/mtu 1500"} << true << "warning: not connected";
+    const Table<QStringList, bool, QString> row("files", "hasNetwork", "state");
+    row("none", {}, false, "warning: not connected");
+    row("the loopback interface does not count", {"net/lo/operstate unknown", "net/lo/carrier 1"},
+        false, "warning: not connected");
+    row("one is up, one is down", {"net/eth0/operstate down", "net/wlan0/operstate up"}, true,
+        "ready: connected: wlan0");
+    row("two are up", {"net/wwan0/operstate up", "net/eth0/operstate up"}, true,
+        "ready: connected: eth0, wwan0");
+    row("a modem with a carrier", {"net/ppp0/operstate unknown", "net/ppp0/carrier 1"}, true,
+        "ready: connected: ppp0");
+    row("a modem without a carrier", {"net/ppp0/operstate unknown", "net/ppp0/carrier 0"}, true,
+        "warning: not connected");
+    row("one that says nothing", {"net/eth0/mtu 1500"}, true, "warning: not connected");
 }
 
 void HealthTest::networks()
@@ -100,22 +94,21 @@ void HealthTest::networks()
 
 void HealthTest::temperatures_data()
 {
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<QString>("degrees");
+    const Table<QStringList, QString> row("files", "degrees");
     const auto zone = [](const char* name, const char* value) {
         return QString("thermal/%1/temp %2").arg(name, value);
     };
-    QTest::newRow("none") << QStringList() << "-";
-    QTest::newRow("a fan has none") << QStringList{"thermal/cooling_device0/cur_state 1"} << "-";
-    QTest::newRow("one") << QStringList{zone("thermal_zone0", "43250")} << "43";
-    QTest::newRow("the highest counts")
-        << QStringList{zone("thermal_zone0", "43250"), zone("thermal_zone1", "71000"),
-                       zone("thermal_zone2", "50000")}
-        << "71";
-    QTest::newRow("below zero") << QStringList{zone("thermal_zone0", "-20500")} << "-20";
-    QTest::newRow("a sensor that lies does not count")
-        << QStringList{zone("thermal_zone0", "43250"), zone("thermal_zone1", "2147483647")} << "43";
-    QTest::newRow("no number") << QStringList{zone("thermal_zone0", "N/A")} << "-";
+    row("none", {}, "-");
+    row("a fan has none", {"thermal/cooling_device0/cur_state 1"}, "-");
+    row("one", QStringList{zone("thermal_zone0", "43250")}, "43");
+    row("the highest counts",
+        {zone("thermal_zone0", "43250"), zone("thermal_zone1", "71000"),
+         zone("thermal_zone2", "50000")},
+        "71");
+    row("below zero", QStringList{zone("thermal_zone0", "-20500")}, "-20");
+    row("a sensor that lies does not count",
+        {zone("thermal_zone0", "43250"), zone("thermal_zone1", "2147483647")}, "43");
+    row("no number", QStringList{zone("thermal_zone0", "N/A")}, "-");
 }
 
 void HealthTest::temperatures()
@@ -127,29 +120,21 @@ void HealthTest::temperatures()
 
 void HealthTest::brightness_data()
 {
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<QString>("percent");
+    const Table<QStringList, QString> row("files", "percent");
     const auto light = [](const char* name, const char* value) {
         return QString("backlight/panel/%1 %2").arg(name, value);
     };
-    QTest::newRow("no light") << QStringList() << "-";
-    QTest::newRow("half") << QStringList{light("brightness", "100"), light("max_brightness", "200")}
-                          << "50";
-    QTest::newRow("full") << QStringList{light("brightness", "255"), light("max_brightness", "255")}
-                          << "100";
-    QTest::newRow("switched off") << QStringList{light("brightness", "100"),
-                                                 light("max_brightness", "200"),
-                                                 light("bl_power", "4")}
-                                  << "0";
-    QTest::newRow("switched on") << QStringList{light("brightness", "100"),
-                                                light("max_brightness", "200"),
-                                                light("bl_power", "0")}
-                                 << "50";
-    QTest::newRow("no highest") << QStringList{light("brightness", "100")} << "-";
-    QTest::newRow("a highest of 0")
-        << QStringList{light("brightness", "1"), light("max_brightness", "0")} << "-";
-    QTest::newRow("more than the highest")
-        << QStringList{light("brightness", "2147483647"), light("max_brightness", "1")} << "100";
+    row("no light", {}, "-");
+    row("half", {light("brightness", "100"), light("max_brightness", "200")}, "50");
+    row("full", {light("brightness", "255"), light("max_brightness", "255")}, "100");
+    row("switched off",
+        {light("brightness", "100"), light("max_brightness", "200"), light("bl_power", "4")}, "0");
+    row("switched on",
+        {light("brightness", "100"), light("max_brightness", "200"), light("bl_power", "0")}, "50");
+    row("no highest", QStringList{light("brightness", "100")}, "-");
+    row("a highest of 0", {light("brightness", "1"), light("max_brightness", "0")}, "-");
+    row("more than the highest", {light("brightness", "2147483647"), light("max_brightness", "1")},
+        "100");
 }
 
 void HealthTest::brightness()
@@ -174,8 +159,7 @@ void HealthTest::disks()
 
 void HealthTest::states_data()
 {
-    QTest::addColumn<QString>("state");
-    QTest::addColumn<QString>("expected");
+    const Table<QString, QString> row("state", "expected");
     Health health;
     const auto disk = [&](qint64 megabytes, bool isReadOnly = false) {
         health.disk = Health::Disk{megabytes << 20, isReadOnly};
@@ -189,17 +173,17 @@ void HealthTest::states_data()
         health.brightness = percent;
         return text(brightnessState(health));
     };
-    QTest::newRow("much space") << disk(9000) << "ready: 9000 MB free";
-    QTest::newRow("just enough space") << disk(500) << "ready: 500 MB free";
-    QTest::newRow("little space") << disk(499) << "warning: 499 MB free";
-    QTest::newRow("very little space") << disk(50) << "warning: 50 MB free";
-    QTest::newRow("no space") << disk(49) << "fault: 49 MB free";
-    QTest::newRow("read-only") << disk(9000, true) << "fault: cannot be written";
-    QTest::newRow("cool") << temperature(74) << QString::fromUtf8("ready: 74 °C");
-    QTest::newRow("warm") << temperature(75) << QString::fromUtf8("warning: 75 °C");
-    QTest::newRow("hot") << temperature(85) << QString::fromUtf8("serious: 85 °C");
-    QTest::newRow("bright") << light(100) << "ready: 100 %";
-    QTest::newRow("dark") << light(0) << "notice: dark";
+    row("much space", disk(9000), "ready: 9000 MB free");
+    row("just enough space", disk(500), "ready: 500 MB free");
+    row("little space", disk(499), "warning: 499 MB free");
+    row("very little space", disk(50), "warning: 50 MB free");
+    row("no space", disk(49), "fault: 49 MB free");
+    row("read-only", disk(9000, true), "fault: cannot be written");
+    row("cool", temperature(74), "ready: 74 °C");
+    row("warm", temperature(75), "warning: 75 °C");
+    row("hot", temperature(85), "serious: 85 °C");
+    row("bright", light(100), "ready: 100 %");
+    row("dark", light(0), "notice: dark");
 }
 
 void HealthTest::states()

@@ -1,3 +1,4 @@
+#include "Table.h"
 #include "Watchdog.h"
 
 #include <QtTest>
@@ -85,16 +86,9 @@ private slots:
 
 void WatchdogTest::environments_data()
 {
-    QTest::addColumn<QByteArray>("socket");
-    QTest::addColumn<QByteArray>("microseconds");
-    QTest::addColumn<QByteArray>("process");
-    QTest::addColumn<bool>("isThere");
-    QTest::addColumn<int>("time");
+    const Table<QByteArray, QByteArray, QByteArray, bool, int> row("socket", "microseconds",
+                                                                   "process", "isThere", "time");
     const QByteArray own = QByteArray::number(QCoreApplication::applicationPid());
-    const auto row = [](const char* name, const QByteArray& socket, const QByteArray& microseconds,
-                        const QByteArray& process, bool isThere, int time) {
-        QTest::newRow(name) << socket << microseconds << process << isThere << time;
-    };
     row("started by hand", "", "", "", false, 0);
     row("without a watchdog", "/run/notify", "", "", true, 0);
     row("with a watchdog", "/run/notify", "30000000", own, true, 30000);
@@ -122,9 +116,9 @@ void WatchdogTest::environments()
 
 void WatchdogTest::messages_data()
 {
-    QTest::addColumn<bool>("hasFile");
-    QTest::newRow("a socket with a file") << true;
-    QTest::newRow("a socket without a file") << false;
+    const Table<bool> row("hasFile");
+    row("a socket with a file", true);
+    row("a socket without a file", false);
 }
 
 void WatchdogTest::messages()
@@ -144,10 +138,10 @@ void WatchdogTest::messages()
 
 void WatchdogTest::managersThatAreNotThere_data()
 {
-    QTest::addColumn<QByteArray>("socket");
-    QTest::newRow("none") << QByteArray();
-    QTest::newRow("one that has gone") << QByteArray("/there/is/no/such/socket");
-    QTest::newRow("a name that is too long") << QByteArray(200, 'x');
+    const Table<QByteArray> row("socket");
+    row("none", {});
+    row("one that has gone", "/there/is/no/such/socket");
+    row("a name that is too long", QByteArray(200, 'x'));
 }
 
 void WatchdogTest::managersThatAreNotThere()

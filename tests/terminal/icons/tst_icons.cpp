@@ -1,4 +1,5 @@
 #include "PassengerTypesModel.h"
+#include "Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -89,9 +90,9 @@ double difference(const QImage& one, const QImage& other)
 
 void everyIcon()
 {
-    QTest::addColumn<QString>("icon");
+    const Table<QString> row("icon");
     for (const QString& icon : icons())
-        QTest::newRow(qPrintable(icon)) << icon;
+        row(qPrintable(icon), icon);
 }
 
 } // namespace
@@ -129,19 +130,17 @@ void TestIcons::resourcesHoldEveryFile()
 
 void TestIcons::screenFindsItsIcons_data()
 {
-    QTest::addColumn<QStringList>("names");
-    QTest::newRow("passenger types") << passengerIcons;
-    QTest::newRow("devices") << QStringList{"printer.svg", "card.svg", "validator.svg",
-                                            "router.svg",  "gps.svg",  "coins.svg",
-                                            "device.svg"};
-    QTest::newRow("navigation") << QStringList{"sell.svg",  "products.svg", "zreport.svg",
-                                               "fleet.svg", "devices.svg",  "settings.svg"};
-    QTest::newRow("actions") << QStringList{"remove.svg", "clear.svg", "cash.svg",    "paycard.svg",
-                                            "back.svg",   "next.svg",  "previous.svg"};
-    QTest::newRow("states") << QStringList{"moon.svg", "sun.svg",  "warning.svg", "error.svg",
-                                           "ok.svg",   "info.svg", "offline.svg"};
-    QTest::newRow("tickets and trip")
-        << QStringList{"return.svg", "day.svg", "stop.svg", "vehicle.svg"};
+    const Table<QStringList> row("names");
+    row("passenger types", passengerIcons);
+    row("devices", {"printer.svg", "card.svg", "validator.svg", "router.svg", "gps.svg",
+                    "coins.svg", "device.svg"});
+    row("navigation",
+        {"sell.svg", "products.svg", "zreport.svg", "fleet.svg", "devices.svg", "settings.svg"});
+    row("actions", {"remove.svg", "clear.svg", "cash.svg", "paycard.svg", "back.svg", "next.svg",
+                    "previous.svg"});
+    row("states",
+        {"moon.svg", "sun.svg", "warning.svg", "error.svg", "ok.svg", "info.svg", "offline.svg"});
+    row("tickets and trip", {"return.svg", "day.svg", "stop.svg", "vehicle.svg"});
 }
 
 void TestIcons::screenFindsItsIcons()
@@ -229,8 +228,7 @@ void TestIcons::hasOneColour()
 
 void TestIcons::passengerTypesCanBeDistinguished_data()
 {
-    QTest::addColumn<QString>("one");
-    QTest::addColumn<QString>("other");
+    addColumns<QString, QString>("one", "other");
     for (int i = 0; i < passengerIcons.size(); ++i)
         for (int j = i + 1; j < passengerIcons.size(); ++j)
             QTest::addRow("%s and %s", qPrintable(passengerIcons[i]), qPrintable(passengerIcons[j]))

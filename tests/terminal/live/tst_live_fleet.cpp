@@ -1,5 +1,6 @@
 #include "LiveFleet.h"
 #include "SignalLog.h"
+#include "Table.h"
 #include "TestNetwork.h"
 #include "TopLevelOnly.h"
 
@@ -100,28 +101,13 @@ private slots:
 
 void LiveFleetTest::rowsOfTheFeed_data()
 {
-    QTest::addColumn<QString>("id");
-    QTest::addColumn<QString>("label");
-    QTest::addColumn<QString>("plate");
-    QTest::addColumn<bool>("isKnown");
-    QTest::newRow("by its id") << "1"
-                               << ""
-                               << "" << true;
-    QTest::newRow("by its number as id") << "101"
-                                         << ""
-                                         << "" << true;
-    QTest::newRow("by its number as label") << "x"
-                                            << "101"
-                                            << "" << true;
-    QTest::newRow("by its plate") << "x"
-                                  << "y"
-                                  << "AB 1" << true;
-    QTest::newRow("another vehicle") << "x"
-                                     << "y"
-                                     << "AB 2" << false;
-    QTest::newRow("a vehicle without label and plate") << "x"
-                                                       << ""
-                                                       << "" << false;
+    const Table<QString, QString, QString, bool> row("id", "label", "plate", "isKnown");
+    row("by its id", "1", "", "", true);
+    row("by its number as id", "101", "", "", true);
+    row("by its number as label", "x", "101", "", true);
+    row("by its plate", "x", "y", "AB 1", true);
+    row("another vehicle", "x", "y", "AB 2", false);
+    row("a vehicle without label and plate", "x", "", "", false);
 }
 
 void LiveFleetTest::rowsOfTheFeed()
@@ -166,26 +152,13 @@ void LiveFleetTest::rowsOfTheirOwn()
 
 void LiveFleetTest::journeys_data()
 {
-    QTest::addColumn<QString>("trip");
-    QTest::addColumn<QString>("route");
-    QTest::addColumn<int>("id");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("status");
-    QTest::newRow("a trip of the timetable") << "T1"
-                                             << "" << 5 << "East - West"
-                                             << "to Beach";
-    QTest::newRow("without a headsign") << "T2"
-                                        << "6" << 6 << "Ring"
-                                        << "to Stop 8";
-    QTest::newRow("an unknown trip of a route") << "T9"
-                                                << "5" << 5 << "East - West"
-                                                << "";
-    QTest::newRow("an unknown route") << ""
-                                      << "X5" << -1 << "X5"
-                                      << "";
-    QTest::newRow("no trip") << ""
-                             << "" << -1 << ""
-                             << "";
+    const Table<QString, QString, int, QString, QString> row("trip", "route", "id", "name",
+                                                             "status");
+    row("a trip of the timetable", "T1", "", 5, "East - West", "to Beach");
+    row("without a headsign", "T2", "6", 6, "Ring", "to Stop 8");
+    row("an unknown trip of a route", "T9", "5", 5, "East - West", "");
+    row("an unknown route", "", "X5", -1, "X5", "");
+    row("no trip", "", "", -1, "", "");
 }
 
 void LiveFleetTest::journeys()
@@ -219,15 +192,9 @@ void LiveFleetTest::directions()
 
 void LiveFleetTest::ages_data()
 {
-    QTest::addColumn<qint64>("vehicleTime");
-    QTest::addColumn<qint64>("messageTime");
-    QTest::addColumn<int>("later"); // seconds
-    QTest::addColumn<QString>("status");
-    QTest::addColumn<bool>("isUpdated");
-    const auto row = [](const char* name, qint64 vehicleTime, qint64 messageTime, int later,
-                        const char* status, bool isUpdated) {
-        QTest::newRow(name) << vehicleTime << messageTime << later << status << isUpdated;
-    };
+    // later: seconds
+    const Table<qint64, qint64, int, QString, bool> row("vehicleTime", "messageTime", "later",
+                                                        "status", "isUpdated");
     row("just now", now, now, 0, "driving", true);
     row("a minute ago", now - 60, now, 0, "driving", true);
     row("more than a minute ago", now - 61, now, 0, "no report", false);

@@ -1,4 +1,5 @@
 #include "LiveMessage.h"
+#include "Table.h"
 
 #include "vehicle_positions.pb.h"
 
@@ -69,18 +70,14 @@ private slots:
 
 void LiveMessageTest::messagesOfAnotherEncoder_data()
 {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QStringList>("vehicles");
-    QTest::addColumn<int>("ignored");
-    QTest::newRow("everything.pb")
-        << "everything.pb"
-        << QStringList{"4711|Bus 11|AB-CD 11|T1|R1|48.1173|11.5167|84.5|1774166390|stopped",
-                       "south-west|||||-33.8688|-70.2500|-|0|moving",
-                       QString::fromUtf8("Zürich 7|Großraumbus|||R2|47.2500|8.5000|0|0|moving")}
-        << 0;
-    QTest::newRow("empty.pb") << "empty.pb" << QStringList() << 0;
-    QTest::newRow("wrong.pb") << "wrong.pb" << QStringList{"good|||||1.0000|1.0000|-|0|moving"}
-                              << 6;
+    const Table<QString, QStringList, int> row("file", "vehicles", "ignored");
+    row("everything.pb", "everything.pb",
+        {"4711|Bus 11|AB-CD 11|T1|R1|48.1173|11.5167|84.5|1774166390|stopped",
+         "south-west|||||-33.8688|-70.2500|-|0|moving",
+         QString::fromUtf8("Zürich 7|Großraumbus|||R2|47.2500|8.5000|0|0|moving")},
+        0);
+    row("empty.pb", "empty.pb", {}, 0);
+    row("wrong.pb", "wrong.pb", {"good|||||1.0000|1.0000|-|0|moving"}, 6);
 }
 
 void LiveMessageTest::messagesOfAnotherEncoder()
@@ -98,21 +95,20 @@ void LiveMessageTest::messagesOfAnotherEncoder()
 
 void LiveMessageTest::problems_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("problem");
+    const Table<QByteArray, QString> row("bytes", "problem");
     const QString other = "no message of GTFS-Realtime";
-    QTest::newRow("nothing") << QByteArray() << other;
-    QTest::newRow("a page") << QByteArray("<!DOCTYPE html><html><body>Login</body></html>")
-                            << other;
-    QTest::newRow("JSON") << QByteArray("{\"header\":{}}") << other;
-    QTest::newRow("no header") << bytesOf([] {
-        auto made = messageOf(1);
-        made.clear_header();
-        return made;
-    }()) << other;
-    QTest::newRow("cut") << stored("everything.pb").left(200) << other;
-    QTest::newRow("a length beyond the end") << QByteArray("\x0a\xff\xff\xff\xff\x07", 6) << other;
-    QTest::newRow("changes only") << stored("changes.pb") << "a message with changes only";
+    row("nothing", {}, other);
+    row("a page", "<!DOCTYPE html><html><body>Login</body></html>", other);
+    row("JSON", "{\"header\":{}}", other);
+    row("no header", bytesOf([] {
+            auto made = messageOf(1);
+            made.clear_header();
+            return made;
+        }()),
+        other);
+    row("cut", stored("everything.pb").left(200), other);
+    row("a length beyond the end", QByteArray("\x0a\xff\xff\xff\xff\x07", 6), other);
+    row("changes only", stored("changes.pb"), "a message with changes only");
 }
 
 void LiveMessageTest::problems()
@@ -160,12 +156,11 @@ void LiveMessageTest::limits()
 
 void LiveMessageTest::times_data()
 {
-    QTest::addColumn<quint64>("given");
-    QTest::addColumn<qint64>("time");
-    QTest::newRow("a time") << quint64(1774166400) << qint64(1774166400);
-    QTest::newRow("no time") << quint64(0) << qint64(0);
-    QTest::newRow("far in the future") << quint64(9000000000000) << qint64(9000000000000);
-    QTest::newRow("no time at all") << quint64(0xffffffffffffffff) << qint64(0);
+    const Table<quint64, qint64> row("given", "time");
+    row("a time", quint64(1774166400), qint64(1774166400));
+    row("no time", quint64(0), qint64(0));
+    row("far in the future", quint64(9000000000000), qint64(9000000000000));
+    row("no time at all", quint64(0xffffffffffffffff), qint64(0));
 }
 
 void LiveMessageTest::times()

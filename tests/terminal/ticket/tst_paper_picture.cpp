@@ -1,4 +1,5 @@
 #include "Papers.h"
+#include "Table.h"
 
 #include <PaperPicture.h>
 
@@ -72,8 +73,7 @@ private slots:
     /// A name is not cut off: its end is on the paper, in a line of its own.
     void longTextsGoOnInTheNextLine_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("text");
+        addColumns<int, QString>("kind", "text");
         const QString words = QString("Half fare for travellers ").repeated(6).trimmed();
         for (const auto& [name, text] :
              {std::pair("words", words), {"one word", QString(80, 'W')}}) {
