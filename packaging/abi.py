@@ -5,12 +5,12 @@ abi.py write LIBRARY FOLDER     describes the library in FOLDER
 abi.py compare LIBRARY FOLDER   prints what is incompatible with that description; exit code 1 if
                                 anything is
 
-A description is two files per architecture. NAME-ARCHITECTURE.symbols lists the exported symbols
-with the version that first had them, as dpkg's symbols files do. NAME-ARCHITECTURE.types lists the
-classes that the symbols belong to and those that they are made of: size, bases, fields, virtual
-functions, enumerators, constants, and what functions return. It is read from debug information.
-Types of other libraries are named but not looked into. What was added breaks no application, unless
-it moves something else: new symbols, functions, types and enumerators are no difference.
+NAME.symbols lists the exported symbols, which all architectures share, with the version that first
+had them, as dpkg's symbols files do. NAME-ARCHITECTURE.types lists the classes that the symbols
+belong to and those that they are made of: size, bases, fields, virtual functions, enumerators,
+constants, and what functions return. It is read from debug information. Types of other libraries
+are named but not looked into. What was added breaks no application, unless it moves something else:
+new symbols, functions, types and enumerators are no difference.
 """
 
 import re
@@ -165,7 +165,8 @@ class Description:
         machine = elf_header(library, "Machine")
         if machine not in ARCHITECTURES:
             sys.exit(f"{library} is for a machine without a description: {machine}")
-        self.files = f"{Path(library).name.split('.')[0]}-{ARCHITECTURES[machine]}"
+        self.name = Path(library).name.split(".")[0]
+        self.architecture = ARCHITECTURES[machine]
         self.version = Path(library).resolve().name.partition(".so.")[2]
         self.soname = re.search(r"\(SONAME\).*\[(.*)\]", run("readelf", "-d", library))[1]
         self.symbols = exported_symbols(library)
@@ -290,9 +291,13 @@ def read_types(file):
     return types
 
 
+def files_of(description, folder):
+    name = description.name
+    return folder / f"{name}.symbols", folder / f"{name}-{description.architecture}.types"
+
+
 def write(description, folder):
-    symbols_file = folder / f"{description.files}.symbols"
-    types_file = folder / f"{description.files}.types"
+    symbols_file, types_file = files_of(description, folder)
     known = read_symbols(symbols_file)
     with symbols_file.open("w") as file:
         package = description.soname.replace(".so.", "").lower()
@@ -317,8 +322,7 @@ def differences(stored, present):
 
 
 def compare(description, folder):
-    symbols_file = folder / f"{description.files}.symbols"
-    types_file = folder / f"{description.files}.types"
+    symbols_file, types_file = files_of(description, folder)
     for file in (symbols_file, types_file):
         if not file.exists():
             sys.exit(f"There is no {file}: packaging/accept-abi.sh makes it")

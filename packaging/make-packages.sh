@@ -22,9 +22,8 @@ quietly "Building the packages of preset $preset" cmake --build "$build"
 # that are missing.
 version="$(sed -n 's/^CMAKE_PROJECT_VERSION:[A-Z]*=//p' "$build/CMakeCache.txt")"
 architecture="$(sed -n 's/^set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE "\(.*\)")$/\1/p' "$build/CPackConfig.cmake")"
-released="packaging/abi/libGuiCore-$architecture.symbols"
-[ -f "$released" ] || released=/dev/null
-dpkg-gensymbols -a"$architecture" "-v$version" "-plibguicore${version%%.*}" "-I$released" -q \
+dpkg-gensymbols -a"$architecture" "-v$version" "-plibguicore${version%%.*}" \
+    -Ipackaging/abi/libGuiCore.symbols -q \
     "-e$build/lib/libGuiCore.so.$version" "-O$build/packaging/symbols"
 
 # The date of the last commit, so that the same sources give the same packages.
