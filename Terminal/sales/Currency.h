@@ -22,7 +22,7 @@ public:
     QString code() const { return m_code; }
     int decimals() const { return m_decimals; }
 
-    /// Nearest amount, half away from zero: 1.005 is 1.01, although the double is a trifle less.
+    /// A price, rounded half away from zero: 1.005 is 1.01, although the double is a bit less.
     /// Nothing for NaN, infinities and amounts beyond 10^12 minor units.
     std::optional<Minor> fromUnits(double units) const;
 
@@ -42,8 +42,8 @@ public:
     /// amounts.
     Minor smallestCoin() const;
 
-    /// What is paid in cash for `amount`: the nearest multiple of the smallest coin, half away from
-    /// zero.
+    /// What is paid in cash for `amount`: rounded to a multiple of the smallest coin, half away
+    /// from zero.
     Minor cashAmount(Minor amount) const;
 
     QVector<Minor> coins() const; ///< the smallest first

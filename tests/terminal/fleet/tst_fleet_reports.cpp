@@ -10,7 +10,7 @@
 using namespace rivo;
 using fleet::FleetSimulator;
 
-/// What the simulator reports of the vehicles, what it is told, and when.
+/// What the simulator reports of the vehicles, what others report to it, and when.
 class FleetReportsTest : public QObject
 {
     Q_OBJECT
