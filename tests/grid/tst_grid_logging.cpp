@@ -16,14 +16,6 @@ namespace
 
 const QStringList layoutTypes{"PT_ADULT", "PT_STUDENT_1"};
 
-/// The function that wrote a record, as g++ prints its name, whichever compiler printed it.
-QString functionOf(const LogCapture::Record& record)
-{
-    const QString signature =
-        QString(record.function).replace(QRegularExpression(" +([&*])"), "\\1");
-    return signature.section('(', 0, 0).section("::", 1);
-}
-
 /// How the logger passed the records of "default" on.
 struct Listener : el::LogDispatchCallback
 {
@@ -38,7 +30,8 @@ struct Listener : el::LogDispatchCallback
 
 } // namespace
 
-/// Where records come from, and that the switch counts anew for each. Their texts are in cases/.
+/// What is logged, and that the switch counts anew for each record. The texts are in cases/, where
+/// records come from is in tst_log_origin.
 class TestGridLogging : public QObject
 {
     Q_OBJECT
@@ -57,7 +50,7 @@ private slots:
         m_owner.reset();
     }
 
-    void recordsNameTheirOrigin()
+    void recordsArePassedOnAsNormalOnes()
     {
         makeModel(true, "1a@2 1x!");
         el::Helpers::installLogDispatchCallback<Listener>("Listener");
@@ -65,47 +58,14 @@ private slots:
         const PassengerTypesModel other(m_owner.get());
         m_model->setSupportedPassengerTypeCodes({"PT_LFS"});
         m_model->sortAndRegroup({}, 2);
-        for (const char* products : {"1a@2 1b@2", "1a@0", "1a 1b@4", "1a@-4", "1a>3 3b>3"}) {
+        for (const char* products : {"1a@2 1b@2", "1a>3 3b>3"}) {
             m_model->clearData();
             addProducts(*m_model, products);
             stdoutOf([this] { m_model->sortAndRegroup(layoutTypes, 2); });
         }
         const QVector<el::base::DispatchAction> actions = listener->actions;
         el::Helpers::uninstallLogDispatchCallback<Listener>("Listener");
-
-        const QMap<QString, QString> functions{
-            {"TypeCodes Order:", "PassengerTypesModel"},
-            {"Append missing", "setSupportedPassengerTypeCodes"},
-            {"------------------- FARE", "sortBasedOnBackendAssignment"},
-            {"------------------- DUPLICATE", "sortBasedOnBackendAssignment"},
-            {"------------------- POSITION", "sortBasedOnBackendAssignment"},
-            {"--- POSITION 0", "sortBasedOnBackendAssignment"},
-            {"NumberOf", "sortBasedOnBackendAssignment sortBasedOnLocalData"},
-            {"FromStopGroupId:", "printProducts sortBasedOnLocalData"},
-            {"2 ", "sortBasedOnLocalData"},
-            {"1 ", "sortBasedOnLocalData"},
-            {"------------------- BEFORE", "sortBasedOnLocalData"},
-            {"------------------- AFTER", "sortBasedOnLocalData"},
-            {"Group", "sortAndGroupProductsForZone"}};
-        const QVector<LogCapture::Record> records = m_log->records();
-        QSet<QString> seen;
-        for (const LogCapture::Record& record : records) {
-            QCOMPARE(record.loggerId, QString("default"));
-            QCOMPARE(int(record.level), int(el::Level::Info));
-            QVERIFY2(record.file.startsWith("GuiCore/src/Models/PassengerTypesModel"),
-                     qPrintable(record.file));
-            QVERIFY2(record.line > 0, qPrintable(record.message));
-            QString text;
-            for (const QString& beginning : functions.keys()) {
-                if (record.message.startsWith(beginning))
-                    text = beginning;
-            }
-            QVERIFY2(functions.value(text).split(' ').contains(functionOf(record)),
-                     qPrintable(functionOf(record) + ": " + record.message));
-            seen.insert(text);
-        }
-        QCOMPARE(seen, QSet<QString>(functions.keyBegin(), functions.keyEnd()));
-        QCOMPARE(actions, QVector<el::base::DispatchAction>(records.size(),
+        QCOMPARE(actions, QVector<el::base::DispatchAction>(m_log->records().size(),
                                                             el::base::DispatchAction::NormalLog));
     }
 

@@ -1,4 +1,5 @@
-// Every record of the models names the statement that wrote it: source file, line and function.
+// Every record of the models names the statement that wrote it: source file, line and function. All
+// are of the logger "default" and of level Info.
 
 #include "LogCapture.h"
 #include "PassengerTypesModel.h"
@@ -95,8 +96,11 @@ PassengerTypesModel* TestLogOrigin::newGrid(const QStringList& order)
 QStringList TestLogOrigin::records() const
 {
     QStringList texts;
-    for (const LogCapture::Record& each : m_log.records())
+    for (const LogCapture::Record& each : m_log.records()) {
         texts.append(record(each.file, each.line, each.function, each.message));
+        if (each.loggerId != "default" || each.level != el::Level::Info)
+            texts.append("another logger or level");
+    }
     return texts;
 }
 

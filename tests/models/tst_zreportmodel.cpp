@@ -96,24 +96,6 @@ private slots:
         QCOMPARE(m_reports->rowCount(), 1);
     }
 
-    void record()
-    {
-        addReport(*m_reports, 7);
-        QCOMPARE(m_log->records().size(), 1);
-        const LogCapture::Record record = m_log->records().first();
-        QCOMPARE(int(record.level), int(el::Level::Info));
-        QCOMPARE(record.loggerId, "default");
-        QCOMPARE(record.file, "GuiCore/src/Models/ZReportModel.cpp");
-        QVERIFY(record.line > 0);
-        // Compilers differ in the blank before a reference.
-        QString function = record.function;
-        QCOMPARE(function.replace(" &", "&"),
-                 "void ZReportModel::addItem(const qint32&, const qint32&, const double&, "
-                 "const qint32&, const double&, const qint32&, const double&, const QString&, "
-                 "const QString&, const double&, const double&, const bool&, const double&, "
-                 "const QDateTime&, const double&, const double&)");
-    }
-
     void theRecordIsWrittenBeforeTheRowExists()
     {
         addReport(*m_reports, 7);
