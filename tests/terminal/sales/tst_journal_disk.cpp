@@ -1,6 +1,7 @@
 #include "FileSizeLimit.h"
 #include "JournalFiles.h"
 #include "SmallDisk.h"
+#include "Table.h"
 
 #include <QTemporaryDir>
 #include <QTest>
