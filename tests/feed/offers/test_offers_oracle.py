@@ -9,6 +9,7 @@ import tempfile
 import unittest
 
 import check_offers
+import offers_feed
 import offers_oracle
 
 CASES = check_offers.written_cases(check_offers.CASES)
@@ -69,7 +70,7 @@ class Program(unittest.TestCase):
 
     def test_a_fault_exits_with_2(self):
         for name, sentence in (("A stop that does not exist is a fault.", "There is no stop"),
-                               ("A feed without either form of fares is a fault.", offers_oracle.NEITHER_FORM)):
+                               ("A feed without either form of fares is a fault.", offers_feed.NEITHER_FORM)):
             case = next(case for case in CASES if case["name"] == name)
             code, text, message = self.run_oracle(case, "--route", "R", "--stop", case["query"]["stop"],
                                                   "--at", "2026-03-04T08:00")
