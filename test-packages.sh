@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds the Debian packages of a preset (release if none is named), lints them, and tries them with
-# nothing but Debian 12 around them: prints the grid of the shipped feed and makes pictures of the
-# terminal. Packages of this machine's architecture are installed into a bare system of their own;
-# those of preset armhf are unpacked with all that they need and run in an emulator.
+# nothing but Debian 12 around them: prints the grid of the shipped feed, makes pictures of the
+# terminal, and starts the devices that are programs. Packages of this machine's architecture are
+# installed into a bare system of their own; those of preset armhf are unpacked with all that they
+# need and run in an emulator.
 # usage: ./test-packages.sh [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -46,6 +47,10 @@ for page in sell products zreport fleet devices settings; do
         --time 10:05 --size 1280x800 --screenshot "$page.png" 2>> terminal.txt
 done
 ls "$HOME/.local/share/rivo-terminal/" > journal.txt
+
+# The devices that are programs.
+timeout 30 virtual-printer --tcp 0 --paper . < /dev/null > printer.txt || true
+printf 'books\nquit\n' | virtual-card-terminal --port 0 --interactive > cards.txt
 LOOK
 
 # look_installed: in a new system, as the terminal's user.
@@ -80,11 +85,12 @@ look_unpacked() {
     fetch_armhf "$work/system.tar" "$names" "$repository"
     unpack_tree "$work/system.tar" "$system"
     mkdir -p "$work/bin" "$work/home" "$work/look"
-    for name in rivo-grid rivo-models rivo-terminal; do
+    for name in rivo-grid rivo-models rivo-terminal virtual-printer; do
         printf '#!/bin/sh\nexec qemu-arm -L "%s" -E LD_BIND_NOW=1 "%s" "$@"\n' \
             "$system" "$system/usr/bin/$name" > "$work/bin/$name"
         chmod 755 "$work/bin/$name"
     done
+    cp "$system/usr/bin/virtual-card-terminal" "$work/bin"
     quietly "Running the programs" "${isolated[@]}" env -C "$work/look" PATH="$work/bin:$PATH" \
         HOME="$work/home" FEEDS="$system/usr/share/rivo-terminal/feeds" sh "$work/look.sh"
     cp "$work/look"/*.txt "$work/look"/*.png "$seen"
@@ -142,6 +148,8 @@ say "rivo-grid: $(head -1 "$seen/grid.txt")" \
     grep -q '^Hill & Valley Buses: 4 columns x 8 rows' "$seen/grid.txt"
 say "rivo-models: $(wc -l < "$seen/fleet.txt") lines of the fleet" test -s "$seen/fleet.txt"
 say "rivo-terminal: quiet" test ! -s "$seen/terminal.txt"
+say "virtual-printer: $(paste -sd ' ' "$seen/printer.txt")" grep -q '^port [1-9]' "$seen/printer.txt"
+say "virtual-card-terminal: $(paste -sd ' ' "$seen/cards.txt")" grep -q '^port [1-9]' "$seen/cards.txt"
 say "pictures of the six pages, the smallest of $(stat -c %s "$seen"/*.png | sort -n | head -1) bytes: $seen/*.png" \
     test "$(find "$seen" -name '*.png' -size +20k | wc -l)" -eq 6
 say "the journal $(cat "$seen/journal.txt")" grep -q '^sales-GBP.journal' "$seen/journal.txt"

@@ -2,7 +2,7 @@
 # relative to the prefix, so that an installed tree may be moved.
 #
 # Components: runtime (both libraries), dev (headers, CMake package, pkg-config), qml, terminal,
-# tools.
+# simulators, tools.
 
 # Debian's folders in a cross build too, where GNUInstallDirs does not take them.
 if(CMAKE_CROSSCOMPILING AND CMAKE_LIBRARY_ARCHITECTURE AND CMAKE_INSTALL_PREFIX STREQUAL "/usr")
@@ -24,6 +24,17 @@ function(rivo_relative_path variable from to)
     set(${variable} "${path}" PARENT_SCOPE)
 endfunction()
 
+# rivo_install_manual(<program> <component>)
+# The manual page of a program, compressed.
+function(rivo_install_manual program component)
+    set(page "${CMAKE_SOURCE_DIR}/docs/man/${program}.1")
+    set(compressed "${CMAKE_CURRENT_BINARY_DIR}/${program}.1.gz")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${page}")
+    execute_process(COMMAND gzip -9nc "${page}"
+        OUTPUT_FILE "${compressed}" COMMAND_ERROR_IS_FATAL ANY)
+    install(FILES "${compressed}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT ${component})
+endfunction()
+
 # rivo_install(<target> COMPONENT <component> DESTINATION <folder>)
 # A program or plugin that finds our libraries wherever the tree is; a program with its manual page.
 function(rivo_install target)
@@ -35,13 +46,7 @@ function(rivo_install target)
         LIBRARY DESTINATION "${arg_DESTINATION}" COMPONENT ${arg_COMPONENT})
     get_target_property(type ${target} TYPE)
     if(type STREQUAL "EXECUTABLE")
-        set(page "${CMAKE_SOURCE_DIR}/docs/man/${target}.1")
-        set(compressed "${CMAKE_CURRENT_BINARY_DIR}/${target}.1.gz")
-        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${page}")
-        execute_process(COMMAND gzip -9nc "${page}"
-            OUTPUT_FILE "${compressed}" COMMAND_ERROR_IS_FATAL ANY)
-        install(FILES "${compressed}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
-            COMPONENT ${arg_COMPONENT})
+        rivo_install_manual(${target} ${arg_COMPONENT})
     endif()
 endfunction()
 

@@ -197,11 +197,12 @@ if(TARGET rivo-terminal)
             "devices of a ticketing terminal as programs"
             "To try a ticketing terminal without its devices. virtual-printer is a ticket"
             "printer in the network or at a serial line: it draws its paper into pictures,"
-            "and has the faults of a printer on command."
+            "and has the faults of a printer on command. virtual-card-terminal speaks ZVT"
+            "over TCP, has its own books, and plays scripts of faults."
         NEEDS runtime
         LIBRARIES ${compiler_libraries} ${qt_core} "libqt5gui5 (>= 5.15.1)"
             "libqt5network5 (>= 5.15.1)" "libqrencode4 (>= 4.0.0)"
-        DEPENDS "fonts-dejavu-core | fonts-dejavu"
+        DEPENDS "fonts-dejavu-core | fonts-dejavu" "python3 (>= 3.9)"
         RECOMMENDS rivo-terminal)
 endif()
 if(TARGET rivo-grid)

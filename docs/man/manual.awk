@@ -1,5 +1,6 @@
-# Makes the manual page of a program out of what its --help prints. The test manual_pages compares the
-# pages here with the programs; scripts/update-goldens.sh stores them again.
+# Makes the manual page of a program out of what its --help prints, by Qt or by Python's argparse. The
+# test manual_pages compares the pages here with the programs; scripts/update-goldens.sh stores them
+# again.
 #
 #     rivo-grid --help | awk -f manual.awk > rivo-grid.1
 
@@ -35,9 +36,20 @@ NR == 1 {
     next
 }
 
-NR == 2 { beginDescription($0) }
+# A long command line goes on, and ends with a blank line.
+part == "" && /^ / {
+    sub(/^ +/, " ")
+    arguments = arguments $0
+    next
+}
 
-/^(Options|Arguments):$/ {
+part == "" {
+    if ($0 == "")
+        next
+    beginDescription($0)
+}
+
+/^([Oo]ptions|Arguments):$/ {
     verbatim(0)
     part = "list"
     print ".SH " toupper(substr($0, 1, length($0) - 1))
@@ -47,6 +59,11 @@ NR == 2 { beginDescription($0) }
 part == "list" && /^  [^ ]/ && match($0, /[^ ]  +/) {
     printf ".TP\n.B %s\n", escaped(substr($0, 3, RSTART - 2))
     $0 = substr($0, RSTART + RLENGTH)
+}
+
+part == "list" && /^  [^ ]/ {
+    printf ".TP\n.B %s\n", escaped(substr($0, 3))
+    next
 }
 
 part == "list" {

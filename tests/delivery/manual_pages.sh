@@ -7,7 +7,7 @@ pages="$1"
 shift
 # shellcheck source=tests/support/boundary.sh
 . "$(dirname "${BASH_SOURCE[0]}")/../support/boundary.sh"
-export QT_QPA_PLATFORM=offscreen
+export QT_QPA_PLATFORM=offscreen COLUMNS=80
 
 for program in "$@"; do
     page="$pages/${program##*/}.1"
