@@ -5,6 +5,7 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 
 using namespace rivo::payment;
@@ -70,6 +71,40 @@ struct Pair
     ZvtTerminal terminal;
     QStringList answers;
 };
+
+/// A card terminal that answers as a test says.
+class AnsweringServer : public QTcpServer
+{
+public:
+    /// `answer` gets what was heard.
+    explicit AnsweringServer(const std::function<QByteArray(const QByteArray& heard)>& answer)
+    {
+        connect(this, &QTcpServer::newConnection, this, [this, answer] {
+            QTcpSocket* const socket = nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, socket,
+                    [socket, answer] { socket->write(answer(socket->readAll())); });
+        });
+        listen(QHostAddress::LocalHost);
+    }
+
+    ZvtSettings settings(int acknowledgeTime = 100) const
+    {
+        ZvtSettings settings;
+        settings.host = "127.0.0.1";
+        settings.port = serverPort();
+        settings.acknowledgeTime = acknowledgeTime;
+        settings.answerTime = 100;
+        return settings;
+    }
+};
+
+/// `answer` to a registration, and nothing else.
+std::function<QByteArray(const QByteArray&)> toRegistration(const char* answer)
+{
+    return [answer = QByteArray::fromHex(answer)](const QByteArray& heard) {
+        return heard.startsWith(QByteArray::fromHex("0600")) ? answer : QByteArray();
+    };
+}
 
 } // namespace
 
@@ -329,23 +364,12 @@ private slots:
         QFETCH(QByteArray, registered);
         QFETCH(QByteArray, said);
         QFETCH(QString, result);
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        connect(&server, &QTcpServer::newConnection, this, [&] {
-            QTcpSocket* const socket = server.nextPendingConnection();
-            connect(socket, &QTcpSocket::readyRead, socket, [socket, registered, said] {
-                const QByteArray heard = socket->readAll();
-                socket->write(heard.startsWith(QByteArray::fromHex("0600"))   ? registered
-                              : heard.startsWith(QByteArray::fromHex("0601")) ? said
-                                                                              : QByteArray());
-            });
+        const AnsweringServer server([&](const QByteArray& heard) {
+            return heard.startsWith(QByteArray::fromHex("0600"))   ? registered
+                   : heard.startsWith(QByteArray::fromHex("0601")) ? said
+                                                                   : QByteArray();
         });
-        ZvtSettings settings;
-        settings.host = "127.0.0.1";
-        settings.port = server.serverPort();
-        settings.acknowledgeTime = 100;
-        settings.answerTime = 100;
-        ZvtTerminal terminal(settings);
+        ZvtTerminal terminal(server.settings());
         QSignalSpy answered(&terminal, &PaymentTerminal::answered);
         terminal.start();
         QTRY_COMPARE(terminal.fault(), QString());
@@ -386,25 +410,14 @@ private slots:
         QFETCH(QByteArray, enquired);
         QFETCH(QByteArray, repeated);
         QFETCH(QString, result);
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        connect(&server, &QTcpServer::newConnection, this, [&] {
-            QTcpSocket* const socket = server.nextPendingConnection();
-            connect(socket, &QTcpSocket::readyRead, socket, [socket, enquired, repeated] {
-                const QByteArray heard = socket->readAll();
-                socket->write(heard.contains(QByteArray::fromHex("060006"))
-                                  ? QByteArray::fromHex("800000060f00")
-                              : heard.contains(QByteArray::fromHex("050103")) ? enquired
-                              : heard.contains(QByteArray::fromHex("062003")) ? repeated
-                                                                              : QByteArray());
-            });
+        const AnsweringServer server([&](const QByteArray& heard) {
+            return heard.contains(QByteArray::fromHex("060006"))
+                       ? QByteArray::fromHex("800000060f00")
+                   : heard.contains(QByteArray::fromHex("050103")) ? enquired
+                   : heard.contains(QByteArray::fromHex("062003")) ? repeated
+                                                                   : QByteArray();
         });
-        ZvtSettings settings;
-        settings.host = "127.0.0.1";
-        settings.port = server.serverPort();
-        settings.acknowledgeTime = 100;
-        settings.answerTime = 100;
-        ZvtTerminal terminal(settings);
+        ZvtTerminal terminal(server.settings());
         QSignalSpy answered(&terminal, &PaymentTerminal::answered);
         terminal.start();
         QTRY_COMPARE(terminal.fault(), QString());
@@ -418,15 +431,8 @@ private slots:
 
     void aRegistrationThatMakesNoSenseIsAFault()
     {
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        connect(&server, &QTcpServer::newConnection, this, [&] {
-            server.nextPendingConnection()->write(QByteArray::fromHex("800000060f0177"));
-        });
-        ZvtSettings settings;
-        settings.host = "127.0.0.1";
-        settings.port = server.serverPort();
-        ZvtTerminal terminal(settings);
+        const AnsweringServer server(toRegistration("800000060f0177"));
+        ZvtTerminal terminal(server.settings());
         terminal.start();
         terminal.start(); // a second one changes nothing
         QTRY_COMPARE(terminal.fault(), QString("The card terminal was not understood."));
@@ -434,27 +440,16 @@ private slots:
 
     void aRegistrationThatIsRefusedIsAFault()
     {
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        connect(&server, &QTcpServer::newConnection, this,
-                [&] { server.nextPendingConnection()->write(QByteArray::fromHex("846f00")); });
-        ZvtSettings settings;
-        settings.host = "127.0.0.1";
-        settings.port = server.serverPort();
-        ZvtTerminal terminal(settings);
+        const AnsweringServer server(toRegistration("846f00"));
+        ZvtTerminal terminal(server.settings());
         terminal.start();
         QTRY_COMPARE(terminal.fault(), QString("The card terminal takes another currency."));
     }
 
     void aServerThatSaysNothingIsAFault()
     {
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        ZvtSettings settings;
-        settings.host = "127.0.0.1";
-        settings.port = server.serverPort();
-        settings.acknowledgeTime = 30;
-        ZvtTerminal terminal(settings);
+        const AnsweringServer server([](const QByteArray&) { return QByteArray(); });
+        ZvtTerminal terminal(server.settings(30));
         terminal.start();
         QTRY_COMPARE(terminal.fault(), QString("The card terminal does not answer."));
     }

@@ -24,6 +24,12 @@ QString textOf(const QVector<PrinterAnswer>& answers)
 
 QByteArray hex(const char* digits) { return QByteArray::fromHex(digits); }
 
+/// A row of bytes and what they mean.
+void row(const char* what, const char* bytes, const char* meaning)
+{
+    QTest::newRow(what) << hex(bytes) << QString(meaning);
+}
+
 } // namespace
 
 class TestPrinterAnswers : public QObject
@@ -35,9 +41,6 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("answers");
-        const auto row = [](const char* what, const char* bytes, const char* answers) {
-            QTest::newRow(what) << hex(bytes) << QString(answers);
-        };
         row("nothing", "", "");
         row("states", "12 16 1a 72", "status 12, status 16, status 1a, status 72");
         row("sensors", "00 03 0c 6f", "sensor 0, sensor 3, sensor c, sensor 6f");
@@ -84,9 +87,6 @@ private slots:
     {
         QTest::addColumn<QByteArray>("answers");
         QTest::addColumn<QString>("state");
-        const auto row = [](const char* what, const char* answers, const char* state) {
-            QTest::newRow(what) << hex(answers) << QString(state);
-        };
         row("ready", "12 12 12 12", "");
         row("drawer is open", "16 12 12 12", "");
         row("off-line", "1a 12 12 12", "offline");
