@@ -142,6 +142,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
       m_printer(printerFor(feed, settings)), m_cards(m_peripherals),
       m_details(feed, m_currency, m_trip, settings.config.vehicle),
       m_devices(m_peripherals, *m_printer), m_catalogue(m_fareProducts, m_feed),
+      m_clockNotes(m_journal, [this] { return timeOfSale(); }),
       m_desk(
           {m_grid, m_basket, m_fareProducts, m_zReports}, m_journal, *m_printer, m_currency,
           [this](int zone) { return m_presentation.zoneName(zone); }, *m_trip.context()),
@@ -174,6 +175,8 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     countSoldTickets(m_journal.lastTickets(ticketsCounted));
     m_drivers.setIdleTime(settings.idleTime);
     m_drivers.control(m_desk);
+    if (!m_hasOwnTime)
+        noteClock();
     feed::addZReports(withReportsBefore(m_feed, m_zReports), m_zReports);
     showReports(m_runningShift, m_zReports, false);
     showReports(m_closedShifts, m_zReports, true);
@@ -237,6 +240,17 @@ void Terminal::followTrip()
     board();
     connect(&m_trip, &TripDesk::stopChanged, this, &Terminal::showOwnTrip);
     connect(m_trip.context(), &feed::TripContext::currentStopIdChanged, this, &Terminal::board);
+/// Remarks about the clock of the system go into the journal, if sales have their time of it.
+void Terminal::noteClock()
+{
+    using sales::ClockNotes;
+    connect(&m_clockNotes, &ClockNotes::failed, &m_desk, &sales::SalesDesk::obstacleChanged);
+    connect(m_parts.get(), &VehicleParts::clockOffsetChanged, &m_clockNotes,
+            &ClockNotes::noteOffset);
+    connect(m_parts.get(), &VehicleParts::clockStepped, &m_clockNotes, &ClockNotes::noteStep);
+    m_clockNotes.compareWithLastRecord();
+}
+
     connect(m_fleet.get(), &fleet::FleetSimulator::paceChanged, this,
             [this] { m_hasOwnTime = true; });
     connect(m_fleet.get(), &fleet::FleetSimulator::timeChanged, this, &Terminal::keepTime);

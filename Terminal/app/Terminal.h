@@ -12,6 +12,7 @@
 #include "VehicleParts.h"
 
 #include <AssetsModel.h>
+#include <ClockNotes.h>
 #include <Config.h>
 #include <DriverDesk.h>
 #include <FareProductsModel.h>
@@ -117,6 +118,7 @@ signals:
 private:
     QDateTime timeOfSale() const;
     void keepTime();
+    void noteClock();
     void showOwnTrip();
     void startFleet();
     void followTrip();
@@ -150,6 +152,7 @@ private:
     CatalogueDesk m_catalogue;
     sales::Journal m_journal;
     sales::SalesDesk m_desk;
+    sales::ClockNotes m_clockNotes;
     TileDesk m_tiles;
     drivers::DriverDesk m_drivers;
     PaperDesk m_papers;

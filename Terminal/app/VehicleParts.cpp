@@ -87,8 +87,7 @@ Level levelOf(Knowledge knowledge)
 VehicleParts::VehicleParts(const Settings& settings, const Terminal& terminal, QObject* parent)
     : QObject(parent), m_terminal(terminal)
 {
-    if (settings.position.isThere())
-        followPosition(settings.position);
+    followPosition(settings.position);
     if (settings.vehicles.isThere())
         followVehicles(settings.vehicles);
     if (settings.watchesHealth)
@@ -99,8 +98,7 @@ VehicleParts::~VehicleParts() = default;
 
 void VehicleParts::start()
 {
-    if (m_position != nullptr)
-        m_position->start();
+    m_position->start();
     if (m_live != nullptr)
         m_live->start();
     if (m_health != nullptr)
@@ -122,7 +120,6 @@ void VehicleParts::followPosition(const config::PositionConfig& config)
     using position::VehiclePosition;
     m_positionRow = addRow(tr("Position"), QStringLiteral("gps"));
     m_clockRow = addRow(tr("Time"), QStringLiteral("device"));
-    m_position = std::make_unique<VehiclePosition>(sourceOf(config));
     const auto follow = [this] { m_position->setTrip(m_terminal.trip.trip()); };
     follow();
     connect(&m_terminal.trip, &TripDesk::tripChanged, m_position.get(), follow);
@@ -130,11 +127,14 @@ void VehicleParts::followPosition(const config::PositionConfig& config)
     connect(m_position.get(), &VehiclePosition::stopReached, &m_terminal.trip, &TripDesk::setStop);
     connect(m_position.get(), &VehiclePosition::progressChanged, this,
             [this] { m_terminal.trip.setPunctuality(m_position->punctualityText()); });
+    m_position = std::make_unique<VehiclePosition>(sourceOf(config));
+    connect(m_position.get(), &VehiclePosition::clockStepped, this, &VehicleParts::clockStepped);
+    if (!config.isThere())
+        return;
     connect(m_position.get(), &VehiclePosition::clockOffsetChanged, this, [this](qint64 offset) {
         showClock();
         emit clockOffsetChanged(offset);
     });
-    connect(m_position.get(), &VehiclePosition::clockStepped, this, &VehicleParts::clockStepped);
     showPosition();
     showClock();
 }
@@ -163,7 +163,7 @@ void VehicleParts::followVehicles(const config::VehiclesConfig& config)
     m_liveRow = addRow(tr("Other vehicles"), QStringLiteral("fleet"));
     // Reports are compared with the time of the satellites where the system's clock is wrong.
     const auto now = [this] {
-        const bool isWrong = m_position != nullptr && m_position->isClockWrong();
+        const bool isWrong = m_position->isClockWrong();
         const qint64 offset = isWrong ? m_position->clockOffset().value_or(0) : 0;
         return QDateTime::currentSecsSinceEpoch() + offset / millisecondsPerSecond;
     };

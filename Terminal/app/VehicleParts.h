@@ -76,8 +76,11 @@ public:
     /// Connects to the parts, again and again.
     void start();
 
-    /// Null if there is no receiver.
-    const position::VehiclePosition* position() const { return m_position.get(); }
+    /// Whether a device is a part of the vehicle.
+    bool has(const PeripheralItem& device) const;
+
+    /// Without a receiver it knows the steps of the clock alone.
+    const position::VehiclePosition& position() const { return *m_position; }
 
 signals:
     /// The satellites are `milliseconds` ahead of the system's clock; see VehiclePosition.

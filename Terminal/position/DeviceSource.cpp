@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <array>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -57,8 +58,8 @@ void DeviceSource::closeDevice()
 
 void DeviceSource::read()
 {
-    QByteArray bytes(mostBytes, Qt::Uninitialized);
-    const ssize_t count = ::read(m_file, bytes.data(), mostBytes);
+    std::array<char, mostBytes> bytes{};
+    const ssize_t count = ::read(m_file, bytes.data(), bytes.size());
     if (count < 0 && (errno == EAGAIN || errno == EINTR))
         return;
     if (count <= 0) {
@@ -66,7 +67,7 @@ void DeviceSource::read()
         return;
     }
     heard();
-    report(m_reader.read(bytes.left(static_cast<int>(count))));
+    report(m_reader.read(QByteArray(bytes.data(), static_cast<int>(count))));
 }
 
 } // namespace rivo::position

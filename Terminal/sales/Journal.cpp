@@ -24,12 +24,11 @@ bool prepare(JournalFile& file, const Currency& currency, qint64 firstZNumber)
     const bool isNew = objects->toInt() == 0;
     if (isNew && !createJournal(file, currency, firstZNumber))
         return false;
-    const std::optional<Content> content =
-        isNew ? Content::ThisVersion : validContent(file, currency);
-    if (!content || !file.setPragma("journal_mode", "wal"))
+    const std::optional<int> version = isNew ? newestVersion() : validVersion(file, currency);
+    if (!version || !file.setPragma("journal_mode", "wal"))
         return false;
-    return *content == Content::ThisVersion ? file.inTransaction([] { return true; }) // may write
-                                            : takeOver(file, *content);
+    return *version == newestVersion() ? file.inTransaction([] { return true; }) // may write
+                                       : takeOver(file, *version);
 }
 
 } // namespace

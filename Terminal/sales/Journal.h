@@ -53,8 +53,8 @@ public:
 
     /// Opens `file` and returns what is wrong; nothing if it can be used. One that is missing or
     /// empty is made, with its first shift numbered `firstZNumber`. An existing one is checked from
-    /// end to end: pages, indexes, sums of sales and all figures of shifts. One of the version
-    /// before is taken over in one transaction. A second call closes what was open.
+    /// end to end: pages, indexes, sums of sales and all figures of shifts. One of an earlier
+    /// version, from 2 on, is taken over in one transaction. A second call closes what was open.
     std::optional<JournalFault> open(const QString& file, const Currency& currency,
                                      qint64 firstZNumber);
 
@@ -147,6 +147,12 @@ public:
     /// without an answer is seen by the next total.
     bool beginCardDay(qint64 shift, const QDateTime& at);
     std::optional<Minor> recordCardDay(qint64 shift, Minor total, const QDateTime& at);
+
+    /// Records a remark about the clock, in the running shift.
+    bool recordClock(ClockRemark remark, qint64 milliseconds, const QDateTime& at);
+
+    /// The time of the last record; invalid if there is none.
+    QDateTime lastRecordAt();
 
     /// Records the float of the running shift; the last one counts.
     bool recordOpeningFloat(Minor amount, const QDateTime& at);

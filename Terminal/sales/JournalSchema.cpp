@@ -5,7 +5,6 @@
 
 #include <QStringList>
 
-#include <algorithm>
 #include <array>
 #include <type_traits>
 #include <utility>
@@ -18,8 +17,10 @@ namespace
 
 using feed::FeedTripContext;
 
-constexpr int schemaVersion = 4;
-constexpr int versionWithoutPayments = 3;
+constexpr int schemaVersion = 5;
+constexpr int oldestVersion = 2;
+constexpr int firstWithRecords = 3;
+constexpr int firstWithPayments = 4;
 
 /// One column that the tables of tickets and of the unfinished basket share.
 struct Column
@@ -100,40 +101,49 @@ QString moneyText(const Currency& currency)
     return QStringLiteral("%1 %2").arg(currency.code()).arg(currency.decimals());
 }
 
-/// The tables with a row for each record of their kind.
+/// The tables with a row for each record of their kind, and the first version that has them.
 struct RecordTable
 {
     const char* name;
     RecordKind kind;
+    int since;
 };
 
-constexpr std::array<RecordTable, 6> recordTables{{{"opening", RecordKind::Opening},
-                                                   {"sale", RecordKind::Sale},
-                                                   {"printout", RecordKind::Printout},
-                                                   {"reversal", RecordKind::Reversal},
-                                                   {"closing", RecordKind::Closing},
-                                                   {"hand_over", RecordKind::HandOver}}};
-constexpr std::array<RecordTable, 3> paymentTables{{{"payment", RecordKind::Payment},
-                                                    {"outcome", RecordKind::Outcome},
-                                                    {"card_day", RecordKind::CardDay}}};
+constexpr std::array<RecordTable, 10> recordTables{
+    {{"opening", RecordKind::Opening, firstWithRecords},
+     {"sale", RecordKind::Sale, firstWithRecords},
+     {"printout", RecordKind::Printout, firstWithRecords},
+     {"reversal", RecordKind::Reversal, firstWithRecords},
+     {"closing", RecordKind::Closing, firstWithRecords},
+     {"hand_over", RecordKind::HandOver, firstWithRecords},
+     {"payment", RecordKind::Payment, firstWithPayments},
+     {"outcome", RecordKind::Outcome, firstWithPayments},
+     {"card_day", RecordKind::CardDay, firstWithPayments},
+     {"clock", RecordKind::Clock, schemaVersion}}};
 
 /// All rows of these tables: the number of the record, and its kind by the table.
-QString rowsOfRecordTables(bool hasPayments)
+QString rowsOfRecordTables(int version)
 {
     QStringList parts;
-    const auto add = [&parts](const RecordTable& table) {
-        parts.append(QStringLiteral("SELECT record, %1 AS kind FROM %2")
-                         .arg(static_cast<int>(table.kind))
-                         .arg(QLatin1String(table.name)));
-    };
-    std::for_each(recordTables.begin(), recordTables.end(), add);
-    if (hasPayments)
-        std::for_each(paymentTables.begin(), paymentTables.end(), add);
+    for (const RecordTable& table : recordTables) {
+        if (table.since <= version)
+            parts.append(QStringLiteral("SELECT record, %1 AS kind FROM %2")
+                             .arg(static_cast<int>(table.kind))
+                             .arg(QLatin1String(table.name)));
+    }
     return parts.join(QLatin1String(" UNION ALL "));
 }
 
-/// What holds in every journal of this version and of version 3, which had no payments.
-QVector<Check> commonChecks(bool hasPayments)
+/// How many of the tables of this version one of `version` has.
+const char* tableCount(int version)
+{
+    if (version < firstWithPayments)
+        return "13";
+    return version < schemaVersion ? "19" : "20";
+}
+
+/// What holds in every journal that has records.
+QVector<Check> checksOfRecords(int version)
 {
     const auto none = [](const QString& rows) {
         return Check{QStringLiteral("SELECT COUNT(*) FROM %1").arg(rows)};
@@ -144,15 +154,15 @@ QVector<Check> commonChecks(bool hasPayments)
                         " ('journal', 'shift', 'record', 'opening', 'sale', 'ticket', 'printout',"
                         " 'reversal', 'reversed_ticket', 'closing', 'hand_over', 'unprinted',"
                         " 'basket', 'payment', 'payment_ticket', 'outcome', 'card_sale',"
-                        " 'card_reversal', 'card_day')"),
-         hasPayments ? "19" : "13"},
+                        " 'card_reversal', 'card_day', 'clock')"),
+         tableCount(version)},
         none(QStringLiteral("pragma_foreign_key_check")),
         // Records are numbered from 1 without holes, and each is in the table of its kind.
         {QStringLiteral("SELECT IFNULL((SELECT seq FROM sqlite_sequence WHERE name = 'record'), 0)"
                         " - COUNT(*) FROM record")},
         none(QStringLiteral("record LEFT JOIN (%1) AS part ON part.record = record.id"
                             " WHERE part.kind IS NOT record.kind")
-                 .arg(rowsOfRecordTables(hasPayments))),
+                 .arg(rowsOfRecordTables(version))),
         // The last shift runs, all others are closed.
         {QStringLiteral("SELECT (SELECT COUNT(*) FROM shift) - (SELECT COUNT(*) FROM closing)"),
          "1"},
@@ -186,19 +196,13 @@ QVector<Check> commonChecks(bool hasPayments)
              QLatin1String(dueOfFigures))};
 }
 
-QVector<Check> checks() { return commonChecks(true) + checksOfPayments(); }
-
 /// What holds in a journal of `version`.
 QVector<Check> checksOf(int version)
 {
-    switch (version) {
-    case schemaVersion:
-        return checks();
-    case versionWithoutPayments:
-        return commonChecks(false);
-    default:
+    if (version < firstWithRecords)
         return checksOfVersion2();
-    }
+    return checksOfRecords(version) +
+           (version < firstWithPayments ? QVector<Check>() : checksOfPayments());
 }
 
 } // namespace
@@ -216,13 +220,13 @@ bool passes(JournalFile& file, const QVector<Check>& checks)
     return true;
 }
 
-std::optional<Content> validContent(JournalFile& file, const Currency& currency)
+std::optional<int> validVersion(JournalFile& file, const Currency& currency)
 {
     const std::optional<QVariant> version = file.value(QStringLiteral("PRAGMA user_version"));
     if (!version)
         return std::nullopt;
     const int number = version->toInt();
-    if (number > schemaVersion || number < schemaVersion - 2) {
+    if (number > schemaVersion || number < oldestVersion) {
         file.fail({JournalFault::Kind::OtherVersion, version->toString()});
         return std::nullopt;
     }
@@ -238,9 +242,7 @@ std::optional<Content> validContent(JournalFile& file, const Currency& currency)
              QStringLiteral("kept in %1, not in %2").arg(kept->toString(), moneyText(currency))});
         return std::nullopt;
     }
-    return number == schemaVersion            ? Content::ThisVersion
-           : number == versionWithoutPayments ? Content::Version3
-                                              : Content::Version2;
+    return number;
 }
 
 bool createTables(JournalFile& file)
@@ -294,7 +296,7 @@ bool createTables(JournalFile& file)
                 table("unprinted", "ticket INTEGER PRIMARY KEY REFERENCES ticket"),
                 withTicket(
                     QStringLiteral("CREATE TABLE basket (line INTEGER PRIMARY KEY, %1)"))}) &&
-           createPaymentTables(file);
+           createPaymentTables(file) && createClockTable(file);
 }
 
 bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNumber)
@@ -313,15 +315,18 @@ bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNum
     });
 }
 
-bool takeOver(JournalFile& file, Content content)
+int newestVersion() { return schemaVersion; }
+
+bool takeOver(JournalFile& file, int version)
 {
     return file.inTransaction([&] {
         const bool isMade =
-            content == Content::Version3
-                ? file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
-                      createPaymentTables(file)
-                : setVersion2Aside(file) && createTables(file) && copyVersion2(file);
-        return isMade && passes(file, checks());
+            version < firstWithRecords
+                ? setVersion2Aside(file) && createTables(file) && copyVersion2(file)
+                : file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
+                      (version >= firstWithPayments || createPaymentTables(file)) &&
+                      createClockTable(file);
+        return isMade && passes(file, checksOf(schemaVersion));
     });
 }
 

@@ -23,7 +23,8 @@ enum class RecordKind {
     HandOver = 6, ///< of the shift's cash
     Payment = 7,  ///< with a card, before the terminal is asked
     Outcome = 8,  ///< of such a payment
-    CardDay = 9   ///< of the card terminal, after the shift
+    CardDay = 9,  ///< of the card terminal, after the shift
+    Clock = 10    ///< a remark about the clock
 };
 
 /// Makes the tables of a new journal, and its first shift.
@@ -35,15 +36,18 @@ bool createTables(JournalFile& file);
 /// Makes the tables of payments with cards alone, in the transaction that runs.
 bool createPaymentTables(JournalFile& file);
 
-/// What is in a file that can be used.
-enum class Content { ThisVersion, Version3, Version2 };
+/// Makes the table of remarks about the clock alone, in the transaction that runs.
+bool createClockTable(JournalFile& file);
 
 /// The version of `file`, if it has the tables of that version, figures that agree, and amounts in
 /// `currency`; a fault otherwise.
-std::optional<Content> validContent(JournalFile& file, const Currency& currency);
+std::optional<int> validVersion(JournalFile& file, const Currency& currency);
 
-/// Makes a journal of this version of one of version 2 or 3, in one transaction, and checks it.
-bool takeOver(JournalFile& file, Content content);
+int newestVersion();
+
+/// Makes a journal of the newest version of one of an earlier valid version, in one transaction,
+/// and checks it.
+bool takeOver(JournalFile& file, int version);
 
 /// A statement with one result, and the result that it has in a journal that is whole.
 struct Check

@@ -67,6 +67,13 @@ struct CardOutcome
     QString reason;           ///< if it is not, or something is to be noted
 };
 
+/// What is remarked about the clock that records have their time of.
+enum class ClockRemark {
+    Offset = 1, ///< the satellites are ahead of it, or behind if negative
+    Step = 2,   ///< it was set while the terminal ran; backwards if negative
+    Behind = 3  ///< it is behind the last record at the start; always negative
+};
+
 /// One ticket as it is sold: what it is, what it costs, and the trip it was sold on.
 struct Ticket
 {

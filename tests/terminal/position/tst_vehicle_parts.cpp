@@ -4,7 +4,10 @@
 #include <AssetItem.h>
 #include <HealthWatch.h>
 #include <PeripheralItem.h>
+#include <VehiclePosition.h>
 
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
@@ -65,9 +68,26 @@ void VehiclePartsTest::noParts()
     Terminal::Settings settings;
     settings.journalFile = folder.filePath("journal");
     Terminal terminal(testFeed(), settings);
-    QCOMPARE(terminal.parts().position(), nullptr);
+    QVERIFY(!terminal.parts().position().hasReceiver());
     QCOMPARE(terminal.peripherals()->rowCount(), 1); // the printer
 }
+/// "remark milliseconds" of the records of the clock in a journal that is not open.
+QStringList clockRemarks(const QString& journal)
+{
+    QStringList remarks;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "remarks");
+        database.setDatabaseName(journal);
+        if (!database.open())
+            return {"cannot be opened"};
+        QSqlQuery query("SELECT remark, milliseconds FROM clock ORDER BY record", database);
+        while (query.next())
+            remarks.append(query.value(0).toString() + " " + query.value(1).toString());
+    }
+    QSqlDatabase::removeDatabase("remarks");
+    return remarks;
+}
+
 
 void VehiclePartsTest::stopsFollowTheReceiver()
 {
@@ -76,6 +96,8 @@ void VehiclePartsTest::stopsFollowTheReceiver()
     QTemporaryDir folder;
     Terminal::Settings settings;
     settings.journalFile = folder.filePath("journal");
+    void clockGoesIntoTheJournal();
+    void timeThatWasSetIsNotThatOfTheClock();
     settings.config.position.type = "gpsd";
     settings.config.position.host = "127.0.0.1";
     settings.config.position.port = server.serverPort();
@@ -96,6 +118,34 @@ void VehiclePartsTest::stopsFollowTheReceiver()
     client->write(tpv(2.1) + tpv(2.2));
     QTRY_COMPARE(offsets.count(), 1);
     QVERIFY(qAbs(offsets.first().first().toLongLong() - 100000) < 5000);
+void VehiclePartsTest::clockGoesIntoTheJournal()
+{
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    {
+        Terminal terminal(testFeed(), settings);
+        emit terminal.parts().clockStepped(-3600000);
+        emit terminal.parts().clockOffsetChanged(100000);
+    }
+    QCOMPARE(clockRemarks(settings.journalFile), (QStringList{"2 -3600000", "1 100000"}));
+}
+
+/// Its sales do not have the time of the system's clock.
+void VehiclePartsTest::timeThatWasSetIsNotThatOfTheClock()
+{
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    settings.startTime = 8 * 3600;
+    {
+        Terminal terminal(testFeed(), settings);
+        emit terminal.parts().clockStepped(-3600000);
+        emit terminal.parts().clockOffsetChanged(100000);
+    }
+    QCOMPARE(clockRemarks(settings.journalFile), QStringList());
+}
+
     QCOMPARE(trip.stop(), 0);
     client->write(tpv(3.1) + tpv(3.9));
     QTRY_COMPARE(trip.stop(), 2);

@@ -53,7 +53,10 @@ const char* const allRecords = "SELECT id, kind, shift, substr(at, 12, 8), drive
 const QStringList asVersion3{"DROP TABLE card_day",       "DROP TABLE card_reversal",
                              "DROP TABLE card_sale",      "DROP TABLE outcome",
                              "DROP TABLE payment_ticket", "DROP TABLE payment",
-                             "PRAGMA user_version=3"};
+                             "DROP TABLE clock",          "PRAGMA user_version=3"};
+
+/// What makes a journal of version 4 of one without remarks about the clock.
+const QStringList asVersion4{"DROP TABLE clock", "PRAGMA user_version=4"};
 
 const char* const allTables = "SELECT type, name, tbl_name, sql FROM sqlite_master"
                               " ORDER BY type, name";
@@ -90,7 +93,7 @@ private slots:
             QVERIFY(unprinted.at(1).isDaily);
             QCOMPARE(unprinted.at(1).validity, "");
         }
-        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\4", 4));
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\5", 4));
         QVERIFY(!QFile::exists(file() + "-wal"));
     }
 
@@ -156,23 +159,64 @@ private slots:
             QVERIFY(!journal.chargeOf(2));
             QCOMPARE(journal.shiftOfOpenCardDay(), 0);
         }
-        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\4", 4));
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\5", 4));
         OpenJournal journal(file());
         QVERIFY(journal.beginCharge(5, noon));
     }
 
-    void version3ThatIsNotWholeStaysAsItIs()
+    void version4GetsTheTableOfTheClock()
     {
+        QStringList tables;
+        QStringList content;
+        {
+            OpenJournal journal(file());
+            const auto charge = journal.beginCharge(95, noon);
+            QVERIFY(charge);
+            QVERIFY(journal.recordOutcome(
+                {charge->id, rivo::payment::Verdict::Declined, {}, "no money"}, noon));
+            QVERIFY(sell(journal, {190, 95}));
+            QVERIFY(journal.closeShift(noon));
+            tables = rowsOf(onlyConnection(), allTables);
+            content = journalContent();
+        }
+        executeIn(file(), asVersion4);
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            OpenJournal journal(file());
+            QCOMPARE(kindOf(journal.fault()), "none");
+            QCOMPARE(rowsOf(onlyConnection(), allTables), tables);
+            QCOMPARE(journalContent(), content);
+        }
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\5", 4));
+        OpenJournal journal(file());
+        QVERIFY(journal.recordClock(ClockRemark::Step, -5000, noon));
+    }
+
+    void oneWithRecordsThatIsNotWholeStaysAsItIs_data()
+    {
+        QTest::addColumn<QStringList>("version");
+        QTest::addColumn<QString>("harm");
+        const QString otherSum = "UPDATE sale SET total = 1";
+        QTest::newRow("version 3 with another sum") << asVersion3 << otherSum;
+        QTest::newRow("version 4 with another sum") << asVersion4 << otherSum;
+        QTest::newRow("version 4 without the tables of payments")
+            << asVersion3 << "PRAGMA user_version=4";
+        QTest::newRow("version 4 with a record of the clock")
+            << asVersion4 << "INSERT INTO record (kind, shift, at, driver) VALUES (10, 17, '', 0)";
+    }
+
+    void oneWithRecordsThatIsNotWholeStaysAsItIs()
+    {
+        QFETCH(QStringList, version);
+        QFETCH(QString, harm);
         {
             OpenJournal journal(file());
             QVERIFY(sell(journal, {190, 95}));
         }
-        executeIn(file(), asVersion3 + QStringList{"UPDATE sale SET total = 1",
-                                                   "PRAGMA journal_mode=delete"});
-        const QMap<QString, QByteArray> before = filesIn(m_folder->path());
+        executeIn(file(), version + QStringList{harm, "PRAGMA journal_mode=delete"});
+        const QMap<QString, QByteArray> files = filesIn(m_folder->path());
         Journal journal;
         QCOMPARE(kindOf(journal.open(file(), euro, 17)), "damaged");
-        QCOMPARE(filesIn(m_folder->path()), before);
+        QCOMPARE(filesIn(m_folder->path()), files);
     }
 
     void sellingGoesOn()
