@@ -14,14 +14,27 @@ ShiftReport {
     readonly property bool isPaid: !isNaN(paymentDate)
     readonly property bool isOwn: desk.keepsShift(zNumberData) ///< of this terminal's journal
     readonly property bool isPayable: !isPaid && isOwn
-    /// As SalesDesk::zReport() has it, once its cash was handed over here.
-    readonly property var report: isPaid && isOwn ? desk.zReport(zNumberData) : ({})
-    readonly property double difference: Number(report["difference"])
+    property int cardDays: 0 ///< of the card terminal, that ended while this is shown
+    /// As SalesDesk::zReport() has it; other figures when it is paid, and after a card day.
+    readonly property var report: isOwn && (isPaid || cardDays >= 0) ? desk.zReport(zNumberData)
+                                                                    : ({})
+    readonly property double difference: isPaid ? Number(report["difference"]) : 0
+    readonly property double cardDayDifference: Number(report["cardDayDifference"])
     signal handOverRequested
     signal reportRequested
 
+    function signedText(amount) {
+        return (amount < 0 ? "−" : "+") + desk.amountText(Math.abs(amount))
+    }
+
     implicitHeight: content.height + 3 * Theme.gap
 
+    Connections {
+        target: root.desk.card
+        function onCardDayEnded() {
+            ++root.cardDays
+        }
+    }
     Column {
         id: content
 
@@ -73,8 +86,17 @@ ShiftReport {
             label: qsTr("Counted")
             value: visible ? qsTr("%1 (%2)", "counted amount, difference to what is due")
                                  .arg(root.desk.amountText(root.report["counted"]))
-                                 .arg((root.difference < 0 ? "−" : "+")
-                                      + root.desk.amountText(Math.abs(root.difference)))
+                                 .arg(root.signedText(root.difference))
+                           : ""
+        }
+        ReportLine {
+            objectName: "cardDayLine"
+            width: parent.width
+            visible: root.cardDayDifference < 0 || root.cardDayDifference > 0
+            label: qsTr("Card terminal")
+            value: visible ? qsTr("%1 (%2)", "total of the card terminal, difference to the journal")
+                                 .arg(root.desk.amountText(root.report["cardDayTotal"]))
+                                 .arg(root.signedText(root.cardDayDifference))
                            : ""
         }
         Row {

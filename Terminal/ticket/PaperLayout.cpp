@@ -130,6 +130,16 @@ void writeTicket(Writer& writer, const sales::PrintJob& job, const PaperContext&
     writer.field(Paper::tr("Check"), checkText(code));
 }
 
+/// Known only after the shift was closed: the paper of a closing has no such lines.
+void writeCardDay(Writer& writer, const sales::ShiftReport& report)
+{
+    if (!report.isCardDayEnded)
+        return;
+    writer.rule();
+    writer.amount(Kind::Field, Paper::tr("Day of the card terminal"), report.cardDayTotal);
+    writer.amountUnlessZero(Paper::tr("Difference to the journal"), report.cardDayDifference);
+}
+
 void writeReport(Writer& writer, const sales::ShiftReport& report)
 {
     const bool isClosed = report.closedAt.isValid();
@@ -156,6 +166,7 @@ void writeReport(Writer& writer, const sales::ShiftReport& report)
     writer.amount(Kind::Sum, Paper::tr("Cash to hand over"), report.due());
     if (report.copyCount > 0)
         writer.add(Kind::Field, Paper::tr("Copies printed"), QString::number(report.copyCount));
+    writeCardDay(writer, report);
     if (!report.paidAt.isValid())
         return;
     writer.rule();

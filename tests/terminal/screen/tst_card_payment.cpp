@@ -1,4 +1,5 @@
 #include "../ScreenUnderTest.h"
+#include "../payment/FakeCards.h"
 
 #include <CardDesk.h>
 #include <PeripheralItem.h>
@@ -116,6 +117,37 @@ private slots:
                  QString("The last card payment is not cleared yet."));
     }
 
+    void theDayOfTheCardTerminalIsOnTheReport_data()
+    {
+        QTest::addColumn<qint64>("total");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("it agrees") << qint64(140) << QString();
+        QTest::newRow("less than in the journal")
+            << qint64(100) << QString::fromUtf8("€1.00 (−€0.40)");
+        QTest::newRow("more than in the journal") << qint64(150) << "€1.50 (+€0.10)";
+    }
+
+    void theDayOfTheCardTerminalIsOnTheReport()
+    {
+        QFETCH(qint64, total);
+        QFETCH(QString, shown);
+        m_cards = std::make_unique<FakeCards>();
+        show(0, "zreport");
+        SalesDesk& desk = *m_shown->terminal().desk();
+        desk.card()->setTerminal(m_cards.get());
+        QVERIFY(desk.add(0));
+        QVERIFY(desk.pay(SalesDesk::Card));
+        m_cards->approve();
+        QTRY_COMPARE(desk.state(), SalesDesk::Selling);
+        QVERIFY(desk.closeShift());
+        QTRY_COMPARE(m_shown->all("reportButton").size(), 1);
+        QCOMPARE(m_shown->all("cardDayLine").size(), 0);
+        m_cards->answerDay(total);
+        QTRY_COMPARE(m_shown->all("cardDayLine").size(), shown.isEmpty() ? 0 : 1);
+        if (!shown.isEmpty())
+            QCOMPARE(m_shown->item("cardDayLine")->property("value").toString(), shown);
+    }
+
     void theCardTerminalIsADevice()
     {
         m_shown = std::make_unique<ScreenUnderTest>(
@@ -133,13 +165,15 @@ private slots:
     }
 
 private:
-    void show(int cardTime)
+    void show(int cardTime, const QString& page = QStringLiteral("sell"))
     {
-        m_shown = std::make_unique<ScreenUnderTest>(exampleFeed("coast-line"), "sell", m_size,
+        m_shown = std::make_unique<ScreenUnderTest>(exampleFeed("coast-line"), page, m_size,
                                                     [cardTime](Terminal::Settings& settings) {
                                                         settings.cardTime = cardTime;
                                                         settings.isDemo = true;
                                                     });
+        if (page != "sell")
+            return;
         QVERIFY(m_shown->terminal().desk()->add(0));
         QTRY_COMPARE(m_shown->all("payCash").size(), 1);
     }
@@ -161,6 +195,7 @@ private:
     }
 
     std::unique_ptr<Complaints> m_complaints;
+    std::unique_ptr<FakeCards> m_cards; ///< outlives what is shown
     std::unique_ptr<ScreenUnderTest> m_shown;
     QSize m_size;
 };

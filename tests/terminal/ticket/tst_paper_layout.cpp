@@ -238,6 +238,40 @@ private slots:
                               "Difference: (€2.08)"}));
     }
 
+    void reportWithTheDayOfTheCardTerminal_data()
+    {
+        QTest::addColumn<bool>("hasEnded");
+        QTest::addColumn<qint64>("difference");
+        QTest::addColumn<QStringList>("expected");
+        const QString rule = "--";
+        const QString total = "Day of the card terminal: €8.00";
+        const QString copies = "Copies printed: 3";
+        QTest::newRow("a day that has not ended has no lines")
+            << false << qint64(0) << QStringList{"Cash to hand over: €62.08", copies};
+        QTest::newRow("a day that agrees has its total")
+            << true << qint64(0) << QStringList{copies, rule, total};
+        QTest::newRow("less than in the journal")
+            << true << qint64(-10)
+            << QStringList{rule, total, "Difference to the journal: (€0.10)"};
+        QTest::newRow("more than in the journal")
+            << true << qint64(10) << QStringList{rule, total, "Difference to the journal: €0.10"};
+    }
+
+    void reportWithTheDayOfTheCardTerminal()
+    {
+        QFETCH(bool, hasEnded);
+        QFETCH(qint64, difference);
+        QFETCH(QStringList, expected);
+        PrintJob job;
+        job.report = fullReport();
+        job.report->closedAt = fullTicket().ticket.soldAt;
+        job.report->isCardDayEnded = hasEnded;
+        job.report->cardDayTotal = 800;
+        job.report->cardDayDifference = difference;
+        const QStringList lines = linesOf(job);
+        QCOMPARE(lines.mid(lines.size() - expected.size()), expected);
+    }
+
     void reportWithoutReversalsHasNoLinesForThem()
     {
         PrintJob job;
