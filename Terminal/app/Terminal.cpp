@@ -201,8 +201,7 @@ void Terminal::startFleet()
                           : fleet::FleetSimulator::Vehicles::AsReported);
     m_fleet->setPace(m_settings.pace);
     m_fleet->setTime(startOf(m_settings));
-    m_ownVehicle =
-        m_fleet->vehicleOf(m_trip.context()->tripsExecutionId(), m_trip.context()->routeId());
+    m_ownVehicle = findOwnVehicle();
     showOwnTrip();
     // In a demo the pace can be changed; the time that is shown is then not that of the system.
     connect(m_fleet.get(), &fleet::FleetSimulator::paceChanged, this,
@@ -213,6 +212,20 @@ void Terminal::startFleet()
 /// This vehicle is where the driver's trip is, on the fleet page too.
 void Terminal::showOwnTrip()
 {
+/// The vehicle that the configuration names, otherwise the one of the trip. A receiver places no
+/// other vehicle: without a vehicle of that name one is added.
+int Terminal::findOwnVehicle()
+{
+    const QString& name = m_settings.config.vehicle;
+    const bool hasReceiver = m_settings.config.position.isThere();
+    int id = m_fleet->vehicleNamed(name);
+    if (id < 0 && (name.isEmpty() || !hasReceiver))
+        id = m_fleet->vehicleOf(m_trip.context()->tripsExecutionId(), m_trip.context()->routeId());
+    if (id < 0 && hasReceiver)
+        id = m_fleet->addVehicle(name.isEmpty() ? tr("This vehicle") : name);
+    return id;
+}
+
     const int trip = m_trip.trip() == nullptr ? -1 : m_trip.trip()->number;
     m_fleet->setOwn(m_ownVehicle, trip, m_trip.stop());
 }

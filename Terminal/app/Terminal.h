@@ -121,6 +121,7 @@ private:
     void noteClock();
     void showOwnTrip();
     void startFleet();
+    int findOwnVehicle();
     void followTrip();
     void layOutGrid();
     TileLook tileLook();

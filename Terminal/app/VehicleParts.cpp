@@ -138,6 +138,7 @@ void VehicleParts::followPosition(const config::PositionConfig& config)
     showPosition();
     showClock();
 }
+    connect(m_position.get(), &VehiclePosition::moved, this, &VehicleParts::showOwnPlace);
 
 void VehicleParts::showPosition()
 {
@@ -154,6 +155,14 @@ void VehicleParts::showClock()
     const QString seconds =
         QString::number(static_cast<double>(qAbs(*offset)) / millisecondsPerSecond, 'f', 1);
     const QString text = *offset < 0 ? tr("%1 s ahead of the satellites").arg(seconds)
+/// This vehicle on the fleet page.
+void VehicleParts::showOwnPlace()
+{
+    const position::Fix& fix = *m_position->fix();
+    m_terminal.fleet.reportOwnPlace(
+        {fix.coordinate, fix.direction, fix.speed > position::PositionJudge::moving});
+}
+
                                      : tr("%1 s behind the satellites").arg(seconds);
     show(m_clockRow, {m_position->isClockWrong() ? Level::SeriousWarning : Level::Ready, text});
 }

@@ -97,6 +97,7 @@ private:
     Row addRow(const QString& name, const QString& icon);
     void showPosition();
     void showClock();
+    void showOwnPlace();
     void showVehicles();
     void showHealth(const health::Health& health);
     void showOptional(Row& row, const QString& name, bool isThere, const health::State& state);

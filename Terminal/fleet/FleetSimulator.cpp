@@ -23,6 +23,12 @@ Seconds secondOfDay(Seconds time) { return (time % day + day) % day; }
 
 Seconds duration(const Trip& trip) { return trip.end() - trip.start(); }
 
+QString destinationText(const Trip& trip)
+{
+    return FleetSimulator::tr("to %1").arg(trip.headsign.isEmpty() ? trip.calls.last().name
+                                                                   : trip.headsign);
+}
+
 /// A trip that takes a day would meet itself; one without places leads nowhere.
 bool canRun(const Trip& trip) { return duration(trip) < day && !trip.path->points().isEmpty(); }
 
@@ -123,6 +129,27 @@ AssetItem* FleetSimulator::makeVehicle(const Route& route)
     return made;
 }
 
+int FleetSimulator::vehicleNamed(const QString& number) const
+{
+    for (int row = 0; row < m_fleet.rowCount() && !number.isEmpty(); ++row) {
+        const AssetItem* candidate = vehicle(row);
+        if (candidate->internalNumber() == number || candidate->registrationNumber() == number)
+            return candidate->id();
+    }
+    return -1;
+}
+
+int FleetSimulator::addVehicle(const QString& number)
+{
+    int id = m_fleet.rowCount() + 1;
+    while (m_fleet.findById(id) != nullptr)
+        ++id;
+    m_fleet.appendRow(new AssetItem(id, number, number, tr("no report"), QString(), -1, QString(),
+                                    QGeoCoordinate(), false, true, 0.0, &m_fleet));
+    m_parked.insert(id, {tr("no report"), false});
+    return id;
+}
+
 void FleetSimulator::rememberParkedVehicles()
 {
     for (int row = 0; row < m_fleet.rowCount(); ++row) {
@@ -188,6 +215,7 @@ void FleetSimulator::setTime(int time)
     m_time = wanted;
     for (int id : qAsConst(m_silent))
         m_silentFor[id] = std::min(m_silentFor.value(id) + passed, day);
+    m_ownSilentFor = std::min(m_ownSilentFor + passed, day);
     report();
     if (passed > 0)
         emit timeChanged();
@@ -230,10 +258,12 @@ FleetSimulator::Reporting FleetSimulator::reportingOf(int id) const
         return Offline;
     const auto others = m_reportedByOthers.constFind(id);
     const bool isOthers = others != m_reportedByOthers.constEnd();
-    const Seconds silentFor = isOthers ? *others : m_silentFor.value(id);
+    const Seconds silentFor = isPlaced(id) ? m_ownSilentFor
+                              : isOthers   ? *others
+                                           : m_silentFor.value(id);
     if (silentFor > offlineAfter)
         return Offline;
-    const bool isCurrent = isOthers || m_parked.value(id).updated;
+    const bool isCurrent = isPlaced(id) || isOthers || m_parked.value(id).updated;
     return silentFor > staleAfter || !isCurrent ? Stale : Live;
 }
 
@@ -257,7 +287,9 @@ bool FleetSimulator::isRunning(const Trip& trip) const
 void FleetSimulator::report()
 {
     for (int row = 0; row < m_fleet.rowCount(); ++row) {
-        if (!m_reportedByOthers.contains(vehicle(row)->id()))
+        if (isPlaced(vehicle(row)->id()))
+            showOwnPlace(*vehicle(row));
+        else if (!m_reportedByOthers.contains(vehicle(row)->id()))
             reportVehicle(*vehicle(row));
     }
 }
@@ -297,8 +329,7 @@ void FleetSimulator::place(AssetItem& vehicle, const Trip& trip, double metres) 
     const Path::Place place = trip.path->at(metres);
     vehicle.setAssetCoordinate(place.coordinate);
     vehicle.setDirection(place.direction);
-    vehicle.setRouteStatus(
-        tr("to %1").arg(trip.headsign.isEmpty() ? trip.calls.last().name : trip.headsign));
+    vehicle.setRouteStatus(destinationText(trip));
 }
 
 /// At the stop that the driver has chosen.
@@ -306,10 +337,44 @@ void FleetSimulator::reportOwn(AssetItem& vehicle, const Trip& trip)
 {
     if (!trip.path->points().isEmpty())
         place(vehicle, trip, trip.calls.at(m_ownCall).metres);
+    showTrip(vehicle, trip);
+    vehicle.setDrivingStatus(tr("at a stop"));
+}
+
+/// Its route, and where it goes.
+void FleetSimulator::showTrip(AssetItem& vehicle, const Trip& trip) const
+{
     const Route* route = m_timetable.route(trip.route);
     vehicle.setRouteId(trip.route);
     vehicle.setRouteName(route == nullptr ? QString() : route->title);
-    vehicle.setDrivingStatus(tr("at a stop"));
+    vehicle.setRouteStatus(destinationText(trip));
+}
+
+bool FleetSimulator::isPlaced(int id) const
+{
+    return id == m_own && m_ownPlace && !m_silent.contains(id);
+}
+
+void FleetSimulator::reportOwnPlace(const OwnPlace& place)
+{
+    m_ownPlace = place;
+    m_ownSilentFor = 0;
+    report();
+}
+
+void FleetSimulator::showOwnPlace(AssetItem& vehicle)
+{
+    const Reporting reporting = reportingOf(vehicle.id());
+    vehicle.setUpdated(reporting == Live);
+    vehicle.setAssetCoordinate(m_ownPlace->coordinate);
+    if (!qIsNaN(m_ownPlace->direction))
+        vehicle.setDirection(m_ownPlace->direction);
+    if (const Trip* trip = m_timetable.trip(m_ownTrip))
+        showTrip(vehicle, *trip);
+    vehicle.setDrivingStatus(reporting == Stale     ? tr("no report")
+                             : reporting == Offline ? tr("off-line")
+                             : m_ownPlace->isMoving ? tr("driving")
+                                                    : tr("standing"));
 }
 
 void FleetSimulator::setOwn(int vehicle, int trip, int call)

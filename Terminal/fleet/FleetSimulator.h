@@ -3,12 +3,17 @@
 #include "Timetable.h"
 
 #include <QElapsedTimer>
+#include <QGeoCoordinate>
 #include <QHash>
 #include <QMap>
 #include <QObject>
 #include <QSet>
 #include <QTimer>
 #include <QVariantList>
+
+#include <QtNumeric>
+
+#include <optional>
 
 class AssetItem;
 class AssetsModel;
@@ -51,6 +56,14 @@ public:
         AsReported ///< stay as the fleet has them
     };
 
+    /// Where this vehicle is by its receiver.
+    struct OwnPlace
+    {
+        QGeoCoordinate coordinate;
+        double direction = qQNaN(); ///< degrees clockwise from north; NaN = as before
+        bool isMoving = false;
+    };
+
     /// `fleet` outlives the simulator.
     FleetSimulator(const Timetable& timetable, AssetsModel& fleet,
                    Vehicles vehicles = Vehicles::Simulated, QObject* parent = nullptr);
@@ -81,6 +94,16 @@ public:
     /// call `call`, whatever its duty says; -1 for none. The driver has chosen that.
     void setOwn(int vehicle, int trip, int call);
     int own() const { return m_own; } ///< this vehicle; -1 if the fleet does not have it
+
+    /// This vehicle is there, on the trip of setOwn(), whatever timetable or others say of it. It
+    /// is as current as the last of these reports.
+    void reportOwnPlace(const OwnPlace& place);
+
+    /// The vehicle with this internal or registration number; -1 if there is none.
+    int vehicleNamed(const QString& number) const;
+
+    /// Adds a vehicle that has not reported, and returns its id.
+    int addVehicle(const QString& number);
 
     /// The vehicle that runs trip `trip` on some part of the day, otherwise the first one of route
     /// `route`; -1 if there is none.
@@ -133,6 +156,9 @@ private:
     void report();
     void reportVehicle(AssetItem& vehicle);
     void reportOwn(AssetItem& vehicle, const Trip& trip);
+    bool isPlaced(int id) const;
+    void showOwnPlace(AssetItem& vehicle);
+    void showTrip(AssetItem& vehicle, const Trip& trip) const;
     void place(AssetItem& vehicle, const Trip& trip, double metres) const;
     AssetItem* vehicle(int row) const;
 
@@ -147,6 +173,8 @@ private:
     int m_own = -1;                         ///< vehicle
     int m_ownTrip = -1;
     int m_ownCall = -1;
+    std::optional<OwnPlace> m_ownPlace;
+    Seconds m_ownSilentFor = 0; ///< since m_ownPlace
     QVariantList m_lines;
     QVariantList m_stops;
     QTimer m_ticks;

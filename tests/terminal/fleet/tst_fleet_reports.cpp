@@ -26,6 +26,10 @@ private slots:
     void linesAndStops();
     void vehicleOf();
     void theOwnVehicleIsWhereTheDriverSays();
+    void theOwnVehicleIsWhereItsReceiverSays();
+    void theOwnPlaceGrowsOld_data();
+    void theOwnPlaceGrowsOld();
+    void vehiclesHaveNumbers();
     void timeText();
     void runsByItself();
 };
@@ -269,6 +273,94 @@ void FleetReportsTest::theOwnVehicleIsWhereTheDriverSays()
     fleet.simulator->setOwn(101, 99, 0); // no trip of the timetable: it runs its duty
     QCOMPARE(fleet.stateOf(101), QString("3 driving"));
     QCOMPARE(own.size(), 1);
+}
+
+void FleetReportsTest::theOwnVehicleIsWhereItsReceiverSays()
+{
+    TestNetwork network;
+    network.trip("50", "5", out("8:00:00", "8:30:00"))
+        .trip("60", "6", {"2 9:00:00", "3 9:10:00"}, {}, {}, "Centre");
+    Fleet fleet(network, {5, 5});
+    FleetSimulator& simulator = *fleet.simulator;
+    fleet.setTime("8:15:00");
+    simulator.reportOwnPlace({QGeoCoordinate(0.0, 0.0005), 90.0, true});
+    QCOMPARE(fleet.stateOf(101), QString("2.5 driving")); // it is none of these
+    simulator.setOwn(101, 60, 0);
+    QCOMPARE(fleet.stateOf(101), QString("0.5 driving"));
+    QCOMPARE(fleet.vehicle(101).direction(), 90.0);
+    QCOMPARE(fleet.vehicle(101).routeStatus(), QString("to Centre"));
+    QCOMPARE(fleet.vehicle(101).routeId(), 6);
+    QCOMPARE(fleet.vehicle(101).routeName(), QString("Ring"));
+    simulator.reportOwnPlace({QGeoCoordinate(0.0, 0.0007), qQNaN(), false});
+    QCOMPARE(fleet.stateOf(101), QString("0.7 standing"));
+    QCOMPARE(fleet.vehicle(101).direction(), 90.0);
+
+    // Others may report it as well; the receiver knows better.
+    simulator.setReportedByOthers({{101, 400}});
+    QCOMPARE(simulator.reportingOf(101), FleetSimulator::Live);
+    fleet.vehicle(101).setAssetCoordinate(QGeoCoordinate(3.0, 4.0));
+    fleet.setTime("8:15:01");
+    QCOMPARE(fleet.stateOf(101), QString("0.7 standing"));
+    simulator.setReportedByOthers({});
+
+    simulator.setSilent(101, true);
+    fleet.setTime("8:17:00");
+    QCOMPARE(simulator.reportingOf(101), FleetSimulator::Stale);
+    simulator.setSilent(101, false);
+    simulator.setOwn(101, -1, -1);
+    simulator.reportOwnPlace({QGeoCoordinate(0.0, 0.0009), 90.0, true});
+    QCOMPARE(fleet.stateOf(101), QString("0.9 driving"));
+    QCOMPARE(fleet.stateOf(102), QString("2000 in the depot"));
+}
+
+void FleetReportsTest::theOwnPlaceGrowsOld_data()
+{
+    QTest::addColumn<int>("silence");
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<FleetSimulator::Reporting>("reporting");
+    QTest::newRow("a minute") << 60 << "0.5 driving" << FleetSimulator::Live;
+    QTest::newRow("more than a minute") << 61 << "0.5 no report" << FleetSimulator::Stale;
+    QTest::newRow("five minutes") << 300 << "0.5 no report" << FleetSimulator::Stale;
+    QTest::newRow("more than five minutes") << 301 << "0.5 off-line" << FleetSimulator::Offline;
+}
+
+void FleetReportsTest::theOwnPlaceGrowsOld()
+{
+    QFETCH(int, silence);
+    QFETCH(QString, state);
+    QFETCH(FleetSimulator::Reporting, reporting);
+    Fleet fleet(TestNetwork().trip("50", "5", out("8:00:00", "8:30:00")), {5});
+    FleetSimulator& simulator = *fleet.simulator;
+    simulator.setTime(8 * hour);
+    simulator.setOwn(101, 50, 0);
+    simulator.reportOwnPlace({QGeoCoordinate(0.0, 0.0005), 90.0, true});
+    simulator.setTime(8 * hour + silence);
+    QCOMPARE(fleet.stateOf(101), state);
+    QCOMPARE(simulator.reportingOf(101), reporting);
+    QCOMPARE(fleet.vehicle(101).updated(), reporting == FleetSimulator::Live);
+    simulator.reportOwnPlace({QGeoCoordinate(0.0, 0.0006), 90.0, true});
+    QCOMPARE(fleet.stateOf(101), QString("0.6 driving"));
+    QCOMPARE(simulator.reportingOf(101), FleetSimulator::Live);
+}
+
+void FleetReportsTest::vehiclesHaveNumbers()
+{
+    Fleet fleet(TestNetwork().trip("50", "5", out("8:00:00", "8:30:00")), {5, 5});
+    FleetSimulator& simulator = *fleet.simulator;
+    QCOMPARE(simulator.vehicleNamed("R 102"), 102);
+    QCOMPARE(simulator.vehicleNamed("R"), -1);
+    QCOMPARE(simulator.vehicleNamed(""), -1); // which is the internal number of both
+    fleet.vehicle(101).setInternalNumber("12");
+    QCOMPARE(simulator.vehicleNamed("12"), 101);
+    fleet.model.appendRow(
+        new AssetItem(4, "", "", "", "", 5, "", QGeoCoordinate(), false, true, 0.0, &fleet.model));
+    const int added = simulator.addVehicle("4711");
+    QCOMPARE(added, 5); // 4 is taken
+    QCOMPARE(simulator.vehicleNamed("4711"), added);
+    QCOMPARE(simulator.reportingOf(added), FleetSimulator::Offline);
+    simulator.setTime(8 * hour);
+    QCOMPARE(fleet.vehicle(added).drivingStatus(), QString("no report"));
+    QVERIFY(!fleet.vehicle(added).updated());
 }
 
 void FleetReportsTest::timeText()

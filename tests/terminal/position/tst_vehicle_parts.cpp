@@ -28,6 +28,30 @@ QByteArray tpv(double east)
            "\"}\n";
 }
 
+/// A gpsd that a test writes for.
+class Receiver
+{
+public:
+    Receiver() { m_server.listen(QHostAddress::LocalHost); }
+
+    config::PositionConfig settings() const
+    {
+        config::PositionConfig made;
+        made.type = "gpsd";
+        made.host = "127.0.0.1";
+        made.port = m_server.serverPort();
+        return made;
+    }
+    bool isAsked() const { return m_server.hasPendingConnections(); }
+    std::unique_ptr<QTcpSocket> client()
+    {
+        return std::unique_ptr<QTcpSocket>(m_server.nextPendingConnection());
+    }
+
+private:
+    QTcpServer m_server;
+};
+
 feed::Feed testFeed()
 {
     feed::Feed feed;
@@ -122,6 +146,30 @@ void VehiclePartsTest::clockGoesIntoTheJournal()
 {
     QTemporaryDir folder;
     Terminal::Settings settings;
+void VehiclePartsTest::stopsFollowTheReceiver()
+{
+    Receiver receiver;
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    settings.config.position = receiver.settings();
+    Terminal terminal(testFeed(), settings);
+    QSignalSpy offsets(&terminal.parts(), &VehicleParts::clockOffsetChanged);
+    TripDesk& trip = *terminal.trip();
+    QTRY_VERIFY(receiver.isAsked());
+    const std::unique_ptr<QTcpSocket> client = receiver.client();
+    client->write(tpv(1.0));
+    QTRY_VERIFY(texts(*terminal.peripherals()).contains("Position: position known"));
+    QCOMPARE(trip.stop(), 0);
+    client->write(tpv(1.9));
+    QTRY_COMPARE(trip.stop(), 1);
+    QCOMPARE(trip.context()->currentStopId(), 2);
+
+    // What the driver chooses stays until the next stop is reached.
+    trip.setStop(0);
+    client->write(tpv(2.1) + tpv(2.2));
+    QTRY_COMPARE(offsets.count(), 1);
+    QVERIFY(qAbs(offsets.first().first().toLongLong() - 100000) < 5000);
     settings.journalFile = folder.filePath("journal");
     {
         Terminal terminal(testFeed(), settings);
@@ -157,6 +205,88 @@ void VehiclePartsTest::timeThatWasSetIsNotThatOfTheClock()
     QTRY_COMPARE(trip.punctuality(), QString("off route"));
     client->disconnectFromHost();
     QTRY_VERIFY(!texts(*terminal.peripherals()).filter("Position: not connected: ").isEmpty());
+/// In a demo too: events are made by hand for simulated devices alone.
+void VehiclePartsTest::partsReportByThemselves()
+{
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.isDemo = true;
+    settings.journalFile = folder.filePath("journal");
+    settings.config.position.type = "nmea";
+    settings.config.position.device = folder.filePath("receiver");
+    settings.config.cardTerminal.type = "zvt";
+    settings.config.cardTerminal.host = "127.0.0.1";
+    settings.config.cardTerminal.port = 1;
+    feed::Feed feed = testFeed();
+    feed::FeedPeripheral door;
+    door.name = "Door";
+    feed.peripherals.append(door);
+    Terminal terminal(feed, settings);
+    terminal::DeviceDesk& desk = *terminal.devices();
+    QStringList real;
+    const QStringList devices = texts(*terminal.peripherals());
+    for (int row = 0; row < devices.size(); ++row) {
+        if (desk.isReal(row))
+            real.append(devices.at(row).section(':', 0, 0));
+        QCOMPARE(desk.report(row, terminal::DeviceDesk::Notice, "by hand"), !desk.isReal(row));
+    }
+    QCOMPARE(real, (QStringList{"Card terminal", "Position", "Time"}));
+    QCOMPARE(texts(*terminal.peripherals()).filter("by hand"),
+             (QStringList{"Door: by hand", "Ticket printer: by hand"}));
+}
+
+void VehiclePartsTest::theReceiverPlacesThisVehicle_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isDemo");
+    QTest::addColumn<int>("own");
+    QTest::addColumn<int>("vehicles");
+    QTest::newRow("the vehicle of that internal number") << "12" << false << 7 << 2;
+    QTest::newRow("the vehicle of that registration number") << "AB-CD 11" << false << 8 << 2;
+    QTest::newRow("a vehicle that the feed does not have is added") << "4711" << false << 3 << 3;
+    QTest::newRow("without a name the vehicle of the route") << "" << false << 7 << 2;
+    QTest::newRow("in a demo, too") << "AB-CD 11" << true << 8 << 2;
+}
+
+void VehiclePartsTest::theReceiverPlacesThisVehicle()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, isDemo);
+    QFETCH(int, own);
+    QFETCH(int, vehicles);
+    Receiver receiver;
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    settings.isDemo = isDemo;
+    settings.config.vehicle = name;
+    settings.config.position = receiver.settings();
+    feed::Feed feed = testFeed();
+    feed.trip = feed::FeedTripContext();
+    feed.trip->routeId = 5;
+    feed::FeedVehicle known;
+    known.id = 7;
+    known.internalNumber = "12";
+    known.routeId = 5;
+    feed.vehicles.append(known);
+    known.id = 8;
+    known.internalNumber = "13";
+    known.registrationNumber = "AB-CD 11";
+    feed.vehicles.append(known);
+    Terminal terminal(feed, settings);
+    QCOMPARE(terminal.fleet()->own(), own);
+    QCOMPARE(terminal.vehicles()->rowCount(), vehicles);
+    const auto* bus = qobject_cast<AssetItem*>(terminal.vehicles()->findById(own));
+    QVERIFY(bus != nullptr);
+    QTRY_VERIFY(receiver.isAsked());
+    const std::unique_ptr<QTcpSocket> client = receiver.client();
+    client->write(tpv(1.5));
+    QTRY_COMPARE(bus->drivingStatus(), QString("driving"));
+    QCOMPARE(bus->assetCoordinate(), QGeoCoordinate(0.0, 0.0015));
+    QCOMPARE(bus->direction(), 90.0);
+    QCOMPARE(terminal.fleet()->reportingOf(own), fleet::FleetSimulator::Live);
+}
+
     QCOMPARE(trip.punctuality(), QString());
     QCOMPARE(trip.stop(), 2);
 }
@@ -203,7 +333,7 @@ void VehiclePartsTest::vehiclesFromAFile()
     QCOMPARE(terminal.fleet()->reportingOf(4711), fleet::FleetSimulator::Offline);
     terminal.fleet()->setTime(9 * 3600); // the simulator leaves it alone
     QCOMPARE(bus->drivingStatus(), QString("off-line"));
-    QCOMPARE(terminal.vehicles()->rowCount(), 1); // the others were forgotten long ago
+    QCOMPARE(terminal.vehicles()->rowCount(), 2); // this one; the others were forgotten long ago
     QVERIFY(texts(*terminal.peripherals()).contains("Other vehicles: 1 vehicle(s)"));
 }
 
@@ -243,19 +373,16 @@ void VehiclePartsTest::healthOfTheSystem()
 
 void VehiclePartsTest::rowsThatWereRemoved()
 {
-    QTcpServer server;
-    QVERIFY(server.listen(QHostAddress::LocalHost));
+    Receiver receiver;
     QTemporaryDir folder;
     Terminal::Settings settings;
     settings.journalFile = folder.filePath("journal");
-    settings.config.position.type = "gpsd";
-    settings.config.position.host = "127.0.0.1";
-    settings.config.position.port = server.serverPort();
+    settings.config.position = receiver.settings();
     Terminal terminal(testFeed(), settings);
     terminal.peripherals()->removeRows(0, 2);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QTRY_VERIFY(server.hasPendingConnections());
-    const std::unique_ptr<QTcpSocket> client(server.nextPendingConnection());
+    QTRY_VERIFY(receiver.isAsked());
+    const std::unique_ptr<QTcpSocket> client = receiver.client();
     client->write(tpv(1.9) + tpv(1.9) + tpv(1.9));
     QTRY_COMPARE(terminal.trip()->stop(), 1);
 }
