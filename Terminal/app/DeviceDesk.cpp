@@ -36,8 +36,7 @@ PeripheralItem* DeviceDesk::device(int row) const
     return qobject_cast<PeripheralItem*>(m_devices.itemFromRow(row));
 }
 
-PeripheralItem*
-DeviceDesk::firstDevice(const std::function<bool(const PeripheralItem&)>& isWanted) const
+PeripheralItem* DeviceDesk::firstDevice(const Selection& isWanted) const
 {
     for (int row = 0; row < m_devices.rowCount(); ++row) {
         if (isWanted(*device(row)))
@@ -122,7 +121,11 @@ bool DeviceDesk::isPrinter(int row) const
     return m_printerDevice != nullptr && device(row) == m_printerDevice;
 }
 
-bool DeviceDesk::isReal(int row) const { return m_simulated == nullptr && isPrinter(row); }
+bool DeviceDesk::isReal(int row) const
+{
+    const PeripheralItem* const of = device(row);
+    return of != nullptr && (isPrinter(row) ? m_simulated == nullptr : m_isReal(*of));
+}
 
 bool DeviceDesk::report(int row, DeviceDesk::Event event, const QString& text)
 {

@@ -45,6 +45,10 @@ public:
     /// printer" that is ready is added.
     void findPrinter(std::optional<int> id = std::nullopt);
 
+    /// Which devices besides a real printer report by themselves; none at first.
+    using Selection = std::function<bool(const PeripheralItem& device)>;
+    void setReal(const Selection& isReal) { m_isReal = isReal; }
+
     /// The printer's row has not reported: for a terminal without a printer.
     void disconnectPrinter();
 
@@ -65,7 +69,7 @@ signals:
 
 private:
     PeripheralItem* device(int row) const;
-    PeripheralItem* firstDevice(const std::function<bool(const PeripheralItem&)>& isWanted) const;
+    PeripheralItem* firstDevice(const Selection& isWanted) const;
     void deviceChanged();
     void controlPrinter();
     void showPrinter();
@@ -75,6 +79,7 @@ private:
     sales::TicketPrinter& m_printer;
     sales::SimulatedPrinter* const m_simulated; ///< null for a real printer
     QPointer<PeripheralItem> m_printerDevice;
+    Selection m_isReal = [](const PeripheralItem&) { return false; };
     int m_faults = 0;
 };
 

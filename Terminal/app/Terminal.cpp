@@ -165,6 +165,9 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
         VehicleParts::Settings{settings.config.position, settings.config.vehicles,
                                settings.watchesHealth, settings.journalFile, QString()},
         VehicleParts::Terminal{m_feed.network, m_vehicles, m_peripherals, *m_fleet, m_trip});
+    m_devices.setReal([this](const PeripheralItem& device) {
+        return &device == m_cards.row() || m_parts->has(device);
+    });
     m_devices.findPrinter(m_feed.printerId);
     if (!m_settings.isDemo && !m_settings.config.printer.isThere())
         m_devices.disconnectPrinter();
@@ -172,11 +175,11 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     m_journal.open(settings.journalFile, m_currency, nextZNumber(feed));
     m_desk.setClock([this] { return timeOfSale(); });
     m_desk.restore(maxDebt(feed));
+    if (!m_hasOwnTime)
+        noteClock();
     countSoldTickets(m_journal.lastTickets(ticketsCounted));
     m_drivers.setIdleTime(settings.idleTime);
     m_drivers.control(m_desk);
-    if (!m_hasOwnTime)
-        noteClock();
     feed::addZReports(withReportsBefore(m_feed, m_zReports), m_zReports);
     showReports(m_runningShift, m_zReports, false);
     showReports(m_closedShifts, m_zReports, true);
@@ -209,9 +212,6 @@ void Terminal::startFleet()
     m_fleet->start();
 }
 
-/// This vehicle is where the driver's trip is, on the fleet page too.
-void Terminal::showOwnTrip()
-{
 /// The vehicle that the configuration names, otherwise the one of the trip. A receiver places no
 /// other vehicle: without a vehicle of that name one is added.
 int Terminal::findOwnVehicle()
@@ -226,6 +226,9 @@ int Terminal::findOwnVehicle()
     return id;
 }
 
+/// This vehicle is where the driver's trip is, on the fleet page too.
+void Terminal::showOwnTrip()
+{
     const int trip = m_trip.trip() == nullptr ? -1 : m_trip.trip()->number;
     m_fleet->setOwn(m_ownVehicle, trip, m_trip.stop());
 }
@@ -235,6 +238,17 @@ QDateTime Terminal::timeOfSale() const
 {
     const QDateTime now = QDateTime::currentDateTime();
     return m_hasOwnTime ? QDateTime(dayOf(m_settings), QTime(0, 0).addSecs(m_fleet->time())) : now;
+}
+
+/// Remarks about the clock of the system go into the journal, if sales have their time of it.
+void Terminal::noteClock()
+{
+    using sales::ClockNotes;
+    connect(&m_clockNotes, &ClockNotes::failed, &m_desk, &sales::SalesDesk::obstacleChanged);
+    connect(m_parts.get(), &VehicleParts::clockOffsetChanged, &m_clockNotes,
+            &ClockNotes::noteOffset);
+    connect(m_parts.get(), &VehicleParts::clockStepped, &m_clockNotes, &ClockNotes::noteStep);
+    m_clockNotes.compareWithLastRecord();
 }
 
 /// The status line shows the time of the fleet: it follows the clock of the system, unless it was
@@ -253,17 +267,6 @@ void Terminal::followTrip()
     board();
     connect(&m_trip, &TripDesk::stopChanged, this, &Terminal::showOwnTrip);
     connect(m_trip.context(), &feed::TripContext::currentStopIdChanged, this, &Terminal::board);
-/// Remarks about the clock of the system go into the journal, if sales have their time of it.
-void Terminal::noteClock()
-{
-    using sales::ClockNotes;
-    connect(&m_clockNotes, &ClockNotes::failed, &m_desk, &sales::SalesDesk::obstacleChanged);
-    connect(m_parts.get(), &VehicleParts::clockOffsetChanged, &m_clockNotes,
-            &ClockNotes::noteOffset);
-    connect(m_parts.get(), &VehicleParts::clockStepped, &m_clockNotes, &ClockNotes::noteStep);
-    m_clockNotes.compareWithLastRecord();
-}
-
     connect(m_fleet.get(), &fleet::FleetSimulator::paceChanged, this,
             [this] { m_hasOwnTime = true; });
     connect(m_fleet.get(), &fleet::FleetSimulator::timeChanged, this, &Terminal::keepTime);

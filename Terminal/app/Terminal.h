@@ -152,8 +152,8 @@ private:
     DeviceDesk m_devices;
     CatalogueDesk m_catalogue;
     sales::Journal m_journal;
-    sales::SalesDesk m_desk;
     sales::ClockNotes m_clockNotes;
+    sales::SalesDesk m_desk;
     TileDesk m_tiles;
     drivers::DriverDesk m_drivers;
     PaperDesk m_papers;

@@ -13,6 +13,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+
 namespace rivo::terminal
 {
 
@@ -112,10 +114,17 @@ VehicleParts::Row VehicleParts::addRow(const QString& name, const QString& icon)
                                    QStringLiteral("qrc:/icons/%1.svg").arg(icon), false, false,
                                    false, false, 0, tr("starting"), &devices);
     devices.appendRow(row);
+    m_rows.append(row);
     return row;
 }
 
 void VehicleParts::followPosition(const config::PositionConfig& config)
+bool VehicleParts::has(const PeripheralItem& device) const
+{
+    return std::any_of(m_rows.begin(), m_rows.end(),
+                       [&device](const Row& row) { return row == &device; });
+}
+
 {
     using position::VehiclePosition;
     m_positionRow = addRow(tr("Position"), QStringLiteral("gps"));

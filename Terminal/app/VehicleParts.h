@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QVector>
 
 #include <memory>
 
@@ -96,8 +97,8 @@ private:
     void watchHealth(const Settings& settings);
     Row addRow(const QString& name, const QString& icon);
     void showPosition();
-    void showClock();
     void showOwnPlace();
+    void showClock();
     void showVehicles();
     void showHealth(const health::Health& health);
     void showOptional(Row& row, const QString& name, bool isThere, const health::State& state);
@@ -106,6 +107,7 @@ private:
     std::unique_ptr<position::VehiclePosition> m_position;
     std::unique_ptr<live::LiveVehicles> m_live;
     std::unique_ptr<health::HealthWatch> m_health;
+    QVector<Row> m_rows; ///< all that were added
     Row m_positionRow;
     Row m_clockRow;
     Row m_liveRow;

@@ -71,30 +71,6 @@ QStringList texts(const PeripheralsModel& devices)
     return texts;
 }
 
-} // namespace
-
-class VehiclePartsTest : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void noParts();
-    void stopsFollowTheReceiver();
-    void receiverAndServerThatAreNotThere();
-    void vehiclesFromAFile();
-    void healthOfTheSystem();
-    void rowsThatWereRemoved();
-};
-
-void VehiclePartsTest::noParts()
-{
-    QTemporaryDir folder;
-    Terminal::Settings settings;
-    settings.journalFile = folder.filePath("journal");
-    Terminal terminal(testFeed(), settings);
-    QVERIFY(!terminal.parts().position().hasReceiver());
-    QCOMPARE(terminal.peripherals()->rowCount(), 1); // the printer
-}
 /// "remark milliseconds" of the records of the clock in a journal that is not open.
 QStringList clockRemarks(const QString& journal)
 {
@@ -112,64 +88,40 @@ QStringList clockRemarks(const QString& journal)
     return remarks;
 }
 
+} // namespace
 
-void VehiclePartsTest::stopsFollowTheReceiver()
+class VehiclePartsTest : public QObject
 {
-    QTcpServer server;
-    QVERIFY(server.listen(QHostAddress::LocalHost));
+    Q_OBJECT
+
+private slots:
+    void noParts();
+    void clockGoesIntoTheJournal();
+    void timeThatWasSetIsNotThatOfTheClock();
+    void stopsFollowTheReceiver();
+    void receiverAndServerThatAreNotThere();
+    void partsReportByThemselves();
+    void theReceiverPlacesThisVehicle_data();
+    void theReceiverPlacesThisVehicle();
+    void vehiclesFromAFile();
+    void healthOfTheSystem();
+    void rowsThatWereRemoved();
+};
+
+void VehiclePartsTest::noParts()
+{
     QTemporaryDir folder;
     Terminal::Settings settings;
     settings.journalFile = folder.filePath("journal");
-    void clockGoesIntoTheJournal();
-    void timeThatWasSetIsNotThatOfTheClock();
-    settings.config.position.type = "gpsd";
-    settings.config.position.host = "127.0.0.1";
-    settings.config.position.port = server.serverPort();
     Terminal terminal(testFeed(), settings);
-    QSignalSpy offsets(&terminal.parts(), &VehicleParts::clockOffsetChanged);
-    TripDesk& trip = *terminal.trip();
-    QTRY_VERIFY(server.hasPendingConnections());
-    const std::unique_ptr<QTcpSocket> client(server.nextPendingConnection());
-    client->write(tpv(1.0));
-    QTRY_VERIFY(texts(*terminal.peripherals()).contains("Position: position known"));
-    QCOMPARE(trip.stop(), 0);
-    client->write(tpv(1.9));
-    QTRY_COMPARE(trip.stop(), 1);
-    QCOMPARE(trip.context()->currentStopId(), 2);
+    QVERIFY(!terminal.parts().position().hasReceiver());
+    QCOMPARE(terminal.peripherals()->rowCount(), 1); // the printer
+}
 
-    // What the driver chooses stays until the next stop is reached.
-    trip.setStop(0);
-    client->write(tpv(2.1) + tpv(2.2));
-    QTRY_COMPARE(offsets.count(), 1);
-    QVERIFY(qAbs(offsets.first().first().toLongLong() - 100000) < 5000);
 void VehiclePartsTest::clockGoesIntoTheJournal()
 {
     QTemporaryDir folder;
     Terminal::Settings settings;
-void VehiclePartsTest::stopsFollowTheReceiver()
-{
-    Receiver receiver;
-    QTemporaryDir folder;
-    Terminal::Settings settings;
-    settings.journalFile = folder.filePath("journal");
-    settings.config.position = receiver.settings();
-    Terminal terminal(testFeed(), settings);
-    QSignalSpy offsets(&terminal.parts(), &VehicleParts::clockOffsetChanged);
-    TripDesk& trip = *terminal.trip();
-    QTRY_VERIFY(receiver.isAsked());
-    const std::unique_ptr<QTcpSocket> client = receiver.client();
-    client->write(tpv(1.0));
-    QTRY_VERIFY(texts(*terminal.peripherals()).contains("Position: position known"));
-    QCOMPARE(trip.stop(), 0);
-    client->write(tpv(1.9));
-    QTRY_COMPARE(trip.stop(), 1);
-    QCOMPARE(trip.context()->currentStopId(), 2);
-
-    // What the driver chooses stays until the next stop is reached.
-    trip.setStop(0);
-    client->write(tpv(2.1) + tpv(2.2));
-    QTRY_COMPARE(offsets.count(), 1);
-    QVERIFY(qAbs(offsets.first().first().toLongLong() - 100000) < 5000);
     settings.journalFile = folder.filePath("journal");
     {
         Terminal terminal(testFeed(), settings);
@@ -194,6 +146,30 @@ void VehiclePartsTest::timeThatWasSetIsNotThatOfTheClock()
     QCOMPARE(clockRemarks(settings.journalFile), QStringList());
 }
 
+void VehiclePartsTest::stopsFollowTheReceiver()
+{
+    Receiver receiver;
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    settings.config.position = receiver.settings();
+    Terminal terminal(testFeed(), settings);
+    QSignalSpy offsets(&terminal.parts(), &VehicleParts::clockOffsetChanged);
+    TripDesk& trip = *terminal.trip();
+    QTRY_VERIFY(receiver.isAsked());
+    const std::unique_ptr<QTcpSocket> client = receiver.client();
+    client->write(tpv(1.0));
+    QTRY_VERIFY(texts(*terminal.peripherals()).contains("Position: position known"));
+    QCOMPARE(trip.stop(), 0);
+    client->write(tpv(1.9));
+    QTRY_COMPARE(trip.stop(), 1);
+    QCOMPARE(trip.context()->currentStopId(), 2);
+
+    // What the driver chooses stays until the next stop is reached.
+    trip.setStop(0);
+    client->write(tpv(2.1) + tpv(2.2));
+    QTRY_COMPARE(offsets.count(), 1);
+    QVERIFY(qAbs(offsets.first().first().toLongLong() - 100000) < 5000);
     QCOMPARE(trip.stop(), 0);
     client->write(tpv(3.1) + tpv(3.9));
     QTRY_COMPARE(trip.stop(), 2);
@@ -205,6 +181,30 @@ void VehiclePartsTest::timeThatWasSetIsNotThatOfTheClock()
     QTRY_COMPARE(trip.punctuality(), QString("off route"));
     client->disconnectFromHost();
     QTRY_VERIFY(!texts(*terminal.peripherals()).filter("Position: not connected: ").isEmpty());
+    QCOMPARE(trip.punctuality(), QString());
+    QCOMPARE(trip.stop(), 2);
+}
+
+void VehiclePartsTest::receiverAndServerThatAreNotThere()
+{
+    QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.isDemo = true; // with a printer
+    settings.journalFile = folder.filePath("journal");
+    settings.config.position.type = "nmea";
+    settings.config.position.serial = config::SerialLine();
+    settings.config.position.serial->port = folder.filePath("ttyUSB0");
+    settings.config.vehicles.type = "gtfs-realtime";
+    settings.config.vehicles.file = folder.filePath("vehicles.pb");
+    Terminal terminal(testFeed(), settings);
+    const QStringList devices = texts(*terminal.peripherals());
+    QVERIFY2(devices.value(0).startsWith("Position: not connected: "),
+             qPrintable(devices.value(0)));
+    QCOMPARE(devices.mid(1, 2), QStringList({"Time: not compared with satellites yet",
+                                             "Other vehicles: there is no such file"}));
+    QCOMPARE(terminal.devices()->faults(), 0); // it can sell
+}
+
 /// In a demo too: events are made by hand for simulated devices alone.
 void VehiclePartsTest::partsReportByThemselves()
 {
@@ -285,30 +285,6 @@ void VehiclePartsTest::theReceiverPlacesThisVehicle()
     QCOMPARE(bus->assetCoordinate(), QGeoCoordinate(0.0, 0.0015));
     QCOMPARE(bus->direction(), 90.0);
     QCOMPARE(terminal.fleet()->reportingOf(own), fleet::FleetSimulator::Live);
-}
-
-    QCOMPARE(trip.punctuality(), QString());
-    QCOMPARE(trip.stop(), 2);
-}
-
-void VehiclePartsTest::receiverAndServerThatAreNotThere()
-{
-    QTemporaryDir folder;
-    Terminal::Settings settings;
-    settings.isDemo = true; // with a printer
-    settings.journalFile = folder.filePath("journal");
-    settings.config.position.type = "nmea";
-    settings.config.position.serial = config::SerialLine();
-    settings.config.position.serial->port = folder.filePath("ttyUSB0");
-    settings.config.vehicles.type = "gtfs-realtime";
-    settings.config.vehicles.file = folder.filePath("vehicles.pb");
-    Terminal terminal(testFeed(), settings);
-    const QStringList devices = texts(*terminal.peripherals());
-    QVERIFY2(devices.value(0).startsWith("Position: not connected: "),
-             qPrintable(devices.value(0)));
-    QCOMPARE(devices.mid(1, 2), QStringList({"Time: not compared with satellites yet",
-                                             "Other vehicles: there is no such file"}));
-    QCOMPARE(terminal.devices()->faults(), 0); // it can sell
 }
 
 void VehiclePartsTest::vehiclesFromAFile()
