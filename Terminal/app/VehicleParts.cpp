@@ -50,6 +50,7 @@ live::LiveSettings liveOf(const config::VehiclesConfig& config)
     settings.url = QUrl(config.url);
     settings.file = config.file;
     settings.interval = config.interval * millisecondsPerSecond;
+    settings.certificates = {config.caFile, config.certificate, config.key};
     return settings;
 }
 
@@ -113,33 +114,34 @@ VehicleParts::Row VehicleParts::addRow(const QString& name, const QString& icon)
     auto* row = new PeripheralItem(firstId + devices.rowCount(), name, 0,
                                    QStringLiteral("qrc:/icons/%1.svg").arg(icon), false, false,
                                    false, false, 0, tr("starting"), &devices);
-    devices.appendRow(row);
     m_rows.append(row);
+    devices.appendRow(row);
     return row;
 }
 
-void VehicleParts::followPosition(const config::PositionConfig& config)
 bool VehicleParts::has(const PeripheralItem& device) const
 {
     return std::any_of(m_rows.begin(), m_rows.end(),
                        [&device](const Row& row) { return row == &device; });
 }
 
+void VehicleParts::followPosition(const config::PositionConfig& config)
 {
     using position::VehiclePosition;
+    m_position = std::make_unique<VehiclePosition>(sourceOf(config));
+    connect(m_position.get(), &VehiclePosition::clockStepped, this, &VehicleParts::clockStepped);
+    if (!config.isThere())
+        return;
     m_positionRow = addRow(tr("Position"), QStringLiteral("gps"));
     m_clockRow = addRow(tr("Time"), QStringLiteral("device"));
     const auto follow = [this] { m_position->setTrip(m_terminal.trip.trip()); };
     follow();
     connect(&m_terminal.trip, &TripDesk::tripChanged, m_position.get(), follow);
     connect(m_position.get(), &VehiclePosition::stateChanged, this, &VehicleParts::showPosition);
+    connect(m_position.get(), &VehiclePosition::moved, this, &VehicleParts::showOwnPlace);
     connect(m_position.get(), &VehiclePosition::stopReached, &m_terminal.trip, &TripDesk::setStop);
     connect(m_position.get(), &VehiclePosition::progressChanged, this,
             [this] { m_terminal.trip.setPunctuality(m_position->punctualityText()); });
-    m_position = std::make_unique<VehiclePosition>(sourceOf(config));
-    connect(m_position.get(), &VehiclePosition::clockStepped, this, &VehicleParts::clockStepped);
-    if (!config.isThere())
-        return;
     connect(m_position.get(), &VehiclePosition::clockOffsetChanged, this, [this](qint64 offset) {
         showClock();
         emit clockOffsetChanged(offset);
@@ -147,11 +149,18 @@ bool VehicleParts::has(const PeripheralItem& device) const
     showPosition();
     showClock();
 }
-    connect(m_position.get(), &VehiclePosition::moved, this, &VehicleParts::showOwnPlace);
 
 void VehicleParts::showPosition()
 {
     show(m_positionRow, {levelOf(m_position->knowledge()), m_position->stateText()});
+}
+
+/// This vehicle on the fleet page.
+void VehicleParts::showOwnPlace()
+{
+    const position::Fix& fix = *m_position->fix();
+    m_terminal.fleet.reportOwnPlace(
+        {fix.coordinate, fix.direction, fix.speed > position::PositionJudge::moving});
 }
 
 void VehicleParts::showClock()
@@ -164,14 +173,6 @@ void VehicleParts::showClock()
     const QString seconds =
         QString::number(static_cast<double>(qAbs(*offset)) / millisecondsPerSecond, 'f', 1);
     const QString text = *offset < 0 ? tr("%1 s ahead of the satellites").arg(seconds)
-/// This vehicle on the fleet page.
-void VehicleParts::showOwnPlace()
-{
-    const position::Fix& fix = *m_position->fix();
-    m_terminal.fleet.reportOwnPlace(
-        {fix.coordinate, fix.direction, fix.speed > position::PositionJudge::moving});
-}
-
                                      : tr("%1 s behind the satellites").arg(seconds);
     show(m_clockRow, {m_position->isClockWrong() ? Level::SeriousWarning : Level::Ready, text});
 }

@@ -48,6 +48,8 @@ public:
             add("/position/host", QStringLiteral("empty"), QStringLiteral("a host"));
         if (config.vehicles.isThere())
             checkChoice("vehicles", {"url", "file"});
+        if (config.vehicles.certificate.isEmpty() != config.vehicles.key.isEmpty())
+            add("/vehicles", QStringLiteral("one"), QStringLiteral("certificate and key, or none"));
     }
 
 private:
@@ -115,6 +117,8 @@ bool isWebAddress(const QString& text)
     const QUrl url(text, QUrl::StrictMode);
     return url.isValid() && isOneOf(url.scheme(), {"http", "https"}) && !url.host().isEmpty();
 }
+
+bool isFileName(const QString& text) { return !text.isEmpty(); }
 
 QString defaultFile() { return QStringLiteral("/etc/rivo-terminal/terminal.conf"); }
 

@@ -76,6 +76,11 @@ struct VehiclesConfig
     QString url;                           ///< http or https; empty = a file
     QString file;                          ///< empty = an address
     int interval = 15;                     ///< seconds between two requests
+    /// For https, files in PEM form: whose certificates are trusted (empty = those of the system),
+    /// and how the server knows this terminal (both or none).
+    QString caFile;
+    QString certificate;
+    QString key;
 
     bool isThere() const { return type != QLatin1String("none"); }
 };

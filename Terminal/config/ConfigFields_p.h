@@ -18,6 +18,7 @@ bool isParity(const QString& text);
 bool isFlowControl(const QString& text);
 bool isPassword(const QString& text);
 bool isWebAddress(const QString& text);
+bool isFileName(const QString& text);
 
 } // namespace rivo::config
 
@@ -27,6 +28,7 @@ namespace rivo::feed::json
 constexpr FieldRule portRule = required.within(1, 65535);
 constexpr FieldRule ownPortRule = optional.within(1, 65535);
 constexpr FieldRule timeoutRule = optional.within(100, 600000);
+constexpr FieldRule fileRule = optional.satisfying(config::isFileName, "a file");
 
 template <>
 struct Fields<config::Config>
@@ -132,6 +134,9 @@ struct Fields<config::VehiclesConfig>
               optional.satisfying(config::isWebAddress, "an address with http or https")},
         Field{"file", &R::file, optional},
         Field{"interval", &R::interval, optional.within(1, 3600)},
+        Field{"caFile", &R::caFile, fileRule},
+        Field{"certificate", &R::certificate, fileRule},
+        Field{"key", &R::key, fileRule},
     };
 };
 

@@ -93,6 +93,8 @@ void LiveFetcher::fetchFile()
 void LiveFetcher::fetchUrl()
 {
     QNetworkRequest request(m_settings.url);
+    if (!secure(request))
+        return;
     request.setMaximumRedirectsAllowed(mostRedirects);
     // Set here, it is unpacked here, too: Qt would do it without a limit.
     request.setRawHeader("Accept-Encoding", "gzip");
@@ -104,9 +106,27 @@ void LiveFetcher::fetchUrl()
     m_refusal.clear();
     m_reply = m_network->get(request);
     m_reply->setReadBufferSize(pieceSize);
+    connect(m_reply.data(), &QNetworkReply::sslErrors, this,
+            [this](const QList<QSslError>& errors) { m_refusal = textOf(errors); });
     connect(m_reply.data(), &QNetworkReply::readyRead, this, &LiveFetcher::takePart);
     connect(m_reply.data(), &QNetworkReply::finished, this, &LiveFetcher::finish);
     m_deadline.start(m_settings.timeout);
+}
+
+/// An address with http may lead to one with https. The files may be replaced while this runs.
+bool LiveFetcher::secure(QNetworkRequest& request)
+{
+    const Certificates& files = m_settings.certificates;
+    if (m_settings.url.scheme() != QLatin1String("https") && files.caFile.isEmpty() &&
+        files.certificate.isEmpty())
+        return true;
+    const TlsResult tls = readCertificates(files);
+    if (!tls.problem.isEmpty()) {
+        fail(tls.problem);
+        return false;
+    }
+    request.setSslConfiguration(tls.configuration);
+    return true;
 }
 
 void LiveFetcher::takePart()
@@ -165,8 +185,10 @@ void LiveFetcher::deliver(const QByteArray& bytes)
     waitForNext(!m_isRejected);
 }
 
+/// The next request makes a new connection: an old one would keep the certificates as they were.
 void LiveFetcher::fail(const QString& problem)
 {
+    m_network->clearConnectionCache();
     waitForNext(false);
     emit failed(problem);
 }

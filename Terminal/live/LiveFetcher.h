@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Certificates.h"
+
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QObject>
@@ -10,6 +12,7 @@
 
 class QNetworkAccessManager;
 class QNetworkReply;
+class QNetworkRequest;
 
 namespace rivo::live
 {
@@ -17,18 +20,20 @@ namespace rivo::live
 /// Where the messages come from: the operator's choice.
 struct LiveSettings
 {
-    QUrl url;                ///< http or https; empty = a file
-    QString file;            ///< empty = an address
-    int interval = 15000;    ///< milliseconds between two requests
-    int timeout = 20000;     ///< milliseconds that an answer may take as a whole
-    int lastRetry = 300000;  ///< milliseconds; after failures the interval doubles up to this
-    int mostBytes = 4 << 20; ///< of a message, unpacked
+    QUrl url;                  ///< http or https; empty = a file
+    QString file;              ///< empty = an address
+    int interval = 15000;      ///< milliseconds between two requests
+    int timeout = 20000;       ///< milliseconds that an answer may take as a whole
+    int lastRetry = 300000;    ///< milliseconds; after failures the interval doubles up to this
+    int mostBytes = 4 << 20;   ///< of a message, unpacked
+    Certificates certificates; ///< for https
 
     bool isThere() const { return !url.isEmpty() || !file.isEmpty(); }
 };
 
 /// Fetches messages again and again, one at a time. A server that has nothing new says so, and a
-/// server that fails, sends too much or takes too long is asked less often. Never blocks.
+/// server that fails, sends too much or takes too long is asked less often. Never blocks. With
+/// https a server whose certificate is not trusted gets no request.
 class LiveFetcher : public QObject
 {
     Q_OBJECT
@@ -54,6 +59,7 @@ private:
     void fetch();
     void fetchFile();
     void fetchUrl();
+    bool secure(QNetworkRequest& request);
     void takePart();
     void finish();
     void take(QNetworkReply& reply);

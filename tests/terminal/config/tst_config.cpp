@@ -36,7 +36,7 @@ QString textOf(const Config& config)
         parts.append(QString::number(number));
     parts.append({printer.logo, card.type, card.host, card.password, position.type, position.device,
                   textOf(position.serial), position.host, vehicles.type, vehicles.url,
-                  vehicles.file});
+                  vehicles.file, vehicles.caFile, vehicles.certificate, vehicles.key});
     return parts.join('|');
 }
 
@@ -64,12 +64,13 @@ private slots:
     {
         const ConfigResult result = readConfig(CONFIG_TEST_DATA "/everything.json");
         QCOMPARE(result.problems, QStringList());
-        QCOMPARE(textOf(*result.config),
-                 QStringLiteral(
-                     "4711|none|/dev/usb/lp0|/dev/ttyS0 38400 even hardware|printer.local 9100|"
-                     "PC858|sensor|13|48|576|1|0|0|3000|22000|60000|2948|30|logo.png|zvt|192.0.2.7|"
-                     "123456|none|/dev/gps0|/dev/ttyUSB1 4800 odd software|gpsd.local|none|"
-                     "https://example.org/vehicles.pb|vehicles.pb"));
+        QCOMPARE(
+            textOf(*result.config),
+            QStringLiteral(
+                "4711|none|/dev/usb/lp0|/dev/ttyS0 38400 even hardware|printer.local 9100|"
+                "PC858|sensor|13|48|576|1|0|0|3000|22000|60000|2948|30|logo.png|zvt|192.0.2.7|"
+                "123456|none|/dev/gps0|/dev/ttyUSB1 4800 odd software|gpsd.local|none|"
+                "https://example.org/vehicles.pb|vehicles.pb|ca.pem|terminal.pem|terminal.key"));
         QVERIFY(result.config->cardTerminal.isThere());
     }
 
@@ -100,6 +101,9 @@ private slots:
             "cardTerminal, position, vehicles");
         row("gpsd without a host", R"("position": {"type": "gpsd", "host": ""})",
             "2: /position/host: empty, expected a host");
+        row("certificate without a key",
+            R"("vehicles": {"type": "none", "certificate": "terminal.pem"})",
+            "2: /vehicles: one, expected certificate and key, or none");
         row("key given twice", R"("vehicle": "1", "vehicle": "2")",
             "2: /vehicle: given twice, expected each key of an object once");
     }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSslConfiguration>
+#include <QSslSocket>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QUrl>
@@ -33,8 +35,13 @@ public:
 
     QUrl url() const
     {
-        return QUrl(QStringLiteral("http://127.0.0.1:%1/vehicles").arg(serverPort()));
+        return QUrl((m_tls.isNull() ? QStringLiteral("http://127.0.0.1:%1/vehicles")
+                                    : QStringLiteral("https://localhost:%1/vehicles"))
+                        .arg(serverPort()));
     }
+
+    /// From now on it speaks https.
+    void setTls(const QSslConfiguration& tls) { m_tls = tls; }
     int requests() const { return m_requests; }
 
     /// A whole answer.
@@ -44,7 +51,20 @@ public:
                headers + "\r\n" + body;
     }
 
+protected:
+    void incomingConnection(qintptr descriptor) override
+    {
+        if (m_tls.isNull())
+            return QTcpServer::incomingConnection(descriptor);
+        auto* socket = new QSslSocket(this);
+        socket->setSocketDescriptor(descriptor);
+        socket->setSslConfiguration(m_tls);
+        socket->startServerEncryption();
+        addPendingConnection(socket);
+    }
+
 private:
     std::function<void(QTcpSocket&, const QByteArray&)> m_answer;
+    QSslConfiguration m_tls;
     int m_requests = 0;
 };

@@ -1,4 +1,5 @@
 #include "LiveVehicles.h"
+#include "Outcome.h"
 #include "Table.h"
 #include "TestNetwork.h"
 #include "TestServer.h"
@@ -52,23 +53,6 @@ LiveSettings quick(const QUrl& url)
     settings.mostBytes = 1 << 20;
     return settings;
 }
-
-/// What a fetcher reports.
-struct Outcome
-{
-    QList<QByteArray> received;
-    QStringList problems;
-    int unchanged = 0;
-
-    explicit Outcome(LiveFetcher& fetcher)
-    {
-        QObject::connect(&fetcher, &LiveFetcher::received, &fetcher,
-                         [this](const QByteArray& bytes) { received.append(bytes); });
-        QObject::connect(&fetcher, &LiveFetcher::failed, &fetcher,
-                         [this](const QString& problem) { problems.append(problem); });
-        QObject::connect(&fetcher, &LiveFetcher::unchanged, &fetcher, [this] { ++unchanged; });
-    }
-};
 
 } // namespace
 
