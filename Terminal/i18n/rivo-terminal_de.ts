@@ -296,6 +296,33 @@
     </message>
 </context>
 <context>
+    <name>Certificates</name>
+    <message>
+        <source>no certificate in %1</source>
+        <translation>kein Zertifikat in %1</translation>
+    </message>
+    <message>
+        <source>no private key in %1</source>
+        <translation>kein privater Schlüssel in %1</translation>
+    </message>
+    <message>
+        <source>the certificate of the server is for another name</source>
+        <translation>das Zertifikat des Servers ist für einen anderen Namen</translation>
+    </message>
+    <message>
+        <source>the certificate of the server has expired</source>
+        <translation>das Zertifikat des Servers ist abgelaufen</translation>
+    </message>
+    <message>
+        <source>the certificate of the server is not valid yet</source>
+        <translation>das Zertifikat des Servers ist noch nicht gültig</translation>
+    </message>
+    <message>
+        <source>the certificate of the server is not trusted</source>
+        <translation>dem Zertifikat des Servers wird nicht vertraut</translation>
+    </message>
+</context>
+<context>
     <name>ClosedShift</name>
     <message>
         <source>Z report %1</source>
@@ -349,6 +376,15 @@
     <message>
         <source>Show report</source>
         <translation>Bericht zeigen</translation>
+    </message>
+    <message>
+        <source>Card terminal</source>
+        <translation>Kartenterminal</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>total of the card terminal, difference to the journal</comment>
+        <translation>%1 (%2)</translation>
     </message>
 </context>
 <context>
@@ -1328,6 +1364,10 @@
         <source>to %1</source>
         <translation>nach %1</translation>
     </message>
+    <message>
+        <source>standing</source>
+        <translation>steht</translation>
+    </message>
 </context>
 <context>
     <name>rivo::health::Texts</name>
@@ -1950,6 +1990,10 @@
         <source>not connected</source>
         <translation>nicht verbunden</translation>
     </message>
+    <message>
+        <source>This vehicle</source>
+        <translation>Dieses Fahrzeug</translation>
+    </message>
 </context>
 <context>
     <name>rivo::terminal::TicketDetails</name>
@@ -2183,6 +2227,14 @@
     <message>
         <source>Difference</source>
         <translation>Differenz</translation>
+    </message>
+    <message>
+        <source>Day of the card terminal</source>
+        <translation>Tag des Kartenterminals</translation>
+    </message>
+    <message>
+        <source>Difference to the journal</source>
+        <translation>Differenz zum Journal</translation>
     </message>
 </context>
 </TS>
