@@ -174,14 +174,16 @@ if(TARGET rivo-terminal)
         NEEDS runtime qml
         LIBRARIES ${compiler_libraries} ${qt_core} ${positioning} "libcsv3 (>= 3.0.3)"
             "libzip4 (>= 1.0)"
-            "libqt5gui5 (>= 5.15.1)" "libqt5network5 (>= 5.15.1)" "libqt5serialport5 (>= 5.15.1)"
+            "libqt5gui5 (>= 5.15.1)" "libqt5multimedia5 (>= 5.15.1)"
+            "libqt5network5 (>= 5.15.1)" "libqt5serialport5 (>= 5.15.1)"
             "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
             "libqt5quickcontrols2-5 (>= 5.15.1)" "libqt5sql5 (>= 5.15.1)"
             "libsqlite3-0 (>= 3.6.18)" "libssl3 (>= 3.0.0)"
             "libqrencode4 (>= 4.0.0)"
             "libprotobuf-lite32 (>= 3.21.12)" "zlib1g (>= 1:1.2.0)"
-        # Loaded at run time: the database of the journal, icons, fonts, and what the QML imports.
-        DEPENDS adduser libqt5sql5-sqlite libqt5svg5 "fonts-dejavu-core | fonts-dejavu"
+        # Loaded at run time: the database of the journal, icons, fonts, sound devices, and what the
+        # QML imports.
+        DEPENDS adduser libqt5sql5-sqlite libqt5svg5 libqt5multimedia5-plugins "fonts-dejavu-core | fonts-dejavu"
             qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2
             qml-module-qtquick-controls2 qml-module-qtquick-templates2
             qml-module-qtlocation qml-module-qtpositioning

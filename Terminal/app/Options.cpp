@@ -123,6 +123,7 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
     const auto country = option(
         "country", "Country whose form money and dates have. Default: the system's.", "code");
     const auto night = option("night", "Start with dark colours.");
+    const auto silent = option("silent", "Start without sounds.");
     const auto demo = option("demo", "Simulate devices and vehicles, and show controls for them.");
     const auto fullscreen = option("fullscreen", "Fill the screen.");
     const auto fileIcons = option("allow-file-icons", "Show icons of a feed that are local files.");
@@ -199,6 +200,7 @@ std::optional<Options> parseCommandLine(const QStringList& arguments)
             return complain(QStringLiteral("--country is a code of ISO 3166 such as DE"));
     }
     options.night = parser.isSet(night);
+    options.isSilent = parser.isSet(silent);
     options.isDemo = parser.isSet(demo);
     options.fullscreen = parser.isSet(fullscreen);
     options.allowFileIcons = parser.isSet(fileIcons);

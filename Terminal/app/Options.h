@@ -33,6 +33,7 @@ struct Options
     QString language;   ///< "en", "de" ...; empty = the system's
     QLocale::Country country = QLocale::AnyCountry; ///< of money and dates; any = the system's
     bool night = false;
+    bool isSilent = false; ///< no sounds
     bool fullscreen = false;
     bool isDemo = false; ///< what is not connected is simulated
     bool allowFileIcons = false;

@@ -7,12 +7,14 @@
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QImage>
+#include <QMouseEvent>
 #include <QQuickImageProvider>
 #include <QQuickWindow>
 #include <QSaveFile>
 #include <QScreen>
 #include <QStyleHints>
 #include <QTimer>
+#include <QTouchEvent>
 
 // Generated from TerminalTypes.h: registers the types when an engine first imports them.
 #include <TerminalRegistration.inc>
@@ -33,24 +35,57 @@ namespace
 /// Long enough for pages that load on demand, and for animations to end.
 constexpr int settlingTime = 1200;
 
-/// Reports every press of a window, also on panels, to the desk that locks an idle terminal.
+/// Sees every press on a window, also on panels. Reports it to the desk that locks an idle
+/// terminal, and to the sounds if it was a tap: what moves scrolls.
 class PressWatch : public QObject
 {
 public:
-    PressWatch(drivers::DriverDesk& drivers, QObject* window) : QObject(window), m_drivers(drivers)
+    PressWatch(Terminal& terminal, QObject* window) : QObject(window), m_terminal(terminal)
     {
         window->installEventFilter(this);
     }
 
     bool eventFilter(QObject*, QEvent* event) override
     {
-        if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::TouchBegin)
-            m_drivers.touch();
+        switch (event->type()) {
+        case QEvent::MouseButtonPress:
+            m_pressedAt = static_cast<QMouseEvent*>(event)->windowPos();
+            m_terminal.drivers()->touch();
+            break;
+        case QEvent::TouchBegin:
+            m_terminal.drivers()->touch();
+            break;
+        case QEvent::MouseButtonRelease:
+            endPress(m_pressedAt, static_cast<QMouseEvent*>(event)->windowPos());
+            break;
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd:
+            endTouches(static_cast<QTouchEvent*>(event)->touchPoints());
+            break;
+        default:
+            break;
+        }
         return false;
     }
 
 private:
-    drivers::DriverDesk& m_drivers;
+    void endPress(const QPointF& from, const QPointF& to)
+    {
+        const int limit = QGuiApplication::styleHints()->startDragDistance();
+        if ((to - from).manhattanLength() < limit)
+            m_terminal.sounds()->tap();
+    }
+
+    void endTouches(const QList<QTouchEvent::TouchPoint>& points)
+    {
+        for (const QTouchEvent::TouchPoint& point : points) {
+            if (point.state() == Qt::TouchPointReleased)
+                endPress(point.startPos(), point.pos());
+        }
+    }
+
+    Terminal& m_terminal;
+    QPointF m_pressedAt;
 };
 
 void measure(const Glass& glass, const QSize& window)
@@ -93,7 +128,7 @@ Screen::Screen(Terminal& terminal, const QString& page, const QSize& size, const
                                       {QStringLiteral("width"), size.width()},
                                       {QStringLiteral("height"), size.height()}});
     if (m_window != nullptr)
-        new PressWatch(*terminal.drivers(), m_window);
+        new PressWatch(terminal, m_window);
 }
 
 Screen::Screen(const QStringList& problems, const QSize& size, Unusable file, const Glass& glass)

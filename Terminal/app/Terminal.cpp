@@ -148,6 +148,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
           [this](int zone) { return m_presentation.zoneName(zone); }, *m_trip.context()),
       m_tiles(m_grid, tileLook()), m_drivers(settings.drivers),
       m_papers(m_desk, *m_printer, paperContext(feed)),
+      m_sounds(settings.soundPlayer, settings.config.sounds && !settings.isSilent),
       m_hasOwnTime(settings.startTime >= 0 || !qFuzzyCompare(settings.pace, 1.0)),
       m_night(settings.night)
 {
@@ -184,6 +185,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     showReports(m_runningShift, m_zReports, false);
     showReports(m_closedShifts, m_zReports, true);
     followTrip();
+    makeHeard();
     m_parts->start();
 
     // The log is written while tiles are put in order, which is over when a client turns it on.
@@ -278,6 +280,14 @@ void Terminal::followTrip()
     });
     connect(&m_desk, &sales::SalesDesk::saleConfirmed, this,
             [this] { countSoldTickets(m_desk.tickets()); });
+/// Taps are added by the screen.
+void Terminal::makeHeard()
+{
+    connect(&m_desk, &sales::SalesDesk::saleConfirmed, &m_sounds, &sound::Sounds::pay);
+    connect(&m_desk, &sales::SalesDesk::refused, &m_sounds, &sound::Sounds::refuse);
+    connect(&m_drivers, &drivers::DriverDesk::refused, &m_sounds, &sound::Sounds::refuse);
+}
+
 }
 
 /// Tickets begin in the zone of the stop, and the tiles name it.

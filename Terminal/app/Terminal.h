@@ -23,6 +23,7 @@
 #include <PeripheralsModel.h>
 #include <SalesDesk.h>
 #include <ShoppingBasketModel.h>
+#include <Sounds.h>
 #include <TicketPrinter.h>
 #include <ZReportModel.h>
 
@@ -57,6 +58,7 @@ class Terminal : public QObject
     Q_PROPERTY(rivo::terminal::DeviceDesk* devices READ devices CONSTANT)
     Q_PROPERTY(rivo::terminal::CatalogueDesk* catalogue READ catalogue CONSTANT)
     Q_PROPERTY(rivo::terminal::Presentation* presentation READ presentation CONSTANT)
+    Q_PROPERTY(rivo::sound::Sounds* sounds READ sounds CONSTANT)
     Q_PROPERTY(rivo::fleet::FleetSimulator* fleet READ fleet CONSTANT)
     Q_PROPERTY(QString journalFile READ journalFile CONSTANT)
     Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
@@ -77,6 +79,8 @@ public:
         QVector<drivers::Driver> drivers; ///< that may sign in; none = no sign-in
         config::Config config;            ///< the devices of this vehicle, and its name
         bool watchesHealth = false;       ///< network, disk and so on are rows of the devices
+        std::shared_ptr<sound::SoundPlayer> soundPlayer = {}; ///< none = silent
+        bool isSilent = false;                                ///< at the start
         int idleTime = 300000; ///< milliseconds without a press until it is locked; 0 = never
     };
 
@@ -101,6 +105,7 @@ public:
     DeviceDesk* devices() { return &m_devices; }
     CatalogueDesk* catalogue() { return &m_catalogue; }
     Presentation* presentation() { return &m_presentation; }
+    sound::Sounds* sounds() { return &m_sounds; }
     fleet::FleetSimulator* fleet() { return m_fleet.get(); }
     sales::TicketPrinter& printer() { return *m_printer; }
 
@@ -126,6 +131,7 @@ private:
     void layOutGrid();
     TileLook tileLook();
     void board();
+    void makeHeard();
     void countSoldTickets(const QVector<sales::Ticket>& tickets);
     void fillZReports();
 
@@ -157,6 +163,7 @@ private:
     TileDesk m_tiles;
     drivers::DriverDesk m_drivers;
     PaperDesk m_papers;
+    sound::Sounds m_sounds;
     std::unique_ptr<VehicleParts> m_parts;
     int m_ownVehicle = -1;
     bool m_hasOwnTime; ///< not that of the system

@@ -15,6 +15,7 @@
 #include <DriverDesk.h>
 #include <FleetSimulator.h>
 #include <SalesDesk.h>
+#include <Sounds.h>
 #include <TripContext.h>
 
 #include <QObject>
@@ -108,4 +109,9 @@ struct FleetSimulatorType
 struct SalesDeskType
 {
     RIVO_TERMINAL_TYPE(rivo::sales::SalesDesk, SalesDesk)
+};
+
+struct SoundsType
+{
+    RIVO_TERMINAL_TYPE(rivo::sound::Sounds, Sounds)
 };

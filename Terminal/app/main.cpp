@@ -8,6 +8,9 @@
 #include <FeedLoader.h>
 #include <LibraryDiagnostics.h>
 #include <ProgramStart.h>
+#include <Loudspeaker.h>
+#include <ProgramStart.h>
+#include <SoundThread.h>
 #include <StandardOutput.h>
 #include <Watchdog.h>
 
@@ -74,6 +77,7 @@ Terminal::Settings settingsOf(const Options& options)
     settings.night = options.night;
     settings.pace = options.timeScale;
     settings.startTime = options.startTime;
+    settings.isSilent = options.isSilent;
     settings.idleTime = options.lockAfter * 60000;
     return settings;
 }
@@ -231,3 +235,5 @@ int main(int argc, char* argv[])
     Screen screen(terminal, options->page, options->size, options->glass);
     return show(application, screen, *options, Done);
 }
+    settings.soundPlayer =
+        std::make_shared<sound::SoundThread>([] { return std::make_unique<sound::Loudspeaker>(); });

@@ -92,6 +92,7 @@ struct Config
     QString format;
     int version = 1;
     QString vehicle; ///< name of the vehicle on tickets; empty = none
+    bool sounds = true;
     PrinterConfig printer;
     CardTerminalConfig cardTerminal;
     PositionConfig position;

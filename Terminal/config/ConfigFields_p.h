@@ -39,6 +39,7 @@ struct Fields<config::Config>
               required.satisfying(config::isConfigFormat, "\"rivo-terminal\"")},
         Field{"version", &R::version, required.within(1, 1)},
         Field{"vehicle", &R::vehicle, optional},
+        Field{"sounds", &R::sounds, optional},
         Field{"printer", &R::printer, optional},
         Field{"cardTerminal", &R::cardTerminal, optional},
         Field{"position", &R::position, optional},

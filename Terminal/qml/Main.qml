@@ -189,6 +189,7 @@ T.ApplicationWindow {
             shown: root.page === "settings"
             sourceComponent: SettingsPage {
                 tiles: root.terminal.grid
+                sounds: root.terminal.sounds
                 night: root.terminal.night
                 operatorName: root.terminal.operatorName
                 journalFile: root.terminal.journalFile

@@ -1,12 +1,14 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import Rivo.GuiCore 1.0
+import Rivo.Terminal 1.0
 
 /// How the screen looks, what is logged, and what this terminal is. Nothing here can stop sales.
 Flickable {
     id: root
 
     required property PassengerTypesModel tiles
+    required property Sounds sounds
     required property bool night
     required property string operatorName
     required property string journalFile
@@ -38,6 +40,14 @@ Flickable {
                 hint: qsTr("Light text on dark ground, for driving in the dark")
                 checked: root.night
                 onToggled: root.nightRequested(checked)
+            }
+            SettingSwitch {
+                objectName: "soundSwitch"
+                width: parent.width
+                text: qsTr("Sounds")
+                hint: qsTr("For taps, payments and what is refused")
+                checked: root.sounds.on
+                onToggled: root.sounds.on = checked
             }
         }
         Panel {

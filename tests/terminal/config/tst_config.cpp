@@ -25,7 +25,8 @@ QString textOf(const Config& config)
     const CardTerminalConfig& card = config.cardTerminal;
     const PositionConfig& position = config.position;
     const VehiclesConfig& vehicles = config.vehicles;
-    QStringList parts{config.vehicle, printer.type, printer.device, textOf(printer.serial)};
+    QStringList parts{config.vehicle, config.sounds ? "on" : "off", printer.type, printer.device,
+                      textOf(printer.serial)};
     if (printer.tcp)
         parts.append(QStringLiteral("%1 %2").arg(printer.tcp->host).arg(printer.tcp->port));
     parts.append({printer.codePage, printer.confirmation});
@@ -67,7 +68,7 @@ private slots:
         QCOMPARE(
             textOf(*result.config),
             QStringLiteral(
-                "4711|none|/dev/usb/lp0|/dev/ttyS0 38400 even hardware|printer.local 9100|"
+                "4711|off|none|/dev/usb/lp0|/dev/ttyS0 38400 even hardware|printer.local 9100|"
                 "PC858|sensor|13|48|576|1|0|0|3000|22000|60000|2948|30|logo.png|zvt|192.0.2.7|"
                 "123456|none|/dev/gps0|/dev/ttyUSB1 4800 odd software|gpsd.local|none|"
                 "https://example.org/vehicles.pb|vehicles.pb|ca.pem|terminal.pem|terminal.key"));
@@ -97,8 +98,8 @@ private slots:
         row("no host", R"("cardTerminal": {"type": "zvt"})",
             "2: /cardTerminal/host: missing, expected a host");
         row("unknown key", R"("vehicel": "1")",
-            "2: /vehicel: unknown key, expected one of format, version, vehicle, printer, "
-            "cardTerminal, position, vehicles");
+            "2: /vehicel: unknown key, expected one of format, version, vehicle, sounds, "
+            "printer, cardTerminal, position, vehicles");
         row("gpsd without a host", R"("position": {"type": "gpsd", "host": ""})",
             "2: /position/host: empty, expected a host");
         row("certificate without a key",

@@ -36,7 +36,31 @@ public:
         QTest::qWait(tapTime / 2);
     }
 
+    /// Pressed, moved in steps, released.
+    void drag(const QPoint& from, const QPoint& to)
+    {
+        constexpr int steps = 8;
+        send(from, true);
+        for (int step = 1; step <= steps; ++step) {
+            move(from + (to - from) * step / steps);
+            QTest::qWait(tapTime / 4);
+        }
+        send(to, false);
+        QTest::qWait(tapTime / 2);
+    }
+
 private:
+    void move(const QPoint& place)
+    {
+        if (m_screen != nullptr) {
+            QTest::touchEvent(m_window, m_screen).move(0, place, m_window);
+            return;
+        }
+        m_time += tapTime / 4;
+        qt_handleMouseEvent(m_window, place, m_window->mapToGlobal(place), Qt::LeftButton,
+                            Qt::NoButton, QEvent::MouseMove, Qt::NoModifier, m_time);
+    }
+
     void send(const QPoint& place, bool isPress)
     {
         if (m_screen != nullptr) {
