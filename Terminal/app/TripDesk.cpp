@@ -67,6 +67,12 @@ QVector<const Trip*> tripsInTurn(const Timetable& timetable, Seconds now, int ro
     return trips;
 }
 
+/// The two sides of a street are two stops, mostly of one name.
+bool isSamePlace(const fleet::Call& left, const fleet::Call& right)
+{
+    return left.stop == right.stop || (!left.name.isEmpty() && left.name == right.name);
+}
+
 const Trip* tripOf(const feed::Feed& feed, const Timetable& timetable, Seconds now)
 {
     if (!feed.trip)
@@ -139,10 +145,36 @@ void TripDesk::readStops(const feed::Feed& feed)
     m_stop = m_stopNumbers.indexOf(m_context.currentStopId());
 }
 
-QString TripDesk::tripText() const
+QString TripDesk::tripText() const { return isExact() ? timeText(m_trip->start()) : QString(); }
+
+bool TripDesk::isExact() const
 {
-    const bool isExact = m_trip != nullptr && m_trip->number == m_context.tripsExecutionId();
-    return isExact ? timeText(m_trip->start()) : QString();
+    return m_trip != nullptr && m_trip->number == m_context.tripsExecutionId();
+}
+
+/// Null before the last stop, and if there is none.
+const Trip* TripDesk::nextTrip(const QVector<const Trip*>& trips, int now) const
+{
+    if (!isAtEnd())
+        return nullptr;
+    // A bus that is late can be here when its next trip should have begun.
+    const Seconds earliest = isExact() ? m_trip->end() : now;
+    const auto follows = [&](const Trip* trip) {
+        return trip != m_trip && turnOf(*trip, now) != 2 && trip->start() >= earliest &&
+               isSamePlace(trip->calls.first(), m_trip->calls.last());
+    };
+    const Trip* next = nullptr;
+    bool isBack = false;
+    for (const Trip* trip : trips) {
+        const bool goesBack = isSamePlace(trip->calls.last(), m_trip->calls.first());
+        const bool isBetter = next == nullptr || (goesBack && !isBack) ||
+                              (goesBack == isBack && trip->start() < next->start());
+        if (!follows(trip) || !isBetter)
+            continue;
+        next = trip;
+        isBack = goesBack;
+    }
+    return next;
 }
 
 QVariantList TripDesk::routes() const
@@ -163,13 +195,17 @@ QVariantList TripDesk::routes() const
 QVariantList TripDesk::tripsOf(int route, int now) const
 {
     QVariantList maps;
-    const QVector<const Trip*> trips = tripsInTurn(m_timetable, now, route);
+    QVector<const Trip*> trips = tripsInTurn(m_timetable, now, route);
+    const Trip* const next = nextTrip(trips, now);
+    if (next != nullptr)
+        trips.move(trips.indexOf(next), 0);
     for (const Trip* trip : trips)
         maps.append(QVariantMap{
             {QStringLiteral("trip"), trip->number},
             {QStringLiteral("time"),
              QStringLiteral("%1–%2").arg(timeText(trip->start()), timeText(trip->end()))},
             {QStringLiteral("destination"), destinationOf(*trip)},
+            {QStringLiteral("isNext"), trip == next},
             {QStringLiteral("isNow"), turnOf(*trip, now) == 0},
             {QStringLiteral("isOver"), turnOf(*trip, now) == 2},
             {QStringLiteral("isChosen"), trip->number == m_context.tripsExecutionId()}});

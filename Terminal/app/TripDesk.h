@@ -32,6 +32,7 @@ class TripDesk : public QObject
     Q_PROPERTY(QStringList stops READ stops NOTIFY tripChanged)
     Q_PROPERTY(int stopCount READ stopCount NOTIFY tripChanged)
     Q_PROPERTY(int stop READ stop WRITE setStop NOTIFY stopChanged)
+    Q_PROPERTY(bool atEnd READ isAtEnd NOTIFY stopChanged)
     Q_PROPERTY(QString stopName READ stopName NOTIFY stopChanged)
     Q_PROPERTY(QString punctuality READ punctuality NOTIFY punctualityChanged)
 
@@ -51,7 +52,9 @@ public:
     /// Routes with trips: maps of route (number), name and title.
     QVariantList routes() const;
     /// The trips of a route: those that run at `now`, then the later ones, then those that are
-    /// over. Maps of trip (number), time, destination, isNow, isOver and isChosen.
+    /// over. At the last stop the next trip of this vehicle comes first: the earliest after this
+    /// one that goes back, otherwise the earliest that begins where this one ends. Maps of trip
+    /// (number), time, destination, isNext, isNow, isOver and isChosen.
     Q_INVOKABLE QVariantList tripsOf(int route, int now) const;
     /// Begins a trip of the timetable at its first stop. False if there is none of this number.
     Q_INVOKABLE bool choose(int trip);
@@ -64,6 +67,8 @@ public:
 
     /// Index of the current stop in stops(); -1 if it is not one of them.
     int stop() const { return m_stop; }
+    /// Whether a trip of the timetable is at its last stop.
+    bool isAtEnd() const { return m_trip != nullptr && m_stop == m_stops.size() - 1; }
     /// Ignored if there is no such stop.
     void setStop(int stop);
     /// Zones of the current stop and of those behind it, the next one first; a zone may come again.
@@ -82,6 +87,8 @@ signals:
     void punctualityChanged();
 
 private:
+    const fleet::Trip* nextTrip(const QVector<const fleet::Trip*>& trips, int now) const;
+    bool isExact() const;
     void readTrip(const feed::FeedTripContext& context);
     void readStops(const feed::Feed& feed);
 

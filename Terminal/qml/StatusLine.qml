@@ -93,10 +93,15 @@ Rectangle {
             height: parent.height
             width: Math.max(implicitWidth, Theme.touch)
             visible: root.trip.stopCount > 0
-            enabled: root.trip.stop < root.trip.stopCount - 1
-            iconSource: "qrc:/icons/next.svg"
-            Accessible.name: qsTr("Next stop")
-            onClicked: root.trip.stop += 1
+            enabled: root.trip.atEnd || root.trip.stop < root.trip.stopCount - 1
+            iconSource: root.trip.atEnd ? "qrc:/icons/return.svg" : "qrc:/icons/next.svg"
+            Accessible.name: root.trip.atEnd ? qsTr("Next trip") : qsTr("Next stop")
+            onClicked: {
+                if (root.trip.atEnd)
+                    root.tripRequested()
+                else
+                    root.trip.stop += 1
+            }
         }
         PlainText {
             objectName: "punctualityText"

@@ -21,7 +21,7 @@ T.Popup {
         root.open()
     }
 
-    /// `chosen` has to be read anew when another trip is chosen.
+    /// To be read anew when the trip or the stop `chosen` changes.
     function tripsOf(route, chosen) {
         return root.trip.tripsOf(route, root.now)
     }
@@ -99,7 +99,8 @@ T.Popup {
             clip: true
             spacing: Theme.gap
             boundsBehavior: Flickable.StopAtBounds
-            model: root.visible ? root.tripsOf(root.route, root.trip.tripText) : []
+            model: root.visible ? root.tripsOf(root.route, [root.trip.tripText, root.trip.stop])
+                                : []
             T.ScrollBar.vertical: ScrollMark {}
             delegate: ChoiceLine {
                 required property var modelData
@@ -107,12 +108,20 @@ T.Popup {
                 objectName: "trip-" + modelData["trip"]
                 width: trips.width
                 title: modelData["time"]
-                detail: modelData["isNow"] ? qsTr("%1, now").arg(modelData["destination"])
+                detail: modelData["isNext"] ? qsTr("%1, next trip").arg(modelData["destination"])
+                      : modelData["isNow"] ? qsTr("%1, now").arg(modelData["destination"])
                       : modelData["isOver"] ? qsTr("%1, over").arg(modelData["destination"])
                       : modelData["destination"]
                 muted: modelData["isOver"]
                 chosen: modelData["isChosen"]
-                onClicked: root.trip.choose(modelData["trip"])
+                onClicked: {
+                    // The choice makes the list anew, and this line is gone then.
+                    const popup = root
+                    const isNext = modelData["isNext"]
+                    popup.trip.choose(modelData["trip"])
+                    if (isNext) // it begins here: there is nothing else to choose
+                        popup.close()
+                }
             }
         }
         ListView {

@@ -11,6 +11,7 @@ using namespace rivo;
 using terminal::TripDesk;
 
 Q_DECLARE_METATYPE(rivo::feed::Feed)
+Q_DECLARE_METATYPE(TestNetwork)
 
 namespace
 {
@@ -49,6 +50,9 @@ private slots:
     void punctuality();
     void theTripOfNowComesFirst_data();
     void theTripOfNowComesFirst();
+    void theNextTripIsOfferedAtTheEnd_data();
+    void theNextTripIsOfferedAtTheEnd();
+    void theNextTripOfAnUnknownOne();
     void aTripIsChosen();
     void stopsWithoutTrips();
 };
@@ -204,6 +208,81 @@ void TripDeskTest::theTripOfNowComesFirst()
     }
     QTEST(trips, "trips");
     QCOMPARE(desk.tripsOf(9, seconds), QVariantList());
+}
+
+void TripDeskTest::theNextTripIsOfferedAtTheEnd_data()
+{
+    QTest::addColumn<TestNetwork>("more");
+    QTest::addColumn<int>("stop");
+    QTest::addColumn<QString>("now");
+    QTest::addColumn<QStringList>("trips");
+    // The vehicle is on trip 51 of route 5 from 1 to 4, from 10:00 to 10:30.
+    const auto row = [](const char* what, const TestNetwork& more, int stop, const char* now,
+                        const QStringList& trips) {
+        QTest::newRow(what) << more << stop << QString(now) << trips;
+    };
+    const TestNetwork back = network()
+                                 .trip("53", "5", {"1 10:35:00", "2 11:00:00"})
+                                 .trip("54", "5", {"4 10:40:00", "3 10:50:00"})
+                                 .trip("55", "5", {"4 10:50:00", "2 11:00:00", "1 11:20:00"})
+                                 .trip("56", "5", {"4 12:00:00", "1 12:30:00"});
+    row("the one that goes back comes before all others", back, 2, "10:30:00",
+        {"55 next", "51", "53", "54", "56", "50"});
+    row("not before the last stop", back, 1, "10:30:00", {"51", "53", "54", "55", "56", "50"});
+    row("it may have begun: this vehicle is late", back, 2, "10:55:00",
+        {"55 next", "53", "56", "54", "51", "50"});
+    row("it comes after this one: this vehicle is early", back, 2, "8:10:00",
+        {"55 next", "50", "51", "53", "54", "56"});
+    row("one that is over is not offered", back, 2, "11:30:00",
+        {"56 next", "55", "53", "54", "51", "50"});
+    row("none goes back: the next that begins here",
+        network()
+            .trip("57", "5", {"4 11:00:00", "3 11:10:00"})
+            .trip("58", "5", {"4 10:50:00", "3 11:00:00"}),
+        2, "10:30:00", {"58 next", "51", "57", "50"});
+    row("none begins here", network().trip("53", "5", {"1 10:35:00", "2 11:00:00"}), 2, "10:30:00",
+        {"51", "53", "50"});
+    TestNetwork sides = network().trip("59", "5", {"8 10:50:00", "9 11:20:00"});
+    sides.stops[7].name = "Stop 4";
+    sides.stops[8].name = "Stop 1";
+    row("the other side of the street is a stop of the same name",
+        sides.trip("58", "5", {"4 10:40:00", "3 10:50:00"}), 2, "10:30:00",
+        {"59 next", "51", "58", "50"});
+}
+
+void TripDeskTest::theNextTripIsOfferedAtTheEnd()
+{
+    QFETCH(TestNetwork, more);
+    QFETCH(int, stop);
+    QFETCH(QString, now);
+    const feed::Feed feed = feedWith(more, feed::FeedTripContext{5, 1, 4, 1, 5, 51, "X"});
+    TripDesk desk(feed, fleet::Timetable(feed.network));
+    QVERIFY(!desk.isAtEnd());
+    desk.setStop(stop);
+    QCOMPARE(desk.isAtEnd(), stop == 2);
+    QStringList trips;
+    for (const QVariant& trip : desk.tripsOf(5, feed::seconds(now))) {
+        const QVariantMap map = trip.toMap();
+        trips.append(map["trip"].toString() + (map["isNext"].toBool() ? " next" : ""));
+    }
+    QTEST(trips, "trips");
+    for (const QVariant& trip : desk.tripsOf(6, feed::seconds(now)))
+        QVERIFY(!trip.toMap()["isNext"].toBool());
+}
+
+/// The trip of the feed is not in the timetable: what begins from now on follows.
+void TripDeskTest::theNextTripOfAnUnknownOne()
+{
+    const feed::Feed feed = feedWith(network().trip("55", "5", {"4 10:50:00", "1 11:20:00"}),
+                                     feed::FeedTripContext{5, 1, 4, 4, 5, 99, "X"});
+    const TripDesk desk(feed, fleet::Timetable(feed.network), feed::seconds(QString("10:00:00")));
+    QVERIFY(desk.isAtEnd());
+    const auto next = [&desk](const char* now) {
+        const QVariantMap first = desk.tripsOf(5, feed::seconds(QString(now))).first().toMap();
+        return first["isNext"].toBool() ? first["trip"].toInt() : -1;
+    };
+    QCOMPARE(next("10:40:00"), 55);
+    QCOMPARE(next("10:55:00"), -1);
 }
 
 void TripDeskTest::aTripIsChosen()

@@ -72,17 +72,20 @@ void ShiftByTaps::moveOn(int sale)
 {
     if (sale % 6 != 5)
         return;
-    const auto canMove = [this] {
-        const QQuickItem* button = m_shown->item(m_direction > 0 ? "nextStop" : "previousStop");
-        return button != nullptr && button->isEnabled();
-    };
-    if (!canMove()) {
-        m_direction = -m_direction;
-        ++m_trips;
-    }
+    const rivo::terminal::TripDesk& trip = *m_shown->terminal().trip();
     const QString stop = m_shown->text("stopText");
-    m_shown->tap(m_direction > 0 ? "nextStop" : "previousStop");
-    QTRY_VERIFY(m_shown->text("stopText") != stop);
+    const QString route = m_shown->text("routeText");
+    const bool isAtEnd = trip.isAtEnd();
+    m_shown->tap("nextStop");
+    if (isAtEnd) {
+        QTRY_VERIFY(m_shown->item("tripLines") != nullptr);
+        m_shown->window()->grabWindow();
+        m_shown->tap(m_shown->all("choiceDetail").value(0));
+        QTRY_VERIFY(m_shown->text("routeText") != route);
+        ++m_trips;
+    } else {
+        QTRY_VERIFY(m_shown->text("stopText") != stop);
+    }
     m_shown->window()->grabWindow();
 }
 
