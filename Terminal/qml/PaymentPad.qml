@@ -53,6 +53,7 @@ AmountPad {
     QuickAmounts {
         width: parent.width
         rows: 2
+        textKey: "shortText"
         amounts: root.opened ? root.desk.quickAmounts() : []
         onChosen: amount => root.amount = amount
     }

@@ -1,17 +1,21 @@
 import QtQuick 2.15
 
 /// Buttons for amounts in notes and coins, all of one width; the smallest ones if not all
-/// fit. Where not even one fits, its text is smaller: no amount loses its end.
+/// fit. Where two do not fit, their texts are smaller, and where not even one fits, its text: no
+/// amount loses its end.
 Grid {
     id: root
 
     required property var amounts ///< as SalesDesk::quickAmounts() has them
     property string textKey: "text" ///< which of their texts
     property int rows: 1
-    readonly property int fitting: canShow(3) ? 3 : canShow(2) ? 2 : 1 ///< columns
+    readonly property int fitting: canShow(4, Theme.normalText) ? 4
+                                 : canShow(3, Theme.normalText) ? 3
+                                 : canShow(2, Theme.mediumText) ? 2 : 1 ///< columns
+    readonly property int columnWidth: Math.floor((width - (fitting - 1) * spacing) / fitting)
     readonly property int textSize: Math.max(
         Theme.smallText,
-        Math.floor(Theme.normalText * Math.min(1, (width - 2 * Theme.gap)
+        Math.floor(Theme.normalText * Math.min(1, (columnWidth - 2 * Theme.gap)
                                                 / longest(rows * fitting))))
     readonly property var shown: amounts["slice"](0, rows * fitting)
     signal chosen(double amount)
@@ -21,8 +25,9 @@ Grid {
             (length, each) => Math.max(length, metrics.advanceWidth(each[textKey])), 1))
     }
 
-    function canShow(columns) {
-        return columns * (longest(rows * columns) + 2 * Theme.gap + spacing) - spacing <= width
+    function canShow(columns, size) {
+        const text = longest(rows * columns) * size / Theme.normalText
+        return columns * (text + 2 * Theme.gap + spacing) - spacing <= width
     }
 
     columns: Math.max(1, Math.min(fitting, shown["length"]))

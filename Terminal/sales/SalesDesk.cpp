@@ -372,8 +372,10 @@ bool SalesDesk::book(const rivo::sales::Payment& payment, const std::optional<Ca
 
 QVariantList SalesDesk::quickAmounts() const
 {
+    constexpr int most = 8; // two rows of four
     QVariantList amounts;
-    for (const Minor amount : m_currency.quickAmounts(m_currency.cashAmount(m_total)))
+    const Minor due = m_currency.cashAmount(m_total);
+    for (const Minor amount : m_currency.quickAmounts(due, most))
         amounts.append(QVariantMap{{QStringLiteral("amount"), static_cast<double>(amount)},
                                    {QStringLiteral("text"), m_currency.text(amount)},
                                    {QStringLiteral("shortText"), m_currency.shortText(amount)}});

@@ -30,6 +30,7 @@ public:
 private slots:
     void twoTapsSellExactly();
     void oneTapGivesANote();
+    void commonNotesCanBeReached();
     void theKeypadTakesAnAmount();
     void keysHearQuickPresses_data();
     void keysHearQuickPresses();
@@ -87,6 +88,30 @@ void TestPayment::oneTapGivesANote()
     QCOMPARE(m_shown->text("changeText"), QString("€3.60"));
 }
 
+/// The next notes are on the page, those that passengers have all the same in the pad.
+void TestPayment::commonNotesCanBeReached()
+{
+    Feed feed = exampleFeed("coast-line");
+    for (auto& product : feed.products)
+        product.price = 2.1;
+    showFeed(feed);
+    tapTile();
+    const auto buttons = m_shown->texts("quickAmount");
+    QCOMPARE(buttons.mid(0, 2), QStringList({"€5", "€10"}));
+    m_shown->tap("givenButton");
+    QTRY_COMPARE(m_shown->all("padDue").size(), 1);
+    QCOMPARE(m_shown->texts("quickAmount").mid(buttons.size()),
+             QStringList({"€2.10", "€2.50", "€3", "€4", "€5", "€10", "€20", "€50"}));
+    QVERIFY(m_shown->window()->grabWindow().save(
+        QString(PICTURES "/notes-pad-%1x%2.png").arg(m_size.width()).arg(m_size.height())));
+    tapQuickAmount("€50");
+    QTRY_COMPARE(m_shown->text("padChange"), QString("€47.90"));
+    m_shown->tap("padCancel");
+    QTRY_COMPARE(m_shown->all("padDue").size(), 0);
+    QVERIFY(m_shown->window()->grabWindow().save(
+        QString(PICTURES "/notes-page-%1x%2.png").arg(m_size.width()).arg(m_size.height())));
+}
+
 void TestPayment::theKeypadTakesAnAmount()
 {
     showFeed(exampleFeed("coast-line"));
@@ -137,7 +162,7 @@ void TestPayment::quickAmountsFillThePad()
     QTRY_COMPARE(m_shown->all("padDue").size(), 1);
     tapQuickAmount("€1.40");
     QTRY_COMPARE(m_shown->text("padChange"), QString("€0.00"));
-    tapQuickAmount("€10.00");
+    tapQuickAmount("€10");
     QTRY_COMPARE(m_shown->text("padChange"), QString("€8.60"));
     m_shown->tap("eraseKey");
     QTRY_COMPARE(m_shown->text("padGiven"), QString("€1.00"));
