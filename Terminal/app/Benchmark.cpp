@@ -14,6 +14,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <functional>
 
 #include <ctime>
 #include <unistd.h>
@@ -25,7 +26,7 @@ namespace
 {
 
 constexpr int tapCount = 50;
-constexpr int stopChangeCount = 50;
+constexpr int changeCount = 50;
 constexpr int frameCount = 400;
 constexpr int patience = 5000; ///< milliseconds until a frame is given up
 
@@ -57,6 +58,12 @@ QString median(QVector<double> times)
     std::sort(times.begin(), times.end());
     return times.isEmpty() ? QStringLiteral("-")
                            : QString::number(times.at(times.size() / 2), 'f', 1);
+}
+
+QString largest(const QVector<double>& times)
+{
+    return times.isEmpty() ? QStringLiteral("-")
+                           : QString::number(*std::max_element(times.begin(), times.end()), 'f', 1);
 }
 
 QString spread(QVector<double> times)
@@ -220,31 +227,71 @@ QString scrolling(const Screen& screen)
                            : scrollingOf(*screen.window(), *grid);
 }
 
-QString stopChanges(const Screen& screen, Terminal& terminal)
+namespace
 {
-    TripDesk& trip = *terminal.trip();
-    if (trip.stopCount() < 2)
-        return QStringLiteral("stop_change_ms not measured: the feed has no trips");
+
+/// Calls `change` again and again, each time until the frame after it.
+QString changes(const QString& name, const Screen& screen, Terminal& terminal,
+                const std::function<void(int)>& change)
+{
     QVector<double> times;
     QVector<double> actions;
     QVector<double> frames;
     int tiles = 0;
-    for (int i = 0; i < stopChangeCount; ++i) {
+    for (int i = 0; i < changeCount; ++i) {
         QElapsedTimer timer;
         timer.start();
-        trip.setStop((trip.stop() + 1) % trip.stopCount());
+        change(i);
         actions.append(milliseconds(timer));
         if (!waitForFrame(*screen.window()))
             break;
         times.append(milliseconds(timer));
         frames.append(times.last() - actions.last());
-        tiles += terminal.grid()->rowCount();
+        tiles += terminal.grid()->getNumberOfNonExpiredProducts();
     }
-    return QStringLiteral("stop_change_ms %1 (%2 changes, %3 tiles; offers and tiles %4, frame %5)")
-        .arg(spread(times))
+    return QStringLiteral("%1_ms %2 worst %3 (%4 changes, %5 tiles; offers and tiles %6, frame %7)")
+        .arg(name, spread(times), largest(times))
         .arg(times.size())
         .arg(tiles / std::max(1, times.size()))
         .arg(median(actions), median(frames));
+}
+
+/// The first trips of each route, one route after the other.
+QVector<int> someTrips(const TripDesk& desk)
+{
+    constexpr int tripsOfRoute = 4;
+    QVector<int> trips;
+    const QVariantList routes = desk.routes();
+    for (int turn = 0; turn < tripsOfRoute; ++turn) {
+        for (const QVariant& route : routes) {
+            const QVariantList ofRoute =
+                desk.tripsOf(route.toMap().value(QStringLiteral("route")).toInt(), 0);
+            if (turn < ofRoute.size())
+                trips.append(ofRoute.at(turn).toMap().value(QStringLiteral("trip")).toInt());
+        }
+    }
+    return trips;
+}
+
+} // namespace
+
+QString stopChanges(const QString& name, const Screen& screen, Terminal& terminal)
+{
+    TripDesk& trip = *terminal.trip();
+    if (trip.stopCount() < 2)
+        return name + QStringLiteral("_ms not measured: the feed has no trips");
+    return changes(name, screen, terminal,
+                   [&trip](int) { trip.setStop((trip.stop() + 1) % trip.stopCount()); });
+}
+
+QString tripChanges(const QString& name, const Screen& screen, Terminal& terminal)
+{
+    TripDesk& desk = *terminal.trip();
+    const QVector<int> trips = someTrips(desk);
+    if (trips.size() < 2)
+        return name + QStringLiteral("_ms not measured: the feed has no trips");
+    return changes(name, screen, terminal,
+                   [&](int turn) { desk.choose(trips.at((turn + 1) % trips.size())); });
 }
 
 QStringList baseline(const QSize& size)

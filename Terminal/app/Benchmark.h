@@ -36,10 +36,13 @@ QString taps(const Screen& screen, Terminal& terminal);
 /// "scroll_frame_ms median 6.2 p95 9.8 (2000 tiles, 400 frames)".
 QString scrolling(const Screen& screen);
 
-/// From another stop, or another trip at the end of one, to the frame that shows what is sold
-/// there: "stop_change_ms median 6.2 p95 9.8 (50 changes, 43 tiles; offers and tiles 1.0, frame
+/// From another stop to the frame that shows what is sold
+/// there: "NAME_ms median 6.2 p95 9.8 worst 9.9 (50 changes, 43 tiles; offers and tiles 1.0, frame
 /// 5.2)".
-QString stopChanges(const Screen& screen, Terminal& terminal);
+QString stopChanges(const QString& name, const Screen& screen, Terminal& terminal);
+
+/// The same from another trip, each time one of another route if there are several.
+QString tripChanges(const QString& name, const Screen& screen, Terminal& terminal);
 
 /// The same of a window of Qt Quick alone: "qt_quick_start_ms", "qt_quick_tap_ms" and
 /// "qt_quick_scroll_frame_ms". Call it in a process of its own.

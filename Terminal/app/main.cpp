@@ -1,4 +1,5 @@
 #include "Benchmark.h"
+#include "LargeFeed.h"
 #include "Options.h"
 #include "Screen.h"
 #include "Terminal.h"
@@ -7,7 +8,6 @@
 #include <DriversFile.h>
 #include <FeedLoader.h>
 #include <LibraryDiagnostics.h>
-#include <ProgramStart.h>
 #include <Loudspeaker.h>
 #include <ProgramStart.h>
 #include <SoundThread.h>
@@ -75,9 +75,9 @@ Terminal::Settings settingsOf(const Options& options)
     settings.allowFileIcons = options.allowFileIcons;
     settings.isDemo = options.isDemo;
     settings.night = options.night;
+    settings.isSilent = options.isSilent;
     settings.pace = options.timeScale;
     settings.startTime = options.startTime;
-    settings.isSilent = options.isSilent;
     settings.idleTime = options.lockAfter * 60000;
     return settings;
 }
@@ -125,7 +125,17 @@ QStringList measure(const feed::Feed& feed, const Options& options, QVector<doub
         marks.append(terminal::benchmark::processAge());
         lines.append(terminal::benchmark::start(screen, marks));
         lines.append(terminal::benchmark::taps(screen, terminal));
-        lines.append(terminal::benchmark::stopChanges(screen, terminal));
+        lines.append(
+            terminal::benchmark::stopChanges(QStringLiteral("stop_change"), screen, terminal));
+    }
+    if (const auto large = terminal::benchmark::largeFeed()) {
+        Terminal terminal(*large, settings("changes"));
+        Screen screen(terminal, QStringLiteral("sell"), options.size, options.glass);
+        screen.window()->show();
+        lines.append(terminal::benchmark::stopChanges(QStringLiteral("large_feed_stop_change"),
+                                                      screen, terminal));
+        lines.append(terminal::benchmark::tripChanges(QStringLiteral("large_feed_trip_change"),
+                                                      screen, terminal));
     }
     {
         Terminal terminal(terminal::benchmark::withTiles(feed, 2000), settings("scrolling"));
@@ -228,6 +238,8 @@ int main(int argc, char* argv[])
         settings.config.vehicle = options->vehicle;
     settings.cardTime = 1500;
     settings.watchesHealth = options->screenshot.isEmpty() && !options->isDemo;
+    settings.soundPlayer =
+        std::make_shared<sound::SoundThread>([] { return std::make_unique<sound::Loudspeaker>(); });
     if (settings.journalFile.isEmpty())
         settings.journalFile = ownJournal(result.feed->currency);
     QDir().mkpath(QFileInfo(settings.journalFile).absolutePath());
@@ -235,5 +247,3 @@ int main(int argc, char* argv[])
     Screen screen(terminal, options->page, options->size, options->glass);
     return show(application, screen, *options, Done);
 }
-    settings.soundPlayer =
-        std::make_shared<sound::SoundThread>([] { return std::make_unique<sound::Loudspeaker>(); });

@@ -241,6 +241,9 @@ void TestTerminalProgram::measurements()
     const Result result = run({"--feed", feed(), "--benchmark"});
     QCOMPARE(result.error, QString());
     const QString spread = "median [0-9.]+ p95 [0-9.]+ ";
+    const QString changes =
+        "worst [0-9.]+ \\(50 changes, [0-9]+ tiles; offers and tiles [0-9.]+, frame "
+        "[0-9.]+\\)\\n";
     const QRegularExpression form(
         "^start_to_grid_ms [0-9]+ \\(program [0-9]+, feed [0-9]+, models [0-9]+, window [0-9]+, "
         "frame [0-9]+\\)\\n"
@@ -248,10 +251,8 @@ void TestTerminalProgram::measurements()
         spread +
         "\\(50 taps; journal and basket [0-9.]+, frame [0-9.]+\\)\\n"
         "stop_change_ms " +
-        spread +
-        "\\(50 changes, [0-9]+ tiles; offers and tiles [0-9.]+, frame [0-9.]+\\)\\n"
-        "scroll_frame_ms " +
-        spread +
+        spread + changes + "large_feed_stop_change_ms " + spread + changes +
+        "large_feed_trip_change_ms " + spread + changes + "scroll_frame_ms " + spread +
         "\\([0-9]{4} tiles, 400 frames\\)\\n"
         "qt_quick_start_ms [0-9]+\\n"
         "qt_quick_tap_ms " +
