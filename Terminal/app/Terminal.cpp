@@ -269,8 +269,6 @@ void Terminal::followTrip()
     board();
     connect(&m_trip, &TripDesk::stopChanged, this, &Terminal::showOwnTrip);
     connect(m_trip.context(), &feed::TripContext::currentStopIdChanged, this, &Terminal::board);
-    connect(m_fleet.get(), &fleet::FleetSimulator::paceChanged, this,
-            [this] { m_hasOwnTime = true; });
     connect(m_fleet.get(), &fleet::FleetSimulator::timeChanged, this, &Terminal::keepTime);
     connect(m_fleet.get(), &fleet::FleetSimulator::timeChanged, &m_offers, &OfferDesk::update);
     connect(&m_offers, &OfferDesk::changed, this, [this] {
@@ -280,14 +278,14 @@ void Terminal::followTrip()
     });
     connect(&m_desk, &sales::SalesDesk::saleConfirmed, this,
             [this] { countSoldTickets(m_desk.tickets()); });
+}
+
 /// Taps are added by the screen.
 void Terminal::makeHeard()
 {
     connect(&m_desk, &sales::SalesDesk::saleConfirmed, &m_sounds, &sound::Sounds::pay);
     connect(&m_desk, &sales::SalesDesk::refused, &m_sounds, &sound::Sounds::refuse);
     connect(&m_drivers, &drivers::DriverDesk::refused, &m_sounds, &sound::Sounds::refuse);
-}
-
 }
 
 /// Tickets begin in the zone of the stop, and the tiles name it.
