@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <malloc.h>
+#include <unistd.h>
 
 using rivo::sales::SalesDesk;
 
@@ -14,6 +15,15 @@ namespace
 {
 
 size_t usedMemory() { return mallinfo2().uordblks; }
+
+/// What the system has given to the process, in bytes; parts of it may be free.
+size_t residentMemory()
+{
+    QFile file("/proc/self/statm");
+    const bool isOpen = file.open(QIODevice::ReadOnly);
+    const qlonglong pages = isOpen ? file.readAll().split(' ').value(1).toLongLong() : 0;
+    return static_cast<size_t>(pages * sysconf(_SC_PAGESIZE));
+}
 
 int itemsBelow(const QQuickItem* top)
 {
@@ -60,6 +70,7 @@ void TestScreenSoak::sellsAllDay()
 
     QRandomGenerator random(20260329);
     size_t memory = 0;
+    size_t resident = 0;
     int objects = 0;
     for (int sale = 1; sale <= sales; ++sale) {
         for (int count = 1 + random.bounded(3); count > 0; --count)
@@ -80,14 +91,16 @@ void TestScreenSoak::sellsAllDay()
             malloc_trim(0);
             if (sale == warmUp) {
                 memory = usedMemory();
+                resident = residentMemory();
                 objects = itemsBelow(shown.window()->contentItem());
             }
         }
     }
     const size_t after = usedMemory();
     const int objectsAfter = itemsBelow(shown.window()->contentItem());
-    qInfo("%d sales: %zu bytes after %d, %zu in the end; %d and %d items on the screen", sales,
-          memory, warmUp, after, objects, objectsAfter);
+    qInfo("after %d and %d sales: %zu and %zu bytes in use, %zu and %zu resident; %d and %d items "
+          "on the screen",
+          warmUp, sales, memory, after, resident, residentMemory(), objects, objectsAfter);
 
     QCOMPARE(terminal.basket()->rowCount(), 0);
     QVERIFY(terminal.basket()->children().isEmpty());
