@@ -1143,6 +1143,14 @@
         <source>The log is written where logging.conf says, and shown with --verbose.</source>
         <translation>Das Protokoll steht, wo logging.conf es sagt, und erscheint mit --verbose.</translation>
     </message>
+    <message>
+        <source>Sounds</source>
+        <translation>Töne</translation>
+    </message>
+    <message>
+        <source>For taps, payments and what is refused</source>
+        <translation>Beim Tippen, beim Bezahlen und wenn etwas abgelehnt wird</translation>
+    </message>
 </context>
 <context>
     <name>ShiftReport</name>
@@ -1224,6 +1232,10 @@
         <source>Trip and stop</source>
         <translation>Fahrt und Haltestelle</translation>
     </message>
+    <message>
+        <source>Next trip</source>
+        <translation>Nächste Fahrt</translation>
+    </message>
 </context>
 <context>
     <name>TabStrip</name>
@@ -1280,6 +1292,10 @@
     <message>
         <source>%1, over</source>
         <translation>%1, vorbei</translation>
+    </message>
+    <message>
+        <source>%1, next trip</source>
+        <translation>%1, nächste Fahrt</translation>
     </message>
 </context>
 <context>
