@@ -64,7 +64,7 @@ private slots:
     void faultIsReportedOnceAndAGoodFileEndsIt_data();
     void faultIsReportedOnceAndAGoodFileEndsIt();
     void unreadableFileIsReportedOnceAndAReadableOneEndsIt();
-    void fileThatIsLargerThanItSaysIsTooLarge();
+    void fileLargerThanItsReportedSizeIsTooLarge();
     void readerNeverSeesAMixtureOfAThousandRewrites();
     void managerIsRightAfterAThousandRewrites();
     void fileOfAnyDateIsFollowed_data();
@@ -167,7 +167,7 @@ void CoreFaultsTest::unreadableFileIsReportedOnceAndAReadableOneEndsIt()
     QCOMPARE(messages().size(), 1);
 }
 
-void CoreFaultsTest::fileThatIsLargerThanItSaysIsTooLarge()
+void CoreFaultsTest::fileLargerThanItsReportedSizeIsTooLarge()
 {
     // The environment of another process: a file that reports size 0.
     QProcessEnvironment environment;

@@ -32,7 +32,7 @@ private slots:
     void symbolIsExported();
     void helperIsNotExported_data();
     void helperIsNotExported();
-    void onlyTheRunpathKnowsThisMachine();
+    void onlyTheRunpathNamesThisMachine();
 };
 
 void CoreLibraryTest::fileAndSonameAreThePlainName()
@@ -100,7 +100,7 @@ void CoreLibraryTest::helperIsNotExported()
     QVERIFY(!symbols.contains(" " + name));
 }
 
-void CoreLibraryTest::onlyTheRunpathKnowsThisMachine()
+void CoreLibraryTest::onlyTheRunpathNamesThisMachine()
 {
 #ifdef __SANITIZE_ADDRESS__
     QSKIP("Sanitizers write source paths into their reports");

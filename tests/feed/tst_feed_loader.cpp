@@ -40,7 +40,7 @@ private slots:
     void whatIsNoFileIsNotRead();
     void unreadableFile();
     void hugeFileIsNotRead();
-    void systemFileThatSaysItIsEmptyIsRead();
+    void systemFileOfReportedSizeZeroIsRead();
     void linksAreFollowed();
     void specialFilesInAGtfsFolder();
     void whatIsNotTheFeedItself();
@@ -136,7 +136,7 @@ void FeedLoaderTest::hugeFileIsNotRead()
                          "bytes"));
 }
 
-void FeedLoaderTest::systemFileThatSaysItIsEmptyIsRead()
+void FeedLoaderTest::systemFileOfReportedSizeZeroIsRead()
 {
     QCOMPARE(QFileInfo("/proc/self/status").size(), qint64(0));
     QVERIFY(load("/proc/self/status")

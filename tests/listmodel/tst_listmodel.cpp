@@ -255,7 +255,7 @@ private slots:
         QCOMPARE(second->rowsBefore, 2);
     }
 
-    void theSlotIsSilentForAnyoneButARow()
+    void theSlotIsSilentForOtherSendersThanRows()
     {
         Model model(2);
         SampleItem stranger;

@@ -77,7 +77,7 @@ class TestQmlListModel : public QObject
 private slots:
     // The first use of an item pointer in this process: the engine has nothing to go by but the
     // name that the model's meta-object gives the type.
-    void aRowIsAnObjectInAnEngineThatKnowsNothingElse()
+    void aRowIsAnObjectInAnEngineWithoutTheModule()
     {
         Screen screen;
         SignalLog log(&screen.model);

@@ -83,7 +83,7 @@ class tst_role_value_order : public QObject
     Q_OBJECT
 
 private slots:
-    void sortingAndCountingCompareAsTheTableSays()
+    void sortingAndCountingCompareAsInTheTable()
     {
         QByteArray table =
             "# Each row: how its value compares with each value, in the same order.\n"

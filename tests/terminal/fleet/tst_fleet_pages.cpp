@@ -181,7 +181,7 @@ private slots:
         QTRY_VERIFY(shown.all("stopLabel").size() >= before);
     }
 
-    void marksShowWhatTheModelSays()
+    void marksShowTheRowsOfTheModel()
     {
         Shown shown("coast-line", "fleet", {1024, 600});
         QTRY_COMPARE(shown.all("arrow").size(), 4); // the fifth is nowhere

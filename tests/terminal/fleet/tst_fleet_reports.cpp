@@ -17,16 +17,16 @@ class FleetReportsTest : public QObject
 
 private slots:
     void pace();
-    void silence();
-    void parkedVehiclesAreAsCurrentAsTheFeedSays_data();
-    void parkedVehiclesAreAsCurrentAsTheFeedSays();
-    void neverHeardOf();
+    void vehiclesThatStopReporting();
+    void parkedVehiclesAreAsCurrentAsInTheFeed_data();
+    void parkedVehiclesAreAsCurrentAsInTheFeed();
+    void vehiclesThatNeverReportedAreOffline();
     void vehiclesThatOthersReport();
     void signalsOfVehicles();
     void linesAndStops();
     void vehicleOf();
-    void theOwnVehicleIsWhereTheDriverSays();
-    void theOwnVehicleIsWhereItsReceiverSays();
+    void theOwnVehicleIsAtTheStopOfTheDriver();
+    void theOwnVehicleIsAtThePlaceOfItsReceiver();
     void theOwnPlaceGrowsOld_data();
     void theOwnPlaceGrowsOld();
     void vehiclesHaveNumbers();
@@ -57,7 +57,7 @@ void FleetReportsTest::pace()
     }
 }
 
-void FleetReportsTest::silence()
+void FleetReportsTest::vehiclesThatStopReporting()
 {
     // Vehicle 102 is parked.
     Fleet fleet(TestNetwork().trip("1", "5", out("8:00:00", "9:00:00")), {5, 7});
@@ -104,7 +104,7 @@ void FleetReportsTest::silence()
     QCOMPARE(simulator.reportingOf(101), FleetSimulator::Live);
 }
 
-void FleetReportsTest::parkedVehiclesAreAsCurrentAsTheFeedSays_data()
+void FleetReportsTest::parkedVehiclesAreAsCurrentAsInTheFeed_data()
 {
     const Table<bool, bool, FleetSimulator::Reporting> row("updated", "hasPosition", "reporting");
     row("up to date is live", true, true, FleetSimulator::Live);
@@ -113,7 +113,7 @@ void FleetReportsTest::parkedVehiclesAreAsCurrentAsTheFeedSays_data()
     row("neither is off-line", false, false, FleetSimulator::Offline);
 }
 
-void FleetReportsTest::parkedVehiclesAreAsCurrentAsTheFeedSays()
+void FleetReportsTest::parkedVehiclesAreAsCurrentAsInTheFeed()
 {
     QFETCH(bool, updated);
     QFETCH(bool, hasPosition);
@@ -149,7 +149,7 @@ void FleetReportsTest::parkedVehiclesAreAsCurrentAsTheFeedSays()
     QVERIFY(isAsTheFeedSays());
 }
 
-void FleetReportsTest::neverHeardOf()
+void FleetReportsTest::vehiclesThatNeverReportedAreOffline()
 {
     Fleet fleet(TestNetwork().trip("1", "5", out("8:00:00", "9:00:00")), {5, 7});
     fleet.vehicle(102).setAssetCoordinate(QGeoCoordinate());
@@ -250,7 +250,7 @@ void FleetReportsTest::vehicleOf()
     QCOMPARE(fleet.simulator->vehicleOf(-1, -1), -1);
 }
 
-void FleetReportsTest::theOwnVehicleIsWhereTheDriverSays()
+void FleetReportsTest::theOwnVehicleIsAtTheStopOfTheDriver()
 {
     TestNetwork network;
     network.trip("50", "5", out("8:00:00", "8:30:00"))
@@ -275,7 +275,7 @@ void FleetReportsTest::theOwnVehicleIsWhereTheDriverSays()
     QCOMPARE(own.size(), 1);
 }
 
-void FleetReportsTest::theOwnVehicleIsWhereItsReceiverSays()
+void FleetReportsTest::theOwnVehicleIsAtThePlaceOfItsReceiver()
 {
     TestNetwork network;
     network.trip("50", "5", out("8:00:00", "8:30:00"))

@@ -156,7 +156,6 @@ void PathTest::passes_data()
     // from: in legs, as all numbers here
     const Table<Points, QGeoCoordinate, double, double, double, QVector<double>, QVector<double>>
         row("points", "coordinate", "from", "to", "within", "metres", "distances");
-    using Numbers = QVector<double>;
     const Points back = {at(0, 0), at(10, 0), at(0, 0)};
     row("no path", {}, at(1, 0), 0, 9, 1, {}, {});
     row("one pass", corner, at(4, 1), 0, 2, 0.5, {0.4}, {0.1});

@@ -1,5 +1,4 @@
 #include "SignalLog.h"
-#include "Table.h"
 #include "TestNetwork.h"
 #include "TripDesk.h"
 
@@ -59,22 +58,31 @@ private slots:
 
 void TripDeskTest::trips_data()
 {
-    const Table<feed::Feed, QString, QStringList, int, QString> row("feed", "route", "stops",
-                                                                    "stop", "stopName");
+    QTest::addColumn<feed::Feed>("feed");
+    QTest::addColumn<QString>("route");
+    QTest::addColumn<QStringList>("stops");
+    QTest::addColumn<int>("stop");
+    QTest::addColumn<QString>("stopName");
     const auto trip = [](int route, int execution, int stop) {
         return feed::FeedTripContext{route, 1, 4, stop, route, execution, "X"};
     };
-    row("neither trip nor timetable", {}, "", {}, -1, "");
-    row("no trip: the first of the timetable", feedWith(network()), "5 to Stop 1",
-        {"Stop 4", "Stop 2", "Stop 1"}, 0, "Stop 4");
-    row("a trip of the timetable", feedWith(network(), trip(5, 51, 2)), "5 to Beach",
-        {"Stop 1", "Stop 2", "Stop 4"}, 1, "Stop 2");
-    row("an unknown trip: the first of its route", feedWith(network(), trip(6, 99, 8)),
-        "Ring to Stop 8", {"Stop 7", "Stop 8"}, 1, "Stop 8");
-    row("a trip that is at none of its stops", feedWith(network(), trip(5, 51, 3)), "5 to Beach",
-        {"Stop 1", "Stop 2", "Stop 4"}, -1, "3");
-    row("a trip of an unknown route", feedWith(network(), trip(12, 99, 3)), "12", {}, -1, "3");
-    row("a trip without a timetable", feedWith({}, trip(12, 99, 3)), "12", {}, -1, "3");
+    QTest::newRow("neither trip nor timetable") << feed::Feed() << "" << QStringList() << -1 << "";
+    QTest::newRow("no trip: the first of the timetable")
+        << feedWith(network()) << "5 to Stop 1" << QStringList{"Stop 4", "Stop 2", "Stop 1"} << 0
+        << "Stop 4";
+    QTest::newRow("a trip of the timetable")
+        << feedWith(network(), trip(5, 51, 2)) << "5 to Beach"
+        << QStringList{"Stop 1", "Stop 2", "Stop 4"} << 1 << "Stop 2";
+    QTest::newRow("an unknown trip: the first of its route")
+        << feedWith(network(), trip(6, 99, 8)) << "Ring to Stop 8"
+        << QStringList{"Stop 7", "Stop 8"} << 1 << "Stop 8";
+    QTest::newRow("a trip that is at none of its stops")
+        << feedWith(network(), trip(5, 51, 3)) << "5 to Beach"
+        << QStringList{"Stop 1", "Stop 2", "Stop 4"} << -1 << "3";
+    QTest::newRow("a trip of an unknown route")
+        << feedWith(network(), trip(12, 99, 3)) << "12" << QStringList() << -1 << "3";
+    QTest::newRow("a trip without a timetable")
+        << feedWith({}, trip(12, 99, 3)) << "12" << QStringList() << -1 << "3";
 }
 
 void TripDeskTest::trips()
@@ -182,14 +190,21 @@ void TripDeskTest::punctuality()
 
 void TripDeskTest::theTripOfNowComesFirst_data()
 {
-    const Table<QString, QStringList> row("now", "trips");
-    row("before the first: in their order", "7:00:00",
-        {"50 08:00–08:30", "51 10:00–10:30", "52 23:50–00:20"});
-    row("one runs", "8:10:00", {"50 08:00–08:30 now", "51 10:00–10:30", "52 23:50–00:20"});
-    row("between two", "9:00:00", {"51 10:00–10:30", "52 23:50–00:20", "50 08:00–08:30 over"});
-    row("at night", "23:55:00",
-        {"52 23:50–00:20 now", "51 10:00–10:30 over", "50 08:00–08:30 over"});
-    row("past midnight", "0:10:00", {"52 23:50–00:20 now", "50 08:00–08:30", "51 10:00–10:30"});
+    QTest::addColumn<QString>("now");
+    QTest::addColumn<QStringList>("trips");
+    QTest::newRow("before the first: in their order")
+        << "7:00:00" << QStringList{"50 08:00–08:30", "51 10:00–10:30", "52 23:50–00:20"};
+    QTest::newRow("one runs") << "8:10:00"
+                              << QStringList{"50 08:00–08:30 now", "51 10:00–10:30",
+                                             "52 23:50–00:20"};
+    QTest::newRow("between two") << "9:00:00"
+                                 << QStringList{"51 10:00–10:30", "52 23:50–00:20",
+                                                "50 08:00–08:30 over"};
+    QTest::newRow("at night") << "23:55:00"
+                              << QStringList{"52 23:50–00:20 now", "51 10:00–10:30 over",
+                                             "50 08:00–08:30 over"};
+    QTest::newRow("past midnight")
+        << "0:10:00" << QStringList{"52 23:50–00:20 now", "50 08:00–08:30", "51 10:00–10:30"};
 }
 
 void TripDeskTest::theTripOfNowComesFirst()

@@ -1,6 +1,5 @@
 #include "LiveVehicles.h"
 #include "Outcome.h"
-#include "Table.h"
 #include "TestNetwork.h"
 #include "TestServer.h"
 
@@ -78,17 +77,18 @@ private slots:
 
 void LiveVehiclesTest::messages_data()
 {
-    const Table<QByteArray, QByteArray> row("answer", "message");
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QByteArray>("message");
     const QByteArray large(900000, 'x');
-    row("plain", TestServer::ok("abc"), "abc");
-    row("large", TestServer::ok(large), large);
-    row("empty", TestServer::ok(""), {});
-    row("packed", TestServer::ok(gzip(large), "Content-Encoding: gzip\r\n"), large);
-    row("identity", TestServer::ok("abc", "Content-Encoding: identity\r\n"), "abc");
-    row("in pieces",
-        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
-        "2\r\nab\r\n1\r\nc\r\n0\r\n\r\n",
-        "abc");
+    QTest::newRow("plain") << TestServer::ok("abc") << QByteArray("abc");
+    QTest::newRow("large") << TestServer::ok(large) << large;
+    QTest::newRow("empty") << TestServer::ok("") << QByteArray();
+    QTest::newRow("packed") << TestServer::ok(gzip(large), "Content-Encoding: gzip\r\n") << large;
+    QTest::newRow("identity") << TestServer::ok("abc", "Content-Encoding: identity\r\n")
+                              << QByteArray("abc");
+    QTest::newRow("in pieces") << QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+                                             "2\r\nab\r\n1\r\nc\r\n0\r\n\r\n")
+                               << QByteArray("abc");
 }
 
 void LiveVehiclesTest::messages()
@@ -137,32 +137,39 @@ void LiveVehiclesTest::conditionalRequests()
 
 void LiveVehiclesTest::faults_data()
 {
-    // problem: a part of it
-    const Table<QByteArray, QString> row("answer", "problem");
-    row("not found", "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n", "Not Found");
-    row("overloaded", "HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n", "Busy");
-    row("no content", "HTTP/1.1 204 No Content\r\n\r\n", "status 204");
-    row("noise", QByteArray("\x00\xff\xfe\n\n\n", 6), "");
-    row("closes at once", {}, "");
-    row("closes in the middle", "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nabc", "");
-    row("too large", TestServer::ok(QByteArray((1 << 20) + 1, 'x')), "too large");
-    row("too large and without a length", "HTTP/1.1 200 OK\r\n\r\n" + QByteArray(3 << 20, 'x'),
-        "too large");
-    row("too large when unpacked",
-        TestServer::ok(gzip(QByteArray(50 << 20, 'x')), "Content-Encoding: gzip\r\n"), "unpacked");
-    row("damaged when packed",
-        TestServer::ok(gzip("abcdefgh").replace(12, 3, "zzz"), "Content-Encoding: gzip\r\n"),
-        "unpacked");
-    row("cut when packed", TestServer::ok(gzip("abcdefgh").left(14), "Content-Encoding: gzip\r\n"),
-        "unpacked");
-    row("packed otherwise", TestServer::ok("abc", "Content-Encoding: br\r\n"), "unpacked");
-    row("to itself for ever",
-        "HTTP/1.1 302 Found\r\nLocation: /vehicles\r\nContent-Length: 0\r\n\r\n", "redirect");
-    row("to a file",
-        QByteArray("HTTP/1.1 302 Found\r\nLocation: file:///etc/passwd\r\n"
-                   "Content-Length: 0\r\n\r\n"),
-        "");
-    row("a header without an end", "HTTP/1.1 200 OK\r\nX: " + QByteArray(3 << 20, 'x'), "");
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("problem"); // a part of it
+    QTest::newRow("not found") << QByteArray("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n")
+                               << "Not Found";
+    QTest::newRow("overloaded") << QByteArray("HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n")
+                                << "Busy";
+    QTest::newRow("no content") << QByteArray("HTTP/1.1 204 No Content\r\n\r\n") << "status 204";
+    QTest::newRow("noise") << QByteArray("\x00\xff\xfe\n\n\n", 6) << "";
+    QTest::newRow("closes at once") << QByteArray() << "";
+    QTest::newRow("closes in the middle")
+        << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nabc") << "";
+    QTest::newRow("too large") << TestServer::ok(QByteArray((1 << 20) + 1, 'x')) << "too large";
+    QTest::newRow("too large and without a length")
+        << "HTTP/1.1 200 OK\r\n\r\n" + QByteArray(3 << 20, 'x') << "too large";
+    QTest::newRow("too large when unpacked")
+        << TestServer::ok(gzip(QByteArray(50 << 20, 'x')), "Content-Encoding: gzip\r\n")
+        << "unpacked";
+    QTest::newRow("damaged when packed")
+        << TestServer::ok(gzip("abcdefgh").replace(12, 3, "zzz"), "Content-Encoding: gzip\r\n")
+        << "unpacked";
+    QTest::newRow("cut when packed")
+        << TestServer::ok(gzip("abcdefgh").left(14), "Content-Encoding: gzip\r\n") << "unpacked";
+    QTest::newRow("packed otherwise")
+        << TestServer::ok("abc", "Content-Encoding: br\r\n") << "unpacked";
+    QTest::newRow("to itself for ever")
+        << QByteArray("HTTP/1.1 302 Found\r\nLocation: /vehicles\r\nContent-Length: 0\r\n\r\n")
+        << "redirect";
+    QTest::newRow("to a file") << QByteArray(
+                                      "HTTP/1.1 302 Found\r\nLocation: file:///etc/passwd\r\n"
+                                      "Content-Length: 0\r\n\r\n")
+                               << "";
+    QTest::newRow("a header without an end")
+        << "HTTP/1.1 200 OK\r\nX: " + QByteArray(3 << 20, 'x') << "";
 }
 
 void LiveVehiclesTest::faults()
@@ -280,10 +287,14 @@ void LiveVehiclesTest::files()
 
 void LiveVehiclesTest::filesThatAreNone_data()
 {
-    const Table<QString, QString> row("file", "problem");
-    row("a folder", "/", "there is no such file");
-    row("a device that never ends", "/dev/zero", "there is no such file");
-    row("too large", "large", "the message is too large");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("problem");
+    QTest::newRow("a folder") << "/"
+                              << "there is no such file";
+    QTest::newRow("a device that never ends") << "/dev/zero"
+                                              << "there is no such file";
+    QTest::newRow("too large") << "large"
+                               << "the message is too large";
 }
 
 void LiveVehiclesTest::filesThatAreNone()

@@ -138,7 +138,7 @@ private slots:
         QCOMPARE(shown.item("badge")->property("count").toInt(), 1);
     }
 
-    void emptyCatalogueSaysSo()
+    void emptyCatalogueIsShownAsSuch()
     {
         Feed feed = smallFeed();
         feed.fareProducts.clear();

@@ -96,7 +96,7 @@ private slots:
     }
 
     /// A journal as shipped is read by what ships later: the tables are an interface.
-    void fileSaysWhatItIs()
+    void fileIsMarkedAsJournal()
     {
         OpenJournal(file()).clearBasket();
         const QByteArray header = contentOf(file()).left(72);

@@ -1,6 +1,5 @@
 #include "FileSizeLimit.h"
 #include "JournalFiles.h"
-#include "Table.h"
 
 #include <QProcess>
 #include <QRandomGenerator>
@@ -265,7 +264,8 @@ private slots:
 
     void oneThatIsNotWholeStaysAsItIs_data()
     {
-        const Table<QString, QString> row("harm", "fault");
+        QTest::addColumn<QString>("harm");
+        QTest::addColumn<QString>("fault");
         for (const char* harm :
              {"UPDATE sale SET total = 1 WHERE id = 3", "UPDATE sale SET shift = 99 WHERE id = 7",
               "UPDATE sale SET pay_method = 2 WHERE id = 1", "DELETE FROM sale WHERE id = 1",
@@ -282,9 +282,11 @@ private slots:
               "UPDATE shift SET first_ticket = 2 WHERE z_number = 16",
               "UPDATE shift SET last_ticket = 5 WHERE z_number = 16", "DROP TABLE basket",
               "DELETE FROM journal"})
-            row(harm, harm, "damaged");
-        row("another currency", "UPDATE journal SET currency = 'PLN'", "other currency");
-        row("an earlier version", "PRAGMA user_version=1", "other version");
+            QTest::newRow(harm) << harm << "damaged";
+        QTest::newRow("another currency") << "UPDATE journal SET currency = 'PLN'"
+                                          << "other currency";
+        QTest::newRow("an earlier version") << "PRAGMA user_version=1"
+                                            << "other version";
     }
 
     void oneThatIsNotWholeStaysAsItIs()

@@ -75,7 +75,7 @@ private slots:
         QCOMPARE(m_counter->journal.lastTickets(9).first().price, 190);
     }
 
-    void whatIsNotSoldNowIsSaid()
+    void reasonsForTilesNotSoldNowAreShown()
     {
         QVERIFY(m_counter->desk.add(AdultSingle));
         QVERIFY(m_counter->desk.add(DayTicket));

@@ -33,7 +33,7 @@ private slots:
                  QStringList("17 open: 0 tickets 0, 0 by card 0, -, z 0, debt 0 of 100"));
     }
 
-    void ticketSaysWhatTheTileAndTheTripSay()
+    void ticketHasTheFieldsOfTileAndTrip()
     {
         Counter counter(file());
         QVERIFY(play(counter, "return"));

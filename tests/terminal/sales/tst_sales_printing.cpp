@@ -217,7 +217,7 @@ private slots:
         QVERIFY(!counter->desk.obstacle().isEmpty());
     }
 
-    void ticketsInDoubtArePrintedIfTheDriverSaysSo()
+    void ticketsInDoubtArePrintedOnRequest()
     {
         const auto counter = counterIn("doubt");
         QVERIFY(play(*counter, "print"));

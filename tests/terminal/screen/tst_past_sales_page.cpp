@@ -12,7 +12,7 @@ class TestPastSalesPage : public PageTest
 
 private slots:
     void theNewestSaleIsFirstAndSelected();
-    void aShiftWithoutSalesSaysSo();
+    void aShiftWithoutSalesIsShownAsSuch();
     void anotherSaleIsShownWhenItIsTapped();
     void thePaperIsShown();
     void aCopyIsPrinted();
@@ -23,7 +23,7 @@ private slots:
     void allTicketsOfASaleAreRefunded();
     void aRefundNeedsAReason();
     void aTicketThatWasTakenBackIsNotPrintedAgain();
-    void aPrinterFaultIsSaid();
+    void aPrinterFaultIsShown();
     void reasonsHearQuickTouches();
     void manySalesAreReadInBatches();
     void backLeadsToTheZReport();
@@ -65,7 +65,7 @@ void TestPastSalesPage::theNewestSaleIsFirstAndSelected()
     QCOMPARE(m_shown->text("detailPaid"), QString("€1.40"));
 }
 
-void TestPastSalesPage::aShiftWithoutSalesSaysSo()
+void TestPastSalesPage::aShiftWithoutSalesIsShownAsSuch()
 {
     show(exampleFeed("coast-line"), "sales");
     QVERIFY(!m_shown->text("noSalesText").isEmpty());
@@ -207,7 +207,7 @@ void TestPastSalesPage::aTicketThatWasTakenBackIsNotPrintedAgain()
     QTRY_COMPARE(m_shown->text("toastText"), QString("This ticket was taken back."));
 }
 
-void TestPastSalesPage::aPrinterFaultIsSaid()
+void TestPastSalesPage::aPrinterFaultIsShown()
 {
     sell(1);
     openPage();

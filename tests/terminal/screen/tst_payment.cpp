@@ -1,6 +1,5 @@
 #include "PageTest.h"
 #include "Pointer.h"
-#include "Table.h"
 
 using rivo::feed::Feed;
 
@@ -131,9 +130,9 @@ void TestPayment::theKeypadTakesAnAmount()
 
 void TestPayment::keysHearQuickPresses_data()
 {
-    const Table<bool> row("isTouch");
-    row("by mouse", false);
-    row("by touch", true);
+    QTest::addColumn<bool>("isTouch");
+    QTest::newRow("by mouse") << false;
+    QTest::newRow("by touch") << true;
 }
 
 void TestPayment::keysHearQuickPresses()
@@ -249,11 +248,12 @@ void TestPayment::whatWasPaidStaysUntilTheNextTicket()
 
 void TestPayment::noAmountIsCut_data()
 {
-    const Table<QString, double> row("currency", "price");
-    row("euro", "EUR", 99.99);
-    row("francs", "CHF", 99.99);
-    row("forints", "HUF", 12345.0);
-    row("yen", "JPY", 9999.0);
+    QTest::addColumn<QString>("currency");
+    QTest::addColumn<double>("price");
+    QTest::newRow("euro") << "EUR" << 99.99;
+    QTest::newRow("francs") << "CHF" << 99.99;
+    QTest::newRow("forints") << "HUF" << 12345.0;
+    QTest::newRow("yen") << "JPY" << 9999.0;
 }
 
 void TestPayment::noAmountIsCut()

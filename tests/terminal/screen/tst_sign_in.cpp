@@ -12,7 +12,7 @@ class TestSignIn : public PageTest
 private slots:
     void withoutDriversThereIsNoSignIn();
     void aDriverSignsIn();
-    void nothingBehindThePanelHearsTaps();
+    void nothingBehindThePanelGetsTaps();
     void aWrongPinIsRefused();
     void theLockAsksForThePinOnly();
     void anotherDriverTakesOver();
@@ -63,7 +63,7 @@ void TestSignIn::aDriverSignsIn()
     QVERIFY(desk().add(0));
 }
 
-void TestSignIn::nothingBehindThePanelHearsTaps()
+void TestSignIn::nothingBehindThePanelGetsTaps()
 {
     showPanel();
     for (const char* name : {"nav-settings", "productText", "nightButton"})

@@ -46,8 +46,8 @@ private slots:
 
     void everyPressCounts_data();
     void everyPressCounts();
-    void everyKindOfControlHearsThem_data();
-    void everyKindOfControlHearsThem();
+    void everyKindOfControlGetsThem_data();
+    void everyKindOfControlGetsThem();
     void quickSales();
 
 private:
@@ -95,7 +95,7 @@ void TestTaps::everyPressCounts()
     QCOMPARE(count(shown.terminal()) - before, 6);
 }
 
-void TestTaps::everyKindOfControlHearsThem_data()
+void TestTaps::everyKindOfControlGetsThem_data()
 {
     // part: of the control
     const Table<QString, QString> row("page", "part");
@@ -113,7 +113,7 @@ void TestTaps::everyKindOfControlHearsThem_data()
         row(part, page, part);
 }
 
-void TestTaps::everyKindOfControlHearsThem()
+void TestTaps::everyKindOfControlGetsThem()
 {
     QFETCH(QString, page);
     QFETCH(QString, part);

@@ -1,5 +1,3 @@
-#include "Table.h"
-
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -65,18 +63,21 @@ TestTerminalProgram::Result TestTerminalProgram::shoot(const QStringList& argume
 
 void TestTerminalProgram::picturesArePrinted_data()
 {
-    const Table<QStringList, QSize> row("arguments", "size");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QSize>("size");
     for (const QString page : {"sell", "products", "zreport", "fleet", "devices", "settings"})
-        row(qPrintable(page), {"--page", page}, QSize(1024, 600));
-    row("small, at night, in German", {"--size", "800x480", "--night", "--language", "de"},
-        QSize(800, 480));
-    row("a route", {"--route", "1", "--page", "fleet"}, QSize(1024, 600));
-    row("a panel of 10 inches, larger",
-        {"--size", "1280x800", "--screen-size", "217x136", "--scale", "1.2"}, QSize(1280, 800));
-    row("in English, with money as in Austria", {"--language", "en", "--country", "at"},
-        QSize(1024, 600));
-    row("another time and pace", {"--time", "23:59", "--time-scale", "60", "--page", "fleet"},
-        QSize(1024, 600));
+        QTest::newRow(qPrintable(page)) << QStringList{"--page", page} << QSize(1024, 600);
+    QTest::newRow("small, at night, in German")
+        << QStringList{"--size", "800x480", "--night", "--language", "de"} << QSize(800, 480);
+    QTest::newRow("a route") << QStringList{"--route", "1", "--page", "fleet"} << QSize(1024, 600);
+    QTest::newRow("a panel of 10 inches, larger")
+        << QStringList{"--size", "1280x800", "--screen-size", "217x136", "--scale", "1.2"}
+        << QSize(1280, 800);
+    QTest::newRow("in English, with money as in Austria")
+        << QStringList{"--language", "en", "--country", "at"} << QSize(1024, 600);
+    QTest::newRow("another time and pace")
+        << QStringList{"--time", "23:59", "--time-scale", "60", "--page", "fleet"}
+        << QSize(1024, 600);
 }
 
 void TestTerminalProgram::picturesArePrinted()
@@ -94,36 +95,43 @@ void TestTerminalProgram::picturesArePrinted()
 
 void TestTerminalProgram::wrongCommandLines_data()
 {
-    const Table<QStringList, QString> row("arguments", "error");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("error");
     const QStringList good{"--feed", feed()};
-    row("no feed", {}, "one of --feed and --gtfs is needed");
-    row("two feeds", good + QStringList{"--gtfs", "x"}, "one of --feed and --gtfs is needed");
-    row("something left over", good + QStringList{"x"}, "unexpected argument x");
-    row("no such page", good + QStringList{"--page", "x"},
-        "--page is one of sell, products, zreport, fleet, devices, "
-        "settings");
+    QTest::newRow("no feed") << QStringList() << "one of --feed and --gtfs is needed";
+    QTest::newRow("two feeds") << good + QStringList{"--gtfs", "x"}
+                               << "one of --feed and --gtfs is needed";
+    QTest::newRow("something left over") << good + QStringList{"x"} << "unexpected argument x";
+    QTest::newRow("no such page") << good + QStringList{"--page", "x"}
+                                  << "--page is one of sell, products, zreport, fleet, devices, "
+                                     "settings";
     for (const QString size : {"x", "800", "319x480", "800x9000", "-800x480", "800x480x3"})
-        row(qPrintable("size " + size), good + QStringList{"--size", size},
-            "--size is WIDTHxHEIGHT, 320 to 8192 each");
+        QTest::newRow(qPrintable("size " + size))
+            << good + QStringList{"--size", size} << "--size is WIDTHxHEIGHT, 320 to 8192 each";
     for (const QString size : {"x", "154", "154x", "39x86", "154x2001", "1.5x2"})
-        row(qPrintable("screen size " + size), good + QStringList{"--screen-size", size},
-            "--screen-size is WIDTHxHEIGHT in millimetres, 40 to 2000 each");
+        QTest::newRow(qPrintable("screen size " + size))
+            << good + QStringList{"--screen-size", size}
+            << "--screen-size is WIDTHxHEIGHT in millimetres, 40 to 2000 each";
     for (const QString country : {"x", "DEU", "XX", "_D"})
-        row(qPrintable("country " + country), good + QStringList{"--country", country},
-            "--country is a code of ISO 3166 such as DE");
+        QTest::newRow(qPrintable("country " + country))
+            << good + QStringList{"--country", country}
+            << "--country is a code of ISO 3166 such as DE";
     for (const QString scale : {"x", "0.4", "3.1", "nan"})
-        row(qPrintable("scale " + scale), good + QStringList{"--scale", scale},
-            "--scale is a number from 0.5 to 3");
+        QTest::newRow(qPrintable("scale " + scale))
+            << good + QStringList{"--scale", scale} << "--scale is a number from 0.5 to 3";
     for (const QString scale : {"x", "-1", "600.1", "nan", "inf"})
-        row(qPrintable("time scale " + scale), good + QStringList{"--time-scale", scale},
-            "--time-scale is a number from 0 to 600");
+        QTest::newRow(qPrintable("time scale " + scale))
+            << good + QStringList{"--time-scale", scale}
+            << "--time-scale is a number from 0 to 600";
     for (const QString time : {"x", "24:00", "8", "08:60"})
-        row(qPrintable("time " + time), good + QStringList{"--time", time}, "--time is HH:MM");
+        QTest::newRow(qPrintable("time " + time))
+            << good + QStringList{"--time", time} << "--time is HH:MM";
     for (const QString minutes : {"x", "-1", "1441", "2.5"})
-        row(qPrintable("lock after " + minutes), good + QStringList{"--lock-after", minutes},
-            "--lock-after is a whole number from 0 to 1440");
-    row("half a rider category", good + QStringList{"--rider-category", "a="},
-        "--rider-category: \"a=\", expected ID=PT_X");
+        QTest::newRow(qPrintable("lock after " + minutes))
+            << good + QStringList{"--lock-after", minutes}
+            << "--lock-after is a whole number from 0 to 1440";
+    QTest::newRow("half a rider category") << good + QStringList{"--rider-category", "a="}
+                                           << "--rider-category: \"a=\", expected ID=PT_X";
 }
 
 void TestTerminalProgram::wrongCommandLines()

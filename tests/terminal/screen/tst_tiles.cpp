@@ -129,7 +129,7 @@ private slots:
     void aSearchFindsATileByLetters_data();
     void aSearchFindsATileByLetters();
     void aTabHasTheTilesOfItsZone();
-    void whatIsNotSoldSaysWhy();
+    void tilesThatAreNotSoldShowTheReason();
     void severalAtOnce_data();
     void severalAtOnce();
     void moreLikeALineOfTheBasket();
@@ -277,7 +277,7 @@ void TestTiles::aTabHasTheTilesOfItsZone()
     QCOMPARE(zones, 4);
 }
 
-void TestTiles::whatIsNotSoldSaysWhy()
+void TestTiles::tilesThatAreNotSoldShowTheReason()
 {
     ScreenUnderTest shown(lakeside(), "sell", {800, 480});
     const QVariantList notSold = shown.terminal().offers()->notSold();

@@ -1,5 +1,4 @@
 #include "Papers.h"
-#include "Table.h"
 
 #include <TicketCode.h>
 
@@ -98,11 +97,13 @@ private slots:
 
     void validity_data()
     {
-        const Table<QString, bool, QString> row("validity", "isDaily", "shown");
-        row("as the feed says", "60 minutes", false, "60 minutes");
-        row("a day ticket", "", true, "on 29/03/2026");
-        row("a day ticket with its own words", "24 hours", true, "24 hours");
-        row("unknown", " ", false, "none");
+        QTest::addColumn<QString>("validity");
+        QTest::addColumn<bool>("isDaily");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("as the feed says") << "60 minutes" << false << "60 minutes";
+        QTest::newRow("a day ticket") << "" << true << "on 29/03/2026";
+        QTest::newRow("a day ticket with its own words") << "24 hours" << true << "24 hours";
+        QTest::newRow("unknown") << " " << false << "none";
     }
 
     void validity()
@@ -117,12 +118,24 @@ private slots:
 
     void places_data()
     {
-        const Table<QString, QString, QString> row("zone", "stop", "shown");
-        row("zone and stop", "A", "Market", "A, Market");
-        row("zone alone", "A", "", "A");
-        row("stop alone", "", "Market", "Market");
-        row("the same name", "Market", "Market", "Market");
-        row("none", "", "", "none");
+        QTest::addColumn<QString>("zone");
+        QTest::addColumn<QString>("stop");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("zone and stop") << "A"
+                                       << "Market"
+                                       << "A, Market";
+        QTest::newRow("zone alone") << "A"
+                                    << ""
+                                    << "A";
+        QTest::newRow("stop alone") << ""
+                                    << "Market"
+                                    << "Market";
+        QTest::newRow("the same name") << "Market"
+                                       << "Market"
+                                       << "Market";
+        QTest::newRow("none") << ""
+                              << ""
+                              << "none";
     }
 
     void places()
@@ -145,11 +158,11 @@ private slots:
     /// A name can neither turn around what follows nor make a line of its own.
     void namesAreOnePlainLine_data()
     {
-        const Table<QString> row("name");
-        row("embedding", QStringLiteral("Sin\u202Agle") + QChar(0x202C));
-        row("override", QString("Sin") + QChar(0x202E) + "gle");
-        row("isolate", QString("Sin") + QChar(0x2067) + "gle" + QChar(0x2069));
-        row("mark", QString("Sin") + QChar(0x200F) + "gle");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("embedding") << QStringLiteral("Sin\u202Agle") + QChar(0x202C);
+        QTest::newRow("override") << QString("Sin") + QChar(0x202E) + "gle";
+        QTest::newRow("isolate") << QString("Sin") + QChar(0x2067) + "gle" + QChar(0x2069);
+        QTest::newRow("mark") << QString("Sin") + QChar(0x200F) + "gle";
     }
 
     void namesAreOnePlainLine()
