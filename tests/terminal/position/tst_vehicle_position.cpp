@@ -10,6 +10,7 @@
 #include <QTcpSocket>
 #include <QtTest>
 
+#include <ctime>
 #include <sys/stat.h>
 
 using namespace rivo;
@@ -91,6 +92,7 @@ class VehiclePositionTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void withoutAReceiver();
     void wholeTrip_data();
     void wholeTrip();
@@ -110,6 +112,13 @@ private slots:
     void stateTexts();
     void tripsChange();
 };
+
+/// The trips are where the local time is that of the satellites.
+void VehiclePositionTest::initTestCase()
+{
+    qputenv("TZ", "UTC");
+    tzset();
+}
 
 void VehiclePositionTest::withoutAReceiver()
 {

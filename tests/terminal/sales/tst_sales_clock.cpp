@@ -84,8 +84,8 @@ private slots:
         QCOMPARE(again.desk.obstacle(), QString());
         QCOMPARE(reportsOf(again), reports);
         QCOMPARE(again.prices(), QVector<qint64>{190});
-        const QString startDay = start.date().toString(Qt::ISODate);
-        const QString thatDay = then.date().toString(Qt::ISODate);
+        const QString startDay = start.toLocalTime().date().toString(Qt::ISODate);
+        const QString thatDay = then.toLocalTime().date().toString(Qt::ISODate);
         QCOMPARE(rowsOf(onlyConnection(),
                         "SELECT substr(at, 1, 10) FROM record WHERE kind = 2 ORDER BY id"),
                  QStringList({startDay, thatDay, thatDay, startDay}));
