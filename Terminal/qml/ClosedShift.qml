@@ -14,25 +14,28 @@ ShiftReport {
     readonly property bool isPaid: !isNaN(paymentDate)
     readonly property bool isOwn: desk.keepsShift(zNumberData) ///< of this terminal's journal
     readonly property bool isPayable: !isPaid && isOwn
-    property int cardDays: 0 ///< of the card terminal, that ended while this is shown
-    /// As SalesDesk::zReport() has it; other figures when it is paid, and after a card day.
-    readonly property var report: isOwn && (isPaid || cardDays >= 0) ? desk.zReport(zNumberData)
-                                                                    : ({})
+    /// As SalesDesk::zReport() has it; read again when it is paid, and after a card day.
+    property var report: ({})
     readonly property double difference: isPaid ? Number(report["difference"]) : 0
     readonly property double cardDayDifference: Number(report["cardDayDifference"])
     signal handOverRequested
     signal reportRequested
 
+    function readReport() {
+        report = isOwn ? desk.zReport(zNumberData) : ({})
+    }
     function signedText(amount) {
         return (amount < 0 ? "−" : "+") + desk.amountText(Math.abs(amount))
     }
 
     implicitHeight: content.height + 3 * Theme.gap
+    onIsPaidChanged: readReport()
+    Component.onCompleted: readReport()
 
     Connections {
         target: root.desk.card
         function onCardDayEnded() {
-            ++root.cardDays
+            root.readReport()
         }
     }
     Column {
