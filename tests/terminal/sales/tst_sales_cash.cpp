@@ -71,7 +71,8 @@ private slots:
         QStringList quick;
         for (const QVariant& each : counter.desk.quickAmounts())
             quick.append(each.toMap().value("text").toString());
-        QCOMPARE(quick, (QStringList{"€2.85", "€3.00", "€4.00", "€5.00", "€10.00", "€20.00"}));
+        QCOMPARE(quick, (QStringList{"€2.85", "€3.00", "€4.00", "€5.00", "€10.00", "€20.00",
+                                     "€50.00", "€100.00"}));
         QCOMPARE(counter.desk.quickAmounts().at(1).toMap().value("amount").toDouble(), 300.0);
         const QVariantMap change = counter.desk.changeFor(500);
         QCOMPARE(change.value("isEnough").toBool(), true);

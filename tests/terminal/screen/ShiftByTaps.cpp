@@ -72,20 +72,17 @@ void ShiftByTaps::moveOn(int sale)
 {
     if (sale % 6 != 5)
         return;
-    const rivo::terminal::TripDesk& trip = *m_shown->terminal().trip();
-    const QString stop = m_shown->text("stopText");
-    const QString route = m_shown->text("routeText");
-    const bool isAtEnd = trip.isAtEnd();
-    m_shown->tap("nextStop");
-    if (isAtEnd) {
-        QTRY_VERIFY(m_shown->item("tripLines") != nullptr);
-        m_shown->window()->grabWindow();
-        m_shown->tap(m_shown->all("choiceDetail").value(0));
-        QTRY_VERIFY(m_shown->text("routeText") != route);
+    const auto canMove = [this] {
+        const rivo::terminal::TripDesk& trip = *m_shown->terminal().trip();
+        return m_direction > 0 ? !trip.isAtEnd() : trip.stop() > 0;
+    };
+    if (!canMove()) {
+        m_direction = -m_direction;
         ++m_trips;
-    } else {
-        QTRY_VERIFY(m_shown->text("stopText") != stop);
     }
+    const QString stop = m_shown->text("stopText");
+    m_shown->tap(m_direction > 0 ? "nextStop" : "previousStop");
+    QTRY_VERIFY(m_shown->text("stopText") != stop);
     m_shown->window()->grabWindow();
 }
 

@@ -53,6 +53,7 @@ protected:
     QVector<qint64> m_basket;
     ShiftLedger m_ledger;
     int m_driver = 0;
+    int m_direction = 1;
     int m_trips = 1;
     double m_zNumber = 0;
     qint64 m_counted = 0;
