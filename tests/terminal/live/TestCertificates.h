@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-/// Certificates of an authority that nobody else trusts, made by openssl.
+/// Certificates of an authority that no other program trusts, made by openssl.
 class TestCertificates
 {
 public:
