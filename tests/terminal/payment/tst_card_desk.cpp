@@ -1,9 +1,7 @@
-#include "FakeCards.h"
+#include "CardCounter.h"
 #include "FileSizeLimit.h"
-#include "Play.h"
 #include "SignalLog.h"
 
-#include <CardDesk.h>
 #include <SimulatedPaymentTerminal.h>
 
 #include <QSignalSpy>
@@ -12,36 +10,6 @@
 #include <memory>
 
 using namespace rivo::sales;
-
-namespace
-{
-
-/// A counter at a card terminal that the test answers for; made anew, it is the terminal after a
-/// restart, while the card terminal is the same.
-struct CardCounter : Counter
-{
-    CardCounter(const QString& file, FakeCards& asked)
-        : Counter(file, euro, 0.0, {}, nullptr, &asked)
-    {
-        desk.card()->setRetryTime(0);
-        QObject::connect(&desk, &SalesDesk::refused,
-                         [this](const QString& reason) { refusals.append(reason); });
-    }
-    Journal& journalOf() const { return const_cast<Journal&>(journal); } // reading needs the file
-    QStringList refusals;
-};
-
-qint64 sold() { return rowsOf(onlyConnection(), "SELECT COUNT(*) FROM sale").at(0).toLongLong(); }
-
-/// "1:1 2:2": direction and verdict of all outcomes.
-QString outcomes()
-{
-    return rowsOf(onlyConnection(), "SELECT direction || ':' || verdict FROM outcome JOIN payment"
-                                    " ON payment.record = payment ORDER BY outcome.record")
-        .join(' ');
-}
-
-} // namespace
 
 /// Payments by card between the driver, the journal and a card terminal.
 class TestCardDesk : public QObject
@@ -232,114 +200,6 @@ private slots:
         QVERIFY(play(counter, "void"));
     }
 
-    void aLostAnswerIsClearedWithTheCardTerminal_data()
-    {
-        QTest::addColumn<bool>("isDone");
-        QTest::addColumn<bool>("isRestarted");
-        QTest::newRow("paid") << true << false;
-        QTest::newRow("not paid") << false << false;
-        QTest::newRow("paid, after a restart") << true << true;
-        QTest::newRow("not paid, after a restart") << false << true;
-    }
-    void aLostAnswerIsClearedWithTheCardTerminal()
-    {
-        QFETCH(bool, isDone);
-        QFETCH(bool, isRestarted);
-        auto counter = std::make_unique<CardCounter>(file(), *m_cards);
-        QVERIFY(play(*counter, "adult card"));
-        m_cards->approve();
-        QVERIFY(play(*counter, "end adult card"));
-        if (isRestarted)
-            counter.reset();
-        m_cards->lose(isDone); // the same amount as the one before
-        if (isRestarted)
-            counter = std::make_unique<CardCounter>(file(), *m_cards);
-        QCOMPARE(counter->desk.state(), SalesDesk::AwaitingCard);
-        QVERIFY(counter->desk.card()->isClearing());
-        QVERIFY(!counter->desk.card()->mayAbort());
-        QCOMPARE(counter->desk.card()->obstacle(),
-                 QString("The last card payment is not cleared yet."));
-        QTRY_COMPARE(m_cards->asked.last(), QString("last"));
-        m_cards->lose(false); // not heard either
-        QTRY_COMPARE(m_cards->asked.count("last"), 2);
-        m_cards->answerLast();
-        QVERIFY(play(*counter, "end"));
-        QCOMPARE(sold(), isDone ? 2 : 1);
-        QCOMPARE(outcomes(), isDone ? QString("1:1 1:1") : QString("1:1 1:2"));
-        QCOMPARE(counter->prices().size(), isDone ? 0 : 1);
-    }
-
-    void thePowerMayGoBeforeTheCardTerminalIsAsked()
-    {
-        {
-            CardCounter counter(file(), *m_cards);
-            QVERIFY(play(counter, "adult"));
-            QVERIFY(counter.journal.beginCharge(190, QDateTime::currentDateTime()));
-        }
-        CardCounter counter(file(), *m_cards);
-        QCOMPARE(m_cards->asked, QStringList("last"));
-        m_cards->answerLast();
-        QCOMPARE(counter.desk.state(), SalesDesk::Selling);
-        QCOMPARE(outcomes(), QString("1:2"));
-        QCOMPARE(counter.prices(), QVector<qint64>{190});
-    }
-
-    void theBasketCanBeFreedAndThePaymentIsGivenBack()
-    {
-        auto counter = std::make_unique<CardCounter>(file(), *m_cards);
-        QVERIFY(play(*counter, "adult card"));
-        QVERIFY(!counter->desk.card()->release()); // it is not lost
-        m_cards->setFault("unplugged");
-        m_cards->lose(true);
-        QVERIFY(counter->desk.card()->mayRelease());
-        QCOMPARE(counter->desk.card()->statusText(),
-                 QString("Asking the card terminal whether it was paid"));
-        QVERIFY(counter->desk.card()->release());
-        QVERIFY(!counter->desk.card()->release());
-        QCOMPARE(counter->desk.state(), SalesDesk::Selling);
-        QVERIFY(play(*counter, "cash end adult"));
-        QVERIFY(!play(*counter, "card"));
-        counter.reset();
-        counter = std::make_unique<CardCounter>(file(), *m_cards);
-        QCOMPARE(counter->desk.state(), SalesDesk::Selling);
-        m_cards->setFault({});
-        QTRY_COMPARE(m_cards->asked.last(), QString("last"));
-        m_cards->answerLast();
-        QTRY_COMPARE(m_cards->asked.last(), QString("reverse 1"));
-        m_cards->approve();
-        QCOMPARE(outcomes(), QString("1:3 1:1 2:1"));
-        QCOMPARE(sold(), 1);
-        QCOMPARE(counter->refusals, QStringList("A card payment without tickets was given back."));
-        QCOMPARE(counter->prices(), QVector<qint64>{190});
-        QVERIFY(counter->journal.unbookedCharges().isEmpty());
-    }
-
-    void whatCannotBeGivenBackIsTriedAgainWithTheNextShift()
-    {
-        CardCounter counter(file(), *m_cards);
-        QVERIFY(play(counter, "adult card"));
-        m_cards->lose(true);
-        QVERIFY(counter.desk.card()->release());
-        QVERIFY(play(counter, "clear"));
-        QTRY_COMPARE(m_cards->asked.last(), QString("last"));
-        m_cards->answerLast();
-        for (int attempt = 1; attempt <= 3; ++attempt) {
-            QTRY_COMPARE(m_cards->asked.count("reverse 1"), attempt);
-            m_cards->decline();
-        }
-        QTest::qWait(10);
-        QCOMPARE(m_cards->asked.count("reverse 1"), 3);
-        QCOMPARE(counter.refusals,
-                 QStringList("A card payment without tickets could not be given back: no"));
-        QVERIFY(play(counter, "close"));
-        QCOMPARE(m_cards->asked.count("reverse 1"), 4);
-        m_cards->approve();
-        QTRY_COMPARE(m_cards->asked.last(), QString("day"));
-        m_cards->answerDay(0);
-        QCOMPARE(counter.journal.closedShift(17)->cardDayDifference, 0);
-        QVERIFY(counter.journal.closedShift(17)->isCardDayEnded);
-    }
-
     void aPaymentCanBeStopped()
     {
         CardCounter counter(file(), *m_cards);
@@ -380,88 +240,6 @@ private slots:
         m_cards->approve();
         QCOMPARE(outcomes(), QString("1:1 1:1 2:2 2:1 2:1 2:1"));
         QCOMPARE(counter.journal.runningShift()->cardTakings(), 0);
-    }
-
-    void moneyThatGoesBackIsClearedAfterARestart_data()
-    {
-        QTest::addColumn<bool>("isDone");
-        QTest::newRow("it went back") << true;
-        QTest::newRow("it did not") << false;
-    }
-    void moneyThatGoesBackIsClearedAfterARestart()
-    {
-        QFETCH(bool, isDone);
-        auto counter = std::make_unique<CardCounter>(file(), *m_cards);
-        QVERIFY(play(*counter, "adult card"));
-        m_cards->approve();
-        QVERIFY(play(*counter, "end void"));
-        counter.reset();
-        m_cards->lose(isDone);
-        m_cards->setFault("unplugged");
-        counter = std::make_unique<CardCounter>(file(), *m_cards);
-        QCOMPARE(counter->desk.state(), SalesDesk::AwaitingCard);
-        QVERIFY(counter->desk.card()->release());
-        QVERIFY(!play(*counter, "close")); // the report of the shift needs to know
-        m_cards->setFault({});
-        QTRY_COMPARE(m_cards->asked.last(), QString("last"));
-        m_cards->answerLast();
-        QCOMPARE(counter->journal.runningShift()->cardTakings(), isDone ? 0 : 190);
-        QCOMPARE(outcomes(), isDone ? QString("1:1 2:3 2:1") : QString("1:1 2:3 2:2"));
-        QVERIFY(play(*counter, "close"));
-    }
-
-    void theDayOfTheCardTerminalEndsAfterTheShift()
-    {
-        CardCounter counter(file(), *m_cards);
-        QSignalSpy ended(counter.desk.card(), &CardDesk::cardDayEnded);
-        QVERIFY(play(counter, "adult card"));
-        m_cards->approve();
-        QVERIFY(play(counter, "end close"));
-        QCOMPARE(m_cards->asked.last(), QString("day"));
-        QCOMPARE(counter.desk.card()->obstacle(), QString("The card terminal is busy."));
-        m_cards->lose(false);
-        QTRY_COMPARE(m_cards->asked.count("day"), 2);
-        m_cards->answerDay(191);
-        QCOMPARE(ended.count(), 1);
-        const QVariantMap report = counter.desk.zReport(17);
-        QCOMPARE(report.value("isCardDayEnded").toBool(), true);
-        QCOMPARE(report.value("cardDayTotal").toDouble(), 191.0);
-        QCOMPARE(report.value("cardDayDifference").toDouble(), 1.0);
-        QCOMPARE(counter.refusals, QStringList("Shift 17: the card terminal's total differs by " +
-                                               euro.text(1) + "."));
-        QVERIFY(play(counter, "close")); // nothing was paid by card
-        QTest::qWait(10);
-        QCOMPARE(m_cards->asked.count("day"), 2);
-    }
-
-    void aDayThatEndsWhileThePowerGoesIsSeenByTheNext()
-    {
-        auto counter = std::make_unique<CardCounter>(file(), *m_cards);
-        QVERIFY(play(*counter, "adult card"));
-        m_cards->approve();
-        QVERIFY(play(*counter, "end close"));
-        QCOMPARE(m_cards->asked.last(), QString("day"));
-        counter.reset();
-        m_cards->answerDay(190); // not heard
-        counter = std::make_unique<CardCounter>(file(), *m_cards);
-        QCOMPARE(m_cards->asked.count("day"), 2);
-        m_cards->answerDay(0);
-        QVERIFY(counter->journal.closedShift(17)->isCardDayEnded);
-        QCOMPARE(counter->journal.closedShift(17)->cardDayDifference, 0);
-        QCOMPARE(counter->refusals, QStringList());
-    }
-
-    void aDayThatIsRefusedWaitsForTheNextShift()
-    {
-        CardCounter counter(file(), *m_cards);
-        QVERIFY(play(counter, "adult card"));
-        m_cards->approve();
-        QVERIFY(play(counter, "end close"));
-        m_cards->decline();
-        QTest::qWait(10);
-        QCOMPARE(m_cards->asked.count("day"), 1);
-        QVERIFY(play(counter, "close"));
-        QCOMPARE(m_cards->asked.count("day"), 2);
     }
 
     void theSimulationAnswersAfterAWhile()
