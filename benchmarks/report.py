@@ -97,14 +97,18 @@ class Results:
     """What was measured, by operation, who and size."""
 
     def __init__(self, documents=()):
-        self.context, runs = {}, {}
+        self.context, runs, self.processes = {}, {}, []
         for document in documents:
             self.context = document["context"]
+            process = {}
             for entry in document["benchmarks"]:
                 value = entry.get("bytes_per_row", entry.get("per_row"))
                 if value is None or entry.get("error_occurred") or entry["run_type"] == "aggregate":
                     continue
-                runs.setdefault(self.key(entry["run_name"]), []).append(value)
+                process.setdefault(self.key(entry["run_name"]), []).append(value)
+            for key, values in process.items():
+                runs.setdefault(key, []).extend(values)
+            self.processes.append({key: statistics.median(values) for key, values in process.items()})
         self.values = {key: statistics.median(values) for key, values in runs.items()}
 
     @staticmethod
@@ -120,7 +124,14 @@ class Results:
             raise Missing(f"{operation}/{who}/{size} was not measured") from None
 
     def ratio(self, operation, above, below, size):
-        return self.of(operation, above, size) / self.of(operation, below, size)
+        """The median of the ratios in each process, where both ran one after the other: what slows a
+        process down slows both."""
+        upper, lower = (operation, above, size), (operation, below, size)
+        found = [process[upper] / process[lower]
+                 for process in self.processes if upper in process and lower in process]
+        if not found: # or not in one process
+            return self.of(*upper) / self.of(*lower)
+        return statistics.median(found)
 
     def who(self, operation):
         return [peer for peer in PEERS if any(key[:2] == (operation, peer) for key in self.values)]

@@ -139,6 +139,16 @@ class ReportJudgement(unittest.TestCase):
             self.assertEqual(self.missed(lines), [])
             self.assertEqual(code, 0)
 
+    def test_the_ratio_is_of_what_ran_in_one_process(self):
+        runs = []
+        for ours, baseline in ((100.0, 100.0), (200.0, 210.0), (300.0, 90.0)):
+            values = all_met()
+            values["Sort/ours/1000"], values["Sort/baseline/1000"] = ours, baseline
+            runs.append([entry(name, value) for name, value in values.items()])
+        code, lines = self.judge(*runs)
+        self.assertEqual(self.missed(lines), [])
+        self.assertEqual(code, 0)
+
     def test_what_the_framework_has_computed_does_not_count(self):
         entries = [entry(name, value) for name, value in all_met().items()]
         entries += [entry(name, value * 9, run_type="aggregate", aggregate_name="mean")
