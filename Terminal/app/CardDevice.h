@@ -40,7 +40,7 @@ public:
 
     /// Adds the row of the card terminal, if there is one that is not simulated.
     void addRow();
-    const PeripheralItem* row() const { return m_row; } ///< null if there is none
+    const PeripheralItem* row() const { return m_row.data(); } ///< null if there is none
 
 private:
     void update();

@@ -92,10 +92,11 @@ QString ownText(const QByteArray& data)
     constexpr quint32 line = 0x07;
     for (int at = 1; at < data.size() && at <= 2; ++at) { // after the code, and maybe a time
         const auto fields = fieldsOf(data.mid(at));
-        const auto objects =
-            fields ? objectsOf(fields->value(Container)) : std::optional<QVector<Object>>();
+        const QVector<Object> objects =
+            fields ? objectsOf(fields->value(Container)).value_or(QVector<Object>())
+                   : QVector<Object>();
         QStringList lines;
-        for (const Object& each : objects.value_or(QVector<Object>())) {
+        for (const Object& each : objects) {
             if (each.tag == line)
                 lines.append(QString::fromLatin1(each.value).simplified());
         }

@@ -41,7 +41,8 @@ NmeaReader::NmeaReader() : m_othersSinceRmc(mostOthers) {}
 QVector<Report> NmeaReader::read(const QByteArray& bytes)
 {
     QVector<Report> reports;
-    for (const QByteArray& line : m_lines.split(bytes)) {
+    const QList<QByteArray> lines = m_lines.split(bytes);
+    for (const QByteArray& line : lines) {
         if (const std::optional<Report> report = readLine(line))
             reports.append(*report);
     }

@@ -136,7 +136,7 @@ public:
 
     /// Whether a charge may be reversed as a whole: nothing of it was given back, and the terminal
     /// has not closed its day since.
-    bool isReversible(const CardPayment& charge);
+    bool isReversible(const CardPayment& payment);
 
     /// The last closed shift after which the card terminal has to close its day; 0 if there is
     /// none.

@@ -264,7 +264,7 @@ bool Journal::knowsReceipt(const payment::Receipt& receipt)
     return !m_file->fault() && m_file->forEachRow(query, [&] { isKnown = true; }) && isKnown;
 }
 
-bool Journal::isReversible(const CardPayment& charge)
+bool Journal::isReversible(const CardPayment& payment)
 {
     const auto obstacles =
         m_file->fault()
@@ -275,9 +275,9 @@ bool Journal::isReversible(const CardPayment& charge)
                                  " (SELECT COUNT(*) FROM payment JOIN outcome ON"
                                  " outcome.payment = payment.record AND verdict = %2"
                                  " WHERE origin = %1)")
-                      .arg(charge.id)
+                      .arg(payment.id)
                       .arg(approved));
-    return obstacles && obstacles->toInt() == 0 && charge.receipt.number > 0;
+    return obstacles && obstacles->toInt() == 0 && payment.receipt.number > 0;
 }
 
 // The day of the terminal.

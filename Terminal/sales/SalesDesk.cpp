@@ -84,8 +84,9 @@ void SalesDesk::restore(double maxDebt)
         show(ticket);
     m_toPrint->fill(unprinted);
     const QVector<PastSale> last = m_journal.pastSales(0, 1);
-    for (const PastTicket& past :
-         last.isEmpty() ? QVector<PastTicket>() : m_journal.ticketsOf(last.first().id))
+    const QVector<PastTicket> tickets =
+        last.isEmpty() ? QVector<PastTicket>() : m_journal.ticketsOf(last.first().id);
+    for (const PastTicket& past : tickets)
         m_lastTickets.append(past.ticket);
     basketChanged();
     emit obstacleChanged();
@@ -375,7 +376,8 @@ QVariantList SalesDesk::quickAmounts() const
     constexpr int most = 8; // two rows of four
     QVariantList amounts;
     const Minor due = m_currency.cashAmount(m_total);
-    for (const Minor amount : m_currency.quickAmounts(due, most))
+    const QVector<Minor> quick = m_currency.quickAmounts(due, most);
+    for (const Minor amount : quick)
         amounts.append(QVariantMap{{QStringLiteral("amount"), static_cast<double>(amount)},
                                    {QStringLiteral("text"), m_currency.text(amount)},
                                    {QStringLiteral("shortText"), m_currency.shortText(amount)}});
@@ -387,7 +389,8 @@ QVariantMap SalesDesk::changeFor(double given) const
     const std::optional<Minor> amount = wholeAmount(given);
     const Minor change = amount.value_or(-1) - m_currency.cashAmount(m_total);
     QStringList pieces;
-    for (const Minor piece : m_currency.inNotesAndCoins(change))
+    const QVector<Minor> values = m_currency.inNotesAndCoins(change);
+    for (const Minor piece : values)
         pieces.append(m_currency.text(piece));
     return {{QStringLiteral("isEnough"), change >= 0},
             {QStringLiteral("change"), static_cast<double>(std::max(Minor(0), change))},

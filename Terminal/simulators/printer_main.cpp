@@ -27,7 +27,7 @@ void say(const QString& line) { QTextStream(stdout) << line << '\n'; }
 class Tray
 {
 public:
-    Tray(VirtualPrinter& printer, QDir folder) : m_printer(printer), m_folder(std::move(folder))
+    Tray(VirtualPrinter& printer, const QDir& folder) : m_printer(printer), m_folder(folder)
     {
         QObject::connect(&printer, &VirtualPrinter::cutOff, &printer, [this] { takePieces(); });
     }
