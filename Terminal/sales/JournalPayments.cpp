@@ -109,7 +109,9 @@ std::optional<CardPayment> Journal::begin(CardPayment payment, const QDateTime& 
             m_file->value(QStringLiteral("SELECT COUNT(*) FROM payment WHERE %1 AND %2")
                               .arg(isLast, withoutOutcome()));
         const auto shift = open && open->toInt() == 0 ? runningZNumber() : std::nullopt;
-        const auto record = shift ? addRecord(RecordKind::Payment, *shift, at) : std::nullopt;
+        if (!shift)
+            return false;
+        const auto record = addRecord(RecordKind::Payment, *shift, at);
         const QVariant origin = payment.origin != 0 ? QVariant(payment.origin) : QVariant();
         const int kind = payment.tickets.isEmpty() ? 0 : static_cast<int>(payment.kind);
         if (!record ||
@@ -154,7 +156,7 @@ bool Journal::addOutcome(const CardOutcome& outcome, const QDateTime& at)
                           {*record, outcome.payment, static_cast<int>(outcome.verdict),
                            receipt.number, receipt.trace, text(receipt.terminalId),
                            text(receipt.card),
-                           receipt.at.isValid() ? timeText(receipt.at) : QStringLiteral(""),
+                           receipt.at.isValid() ? timeText(receipt.at) : QLatin1String(""),
                            text(outcome.reason)});
 }
 

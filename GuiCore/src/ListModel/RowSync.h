@@ -124,7 +124,7 @@ private:
                 ofRows.emplace_back(m_itemKey(*rows.at(row)), row);
         }
         std::vector<Place> ofRecords;
-        ofRecords.reserve(records.size());
+        ofRecords.reserve(static_cast<std::size_t>(records.size()));
         for (int i = 0; i < records.size(); ++i)
             ofRecords.emplace_back(m_recordKey(records.at(i)), i);
         std::sort(ofRows.begin(), ofRows.end());
