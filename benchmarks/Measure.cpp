@@ -69,14 +69,12 @@ void cleanUp()
         cleanup();
 }
 
-void registerAdded(bool isReversed)
+void registerAdded()
 {
     std::vector<Added>& all = allAdded();
     std::stable_sort(all.begin(), all.end(), [](const Added& a, const Added& b) {
         return std::tie(a.operation, a.size) < std::tie(b.operation, b.size);
     });
-    if (isReversed)
-        std::reverse(all.begin(), all.end());
     for (const Added& added : all) {
         const auto work = [added](benchmark::State& state) {
             begin(added.operation, added.size);

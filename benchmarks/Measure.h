@@ -119,8 +119,8 @@ void leaveHeapOf(int rows)
     peer.appendBlock(0, rows);
 }
 
-/// Hands what was added to the framework; `isReversed`: the last one first.
-void registerAdded(bool isReversed = false);
+/// Hands what was added to the framework.
+void registerAdded();
 /// What atNextSize() asked for, at the end.
 void cleanUp();
 

@@ -14,10 +14,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <iterator>
 #include <malloc.h>
-#include <string_view>
 
 namespace
 {
@@ -95,13 +93,7 @@ int main(int argc, char* argv[])
     addViews();
     addSyncing();
     addMemory();
-    // The same work is not quite as fast in the heap that an earlier one leaves: in half of the
-    // processes the other one is earlier.
-    const auto option = std::find(argv, argv + argc, std::string_view("--last-first"));
-    const bool isReversed = option != argv + argc;
-    if (isReversed)
-        argc = static_cast<int>(std::copy(std::next(option), argv + argc, option) - argv);
-    registerAdded(isReversed);
+    registerAdded();
 
     // So short that all of them take minutes. Options of the caller come later and replace it.
     char shortRuns[] = "--benchmark_min_time=0.01";

@@ -97,7 +97,9 @@ class Results:
     """What was measured, by operation, who and size."""
 
     def __init__(self, documents=()):
-        self.context, runs, self.processes = {}, {}, []
+        """Of the repetitions in a process the fastest counts, because what disturbs them only adds
+        time; of the processes the median."""
+        self.context, self.processes, fastest = {}, [], {}
         for document in documents:
             self.context = document["context"]
             process = {}
@@ -105,11 +107,12 @@ class Results:
                 value = entry.get("bytes_per_row", entry.get("per_row"))
                 if value is None or entry.get("error_occurred") or entry["run_type"] == "aggregate":
                     continue
-                process.setdefault(self.key(entry["run_name"]), []).append(value)
-            for key, values in process.items():
-                runs.setdefault(key, []).extend(values)
-            self.processes.append({key: statistics.median(values) for key, values in process.items()})
-        self.values = {key: statistics.median(values) for key, values in runs.items()}
+                key = self.key(entry["run_name"])
+                process[key] = min(value, process.get(key, value))
+            self.processes.append(process)
+            for key, value in process.items():
+                fastest.setdefault(key, []).append(value)
+        self.values = {key: statistics.median(values) for key, values in fastest.items()}
 
     @staticmethod
     def key(name):
@@ -123,14 +126,15 @@ class Results:
         except KeyError:
             raise Missing(f"{operation}/{who}/{size} was not measured") from None
 
-    def ratio(self, operation, above, below, size):
-        """The median of the ratios in each process, where both ran one after the other: what slows a
-        process down slows both."""
-        upper, lower = (operation, above, size), (operation, below, size)
+    def ratio(self, upper, lower):
+        """Of two keys: the median of the ratios in each process, where both ran side by side. What slows
+        a process down slows both."""
+        for key in (upper, lower):
+            self.of(*key)
         found = [process[upper] / process[lower]
                  for process in self.processes if upper in process and lower in process]
-        if not found: # or not in one process
-            return self.of(*upper) / self.of(*lower)
+        if not found:
+            raise Missing(f"{'/'.join(upper)} and {'/'.join(lower)} were not measured in one process")
         return statistics.median(found)
 
     def who(self, operation):
@@ -160,7 +164,7 @@ class Target:
 def ratios(text, bound, operation, sizes, who):
     return Target(text, bound, True, [
         (f"{operation}/{size}",
-         lambda results, size=size: results.ratio(operation, "ours", who, size))
+         lambda results, size=size: results.ratio((operation, "ours", size), (operation, who, size)))
         for size in sizes])
 
 
@@ -171,7 +175,7 @@ def to_baseline(text, bound, operation, sizes):
 def growth(text, bound, operation, small, large):
     return Target(f"{text}, growth of the cost per row", bound, True, [
         (f"{operation}, {small} to {large}",
-         lambda results: results.of(operation, "ours", large) / results.of(operation, "ours", small))])
+         lambda results: results.ratio((operation, "ours", large), (operation, "ours", small)))])
 
 
 # What has a baseline: it does the same work by the same contract. A cost per row may double for a

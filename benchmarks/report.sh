@@ -18,20 +18,19 @@ else
     need_packages $packages_for_benchmarks
     build_variant bench release -DGUICORE_BUILD_BENCHMARKS=ON --target bench-models
     # Each operation in a process of its own, because the heap that others leave changes what it costs;
-    # and in several, because addresses differ, in every other one in reverse order. The medians
-    # count. Peers that are in the tables alone need fewer.
+    # its benchmarks repeated in random order, because the processor is not always equally fast; and
+    # in several processes, because addresses differ. Peers that are in the tables alone need one.
     bench=build/bench/bin/bench-models
     mapfile -t operations < <("$bench" --benchmark_list_tests 2> /dev/null | cut -d/ -f1 | sort -u)
     rm -rf build/bench/results
     mkdir build/bench/results
-    for run in 1 2 3 4 5 6 7 8; do
+    for run in 1 2 3; do
         peers="[a-z]+"
-        options=()
-        [ "$run" -le 2 ] || peers="(ours|baseline|refill)"
-        [ $((run % 2)) -eq 1 ] || options+=(--last-first)
+        [ "$run" -eq 1 ] || peers="(ours|baseline|refill)"
         for operation in "${operations[@]}"; do
             results+=("$PWD/build/bench/results/$operation-$run.json")
-            quietly "Measuring" "$bench" "--benchmark_filter=^$operation/$peers/" "${options[@]}" \
+            quietly "Measuring" "$bench" "--benchmark_filter=^$operation/$peers/" \
+                --benchmark_repetitions=5 --benchmark_enable_random_interleaving=true \
                 --benchmark_out_format=json --benchmark_out="${results[-1]}"
         done
     done
