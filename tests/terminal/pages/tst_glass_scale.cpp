@@ -12,6 +12,8 @@ using rivo::terminal::Glass;
 using rivo::terminal::GlassScale;
 using rivo::terminal::pixelsPerMillimetre;
 
+Q_DECLARE_METATYPE(Glass)
+
 /// Sizes in pixels from millimetres and angles.
 class TestGlassScale : public QObject
 {
@@ -116,8 +118,6 @@ void TestGlassScale::anInstanceKeepsItsScale()
     QCOMPARE(before.pixelsPerMillimetre(), 5.0);
     QCOMPARE(GlassScale().pixelsPerMillimetre(), 10.0);
 }
-
-Q_DECLARE_METATYPE(Glass)
 
 QTEST_MAIN(TestGlassScale)
 #include "tst_glass_scale.moc"
