@@ -72,9 +72,11 @@ done
 
 # contents: prints the files of each package, with TRIPLET for the triplet of the architecture.
 contents() {
-    local package
+    local package name
     for package in "$build"/packages/*.deb; do
-        printf '%s\n' "$(dpkg-deb -f "$package" Package)"
+        printf '%s\t%s\n' "$(dpkg-deb -f "$package" Package)" "$package"
+    done | LC_ALL=C sort | while IFS=$'\t' read -r name package; do
+        echo "$name"
         dpkg-deb --fsys-tarfile "$package" | tar -t | grep -v '/$' |
             sed -E 's#^\./#    /#; s#/lib/[^/]+-linux-gnu[a-z]*/#/lib/TRIPLET/#' | LC_ALL=C sort
     done

@@ -9,6 +9,8 @@ using namespace rivo::printer;
 using rivo::ticket::PaperBlock;
 using Kind = PaperBlock::Kind;
 
+Q_DECLARE_METATYPE(PaperBlock)
+
 namespace
 {
 
@@ -245,8 +247,6 @@ private slots:
                 qPrintable(name));
     }
 };
-
-Q_DECLARE_METATYPE(PaperBlock)
 
 QTEST_MAIN(TestEscPosEncoder)
 #include "tst_escpos_encoder.moc"

@@ -5,6 +5,10 @@ using rivo::simulators::VirtualPrinter;
 using Fault = VirtualPrinter::Fault;
 using Answers = VirtualPrinter::Answers;
 
+Q_DECLARE_METATYPE(Fault)
+Q_DECLARE_METATYPE(Answers)
+Q_DECLARE_METATYPE(rivo::config::PrinterConfig)
+
 namespace
 {
 
@@ -343,10 +347,6 @@ private:
             QTest::newRow(qPrintable(connection)) << connection;
     }
 };
-
-Q_DECLARE_METATYPE(Fault)
-Q_DECLARE_METATYPE(Answers)
-Q_DECLARE_METATYPE(rivo::config::PrinterConfig)
 
 QTEST_MAIN(TestEscPosPrinter)
 #include "tst_escpos_printer.moc"
