@@ -75,8 +75,8 @@ function(rivo_install_kiosk)
     foreach(file IN ITEMS rivo-terminal.service rivo-terminal.desktop)
         configure_file("${kiosk}/${file}.in" "${generated}/${file}" @ONLY)
     endforeach()
-    install(FILES "${generated}/rivo-terminal.service" DESTINATION lib/systemd/system
-        COMPONENT terminal)
+    install(FILES "${generated}/rivo-terminal.service" "${kiosk}/rivo-terminal-stopped.service"
+        DESTINATION lib/systemd/system COMPONENT terminal)
     install(FILES "${generated}/rivo-terminal.desktop" DESTINATION "${CMAKE_INSTALL_DATADIR}/xsessions"
         COMPONENT terminal)
     install(FILES "${kiosk}/default" DESTINATION "${CMAKE_INSTALL_FULL_SYSCONFDIR}/default"
