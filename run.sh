@@ -26,6 +26,7 @@ if [ -n "$screen" ]; then
     QT_QPA_PLATFORM="$screen" exec "$bin/rivo-terminal" --demo --feed "$feed"
 fi
 picture="$root/build/release/sell.png"
+rm -f "$picture"
 journal="$(mktemp -d)"
 trap 'rm -rf "$journal"' EXIT
 QT_QPA_PLATFORM=xcb quietly "Rendering the Sell page" \

@@ -1,5 +1,6 @@
 #include "Screen.h"
 
+#include "PictureFile.h"
 #include "TerminalTypes.h"
 
 #include <QCoreApplication>
@@ -10,7 +11,6 @@
 #include <QMouseEvent>
 #include <QQuickImageProvider>
 #include <QQuickWindow>
-#include <QSaveFile>
 #include <QScreen>
 #include <QStyleHints>
 #include <QTimer>
@@ -151,14 +151,12 @@ void Screen::load(const QString& document, const QVariantMap& properties)
         m_window = qobject_cast<QQuickWindow*>(m_engine.rootObjects().constFirst());
 }
 
-bool Screen::savePicture(const QString& file)
+QString Screen::savePicture(const QString& file)
 {
     QEventLoop settle;
     QTimer::singleShot(settlingTime, &settle, &QEventLoop::quit);
     settle.exec();
-    QSaveFile target(file);
-    return target.open(QIODevice::WriteOnly) && m_window->grabWindow().save(&target, "PNG") &&
-           target.commit();
+    return savePictureFile(m_window->grabWindow(), file);
 }
 
 } // namespace rivo::terminal

@@ -34,8 +34,9 @@ public:
 
     QQuickWindow* window() const { return m_window; } ///< null if the QML could not be loaded
 
-    /// Saves the window as it is drawn next; false if it cannot be written.
-    bool savePicture(const QString& file);
+    /// Saves the window as it is drawn next, see savePictureFile(); returns why it did not, or
+    /// nothing.
+    QString savePicture(const QString& file);
 
 private:
     void load(const QString& document, const QVariantMap& properties);

@@ -164,7 +164,8 @@ int show(QGuiApplication& application, Screen& screen, const Options& options, E
         const health::Watchdog watchdog(health::ServiceManager::fromEnvironment(), reportFailure);
         return application.exec() == 0 ? otherwise : Failed;
     }
-    if (screen.savePicture(options.screenshot))
+    const QString problem = screen.savePicture(options.screenshot);
+    if (problem.isEmpty())
         return otherwise;
     reportFailure(QStringLiteral("cannot write %1").arg(options.screenshot));
     return Failed;

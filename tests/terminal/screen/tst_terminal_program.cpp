@@ -219,9 +219,8 @@ void TestTerminalProgram::driversThatCannotBeRead()
 void TestTerminalProgram::pictureThatCannotBeWritten()
 {
     const Result result = shoot({}, "no/such/folder.png");
-    QCOMPARE(
-        result.error,
-        QString("rivo-terminal: cannot write %1\n").arg(m_folder.filePath("no/such/folder.png")));
+    QCOMPARE(result.error, QString("rivo-terminal: cannot write %1: No such file or directory\n")
+                               .arg(m_folder.filePath("no/such/folder.png")));
     QCOMPARE(result.exitCode, 1);
 }
 
