@@ -328,6 +328,13 @@ void Terminal::layOutGrid()
     m_tiles.layOut();
 }
 
+bool Terminal::mayRestart(qint64 quietTime) const
+{
+    const sales::CardDesk& card = *m_desk.card();
+    return m_desk.state() == sales::SalesDesk::Selling && m_desk.tickets().isEmpty() &&
+           !card.isBusy() && !card.isReturnOpen() && m_drivers.untouchedFor() >= quietTime;
+}
+
 void Terminal::setNight(bool night)
 {
     if (m_night == night)

@@ -112,6 +112,10 @@ public:
     /// Position, other vehicles and health of the system.
     VehicleParts& parts() { return *m_parts; }
 
+    /// Whether a restart interrupts nothing: the basket is empty, nothing is printed, charged or
+    /// given back, and the screen was not touched for `quietTime` milliseconds.
+    bool mayRestart(qint64 quietTime = 300000) const;
+
     QString journalFile() const { return m_settings.journalFile; }
     bool isDemo() const { return m_settings.isDemo; } ///< what is sold is not valid
     bool night() const { return m_night; }            ///< dark colours for driving at night

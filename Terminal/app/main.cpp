@@ -12,6 +12,7 @@
 #include <ProgramStart.h>
 #include <SoundThread.h>
 #include <StandardOutput.h>
+#include <UpgradeWatch.h>
 #include <Watchdog.h>
 
 #include <QDir>
@@ -25,6 +26,7 @@
 #include <QTemporaryDir>
 #include <QTranslator>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -152,7 +154,11 @@ std::optional<Options> readCommandLine(int argc, char* argv[])
     return terminal::parseCommandLine(QCoreApplication::arguments());
 }
 
-int show(QGuiApplication& application, Screen& screen, const Options& options, ExitCode otherwise)
+bool always() { return true; }
+
+/// `mayRestart` says whether a new version of the package may take over.
+int show(QGuiApplication& application, Screen& screen, const Options& options, ExitCode otherwise,
+         const std::function<bool()>& mayRestart = always)
 {
     if (screen.window() == nullptr)
         return Failed;
@@ -161,13 +167,19 @@ int show(QGuiApplication& application, Screen& screen, const Options& options, E
     else
         screen.window()->show();
     if (options.screenshot.isEmpty()) {
-        const health::Watchdog watchdog(health::ServiceManager::fromEnvironment(), reportFailure);
+        const auto manager = health::ServiceManager::fromEnvironment();
+        const health::Watchdog watchdog(manager, reportFailure);
+        const health::UpgradeWatch upgrades(QStringLiteral("/run/rivo-terminal.upgraded"),
+                                            mayRestart);
+        if (manager.isThere()) // it starts the new version
+            QObject::connect(&upgrades, &health::UpgradeWatch::restartDue, &application,
+                             &QCoreApplication::quit);
         return application.exec() == 0 ? otherwise : Failed;
     }
     const QString problem = screen.savePicture(options.screenshot);
     if (problem.isEmpty())
         return otherwise;
-    reportFailure(QStringLiteral("cannot write %1").arg(options.screenshot));
+    reportFailure(QStringLiteral("cannot write %1: %2").arg(options.screenshot, problem));
     return Failed;
 }
 
@@ -246,5 +258,5 @@ int main(int argc, char* argv[])
     QDir().mkpath(QFileInfo(settings.journalFile).absolutePath());
     Terminal terminal(*result.feed, settings);
     Screen screen(terminal, options->page, options->size, options->glass);
-    return show(application, screen, *options, Done);
+    return show(application, screen, *options, Done, [&] { return terminal.mayRestart(); });
 }

@@ -126,6 +126,7 @@ void DriverDesk::setIdleTime(int milliseconds)
 
 void DriverDesk::touch()
 {
+    m_touchedAt = m_clock.elapsed();
     if (m_idle.interval() > 0 && isSignedIn() && !m_isLocked)
         m_idle.start();
     else

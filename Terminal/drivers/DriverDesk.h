@@ -56,6 +56,8 @@ public:
     /// Locks after so many milliseconds without touch(); 0, as at the start, never.
     void setIdleTime(int milliseconds);
     Q_INVOKABLE void touch(); ///< the driver is there
+    /// Milliseconds since the last touch(), at first since the start.
+    qint64 untouchedFor() const { return m_clock.elapsed() - m_touchedAt; }
 
     /// Seconds until the number may try again; 0 = now.
     Q_INVOKABLE int secondsToWait(const QString& number) const;
@@ -84,6 +86,7 @@ private:
     bool m_isLocked = false;
     QHash<qint64, Attempts> m_attempts; ///< all unknown numbers together are 0
     QElapsedTimer m_clock;
+    qint64 m_touchedAt = 0; ///< time of m_clock
     int m_firstWait = 5000;
     QTimer m_idle;
 };
