@@ -1,10 +1,10 @@
 #include "Presentation.h"
 
 #include <Feed.h>
+#include <PictureBounds.h>
 #include <sProduct.h>
 
 #include <QFileInfo>
-#include <QImageReader>
 
 #include <algorithm>
 #include <cmath>
@@ -86,9 +86,7 @@ QUrl Presentation::icon(const QString& url, const QUrl& fallback) const
         return QFileInfo(QLatin1Char(':') + wanted.path()).isFile() ? wanted : fallback;
     if (!m_allowFileIcons || !wanted.isLocalFile())
         return fallback;
-    // Not a pipe or a device, which would not end.
-    const QString file = wanted.toLocalFile();
-    return QFileInfo(file).isFile() && QImageReader(file).canRead() ? wanted : fallback;
+    return ticket::isPictureWithinBounds(wanted.toLocalFile()) ? wanted : fallback;
 }
 
 QColor Presentation::color(const QString& name, const QColor& fallback) const

@@ -2,6 +2,7 @@
 #include "EscPosPrinter.h"
 
 #include <Config.h>
+#include <PictureBounds.h>
 
 namespace rivo::printer
 {
@@ -13,7 +14,7 @@ std::unique_ptr<EscPosPrinter> makePrinter(const config::PrinterConfig& config,
     format.codePage = CodePage(config.codePage, config.codePageNumber);
     format.columns = config.columns;
     format.dotsPerLine = config.dotsPerLine;
-    if (!config.logo.isEmpty())
+    if (ticket::isPictureWithinBounds(config.logo))
         format.logo = QImage(config.logo);
     format.cut = config.cut;
     format.nativeCode = config.nativeCode;

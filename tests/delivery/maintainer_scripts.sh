@@ -13,6 +13,7 @@ for program in adduser systemctl deb-systemd-invoke touch; do
     printf '#!/bin/sh\necho "%s $*" | sed "s#%s##g"\n' "$program" "$work" > "$work/bin/$program"
 done
 # Of the groups, "render" does not exist here.
+# shellcheck disable=SC2016 # for the program
 printf '#!/bin/sh\n[ "$2" != render ]\n' > "$work/bin/getent"
 chmod 755 "$work/bin"/*
 
@@ -21,7 +22,7 @@ chmod 755 "$work/bin"/*
 calls() {
     local state="$1" script="$2"
     shift 2
-    rm -rf "$work/run" "$work/etc"
+    rm -rf "${work:?}/run" "${work:?}/etc"
     mkdir -p "$work/run" "$work/etc/systemd/system/multi-user.target.wants"
     : > "$work/etc/systemd/system/multi-user.target.wants/rivo-terminal.service"
     [ "$state" != running ] || mkdir -p "$work/run/systemd/system"
