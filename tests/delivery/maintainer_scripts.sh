@@ -10,7 +10,7 @@ work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/bin"
 for program in adduser systemctl deb-systemd-invoke touch; do
-    printf '#!/bin/sh\necho "%s $*" | sed "s#%s##g"\n' "$program" "$work" > "$work/bin/$program"
+    printf '#!/bin/sh\necho "%s $*" | sed "s# run/# /run/#"\n' "$program" > "$work/bin/$program"
 done
 # Of the groups, "render" does not exist here.
 # shellcheck disable=SC2016 # for the program
@@ -26,9 +26,9 @@ calls() {
     mkdir -p "$work/run" "$work/etc/systemd/system/multi-user.target.wants"
     : > "$work/etc/systemd/system/multi-user.target.wants/rivo-terminal.service"
     [ "$state" != running ] || mkdir -p "$work/run/systemd/system"
-    sed -E "s#(^|[[:blank:]])/(run|etc)/#\1$work/\2/#g; s# > /dev/null( \|\| true)?\$#\1#" \
+    sed -E "s#(^|[[:blank:]])/(run|etc)/#\1\2/#g; s# > /dev/null( \|\| true)?\$#\1#" \
         "$scripts/$script" > "$work/$script"
-    PATH="$work/bin:$PATH" sh "$work/$script" "$@" 2>&1
+    (cd "$work" && PATH="$work/bin:$PATH" sh "./$script" "$@" 2>&1)
     echo "exit code $?"
     [ -e "$work/etc/systemd/system/multi-user.target.wants/rivo-terminal.service" ] || echo "not enabled"
 }

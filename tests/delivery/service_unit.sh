@@ -13,7 +13,7 @@ work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 units="$work/units"
 mkdir "$units"
-sed "s#@CMAKE_INSTALL_FULL_BINDIR@/rivo-terminal#${terminal:-/usr/bin/true}#" \
+sed "s#@CMAKE_INSTALL_FULL_BINDIR@/rivo-terminal#/usr/bin/true#" \
     "$kiosk/rivo-terminal.service.in" > "$units/rivo-terminal.service"
 cp "$kiosk/rivo-terminal-stopped.service" "$units"
 
