@@ -134,7 +134,7 @@ void PositionReadersTest::sentences_data()
     QTest::newRow("half a sentence counts as nothing") << rmc.left(40) + "\r\n"
                                                        << "";
     QTest::newRow("bytes of another speed count as nothing")
-        << QByteArray("\xff\x00\x1c$GPRMC\xe0\xf8\n", 14) << "";
+        << QByteArray("\xff\x00\x1c$GPRMC\xe0\xf8\n", 12) << "";
     QTest::newRow("after noise comes a sentence") << "\xff\xfe\x80\r\n" + rmc << moving;
     QTest::newRow("a line that does not end") << QByteArray(100000, '$') + "\n" + rmc << moving;
 }
