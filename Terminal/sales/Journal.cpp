@@ -14,7 +14,8 @@ namespace
 bool prepare(JournalFile& file, const Currency& currency, qint64 firstZNumber)
 {
     const std::optional<QVariant> objects =
-        file.setPragma("locking_mode", "exclusive")
+        file.setPragma("locking_mode", "exclusive") &&
+                file.run(QStringLiteral("PRAGMA trusted_schema=OFF"))
             ? file.value(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"))
             : std::nullopt;
     if (!objects || !file.run(QStringLiteral("PRAGMA synchronous=FULL")) ||

@@ -5,11 +5,11 @@
 namespace rivo::sales
 {
 
-bool createClockTable(JournalFile& file)
+QStringList clockTables()
 {
-    return file.run(QStringLiteral("CREATE TABLE clock (record INTEGER PRIMARY KEY REFERENCES"
-                                   " record, remark INTEGER NOT NULL,"
-                                   " milliseconds INTEGER NOT NULL)"));
+    return {QStringLiteral("CREATE TABLE clock (record INTEGER PRIMARY KEY REFERENCES"
+                           " record, remark INTEGER NOT NULL,"
+                           " milliseconds INTEGER NOT NULL)")};
 }
 
 bool Journal::recordClock(ClockRemark remark, qint64 milliseconds, const QDateTime& at)

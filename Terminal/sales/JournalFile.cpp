@@ -9,7 +9,10 @@
 
 #include <algorithm>
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace rivo::sales
 {
@@ -62,7 +65,10 @@ std::optional<JournalFault> headerFault(const QString& file)
 {
     constexpr int idOffset = 68;
     constexpr int headerSize = idOffset + static_cast<int>(sizeof(qint32));
+    // Opening a pipe would wait for its other end.
     QFile content(file);
+    if (content.exists() && !QFileInfo(file).isFile() && !QFileInfo(file).isDir())
+        return JournalFault{JournalFault::Kind::Foreign, QStringLiteral("not a regular file")};
     if (content.exists() && !content.open(QIODevice::ReadOnly))
         return std::nullopt; // SQLite will report the reason
     const QByteArray header = content.isOpen() ? content.read(headerSize) : QByteArray();
@@ -77,6 +83,17 @@ std::optional<JournalFault> headerFault(const QString& file)
         return JournalFault{JournalFault::Kind::Foreign,
                             QStringLiteral("application id %1").arg(id)};
     return std::nullopt;
+}
+
+/// Makes a missing file that other users cannot read; SQLite gives its log the same rights. What
+/// is wrong with the folder is reported by SQLite.
+void makePrivate(const QString& file)
+{
+    const int made =
+        ::open(QFile::encodeName(file).constData(),
+               O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (made >= 0)
+        ::close(made);
 }
 
 } // namespace
@@ -108,6 +125,7 @@ bool JournalFile::open(const QString& file)
     m_fault = headerFault(target);
     if (m_fault)
         return false;
+    makePrivate(target);
     if (connectTo(target))
         return true;
     close();

@@ -32,39 +32,39 @@ QVariant text(const QString& value)
 
 } // namespace
 
-bool createPaymentTables(JournalFile& file)
+QStringList paymentTables()
 {
     const auto table = [](const char* name, const char* definitions) {
         return QStringLiteral("CREATE TABLE %1 (%2)")
             .arg(QLatin1String(name), QLatin1String(definitions));
     };
-    return file.runAll(
-        {table("payment", "record INTEGER PRIMARY KEY REFERENCES record,"
-                          " direction INTEGER NOT NULL, amount INTEGER NOT NULL,"
-                          " origin INTEGER REFERENCES payment, reason_kind INTEGER NOT NULL,"
-                          " reason TEXT NOT NULL"),
-         QStringLiteral("CREATE INDEX payment_origin ON payment (origin) WHERE origin NOT NULL"),
-         table("payment_ticket", "payment INTEGER NOT NULL REFERENCES payment,"
-                                 " ticket INTEGER NOT NULL REFERENCES ticket,"
-                                 " PRIMARY KEY (payment, ticket)"),
-         QStringLiteral("CREATE INDEX payment_ticket_ticket ON payment_ticket (ticket)"),
-         table("outcome", "record INTEGER PRIMARY KEY REFERENCES record,"
-                          " payment INTEGER NOT NULL REFERENCES payment, verdict INTEGER NOT NULL,"
-                          " receipt INTEGER NOT NULL, trace INTEGER NOT NULL,"
-                          " terminal TEXT NOT NULL, card TEXT NOT NULL, card_at TEXT NOT NULL,"
-                          " reason TEXT NOT NULL"),
-         QStringLiteral("CREATE UNIQUE INDEX outcome_known ON outcome (payment)"
-                        " WHERE verdict <> %1")
-             .arg(unknown),
-         QStringLiteral("CREATE INDEX outcome_payment ON outcome (payment)"),
-         QStringLiteral("CREATE INDEX outcome_receipt ON outcome (trace, receipt)"),
-         table("card_sale", "sale INTEGER PRIMARY KEY REFERENCES sale,"
-                            " payment INTEGER NOT NULL UNIQUE REFERENCES payment"),
-         table("card_reversal", "reversal INTEGER PRIMARY KEY REFERENCES reversal,"
-                                " payment INTEGER NOT NULL UNIQUE REFERENCES payment"),
-         // Without an answer of the terminal total and difference are null.
-         table("card_day", "record INTEGER PRIMARY KEY REFERENCES record, total INTEGER,"
-                           " difference INTEGER")});
+    return {table("payment", "record INTEGER PRIMARY KEY REFERENCES record,"
+                             " direction INTEGER NOT NULL, amount INTEGER NOT NULL,"
+                             " origin INTEGER REFERENCES payment, reason_kind INTEGER NOT NULL,"
+                             " reason TEXT NOT NULL"),
+            QStringLiteral("CREATE INDEX payment_origin ON payment (origin) WHERE origin NOT NULL"),
+            table("payment_ticket", "payment INTEGER NOT NULL REFERENCES payment,"
+                                    " ticket INTEGER NOT NULL REFERENCES ticket,"
+                                    " PRIMARY KEY (payment, ticket)"),
+            QStringLiteral("CREATE INDEX payment_ticket_ticket ON payment_ticket (ticket)"),
+            table("outcome",
+                  "record INTEGER PRIMARY KEY REFERENCES record,"
+                  " payment INTEGER NOT NULL REFERENCES payment, verdict INTEGER NOT NULL,"
+                  " receipt INTEGER NOT NULL, trace INTEGER NOT NULL,"
+                  " terminal TEXT NOT NULL, card TEXT NOT NULL, card_at TEXT NOT NULL,"
+                  " reason TEXT NOT NULL"),
+            QStringLiteral("CREATE UNIQUE INDEX outcome_known ON outcome (payment)"
+                           " WHERE verdict <> %1")
+                .arg(unknown),
+            QStringLiteral("CREATE INDEX outcome_payment ON outcome (payment)"),
+            QStringLiteral("CREATE INDEX outcome_receipt ON outcome (trace, receipt)"),
+            table("card_sale", "sale INTEGER PRIMARY KEY REFERENCES sale,"
+                               " payment INTEGER NOT NULL UNIQUE REFERENCES payment"),
+            table("card_reversal", "reversal INTEGER PRIMARY KEY REFERENCES reversal,"
+                                   " payment INTEGER NOT NULL UNIQUE REFERENCES payment"),
+            // Without an answer of the terminal total and difference are null.
+            table("card_day", "record INTEGER PRIMARY KEY REFERENCES record, total INTEGER,"
+                              " difference INTEGER")};
 }
 
 QVector<Check> checksOfPayments()

@@ -134,14 +134,6 @@ QString rowsOfRecordTables(int version)
     return parts.join(QLatin1String(" UNION ALL "));
 }
 
-/// How many of the tables of this version one of `version` has.
-const char* tableCount(int version)
-{
-    if (version < firstWithPayments)
-        return "13";
-    return version < schemaVersion ? "19" : "20";
-}
-
 /// What holds in every journal that has records.
 QVector<Check> checksOfRecords(int version)
 {
@@ -150,12 +142,6 @@ QVector<Check> checksOfRecords(int version)
     };
     return {
         {QStringLiteral("PRAGMA integrity_check(1)"), "ok"},
-        {QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND name IN"
-                        " ('journal', 'shift', 'record', 'opening', 'sale', 'ticket', 'printout',"
-                        " 'reversal', 'reversed_ticket', 'closing', 'hand_over', 'unprinted',"
-                        " 'basket', 'payment', 'payment_ticket', 'outcome', 'card_sale',"
-                        " 'card_reversal', 'card_day', 'clock')"),
-         tableCount(version)},
         none(QStringLiteral("pragma_foreign_key_check")),
         // Records are numbered from 1 without holes, and each is in the table of its kind.
         {QStringLiteral("SELECT IFNULL((SELECT seq FROM sqlite_sequence WHERE name = 'record'), 0)"
@@ -220,6 +206,106 @@ bool passes(JournalFile& file, const QVector<Check>& checks)
     return true;
 }
 
+namespace
+{
+
+QStringList tablesOfRecords()
+{
+    const auto table = [](const char* name, const char* definitions) {
+        return QStringLiteral("CREATE TABLE %1 (%2)")
+            .arg(QLatin1String(name), QLatin1String(definitions));
+    };
+    const auto withTicket = [](const QString& statement) {
+        return statement.arg(columnDefinitions());
+    };
+    return {
+        table("shift", "z_number INTEGER PRIMARY KEY"),
+        table("record", "id INTEGER PRIMARY KEY AUTOINCREMENT, kind INTEGER NOT NULL,"
+                        " shift INTEGER NOT NULL REFERENCES shift, at TEXT NOT NULL,"
+                        " driver INTEGER NOT NULL"),
+        QStringLiteral("CREATE INDEX record_shift ON record (shift, kind)"),
+        table("opening", "record INTEGER PRIMARY KEY REFERENCES record, amount INTEGER NOT NULL"),
+        table("sale", "record INTEGER PRIMARY KEY REFERENCES record, pay_method INTEGER NOT NULL,"
+                      " total INTEGER NOT NULL, rounding INTEGER NOT NULL, given INTEGER NOT NULL,"
+                      " change INTEGER NOT NULL"),
+        withTicket(QStringLiteral("CREATE TABLE ticket (number INTEGER PRIMARY KEY AUTOINCREMENT,"
+                                  " sale INTEGER NOT NULL REFERENCES sale, %1)")),
+        QStringLiteral("CREATE INDEX ticket_sale ON ticket (sale)"),
+        table("printout", "record INTEGER PRIMARY KEY REFERENCES record,"
+                          " ticket INTEGER NOT NULL REFERENCES ticket, is_copy INTEGER NOT NULL"),
+        QStringLiteral("CREATE UNIQUE INDEX printout_original ON printout (ticket)"
+                       " WHERE is_copy = 0"),
+        QStringLiteral("CREATE INDEX printout_copy ON printout (ticket) WHERE is_copy = 1"),
+        table("reversal", "record INTEGER PRIMARY KEY REFERENCES record,"
+                          " sale INTEGER NOT NULL REFERENCES sale, reason_kind INTEGER NOT NULL,"
+                          " reason TEXT NOT NULL, total INTEGER NOT NULL,"
+                          " paid_out INTEGER NOT NULL"),
+        QStringLiteral("CREATE INDEX reversal_sale ON reversal (sale)"),
+        table("reversed_ticket", "ticket INTEGER PRIMARY KEY REFERENCES ticket,"
+                                 " reversal INTEGER NOT NULL REFERENCES reversal"),
+        QStringLiteral("CREATE INDEX reversed_ticket_reversal ON reversed_ticket (reversal)"),
+        QStringLiteral("CREATE TABLE closing (shift INTEGER PRIMARY KEY REFERENCES shift,"
+                       " record INTEGER NOT NULL UNIQUE REFERENCES record, %1)")
+            .arg(figureDefinitions()),
+        table("hand_over", "shift INTEGER PRIMARY KEY REFERENCES closing,"
+                           " record INTEGER NOT NULL UNIQUE REFERENCES record,"
+                           " counted INTEGER NOT NULL, difference INTEGER NOT NULL"),
+        table("unprinted", "ticket INTEGER PRIMARY KEY REFERENCES ticket"),
+        withTicket(QStringLiteral("CREATE TABLE basket (line INTEGER PRIMARY KEY, %1)"))};
+}
+
+/// What the file has beside the tables of records.
+const auto journalTable =
+    QStringLiteral("CREATE TABLE journal (currency TEXT NOT NULL, decimals INTEGER NOT NULL)");
+
+QStringList sorted(QStringList texts)
+{
+    texts.sort();
+    return texts;
+}
+
+/// The statements that made the tables and indexes of `version`, as SQLite keeps them.
+QStringList schemaOf(int version)
+{
+    QStringList statements = tablesOfRecords();
+    statements << journalTable << QStringLiteral("CREATE TABLE sqlite_sequence(name,seq)");
+    if (version >= firstWithPayments)
+        statements += paymentTables();
+    if (version >= schemaVersion)
+        statements += clockTables();
+    return statements;
+}
+
+/// Whether `file` has the tables and indexes of `version` and nothing else. Read before any
+/// statement that uses them: a trigger or a view of someone else would change what those do.
+bool hasSchemaOf(JournalFile& file, int version)
+{
+    // Indexes that SQLite makes for constraints have no statement.
+    const bool hasStatements = version >= firstWithRecords;
+    QSqlQuery query = file.prepared(
+        hasStatements ? QStringLiteral("SELECT sql FROM sqlite_master WHERE sql NOT NULL")
+                      : QStringLiteral("SELECT type || ' ' || name FROM sqlite_master"));
+    QStringList found;
+    if (!file.forEachRow(query, [&] { found.append(query.value(0).toString()); }))
+        return false;
+    const QStringList expected = sorted(hasStatements ? schemaOf(version) : objectsOfVersion2());
+    found = sorted(found);
+    for (int at = 0; at < qMax(found.size(), expected.size()); ++at) {
+        if (found.value(at) != expected.value(at))
+            return file.fail(damaged(QStringLiteral("the schema has \"%1\" instead of \"%2\"")
+                                         .arg(found.value(at), expected.value(at))));
+    }
+    return true;
+}
+
+} // namespace
+
+bool createTables(JournalFile& file)
+{
+    return file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
+           file.runAll(tablesOfRecords() + paymentTables() + clockTables());
+}
+
 std::optional<int> validVersion(JournalFile& file, const Currency& currency)
 {
     const std::optional<QVariant> version = file.value(QStringLiteral("PRAGMA user_version"));
@@ -230,7 +316,7 @@ std::optional<int> validVersion(JournalFile& file, const Currency& currency)
         file.fail({JournalFault::Kind::OtherVersion, version->toString()});
         return std::nullopt;
     }
-    if (!passes(file, checksOf(number)))
+    if (!hasSchemaOf(file, number) || !passes(file, checksOf(number)))
         return std::nullopt;
     const std::optional<QVariant> kept =
         file.value(QStringLiteral("SELECT currency || ' ' || decimals FROM journal"));
@@ -245,67 +331,11 @@ std::optional<int> validVersion(JournalFile& file, const Currency& currency)
     return number;
 }
 
-bool createTables(JournalFile& file)
-{
-    const auto table = [](const char* name, const char* definitions) {
-        return QStringLiteral("CREATE TABLE %1 (%2)")
-            .arg(QLatin1String(name), QLatin1String(definitions));
-    };
-    const auto withTicket = [](const QString& statement) {
-        return statement.arg(columnDefinitions());
-    };
-    return file.runAll(
-               {QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion),
-                table("shift", "z_number INTEGER PRIMARY KEY"),
-                table("record", "id INTEGER PRIMARY KEY AUTOINCREMENT, kind INTEGER NOT NULL,"
-                                " shift INTEGER NOT NULL REFERENCES shift, at TEXT NOT NULL,"
-                                " driver INTEGER NOT NULL"),
-                QStringLiteral("CREATE INDEX record_shift ON record (shift, kind)"),
-                table("opening",
-                      "record INTEGER PRIMARY KEY REFERENCES record, amount INTEGER NOT NULL"),
-                table("sale",
-                      "record INTEGER PRIMARY KEY REFERENCES record, pay_method INTEGER NOT NULL,"
-                      " total INTEGER NOT NULL, rounding INTEGER NOT NULL, given INTEGER NOT NULL,"
-                      " change INTEGER NOT NULL"),
-                withTicket(
-                    QStringLiteral("CREATE TABLE ticket (number INTEGER PRIMARY KEY AUTOINCREMENT,"
-                                   " sale INTEGER NOT NULL REFERENCES sale, %1)")),
-                QStringLiteral("CREATE INDEX ticket_sale ON ticket (sale)"),
-                table("printout",
-                      "record INTEGER PRIMARY KEY REFERENCES record,"
-                      " ticket INTEGER NOT NULL REFERENCES ticket, is_copy INTEGER NOT NULL"),
-                QStringLiteral("CREATE UNIQUE INDEX printout_original ON printout (ticket)"
-                               " WHERE is_copy = 0"),
-                QStringLiteral("CREATE INDEX printout_copy ON printout (ticket) WHERE is_copy = 1"),
-                table("reversal",
-                      "record INTEGER PRIMARY KEY REFERENCES record,"
-                      " sale INTEGER NOT NULL REFERENCES sale, reason_kind INTEGER NOT NULL,"
-                      " reason TEXT NOT NULL, total INTEGER NOT NULL,"
-                      " paid_out INTEGER NOT NULL"),
-                QStringLiteral("CREATE INDEX reversal_sale ON reversal (sale)"),
-                table("reversed_ticket", "ticket INTEGER PRIMARY KEY REFERENCES ticket,"
-                                         " reversal INTEGER NOT NULL REFERENCES reversal"),
-                QStringLiteral(
-                    "CREATE INDEX reversed_ticket_reversal ON reversed_ticket (reversal)"),
-                QStringLiteral("CREATE TABLE closing (shift INTEGER PRIMARY KEY REFERENCES shift,"
-                               " record INTEGER NOT NULL UNIQUE REFERENCES record, %1)")
-                    .arg(figureDefinitions()),
-                table("hand_over", "shift INTEGER PRIMARY KEY REFERENCES closing,"
-                                   " record INTEGER NOT NULL UNIQUE REFERENCES record,"
-                                   " counted INTEGER NOT NULL, difference INTEGER NOT NULL"),
-                table("unprinted", "ticket INTEGER PRIMARY KEY REFERENCES ticket"),
-                withTicket(
-                    QStringLiteral("CREATE TABLE basket (line INTEGER PRIMARY KEY, %1)"))}) &&
-           createPaymentTables(file) && createClockTable(file);
-}
-
 bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNumber)
 {
     return file.inTransaction([&] {
         if (!file.runAll(
-                {QStringLiteral("PRAGMA application_id=%1").arg(applicationId),
-                 QStringLiteral(
-                     "CREATE TABLE journal (currency TEXT NOT NULL, decimals INTEGER NOT NULL)")}))
+                {QStringLiteral("PRAGMA application_id=%1").arg(applicationId), journalTable}))
             return false;
         QSqlQuery journal = file.prepared(QStringLiteral("INSERT INTO journal VALUES (?, ?)"));
         journal.addBindValue(currency.code());
@@ -324,9 +354,9 @@ bool takeOver(JournalFile& file, int version)
             version < firstWithRecords
                 ? setVersion2Aside(file) && createTables(file) && copyVersion2(file)
                 : file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
-                      (version >= firstWithPayments || createPaymentTables(file)) &&
-                      createClockTable(file);
-        return isMade && passes(file, checksOf(schemaVersion));
+                      (version >= firstWithPayments || file.runAll(paymentTables())) &&
+                      file.runAll(clockTables());
+        return isMade && hasSchemaOf(file, schemaVersion) && passes(file, checksOf(schemaVersion));
     });
 }
 

@@ -33,14 +33,12 @@ bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNum
 /// Makes the tables alone, in the transaction that runs.
 bool createTables(JournalFile& file);
 
-/// Makes the tables of payments with cards alone, in the transaction that runs.
-bool createPaymentTables(JournalFile& file);
+// The statements that make tables and indexes.
+QStringList paymentTables(); ///< of payments with cards
+QStringList clockTables();   ///< of remarks about the clock
 
-/// Makes the table of remarks about the clock alone, in the transaction that runs.
-bool createClockTable(JournalFile& file);
-
-/// The version of `file`, if it has the tables of that version, figures that agree, and amounts in
-/// `currency`; a fault otherwise.
+/// The version of `file`, if it has the tables of that version and nothing else, figures that
+/// agree, and amounts in `currency`; a fault otherwise.
 std::optional<int> validVersion(JournalFile& file, const Currency& currency);
 
 int newestVersion();
@@ -62,8 +60,9 @@ bool passes(JournalFile& file, const QVector<Check>& checks);
 /// What holds for the payments with cards of every journal.
 QVector<Check> checksOfPayments();
 
-/// What holds in every journal of version 2.
+/// What holds in every journal of version 2, and "type name" of all that it has.
 QVector<Check> checksOfVersion2();
+QStringList objectsOfVersion2();
 
 // The steps of taking over, in the transaction that runs.
 bool setVersion2Aside(JournalFile& file); ///< its tables get other names

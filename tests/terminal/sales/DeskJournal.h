@@ -112,10 +112,9 @@ inline QVector<double> debtsOf(const Counter& counter)
 inline void fillUp()
 {
     const QSqlDatabase db = onlyConnection();
-    rowsOf(db, "CREATE TABLE IF NOT EXISTS filler (content)");
     rowsOf(db, "PRAGMA max_page_count=" + rowsOf(db, "PRAGMA page_count").at(0));
     const char* const guard = "CREATE TEMP TRIGGER %1_%2 BEFORE %1 ON main.%2 BEGIN"
-                              " INSERT INTO filler VALUES (zeroblob(100000)); END";
+                              " INSERT INTO journal VALUES (zeroblob(100000), 0); END";
     for (const char* table : {"basket", "record"}) {
         for (const char* change : {"INSERT", "UPDATE", "DELETE"})
             rowsOf(db, QString(guard).arg(change, table));

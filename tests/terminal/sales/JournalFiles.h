@@ -72,8 +72,9 @@ inline QByteArray contentOf(const QString& file)
 inline QMap<QString, QByteArray> filesIn(const QString& folder)
 {
     QMap<QString, QByteArray> files;
-    for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::System))
-        files.insert(name, contentOf(folder + '/' + name));
+    for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files | QDir::System))
+        files.insert(file.fileName(),
+                     file.isFile() ? contentOf(file.filePath()) : QByteArray("not regular"));
     return files;
 }
 

@@ -8,6 +8,8 @@
 #include <functional>
 #include <memory>
 
+#include <sys/stat.h>
+
 using namespace rivo::sales;
 
 namespace
@@ -71,6 +73,16 @@ Prepare harmed(const std::function<void(const QString& file)>& harm)
                 qFatal("No shift can be closed");
         }
         harm(fileIn(folder));
+        return fileIn(folder);
+    };
+}
+
+/// What `make` makes at the place of the journal.
+Prepare special(int (*make)(const char* path))
+{
+    return [make](const QString& folder) {
+        if (make(QFile::encodeName(fileIn(folder)).constData()) != 0)
+            qFatal("The special file cannot be made");
         return fileIn(folder);
     };
 }
@@ -206,6 +218,15 @@ private slots:
             "folder instead of a file", [](const QString& folder) { return folder; },
             "unreachable");
 
+        add("pipe instead of a file",
+            special([](const char* path) { return mkfifo(path, S_IRUSR | S_IWUSR); }), "foreign");
+        add("socket instead of a file",
+            special([](const char* path) { return mknod(path, S_IFSOCK | S_IRUSR | S_IWUSR, 0); }),
+            "foreign");
+        add("pipe instead of a file, found through links",
+            linked(special([](const char* path) { return mkfifo(path, S_IRUSR | S_IWUSR); })),
+            "foreign");
+
         add("last page is zeros", harmedPage(1), "damaged");
         add("page in the middle is zeros", harmedPage(20), "damaged");
         add("file is cut off", harmed([](const QString& file) {
@@ -222,19 +243,20 @@ private slots:
               "UPDATE record SET shift = 99 WHERE id = 100",
               "UPDATE record SET shift = 18 WHERE id = 100",
               "UPDATE record SET shift = 18 WHERE id = 101", // of a closing
-              "UPDATE record SET kind = 5 WHERE id = 100",
-              "DELETE FROM sale WHERE record = 1",
-              "DELETE FROM record WHERE id = 102",
-              "INSERT INTO record VALUES (200, 2, 17, '', 0)",
-              "INSERT INTO opening VALUES (3, 100)",
-              "DELETE FROM ticket WHERE number = 12",
-              "DELETE FROM ticket WHERE sale = 3",
-              "DELETE FROM unprinted WHERE ticket = 3",
-              "DELETE FROM closing WHERE shift = 18",
-              "DELETE FROM shift WHERE z_number = 19",
-              "INSERT INTO shift VALUES (99)",
-              "DELETE FROM journal",
-              "DROP TABLE ticket"})
+              "UPDATE record SET kind = 5 WHERE id = 100", "DELETE FROM sale WHERE record = 1",
+              "DELETE FROM record WHERE id = 102", "INSERT INTO record VALUES (200, 2, 17, '', 0)",
+              "INSERT INTO opening VALUES (3, 100)", "DELETE FROM ticket WHERE number = 12",
+              "DELETE FROM ticket WHERE sale = 3", "DELETE FROM unprinted WHERE ticket = 3",
+              "DELETE FROM closing WHERE shift = 18", "DELETE FROM shift WHERE z_number = 19",
+              "INSERT INTO shift VALUES (99)", "DELETE FROM journal", "DROP TABLE ticket",
+              // None of them changes a figure yet.
+              "CREATE TRIGGER planted AFTER INSERT ON sale BEGIN"
+              " UPDATE sale SET total = 0 WHERE record = NEW.record; END",
+              "CREATE TRIGGER planted BEFORE INSERT ON record BEGIN SELECT RAISE(IGNORE); END",
+              "CREATE VIEW planted AS SELECT * FROM sale", "CREATE TABLE planted (a)",
+              "CREATE INDEX planted ON sale (total)", "DROP INDEX printout_copy",
+              "DROP INDEX outcome_known", "ALTER TABLE sale ADD COLUMN planted",
+              "ALTER TABLE clock RENAME COLUMN remark TO planted", "ANALYZE"})
             add(statement, harmed(QString(statement)), "damaged");
         for (const char* figure :
              {"ticket_count", "ticket_sum", "card_count", "card_sum", "first_ticket", "last_ticket",
@@ -276,6 +298,21 @@ private slots:
             QCOMPARE(shiftsOf(journal), QStringList("17: 2 tickets 285, 0 by card 0, 1-2"));
         }
         QVERIFY(!QFile::exists(file() + "-wal"));
+    }
+
+    void newFilesAreForTheirUserAlone()
+    {
+        const mode_t before = umask(0);
+        Journal journal;
+        const auto fault = journal.open(file(), euro, 17);
+        umask(before);
+        QCOMPARE(kindOf(fault), "none");
+        QVERIFY(sell(journal, {190}));
+        for (const QString& each : {file(), file() + "-wal"}) {
+            struct stat info = {};
+            QCOMPARE(stat(QFile::encodeName(each).constData(), &info), 0);
+            QCOMPARE(info.st_mode & 0777U, 0600U);
+        }
     }
 
     /// As a user who may read the file and no more.

@@ -298,7 +298,8 @@ private slots:
               "UPDATE reversed_ticket SET ticket = 3 WHERE ticket = 1",
               "UPDATE reversal SET sale = 4 WHERE record = 7", "UPDATE hand_over SET counted = 1",
               "UPDATE hand_over SET difference = 1", "UPDATE opening SET amount = 1",
-              "UPDATE printout SET is_copy = 0", "DELETE FROM printout WHERE is_copy = 1",
+              "UPDATE printout SET is_copy = 0, ticket = 3 WHERE is_copy = 1",
+              "DELETE FROM printout WHERE is_copy = 1",
               "UPDATE record SET shift = 18 WHERE kind = 6"})
             row(harm, harm);
     }
@@ -320,9 +321,7 @@ private slots:
             QCOMPARE(rowsOf(onlyConnection(), "SELECT COUNT(*) FROM record"), QStringList("9"));
         }
         QCOMPARE(kindOf(OpenJournal(file()).fault()), "none");
-        executeIn(file(),
-                  {"DROP INDEX printout_original", harm,
-                   "CREATE INDEX printout_original ON printout (ticket) WHERE is_copy = 0"});
+        executeIn(file(), {harm});
         QCOMPARE(kindOf(OpenJournal(file()).fault()), "damaged");
     }
 

@@ -199,6 +199,9 @@ private slots:
         QTest::newRow("version 4 with another sum") << asVersion4 << otherSum;
         QTest::newRow("version 4 without the tables of payments")
             << asVersion3 << "PRAGMA user_version=4";
+        QTest::newRow("version 3 with a trigger")
+            << asVersion3
+            << "CREATE TRIGGER planted AFTER INSERT ON record BEGIN DELETE FROM unprinted; END";
         QTest::newRow("version 4 with a record of the clock")
             << asVersion4 << "INSERT INTO record (kind, shift, at, driver) VALUES (10, 17, '', 0)";
     }
@@ -267,9 +270,12 @@ private slots:
         QTest::addColumn<QString>("harm");
         QTest::addColumn<QString>("fault");
         for (const char* harm :
-             {"UPDATE sale SET total = 1 WHERE id = 3", "UPDATE sale SET shift = 99 WHERE id = 7",
-              "UPDATE sale SET pay_method = 2 WHERE id = 1", "DELETE FROM sale WHERE id = 1",
-              "DELETE FROM ticket WHERE number = 2", "DELETE FROM ticket WHERE sale = 3",
+             {"UPDATE sale SET total = 1 WHERE id = 3",
+              "UPDATE sale SET shift = 99 WHERE id = 7",
+              "UPDATE sale SET pay_method = 2 WHERE id = 1",
+              "DELETE FROM sale WHERE id = 1",
+              "DELETE FROM ticket WHERE number = 2",
+              "DELETE FROM ticket WHERE sale = 3",
               "DELETE FROM shift WHERE closed_at IS NULL",
               "INSERT INTO shift (z_number) VALUES (3)",
               "UPDATE shift SET z_number = 15 WHERE z_number = 20",
@@ -280,8 +286,12 @@ private slots:
               "UPDATE shift SET card_count = NULL WHERE z_number = 18",
               "UPDATE shift SET card_sum = 1 WHERE z_number = 19",
               "UPDATE shift SET first_ticket = 2 WHERE z_number = 16",
-              "UPDATE shift SET last_ticket = 5 WHERE z_number = 16", "DROP TABLE basket",
-              "DELETE FROM journal"})
+              "UPDATE shift SET last_ticket = 5 WHERE z_number = 16",
+              "DROP TABLE basket",
+              "DELETE FROM journal",
+              "DROP INDEX ticket_unprinted",
+              "CREATE VIEW planted AS SELECT 1",
+              "CREATE TRIGGER planted AFTER INSERT ON shift BEGIN DELETE FROM old_sale; END"})
             QTest::newRow(harm) << harm << "damaged";
         QTest::newRow("another currency") << "UPDATE journal SET currency = 'PLN'"
                                           << "other currency";
