@@ -113,7 +113,9 @@ void TestScreenSoak::sellsAllDay()
              qPrintable(QString("%1 items, then %2").arg(objects).arg(objectsAfter)));
     // A closed shift stays, in the model and as a row of two filters.
     const auto shifts = static_cast<size_t>((sales - warmUp) / salesPerShift);
-    const size_t allowed = 1024 * 1024 + shifts * 8192;
+    // The graphics driver has one frame more in some moments.
+    const auto frame = static_cast<size_t>(shown.window()->width() * shown.window()->height()) * 4;
+    const size_t allowed = 1024 * 1024 + frame + shifts * 8192;
     QVERIFY2(after < memory + allowed, qPrintable(QString("%1 bytes more").arg(after - memory)));
 }
 
