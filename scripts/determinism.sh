@@ -77,7 +77,7 @@ run_settings() {
 }
 # Qt reports a forced seed on standard error, unless it is 0: tests that compare the standard error of
 # a process have that.
-hears_qt='^(tst_rivo_grid|tst_grid_layout|tst_grid_offers|tst_rivo_models|tst_models_tickets|tst_models_values|tst_core_logging|tst_core_swap|tst_swapped_core|quiet_start|grid_document|feed_schema_agreement)$'
+hears_qt='^(tst_documented_qml|tst_foreign_core|tst_rivo_grid|tst_grid_layout|tst_grid_offers|tst_rivo_models|tst_models_tickets|tst_models_values|tst_core_logging|tst_core_swap|tst_swapped_core|quiet_start|grid_document|feed_schema_agreement)$'
 
 status=0
 if [ "${1:-}" = --all ]; then

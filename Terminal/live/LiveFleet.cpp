@@ -84,7 +84,8 @@ void LiveFleet::readRows()
 {
     m_rows.clear();
     m_placeOf.clear();
-    for (const AssetItem* item : itemsOf(m_fleet)) {
+    const auto items = itemsOf(m_fleet);
+    for (const AssetItem* item : items) {
         m_placeOf.insert(item->id(), m_rows.size());
         m_rows.append(rowOf(*item));
     }

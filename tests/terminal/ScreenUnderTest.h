@@ -49,8 +49,15 @@ private:
         static QtMessageHandler handler = nullptr;
         return handler;
     }
+    /// Of Qt's render loop, when a window goes while its animations are drawn late.
+    static bool isOfQt(const QString& message)
+    {
+        return message == "QUnifiedTimer::stopAnimationDriver: driver is not running";
+    }
     static void keep(QtMsgType type, const QMessageLogContext& context, const QString& message)
     {
+        if (isOfQt(message))
+            return;
         if (type == QtWarningMsg || type == QtCriticalMsg)
             lines().append(message);
         else if (previous() != nullptr)
