@@ -204,7 +204,8 @@ void TileDesk::makeTabs()
         m_tabs.append({Often, 0, tr("Often"), often});
     m_tabs.append({All, 0, tr("All"), m_tiles.size()});
     if (tilesOfZones.size() > 1) {
-        for (const int zone : zonesInOrder(tilesOfZones)) {
+        const QVector<int> zones = zonesInOrder(tilesOfZones);
+        for (const int zone : zones) {
             const QString name = zone == 0 ? tr("Anywhere") : m_look.zoneName(zone);
             m_tabs.append({Zone, zone, name, tilesOfZones.value(zone)});
         }

@@ -199,7 +199,7 @@ QVariantList TripDesk::tripsOf(int route, int now) const
     const Trip* const next = nextTrip(trips, now);
     if (next != nullptr)
         trips.move(trips.indexOf(next), 0);
-    for (const Trip* trip : trips)
+    for (const Trip* trip : qAsConst(trips))
         maps.append(QVariantMap{
             {QStringLiteral("trip"), trip->number},
             {QStringLiteral("time"),
@@ -236,7 +236,8 @@ QString TripDesk::stopName() const
 QVector<int> TripDesk::zonesAhead() const
 {
     QVector<int> zones;
-    for (const QVector<int>& ofStop : m_zones.mid(qMax(0, m_stop)))
+    const auto ahead = m_zones.mid(qMax(0, m_stop));
+    for (const QVector<int>& ofStop : ahead)
         zones += ofStop;
     return zones;
 }

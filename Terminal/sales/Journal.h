@@ -25,6 +25,7 @@ struct JournalFault
         Foreign,       ///< not a journal of this program
         OtherVersion,  ///< kept by a version that this one does not understand
         OtherCurrency, ///< kept in other money
+        Replaced,      ///< it, or a file that belongs to it, is missing, replaced or cut off
         Unreachable    ///< cannot be opened, read or written
     };
     Kind kind = Kind::Unreachable;

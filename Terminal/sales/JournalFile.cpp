@@ -1,5 +1,7 @@
 #include "JournalFile_p.h"
 
+#include "JournalChain_p.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlDriver>
@@ -98,17 +100,27 @@ void makePrivate(const QString& file)
 
 } // namespace
 
+JournalFile::JournalFile() = default;
+
+JournalFile::~JournalFile() { close(); }
+
 QSqlDatabase JournalFile::database() const { return QSqlDatabase::database(m_connection, false); }
 
 void JournalFile::close()
 {
     if (m_connection.isEmpty())
         return;
-    if (!m_fault || QFileInfo(logOf(database().databaseName())).size() == 0)
+    const QString file = database().databaseName();
+    if (!m_fault || QFileInfo(logOf(file)).size() == 0)
         setCheckpointOnClose(true);
+    if (m_chain)
+        m_chain->release();
     database().close();
     QSqlDatabase::removeDatabase(m_connection);
     m_connection.clear();
+    if (m_chain && !QFileInfo::exists(logOf(file)))
+        m_chain->keepClosed();
+    m_chain.reset();
 }
 
 bool JournalFile::fail(const JournalFault& fault)
@@ -123,13 +135,56 @@ bool JournalFile::open(const QString& file)
     close();
     const QString target = targetOf(file);
     m_fault = headerFault(target);
+    if (!m_fault && !QFileInfo::exists(target) && JournalCompanions(target).areThere())
+        m_fault = {JournalFault::Kind::Replaced, QStringLiteral("the journal is missing")};
     if (m_fault)
         return false;
     makePrivate(target);
-    if (connectTo(target))
+    const QByteArray mark = QFileInfo::exists(logOf(target)) ? QByteArray() : markOf(target);
+    if (connectTo(target)) {
+        m_chain = std::make_unique<JournalChain>(*this, target, mark);
+        m_seen = {{target}, {logOf(target)}};
         return true;
+    }
     close();
     return false;
+}
+
+/// What a file that was seen is now; an inode of 0 if it is not there.
+void JournalFile::noteFiles()
+{
+    for (Seen& seen : m_seen) {
+        struct stat info = {};
+        const bool isThere = lstat(QFile::encodeName(seen.file).constData(), &info) == 0;
+        seen = {seen.file, info.st_dev, isThere ? info.st_ino : 0, isThere ? info.st_size : 0};
+    }
+}
+
+/// SQLite writes on into a file that was removed.
+bool JournalFile::isInPlace()
+{
+    const std::vector<Seen> before = m_seen;
+    noteFiles();
+    for (size_t at = 0; at < m_seen.size(); ++at) {
+        const bool isSame = m_seen[at].inode == before[at].inode &&
+                            m_seen[at].device == before[at].device &&
+                            m_seen[at].size >= before[at].size;
+        if (before[at].inode != 0 && !isSame)
+            return fail(
+                {JournalFault::Kind::Replaced,
+                 QStringLiteral("%1 was removed, replaced or cut off").arg(m_seen[at].file)});
+    }
+    return true;
+}
+
+bool JournalFile::begin()
+{
+    return !m_fault && isInPlace() && run(QStringLiteral("BEGIN IMMEDIATE"));
+}
+
+bool JournalFile::commit()
+{
+    return m_chain->seal() && run(QStringLiteral("COMMIT")) && isInPlace() && m_chain->keepHead();
 }
 
 bool JournalFile::connectTo(const QString& file)
@@ -149,15 +204,20 @@ bool JournalFile::connectTo(const QString& file)
                : fail({JournalFault::Kind::Unreachable, source->toString()});
 }
 
+sqlite3* JournalFile::handle()
+{
+    const QVariant driverHandle = database().driver()->handle();
+    const bool isSqlite = qstrcmp(driverHandle.typeName(), "sqlite3*") == 0;
+    return isSqlite ? *static_cast<sqlite3* const*>(driverHandle.constData()) : nullptr;
+}
+
 /// A write-ahead log that is left over would go into the database when the last connection closes,
 /// even if nothing was ever written through it.
 bool JournalFile::setCheckpointOnClose(bool isWanted)
 {
-    const QVariant driverHandle = database().driver()->handle();
-    const bool isSqlite = qstrcmp(driverHandle.typeName(), "sqlite3*") == 0;
-    sqlite3* handle = isSqlite ? *static_cast<sqlite3* const*>(driverHandle.constData()) : nullptr;
-    return (handle != nullptr && sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE,
-                                                   isWanted ? 0 : 1, nullptr) == SQLITE_OK) ||
+    sqlite3* connection = handle();
+    return (connection != nullptr && sqlite3_db_config(connection, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE,
+                                                       isWanted ? 0 : 1, nullptr) == SQLITE_OK) ||
            fail({JournalFault::Kind::Unreachable, QStringLiteral("no handle of SQLite")});
 }
 

@@ -8,6 +8,13 @@
 #include <QVariant>
 #include <QVector>
 
+#include <memory>
+#include <vector>
+
+#include <sys/types.h>
+
+struct sqlite3;
+
 namespace rivo::sales
 {
 
@@ -16,13 +23,15 @@ constexpr int applicationId = 0x5269764a;
 
 inline JournalFault damaged(const QString& detail) { return {JournalFault::Kind::Damaged, detail}; }
 
+class JournalChain;
+
 /// The SQLite file of a journal: how it is opened and closed, and how statements run in it. The
 /// first error of a statement becomes the fault and ends all transactions until open() succeeds.
 class JournalFile
 {
 public:
-    JournalFile() = default;
-    ~JournalFile() { close(); }
+    JournalFile();
+    ~JournalFile();
     JournalFile(const JournalFile&) = delete;
     JournalFile& operator=(const JournalFile&) = delete;
 
@@ -34,6 +43,12 @@ public:
     const std::optional<JournalFault>& fault() const { return m_fault; }
     /// Keeps the first fault; always false.
     bool fail(const JournalFault& fault);
+
+    /// The chain of the open file, which seals what each transaction adds.
+    JournalChain& chain() { return *m_chain; }
+
+    /// The connection of the open file.
+    sqlite3* handle();
 
     QSqlQuery prepared(const QString& statement) const;
     bool run(QSqlQuery& query);
@@ -57,12 +72,27 @@ public:
     bool inTransaction(Steps steps);
 
 private:
+    /// A file as it was after the last transaction; one that shrinks or changes was replaced.
+    struct Seen
+    {
+        QString file;
+        dev_t device = 0;
+        ino_t inode = 0; ///< 0 = was not there
+        qint64 size = 0;
+    };
+
     QSqlDatabase database() const;
     bool connectTo(const QString& file);
+    bool begin();
+    bool commit();
+    bool isInPlace();
+    void noteFiles();
     bool setCheckpointOnClose(bool isWanted);
     bool isRead(const QSqlQuery& query);
 
     QString m_connection; ///< empty if not open
+    std::unique_ptr<JournalChain> m_chain;
+    std::vector<Seen> m_seen;
     std::optional<JournalFault> m_fault = JournalFault{JournalFault::Kind::Unreachable, {}};
 };
 
@@ -79,11 +109,11 @@ bool JournalFile::forEachRow(QSqlQuery& query, Use use)
 template <typename Steps>
 bool JournalFile::inTransaction(Steps steps)
 {
-    if (m_fault || !run(QStringLiteral("BEGIN IMMEDIATE")))
+    if (!begin())
         return false;
-    if (steps() && run(QStringLiteral("COMMIT")))
+    if (steps() && commit())
         return true;
-    run(QStringLiteral("ROLLBACK")); // fails if SQLite has rolled back already
+    run(QStringLiteral("ROLLBACK")); // fails if it is committed, or SQLite has rolled back already
     return false;
 }
 

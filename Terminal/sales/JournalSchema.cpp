@@ -1,5 +1,6 @@
 #include "JournalSchema_p.h"
 
+#include "JournalChain_p.h"
 #include "JournalFigures_p.h"
 #include "JournalFile_p.h"
 
@@ -17,10 +18,12 @@ namespace
 
 using feed::FeedTripContext;
 
-constexpr int schemaVersion = 5;
+constexpr int schemaVersion = 6;
 constexpr int oldestVersion = 2;
 constexpr int firstWithRecords = 3;
 constexpr int firstWithPayments = 4;
+constexpr int firstWithClock = 5;
+constexpr int firstWithSeals = 6;
 
 /// One column that the tables of tickets and of the unfinished basket share.
 struct Column
@@ -119,7 +122,7 @@ constexpr std::array<RecordTable, 10> recordTables{
      {"payment", RecordKind::Payment, firstWithPayments},
      {"outcome", RecordKind::Outcome, firstWithPayments},
      {"card_day", RecordKind::CardDay, firstWithPayments},
-     {"clock", RecordKind::Clock, schemaVersion}}};
+     {"clock", RecordKind::Clock, firstWithClock}}};
 
 /// All rows of these tables: the number of the record, and its kind by the table.
 QString rowsOfRecordTables(int version)
@@ -182,13 +185,24 @@ QVector<Check> checksOfRecords(int version)
              QLatin1String(dueOfFigures))};
 }
 
+/// What holds since records are sealed: shifts and tickets have numbers without holes.
+QVector<Check> checksOfSeals()
+{
+    return {{QStringLiteral("SELECT MAX(z_number) - COUNT(*) + 1 - (SELECT first_shift FROM chain)"
+                            " FROM shift")},
+            {QStringLiteral("SELECT IFNULL((SELECT seq FROM sqlite_sequence WHERE name = 'ticket'),"
+                            " 0) - last_ticket - (SELECT COUNT(*) FROM ticket WHERE number >"
+                            " last_ticket) FROM chain")}};
+}
+
 /// What holds in a journal of `version`.
 QVector<Check> checksOf(int version)
 {
     if (version < firstWithRecords)
         return checksOfVersion2();
     return checksOfRecords(version) +
-           (version < firstWithPayments ? QVector<Check>() : checksOfPayments());
+           (version < firstWithPayments ? QVector<Check>() : checksOfPayments()) +
+           (version < firstWithSeals ? QVector<Check>() : checksOfSeals());
 }
 
 } // namespace
@@ -271,8 +285,10 @@ QStringList schemaOf(int version)
     statements << journalTable << QStringLiteral("CREATE TABLE sqlite_sequence(name,seq)");
     if (version >= firstWithPayments)
         statements += paymentTables();
-    if (version >= schemaVersion)
+    if (version >= firstWithClock)
         statements += clockTables();
+    if (version >= firstWithSeals)
+        statements += chainTables();
     return statements;
 }
 
@@ -300,11 +316,32 @@ bool hasSchemaOf(JournalFile& file, int version)
 
 } // namespace
 
+QStringList chainTables()
+{
+    return {
+        QStringLiteral("CREATE TABLE chain (base INTEGER NOT NULL, first_shift INTEGER NOT NULL,"
+                       " last_ticket INTEGER NOT NULL, public_key BLOB NOT NULL)"),
+        QStringLiteral("CREATE TABLE seal (record INTEGER PRIMARY KEY, hash BLOB NOT NULL,"
+                       " signature BLOB NOT NULL)")};
+}
+
 bool createTables(JournalFile& file)
 {
     return file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
-           file.runAll(tablesOfRecords() + paymentTables() + clockTables());
+           file.runAll(tablesOfRecords() + paymentTables() + clockTables() + chainTables());
 }
+
+namespace
+{
+
+/// All of it, or what followed the last closed shift if nobody wrote to it since it was checked.
+bool isWhole(JournalFile& file, int version)
+{
+    const bool isUntouched = file.chain().isUntouched();
+    return (isUntouched || passes(file, checksOf(version))) && file.chain().isWhole(isUntouched);
+}
+
+} // namespace
 
 std::optional<int> validVersion(JournalFile& file, const Currency& currency)
 {
@@ -316,7 +353,7 @@ std::optional<int> validVersion(JournalFile& file, const Currency& currency)
         file.fail({JournalFault::Kind::OtherVersion, version->toString()});
         return std::nullopt;
     }
-    if (!hasSchemaOf(file, number) || !passes(file, checksOf(number)))
+    if (!hasSchemaOf(file, number))
         return std::nullopt;
     const std::optional<QVariant> kept =
         file.value(QStringLiteral("SELECT currency || ' ' || decimals FROM journal"));
@@ -328,11 +365,16 @@ std::optional<int> validVersion(JournalFile& file, const Currency& currency)
              QStringLiteral("kept in %1, not in %2").arg(kept->toString(), moneyText(currency))});
         return std::nullopt;
     }
-    return number;
+    const bool isValid = number < firstWithSeals
+                             ? file.chain().admitsStart() && passes(file, checksOf(number))
+                             : file.chain().admitsJournal() && isWhole(file, number);
+    return isValid ? std::make_optional(number) : std::nullopt;
 }
 
 bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNumber)
 {
+    if (!file.chain().admitsStart() || !file.chain().start())
+        return false;
     return file.inTransaction([&] {
         if (!file.runAll(
                 {QStringLiteral("PRAGMA application_id=%1").arg(applicationId), journalTable}))
@@ -341,7 +383,8 @@ bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNum
         journal.addBindValue(currency.code());
         journal.addBindValue(currency.decimals());
         return file.run(journal) && createTables(file) &&
-               file.run(QStringLiteral("INSERT INTO shift VALUES (%1)").arg(firstZNumber));
+               file.run(QStringLiteral("INSERT INTO shift VALUES (%1)").arg(firstZNumber)) &&
+               file.chain().sealBase();
     });
 }
 
@@ -349,14 +392,16 @@ int newestVersion() { return schemaVersion; }
 
 bool takeOver(JournalFile& file, int version)
 {
-    return file.inTransaction([&] {
+    return file.chain().start() && file.inTransaction([&] {
         const bool isMade =
             version < firstWithRecords
                 ? setVersion2Aside(file) && createTables(file) && copyVersion2(file)
                 : file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
                       (version >= firstWithPayments || file.runAll(paymentTables())) &&
-                      file.runAll(clockTables());
-        return isMade && hasSchemaOf(file, schemaVersion) && passes(file, checksOf(schemaVersion));
+                      (version >= firstWithClock || file.runAll(clockTables())) &&
+                      file.runAll(chainTables());
+        return isMade && hasSchemaOf(file, schemaVersion) && file.chain().sealBase() &&
+               passes(file, checksOf(schemaVersion));
     });
 }
 

@@ -36,6 +36,7 @@ bool createTables(JournalFile& file);
 // The statements that make tables and indexes.
 QStringList paymentTables(); ///< of payments with cards
 QStringList clockTables();   ///< of remarks about the clock
+QStringList chainTables();   ///< of seals
 
 /// The version of `file`, if it has the tables of that version and nothing else, figures that
 /// agree, and amounts in `currency`; a fault otherwise.

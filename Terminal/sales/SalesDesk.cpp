@@ -117,6 +117,9 @@ QString SalesDesk::obstacle() const
                       "be sold.");
         case JournalFault::Kind::OtherCurrency:
             return tr("The sales journal is kept in another currency. Nothing can be sold.");
+        case JournalFault::Kind::Replaced:
+            return tr("A file of the sales journal is missing or was replaced. Nothing can be "
+                      "sold.");
         case JournalFault::Kind::Unreachable:
             return tr("The sales journal cannot be written. Nothing can be sold.");
         }

@@ -16,6 +16,7 @@
 #include <ZReportItem.h>
 #include <ZReportModel.h>
 
+#include <QFile>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -24,6 +25,27 @@
 
 #include <cmath>
 #include <optional>
+
+/// What belongs to a journal beside its database and log.
+inline const QStringList companions{".head", ".key", ".pub"};
+
+/// A journal that never was.
+inline void removeJournal(const QString& file)
+{
+    QFile::remove(file);
+    QFile::remove(file + "-wal");
+    for (const QString& companion : companions)
+        QFile::remove(file + companion);
+}
+
+inline void copyCompanions(const QString& from, const QString& to)
+{
+    for (const QString& companion : companions) {
+        QFile::remove(to + companion);
+        if (!QFile::copy(from + companion, to + companion))
+            qFatal("%s%s cannot be copied", qPrintable(from), qPrintable(companion));
+    }
+}
 
 /// Rows of an SQL query as texts, values separated by "|"; the error if it fails.
 inline QStringList rowsOf(const QSqlDatabase& database, const QString& statement)

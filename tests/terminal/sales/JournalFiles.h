@@ -124,8 +124,8 @@ inline bool sell(rivo::sales::Journal& journal, const QVector<rivo::sales::Minor
 
 inline QString kindOf(const std::optional<rivo::sales::JournalFault>& fault)
 {
-    static const QStringList names{"locked",        "full",           "damaged",    "foreign",
-                                   "other version", "other currency", "unreachable"};
+    static const QStringList names{"locked",        "full",           "damaged",  "foreign",
+                                   "other version", "other currency", "replaced", "unreachable"};
     return fault ? names.at(static_cast<int>(fault->kind)) : QStringLiteral("none");
 }
 

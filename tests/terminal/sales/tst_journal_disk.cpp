@@ -121,7 +121,7 @@ private slots:
              {std::pair(jam, "unreachable"),
               {"INSERT INTO closing SELECT 17, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0",
                "damaged"}}) {
-            QFile::remove(file());
+            removeJournal(file());
             prepareDay();
             OpenJournal journal(file());
             rowsOf(onlyConnection(), harm);
@@ -138,7 +138,7 @@ private slots:
     {
         int cuts = 0;
         for (rlim_t extra = 0;; extra += 1500) {
-            QFile::remove(file());
+            removeJournal(file());
             prepareDay();
             QStringList before;
             bool isDone = false;
@@ -186,7 +186,7 @@ private slots:
     void fullDiskLeavesNoNewFileBehindThatIsRefusedLater()
     {
         for (const rlim_t bytes : {0U, 100U, 4096U, 5000U, 12288U, 20000U}) {
-            QFile::remove(file());
+            removeJournal(file());
             Journal journal;
             {
                 const FileSizeLimit limit(bytes);

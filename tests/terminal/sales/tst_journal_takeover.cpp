@@ -48,14 +48,27 @@ const QStringList shiftsOfFixture{
 const char* const allRecords = "SELECT id, kind, shift, substr(at, 12, 8), driver FROM record"
                                " ORDER BY id";
 
+/// What makes a journal of version 5 of one with seals.
+const QStringList asVersion5{"DROP TABLE seal", "DROP TABLE chain", "PRAGMA user_version=5"};
+
 /// What makes a journal of version 3 of one without payments by card.
-const QStringList asVersion3{"DROP TABLE card_day",       "DROP TABLE card_reversal",
+const QStringList asVersion3{"DROP TABLE seal",           "DROP TABLE chain",
+                             "DROP TABLE card_day",       "DROP TABLE card_reversal",
                              "DROP TABLE card_sale",      "DROP TABLE outcome",
                              "DROP TABLE payment_ticket", "DROP TABLE payment",
                              "DROP TABLE clock",          "PRAGMA user_version=3"};
 
 /// What makes a journal of version 4 of one without remarks about the clock.
-const QStringList asVersion4{"DROP TABLE clock", "PRAGMA user_version=4"};
+const QStringList asVersion4{"DROP TABLE seal", "DROP TABLE chain", "DROP TABLE clock",
+                             "PRAGMA user_version=4"};
+
+/// Makes a journal of an earlier version of one that is closed.
+void makeOlder(const QString& file, const QStringList& statements)
+{
+    executeIn(file, statements);
+    for (const QString& companion : companions)
+        QFile::remove(file + companion);
+}
 
 const char* const allTables = "SELECT type, name, tbl_name, sql FROM sqlite_master"
                               " ORDER BY type, name";
@@ -92,7 +105,7 @@ private slots:
             QVERIFY(unprinted.at(1).isDaily);
             QCOMPARE(unprinted.at(1).validity, "");
         }
-        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\5", 4));
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\6", 4));
         QVERIFY(!QFile::exists(file() + "-wal"));
     }
 
@@ -148,7 +161,7 @@ private slots:
             tables = rowsOf(onlyConnection(), allTables);
             content = journalContent();
         }
-        executeIn(file(), asVersion3);
+        makeOlder(file(), asVersion3);
         for (int attempt = 0; attempt < 2; ++attempt) {
             OpenJournal journal(file());
             QCOMPARE(kindOf(journal.fault()), "none");
@@ -158,7 +171,7 @@ private slots:
             QVERIFY(!journal.chargeOf(2));
             QCOMPARE(journal.shiftOfOpenCardDay(), 0);
         }
-        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\5", 4));
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\6", 4));
         OpenJournal journal(file());
         QVERIFY(journal.beginCharge(5, noon));
     }
@@ -178,16 +191,42 @@ private slots:
             tables = rowsOf(onlyConnection(), allTables);
             content = journalContent();
         }
-        executeIn(file(), asVersion4);
+        makeOlder(file(), asVersion4);
         for (int attempt = 0; attempt < 2; ++attempt) {
             OpenJournal journal(file());
             QCOMPARE(kindOf(journal.fault()), "none");
             QCOMPARE(rowsOf(onlyConnection(), allTables), tables);
             QCOMPARE(journalContent(), content);
         }
-        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\5", 4));
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\6", 4));
         OpenJournal journal(file());
         QVERIFY(journal.recordClock(ClockRemark::Step, -5000, noon));
+    }
+
+    /// Signed from here on: what came before is covered by the first seal as a whole.
+    void version5GetsSeals()
+    {
+        QStringList content;
+        {
+            OpenJournal journal(file());
+            QVERIFY(sell(journal, {190, 95}));
+            QVERIFY(journal.closeShift(noon));
+            content = journalContent();
+        }
+        makeOlder(file(), asVersion5);
+        {
+            OpenJournal journal(file());
+            QCOMPARE(kindOf(journal.fault()), "none");
+            QCOMPARE(journalContent(), content);
+            QVERIFY(sell(journal, {95}));
+            QCOMPARE(rowsOf(onlyConnection(), "SELECT base, first_shift, last_ticket FROM chain"),
+                     QStringList("2|17|2"));
+            QCOMPARE(rowsOf(onlyConnection(), "SELECT record FROM seal"), (QStringList{"2", "3"}));
+        }
+        executeIn(file(), {"UPDATE record SET driver = 5 WHERE id = 1"});
+        OpenJournal journal(file());
+        QCOMPARE(kindOf(journal.fault()), "damaged");
+        QCOMPARE(journal.fault()->detail, "record 2: what the journal began with was changed");
     }
 
     void oneWithRecordsThatIsNotWholeStaysAsItIs_data()
@@ -214,7 +253,7 @@ private slots:
             OpenJournal journal(file());
             QVERIFY(sell(journal, {190, 95}));
         }
-        executeIn(file(), version + QStringList{harm, "PRAGMA journal_mode=delete"});
+        makeOlder(file(), version + QStringList{harm, "PRAGMA journal_mode=delete"});
         const QMap<QString, QByteArray> files = filesIn(m_folder->path());
         Journal journal;
         QCOMPARE(kindOf(journal.open(file(), euro, 17)), "damaged");
@@ -318,7 +357,7 @@ private slots:
     {
         int cuts = 0;
         for (rlim_t bytes = 0;; bytes += 30000) {
-            QFile::remove(file());
+            removeJournal(file());
             executeIn(file(), fixture());
             {
                 Journal journal;
@@ -352,8 +391,7 @@ private slots:
         int taken = 0;
         QRandomGenerator random(seed);
         for (int kill = 0; kill < 10; ++kill) {
-            QFile::remove(file());
-            QFile::remove(file() + "-wal");
+            removeJournal(file());
             QVERIFY(QFile::copy(original, file()));
             QProcess script;
             script.start(SALE_SCRIPT, {file(), "1", "0"});
