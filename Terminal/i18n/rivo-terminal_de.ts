@@ -1871,6 +1871,10 @@
         <source>Shift %1: the card terminal&apos;s total differs by %2.</source>
         <translation>Schicht %1: Die Summe des Kartenterminals weicht um %2 ab.</translation>
     </message>
+    <message>
+        <source>A file of the sales journal is missing or was replaced. Nothing can be sold.</source>
+        <translation>Eine Datei des Verkaufsjournals fehlt oder wurde ersetzt. Es kann nichts verkauft werden.</translation>
+    </message>
 </context>
 <context>
     <name>rivo::terminal::CardDevice</name>
@@ -2251,6 +2255,10 @@
     <message>
         <source>Difference to the journal</source>
         <translation>Differenz zum Journal</translation>
+    </message>
+    <message>
+        <source>Journal</source>
+        <translation>Journal</translation>
     </message>
 </context>
 </TS>

@@ -94,11 +94,10 @@ std::optional<ChainBreak> ChainReader::firstBreak(qint64 from)
     if (from == m_base && hashOfBase() != first->hash)
         return ChainBreak{from, QStringLiteral("what the journal began with was changed")};
     Seal last = *first;
-    const auto broken = breakOfHashes(last);
+    if (const auto broken = breakOfHashes(last))
+        return broken;
     // The signatures are in the hashes: with the last one all are those of the key.
-    return !broken && isSigned(last) ? std::nullopt
-           : broken                  ? broken
-                                     : breakOfSignatures(from, last.record);
+    return isSigned(last) ? std::nullopt : breakOfSignatures(from, last.record);
 }
 
 /// Follows the hashes from `seal`, and leaves the last one in it.

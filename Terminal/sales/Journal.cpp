@@ -1,5 +1,6 @@
 #include "Journal.h"
 
+#include "JournalChain_p.h"
 #include "JournalFile_p.h"
 #include "JournalRecords_p.h"
 #include "JournalSchema_p.h"
@@ -44,6 +45,48 @@ std::optional<JournalFault> Journal::open(const QString& file, const Currency& c
     if (m_file->open(file) && !prepare(*m_file, currency, firstZNumber))
         m_file->close();
     return m_file->fault();
+}
+
+std::optional<JournalFault> Journal::openToRead(const QString& file)
+{
+    if (m_file->openToRead(file) && !hasNewestSchema(*m_file))
+        m_file->close();
+    return m_file->fault();
+}
+
+bool Journal::recordForTrials()
+{
+    if (m_file->fault() || !m_file->run(QStringLiteral("PRAGMA synchronous=OFF")))
+        return false;
+    m_file->chain().keepHeadAtEnd();
+    return true;
+}
+
+std::optional<Currency> Journal::currency()
+{
+    return m_file->fault() ? std::nullopt : currencyOf(*m_file);
+}
+
+QString Journal::head()
+{
+    const auto last = m_file->fault() ? std::nullopt : m_file->chain().reader().lastSeal();
+    return last ? JournalHead{last->record, last->hash, {}, {}}.text() : QString();
+}
+
+bool Journal::forEachRecord(const std::function<bool(const QJsonObject&)>& use)
+{
+    const auto last = m_file->fault()
+                          ? std::nullopt
+                          : m_file->value(QStringLiteral("SELECT IFNULL(MAX(id), 0) FROM record"));
+    for (qint64 number = 1; last && number <= last->toLongLong(); ++number) {
+        QJsonObject record = m_file->chain().reader().content().json(number);
+        const auto seal = m_file->chain().reader().sealOf(number);
+        if (seal && number > m_file->chain().reader().base())
+            record.insert(QStringLiteral("seal"), QString::fromLatin1(seal->hash.toHex()));
+        if (record.isEmpty() || !use(record))
+            return false;
+    }
+    return last.has_value();
 }
 
 const std::optional<JournalFault>& Journal::fault() const { return m_file->fault(); }

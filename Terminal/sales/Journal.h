@@ -3,9 +3,11 @@
 #include "Records.h"
 
 #include <QDateTime>
+#include <QJsonObject>
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -58,6 +60,21 @@ public:
     /// version, from 2 on, is taken over in one transaction. A second call closes what was open.
     std::optional<JournalFault> open(const QString& file, const Currency& currency,
                                      qint64 firstZNumber);
+
+    /// Opens an existing journal of this version to look into it. Nothing is checked, not a byte of
+    /// its files changes, and nothing can be recorded.
+    std::optional<JournalFault> openToRead(const QString& file);
+
+    /// For made-up journals: what is recorded from now on may be lost in a power cut.
+    bool recordForTrials();
+
+    std::optional<Currency> currency();
+    QString head(); ///< "1234-9f86d081884c7d659a2feaa0c55ad015": the last seal
+
+    /// Calls `use` with each record in its order, until it returns false. A record has the columns
+    /// of its row, its "seal" in hexadecimal digits if it has one of its own, and a list for each
+    /// table that has more about it.
+    bool forEachRecord(const std::function<bool(const QJsonObject&)>& use);
 
     /// What stopped it; nothing while it works. Stopped until it is opened.
     const std::optional<JournalFault>& fault() const;

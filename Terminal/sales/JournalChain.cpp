@@ -164,7 +164,7 @@ JournalHead JournalChain::head() const { return {m_last->record, m_last->hash, {
 bool JournalChain::keepHead()
 {
     const JournalHead& kept = m_headFile.head();
-    if (!m_last || !m_headFile.isOpen() ||
+    if (!m_last || !m_headFile.isOpen() || m_isHeadKeptAtEnd ||
         (kept.record == m_last->record && kept.hash == m_last->hash && kept.fileMark.isEmpty()))
         return true;
     return m_headFile.keep(head(), *m_key) ||

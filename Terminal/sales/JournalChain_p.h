@@ -71,6 +71,8 @@ public:
     /// on; that one is trusted if its signature is right. Nothing if it is whole.
     std::optional<ChainBreak> firstBreak(qint64 from);
 
+    RecordContent& content() { return m_content; }
+
     // Hashes over what the journal has now; nothing if it cannot be read.
     std::optional<QByteArray> hashOfBase();
     std::optional<QByteArray> hashAfter(const Seal& before, qint64 record);
@@ -108,6 +110,11 @@ public:
     /// Whether nobody wrote to the journal since it was checked and closed.
     bool isUntouched() const { return !m_mark.isEmpty() && m_mark == m_headFile.head().fileMark; }
 
+    ChainReader& reader() { return *m_reader; }
+
+    /// From now on the head is kept when the journal is closed, not with each sale.
+    void keepHeadAtEnd() { m_isHeadKeptAtEnd = true; }
+
     /// Compares the journal with its seals: all, or only what followed the last closed shift.
     bool isWhole(bool onlyRunningShift);
 
@@ -141,6 +148,7 @@ private:
     std::optional<JournalKey> m_key;
     HeadFile m_headFile;
     std::optional<Seal> m_last; ///< nothing without a chain
+    bool m_isHeadKeptAtEnd = false;
 };
 
 } // namespace rivo::sales

@@ -111,14 +111,16 @@ void JournalFile::close()
     if (m_connection.isEmpty())
         return;
     const QString file = database().databaseName();
-    if (!m_fault || QFileInfo(logOf(file)).size() == 0)
+    if (!m_isToRead && (!m_fault || QFileInfo(logOf(file)).size() == 0))
         setCheckpointOnClose(true);
     if (m_chain)
         m_chain->release();
     database().close();
     QSqlDatabase::removeDatabase(m_connection);
     m_connection.clear();
-    if (m_chain && !QFileInfo::exists(logOf(file)))
+    if (m_isToRead && !m_hadLog && QFileInfo(logOf(file)).size() == 0)
+        QFile::remove(logOf(file)); // SQLite makes an empty one to read
+    if (m_chain && !m_isToRead && !QFileInfo::exists(logOf(file)))
         m_chain->keepClosed();
     m_chain.reset();
 }
@@ -133,6 +135,7 @@ bool JournalFile::fail(const JournalFault& fault)
 bool JournalFile::open(const QString& file)
 {
     close();
+    m_isToRead = false;
     const QString target = targetOf(file);
     m_fault = headerFault(target);
     if (!m_fault && !QFileInfo::exists(target) && JournalCompanions(target).areThere())
@@ -140,14 +143,37 @@ bool JournalFile::open(const QString& file)
     if (m_fault)
         return false;
     makePrivate(target);
-    const QByteArray mark = QFileInfo::exists(logOf(target)) ? QByteArray() : markOf(target);
-    if (connectTo(target)) {
-        m_chain = std::make_unique<JournalChain>(*this, target, mark);
-        m_seen = {{target}, {logOf(target)}};
-        return true;
-    }
+    const bool isClosed = QFileInfo(logOf(target)).size() == 0;
+    const QByteArray mark = isClosed ? markOf(target) : QByteArray();
+    return connectWithChain(target, mark);
+}
+
+bool JournalFile::openToRead(const QString& file)
+{
     close();
-    return false;
+    m_isToRead = true;
+    const QString target = targetOf(file);
+    m_hadLog = QFileInfo::exists(logOf(target));
+    if (!QFileInfo(target).isFile())
+        m_fault = {JournalFault::Kind::Unreachable, QStringLiteral("no such file")};
+    else if (QFileInfo(target).size() == 0)
+        m_fault = damaged(QStringLiteral("the file is empty"));
+    else
+        m_fault = headerFault(target);
+    return !m_fault && connectWithChain(target, {}) && setPragma("locking_mode", "exclusive") &&
+           run(QStringLiteral("PRAGMA query_only=ON")) &&
+           run(QStringLiteral("PRAGMA trusted_schema=OFF"));
+}
+
+bool JournalFile::connectWithChain(const QString& file, const QByteArray& mark)
+{
+    if (!connectTo(file)) {
+        close();
+        return false;
+    }
+    m_chain = std::make_unique<JournalChain>(*this, file, mark);
+    m_seen = {{file}, {logOf(file)}};
+    return true;
 }
 
 /// What a file that was seen is now; an inode of 0 if it is not there.
@@ -179,7 +205,7 @@ bool JournalFile::isInPlace()
 
 bool JournalFile::begin()
 {
-    return !m_fault && isInPlace() && run(QStringLiteral("BEGIN IMMEDIATE"));
+    return !m_fault && !m_isToRead && isInPlace() && run(QStringLiteral("BEGIN IMMEDIATE"));
 }
 
 bool JournalFile::commit()

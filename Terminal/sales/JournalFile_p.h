@@ -38,6 +38,9 @@ public:
     /// Connects to `file`, or to a new one. False with a fault for a file that is not a journal of
     /// this program, which stays as it is.
     bool open(const QString& file);
+
+    /// Connects to an existing file and leaves it, and what belongs to it, byte for byte.
+    bool openToRead(const QString& file);
     void close();
 
     const std::optional<JournalFault>& fault() const { return m_fault; }
@@ -83,6 +86,7 @@ private:
 
     QSqlDatabase database() const;
     bool connectTo(const QString& file);
+    bool connectWithChain(const QString& file, const QByteArray& mark);
     bool begin();
     bool commit();
     bool isInPlace();
@@ -91,6 +95,8 @@ private:
     bool isRead(const QSqlQuery& query);
 
     QString m_connection; ///< empty if not open
+    bool m_isToRead = false;
+    bool m_hadLog = false; ///< before it was opened to read
     std::unique_ptr<JournalChain> m_chain;
     std::vector<Seen> m_seen;
     std::optional<JournalFault> m_fault = JournalFault{JournalFault::Kind::Unreachable, {}};

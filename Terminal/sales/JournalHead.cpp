@@ -136,8 +136,8 @@ bool HeadFile::keep(const JournalHead& head, const JournalKey& key)
 {
     const qint64 turn = m_turn + 1;
     const QByteArray block = blockOf(turn, head, key);
-    if (pwrite(m_handle, block.constData(), blockSize, turn % blockCount * blockSize) !=
-            blockSize ||
+    const auto size = static_cast<size_t>(block.size());
+    if (pwrite(m_handle, block.constData(), size, turn % blockCount * blockSize) != block.size() ||
         fdatasync(m_handle) != 0 || !isStillNamed(m_file, m_handle))
         return false;
     m_turn = turn;

@@ -371,6 +371,24 @@ std::optional<int> validVersion(JournalFile& file, const Currency& currency)
     return isValid ? std::make_optional(number) : std::nullopt;
 }
 
+bool hasNewestSchema(JournalFile& file)
+{
+    const auto version = file.value(QStringLiteral("PRAGMA user_version"));
+    if (version && version->toInt() != schemaVersion)
+        return file.fail({JournalFault::Kind::OtherVersion, version->toString()});
+    return version && hasSchemaOf(file, schemaVersion);
+}
+
+bool passesAll(JournalFile& file) { return passes(file, checksOf(schemaVersion)); }
+
+std::optional<Currency> currencyOf(JournalFile& file)
+{
+    const auto code = file.value(QStringLiteral("SELECT currency FROM journal"));
+    const auto decimals = file.value(QStringLiteral("SELECT decimals FROM journal"));
+    return code && decimals ? std::make_optional(Currency(code->toString(), decimals->toInt()))
+                            : std::nullopt;
+}
+
 bool createJournal(JournalFile& file, const Currency& currency, qint64 firstZNumber)
 {
     if (!file.chain().admitsStart() || !file.chain().start())

@@ -44,6 +44,16 @@ std::optional<int> validVersion(JournalFile& file, const Currency& currency);
 
 int newestVersion();
 
+/// Whether `file` has the tables and indexes of the newest version and nothing else; a fault
+/// otherwise.
+bool hasNewestSchema(JournalFile& file);
+
+/// Whether the figures of a journal of the newest version agree; a fault otherwise.
+bool passesAll(JournalFile& file);
+
+/// The money that it is kept in.
+std::optional<Currency> currencyOf(JournalFile& file);
+
 /// Makes a journal of the newest version of one of an earlier valid version, in one transaction,
 /// and checks it.
 bool takeOver(JournalFile& file, int version);

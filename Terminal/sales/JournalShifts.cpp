@@ -1,6 +1,7 @@
 // The journal's shifts: floats, figures, closing and hand-over.
 
 #include "JournalFigures_p.h"
+#include "JournalHead_p.h"
 #include "JournalRecords_p.h"
 
 namespace rivo::sales
@@ -33,8 +34,9 @@ QVector<ShiftReport> Journal::readClosedShifts(const QString& condition)
         return {};
     QSqlQuery query = m_file->prepared(
         QStringLiteral("SELECT closing.shift, done.at, done.driver, paid.at, counted,"
-                       " hand_over.difference, day.total, day.difference, %1 FROM closing JOIN "
-                       "record AS done ON done.id = closing.record"
+                       " hand_over.difference, day.total, day.difference, seal.record, seal.hash,"
+                       " %1 FROM closing JOIN record AS done ON done.id = closing.record"
+                       " LEFT JOIN seal ON seal.record = closing.record"
                        " LEFT JOIN hand_over ON hand_over.shift = closing.shift"
                        " LEFT JOIN record AS paid ON paid.id = hand_over.record"
                        " LEFT JOIN card_day AS day ON day.record = (SELECT MAX(id) FROM record"
@@ -55,7 +57,13 @@ QVector<ShiftReport> Journal::readClosedShifts(const QString& condition)
         report.isCardDayEnded = !query.value(6).isNull();
         report.cardDayTotal = query.value(6).toLongLong();
         report.cardDayDifference = query.value(7).toLongLong();
-        readFigures(report, query, 8);
+        if (!query.value(8).isNull())
+            report.head = JournalHead{
+                query.value(8).toLongLong(),
+                query.value(9).toByteArray(),
+                {},
+                {}}.text();
+        readFigures(report, query, 10);
         if (report.due() == 0 && !report.paidAt.isValid())
             report.paidAt = report.closedAt;
         reports.append(report);
@@ -96,7 +104,7 @@ std::optional<ShiftReport> Journal::closeShift(const QDateTime& at)
         report = closedShift(*shift);
         return report.has_value();
     });
-    return isDone ? report : std::nullopt;
+    return isDone ? closedShift(report->zNumber) : std::nullopt; // with its seal
 }
 
 std::optional<ShiftReport> Journal::handOver(qint64 zNumber, const QDateTime& at,

@@ -63,6 +63,26 @@ QByteArray valueOf(sqlite3_stmt* row, int column)
     }
 }
 
+QJsonValue jsonOf(sqlite3_stmt* row, int column)
+{
+    switch (sqlite3_column_type(row, column)) {
+    case SQLITE_INTEGER:
+        return qint64(sqlite3_column_int64(row, column));
+    case SQLITE_FLOAT:
+        return sqlite3_column_double(row, column);
+    case SQLITE_TEXT: {
+        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(row, column));
+        return QString::fromUtf8(text, sqlite3_column_bytes(row, column));
+    }
+    case SQLITE_BLOB: {
+        const auto* bytes = static_cast<const char*>(sqlite3_column_blob(row, column));
+        return QString::fromLatin1(QByteArray(bytes, sqlite3_column_bytes(row, column)).toHex());
+    }
+    default:
+        return {};
+    }
+}
+
 } // namespace
 
 void RecordContent::Finalize::operator()(sqlite3_stmt* statement) const
@@ -95,31 +115,61 @@ bool RecordContent::addRows(const char* table, sqlite3_stmt* statement, QByteArr
     return result == SQLITE_DONE;
 }
 
-std::optional<QByteArray> RecordContent::of(qint64 record)
+bool RecordContent::forEachPart(qint64 record, const UsePart& use)
 {
-    QByteArray rows;
     sqlite3_stmt* own = prepared("SELECT * FROM record WHERE id = ?");
     sqlite3_stmt* kindOf = prepared("SELECT kind FROM record WHERE id = ?");
     if (own == nullptr || kindOf == nullptr)
-        return std::nullopt;
+        return false;
     sqlite3_bind_int64(own, 1, record);
     sqlite3_bind_int64(kindOf, 1, record);
     const int kind = sqlite3_step(kindOf) == SQLITE_ROW ? sqlite3_column_int(kindOf, 0) : 0;
     sqlite3_reset(kindOf);
-    if (!addRows("record", own, rows))
-        return std::nullopt;
+    if (!use("record", own))
+        return false;
     for (const Part& part : parts) {
         if (static_cast<int>(part.kind) != kind)
             continue;
         sqlite3_stmt* statement = prepared(QByteArray("SELECT * FROM ") + part.table + " WHERE " +
                                            part.key + " = ? ORDER BY " + part.order);
         if (statement == nullptr)
-            return std::nullopt;
+            return false;
         sqlite3_bind_int64(statement, 1, record);
-        if (!addRows(part.table, statement, rows))
-            return std::nullopt;
+        if (!use(part.table, statement))
+            return false;
     }
-    return rows;
+    return true;
+}
+
+std::optional<QByteArray> RecordContent::of(qint64 record)
+{
+    QByteArray rows;
+    const bool isRead = forEachPart(record, [&](const char* table, sqlite3_stmt* statement) {
+        return addRows(table, statement, rows);
+    });
+    return isRead ? std::make_optional(rows) : std::nullopt;
+}
+
+QJsonObject RecordContent::json(qint64 record)
+{
+    QJsonObject all;
+    forEachPart(record, [&](const char* table, sqlite3_stmt* statement) {
+        QJsonArray rows;
+        while (sqlite3_step(statement) == SQLITE_ROW) {
+            QJsonObject row;
+            for (int column = 0; column < sqlite3_column_count(statement); ++column)
+                row.insert(QString::fromUtf8(sqlite3_column_name(statement, column)),
+                           jsonOf(statement, column));
+            rows.append(row);
+        }
+        sqlite3_reset(statement);
+        if (qstrcmp(table, "record") == 0)
+            all = rows.first().toObject();
+        else if (!rows.isEmpty())
+            all.insert(QLatin1String(table), rows);
+        return true;
+    });
+    return all;
 }
 
 std::optional<QByteArray> RecordContent::ofTable(const char* table)

@@ -2,8 +2,11 @@
 
 #include <QByteArray>
 #include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QString>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -30,6 +33,10 @@ public:
     /// their keys. Nothing if they cannot be read.
     std::optional<QByteArray> of(qint64 record);
 
+    /// The same rows for people and programs: an object for table record, with a list of objects
+    /// for each other table. Bytes are in hexadecimal digits.
+    QJsonObject json(qint64 record);
+
     /// All rows of a table.
     std::optional<QByteArray> ofTable(const char* table);
 
@@ -40,6 +47,9 @@ private:
     };
     using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
+    using UsePart = std::function<bool(const char* table, sqlite3_stmt* statement)>;
+
+    bool forEachPart(qint64 record, const UsePart& use);
     sqlite3_stmt* prepared(const QByteArray& statement);
     bool addRows(const char* table, sqlite3_stmt* statement, QByteArray& rows);
 

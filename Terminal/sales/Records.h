@@ -165,6 +165,7 @@ struct ShiftReport
     bool isCardDayEnded = false; ///< the card terminal closed its day after this shift
     Minor cardDayTotal = 0;      ///< what it reported
     Minor cardDayDifference = 0; ///< of that to the payments of the journal
+    QString head; ///< of the journal when it was closed, see Journal::head(); empty without a seal
 
     /// What was taken in, less what was given back.
     Minor takings() const { return ticketSum - voidSum - refundSum + rounding; }

@@ -167,6 +167,8 @@ void writeReport(Writer& writer, const sales::ShiftReport& report)
     if (report.copyCount > 0)
         writer.add(Kind::Field, Paper::tr("Copies printed"), QString::number(report.copyCount));
     writeCardDay(writer, report);
+    writer.field(Paper::tr("Journal"), report.head.section(QLatin1Char('-'), 0, 0));
+    writer.text(Kind::Text, report.head.section(QLatin1Char('-'), 1));
     if (!report.paidAt.isValid())
         return;
     writer.rule();
