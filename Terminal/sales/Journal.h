@@ -180,6 +180,10 @@ public:
     /// Closed shifts, the oldest first.
     QVector<ShiftReport> closedShifts();
 
+    /// The newest `count` of them, and all whose cash is not handed over.
+    QVector<ShiftReport> recentShifts(int count);
+    qint64 firstZNumber(); ///< of all shifts; 0 when stopped
+
     /// One closed shift; nothing, and no fault, if there is none.
     std::optional<ShiftReport> closedShift(qint64 zNumber);
 

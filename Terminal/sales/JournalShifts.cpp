@@ -73,6 +73,23 @@ QVector<ShiftReport> Journal::readClosedShifts(const QString& condition)
 
 QVector<ShiftReport> Journal::closedShifts() { return readClosedShifts({}); }
 
+QVector<ShiftReport> Journal::recentShifts(int count)
+{
+    return readClosedShifts(
+        QStringLiteral("WHERE closing.shift > (SELECT MAX(shift) FROM closing) - %1"
+                       " OR (hand_over.shift IS NULL AND %2 <> 0)")
+            .arg(count)
+            .arg(QLatin1String(dueOfFigures)));
+}
+
+qint64 Journal::firstZNumber()
+{
+    const auto number = m_file->fault()
+                            ? std::nullopt
+                            : m_file->value(QStringLiteral("SELECT MIN(z_number) FROM shift"));
+    return number ? number->toLongLong() : 0;
+}
+
 std::optional<ShiftReport> Journal::closedShift(qint64 zNumber)
 {
     const QVector<ShiftReport> found =

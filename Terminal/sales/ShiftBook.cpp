@@ -10,6 +10,14 @@
 namespace rivo::sales
 {
 
+namespace
+{
+
+/// A year with a shift a day; a list of all would take a second after thirty years of three a day.
+constexpr int shiftsShown = 400;
+
+} // namespace
+
 ShiftBook::ShiftBook(ZReportModel& reports, Journal& journal, const Currency& currency)
     : m_reports(reports), m_journal(journal), m_currency(currency)
 {
@@ -21,9 +29,9 @@ void ShiftBook::show(double maxDebt)
     const auto running = m_journal.runningShift();
     if (!running)
         return;
-    QVector<ShiftReport> closed = m_journal.closedShifts();
+    QVector<ShiftReport> closed = m_journal.recentShifts(shiftsShown);
     std::reverse(closed.begin(), closed.end());
-    m_firstZ = closed.isEmpty() ? running->zNumber : closed.last().zNumber;
+    m_firstZ = m_journal.firstZNumber();
     for (const ShiftReport& report : qAsConst(closed)) {
         if (!report.paidAt.isValid())
             m_owed += report.due();

@@ -15,9 +15,9 @@ namespace rivo::sales
 
 class Journal;
 
-/// The shifts of the journal as rows of the Z report model, the running one first, and what the
-/// driver owes for them. Tickets and their sum are what was sold; the sum of the report and that of
-/// cards are less what was given back.
+/// The newest shifts of the journal, and all that are not paid, as rows of the Z report model, the
+/// running one first, and what the driver owes for them. Tickets and their sum are what was sold;
+/// the sum of the report and that of cards are less what was given back.
 class ShiftBook
 {
 public:

@@ -234,6 +234,12 @@ private slots:
                          "21: 1 tickets 95, 0 by card 0, 8-8"}));
         QCOMPARE(journal.closedShifts().at(0).closedAt, noon); // to the millisecond
         QCOMPARE(journal.closedShifts().at(0).paidAt, noon.addSecs(120));
+        // The newest one, and the one whose cash is missing.
+        QVector<qint64> recent;
+        for (const ShiftReport& report : journal.recentShifts(1))
+            recent.append(report.zNumber);
+        QCOMPARE(recent, (QVector<qint64>{18, 20}));
+        QCOMPARE(journal.firstZNumber(), 17);
     }
 
     void nothingElseIsHandedOver()
