@@ -16,6 +16,7 @@
 #include <Watchdog.h>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QLocale>
@@ -82,6 +83,13 @@ Terminal::Settings settingsOf(const Options& options)
     settings.startTime = options.startTime;
     settings.idleTime = options.lockAfter * 60000;
     return settings;
+}
+
+/// Makes a missing folder that other users cannot enter.
+void makePrivateFolder(const QString& folder)
+{
+    if (!QFileInfo::exists(folder) && QDir().mkpath(folder))
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 /// A journal keeps one currency, so the terminal's own has one file for each.
@@ -255,7 +263,7 @@ int main(int argc, char* argv[])
         std::make_shared<sound::SoundThread>([] { return std::make_unique<sound::Loudspeaker>(); });
     if (settings.journalFile.isEmpty())
         settings.journalFile = ownJournal(result.feed->currency);
-    QDir().mkpath(QFileInfo(settings.journalFile).absolutePath());
+    makePrivateFolder(QFileInfo(settings.journalFile).absolutePath());
     Terminal terminal(*result.feed, settings);
     Screen screen(terminal, options->page, options->size, options->glass);
     return show(application, screen, *options, Done, [&] { return terminal.mayRestart(); });

@@ -94,7 +94,7 @@ std::optional<ChainBreak> ChainReader::firstBreak(qint64 from)
     if (from == m_base && hashOfBase() != first->hash)
         return ChainBreak{from, QStringLiteral("what the journal began with was changed")};
     Seal last = *first;
-    if (const auto broken = breakOfHashes(last))
+    if (auto broken = breakOfHashes(last))
         return broken;
     // The signatures are in the hashes: with the last one all are those of the key.
     return isSigned(last) ? std::nullopt : breakOfSignatures(from, last.record);

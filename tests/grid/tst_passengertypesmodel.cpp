@@ -122,9 +122,9 @@ private slots:
             "numberOfRowsChanged(2) numberOfRowsChanged(-1) numberOfRowsChanged(-2147483648) "
             "numberOfRowsChanged(2147483647)");
         row("product dumps: off at first, announced without a value", "logFareProducts",
-            {false, true, true, false}, "logFareProductsChanged() logFareProductsChanged()");
+            {false, true, true, true, false}, "logFareProductsChanged() logFareProductsChanged()");
         row("extra diagnostics: off at first, announced without a value", "logExtraFareProducts",
-            {false, true, true, false},
+            {false, true, true, true, false},
             "logExtraFareProductsChanged() logExtraFareProductsChanged()");
     }
 

@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -14,6 +15,7 @@ class TestTerminalProgram : public QObject
 private slots:
     void picturesArePrinted_data();
     void picturesArePrinted();
+    void newFolderOfTheJournalIsForItsUserAlone();
     void wrongCommandLines_data();
     void wrongCommandLines();
     void helpAndVersion();
@@ -91,6 +93,19 @@ void TestTerminalProgram::picturesArePrinted()
     QCOMPARE(result.output, QString());
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(QImage(picture).size(), size);
+}
+
+void TestTerminalProgram::newFolderOfTheJournalIsForItsUserAlone()
+{
+    const QString folder = m_folder.filePath("made");
+    const Result result = run({"--feed", feed(), "--journal", folder + "/page.journal",
+                               "--screenshot", m_folder.filePath("page.png")});
+    QCOMPARE(result.error, QString());
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(QFileInfo(folder).permissions() &
+                 (QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
+                  QFile::WriteOther | QFile::ExeOther),
+             QFile::Permissions());
 }
 
 void TestTerminalProgram::wrongCommandLines_data()
