@@ -60,7 +60,7 @@ QString ticketsOf(const QJsonObject& record)
     QStringList numbers;
     const auto collect = [&](const char* table, const char* column) {
         const QJsonArray rows = record.value(QLatin1String(table)).toArray();
-        for (const QJsonValue row : rows)
+        for (const QJsonValue& row : rows)
             numbers.append(numberText(row.toObject().value(QLatin1String(column))));
     };
     collect("ticket", "number");

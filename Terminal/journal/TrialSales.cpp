@@ -7,15 +7,13 @@ namespace
 
 using namespace rivo::sales;
 
-const QDateTime firstDay(QDate(2026, 1, 1), QTime(5, 0), Qt::UTC);
-
 class Trial
 {
 public:
     Trial(Journal& journal, quint32 seed) : m_journal(journal), m_random(seed)
     {
         const QDateTime last = journal.lastRecordAt();
-        m_now = last.isValid() ? last : firstDay;
+        m_now = last.isValid() ? last : QDateTime(QDate(2026, 1, 1), QTime(5, 0), Qt::UTC);
     }
 
     bool open() { return m_journal.recordOpeningFloat(5000, later()); }
