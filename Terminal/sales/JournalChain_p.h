@@ -107,7 +107,7 @@ public:
     /// Whether head, key and journal belong together; a fault otherwise.
     bool admitsJournal();
 
-    /// Whether nobody wrote to the journal since it was checked and closed.
+    /// Whether the journal was not written to since it was checked and closed.
     bool isUntouched() const { return !m_mark.isEmpty() && m_mark == m_headFile.head().fileMark; }
 
     ChainReader& reader() { return *m_reader; }

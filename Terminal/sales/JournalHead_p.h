@@ -22,7 +22,7 @@ struct JournalHead
     QString text() const;
 };
 
-/// What changes whenever somebody writes to a file, and what tells it from a copy; empty if it
+/// What changes whenever a file is written to, and differs from that of its copy; empty if it
 /// cannot be read.
 QByteArray markOf(const QString& file);
 

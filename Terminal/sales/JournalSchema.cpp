@@ -334,7 +334,7 @@ bool createTables(JournalFile& file)
 namespace
 {
 
-/// All of it, or what followed the last closed shift if nobody wrote to it since it was checked.
+/// All of it, or what followed the last closed shift if it was not written to since the last check.
 bool isWhole(JournalFile& file, int version)
 {
     const bool isUntouched = file.chain().isUntouched();

@@ -112,7 +112,7 @@ private slots:
     void changeOfAClosedJournalIsNoticed_data()
     {
         const Table<Harm, QString> add("harm", "fault");
-        // With sums that agree: only the seals can tell.
+        // With sums that agree: only the seals differ.
         add("price, sum and money of a sale",
             edit({"UPDATE ticket SET price = 45 WHERE number = 4",
                   "UPDATE sale SET total = 45, given = 45 WHERE record = 14"}),
