@@ -30,10 +30,12 @@ void SalesDesk::followCards()
     connect(m_card, &CardDesk::journalFailed, this, [this] { refuseByJournal(); });
 }
 
+/// Paid tickets that are not out come first: a payment that is open beside them is one without
+/// tickets, which is given back without the driver.
 void SalesDesk::restoreCards()
 {
     const auto open = m_journal.openPayment();
-    if (open && !open->verdict)
+    if (open && !open->verdict && m_state == Selling)
         setState(AwaitingCard);
     m_card->restore();
 }

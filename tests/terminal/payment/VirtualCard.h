@@ -52,15 +52,15 @@ public:
         return QJsonDocument::fromJson(line()).array();
     }
 
-    /// How to reach it, with times for tests.
-    rivo::payment::ZvtSettings settings() const
+    /// How to reach it; after `silence` milliseconds it is given up.
+    rivo::payment::ZvtSettings settings(int silence) const
     {
         rivo::payment::ZvtSettings made;
         made.host = QStringLiteral("127.0.0.1");
         made.port = m_port;
         made.connectTime = 2000;
-        made.acknowledgeTime = 80;
-        made.answerTime = 80;
+        made.acknowledgeTime = silence;
+        made.answerTime = silence;
         made.retryTime = 5;
         return made;
     }

@@ -101,6 +101,40 @@ private slots:
         QVERIFY(counter->journal.unbookedCharges().isEmpty());
     }
 
+    void ticketsInDoubtComeBeforeMoneyThatGoesBack_data()
+    {
+        QTest::addColumn<bool>("isOutFirst");
+        QTest::newRow("the tickets are out first") << true;
+        QTest::newRow("the money is back first") << false;
+    }
+    void ticketsInDoubtComeBeforeMoneyThatGoesBack()
+    {
+        QFETCH(bool, isOutFirst);
+        auto counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QVERIFY(play(*counter, "adult card"));
+        m_cards->lose(true);
+        QVERIFY(counter->desk.card()->release());
+        QTRY_COMPARE(m_cards->asked.last(), QString("last"));
+        m_cards->answerLast();
+        QTRY_COMPARE(m_cards->asked.last(), QString("reverse 1"));
+        QVERIFY(play(*counter, "child cash")); // while the money of the other goes back
+        counter.reset();
+        m_cards->lose(true);
+        counter = std::make_unique<CardCounter>(file(), *m_cards);
+        QCOMPARE(counter->desk.state(), SalesDesk::Interrupted);
+        QCOMPARE(counter->desk.ticketsInDoubt(), 2);
+        if (isOutFirst)
+            QVERIFY(play(*counter, "print end"));
+        QTRY_COMPARE(m_cards->asked.count("last"), 2);
+        m_cards->answerLast();
+        if (!isOutFirst)
+            QVERIFY(play(*counter, "print end"));
+        QCOMPARE(outcomes(), QString("1:3 1:1 2:1"));
+        QVERIFY(counter->journal.unprintedTickets().isEmpty());
+        QVERIFY(play(*counter, "clear senior cash end"));
+        QCOMPARE(sold(), 2);
+    }
+
     void whatCannotBeGivenBackIsTriedAgainWithTheNextShift()
     {
         CardCounter counter(file(), *m_cards);

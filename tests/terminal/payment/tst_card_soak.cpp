@@ -63,9 +63,7 @@ private slots:
         const QTemporaryDir folder;
         VirtualCard card({"--books", folder.filePath("books"), "--seed", QString::number(seed),
                           "--faults", "0.3", "--delay", "20", "--outage", "5", "--stuck", "5"});
-        payment::ZvtSettings settings = card.settings();
-        settings.acknowledgeTime = 60;
-        settings.answerTime = 60;
+        const payment::ZvtSettings settings = card.settings(60);
         const QString file = folder.filePath("journal.db");
         auto till = std::make_unique<Till>(file, settings);
 
