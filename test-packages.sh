@@ -47,6 +47,8 @@ for page in sell products zreport fleet devices settings; do
         --time 10:05 --size 1280x800 --screenshot "$page.png" 2>> terminal.txt
 done
 ls "$HOME/.local/share/rivo-terminal/" > journal.txt
+rivo-journal simulate trial.journal --sales 50 --per-shift 20
+rivo-journal verify trial.journal > verified.txt
 
 # The devices that are programs.
 timeout 30 virtual-printer --tcp 0 --paper . < /dev/null > printer.txt || true
@@ -85,7 +87,7 @@ look_unpacked() {
     fetch_armhf "$work/system.tar" "$names" "$repository"
     unpack_tree "$work/system.tar" "$system"
     mkdir -p "$work/bin" "$work/home" "$work/look"
-    for name in rivo-grid rivo-models rivo-terminal virtual-printer; do
+    for name in rivo-grid rivo-journal rivo-models rivo-terminal virtual-printer; do
         printf '#!/bin/sh\nexec qemu-arm -L "%s" -E LD_BIND_NOW=1 "%s" "$@"\n' \
             "$system" "$system/usr/bin/$name" > "$work/bin/$name"
         chmod 755 "$work/bin/$name"
@@ -132,6 +134,32 @@ dpkg-deb --control "$packages"/libguicore1_*.deb "$work/control"
 say "libguicore1: a symbols file of $(grep -c '^ ' "$work/control/symbols") symbols" \
     grep -q '^libGuiCore.so.1 libguicore1 ' "$work/control/symbols"
 
+# bill_of NAME: the package's list of what it is made of names all that the package needs.
+bill_of() {
+    local files="$work/bill/$1"
+    mkdir -p "$work/bill"
+    dpkg-deb --extract "$packages/$1"_*.deb "$files"
+    python3 - "$files/usr/share/doc/$1/sbom.spdx.json" "build/package-$preset/packaging/$1/depends" << 'BILL'
+import json
+import sys
+
+with open(sys.argv[1], encoding="utf-8") as file:
+    bill = json.load(file)
+with open(sys.argv[2], encoding="utf-8") as file:
+    needed = set(file.read().split())
+known = {each["SPDXID"]: each for each in bill["packages"]}
+depended = {known[each["relatedSpdxElement"]]["name"] for each in bill["relationships"]
+            if each["relationshipType"] == "DEPENDS_ON"}
+without_version = [each["name"] for each in bill["packages"] if not each.get("versionInfo")]
+if depended != needed or without_version:
+    sys.exit(f"{sys.argv[1]}: {sorted(depended ^ needed)}, without a version: {without_version}")
+BILL
+}
+for package in "$packages"/*.deb; do
+    name="$(dpkg-deb -f "$package" Package)"
+    say "$name: a list of what it needs, with versions" bill_of "$name"
+done
+
 # The machine that each program and library is for.
 find "$work/files" -type f -print0 | xargs -0 file --brief --no-pad | grep '^ELF' |
     sed -E 's/^(ELF [^,]*, [^,]*),.*/\1/' | sort | uniq -c > "$seen/machines.txt"
@@ -152,6 +180,7 @@ say "virtual-printer: $(paste -sd ' ' "$seen/printer.txt")" grep -q '^port [1-9]
 say "virtual-card-terminal: $(paste -sd ' ' "$seen/cards.txt")" grep -q '^port [1-9]' "$seen/cards.txt"
 say "pictures of the six pages, the smallest of $(stat -c %s "$seen"/*.png | sort -n | head -1) bytes: $seen/*.png" \
     test "$(find "$seen" -name '*.png' -size +20k | wc -l)" -eq 6
+say "rivo-journal: $(head -1 "$seen/verified.txt")" test -s "$seen/verified.txt"
 say "the journal $(cat "$seen/journal.txt")" grep -q '^sales-GBP.journal' "$seen/journal.txt"
 [ "$failures" -eq 0 ] || cat "$seen/terminal.txt" "$seen/purged.txt" 2> /dev/null || true
 [ "$failures" -eq 0 ]

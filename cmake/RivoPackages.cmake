@@ -59,6 +59,9 @@ function(rivo_debian_package component package)
         OUTPUT_FILE "${generated}/changelog.gz" COMMAND_ERROR_IS_FATAL ANY)
     install(FILES "${generated}/changelog.gz" "${CMAKE_SOURCE_DIR}/packaging/debian/copyright"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" COMPONENT ${component})
+    # packaging/make-packages.sh makes it, with the versions of what the package needs.
+    install(FILES "${generated}/sbom.spdx.json" OPTIONAL
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" COMPONENT ${component})
     if(arg_SUPPRESS)
         list(TRANSFORM arg_SUPPRESS PREPEND "${package}: ")
         list(JOIN arg_SUPPRESS "\n" overrides)

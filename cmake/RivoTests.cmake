@@ -23,6 +23,12 @@ function(rivo_program variable target)
         set(program "${script}")
     endif()
     set(${variable} "${program}" PARENT_SCOPE)
+    # A build of the folder alone needs the program, too.
+    get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
+    if(NOT TARGET ${target}_for_${folder})
+        add_custom_target(${target}_for_${folder} ALL)
+        add_dependencies(${target}_for_${folder} ${target})
+    endif()
 endfunction()
 
 # Tests that take long or wait start first; the short ones fill what is left of the processors.

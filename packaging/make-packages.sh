@@ -29,6 +29,12 @@ dpkg-gensymbols -a"$architecture" "-v$version" "-plibguicore${version%%.*}" \
 # The date of the last commit, so that the same sources give the same packages.
 SOURCE_DATE_EPOCH="$(git log -1 --format=%ct 2> /dev/null || stat -c %Y CHANGELOG.md)"
 export SOURCE_DATE_EPOCH
+
+for folder in "$build"/packaging/*/; do
+    [ -f "$folder/depends" ] || continue
+    name="$(basename "$folder")"
+    packaging/sbom.py "$name" "$version" "$build" > "$folder/sbom.spdx.json"
+done
 rm -rf "$build/packages" "$build/_CPack_Packages"
 (cd "$build" && umask 022 && quietly "Packing" cpack)
 
