@@ -70,7 +70,7 @@ std::optional<Currency> Journal::currency()
 QString Journal::head()
 {
     const auto last = m_file->fault() ? std::nullopt : m_file->chain().reader().lastSeal();
-    return last ? JournalHead{last->record, last->hash, {}, {}}.text() : QString();
+    return last ? headText(last->record, last->hash) : QString();
 }
 
 bool Journal::forEachRecord(const std::function<bool(const QJsonObject&)>& use)
@@ -87,6 +87,11 @@ bool Journal::forEachRecord(const std::function<bool(const QJsonObject&)>& use)
             return false;
     }
     return last.has_value();
+}
+
+bool Journal::isCheckedWhole() const
+{
+    return !m_file->fault() && m_file->chain().isCheckedWhole();
 }
 
 const std::optional<JournalFault>& Journal::fault() const { return m_file->fault(); }

@@ -55,11 +55,17 @@ public:
     Journal& operator=(const Journal&) = delete;
 
     /// Opens `file` and returns what is wrong; nothing if it can be used. One that is missing or
-    /// empty is made, with its first shift numbered `firstZNumber`. An existing one is checked from
-    /// end to end: pages, indexes, sums of sales and all figures of shifts. One of an earlier
-    /// version, from 2 on, is taken over in one transaction. A second call closes what was open.
+    /// empty is made, with its first shift numbered `firstZNumber`. An existing one is checked: its
+    /// seals, pages, indexes, sums of sales and all figures of shifts, see isCheckedWhole(). One of
+    /// an earlier version, from 2 on, is taken over in one transaction. A second call closes what
+    /// was open.
     std::optional<JournalFault> open(const QString& file, const Currency& currency,
                                      qint64 firstZNumber);
+
+    /// Whether open() checked all records. It leaves those of closed shifts out if a journal that
+    /// was checked is as it was left, by closing it or by a power cut: file and log are what the
+    /// signed head says, and no more than the unfinished basket followed.
+    bool isCheckedWhole() const;
 
     /// Opens an existing journal of this version to look into it. Nothing is checked, not a byte of
     /// its files changes, and nothing can be recorded.

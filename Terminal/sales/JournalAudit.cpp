@@ -66,7 +66,7 @@ public:
             return notRead();
         m_audit.records = records->toLongLong();
         m_audit.unsealed = reader().base();
-        m_audit.head = JournalHead{last->record, last->hash, {}, {}}.text();
+        m_audit.head = headText(last->record, last->hash);
         return true;
     }
 

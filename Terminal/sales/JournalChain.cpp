@@ -8,6 +8,9 @@
 
 #include <cerrno>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace rivo::sales
 {
 
@@ -20,13 +23,24 @@ bool isThere(const QString& file)
     return info.exists() || info.isSymLink();
 }
 
+/// Puts size and times of a file on the disk, which SQLite leaves to the system: without them the
+/// file would have another mark after a power cut.
+bool keepTimes(const QString& file)
+{
+    const int handle = ::open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC);
+    const bool isKept = handle >= 0 && fsync(handle) == 0;
+    if (handle >= 0)
+        ::close(handle);
+    return isKept;
+}
+
 } // namespace
 
 bool JournalCompanions::areThere() const { return isThere(head) || isThere(key); }
 
 JournalChain::JournalChain(JournalFile& file, const QString& journal, const QByteArray& mark)
     : m_file(file), m_journal(journal), m_mark(mark), m_companions(journal),
-      m_reader(std::in_place, file)
+      m_reader(std::in_place, file), m_log(logOf(journal))
 {
 }
 
@@ -110,8 +124,19 @@ bool JournalChain::hasHeadOf(const Seal& last)
     return seal->hash == kept.hash || replaced("the journal is not the one of its head");
 }
 
+bool JournalChain::isUntouched()
+{
+    const JournalHead& kept = m_headFile.head();
+    if (kept.fileMark.isEmpty() || kept.fileMark != m_mark)
+        return false;
+    const auto page =
+        m_file.value(QStringLiteral("SELECT rootpage FROM sqlite_master WHERE name = 'basket'"));
+    return page && m_log.isAsKept(kept.logState, page->toUInt());
+}
+
 bool JournalChain::isWhole(bool onlyRunningShift)
 {
+    m_isCheckedWhole = !onlyRunningShift;
     qint64 from = m_reader->base();
     if (onlyRunningShift) {
         const auto closed =
@@ -159,15 +184,31 @@ bool JournalChain::addSeal(qint64 record, const std::optional<QByteArray>& hash)
     return m_file.insert("seal", {seal.record, seal.hash, seal.signature}).has_value();
 }
 
-JournalHead JournalChain::head() const { return {m_last->record, m_last->hash, {}, {}}; }
+JournalHead JournalChain::head() const { return {m_last->record, m_last->hash, {}, {}, {}}; }
+
+/// What followed is of the unfinished basket alone.
+bool JournalChain::isHeadKept(const QByteArray& mark, const QByteArray& logHeader) const
+{
+    const JournalHead& kept = m_headFile.head();
+    return kept.record == m_last->record && kept.hash == m_last->hash && kept.fileMark == mark &&
+           m_log.header() == logHeader;
+}
 
 bool JournalChain::keepHead()
 {
-    const JournalHead& kept = m_headFile.head();
-    if (!m_last || !m_headFile.isOpen() || m_isHeadKeptAtEnd ||
-        (kept.record == m_last->record && kept.hash == m_last->hash && kept.fileMark.isEmpty()))
+    if (!m_last || !m_headFile.isOpen() || m_isHeadKeptAtEnd)
         return true;
-    return m_headFile.keep(head(), *m_key) ||
+    JournalHead newest = head();
+    newest.fileMark = markOf(m_journal);
+    const QByteArray logHeader = m_log.header();
+    if (!m_log.follow())
+        return m_file.fail({JournalFault::Kind::Unreachable, QStringLiteral("the log")});
+    if (isHeadKept(newest.fileMark, logHeader))
+        return true;
+    if (newest.fileMark != m_headFile.head().fileMark && !keepTimes(m_journal))
+        return cannotWrite(m_journal);
+    newest.logState = m_log.state();
+    return m_headFile.keep(newest, *m_key) ||
            replaced("the head cannot be written, or is not at its place");
 }
 
@@ -177,7 +218,8 @@ void JournalChain::keepClosed()
         return;
     JournalHead closed = head();
     closed.fileMark = markOf(m_journal);
-    m_headFile.keep(closed, *m_key);
+    if (keepTimes(m_journal))
+        m_headFile.keep(closed, *m_key);
 }
 
 } // namespace rivo::sales

@@ -3,6 +3,7 @@
 #include "Journal.h"
 #include "JournalHead_p.h"
 #include "JournalKey_p.h"
+#include "JournalLog_p.h"
 #include "RecordContent_p.h"
 
 #include <QStringList>
@@ -94,7 +95,7 @@ class JournalChain
 {
 public:
     /// For `journal`, the file that `file` is connected to.
-    /// `mark`: what markOf() said before it was opened; empty if it was not closed.
+    /// `mark`: what markOf() said before it was opened.
     JournalChain(JournalFile& file, const QString& journal, const QByteArray& mark);
 
     /// Whether a journal without seals may be started or taken over here; a fault otherwise. A head
@@ -107,8 +108,9 @@ public:
     /// Whether head, key and journal belong together; a fault otherwise.
     bool admitsJournal();
 
-    /// Whether the journal was not written to since it was checked and closed.
-    bool isUntouched() const { return !m_mark.isEmpty() && m_mark == m_headFile.head().fileMark; }
+    /// Whether nothing but the unfinished basket was written since the head was kept: to a journal
+    /// that was checked, with or without a power cut.
+    bool isUntouched();
 
     ChainReader& reader() { return *m_reader; }
 
@@ -117,6 +119,7 @@ public:
 
     /// Compares the journal with its seals: all, or only what followed the last closed shift.
     bool isWhole(bool onlyRunningShift);
+    bool isCheckedWhole() const { return m_isCheckedWhole; }
 
     /// Adds the first seal, over all that the journal has, in the transaction that runs.
     bool sealBase();
@@ -138,6 +141,7 @@ private:
     bool cannotWrite(const QString& file);
     bool hasHeadOf(const Seal& last);
     bool addSeal(qint64 record, const std::optional<QByteArray>& hash);
+    bool isHeadKept(const QByteArray& mark, const QByteArray& logHeader) const;
     JournalHead head() const;
 
     JournalFile& m_file;
@@ -147,8 +151,10 @@ private:
     std::optional<ChainReader> m_reader; ///< nothing when it is closed
     std::optional<JournalKey> m_key;
     HeadFile m_headFile;
+    JournalLog m_log;
     std::optional<Seal> m_last; ///< nothing without a chain
     bool m_isHeadKeptAtEnd = false;
+    bool m_isCheckedWhole = true; ///< a new one is
 };
 
 } // namespace rivo::sales

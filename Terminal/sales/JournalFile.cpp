@@ -1,6 +1,7 @@
 #include "JournalFile_p.h"
 
 #include "JournalChain_p.h"
+#include "JournalLog_p.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -47,9 +48,6 @@ JournalFault faultOf(const QSqlError& error)
         return {JournalFault::Kind::Unreachable, error.text()};
     }
 }
-
-/// The write-ahead log beside a database.
-QString logOf(const QString& file) { return file + QLatin1String("-wal"); }
 
 /// The file that SQLite opens for `file`, and keeps its log beside: it follows links.
 QString targetOf(const QString& file)
@@ -143,9 +141,7 @@ bool JournalFile::open(const QString& file)
     if (m_fault)
         return false;
     makePrivate(target);
-    const bool isClosed = QFileInfo(logOf(target)).size() == 0;
-    const QByteArray mark = isClosed ? markOf(target) : QByteArray();
-    return connectWithChain(target, mark);
+    return connectWithChain(target, markOf(target));
 }
 
 bool JournalFile::openToRead(const QString& file)

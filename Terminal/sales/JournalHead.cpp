@@ -23,12 +23,21 @@ constexpr int blockCount = 2;
 constexpr int lineCount = 7;
 constexpr int shownDigits = 32;
 
+/// Separates the mark of the journal from the state of its log.
+constexpr char withLog = '+';
+
+QByteArray markText(const JournalHead& head)
+{
+    if (head.fileMark.isEmpty())
+        return "-";
+    return head.logState.isEmpty() ? head.fileMark : head.fileMark + withLog + head.logState;
+}
+
 QByteArray blockOf(qint64 turn, const JournalHead& head, const JournalKey& key)
 {
     const QByteArray lines = "RivoHead 1\n" + QByteArray::number(turn) + '\n' +
                              QByteArray::number(head.record) + '\n' + head.hash.toHex() + '\n' +
-                             (head.fileMark.isEmpty() ? QByteArray("-") : head.fileMark) + '\n' +
-                             key.publicKey().toHex() + '\n';
+                             markText(head) + '\n' + key.publicKey().toHex() + '\n';
     const QByteArray block = lines + key.sign(lines).toHex();
     return block + QByteArray(blockSize - block.size(), '\n');
 }
@@ -44,7 +53,9 @@ std::optional<std::pair<qint64, JournalHead>> parsed(const QByteArray& block)
     JournalHead head;
     head.record = lines.at(2).toLongLong();
     head.hash = QByteArray::fromHex(lines.at(3));
-    head.fileMark = lines.at(4) == "-" ? QByteArray() : lines.at(4);
+    const QList<QByteArray> marks = lines.at(4).split(withLog);
+    head.fileMark = marks.at(0) == "-" ? QByteArray() : marks.at(0);
+    head.logState = marks.value(1);
     head.publicKey = QByteArray::fromHex(lines.at(5));
     return isSignedBy(head.publicKey, block.left(length), signature)
                ? std::make_optional(std::make_pair(lines.at(1).toLongLong(), head))
@@ -65,7 +76,7 @@ std::optional<std::pair<qint64, JournalHead>> newest(const QByteArray& content)
 
 } // namespace
 
-QString JournalHead::text() const
+QString headText(qint64 record, const QByteArray& hash)
 {
     return QStringLiteral("%1-%2").arg(record).arg(
         QString::fromLatin1(hash.toHex().left(shownDigits)));

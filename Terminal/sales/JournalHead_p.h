@@ -15,12 +15,13 @@ struct JournalHead
 {
     qint64 record = 0;    ///< the last one; 0 in a new journal
     QByteArray hash;      ///< of its seal; empty before the journal is made
-    QByteArray fileMark;  ///< of the closed and checked journal, see markOf(); else empty
+    QByteArray fileMark;  ///< of the checked journal, see markOf(); empty before it is checked
+    QByteArray logState;  ///< of its log, see JournalLog::state(); empty without one
     QByteArray publicKey; ///< that signs
-
-    /// "1234-9f86d081884c7d659a2feaa0c55ad015": what is printed, the first half of the hash.
-    QString text() const;
 };
+
+/// "1234-9f86d081884c7d659a2feaa0c55ad015": what is printed of a head, the first half of the hash.
+QString headText(qint64 record, const QByteArray& hash);
 
 /// What changes whenever a file is written to, and differs from that of its copy; empty if it
 /// cannot be read.
@@ -32,8 +33,8 @@ QByteArray markOf(const QString& file);
 ///
 ///     RivoHead 1 / turn / record / hash / mark or "-" / public key / signature
 ///
-/// in lines of their own, numbers in decimal and bytes in hexadecimal digits, padded with line
-/// feeds.
+/// with the state of the log after the mark, separated by "+", in lines of their own, numbers in
+/// decimal and bytes in hexadecimal digits, padded with line feeds.
 class HeadFile
 {
 public:

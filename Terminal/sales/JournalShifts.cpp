@@ -58,11 +58,7 @@ QVector<ShiftReport> Journal::readClosedShifts(const QString& condition)
         report.cardDayTotal = query.value(6).toLongLong();
         report.cardDayDifference = query.value(7).toLongLong();
         if (!query.value(8).isNull())
-            report.head = JournalHead{
-                query.value(8).toLongLong(),
-                query.value(9).toByteArray(),
-                {},
-                {}}.text();
+            report.head = headText(query.value(8).toLongLong(), query.value(9).toByteArray());
         readFigures(report, query, 10);
         if (report.due() == 0 && !report.paidAt.isValid())
             report.paidAt = report.closedAt;
