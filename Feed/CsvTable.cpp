@@ -3,11 +3,15 @@
 #include "FeedFile_p.h"
 #include "LineReader_p.h"
 
-#include <csv.h>
+#include <QFile>
+#include <QList>
 
 #include <algorithm>
 #include <new>
 #include <string>
+
+#include <csv.h>
+#include <unistd.h>
 
 namespace rivo::feed
 {
@@ -42,6 +46,20 @@ private:
 
     csv_parser m_parser = {};
 };
+
+constexpr int recordsPerLook = 4096; ///< at the memory, which takes some microseconds
+
+/// Bytes of this program that no file backs; 0 if the system does not say it.
+qint64 ownMemory()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    const QList<QByteArray> pages =
+        file.open(QIODevice::ReadOnly) ? file.readAll().split(' ') : QList<QByteArray>();
+    constexpr int resident = 1;
+    constexpr int shared = 2;
+    return (pages.value(resident).toLongLong() - pages.value(shared).toLongLong()) *
+           sysconf(_SC_PAGESIZE);
+}
 
 bool isBlank(char byte) { return byte == ' ' || byte == '\t'; }
 
@@ -286,6 +304,11 @@ private:
         if (++m_records > m_reading.mostRecords)
             return stop(QStringLiteral("a further record"),
                         QStringLiteral("at most %1 records").arg(m_reading.mostRecords));
+        if (m_reading.limits.memory > 0 && m_records % recordsPerLook == 0 &&
+            ownMemory() > m_reading.limits.memory)
+            return stop(QStringLiteral("a further record"),
+                        QStringLiteral("a feed that fits into %1 MB of memory")
+                            .arg(m_reading.limits.memory / 1'000'000));
         if (m_fields > m_positions.size())
             return problem(m_recordLine, 0, {}, QStringLiteral("%1 fields").arg(m_fields),
                            QStringLiteral("at most %1, as in the header").arg(m_positions.size()));

@@ -24,6 +24,7 @@ struct FeedLimits
     qint64 textBytes = 64LL * 1024 * 1024; ///< texts that are kept of a GTFS feed
     int entries = 100'000;                 ///< products, and entries of every other list of a feed
     int textLength = 1'000;                ///< Unicode characters of one text, or of a key
+    qint64 memory = 0; ///< bytes of the whole program while a GTFS feed is read; 0 = any number
 };
 
 /// How a feed is read.

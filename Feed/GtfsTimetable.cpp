@@ -230,6 +230,10 @@ private:
             QLatin1String(stopTimesFile), table,
             [&](const StopTimeRow& row, TableReport&) { takeStopTime(row, table); });
         putInOrder(m_times, &StopTime::trip);
+        m_network.stopTimes.reserve(static_cast<int>(
+            std::count_if(m_times.begin(), m_times.end(), [&](const StopTime& time) {
+                return m_trips.at(m_groups.at(time.trip)).kept >= 0;
+            })));
         for (auto first = m_times.begin(); first != m_times.end();) {
             const auto end = std::find_if(first, m_times.end(), [&](const StopTime& time) {
                 return time.trip != first->trip;

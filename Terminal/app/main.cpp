@@ -9,6 +9,7 @@
 #include <FeedLoader.h>
 #include <LibraryDiagnostics.h>
 #include <Loudspeaker.h>
+#include <MemoryCeiling.h>
 #include <ProgramStart.h>
 #include <SoundThread.h>
 #include <StandardOutput.h>
@@ -38,6 +39,15 @@ using namespace rivo;
 using terminal::Options;
 using terminal::Screen;
 using terminal::Terminal;
+
+/// A feed may take half of the memory; the timetable and the screen need the other one. One that is
+/// larger is refused with the file's name, before the system ends the program.
+feed::FeedOptions readingOf(const Options& options)
+{
+    feed::FeedOptions reading = options.reading;
+    reading.limits.memory = health::memoryCeiling() / 2;
+    return reading;
+}
 
 enum ExitCode { Done = 0, Failed = 1, BadInput = 2 };
 
@@ -214,7 +224,7 @@ int main(int argc, char* argv[])
                    : Failed;
 
     QVector<double> marks{terminal::benchmark::processAge()};
-    const feed::FeedResult result = feed::loadFeed(options->feed, options->reading);
+    const feed::FeedResult result = feed::loadFeed(options->feed, readingOf(*options));
     marks.append(terminal::benchmark::processAge());
     complain(result.noticeLines());
     complain(result.problemLines());

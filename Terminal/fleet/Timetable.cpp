@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <set>
+#include <utility>
 
 namespace rivo::fleet
 {
@@ -142,14 +144,103 @@ std::shared_ptr<const Path> pathThrough(const QVector<Call>& calls)
     return std::make_shared<Path>(points);
 }
 
-void measure(QVector<Call>& calls, const Path& path)
+QVector<double> metresOf(const QVector<Call>& calls, const Path& path)
 {
+    QVector<double> all;
     double metres = 0.0;
-    for (Call& call : calls) {
+    for (const Call& call : calls) {
         if (call.coordinate.isValid())
             metres = path.nearest(call.coordinate, metres);
-        call.metres = metres;
+        all.append(metres);
     }
+    return all;
+}
+
+/// The paths of trips. Those of the same stops share what is computed of them.
+class Paths
+{
+public:
+    explicit Paths(const Network& network)
+    {
+        for (const feed::NetworkShape& shape : network.shapes) {
+            QVector<QGeoCoordinate> points;
+            for (const feed::NetworkShapePoint& point : shape.points)
+                points.append(coordinateOf(point.latitude, point.longitude));
+            m_shapes.insert(shape.id, std::make_shared<Path>(points));
+        }
+    }
+
+    /// Gives `trip` its path, that of the shape or straight from stop to stop, and its calls their
+    /// places on it.
+    void lay(Trip& trip, const QString& shape)
+    {
+        const QVector<int> stops = stopsOf(trip.calls);
+        trip.path = m_shapes.value(shape);
+        if (!trip.path || trip.path->length() <= 0.0) {
+            std::shared_ptr<const Path>& straight = m_straight[stops];
+            if (!straight)
+                straight = pathThrough(trip.calls);
+            trip.path = straight;
+        }
+        QVector<double>& metres = m_metres[{trip.path.get(), stops}];
+        if (metres.isEmpty())
+            metres = metresOf(trip.calls, *trip.path);
+        for (int i = 0; i < trip.calls.size(); ++i)
+            trip.calls[i].metres = metres.at(i);
+    }
+
+private:
+    QMap<QString, std::shared_ptr<const Path>> m_shapes;
+    std::map<QVector<int>, std::shared_ptr<const Path>> m_straight;
+    std::map<std::pair<const Path*, QVector<int>>, QVector<double>> m_metres;
+};
+
+/// Stops as calls without times. All calls of a stop share its name and place.
+QMap<QString, Call> callsOfStops(const Network& network)
+{
+    const QMap<QString, int> numbers = numbersOf(network.stops);
+    QMap<QString, Call> calls;
+    for (const feed::NetworkStop& stop : network.stops)
+        calls.insert(stop.id, {numbers.value(stop.id), stop.name,
+                               coordinateOf(stop.latitude, stop.longitude), stop.areas, 0.0, 0, 0});
+    return calls;
+}
+
+/// The calls of the trips in `running`.
+QMap<QString, QVector<Call>> callsOfTrips(const Network& network, const std::set<QString>& running)
+{
+    const QMap<QString, Call> stops = callsOfStops(network);
+    QMap<QString, QVector<Call>> calls;
+    const auto end = network.stopTimes.cend();
+    for (auto first = network.stopTimes.cbegin(); first != end;) {
+        const auto next = std::find_if(first, end, [first](const feed::NetworkStopTime& time) {
+            return time.tripId != first->tripId;
+        });
+        if (running.count(first->tripId) > 0) {
+            QVector<Call>& ofTrip = calls[first->tripId];
+            ofTrip.reserve(static_cast<int>(next - first));
+            for (auto time = first; time != next; ++time) {
+                const auto stop = stops.constFind(time->stopId);
+                if (stop == stops.cend())
+                    continue;
+                ofTrip.append(*stop);
+                ofTrip.last().arrival = time->arrival;
+                ofTrip.last().departure = time->departure;
+            }
+        }
+        first = next;
+    }
+    return calls;
+}
+
+std::set<QString> tripsOf(const Network& network, const std::set<QString>& services)
+{
+    std::set<QString> running;
+    for (const feed::NetworkTrip& trip : network.trips) {
+        if (services.count(trip.serviceId) > 0)
+            running.insert(trip.id);
+    }
+    return running;
 }
 
 } // namespace
@@ -175,7 +266,6 @@ Timetable::Timetable(const Network& network, const QDate& date)
 {
     const QMap<QString, int> routeNumbers = numbersOf(network.routes);
     const QMap<QString, int> tripNumbers = numbersOf(network.trips);
-    const QMap<QString, int> stopNumbers = numbersOf(network.stops);
 
     for (const feed::NetworkRoute& route : network.routes) {
         const bool hasShort = !route.shortName.isEmpty();
@@ -184,44 +274,20 @@ Timetable::Timetable(const Network& network, const QDate& date)
                          hasLong ? route.longName : route.shortName, route.color});
     }
 
-    QMap<QString, const feed::NetworkStop*> stops;
-    for (const feed::NetworkStop& stop : network.stops)
-        stops.insert(stop.id, &stop);
-    QMap<QString, std::shared_ptr<const Path>> shapes;
-    for (const feed::NetworkShape& shape : network.shapes) {
-        QVector<QGeoCoordinate> points;
-        for (const feed::NetworkShapePoint& point : shape.points)
-            points.append(coordinateOf(point.latitude, point.longitude));
-        shapes.insert(shape.id, std::make_shared<Path>(points));
-    }
-    QMap<QString, QVector<Call>> callsOfTrips;
-    for (const feed::NetworkStopTime& time : network.stopTimes) {
-        const feed::NetworkStop* stop = stops.value(time.stopId);
-        if (stop == nullptr)
-            continue;
-        callsOfTrips[time.tripId].append({stopNumbers.value(stop->id), stop->name,
-                                          coordinateOf(stop->latitude, stop->longitude),
-                                          stop->areas, 0.0, time.arrival, time.departure});
-    }
-
-    QHash<QVector<int>, std::shared_ptr<const Path>> pathsByStops;
-    const std::set<QString> services = servicesOf(network, date);
+    Paths paths(network);
+    const std::set<QString> running = tripsOf(network, servicesOf(network, date));
+    QMap<QString, QVector<Call>> calls = callsOfTrips(network, running);
     for (const feed::NetworkTrip& record : network.trips) {
+        // A repeated id has the calls once.
         Trip trip{tripNumbers.value(record.id),
                   routeNumbers.value(record.routeId, -1),
                   record.id,
                   record.headsign,
-                  shapes.value(record.shapeId),
-                  callsOfTrips.value(record.id)};
-        if (!services.count(record.serviceId) || !completeTimes(trip.calls))
+                  nullptr,
+                  calls.take(record.id)};
+        if (!completeTimes(trip.calls))
             continue;
-        if (!trip.path || trip.path->length() <= 0.0) {
-            std::shared_ptr<const Path>& path = pathsByStops[stopsOf(trip.calls)];
-            if (!path)
-                path = pathThrough(trip.calls);
-            trip.path = path;
-        }
-        measure(trip.calls, *trip.path);
+        paths.lay(trip, record.shapeId);
         m_trips.append(trip);
     }
     std::stable_sort(m_trips.begin(), m_trips.end(),

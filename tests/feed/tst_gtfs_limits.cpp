@@ -16,6 +16,7 @@ private slots:
     void everyProblemInOnePass();
     void aBrokenFileRaisesNoFalseReferences();
     void limitsAreInclusive();
+    void aFeedThatTakesTooMuchMemoryIsRefusedWithTheFile();
     void aCatalogueBeyondTheLimitIsLeftOut();
     void ruleAndProductNumbersMayNotMultiplyWithoutBound();
 
@@ -52,6 +53,23 @@ void GtfsLimitsTest::aBrokenFileRaisesNoFalseReferences()
         QCOMPARE(result.problems.size() + result.notices.size(), 1);
         QCOMPARE(result.notices.size(), isOfMap ? 1 : 0);
     }
+}
+
+void GtfsLimitsTest::aFeedThatTakesTooMuchMemoryIsRefusedWithTheFile()
+{
+    QByteArray times = network.value("stop_times.txt");
+    for (int number = 0; number < 5000; ++number)
+        times += "T1," + QByteArray::number(number + 5) + ",A,,\n";
+    const Files files = base() + network + Files{{"stop_times.txt", times}};
+    FeedOptions options;
+    options.limits.memory = Q_INT64_C(1) << 50;
+    QVERIFY(loadGtfs(files, options).feed);
+    options.limits.memory = 1'000'000;
+    const FeedResult result = loadGtfs(files, options);
+    QVERIFY(!result.feed);
+    QCOMPARE(result.problems.size(), 1);
+    QCOMPARE(result.problems.first().file, QString("gtfs/stop_times.txt"));
+    QCOMPARE(result.problems.first().expected, QString("a feed that fits into 1 MB of memory"));
 }
 
 void GtfsLimitsTest::limitsAreInclusive()
