@@ -3,6 +3,7 @@
 #include "CatalogueDesk.h"
 #include "DeviceDesk.h"
 #include "GlassScale.h"
+#include "MapLines.h"
 #include "OfferDesk.h"
 #include "PaperDesk.h"
 #include "Presentation.h"
@@ -23,7 +24,7 @@
 
 // The types of the import Rivo.Terminal 1.0: each declaration gives a class its QML name. Both the
 // registration with the engine and what qmllint knows of them are generated from these. QML makes
-// StopLabels and the one GlassScale, the terminal all others.
+// StopLabels, MapLines and the one GlassScale, the terminal all others.
 
 #define RIVO_TERMINAL_TYPE(TYPE, NAME)                                                             \
     Q_GADGET                                                                                       \
@@ -77,6 +78,13 @@ struct PaperDeskType
 struct PresentationType
 {
     RIVO_TERMINAL_TYPE(rivo::terminal::Presentation, Presentation)
+};
+
+struct MapLinesType
+{
+    Q_GADGET
+    QML_FOREIGN(rivo::terminal::MapLines)
+    QML_NAMED_ELEMENT(MapLines)
 };
 
 struct StopLabelsType

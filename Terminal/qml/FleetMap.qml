@@ -69,6 +69,19 @@ Item {
         root.showLabels()
     }
 
+    function drawnLines() {
+        const drawn = []
+        for (const line of root.fleet.lines) {
+            const own = root.presentation.color(line.color, Theme.accent)
+            drawn.push({
+                "path": line.path,
+                "color": Theme.night ? Qt.lighter(own, 1.4) : own,
+                "width": Theme.mm(line.route === root.ownRoute ? 1 : 0.6)
+            })
+        }
+        return drawn
+    }
+
     function pointsOfStops() {
         const points = []
         for (const stop of root.fleet.stops)
@@ -131,13 +144,24 @@ Item {
         }
     }
 
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.background
+    }
+    MapLines {
+        objectName: "mapLines"
+        anchors.fill: root
+        center: map.center
+        zoomLevel: map.zoomLevel
+        lines: root.drawnLines()
+    }
     Map {
         id: map
 
         objectName: "map"
         anchors.fill: parent
         plugin: Plugin { name: "itemsoverlay" }
-        color: Theme.background
+        color: "transparent"
         copyrightsVisible: false
         minimumZoomLevel: 6
         maximumZoomLevel: 18
@@ -147,18 +171,6 @@ Item {
         onCenterChanged: labelling.restart()
         onZoomLevelChanged: labelling.restart()
 
-        MapItemView {
-            model: root.fleet.lines
-            delegate: MapPolyline {
-                required property var modelData
-                readonly property color own: root.presentation.color(modelData["color"],
-                                                                     Theme.accent)
-
-                path: modelData["path"]
-                line.width: modelData["route"] === root.ownRoute ? Theme.mm(1) : Theme.mm(0.6)
-                line.color: Theme.night ? Qt.lighter(own, 1.4) : own
-            }
-        }
         MapItemView {
             model: root.fleet.stops
             delegate: MapQuickItem {

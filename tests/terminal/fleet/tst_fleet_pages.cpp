@@ -3,6 +3,7 @@
 #include "../ScreenUnderTest.h"
 
 #include <AssetItem.h>
+#include <MapLines.h>
 
 #include <QGeoCoordinate>
 #include <QtTest>
@@ -157,6 +158,34 @@ private slots:
         for (QQuickItem* card : devices.all("deviceCard"))
             QVERIFY(card->mapRectToScene(card->boundingRect()).right() <=
                     devices.item("deviceEvents")->mapToScene({0, 0}).x());
+    }
+
+    /// Qt Location places the stops, MapLines the lines.
+    void stopsLieOnTheirLines()
+    {
+        Shown shown("coast-line", "fleet", QSize(1024, 600));
+        auto* lines = qobject_cast<rivo::terminal::MapLines*>(shown.item("mapLines"));
+        QVERIFY(lines != nullptr);
+        QTRY_VERIFY(shown.all("stopMark").size() > 5);
+        for (const int zooms : {0, 3}) {
+            for (int tap = 0; tap < zooms; ++tap)
+                shown.tap("zoomIn");
+            const double zoom = lines->zoomLevel();
+            QCOMPARE(lines->zoomLevel(), shown.item("map")->property("zoomLevel").toDouble());
+            QVector<QPointF> expected;
+            for (const QVariant& stop : shown.fleet().stops())
+                expected.append(lines->mapToScene(
+                    lines->pointOf(stop.toMap().value("coordinate").value<QGeoCoordinate>())));
+            const auto isPlaced = [&] {
+                const QVector<QRectF> marks = shown.placesOf("stopMark", 0);
+                return std::all_of(marks.begin(), marks.end(), [&](const QRectF& mark) {
+                    return std::any_of(expected.begin(), expected.end(), [&](const QPointF& at) {
+                        return QLineF(at, mark.center()).length() < 1.5;
+                    });
+                });
+            };
+            QTRY_VERIFY2(isPlaced(), qPrintable(QString::number(zoom)));
+        }
     }
 
     void stopNamesKeepClear_data() { everythingFits_data(); }
