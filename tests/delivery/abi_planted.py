@@ -46,8 +46,9 @@ CHANGES = [
                                           ("Models/PassengerTypesModelOrdering.cpp",
                                            "m_localTypeCodes.resize(0);", "m_localTypeCodes.clear();"),
                                           ("Models/PassengerTypesModelOrdering.cpp",
-                                           "m_localTypeCodes = ascendingTypeCodes(typeCodes);",
-                                           "m_localTypeCodes = ascendingTypeCodes(typeCodes).toList();"),
+                                           "replaceByTypeCodes(m_localTypeCodes, typeCodes);",
+                                           "QVector<int> all; replaceByTypeCodes(all, typeCodes);"
+                                           " m_localTypeCodes = all.toList();"),
                                           ("Models/PassengerTypesModelOrdering.cpp",
                                            "counts, rows, m_localTypeCodes", "counts, rows, m_localTypeCodes.toVector()"),
                                           ("Models/PassengerTypesModelOrdering.cpp",
