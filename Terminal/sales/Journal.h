@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Records.h"
+#include "SealedRecord.h"
 
 #include <QDateTime>
 #include <QJsonObject>
@@ -81,6 +82,11 @@ public:
     /// of its row, its "seal" in hexadecimal digits if it has one of its own, and a list for each
     /// table that has more about it.
     bool forEachRecord(const std::function<bool(const QJsonObject&)>& use);
+
+    /// The records after number `after` with their seals, in order and without holes, at most
+    /// `count`. -1 = from the start of the journal on.
+    QVector<SealedRecord> sealedRecords(qint64 after, int count);
+    QByteArray publicKey(); ///< whose signatures they have; empty when stopped
 
     /// What stopped it; nothing while it works. Stopped until it is opened.
     const std::optional<JournalFault>& fault() const;
