@@ -5,7 +5,7 @@
 packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarative5-dev
     qtdeclarative5-dev-tools qtquickcontrols2-5-dev qttools5-dev qttools5-dev-tools
     libeasyloggingpp-dev libcsv-dev libzip-dev libqt5sql5-sqlite libsqlite3-dev libssl-dev libqrencode-dev
-    libqt5serialport5-dev qtmultimedia5-dev libqt5multimedia5-plugins libprotobuf-dev protobuf-compiler zlib1g-dev
+    libqt5serialport5-dev qtmultimedia5-dev libqt5multimedia5-plugins libmosquitto-dev libprotobuf-dev protobuf-compiler zlib1g-dev
     libqt5svg5 qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-controls2
     qml-module-qtquick-templates2 qml-module-qtlocation qml-module-qtpositioning
     xvfb xauth x11-utils libgl1-mesa-dri fonts-dejavu-core"

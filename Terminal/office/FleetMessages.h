@@ -1,0 +1,60 @@
+#pragma once
+
+#include <SealedRecord.h>
+
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+// What vehicles and the office say to each other: docs/fleet.md has the format.
+
+namespace rivo::office
+{
+
+/// Names of topics, "rivo/<operator>/<vehicle>/<what>".
+struct Topics
+{
+    QString operatorName;
+    QString vehicle; ///< "+" for the topics of all
+
+    QString records() const { return of("records"); }
+    QString acknowledged() const { return of("acknowledged"); }
+    QString alive() const { return of("alive"); }
+
+    /// The vehicle of a topic; empty if it is none of these.
+    static QString vehicleOf(const QString& topic);
+
+private:
+    QString of(const char* what) const;
+};
+
+/// Whether a name may be a part of a topic: 1 to 64 letters, digits, ".", "_" and "-" of ASCII.
+bool isTopicName(const QString& name);
+
+/// Records of one journal that follow one another. Without records it asks what the office has.
+struct Batch
+{
+    QByteArray publicKey; ///< 32 bytes, the journal's
+    QVector<sales::SealedRecord> records;
+};
+
+/// The office's answer: what it has of a journal.
+struct Acknowledgement
+{
+    QByteArray publicKey;
+    qint64 number = -1; ///< all records to this one are stored; -1 = none, not even the start
+    QString refusal;    ///< why the office does not take what follows; empty if it does
+};
+
+constexpr int mostBytesOfMessage = 1024 * 1024;
+constexpr int mostRecordsOfBatch = 200;
+
+QByteArray encode(const Batch& batch);
+QByteArray encode(const Acknowledgement& answer);
+
+// Nothing for anything but a message of this version, and for one that is too large.
+std::optional<Batch> batchOf(const QByteArray& message);
+std::optional<Acknowledgement> acknowledgementOf(const QByteArray& message);
+
+} // namespace rivo::office

@@ -1,0 +1,147 @@
+#include "Table.h"
+
+#include <FleetMessages.h>
+#include <QCborArray>
+#include <QCborValue>
+#include <QTest>
+
+using namespace rivo::office;
+using rivo::sales::SealedRecord;
+
+namespace
+{
+
+const QByteArray key(32, 'k');
+
+QCborArray recordOf(qint64 number)
+{
+    return {number, QByteArray("record;n\n"), QByteArray(32, 'h'), QByteArray(64, 's')};
+}
+
+QByteArray message(const QCborArray& items) { return QCborValue(items).toCbor(); }
+
+QByteArray batchWith(const QCborArray& records) { return message({1, key, records}); }
+
+} // namespace
+
+/// What vehicles and the office send to each other.
+class TestFleetMessages : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void batchComesBack()
+    {
+        const Batch sent{key,
+                         {{7, "seven", QByteArray(32, '\0'), QByteArray(64, '7')},
+                          {8, "eight;\n", QByteArray(32, '8'), QByteArray(64, '\xFF')}}};
+        const auto read = batchOf(encode(sent));
+        QVERIFY(read.has_value());
+        QCOMPARE(read->publicKey, key);
+        QCOMPARE(read->records.size(), 2);
+        for (int at = 0; at < 2; ++at) {
+            QCOMPARE(read->records.at(at).number, sent.records.at(at).number);
+            QCOMPARE(read->records.at(at).content, sent.records.at(at).content);
+            QCOMPARE(read->records.at(at).hash, sent.records.at(at).hash);
+            QCOMPARE(read->records.at(at).signature, sent.records.at(at).signature);
+        }
+    }
+
+    void batchIsRefused_data()
+    {
+        const Table<QByteArray, bool> row("bytes", "isBatch");
+        QCborArray tooMany;
+        for (int number = 0; number <= mostRecordsOfBatch; ++number)
+            tooMany.append(recordOf(number));
+        QCborArray shortHash = recordOf(1);
+        shortHash[2] = QByteArray(31, 'h');
+        QCborArray shortSignature = recordOf(1);
+        shortSignature[3] = QByteArray(63, 's');
+        QCborArray noContent = recordOf(1);
+        noContent[1] = QByteArray();
+        QCborArray textContent = recordOf(1);
+        textContent[1] = "text";
+        row("a question has no records", batchWith({}), true);
+        row("records follow one another", batchWith({recordOf(4), recordOf(5)}), true);
+        row("a record is left out", batchWith({recordOf(4), recordOf(6)}), false);
+        row("a record comes twice", batchWith({recordOf(4), recordOf(4)}), false);
+        row("a number is negative", batchWith({recordOf(-1)}), false);
+        row("there are too many", batchWith(tooMany), false);
+        row("a hash is too short", batchWith({shortHash}), false);
+        row("a signature is too short", batchWith({shortSignature}), false);
+        row("a record has no content", batchWith({noContent}), false);
+        row("a content is text", batchWith({textContent}), false);
+        row("a record is a number", batchWith({5}), false);
+        row("no bytes", "", false);
+        row("no CBOR", "\xFF\xFF", false);
+        row("bytes follow", batchWith({}) + '\0', false);
+        row("the end is cut off", batchWith({recordOf(4)}).chopped(1), false);
+        row("another version", message({2, key, QCborArray()}), false);
+        row("a key is too short", message({1, key.chopped(1), QCborArray()}), false);
+        row("records are no list", message({1, key, 5}), false);
+        row("an item more", message({1, key, QCborArray(), 5}), false);
+        row("larger than a message may be", batchWith({}) + QByteArray(mostBytesOfMessage, '\0'),
+            false);
+        row("deeply nested", QByteArray(100000, '\x81'), false);
+    }
+
+    void batchIsRefused()
+    {
+        QFETCH(QByteArray, bytes);
+        QTEST(batchOf(bytes).has_value(), "isBatch");
+    }
+
+    void acknowledgementComesBack()
+    {
+        const auto read = acknowledgementOf(encode(Acknowledgement{key, -1, "gap ü"}));
+        QVERIFY(read.has_value());
+        QCOMPARE(read->publicKey, key);
+        QCOMPARE(read->number, -1);
+        QCOMPARE(read->refusal, "gap ü");
+    }
+
+    void acknowledgementIsRefused_data()
+    {
+        const Table<QByteArray> row("bytes");
+        row("no bytes", "");
+        row("a batch", batchWith({}));
+        row("the number is text", message({1, key, "7", ""}));
+        row("the refusal is a number", message({1, key, 7, 7}));
+    }
+
+    void acknowledgementIsRefused()
+    {
+        QFETCH(QByteArray, bytes);
+        QVERIFY(!acknowledgementOf(bytes).has_value());
+    }
+
+    void vehicleIsInTheTopic_data()
+    {
+        const Table<QString, QString> row("topic", "vehicle");
+        row("records of a vehicle", "rivo/lakeside/4711/records", "4711");
+        row("another root", "other/lakeside/4711/records", "");
+        row("a part is missing", "rivo/lakeside/records", "");
+        row("a part more", "rivo/lakeside/4711/records/1", "");
+        row("a wildcard is no vehicle", "rivo/lakeside/+/records", "");
+        row("an empty vehicle", "rivo/lakeside//records", "");
+        row("a quote is no name", "rivo/lakeside/4'7/records", "");
+        row("a name that is too long", "rivo/lakeside/" + QString(65, 'v') + "/records", "");
+    }
+
+    void vehicleIsInTheTopic()
+    {
+        QFETCH(QString, topic);
+        QTEST(Topics::vehicleOf(topic), "vehicle");
+    }
+
+    void topicsAreThoseOfTheDocument()
+    {
+        const Topics topics{"lakeside", "4711"};
+        QCOMPARE(topics.records(), "rivo/lakeside/4711/records");
+        QCOMPARE(topics.acknowledged(), "rivo/lakeside/4711/acknowledged");
+        QCOMPARE(topics.alive(), "rivo/lakeside/4711/alive");
+    }
+};
+
+QTEST_GUILESS_MAIN(TestFleetMessages)
+#include "tst_fleet_messages.moc"
