@@ -81,7 +81,7 @@ std::optional<Batch> batchOf(const QByteArray& message)
         return std::nullopt;
     Batch batch{items->at(1).toByteArray(), {}};
     const QCborArray records = items->at(2).toArray();
-    for (const QCborValue& each : records) {
+    for (const auto& each : records) { // of a type that becomes a QCborValue
         const auto record = recordOf(each);
         if (!record ||
             (!batch.records.isEmpty() && record->number != batch.records.last().number + 1))
