@@ -33,6 +33,8 @@ using Change = std::function<void(QVector<SealedRecord>&)>;
 
 } // namespace
 
+Q_DECLARE_METATYPE(Change)
+
 /// What leaves a journal, and how others check it.
 class TestSealedRecords : public QObject
 {
@@ -110,8 +112,6 @@ private slots:
         QVERIFY(journal.publicKey().isEmpty());
     }
 };
-
-Q_DECLARE_METATYPE(Change)
 
 QTEST_GUILESS_MAIN(TestSealedRecords)
 #include "tst_sealed_records.moc"
