@@ -40,16 +40,16 @@ T.AbstractButton {
 
     Component.onCompleted: isMade = true
 
-    background: Item {
-        Rectangle {
-            anchors.fill: parent
-            anchors.margins: 3
-            radius: Theme.radius
-            color: root.face
-            border.width: root.selected ? 4 : 1
-            border.color: root.selected ? root.presentation.frameOn(root.face, Theme.accent) : root.hasExpired ? Theme.inert : Theme.line
-            opacity: root.down ? 0.7 : 1
-        }
+    topInset: 3
+    bottomInset: 3
+    leftInset: 3
+    rightInset: 3
+    background: Rectangle {
+        radius: Theme.radius
+        color: root.face
+        border.width: root.selected ? 4 : 1
+        border.color: root.selected ? root.presentation.frameOn(root.face, Theme.accent) : root.hasExpired ? Theme.inert : Theme.line
+        opacity: root.down ? 0.7 : 1
     }
     contentItem: Item {
         visible: !root.isPlaceholder
@@ -68,7 +68,7 @@ T.AbstractButton {
             y: Theme.gap
             width: root.measure.room
             // The discount is left out where it would make the passenger smaller or shorter.
-            fullText: canShow(withDiscount) ? withDiscount : root.description
+            fullText: root.fareDiscount > 0 && canShow(withDiscount) ? withDiscount : root.description
             verticalAlignment: Text.AlignVCenter
             color: root.ink
         }
@@ -99,23 +99,26 @@ T.AbstractButton {
                                                     : root.zones + " · " + root.mark
             color: root.ink
         }
-        Row {
+        Loader {
             id: kinds
 
             anchors.right: parent.right
             anchors.rightMargin: root.measure.margin
             anchors.top: zoneText.top
-            Icon {
-                visible: root.isReturnFee
-                source: "qrc:/icons/return.svg"
-                size: root.measure.lineRoom
-                ink: root.ink
-            }
-            Icon {
-                visible: root.isDaily
-                source: "qrc:/icons/day.svg"
-                size: root.measure.lineRoom
-                ink: root.ink
+            active: root.isReturnFee || root.isDaily
+            sourceComponent: Row {
+                Icon {
+                    visible: root.isReturnFee
+                    source: "qrc:/icons/return.svg"
+                    size: root.measure.lineRoom
+                    ink: root.ink
+                }
+                Icon {
+                    visible: root.isDaily
+                    source: "qrc:/icons/day.svg"
+                    size: root.measure.lineRoom
+                    ink: root.ink
+                }
             }
         }
         Icon {
@@ -126,15 +129,18 @@ T.AbstractButton {
             source: root.presentation.icon(root.fareProductIcon, "qrc:/icons/adult.svg")
             ink: root.ink
         }
-        Badge {
+        Loader {
             id: badge
 
-            objectName: "badge"
             x: root.measure.margin - 2
             anchors.verticalCenter: priceText.verticalCenter
-            count: root.totalInBasket
-            border.width: 2
-            border.color: Theme.background
+            active: root.totalInBasket > 0
+            sourceComponent: Badge {
+                objectName: "badge"
+                count: root.totalInBasket
+                border.width: 2
+                border.color: Theme.background
+            }
         }
         PlainText {
             id: priceText
