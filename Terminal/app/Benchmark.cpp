@@ -14,6 +14,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 
 #include <ctime>
@@ -197,34 +198,44 @@ QString taps(const Screen& screen, Terminal& terminal)
 namespace
 {
 
-QString scrollingOf(QQuickWindow& window, QQuickItem& grid)
+/// The grid moves by `step` pixels a frame, and turns back at its ends.
+QString framesOf(const QString& name, QQuickWindow& window, QQuickItem& grid, double step)
 {
     QVector<double> times;
-    const double end = std::max(0.0, grid.property("contentHeight").toDouble() - grid.height());
+    const double end = std::max(1.0, grid.property("contentHeight").toDouble() - grid.height());
     waitForFrame(window);
     QElapsedTimer timer;
     timer.start();
     for (int frame = 0; frame < frameCount; ++frame) {
-        const double share = 2.0 * frame / frameCount;
-        grid.setProperty("contentY", end * (share <= 1.0 ? share : 2.0 - share));
+        const double moved = std::fmod(frame * step, 2.0 * end);
+        grid.setProperty("contentY", moved <= end ? moved : 2.0 * end - moved);
         if (!waitForFrame(window))
             break;
         times.append(milliseconds(timer));
         timer.start();
     }
-    return QStringLiteral("scroll_frame_ms %1 (%2 tiles, %3 frames)")
-        .arg(spread(times))
+    return QStringLiteral("%1_frame_ms %2 (%3 tiles, %4 frames)")
+        .arg(name, spread(times))
         .arg(grid.property("count").toInt())
         .arg(times.size());
 }
 
+QStringList scrollingOf(const QString& prefix, QQuickWindow& window, QQuickItem& grid)
+{
+    constexpr int framesPerSecond = 60;
+    const double fastest = grid.property("maximumFlickVelocity").toDouble() / framesPerSecond;
+    const double all = grid.property("contentHeight").toDouble() * 2.0 / frameCount;
+    return {framesOf(prefix + QStringLiteral("flick"), window, grid, fastest),
+            framesOf(prefix + QStringLiteral("scroll"), window, grid, all)};
+}
+
 } // namespace
 
-QString scrolling(const Screen& screen)
+QStringList scrolling(const Screen& screen)
 {
     QQuickItem* grid = gridOf(screen);
-    return grid == nullptr ? QStringLiteral("scroll_frame_ms not measured")
-                           : scrollingOf(*screen.window(), *grid);
+    return grid == nullptr ? QStringList{QStringLiteral("scroll_frame_ms not measured")}
+                           : scrollingOf({}, *screen.window(), *grid);
 }
 
 namespace
@@ -314,9 +325,10 @@ QStringList baseline(const QSize& size)
         times.append(milliseconds(timer));
     }
     auto* grid = window->findChild<QQuickItem*>(QStringLiteral("grid"));
-    return {start,
-            QStringLiteral("qt_quick_tap_ms %1 (%2 taps)").arg(spread(times)).arg(times.size()),
-            QStringLiteral("qt_quick_") + scrollingOf(*window, *grid)};
+    return QStringList{start, QStringLiteral("qt_quick_tap_ms %1 (%2 taps)")
+                                  .arg(spread(times))
+                                  .arg(times.size())} +
+           scrollingOf(QStringLiteral("qt_quick_"), *window, *grid);
 }
 
 } // namespace rivo::terminal::benchmark

@@ -1,6 +1,7 @@
 #include "Benchmark.h"
 #include "LargeFeed.h"
 #include "Options.h"
+#include "Renderer.h"
 #include "Screen.h"
 #include "Terminal.h"
 
@@ -212,6 +213,8 @@ int main(int argc, char* argv[])
         return BadInput;
 
     QGuiApplication application(argc, argv);
+    if (terminal::isRasterQuicker(QGuiApplication::platformName()))
+        QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
     QTranslator translator;
     translate(application, translator, options->language, options->country);
     QQuickStyle::setStyle(QStringLiteral("Default"));

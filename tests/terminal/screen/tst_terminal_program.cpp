@@ -1,3 +1,5 @@
+#include <Renderer.h>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -26,6 +28,7 @@ private slots:
     void pictureThatCannotBeWritten();
     void languages();
     void logIsWrittenWhenAskedFor();
+    void rendererOfTheMachineIsUsed();
     void measurements();
 
 private:
@@ -258,6 +261,17 @@ void TestTerminalProgram::logIsWrittenWhenAskedFor()
     QCOMPARE(result.exitCode, 0);
 }
 
+void TestTerminalProgram::rendererOfTheMachineIsUsed()
+{
+    qputenv("QSG_INFO", "1"); // Qt Quick names the renderer on standard error
+    const Result result = shoot({});
+    qunsetenv("QSG_INFO");
+    QCOMPARE(result.exitCode, 0);
+    const bool isRaster = result.error.contains("Loading backend software");
+    QCOMPARE(isRaster, rivo::terminal::isRasterQuicker("xcb"));
+    QCOMPARE(result.error.contains("GL_RENDERER"), !isRaster);
+}
+
 void TestTerminalProgram::measurements()
 {
     const Result result = run({"--feed", feed(), "--benchmark"});
@@ -266,6 +280,7 @@ void TestTerminalProgram::measurements()
     const QString changes =
         "worst [0-9.]+ \\(50 changes, [0-9]+ tiles; offers and tiles [0-9.]+, frame "
         "[0-9.]+\\)\\n";
+    const QString frames = "\\([0-9]{4} tiles, 400 frames\\)\\n";
     const QRegularExpression form(
         "^start_to_grid_ms [0-9]+ \\(program [0-9]+, feed [0-9]+, models [0-9]+, window [0-9]+, "
         "frame [0-9]+\\)\\n"
@@ -274,14 +289,14 @@ void TestTerminalProgram::measurements()
         "\\(50 taps; journal and basket [0-9.]+, frame [0-9.]+\\)\\n"
         "stop_change_ms " +
         spread + changes + "large_feed_stop_change_ms " + spread + changes +
-        "large_feed_trip_change_ms " + spread + changes + "scroll_frame_ms " + spread +
-        "\\([0-9]{4} tiles, 400 frames\\)\\n"
+        "large_feed_trip_change_ms " + spread + changes + "flick_frame_ms " + spread + frames +
+        "scroll_frame_ms " + spread + frames +
         "qt_quick_start_ms [0-9]+\\n"
         "qt_quick_tap_ms " +
         spread +
         "\\(50 taps\\)\\n"
-        "qt_quick_scroll_frame_ms " +
-        spread + "\\(2000 tiles, 400 frames\\)\\n$");
+        "qt_quick_flick_frame_ms " +
+        spread + frames + "qt_quick_scroll_frame_ms " + spread + frames + "$");
     QVERIFY2(form.match(result.output).hasMatch(), qPrintable(result.output));
     QCOMPARE(result.exitCode, 0);
 }
