@@ -5,6 +5,7 @@
 #include <sProduct.h>
 
 #include <QFileInfo>
+#include <QLocale>
 
 #include <algorithm>
 #include <cmath>
@@ -66,6 +67,15 @@ Presentation::Presentation(const feed::Feed& feed, const sales::Currency& curren
 QString Presentation::priceText(double units) const { return m_currency.unitsText(units); }
 
 QString Presentation::zoneName(int zone) const { return m_zoneNames.name(zone); }
+
+QString Presentation::withDiscount(const QString& passenger, double percent) const
+{
+    if (!(percent > 0.0))
+        return passenger;
+    const bool isWhole = percent == std::floor(percent);
+    const QString number = QLocale().toString(percent, 'f', isWhole ? 0 : 1);
+    return tr("%1 −%2%", "passenger, discount").arg(isolated(passenger), number);
+}
 
 QString Presentation::zonesText(const QString& from, const QString& to) const
 {

@@ -27,6 +27,10 @@ public:
     /// What a zone is called; empty for zone 0, which is no zone.
     Q_INVOKABLE QString zoneName(int zone) const;
 
+    /// "Student −50%"; the name alone without a discount. A name that is written from right to left
+    /// does not turn the number.
+    Q_INVOKABLE QString withDiscount(const QString& passenger, double percent) const;
+
     /// "from → to"; one name if the other is empty or the same.
     Q_INVOKABLE QString zonesText(const QString& from, const QString& to) const;
 

@@ -1265,11 +1265,6 @@
         <source>expired</source>
         <translation>abgelaufen</translation>
     </message>
-    <message>
-        <source>%1 −%2%</source>
-        <comment>passenger, discount</comment>
-        <translation>%1 −%2%</translation>
-    </message>
 </context>
 <context>
     <name>TripPopup</name>
@@ -2002,6 +1997,14 @@
     <message>
         <source>route %1</source>
         <translation>Linie %1</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::terminal::Presentation</name>
+    <message>
+        <source>%1 −%2%</source>
+        <comment>passenger, discount</comment>
+        <translation>%1 −%2%</translation>
     </message>
 </context>
 <context>

@@ -56,11 +56,8 @@ T.AbstractButton {
         FitText {
             id: passenger
 
-            readonly property string withDiscount: root.fareDiscount > 0
-                ? qsTr("%1 −%2%", "passenger, discount").arg(root.description)
-                      .arg(Number(root.fareDiscount).toLocaleString(
-                               Qt.locale(), "f", root.fareDiscount % 1 === 0 ? 0 : 1))
-                : root.description
+            readonly property string withDiscount: root.presentation.withDiscount(root.description,
+                                                                                  root.fareDiscount)
 
             objectName: "passengerText"
             names: root.names

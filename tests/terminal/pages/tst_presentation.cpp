@@ -23,6 +23,8 @@ private slots:
     void everyTileCanBeRead_data();
     void everyTileCanBeRead();
     void framesKeepTheirColourWhereItCanBeSeen();
+    void discountsAreShownBehindThePassenger_data();
+    void discountsAreShownBehindThePassenger();
     void namesKeepTheirDirection_data();
     void namesKeepTheirDirection();
     void aFeedsNamesAreClean();
@@ -64,6 +66,28 @@ void TestPresentation::framesKeepTheirColourWhereItCanBeSeen()
     QCOMPARE(m_presentation.frameOn(Qt::white, accent), accent);
     QCOMPARE(m_presentation.frameOn(accent, accent), QColor(Qt::white));
     QCOMPARE(m_presentation.frameOn(Qt::yellow, Qt::white), QColor(Qt::black));
+}
+
+void TestPresentation::discountsAreShownBehindThePassenger_data()
+{
+    const Table<double, QString> row("percent", "text");
+    row("none", 0.0, "Student");
+    row("a whole number", 50.0, QString::fromUtf8("Student −50%"));
+    row("a half", 12.5, QString::fromUtf8("Student −12,5%"));
+    row("more than a tenth", 33.33, QString::fromUtf8("Student −33,3%"));
+    row("a surcharge", -10.0, "Student");
+    row("not a number", qQNaN(), "Student");
+}
+
+void TestPresentation::discountsAreShownBehindThePassenger()
+{
+    QFETCH(double, percent);
+    QFETCH(QString, text);
+    const QLocale before;
+    QLocale::setDefault(QLocale("de_DE"));
+    const QString shown = m_presentation.withDiscount("Student", percent);
+    QLocale::setDefault(before);
+    QCOMPARE(shown, text);
 }
 
 void TestPresentation::namesKeepTheirDirection_data()

@@ -88,6 +88,8 @@ private slots:
     void marksChangeNothing();
     void arrowsPointToTheDestination_data();
     void arrowsPointToTheDestination();
+    void discountsAreReadFromLeftToRight_data();
+    void discountsAreReadFromLeftToRight();
 
 protected:
     void start() override { show(feedFromRightToLeft(false), "sell"); }
@@ -166,6 +168,26 @@ void TestRightToLeft::arrowsPointToTheDestination()
     const QVector<double> places =
         placesOf(text, {text.indexOf(origin) + 1, text.indexOf(QString::fromUtf8("→")),
                         text.lastIndexOf(destination) + 1, text.lastIndexOf("17")});
+    QVERIFY2(std::is_sorted(places.begin(), places.end()), qPrintable(text));
+}
+
+void TestRightToLeft::discountsAreReadFromLeftToRight_data()
+{
+    QTest::addColumn<QString>("passenger");
+    QTest::newRow("from left to right") << "Student";
+    QTest::newRow("from right to left") << names.at(2);
+    QTest::newRow("with digits") << names.at(4);
+    QTest::newRow("with a place for a number") << "%2 of %1";
+}
+
+void TestRightToLeft::discountsAreReadFromLeftToRight()
+{
+    QFETCH(QString, passenger);
+    const QString text = m_shown->terminal().presentation()->withDiscount(passenger, 50.0);
+    const int discount = text.lastIndexOf(QString::fromUtf8("−50%"));
+    QVERIFY2(discount > 0 && text.contains(passenger), qPrintable(text));
+    const QVector<double> places =
+        placesOf(text, {text.indexOf(passenger) + 1, discount, discount + 1, discount + 3});
     QVERIFY2(std::is_sorted(places.begin(), places.end()), qPrintable(text));
 }
 
