@@ -5,6 +5,8 @@
 #include <QTcpSocket>
 #include <QTime>
 
+#include <utility>
+
 namespace rivo::payment
 {
 
@@ -122,11 +124,15 @@ bool ZvtTerminal::abort()
     if (!m_request || *m_request == Request::LastReceipt || m_isAbortWanted)
         return false;
     m_isAbortWanted = true;
-    if (m_step == Step::Result) {
-        m_isAbortSent = true;
-        send(zvt::AbortByRegister, {});
-    }
+    if (m_step == Step::Result)
+        sendAbort();
     return true;
+}
+
+void ZvtTerminal::sendAbort()
+{
+    m_isAbortUnanswered = true;
+    send(zvt::AbortByRegister, {});
 }
 
 bool ZvtTerminal::ask(Request request, quint16 command, const QByteArray& data)
@@ -135,7 +141,7 @@ bool ZvtTerminal::ask(Request request, quint16 command, const QByteArray& data)
         return false;
     m_request = request;
     m_isAbortWanted = false;
-    m_isAbortSent = false;
+    m_isAbortUnanswered = false;
     m_information.reset();
     m_resultCode = zvt::Done;
     m_sent = command;
@@ -186,9 +192,10 @@ void ZvtTerminal::received()
 /// A terminal that says what nothing of this protocol allows is not listened to any more.
 void ZvtTerminal::use(const zvt::Message& message)
 {
-    const bool isUsed = m_step == Step::Acknowledged ? useAcknowledgement(message)
-                        : m_step == Step::Result     ? useResult(message)
-                                                     : false;
+    const bool isUsed = m_step == Step::Acknowledged   ? useAcknowledgement(message)
+                        : m_step == Step::Result       ? useResult(message)
+                        : m_step == Step::StopAnswered ? useAnswerToStop(message)
+                                                       : false;
     if (!isUsed)
         lose(tr("The card terminal was not understood."));
 }
@@ -202,17 +209,25 @@ bool ZvtTerminal::useAcknowledgement(const zvt::Message& message)
     if (message.command != zvt::Accepted)
         return false;
     expect(Step::Result, m_request ? m_settings.answerTime : m_settings.connectTime);
-    if (m_isAbortWanted && !m_isAbortSent) {
-        m_isAbortSent = true;
-        send(zvt::AbortByRegister, {});
-    }
+    if (m_isAbortWanted)
+        sendAbort();
+    return true;
+}
+
+bool ZvtTerminal::useAnswerToStop(const zvt::Message& message)
+{
+    if (!m_isAbortUnanswered || !(message.command == zvt::Accepted || message.isRefusal()))
+        return false;
+    m_isAbortUnanswered = false;
+    if (m_answer)
+        say(*std::exchange(m_answer, {}));
     return true;
 }
 
 bool ZvtTerminal::useResult(const zvt::Message& message)
 {
-    if (m_isAbortSent && (message.command == zvt::Accepted || message.isRefusal()))
-        return true; // of the wish to stop; the result follows
+    if (useAnswerToStop(message))
+        return true; // the result follows
     switch (message.command) {
     case zvt::IntermediateStatus:
     case zvt::PrintLine:
@@ -347,10 +362,10 @@ void ZvtTerminal::stopped(quint8 code)
 /// One that takes too long for a card is asked to stop before it is given up.
 void ZvtTerminal::timedOut()
 {
-    if (m_step == Step::Result && abort()) {
-        expect(Step::Result, m_settings.acknowledgeTime);
-        return;
-    }
+    if (m_step == Step::Result && abort())
+        return expect(Step::Result, m_settings.acknowledgeTime);
+    if (m_step == Step::StopAnswered && m_answer)
+        return say(*std::exchange(m_answer, {})); // one that had nothing to stop any more may not answer
     lose(tr("The card terminal does not answer."));
 }
 
@@ -365,7 +380,16 @@ void ZvtTerminal::finish(Verdict verdict, const QString& reason)
     finish(answer);
 }
 
+/// The answer to a wish to stop that comes later belongs to this request: no other one may begin.
 void ZvtTerminal::finish(const Answer& answer)
+{
+    if (!m_isAbortUnanswered)
+        return say(answer);
+    m_answer = answer;
+    expect(Step::StopAnswered, m_settings.acknowledgeTime);
+}
+
+void ZvtTerminal::say(const Answer& answer)
 {
     m_request.reset();
     m_sent = 0;
@@ -379,6 +403,7 @@ void ZvtTerminal::finish(const Answer& answer)
 void ZvtTerminal::lose(const QString& fault)
 {
     const std::optional<Request> lost = m_request;
+    const std::optional<Answer> known = std::exchange(m_answer, {});
     m_request.reset();
     m_sent = 0;
     expect(Step::Nothing, 0);
@@ -391,10 +416,10 @@ void ZvtTerminal::lose(const QString& fault)
     setFault(fault);
     if (!lost)
         return;
-    Answer answer;
-    answer.request = *lost;
-    answer.reason = fault;
-    emit answered(answer);
+    Answer unknown;
+    unknown.request = *lost;
+    unknown.reason = fault;
+    emit answered(known.value_or(unknown));
 }
 
 void ZvtTerminal::setFault(const QString& fault)

@@ -61,7 +61,8 @@ private:
         Nothing,      ///< not connected, or nothing to do
         Connection,   ///< of the socket
         Acknowledged, ///< that the message which was sent arrived
-        Result        ///< messages until it is completed or stopped
+        Result,       ///< messages until it is completed or stopped
+        StopAnswered  ///< an answer to the wish to stop, which crossed with the end
     };
 
     bool isReady() const;
@@ -69,18 +70,21 @@ private:
     void send(quint16 command, const QByteArray& data);
     void expect(Step step, int time);
     void acknowledge();
+    void sendAbort();
 
     void connected();
     void received();
     void use(const zvt::Message& message);
     bool useAcknowledgement(const zvt::Message& message);
     bool useResult(const zvt::Message& message);
+    bool useAnswerToStop(const zvt::Message& message);
     bool keepInformation(const QByteArray& data);
     bool completed(const QByteArray& data);
     void stopped(quint8 code);
     void timedOut();
 
     void finish(const Answer& answer);
+    void say(const Answer& answer);
     void finish(Verdict verdict, const QString& reason);
     void lose(const QString& fault);
     void setFault(const QString& fault);
@@ -103,7 +107,8 @@ private:
     int m_resultCode = 0;
     qint64 m_amount = 0;
     bool m_isAbortWanted = false;
-    bool m_isAbortSent = false;
+    bool m_isAbortUnanswered = false;
+    std::optional<Answer> m_answer; ///< said when the wish to stop is answered, too
 };
 
 } // namespace rivo::payment

@@ -111,6 +111,43 @@ private slots:
         QCOMPARE(answered.count(), 1);
     }
 
+    void aWishToStopThatComesTooLateEndsWithThePayment_data()
+    {
+        QTest::addColumn<QByteArray>("answered"); ///< to the wish, after the end of the payment
+        QTest::addColumn<bool>("isLost");
+        QTest::newRow("it is acknowledged") << QByteArray::fromHex("800000") << false;
+        QTest::newRow("it is refused") << QByteArray::fromHex("848300") << false;
+        QTest::newRow("it is not answered") << QByteArray() << false;
+        QTest::newRow("something else follows") << QByteArray::fromHex("060f00") << true;
+    }
+    void aWishToStopThatComesTooLateEndsWithThePayment()
+    {
+        QFETCH(QByteArray, answered);
+        QFETCH(bool, isLost);
+        const QByteArray paid = QByteArray::fromHex("040f09270004000000000190060f00");
+        const AnsweringServer server([&](const QByteArray& heard) {
+            return heard.contains(QByteArray::fromHex("060006"))
+                       ? QByteArray::fromHex("800000060f00")
+                   : heard.contains(QByteArray::fromHex("06b0")) ? paid + answered
+                   : heard.startsWith(QByteArray::fromHex("0601")) ? QByteArray::fromHex("800000")
+                                                                   : QByteArray();
+        });
+        ZvtTerminal terminal(server.settings());
+        QSignalSpy answers(&terminal, &PaymentTerminal::answered);
+        terminal.start();
+        QTRY_COMPARE(terminal.fault(), QString());
+        for (int turn = 1; turn <= (isLost ? 1 : 2); ++turn) {
+            QVERIFY(terminal.authorise(190));
+            QVERIFY(terminal.abort());
+            QTRY_COMPARE(answers.count(), turn);
+            QCOMPARE(text(answers.last().at(0).value<Answer>()), QString("Approved 190 0/0"));
+            QVERIFY(!terminal.isBusy());
+        }
+        QTest::qWait(20);
+        QCOMPARE(terminal.fault(), isLost ? QString("The card terminal was not understood.") : "");
+        QCOMPARE(answers.count(), isLost ? 1 : 2);
+    }
+
     void theLastReceiptIsAskedForWhenTheTerminalIsReady_data()
     {
         QTest::addColumn<QByteArray>("enquired");
