@@ -11,13 +11,16 @@ namespace rivo::sales
 namespace
 {
 
-// The format of SQLite's write-ahead log.
+// The formats of SQLite's write-ahead log and database.
 constexpr int headerSize = 32;
 constexpr int pageSizeAt = 8; ///< in the header
 constexpr int saltAt = 16;    ///< in the header
 constexpr int frameHeaderSize = 24;
+constexpr int frameDatabaseAt = 4; ///< pages of the database after a transaction's last frame, or 0
 constexpr int frameSaltAt = 8;
 constexpr int saltSize = 8;
+constexpr int databaseHeaderSize = 100;
+constexpr int databasePagesAt = 28; ///< in the database's header
 constexpr char tableLeaf = 13; ///< first byte of a page without pages below it
 
 quint32 numberAt(const QByteArray& bytes, int at)
@@ -48,7 +51,7 @@ bool JournalLog::follow()
         begin(header);
     for (QByteArray frame = nextFrame(log, m_length); !frame.isEmpty();
          frame = nextFrame(log, m_length))
-        add(frame);
+        addFrame(frame);
     return log.error() == QFile::NoError;
 }
 
@@ -60,6 +63,7 @@ void JournalLog::begin(const QByteArray& header)
     m_header = isLog ? header : QByteArray();
     m_frameSize = frameHeaderSize + qint64(pageSize);
     m_length = 0;
+    m_pages = 0;
     EVP_DigestInit_ex(m_hash.get(), EVP_sha256(), nullptr);
     add(m_header);
 }
@@ -68,6 +72,23 @@ void JournalLog::add(const QByteArray& bytes)
 {
     EVP_DigestUpdate(m_hash.get(), bytes.constData(), static_cast<size_t>(bytes.size()));
     m_length += bytes.size();
+}
+
+void JournalLog::addFrame(const QByteArray& frame)
+{
+    const quint32 pages = numberAt(frame, frameDatabaseAt);
+    m_pages = pages == 0 ? m_pages : pages;
+    add(frame);
+}
+
+/// As the database says itself; 0 if it cannot be read.
+quint32 JournalLog::pagesOfDatabase() const
+{
+    QFile database(m_file.chopped(logOf(QString()).size()));
+    if (!database.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray header = database.read(databaseHeaderSize);
+    return header.size() == databaseHeaderSize ? numberAt(header, databasePagesAt) : 0;
 }
 
 /// The frame at `at`; empty if there is none of this log.
@@ -108,11 +129,14 @@ bool JournalLog::isAsKept(const QByteArray& state, quint32 page) const
     kept.begin(log.read(headerSize));
     QByteArray frame = kept.nextFrame(log, kept.m_length);
     for (; !frame.isEmpty() && kept.m_length < length; frame = kept.nextFrame(log, kept.m_length))
-        kept.add(frame);
+        kept.addFrame(frame);
     if (kept.state() != state)
         return false;
+    const quint32 pages = kept.m_pages != 0 ? kept.m_pages : pagesOfDatabase();
     for (qint64 at = kept.m_length; !frame.isEmpty(); frame = kept.nextFrame(log, at)) {
-        if (numberAt(frame, 0) != page || frame.at(frameHeaderSize) != tableLeaf)
+        const quint32 pagesAfter = numberAt(frame, frameDatabaseAt);
+        if (numberAt(frame, 0) != page || frame.at(frameHeaderSize) != tableLeaf ||
+            (pagesAfter != 0 && pagesAfter != pages))
             return false;
         at += kept.m_frameSize;
     }

@@ -38,12 +38,14 @@ public:
     QByteArray state() const;
 
     /// Whether the log begins as it was in `state`, and has no more frames than of `page`, which is
-    /// a table's only one.
+    /// a table's only one, and which leave the size of the database as it is.
     bool isAsKept(const QByteArray& state, quint32 page) const;
 
 private:
     void begin(const QByteArray& header);
     void add(const QByteArray& bytes);
+    void addFrame(const QByteArray& frame);
+    quint32 pagesOfDatabase() const;
     QByteArray nextFrame(QFile& log, qint64 at) const;
 
     const QString m_file;
@@ -51,6 +53,7 @@ private:
     QByteArray m_header;
     qint64 m_length = 0;
     qint64 m_frameSize = 0;
+    quint32 m_pages = 0; ///< of the database after the last transaction that was read; 0 = none
 };
 
 } // namespace rivo::sales

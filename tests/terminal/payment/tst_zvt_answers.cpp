@@ -128,7 +128,7 @@ private slots:
         const AnsweringServer server([&](const QByteArray& heard) {
             return heard.contains(QByteArray::fromHex("060006"))
                        ? QByteArray::fromHex("800000060f00")
-                   : heard.contains(QByteArray::fromHex("06b0")) ? paid + answered
+                   : heard.contains(QByteArray::fromHex("06b0"))   ? paid + answered
                    : heard.startsWith(QByteArray::fromHex("0601")) ? QByteArray::fromHex("800000")
                                                                    : QByteArray();
         });

@@ -2,6 +2,7 @@
 
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtEndian>
 
 #include <functional>
 
@@ -80,6 +81,48 @@ bool flip(const QString& file, qint64 at)
     content[static_cast<int>(at)] = static_cast<char>(content.at(static_cast<int>(at)) ^ 1);
     QFile target(file);
     return target.open(QIODevice::ReadWrite) && target.write(content) == content.size();
+}
+
+/// The sums of SQLite's log over more bytes, whose words have the order of this machine.
+QVector<quint32> sumsAfter(QVector<quint32> sums, const QByteArray& bytes)
+{
+    for (int at = 0; at < bytes.size(); at += 8) {
+        sums[0] += qFromLittleEndian<quint32>(bytes.constData() + at) + sums[1];
+        sums[1] += qFromLittleEndian<quint32>(bytes.constData() + at + 4) + sums[0];
+    }
+    return sums;
+}
+
+constexpr int frameHeaderSize = 24;
+
+/// The frames of the log without those that are left over from before it was begun anew.
+QByteArray validLog(const QString& file)
+{
+    constexpr int headerSize = 32;
+    constexpr int saltSize = 8;
+    const QByteArray log = contentOf(file + "-wal");
+    const int frameSize = frameHeaderSize + qFromBigEndian<int>(log.constData() + 8);
+    int end = headerSize;
+    while (end + frameSize <= log.size() && log.mid(end + 8, saltSize) == log.mid(16, saltSize))
+        end += frameSize;
+    return log.left(end);
+}
+
+/// Adds the last frame of the log again, as one that leaves so many more pages in the database.
+bool addFrame(const QString& file, int morePages)
+{
+    const QByteArray log = validLog(file);
+    const int frameSize = frameHeaderSize + qFromBigEndian<int>(log.constData() + 8);
+    const int last = log.size() - frameSize;
+    const auto number = [&](int at) { return qFromBigEndian<quint32>(log.constData() + at); };
+    QByteArray frame = log.mid(last);
+    qToBigEndian(number(last + 4) + static_cast<quint32>(morePages), frame.data() + 4);
+    QVector<quint32> sums{number(last + 16), number(last + 20)};
+    sums = sumsAfter(sumsAfter(sums, frame.left(8)), frame.mid(frameHeaderSize));
+    qToBigEndian(sums.at(0), frame.data() + 16);
+    qToBigEndian(sums.at(1), frame.data() + 20);
+    write(file + "-wal", log + frame);
+    return number(last + 4) > 1;
 }
 
 } // namespace
@@ -177,6 +220,33 @@ private slots:
         QCOMPARE(kindOf(journal.fault()), QString("none"));
         QVERIFY(journal.isCheckedWhole());
         QCOMPARE(text(journal.runningShift()), QString("18: 2 tickets 100, 0 by card 0, 3-4"));
+    }
+
+    /// A frame of the basket also says how many pages the database has.
+    void theBasketDoesNotShortenTheDatabase_data()
+    {
+        QTest::addColumn<int>("morePages");
+        QTest::addColumn<bool>("isWhole");
+        QTest::addColumn<QString>("fault");
+        QTest::newRow("all pages") << 0 << false << "none";
+        QTest::newRow("one less") << -1 << false << "damaged";
+        QTest::newRow("ten less") << -10 << false << "damaged";
+        QTest::newRow("one more: all is checked") << 1 << true << "none";
+    }
+    void theBasketDoesNotShortenTheDatabase()
+    {
+        QFETCH(int, morePages);
+        QFETCH(bool, isWhole);
+        QFETCH(QString, fault);
+        const QTemporaryDir folder;
+        const QString file = fileIn(folder.path());
+        QVERIFY(isKeptAndCut(
+            file, [](Journal& journal) { return sellAndClose(journal) && sellMuch(journal); }));
+        QVERIFY(isKeptAndCut(file, [](Journal& journal) { return fillBasket(journal, 1); }));
+        QVERIFY(addFrame(file, morePages));
+        const OpenJournal journal(file);
+        QCOMPARE(kindOf(journal.fault()), fault);
+        QCOMPARE(journal.isCheckedWhole(), isWhole);
     }
 
     void whatWasWrittenAfterACutIsNoticed_data()
