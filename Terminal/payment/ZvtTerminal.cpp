@@ -365,7 +365,8 @@ void ZvtTerminal::timedOut()
     if (m_step == Step::Result && abort())
         return expect(Step::Result, m_settings.acknowledgeTime);
     if (m_step == Step::StopAnswered && m_answer)
-        return say(*std::exchange(m_answer, {})); // one that had nothing to stop any more may not answer
+        return say(
+            *std::exchange(m_answer, {})); // one that had nothing to stop any more may not answer
     lose(tr("The card terminal does not answer."));
 }
 

@@ -21,7 +21,7 @@ constexpr int frameSaltAt = 8;
 constexpr int saltSize = 8;
 constexpr int databaseHeaderSize = 100;
 constexpr int databasePagesAt = 28; ///< in the database's header
-constexpr char tableLeaf = 13; ///< first byte of a page without pages below it
+constexpr char tableLeaf = 13;      ///< first byte of a page without pages below it
 
 quint32 numberAt(const QByteArray& bytes, int at)
 {
