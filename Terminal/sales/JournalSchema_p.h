@@ -82,6 +82,7 @@ bool copyVersion2(JournalFile& file);     ///< its rows become records; its tabl
 /// The columns that the tables of tickets and of the unfinished basket share: "passenger_type,
 /// ...".
 QString ticketColumnNames();
+QString ticketColumnDefinitions(); ///< of a statement that makes a table
 int ticketColumnCount();
 
 /// The values of these columns.
