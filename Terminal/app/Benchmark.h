@@ -34,7 +34,7 @@ QString taps(const Screen& screen, Terminal& terminal);
 
 /// From frame to frame while the grid scrolls as fast as the fastest flick of a finger:
 /// "flick_frame_ms median 6.2 p95 9.8 (2000 tiles, 400 frames)"; and from end to end and back in as
-/// many frames, which only the scroll mark can do: "scroll_frame_ms" likewise.
+/// many frames, which is faster than a finger can: "scroll_frame_ms" likewise.
 QStringList scrolling(const Screen& screen);
 
 /// From another stop to the frame that shows what is sold
