@@ -88,6 +88,9 @@ const QVector<Part>& parts()
 
 bool isWhole(const QVariant& value) { return value.type() == QVariant::LongLong; }
 
+/// Amounts, and what else a vehicle counts. So sums of them stay within what a number holds.
+constexpr qint64 mostOfNumber = 10'000'000'000'000;
+
 /// PostgreSQL's texts have no zero byte.
 QString storable(QString text)
 {
@@ -102,7 +105,8 @@ QJsonValue jsonOf(const QVariant& value, const Column& column)
         return value.type() == QVariant::String ? QJsonValue(storable(value.toString()))
                                                 : QJsonValue(QJsonValue::Undefined);
     const qint64 number = value.toLongLong();
-    const bool isInRange = type == QLatin1String("bigint") || number == int(number);
+    const bool isInRange = number >= -mostOfNumber && number <= mostOfNumber &&
+                           (type == QLatin1String("bigint") || number == int(number));
     return isWhole(value) && isInRange ? QJsonValue(number) : QJsonValue(QJsonValue::Undefined);
 }
 

@@ -89,6 +89,7 @@ private slots:
         row("a sale without its sum", recordRow(1, 2) + "sale;i1;i1;\n");
         row("a way of payment that is too large",
             recordRow(1, 2) + "sale;i1;i4294967297;i5;i0;i5;i0;\n");
+        row("a sum that is too large", recordRow(1, 2) + "sale;i1;i1;i10000000000001;i0;i5;i0;\n");
         row("a row of the start", "journal;t3:EURi2;\n");
     }
 

@@ -1,0 +1,101 @@
+#include "Options.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <limits>
+
+namespace rivo::backoffice
+{
+
+namespace
+{
+
+QCommandLineOption option(const char* name, const char* text, const char* value,
+                          const char* ifMissing = "")
+{
+    return {QLatin1String(name), QLatin1String(text), QLatin1String(value),
+            QLatin1String(ifMissing)};
+}
+
+void describe(QCommandLineParser& parser)
+{
+    parser.setApplicationDescription(QStringLiteral(
+        "The office of a fleet: takes the records of vehicles from a broker of MQTT and keeps them"
+        " in PostgreSQL. "
+        "serve: takes records until it is stopped; several may run at a time. "
+        "report: prints what was sold. "
+        "gaps: prints what is missing or wrong; the exit code is 1 if there is something. "
+        "A password of the database is read from the file that PGPASSFILE names, or ~/.pgpass."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOptions(
+        {option("database", "Name of the database.", "name", "rivo"),
+         option("database-host", "Its host, or the folder of its socket.", "host"),
+         option("database-port", "Its port.", "port", "5432"),
+         option("database-user", "Its user.", "user"),
+         option("database-options", "More settings, such as sslmode=verify-full.", "settings"),
+         option("broker", "serve: host of the broker.", "host", "localhost"),
+         option("port", "serve: its port.", "port", "8883"),
+         option("authority", "serve: certificate of the authority, for TLS, in PEM.", "file"),
+         option("certificate", "serve: own certificate.", "file"),
+         option("key", "serve: own private key.", "file"),
+         option("from", "report: the first day, such as 2026-03-29.", "day"),
+         option("to", "report: the last day.", "day"),
+         option("by", "report: driver, route, vehicle or product.", "what", "vehicle"),
+         option("format", "report: text, csv or json.", "format", "text"),
+         {QStringLiteral("all"), QStringLiteral("gaps: those that are closed, too.")}});
+    parser.addPositionalArgument(QStringLiteral("command"),
+                                 QStringLiteral("serve, report or gaps."));
+}
+
+/// 0 for anything but a port.
+int portOf(const QString& text)
+{
+    bool isNumber = false;
+    const int port = text.toInt(&isNumber);
+    return isNumber && port > 0 && port <= std::numeric_limits<quint16>::max() ? port : 0;
+}
+
+/// The place of a name in a list; -1 if it is not there.
+int placeOf(const QString& name, const char* names)
+{
+    return QString::fromLatin1(names).split(QLatin1Char(' ')).indexOf(name);
+}
+
+} // namespace
+
+Options optionsOf(const QCoreApplication& application)
+{
+    QCommandLineParser parser;
+    describe(parser);
+    parser.process(application);
+    const auto value = [&](const char* name) { return parser.value(QLatin1String(name)); };
+    const QStringList arguments = parser.positionalArguments();
+    const int by = placeOf(value("by"), "driver route vehicle product");
+    const int format = placeOf(value("format"), "text csv json");
+    Options options;
+    options.command = arguments.value(0);
+    options.database = {value("database-host"), portOf(value("database-port")), value("database"),
+                        value("database-user"), value("database-options")};
+    options.broker.host = value("broker");
+    options.broker.port = portOf(value("port"));
+    options.broker.authority = value("authority");
+    options.broker.certificate = value("certificate");
+    options.broker.key = value("key");
+    options.from = QDate::fromString(value("from"), Qt::ISODate);
+    options.to = QDate::fromString(value("to"), Qt::ISODate);
+    options.all = parser.isSet(QStringLiteral("all"));
+    const bool isReport = options.command == QLatin1String("report");
+    const bool isUnderstood = arguments.size() == 1 &&
+                              placeOf(options.command, "serve report gaps") >= 0 && by >= 0 &&
+                              format >= 0 && options.database.port > 0 && options.broker.port > 0 &&
+                              (!isReport || (options.from.isValid() && options.to.isValid()));
+    if (!isUnderstood)
+        return {};
+    options.by = static_cast<ReportBy>(by);
+    options.format = static_cast<ReportFormat>(format);
+    return options;
+}
+
+} // namespace rivo::backoffice

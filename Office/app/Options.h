@@ -1,0 +1,30 @@
+#pragma once
+
+#include <BrokerLink.h>
+#include <ReportText.h>
+
+#include <QDate>
+#include <QString>
+
+class QCoreApplication;
+
+namespace rivo::backoffice
+{
+
+/// What the user wants; `command` is empty if the command line is not understood.
+struct Options
+{
+    QString command; ///< serve, report or gaps
+    DatabaseSettings database;
+    office::BrokerSettings broker;
+    ReportBy by = ReportBy::Driver;
+    ReportFormat format = ReportFormat::Text;
+    QDate from;
+    QDate to;
+    bool all = false;
+};
+
+/// Reads the command line. Ends the program for --help and --version.
+Options optionsOf(const QCoreApplication& application);
+
+} // namespace rivo::backoffice

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <BrokerLink.h>
+#include <Database.h>
+#include <Intake.h>
+
+#include <QString>
+
+struct mosquitto;
+struct mosquitto_message;
+
+namespace rivo::backoffice
+{
+
+/// Takes what vehicles send, one message after the other: none is read from the broker before the
+/// one before is stored and answered. So a slow database slows the broker, and nothing piles up.
+///
+/// The broker keeps no session for it: it divides the messages among the programs that are
+/// connected. What one of them had and did not answer, the vehicle sends again.
+class Server
+{
+public:
+    /// Only host, port and the files for TLS of `broker` are used.
+    Server(const office::BrokerSettings& broker, const DatabaseSettings& database);
+    ~Server();
+    Server(const Server&) = delete;
+    Server& operator=(const Server&) = delete;
+
+    /// What is wrong with the files for TLS; empty if they can be used.
+    QString configure();
+
+    /// Until stop() is called. Broker and database are looked for again when they are lost.
+    void run();
+
+    /// May be called by a signal.
+    static void stop();
+
+private:
+    bool connectDatabase();
+    bool connectBroker();
+    void loseBroker(const QString& problem);
+    void pause();
+    void take(const mosquitto_message& message);
+
+    office::BrokerSettings m_broker;
+    OfficeStore m_store;
+    Intake m_intake;
+    mosquitto* m_client = nullptr;
+    bool m_hasDatabase = false;
+    bool m_hasBroker = false;
+    int m_pause = 1; ///< seconds until the next attempt
+};
+
+} // namespace rivo::backoffice
