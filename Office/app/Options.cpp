@@ -1,5 +1,6 @@
 #include "Options.h"
 
+#include <FleetMessages.h>
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
@@ -40,6 +41,8 @@ void describe(QCommandLineParser& parser)
          option("authority", "serve: certificate of the authority, for TLS, in PEM.", "file"),
          option("certificate", "serve: own certificate.", "file"),
          option("key", "serve: own private key.", "file"),
+         option("share", "serve: the same for all programs, and known to no vehicle.", "name",
+                "office"),
          option("from", "report: the first day, such as 2026-03-29.", "day"),
          option("to", "report: the last day.", "day"),
          option("by", "report: driver, route, vehicle or product.", "what", "vehicle"),
@@ -83,6 +86,7 @@ Options optionsOf(const QCoreApplication& application)
     options.broker.authority = value("authority");
     options.broker.certificate = value("certificate");
     options.broker.key = value("key");
+    options.share = value("share");
     options.from = QDate::fromString(value("from"), Qt::ISODate);
     options.to = QDate::fromString(value("to"), Qt::ISODate);
     options.all = parser.isSet(QStringLiteral("all"));
@@ -90,6 +94,7 @@ Options optionsOf(const QCoreApplication& application)
     const bool isUnderstood = arguments.size() == 1 &&
                               placeOf(options.command, "serve report gaps") >= 0 && by >= 0 &&
                               format >= 0 && options.database.port > 0 && options.broker.port > 0 &&
+                              office::isTopicName(options.share) &&
                               (!isReport || (options.from.isValid() && options.to.isValid()));
     if (!isUnderstood)
         return {};

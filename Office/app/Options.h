@@ -17,6 +17,7 @@ struct Options
     QString command; ///< serve, report or gaps
     DatabaseSettings database;
     office::BrokerSettings broker;
+    QString share; ///< of the subscription
     ReportBy by = ReportBy::Driver;
     ReportFormat format = ReportFormat::Text;
     QDate from;

@@ -16,7 +16,6 @@ namespace
 {
 
 constexpr int qualityOfService = 1;
-constexpr char sharedTopic[] = "$share/office/rivo/+/+/records";
 
 volatile std::sig_atomic_t isStopping = 0;
 
@@ -26,18 +25,20 @@ void log(const QString& line) { reportFailure(line); }
 
 } // namespace
 
-Server::Server(const office::BrokerSettings& broker, const DatabaseSettings& database)
-    : m_broker(broker), m_store(database), m_intake(m_store)
+Server::Server(const office::BrokerSettings& broker, const QString& share,
+               const DatabaseSettings& database)
+    : m_broker(broker), m_topic(("$share/" + share.toUtf8()) + "/rivo/+/+/records"),
+      m_store(database), m_intake(m_store)
 {
     mosquitto_lib_init();
     // Without a name and a session of its own.
     m_client = mosquitto_new(nullptr, true, this);
-    mosquitto_connect_callback_set(m_client, [](mosquitto* client, void* object, int code) {
+    mosquitto_connect_callback_set(m_client, [](mosquitto*, void* object, int code) {
+        auto* server = static_cast<Server*>(object);
         if (code == 0)
-            mosquitto_subscribe(client, nullptr, sharedTopic, qualityOfService);
+            server->subscribe();
         else
-            static_cast<Server*>(object)->loseBroker(
-                QString::fromUtf8(mosquitto_connack_string(code)));
+            server->loseBroker(QString::fromUtf8(mosquitto_connack_string(code)));
     });
     mosquitto_subscribe_callback_set(
         m_client, [](mosquitto*, void* object, int, int count, const int* granted) {
@@ -106,6 +107,11 @@ bool Server::connectBroker()
     if (!m_hasBroker)
         log(QStringLiteral("no broker: %1").arg(textOf(result)));
     return m_hasBroker;
+}
+
+void Server::subscribe()
+{
+    mosquitto_subscribe(m_client, nullptr, m_topic.constData(), qualityOfService);
 }
 
 /// The broker gives what comes from now on to other programs.

@@ -20,8 +20,10 @@ namespace rivo::backoffice
 class Server
 {
 public:
-    /// Only host, port and the files for TLS of `broker` are used.
-    Server(const office::BrokerSettings& broker, const DatabaseSettings& database);
+    /// Only host, port and the files for TLS of `broker` are used. `share`: programs with the same
+    /// name share the messages.
+    Server(const office::BrokerSettings& broker, const QString& share,
+           const DatabaseSettings& database);
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
@@ -40,9 +42,11 @@ private:
     bool connectBroker();
     void loseBroker(const QString& problem);
     void pause();
+    void subscribe();
     void take(const mosquitto_message& message);
 
     office::BrokerSettings m_broker;
+    QByteArray m_topic;
     OfficeStore m_store;
     Intake m_intake;
     mosquitto* m_client = nullptr;

@@ -31,7 +31,7 @@ int serve(const Options& options)
 {
     for (const int signal : {SIGINT, SIGTERM})
         static_cast<void>(std::signal(signal, [](int) { Server::stop(); }));
-    Server server(options.broker, options.database);
+    Server server(options.broker, options.share, options.database);
     const QString problem = server.configure();
     if (!problem.isEmpty())
         return failed(problem);

@@ -149,48 +149,57 @@ private slots:
         QCOMPARE(valueIn(database, "SELECT count(*) FROM record"), "9");
     }
 
-    /// The broker takes the name of a client from its certificate, and gives each its own topics.
+    /// With the certificates, the configuration and the access list of docs/fleet.md.
     void vehiclesPublishOnlyAsThemselves()
     {
         if (!TestCertificates::canBeMade())
             QSKIP("openssl is not installed");
-        const TestCertificates certificates("Rivo test authority");
-        certificates.make("broker", "localhost");
-        for (const char* name : {"4711", "4712", "office"})
-            certificates.make(name, name);
+        const QTemporaryDir folder;
+        const auto file = [&](const QString& name) { return folder.filePath(name); };
         const DatabaseSettings database = m_server.newDatabase();
         Broker broker;
-        const QString access = broker.write(
-            "access",
-            "user office\ntopic read rivo/+/+/records\ntopic read $share/office/rivo/+/+/records\n"
-            "topic write rivo/+/+/acknowledged\n"
-            "pattern write rivo/lakeside/%u/records\n"
-            "pattern read rivo/lakeside/%u/acknowledged\n");
-        QVERIFY(broker.start("cafile " + certificates.file("ca.pem").toUtf8() + "\ncertfile " +
-                             certificates.file("broker.pem").toUtf8() + "\nkeyfile " +
-                             certificates.file("broker.key").toUtf8() +
-                             "\nrequire_certificate true\nuse_identity_as_username true\n"
-                             "allow_anonymous false\nacl_file " +
-                             access.toUtf8() + "\n"));
+        QVERIFY(makeCertificates(folder.path()));
+        QVERIFY(broker.start(
+            documented("listener 8883")
+                .replace("listener 8883\n", "")
+                .replace("/etc/mosquitto/certs/broker.example.com", file("localhost").toUtf8())
+                .replace("/etc/mosquitto/certs", folder.path().toUtf8())
+                .replace("/etc/mosquitto/fleet.access",
+                         broker.write("access", documented("user office")).toUtf8())));
         Serving office(broker, database,
-                       {"--broker", "localhost", "--authority", certificates.file("ca.pem"),
-                        "--certificate", certificates.file("office.pem"), "--key",
-                        certificates.file("office.key")});
-        const auto settings = [&](const QString& name) {
-            BrokerSettings made = broker.settings(name);
+                       {"--broker", "localhost", "--share", "known-to-no-vehicle", "--authority",
+                        file("authority.pem"), "--certificate", file("office.pem"), "--key",
+                        file("office.key")});
+        const auto settings = [&](const QString& name, const QString& client) {
+            BrokerSettings made = broker.settings(client);
             made.host = "localhost";
-            made.authority = certificates.file("ca.pem");
-            made.certificate = certificates.file(name + ".pem");
-            made.key = certificates.file(name + ".key");
+            made.authority = file("authority.pem");
+            made.certificate = file(name + ".pem");
+            made.key = file(name + ".key");
             return made;
         };
-        Vehicle thief(settings("4712"), {"lakeside", "4711"});
-        Vehicle vehicle(settings("4711"));
-        QVERIFY(thief.link.start() && vehicle.link.start());
-        QVERIFY(sellSome(thief) && sellSome(vehicle));
+        Vehicle thief(settings("4712", "thief"), {"lakeside", "4711"});
+        Vehicle vehicle(settings("4711", "4711"));
+        BrokerLink listener(settings("4712", "listener"));
+        QSignalSpy heard(&listener, &BrokerLink::received);
+        for (const char* topic : {"#", "rivo/+/+/records", "$share/office/rivo/+/+/records",
+                                  "rivo/lakeside/4711/acknowledged"})
+            listener.subscribe(topic);
+        BrokerSettings unknown = settings("4712", "unknown");
+        unknown.certificate.clear();
+        unknown.key.clear();
+        BrokerLink stranger(unknown);
+        QVERIFY(stranger.start() && listener.start());
+        QTRY_VERIFY_WITH_TIMEOUT(listener.isConnected(), patience);
+        QVERIFY(vehicle.link.start() && sellSome(thief) && sellSome(vehicle));
         QTRY_COMPARE_WITH_TIMEOUT(vehicle.outbox.acknowledged(), 4, patience);
-        QVERIFY(thief.link.isConnected());
+        QVERIFY(thief.link.start());
+        QTRY_VERIFY_WITH_TIMEOUT(thief.link.isConnected(), patience);
+        QVERIFY(sellSome(vehicle));
+        QTRY_COMPARE_WITH_TIMEOUT(vehicle.outbox.acknowledged(), 8, patience);
         QCOMPARE(thief.outbox.acknowledged(), -1);
+        QCOMPARE(heard.size(), 0);
+        QVERIFY(!stranger.isConnected());
         QCOMPARE(valueIn(database, "SELECT encode(public_key, 'hex') FROM journal"),
                  vehicle.journal.publicKey().toHex());
     }
@@ -243,6 +252,7 @@ private slots:
             {"report", "--from", "2026-03-01", "--to", "2026-03-01", "--by", "colour"},
             notUnderstood);
         row("a port that is none", {"serve", "--port", "65536"}, notUnderstood);
+        row("a share that is no name", {"serve", "--share", "a/b"}, notUnderstood);
         row("an authority that is missing", {"serve", "--authority", "/nowhere/authority.pem"}, "");
         row("a report without a database",
             {"report", "--from", "2026-03-01", "--to", "2026-03-01", "--database-host", "/nowhere"},
@@ -262,6 +272,32 @@ private slots:
     }
 
 private:
+    /// The block of docs/fleet.md that begins with `start`.
+    static QByteArray documented(const QByteArray& start)
+    {
+        const QList<QByteArray> lines = contentOf(FLEET_DOCUMENT).split('\n');
+        QByteArray block;
+        for (const QByteArray& line : lines) {
+            const QByteArray text = line.startsWith("    ") ? line.mid(4) : line;
+            if (block.isEmpty() && !text.startsWith(start))
+                continue;
+            if (text.startsWith("```"))
+                break;
+            block += text + '\n';
+        }
+        return block;
+    }
+
+    static bool makeCertificates(const QString& folder)
+    {
+        QProcess shell;
+        shell.setWorkingDirectory(folder);
+        shell.start(
+            "bash",
+            {"-ec", documented("openssl req -x509").replace("broker.example.com", "localhost")});
+        return shell.waitForFinished() && shell.exitCode() == 0;
+    }
+
     static bool sellSome(VehicleJournal& vehicle)
     {
         bool isSold = true;
