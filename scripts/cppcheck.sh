@@ -11,11 +11,11 @@ mkdir -p build/cppcheck
 includes=()
 while IFS= read -r folder; do
     includes+=(-I "$folder")
-done < <(git ls-files 'GuiCore/*.h' 'Core/*.h' 'GuiCoreQml/*.h' 'Feed/*.h' 'Program/*.h' 'Terminal/*.h' 'tools/*.h' | xargs -n1 dirname | sort -u)
+done < <(git ls-files 'GuiCore/*.h' 'Core/*.h' 'GuiCoreQml/*.h' 'Feed/*.h' 'Office/*.h' 'Program/*.h' 'Terminal/*.h' 'tools/*.h' | xargs -n1 dirname | sort -u)
 includes+=(-I GuiCore/include -I Core/include)
 
 # What the macros of Qt and of the generated headers stand for; its own Qt library misses these.
-git ls-files 'GuiCore/*.cpp' 'Core/*.cpp' 'GuiCoreQml/*.cpp' 'Feed/*.cpp' 'Program/*.cpp' 'Terminal/*.cpp' 'tools/*.cpp' |
+git ls-files 'GuiCore/*.cpp' 'Core/*.cpp' 'GuiCoreQml/*.cpp' 'Feed/*.cpp' 'Office/*.cpp' 'Program/*.cpp' 'Terminal/*.cpp' 'tools/*.cpp' |
     xargs cppcheck -j 2 --quiet --error-exitcode=1 --std=c++17 --language=c++ --library=qt \
         --enable=warning,style,performance,portability --inline-suppr \
         --suppressions-list=scripts/cppcheck.supp --cppcheck-build-dir=build/cppcheck \

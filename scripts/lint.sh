@@ -13,7 +13,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # or in the header of their name, as ninja calls what they compile to.
 recent_sources() {
     local file
-    git diff --name-only "HEAD~$1" -- Core GuiCore GuiCoreQml Feed Program Terminal tools |
+    git diff --name-only "HEAD~$1" -- Core GuiCore GuiCoreQml Feed Office Program Terminal tools |
         sed -nE 's/(_p)?\.(cpp|h)$/.cpp/p' | sort -u | while read -r file; do
         [ ! -f "$file" ] || echo "$PWD/$file^"
     done
