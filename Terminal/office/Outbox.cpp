@@ -40,11 +40,10 @@ void Outbox::setConnected(bool isConnected)
 
 void Outbox::send(const Batch& batch)
 {
-    if (batch.publicKey.isEmpty())
-        return;
     m_isAnswered = false;
     m_timer.start(m_pace.againAfter);
-    emit ready(encode(batch));
+    if (!batch.publicKey.isEmpty()) // a journal that is stopped may go on later
+        emit ready(encode(batch));
 }
 
 void Outbox::sendNext()
@@ -52,10 +51,13 @@ void Outbox::sendNext()
     Batch batch{m_journal.publicKey(),
                 m_journal.sealedRecords(m_acknowledged, m_pace.recordsOfBatch)};
     keepToSize(batch.records);
-    if (batch.records.isEmpty())
+    if (batch.records.isEmpty()) {
         m_timer.start(m_pace.pollEvery);
-    else
-        send(batch);
+        emit completed();
+        return;
+    }
+    send(batch);
+    emit sent();
 }
 
 void Outbox::onTimeout()

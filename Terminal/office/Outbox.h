@@ -47,6 +47,8 @@ public:
 signals:
     void ready(const QByteArray& message); ///< to be published as records
     void acknowledgedChanged();
+    void sent();      ///< records are on their way
+    void completed(); ///< the office has all records that there are
     void refused(const QString& reason);
 
 private:

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "BrokerLink.h"
+#include "Outbox.h"
+
+namespace rivo::office
+{
+
+/// A vehicle's connection to the office: sends the records of its journal as long as there is a
+/// network, and says whether the vehicle is there. Nothing here waits for the network.
+class OfficeLink : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class State {
+        Unusable,  ///< a file for TLS cannot be used
+        Away,      ///< no connection; records wait in the journal
+        Refused,   ///< the office does not take the records
+        Connected, ///< records go to the office
+        Complete   ///< the office has all records
+    };
+
+    /// `broker` with host, port and files of TLS; the other fields are made of `topics`. The
+    /// journal outlives this.
+    OfficeLink(BrokerSettings broker, const Topics& topics, sales::Journal& journal,
+               const OutboxPace& pace = {}, QObject* parent = nullptr);
+
+    /// Connects, again and again.
+    void start();
+
+    State state() const { return m_state; }
+    QString stateText() const; ///< for people
+
+signals:
+    void stateChanged(); ///< or its text
+
+private:
+    void take(const QString& topic, const QByteArray& message);
+    void show(State state);
+
+    const Topics m_topics;
+    Outbox m_outbox;
+    BrokerLink m_link;
+    State m_state = State::Away;
+};
+
+} // namespace rivo::office
