@@ -7,6 +7,7 @@
 #include <FleetSimulator.h>
 #include <HealthWatch.h>
 #include <LiveVehicles.h>
+#include <OfficeLink.h>
 #include <PeripheralItem.h>
 #include <PeripheralsModel.h>
 #include <VehiclePosition.h>
@@ -93,6 +94,8 @@ VehicleParts::VehicleParts(const Settings& settings, const Terminal& terminal, Q
     followPosition(settings.position);
     if (settings.vehicles.isThere())
         followVehicles(settings.vehicles);
+    if (settings.office.isThere())
+        reachOffice(settings.office);
     if (settings.watchesHealth)
         watchHealth(settings);
 }
@@ -104,6 +107,8 @@ void VehicleParts::start()
     m_position->start();
     if (m_live != nullptr)
         m_live->start();
+    if (m_office != nullptr)
+        m_office->start();
     if (m_health != nullptr)
         m_health->start();
 }
@@ -198,6 +203,35 @@ void VehicleParts::followVehicles(const config::VehiclesConfig& config)
 void VehicleParts::showVehicles()
 {
     show(m_liveRow, {m_live->isConnected() ? Level::Ready : Level::Warning, m_live->stateText()});
+}
+
+void VehicleParts::reachOffice(const config::OfficeConfig& config)
+{
+    m_officeRow = addRow(tr("Office"), QStringLiteral("device"));
+    office::BrokerSettings broker;
+    broker.host = config.host;
+    broker.port = config.port;
+    broker.authority = config.caFile;
+    broker.certificate = config.certificate;
+    broker.key = config.key;
+    m_office = std::make_unique<office::OfficeLink>(
+        broker, office::Topics{config.operatorName, config.vehicle}, m_terminal.journal);
+    connect(m_office.get(), &office::OfficeLink::stateChanged, this, &VehicleParts::showOffice);
+    showOffice();
+}
+
+/// A vehicle without a network is no fault: nothing is lost.
+void VehicleParts::showOffice()
+{
+    using office::OfficeLink;
+    const OfficeLink::State state = m_office->state();
+    const bool isWrong =
+        state == OfficeLink::State::Unusable || state == OfficeLink::State::Refused;
+    const bool isAway = state == OfficeLink::State::Away;
+    show(m_officeRow, {isWrong  ? Level::Warning
+                       : isAway ? Level::Notice
+                                : Level::Ready,
+                       m_office->stateText()});
 }
 
 void VehicleParts::watchHealth(const Settings& settings)

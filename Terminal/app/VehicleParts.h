@@ -33,6 +33,16 @@ namespace rivo::live
 class LiveVehicles;
 }
 
+namespace rivo::office
+{
+class OfficeLink;
+}
+
+namespace rivo::sales
+{
+class Journal;
+}
+
 namespace rivo::position
 {
 class VehiclePosition;
@@ -44,8 +54,8 @@ namespace rivo::terminal
 class TripDesk;
 
 /// What the vehicle has besides printer and card terminal: the receiver of its position, the server
-/// that reports the other vehicles, and the system itself. Each part has a row among the devices.
-/// The current stop follows the receiver.
+/// that reports the other vehicles, the connection to the office, and the system itself. Each part
+/// has a row among the devices. The current stop follows the receiver.
 class VehicleParts : public QObject
 {
     Q_OBJECT
@@ -55,6 +65,7 @@ public:
     {
         config::PositionConfig position;
         config::VehiclesConfig vehicles;
+        config::OfficeConfig office;
         bool watchesHealth = false;
         QString journalFile;
         QString systemRoot; ///< where /sys is; empty on a real system
@@ -68,6 +79,7 @@ public:
         PeripheralsModel& devices;
         fleet::FleetSimulator& fleet;
         TripDesk& trip;
+        sales::Journal& journal;
     };
 
     /// Adds the rows of the parts that there are.
@@ -94,23 +106,27 @@ private:
 
     void followPosition(const config::PositionConfig& config);
     void followVehicles(const config::VehiclesConfig& config);
+    void reachOffice(const config::OfficeConfig& config);
     void watchHealth(const Settings& settings);
     Row addRow(const QString& name, const QString& icon);
     void showPosition();
     void showOwnPlace();
     void showClock();
     void showVehicles();
+    void showOffice();
     void showHealth(const health::Health& health);
     void showOptional(Row& row, const QString& name, bool isThere, const health::State& state);
 
     const Terminal m_terminal;
     std::unique_ptr<position::VehiclePosition> m_position;
     std::unique_ptr<live::LiveVehicles> m_live;
+    std::unique_ptr<office::OfficeLink> m_office;
     std::unique_ptr<health::HealthWatch> m_health;
     QVector<Row> m_rows; ///< all that were added
     Row m_positionRow;
     Row m_clockRow;
     Row m_liveRow;
+    Row m_officeRow;
     Row m_networkRow;
     Row m_diskRow;
     Row m_temperatureRow;

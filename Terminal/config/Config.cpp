@@ -1,11 +1,13 @@
 #include "ConfigFields_p.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QUrl>
 
 #include <algorithm>
 #include <cerrno>
 #include <sys/stat.h>
+#include <utility>
 
 namespace rivo::config
 {
@@ -50,9 +52,26 @@ public:
             checkChoice("vehicles", {"url", "file"});
         if (config.vehicles.certificate.isEmpty() != config.vehicles.key.isEmpty())
             add("/vehicles", QStringLiteral("one"), QStringLiteral("certificate and key, or none"));
+        if (config.office.isThere())
+            checkOffice(config.office);
     }
 
 private:
+    void checkOffice(const OfficeConfig& office)
+    {
+        const std::pair<const char*, QString> needed[] = {{"/office/host", office.host},
+                                                          {"/office/operator", office.operatorName},
+                                                          {"/office/vehicle", office.vehicle}};
+        for (const auto& [pointer, value] : needed) {
+            if (value.isEmpty())
+                add(pointer, QStringLiteral("missing"), QStringLiteral("a name"));
+        }
+        if (office.certificate.isEmpty() != office.key.isEmpty())
+            add("/office", QStringLiteral("one"), QStringLiteral("certificate and key, or none"));
+        if (office.caFile.isEmpty() && !office.key.isEmpty())
+            add("/office/caFile", QStringLiteral("missing"), QStringLiteral("a file"));
+    }
+
     /// Exactly one of the keys is there, and not empty.
     void checkChoice(const char* section, std::initializer_list<const char*> keys)
     {
@@ -102,6 +121,7 @@ bool isCodePage(const QString& text) { return codePageNames().contains(text); }
 bool isCardTerminalType(const QString& text) { return isOneOf(text, {"none", "zvt"}); }
 bool isPositionType(const QString& text) { return isOneOf(text, {"none", "nmea", "gpsd"}); }
 bool isVehiclesType(const QString& text) { return isOneOf(text, {"none", "gtfs-realtime"}); }
+bool isOfficeType(const QString& text) { return isOneOf(text, {"none", "mqtt"}); }
 bool isParity(const QString& text) { return isOneOf(text, {"none", "even", "odd"}); }
 bool isFlowControl(const QString& text) { return isOneOf(text, {"none", "hardware", "software"}); }
 
@@ -116,6 +136,12 @@ bool isWebAddress(const QString& text)
 {
     const QUrl url(text, QUrl::StrictMode);
     return url.isValid() && isOneOf(url.scheme(), {"http", "https"}) && !url.host().isEmpty();
+}
+
+bool isTopicName(const QString& text)
+{
+    static const QRegularExpression name(QStringLiteral("\\A[A-Za-z0-9._-]{1,64}\\z"));
+    return name.match(text).hasMatch();
 }
 
 bool isFileName(const QString& text) { return !text.isEmpty(); }

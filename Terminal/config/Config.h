@@ -85,6 +85,24 @@ struct VehiclesConfig
     bool isThere() const { return type != QLatin1String("none"); }
 };
 
+/// The broker of MQTT over which the journal's records go to the office. With a type, `host`,
+/// `operatorName` and `vehicle` are given.
+struct OfficeConfig
+{
+    QString type = QStringLiteral("none"); ///< "none" or "mqtt"
+    QString host;
+    int port = 8883;
+    QString operatorName; ///< "operator" in the file: 1 to 64 letters, digits, ".", "_", "-"
+    QString vehicle;      ///< likewise; what the office calls this vehicle
+    /// For TLS, files in PEM form: whose certificates are trusted (empty = a connection without
+    /// TLS), and how the broker knows this vehicle (both or none).
+    QString caFile;
+    QString certificate;
+    QString key;
+
+    bool isThere() const { return type != QLatin1String("none"); }
+};
+
 /// What the operator's configuration file says about a terminal. Without a file there are no
 /// devices.
 struct Config
@@ -97,6 +115,7 @@ struct Config
     CardTerminalConfig cardTerminal;
     PositionConfig position;
     VehiclesConfig vehicles;
+    OfficeConfig office;
 };
 
 struct ConfigResult

@@ -14,6 +14,8 @@ bool isCodePage(const QString& text);
 bool isCardTerminalType(const QString& text);
 bool isPositionType(const QString& text);
 bool isVehiclesType(const QString& text);
+bool isOfficeType(const QString& text);
+bool isTopicName(const QString& text);
 bool isParity(const QString& text);
 bool isFlowControl(const QString& text);
 bool isPassword(const QString& text);
@@ -44,6 +46,7 @@ struct Fields<config::Config>
         Field{"cardTerminal", &R::cardTerminal, optional},
         Field{"position", &R::position, optional},
         Field{"vehicles", &R::vehicles, optional},
+        Field{"office", &R::office, optional},
     };
 };
 
@@ -135,6 +138,25 @@ struct Fields<config::VehiclesConfig>
               optional.satisfying(config::isWebAddress, "an address with http or https")},
         Field{"file", &R::file, optional},
         Field{"interval", &R::interval, optional.within(1, 3600)},
+        Field{"caFile", &R::caFile, fileRule},
+        Field{"certificate", &R::certificate, fileRule},
+        Field{"key", &R::key, fileRule},
+    };
+};
+
+constexpr FieldRule topicRule =
+    optional.satisfying(config::isTopicName, "1 to 64 letters, digits, \".\", \"_\" or \"-\"");
+
+template <>
+struct Fields<config::OfficeConfig>
+{
+    using R = config::OfficeConfig;
+    static constexpr std::tuple table{
+        Field{"type", &R::type, required.satisfying(config::isOfficeType, R"("none" or "mqtt")")},
+        Field{"host", &R::host, optional},
+        Field{"port", &R::port, ownPortRule},
+        Field{"operator", &R::operatorName, topicRule},
+        Field{"vehicle", &R::vehicle, topicRule},
         Field{"caFile", &R::caFile, fileRule},
         Field{"certificate", &R::certificate, fileRule},
         Field{"key", &R::key, fileRule},

@@ -1480,6 +1480,29 @@
     </message>
 </context>
 <context>
+    <name>rivo::office::OfficeLink</name>
+    <message>
+        <source>cannot be used: %1</source>
+        <translation>kann nicht benutzt werden: %1</translation>
+    </message>
+    <message>
+        <source>takes no records: %1</source>
+        <translation>nimmt keine Aufzeichnungen an: %1</translation>
+    </message>
+    <message>
+        <source>records are on their way</source>
+        <translation>Aufzeichnungen sind unterwegs</translation>
+    </message>
+    <message>
+        <source>has all records</source>
+        <translation>hat alle Aufzeichnungen</translation>
+    </message>
+    <message>
+        <source>no connection, records wait</source>
+        <translation>keine Verbindung, Aufzeichnungen warten</translation>
+    </message>
+</context>
+<context>
     <name>rivo::payment::SimulatedPaymentTerminal</name>
     <message>
         <source>Simulated card terminal</source>
@@ -2103,6 +2126,10 @@
     <message>
         <source>Brightness</source>
         <translation>Helligkeit</translation>
+    </message>
+    <message>
+        <source>Office</source>
+        <translation>Zentrale</translation>
     </message>
 </context>
 <context>

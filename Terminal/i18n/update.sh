@@ -13,7 +13,7 @@ update() {
     shift
     "$program" -silent -no-obsolete -locations none -extensions cpp,h,qml \
         -source-language en -target-language "$language" "$@" \
-        "$terminal"/{app,health,live,position,drivers,sales,payment,fleet,ticket,printer,qml} \
+        "$terminal"/{app,health,live,position,drivers,sales,payment,fleet,office,ticket,printer,qml} \
         -ts "$folder/rivo-terminal_$language.ts"
 }
 update de

@@ -25,6 +25,7 @@ QString textOf(const Config& config)
     const CardTerminalConfig& card = config.cardTerminal;
     const PositionConfig& position = config.position;
     const VehiclesConfig& vehicles = config.vehicles;
+    const OfficeConfig& office = config.office;
     QStringList parts{config.vehicle, config.sounds ? "on" : "off", printer.type, printer.device,
                       textOf(printer.serial)};
     if (printer.tcp)
@@ -33,11 +34,29 @@ QString textOf(const Config& config)
     for (const int number :
          {printer.codePageNumber, printer.columns, printer.dotsPerLine, int(printer.openDrawer),
           int(printer.cut), int(printer.nativeCode), printer.timeout, card.port, card.timeout,
-          position.port, vehicles.interval})
+          position.port, vehicles.interval, office.port})
         parts.append(QString::number(number));
-    parts.append({printer.logo, card.type, card.host, card.password, position.type, position.device,
-                  textOf(position.serial), position.host, vehicles.type, vehicles.url,
-                  vehicles.file, vehicles.caFile, vehicles.certificate, vehicles.key});
+    parts.append({printer.logo,
+                  card.type,
+                  card.host,
+                  card.password,
+                  position.type,
+                  position.device,
+                  textOf(position.serial),
+                  position.host,
+                  vehicles.type,
+                  vehicles.url,
+                  vehicles.file,
+                  vehicles.caFile,
+                  vehicles.certificate,
+                  vehicles.key,
+                  office.type,
+                  office.host,
+                  office.operatorName,
+                  office.vehicle,
+                  office.caFile,
+                  office.certificate,
+                  office.key});
     return parts.join('|');
 }
 
@@ -59,6 +78,7 @@ private slots:
         QVERIFY(!result.config->cardTerminal.isThere());
         QVERIFY(!result.config->position.isThere());
         QVERIFY(!result.config->vehicles.isThere());
+        QVERIFY(!result.config->office.isThere());
     }
 
     void everyKeyIsRead()
@@ -69,9 +89,10 @@ private slots:
             textOf(*result.config),
             QStringLiteral(
                 "4711|off|none|/dev/usb/lp0|/dev/ttyS0 38400 even hardware|printer.local 9100|"
-                "PC858|sensor|13|48|576|1|0|0|3000|22000|60000|2948|30|logo.png|zvt|192.0.2.7|"
+                "PC858|sensor|13|48|576|1|0|0|3000|22000|60000|2948|30|1883|logo.png|zvt|192.0.2.7|"
                 "123456|none|/dev/gps0|/dev/ttyUSB1 4800 odd software|gpsd.local|none|"
-                "https://example.org/vehicles.pb|vehicles.pb|ca.pem|terminal.pem|terminal.key"));
+                "https://example.org/vehicles.pb|vehicles.pb|ca.pem|terminal.pem|terminal.key|"
+                "mqtt|broker.example.org|lakeside|4711|fleet.pem|4711.pem|4711.key"));
         QVERIFY(result.config->cardTerminal.isThere());
     }
 
@@ -99,12 +120,26 @@ private slots:
             "2: /cardTerminal/host: missing, expected a host");
         row("unknown key", R"("vehicel": "1")",
             "2: /vehicel: unknown key, expected one of format, version, vehicle, sounds, "
-            "printer, cardTerminal, position, vehicles");
+            "printer, cardTerminal, position, vehicles, office");
         row("gpsd without a host", R"("position": {"type": "gpsd", "host": ""})",
             "2: /position/host: empty, expected a host");
         row("certificate without a key",
             R"("vehicles": {"type": "none", "certificate": "terminal.pem"})",
             "2: /vehicles: one, expected certificate and key, or none");
+        row("office without a name of the vehicle",
+            R"("office": {"type": "mqtt", "host": "a", "operator": "b"})",
+            "2: /office/vehicle: missing, expected a name");
+        row("office with a name that is no part of a topic",
+            R"("office": {"type": "mqtt", "host": "a", "operator": "b", "vehicle": "47/11"})",
+            R"(2: /office/vehicle: "47/11", expected 1 to 64 letters, digits, ".", "_" or "-")");
+        row("office with a certificate that has no key",
+            R"("office": {"type": "mqtt", "host": "a", "operator": "b", "vehicle": "c",)"
+            R"( "caFile": "ca.pem", "certificate": "terminal.pem"})",
+            "2: /office: one, expected certificate and key, or none");
+        row("office with a key, but not whom to trust",
+            R"("office": {"type": "mqtt", "host": "a", "operator": "b", "vehicle": "c",)"
+            R"( "certificate": "terminal.pem", "key": "terminal.key"})",
+            "2: /office/caFile: missing, expected a file");
         row("key given twice", R"("vehicle": "1", "vehicle": "2")",
             "2: /vehicle: given twice, expected each key of an object once");
     }

@@ -105,6 +105,7 @@ private slots:
     void theReceiverPlacesThisVehicle();
     void vehiclesFromAFile();
     void healthOfTheSystem();
+    void theOfficeHasARow();
     void rowsThatWereRemoved();
 };
 
@@ -334,7 +335,8 @@ void VehiclePartsTest::healthOfTheSystem()
     settings.watchesHealth = true;
     settings.journalFile = folder.filePath("journal");
     settings.systemRoot = folder.path();
-    VehicleParts parts(settings, {feed.network, vehicles, devices, fleet, trip});
+    sales::Journal journal;
+    VehicleParts parts(settings, {feed.network, vehicles, devices, fleet, trip, journal});
     QCOMPARE(texts(devices), QStringList({"Network: starting", "Space for the journal: starting"}));
     parts.start();
     QTRY_COMPARE(devices.rowCount(), 3);
@@ -345,6 +347,29 @@ void VehiclePartsTest::healthOfTheSystem()
     QVERIFY(temperature->warning());
     QVERIFY(!temperature->error());
     QVERIFY(!temperature->yellowWarning());
+}
+
+void VehiclePartsTest::theOfficeHasARow()
+{
+    const QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    settings.config.office.type = "mqtt";
+    settings.config.office.host = "127.0.0.1";
+    settings.config.office.port = 1; // nobody listens there
+    settings.config.office.operatorName = "lakeside";
+    settings.config.office.vehicle = "4711";
+    {
+        const Terminal terminal(testFeed(), settings);
+        auto* row = qobject_cast<PeripheralItem*>(
+            const_cast<Terminal&>(terminal).peripherals()->itemFromRow(0));
+        QCOMPARE(row->stateStr(), QString("no connection, records wait"));
+        QVERIFY(row->blueWarning() && !row->yellowWarning() && !row->error());
+    }
+    settings.config.office.caFile = folder.filePath("missing.pem");
+    Terminal terminal(testFeed(), settings);
+    QStringList shown = texts(*terminal.peripherals());
+    QVERIFY2(shown.value(0).startsWith("Office: cannot be used: "), qPrintable(shown.join('|')));
 }
 
 void VehiclePartsTest::rowsThatWereRemoved()
