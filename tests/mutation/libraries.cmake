@@ -6,6 +6,8 @@ function(rivo_prepare_for_mutants)
     foreach(library IN ITEMS GuiCore RivoCore RivoSettingsFile)
         target_compile_options(${library} PRIVATE -w)
         target_compile_definitions(${library} PRIVATE QT_FORCE_ASSERTS)
+        # A test has copies of the inline functions as they were; the library uses its own.
+        target_link_options(${library} PRIVATE -Wl,-Bsymbolic)
     endforeach()
     target_precompile_headers(GuiCore PRIVATE
         <core/Logging.h> <QAbstractListModel> <QDateTime> <QGeoCoordinate> <QSet> <QVector> <algorithm>)

@@ -138,7 +138,7 @@ stages() {
         */sProduct.* | */addProduct.*)
         echo '^tst_(product_catalogue|product_record|passengertypesmodel|grid_cases)$'
         echo '^tst_(grid_logging|layout_reentrancy|layout_property)$' ;;
-    *) echo "^tst_($name)\$" ;;
+    *) echo "^tst_(every_item|$name)\$" ;;
     esac
     case "$1" in
     Core/* | GuiCore/include/*) echo '^tst_core_' ;;
