@@ -160,12 +160,18 @@ void VehicleParts::showPosition()
     show(m_positionRow, {levelOf(m_position->knowledge()), m_position->stateText()});
 }
 
-/// This vehicle on the fleet page.
+/// This vehicle on the fleet page, and for the office.
 void VehicleParts::showOwnPlace()
 {
     const position::Fix& fix = *m_position->fix();
     m_terminal.fleet.reportOwnPlace(
         {fix.coordinate, fix.direction, fix.speed > position::PositionJudge::moving});
+    if (m_office == nullptr)
+        return;
+    const fleet::Trip* trip = m_terminal.trip.trip();
+    m_office->report({fix.time.isValid() ? fix.time : QDateTime::currentDateTimeUtc(),
+                      fix.coordinate.latitude(), fix.coordinate.longitude(), fix.direction,
+                      fix.speed, trip == nullptr ? QString() : trip->id});
 }
 
 void VehicleParts::showClock()

@@ -5,6 +5,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include <cmath>
+
 namespace rivo::office
 {
 
@@ -24,9 +26,28 @@ std::optional<QCborArray> itemsOf(const QByteArray& message, int count)
     QCborParserError error;
     const QCborArray items = QCborValue::fromCbor(message, &error).toArray();
     const bool isMessage = error.error == QCborError::NoError && error.offset == message.size() &&
-                           items.size() == count && items.at(0) == QCborValue(formatVersion) &&
-                           items.at(1).toByteArray().size() == keySize;
+                           items.size() == count && items.at(0) == QCborValue(formatVersion);
     return isMessage ? std::make_optional(items) : std::nullopt;
+}
+
+/// The same of a message about a journal, whose key comes first.
+std::optional<QCborArray> journalItemsOf(const QByteArray& message, int count)
+{
+    const auto items = itemsOf(message, count);
+    return items && items->at(1).toByteArray().size() == keySize ? items : std::nullopt;
+}
+
+/// A number is null where it is not known.
+QCborValue valueOf(double number)
+{
+    return std::isfinite(number) ? QCborValue(number) : QCborValue(QCborValue::Null);
+}
+
+/// NaN for anything but a number from `least` to `most`.
+double numberOf(const QCborValue& value, double least, double most)
+{
+    const double number = value.toDouble(qQNaN());
+    return number >= least && number <= most ? number : qQNaN();
 }
 
 std::optional<sales::SealedRecord> recordOf(const QCborValue& value)
@@ -74,9 +95,17 @@ QByteArray encode(const Acknowledgement& answer)
         .toCbor();
 }
 
+QByteArray encode(const PositionReport& report)
+{
+    return QCborValue(QCborArray{formatVersion, report.at.toSecsSinceEpoch(), report.latitude,
+                                 report.longitude, valueOf(report.direction), valueOf(report.speed),
+                                 report.trip})
+        .toCbor();
+}
+
 std::optional<Batch> batchOf(const QByteArray& message)
 {
-    const auto items = itemsOf(message, 3);
+    const auto items = journalItemsOf(message, 3);
     if (!items || !items->at(2).isArray() || items->at(2).toArray().size() > mostRecordsOfBatch)
         return std::nullopt;
     Batch batch{items->at(1).toByteArray(), {}};
@@ -93,11 +122,30 @@ std::optional<Batch> batchOf(const QByteArray& message)
 
 std::optional<Acknowledgement> acknowledgementOf(const QByteArray& message)
 {
-    const auto items = itemsOf(message, 4);
+    const auto items = journalItemsOf(message, 4);
     if (!items || !items->at(2).isInteger() || !items->at(3).isString())
         return std::nullopt;
     return Acknowledgement{items->at(1).toByteArray(), items->at(2).toInteger(),
                            items->at(3).toString()};
+}
+
+std::optional<PositionReport> positionOf(const QByteArray& message)
+{
+    constexpr int mostLetters = 200;
+    constexpr qint64 latest = Q_INT64_C(1) << 40; // the year 36812
+    const auto items = itemsOf(message, 7);
+    if (!items || !items->at(1).isInteger() || items->at(1).toInteger() < 0 ||
+        items->at(1).toInteger() > latest)
+        return std::nullopt;
+    const PositionReport report{QDateTime::fromSecsSinceEpoch(items->at(1).toInteger(), Qt::UTC),
+                                numberOf(items->at(2), -90.0, 90.0),
+                                numberOf(items->at(3), -180.0, 180.0),
+                                numberOf(items->at(4), 0.0, 360.0),
+                                numberOf(items->at(5), 0.0, 200.0),
+                                items->at(6).toString()};
+    const bool isPlace = std::isfinite(report.latitude) && std::isfinite(report.longitude) &&
+                         items->at(6).isString() && report.trip.size() <= mostLetters;
+    return isPlace ? std::make_optional(report) : std::nullopt;
 }
 
 } // namespace rivo::office

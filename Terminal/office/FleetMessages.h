@@ -2,8 +2,10 @@
 
 #include <SealedRecord.h>
 
+#include <QDateTime>
 #include <QString>
 #include <QVector>
+#include <QtNumeric>
 
 #include <optional>
 
@@ -21,6 +23,7 @@ struct Topics
     QString records() const { return of("records"); }
     QString acknowledged() const { return of("acknowledged"); }
     QString alive() const { return of("alive"); }
+    QString position() const { return of("position"); }
 
     /// The vehicle of a topic; empty if it is none of these.
     static QString vehicleOf(const QString& topic);
@@ -47,14 +50,29 @@ struct Acknowledgement
     QString refusal;    ///< why the office does not take what follows; empty if it does
 };
 
+/// Where a vehicle is.
+struct PositionReport
+{
+    QDateTime at;
+    double latitude = qQNaN();  ///< degrees of WGS 84, -90 to 90
+    double longitude = qQNaN(); ///< -180 to 180
+    double direction =
+        qQNaN();            ///< of travel, degrees clockwise from north, 0 to 360; NaN = unknown
+    double speed = qQNaN(); ///< metres per second, 0 to 200; NaN = unknown
+    QString trip;           ///< the timetable's id of it, at most 200 letters; empty = none
+};
+
 constexpr int mostBytesOfMessage = 1024 * 1024;
 constexpr int mostRecordsOfBatch = 200;
 
 QByteArray encode(const Batch& batch);
 QByteArray encode(const Acknowledgement& answer);
 
+QByteArray encode(const PositionReport& report);
+
 // Nothing for anything but a message of this version, and for one that is too large.
 std::optional<Batch> batchOf(const QByteArray& message);
 std::optional<Acknowledgement> acknowledgementOf(const QByteArray& message);
+std::optional<PositionReport> positionOf(const QByteArray& message);
 
 } // namespace rivo::office

@@ -20,10 +20,15 @@ OfficeLink::OfficeLink(BrokerSettings broker, const Topics& topics, sales::Journ
     : QObject(parent), m_topics(topics), m_outbox(journal, pace),
       m_link(completed(std::move(broker), topics))
 {
+    constexpr int pause = 5000;
+    m_positionPause.setInterval(pause);
+    m_positionPause.setSingleShot(true);
+    connect(&m_positionPause, &QTimer::timeout, this, &OfficeLink::sendPosition);
     m_link.subscribe(m_topics.acknowledged());
     connect(&m_link, &BrokerLink::connected, this, [this] {
         show(State::Connected);
         m_outbox.setConnected(true);
+        sendPosition();
     });
     connect(&m_link, &BrokerLink::disconnected, this, [this] {
         m_outbox.setConnected(false);
@@ -41,6 +46,21 @@ void OfficeLink::start()
 {
     if (!m_link.start())
         show(State::Unusable);
+}
+
+void OfficeLink::report(const PositionReport& report)
+{
+    m_position = report;
+    sendPosition();
+}
+
+void OfficeLink::sendPosition()
+{
+    if (!m_position || m_positionPause.isActive() ||
+        !m_link.publish(m_topics.position(), encode(*m_position), true))
+        return;
+    m_position.reset();
+    m_positionPause.start();
 }
 
 void OfficeLink::take(const QString& topic, const QByteArray& message)

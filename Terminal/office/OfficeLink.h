@@ -29,6 +29,10 @@ public:
     /// Connects, again and again.
     void start();
 
+    /// Says where the vehicle is, at most every 5 seconds; in between the last report counts. The
+    /// broker keeps it.
+    void report(const PositionReport& report);
+
     State state() const { return m_state; }
     QString stateText() const; ///< for people
 
@@ -38,11 +42,14 @@ signals:
 private:
     void take(const QString& topic, const QByteArray& message);
     void show(State state);
+    void sendPosition();
 
     const Topics m_topics;
     Outbox m_outbox;
     BrokerLink m_link;
     State m_state = State::Away;
+    std::optional<PositionReport> m_position; ///< that was not sent yet
+    QTimer m_positionPause;
 };
 
 } // namespace rivo::office

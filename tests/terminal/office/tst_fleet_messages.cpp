@@ -115,6 +115,52 @@ private slots:
         QVERIFY(!acknowledgementOf(bytes).has_value());
     }
 
+    void positionComesBack()
+    {
+        const PositionReport sent{QDateTime::fromSecsSinceEpoch(1790000000, Qt::UTC),
+                                  43.5,
+                                  -7.25,
+                                  270.0,
+                                  qQNaN(),
+                                  "12-ü"};
+        const auto read = positionOf(encode(sent));
+        QVERIFY(read.has_value());
+        QCOMPARE(read->at, sent.at);
+        QCOMPARE(read->latitude, 43.5);
+        QCOMPARE(read->longitude, -7.25);
+        QCOMPARE(read->direction, 270.0);
+        QVERIFY(qIsNaN(read->speed));
+        QCOMPARE(read->trip, sent.trip);
+    }
+
+    void positionIsRefused_data()
+    {
+        const Table<QByteArray, bool> row("bytes", "isPosition");
+        const QCborValue none(QCborValue::Null);
+        row("without speed and direction", message({1, 5, 43.5, -7.0, none, none, ""}), true);
+        row("whole numbers", message({1, 5, 43, -7, 0, 0, ""}), true);
+        row("a direction that is none", message({1, 5, 43.5, -7.0, 361.0, none, ""}), true);
+        row("beyond the pole", message({1, 5, 90.5, -7.0, none, none, ""}), false);
+        row("beyond the date line", message({1, 5, 43.5, 180.5, none, none, ""}), false);
+        row("no place", message({1, 5, none, none, none, none, ""}), false);
+        row("not a number", message({1, 5, qQNaN(), -7.0, none, none, ""}), false);
+        row("a time that is text", message({1, "5", 43.5, -7.0, none, none, ""}), false);
+        row("before all times", message({1, -1, 43.5, -7.0, none, none, ""}), false);
+        row("after all times", message({1, Q_INT64_C(1) << 62, 43.5, -7.0, none, none, ""}), false);
+        row("a trip that is a number", message({1, 5, 43.5, -7.0, none, none, 7}), false);
+        row("a trip that is long", message({1, 5, 43.5, -7.0, none, none, QString(201, 't')}),
+            false);
+        row("another version", message({2, 5, 43.5, -7.0, none, none, ""}), false);
+        row("no bytes", "", false);
+        row("a batch", batchWith({}), false);
+    }
+
+    void positionIsRefused()
+    {
+        QFETCH(QByteArray, bytes);
+        QTEST(positionOf(bytes).has_value(), "isPosition");
+    }
+
     void vehicleIsInTheTopic_data()
     {
         const Table<QString, QString> row("topic", "vehicle");
@@ -140,6 +186,7 @@ private slots:
         QCOMPARE(topics.records(), "rivo/lakeside/4711/records");
         QCOMPARE(topics.acknowledged(), "rivo/lakeside/4711/acknowledged");
         QCOMPARE(topics.alive(), "rivo/lakeside/4711/alive");
+        QCOMPARE(topics.position(), "rivo/lakeside/4711/position");
     }
 };
 

@@ -37,6 +37,7 @@ private slots:
         m_stored = 0;
         m_refusal.clear();
         m_alive.clear();
+        m_latitudes.clear();
     }
     void cleanup()
     {
@@ -96,6 +97,25 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(m_alive, QByteArray("0"), patience);
     }
 
+    /// The first and the last place of those that come at once.
+    void placesAreReportedNowAndThen()
+    {
+        OpenJournal journal(fileIn(m_folder->path()));
+        OfficeLink link(m_broker->settings("ignored"), topics, journal, quick);
+        const auto at = [](double latitude) {
+            return PositionReport{
+                QDateTime::fromSecsSinceEpoch(5, Qt::UTC), latitude, 7.0, 90.0, 12.5, "12"};
+        };
+        link.report(at(43.0)); // kept until there is a connection
+        QVERIFY(m_broker->start());
+        startOffice();
+        link.start();
+        QTRY_COMPARE_WITH_TIMEOUT(m_latitudes, QVector<double>({43.0}), patience);
+        for (const double latitude : {43.1, 43.2, 43.3})
+            link.report(at(latitude));
+        QTRY_COMPARE_WITH_TIMEOUT(m_latitudes, QVector<double>({43.0, 43.3}), patience);
+    }
+
     void aRefusalIsShown()
     {
         OpenJournal journal(fileIn(m_folder->path()));
@@ -152,6 +172,10 @@ private:
                     m_alive = message;
                     return;
                 }
+                if (topic == topics.position()) {
+                    m_latitudes.append(positionOf(message)->latitude);
+                    return;
+                }
                 const auto batch = batchOf(message);
                 QVERIFY(batch);
                 for (const SealedRecord& each : batch->records)
@@ -162,6 +186,7 @@ private:
             });
         m_office->subscribe(topics.records());
         m_office->subscribe(topics.alive());
+        m_office->subscribe(topics.position());
         QVERIFY(m_office->start());
         QTRY_VERIFY_WITH_TIMEOUT(m_office->isConnected(), patience);
         QTest::qWait(100); // the broker subscribes
@@ -173,6 +198,7 @@ private:
     qint64 m_stored = 0;
     QString m_refusal;
     QByteArray m_alive;
+    QVector<double> m_latitudes;
 };
 
 QTEST_GUILESS_MAIN(TestOfficeLink)
