@@ -284,6 +284,9 @@ public:
                     value(QStringLiteral("SELECT CAST(SUM(paid_out) AS bigint) FROM reversal")),
                     value(QStringLiteral("SELECT COUNT(*) FROM closing")),
                     value(QStringLiteral("SELECT COUNT(*) FROM fault WHERE kind <> 'gap'")));
+        std::printf(
+            "bytes of a record: %lld in messages, %lld in the database\n", m_bytes / m_records,
+            value(QStringLiteral("SELECT pg_database_size(current_database())")) / m_records);
         if (m_different > 0)
             std::printf("%d vehicles have other sums than the office\n", m_different);
         std::printf("%d vehicles, %lld records, %lld lost, %lld doubled\n", vehicles, m_records,
@@ -317,6 +320,7 @@ private:
                 return;
             after = records.last().number;
             m_records += records.size();
+            m_bytes += encode(Batch{journal.publicKey(), records}).size();
             for (const SealedRecord& record : records)
                 m_lost += value(QStringLiteral("SELECT COUNT(*) FROM record WHERE journal = ? AND"
                                                " number = ? AND hash = ? AND content = ?"),
@@ -347,6 +351,7 @@ private:
     rivo::backoffice::Database m_database;
     long long m_records = 0;
     long long m_lost = 0;
+    long long m_bytes = 0; ///< in messages
     int m_different = 0;
 };
 
