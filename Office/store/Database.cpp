@@ -62,7 +62,7 @@ bool Database::begin()
 
 bool Database::commit() { return m_connection.commit() || fail(m_connection.lastError().text()); }
 
-void Database::rollBack() { m_connection.rollback(); }
+void Database::rollBack() { static_cast<void>(m_connection.rollback()); }
 
 QSqlQuery* Database::run(const QString& statement, const QVariantList& values)
 {

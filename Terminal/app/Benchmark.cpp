@@ -314,7 +314,7 @@ QStringList baseline(const QSize& size)
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().value(0));
     if (window == nullptr || !waitForFrame(*window))
         return {};
-    const QString start = QStringLiteral("qt_quick_start_ms %1").arg(qRound(processAge()));
+    QStringList lines{QStringLiteral("qt_quick_start_ms %1").arg(qRound(processAge()))};
     QVector<double> times;
     for (int i = 0; i < tapCount; ++i) {
         QElapsedTimer timer;
@@ -325,10 +325,9 @@ QStringList baseline(const QSize& size)
         times.append(milliseconds(timer));
     }
     auto* grid = window->findChild<QQuickItem*>(QStringLiteral("grid"));
-    return QStringList{start, QStringLiteral("qt_quick_tap_ms %1 (%2 taps)")
-                                  .arg(spread(times))
-                                  .arg(times.size())} +
-           scrollingOf(QStringLiteral("qt_quick_"), *window, *grid);
+    lines.append(
+        QStringLiteral("qt_quick_tap_ms %1 (%2 taps)").arg(spread(times)).arg(times.size()));
+    return lines + scrollingOf(QStringLiteral("qt_quick_"), *window, *grid);
 }
 
 } // namespace rivo::terminal::benchmark

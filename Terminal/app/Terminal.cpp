@@ -164,8 +164,8 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     m_desk.card()->setTerminal(m_cards.terminal());
     m_parts = std::make_unique<VehicleParts>(
         VehicleParts::Settings{settings.config.position, settings.config.vehicles,
-                               settings.config.office, settings.watchesHealth,
-                               settings.journalFile, QString()},
+                               settings.config.office, settings.watchesHealth, settings.journalFile,
+                               QString()},
         VehicleParts::Terminal{m_feed.network, m_vehicles, m_peripherals, *m_fleet, m_trip,
                                m_journal});
     m_devices.setReal([this](const PeripheralItem& device) {

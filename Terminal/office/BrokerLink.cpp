@@ -49,7 +49,8 @@ public:
             m_isStopping = true;
         }
         m_wake.notify_all();
-        if (m_settings.willTopic.isEmpty()) // after a farewell the broker does not send the last will
+        if (m_settings.willTopic
+                .isEmpty()) // after a farewell the broker does not send the last will
             mosquitto_disconnect(m_client);
         if (m_thread.joinable())
             m_thread.join();

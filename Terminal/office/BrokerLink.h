@@ -34,7 +34,8 @@ class BrokerLink : public QObject
 public:
     explicit BrokerLink(const BrokerSettings& settings, QObject* parent = nullptr);
 
-    /// Ends the connection, which takes a second if there is a last will. May wait for the system if it looks for the address of the host.
+    /// Ends the connection, which takes a second if there is a last will. May wait for the system
+    /// if it looks for the address of the host.
     ~BrokerLink() override;
 
     /// Subscribes at each connection. Before start().
