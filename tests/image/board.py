@@ -18,6 +18,8 @@ class Board:
         # file, what it did not may be lost.
         command = [
             "qemu-system-arm", "-M", "virt,highmem=off", "-cpu", "cortex-a15", "-smp", "2", "-m", "1024",
+            # The drivers of screen and touch panel refuse devices of the first form of virtio.
+            "-global", "virtio-mmio.force-legacy=false",
             "-nic", "none", "-kernel", os.path.join(folder, "vmlinuz"),
             "-initrd", os.path.join(folder, "initrd.img"),
             "-append", "console=ttyAMA0 systemd.show_status=1"]
