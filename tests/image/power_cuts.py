@@ -1,14 +1,16 @@
-"""Cuts the power of an emulated board at random moments: while it starts, updates and sells.
+"""Cuts the power of an emulated board at random moments: while it sells, starts and updates.
 
-After each cut the data partition is copied and its file system recovered, as the next start does it;
-rivo-journal checks the journal, and the tickets are counted. A sale counts as confirmed when the
-picture of the basket is the one of an empty basket again after the payment.
+After each cut a copy of the data partition is recovered, as the next start does it. rivo-journal checks
+the journal; all records that were there before have to be there with the same seals, and each sale that
+the screen confirmed in this run of the board once. A sale is confirmed when the screen says how it was
+paid; one whose payment was tapped, but not confirmed, may be there or not.
 """
 import argparse
+import csv
 import os
 import random
+import re
 import shutil
-import sqlite3
 import subprocess
 import sys
 import tempfile
@@ -16,13 +18,15 @@ import time
 
 from board import Board
 
-# Shares of the screen of 1024 x 600. The first tile, and the buttons of a payment.
-TILE = (0.10, 0.25)
-PAY = (0.85, 0.92)
-EXACT = (0.80, 0.75)
-BASKET = (0.70, 0.10, 1.00, 0.95)
-STARTS_WITHIN = 300 # seconds
+# Shares of the screen of 1024 x 600: the first tile, the button for cash, and the place of the words
+# that say how was paid. Other things are there until then.
+TILE = (0.16, 0.27)
+CASH = (0.84, 0.955)
+PAID = (0.781, 0.86, 0.885, 0.895)
+STARTS_WITHIN = 400  # seconds
+ANSWERS_WITHIN = 15
 SECTOR = 512
+MODES = ("selling", "starting", "selling", "updating")
 
 
 def region(picture, box):
@@ -32,119 +36,184 @@ def region(picture, box):
                     for y in range(int(box[1] * height), int(box[3] * height)))
 
 
-class Trial:
-    def __init__(self, folder, work, seed):
-        self.folder, self.work = folder, work
-        self.random = random.Random(seed)
-        self.disk = os.path.join(work, "disk.img")
-        subprocess.run(["cp", "--sparse=always", os.path.join(folder, "disk.img"), self.disk], check=True)
-        self.tried = self.confirmed = 0
-        self.lost = self.doubled = self.failed = self.broken = 0
+class Counts:
+    lost = doubled = failed = broken = 0
 
-    def partition(self, number):
-        """First byte and bytes of a partition."""
-        listed = subprocess.run(["sfdisk", "-d", self.disk], check=True, capture_output=True, text=True)
-        for line in listed.stdout.splitlines():
-            if line.startswith(f"{self.disk}{number} "):
-                words = line.replace(",", " ").replace("=", " ").split()
-                return (int(words[words.index("start") + 1]) * SECTOR,
-                        int(words[words.index("size") + 1]) * SECTOR)
-        raise ValueError("no such partition")
 
-    def journal(self):
-        """A copy of the journal's files as the next start finds them, or None."""
-        start, size = self.partition(4)
+class Disk:
+    """The disk of the board, between two of its starts."""
+
+    def __init__(self, image, work, journal_program):
+        self.work, self.program = work, journal_program
+        self.file = os.path.join(work, "disk.img")
+        subprocess.run(["cp", "--sparse=always", image, self.file], check=True)
+
+    def data_partition(self):
+        listed = subprocess.run(["sfdisk", "-d", self.file], check=True, capture_output=True, text=True)
+        start, size = re.search(r"disk\.img4 : start= *(\d+), size= *(\d+)", listed.stdout).groups()
+        return int(start) * SECTOR, int(size) * SECTOR
+
+    def set_options(self, options):
+        """Puts a file of options on the data partition, as an operator does."""
+        settings = os.path.join(self.work, "options")
+        with open(settings, "w", encoding="utf-8") as file:
+            file.write(f'RIVO_TERMINAL_OPTIONS="{options}"\n')
+        subprocess.run(["debugfs", "-w", "-R", f"write {settings} /settings/rivo-terminal",
+                        f"{self.file}?offset={self.data_partition()[0]}"],
+                       check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    def records(self):
+        """What the journal has now, a list of (number, kind, tickets, seal), and what is wrong."""
+        start, size = self.data_partition()
         data, files = os.path.join(self.work, "data.img"), os.path.join(self.work, "files")
-        subprocess.run(["dd", f"if={self.disk}", f"of={data}", "bs=1M", "iflag=skip_bytes,count_bytes",
+        subprocess.run(["dd", f"if={self.file}", f"of={data}", "bs=1M", "iflag=skip_bytes,count_bytes",
                         f"skip={start}", f"count={size}", "conv=sparse", "status=none"], check=True)
-        subprocess.run(["e2fsck", "-fp", data], stdout=subprocess.DEVNULL, check=False)
+        recovered = subprocess.run(["e2fsck", "-fp", data], stdout=subprocess.PIPE, text=True, check=False)
+        wrong = [f"e2fsck {recovered.returncode}: {recovered.stdout}"] if recovered.returncode > 1 else []
         shutil.rmtree(files, ignore_errors=True)
         os.mkdir(files)
         subprocess.run(["debugfs", "-R", f"rdump /rivo-terminal {files}", data], check=False,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.remove(data)
-        found = [os.path.join(at, name) for at, _, names in os.walk(files) for name in names
-                 if name.endswith(".journal")]
-        return found[0] if found else None
+        journals = [os.path.join(at, name) for at, _, names in os.walk(files) for name in names
+                    if name.endswith(".journal") and os.path.getsize(os.path.join(at, name)) > 0]
+        if not journals:
+            return [], wrong
+        verified = subprocess.run([self.program, "verify", journals[0]], capture_output=True, text=True,
+                                  check=False)
+        if verified.returncode != 0:
+            wrong.append(f"rivo-journal verify {verified.returncode}: {verified.stdout}{verified.stderr}")
+        exported = subprocess.run([self.program, "export", journals[0], "--format", "csv"],
+                                  capture_output=True, text=True, check=False)
+        return [(row["record"], row["kind"], row["tickets"], row["seal"])
+                for row in csv.DictReader(exported.stdout.splitlines())], wrong
+
+
+class Trial:
+    def __init__(self, options, work):
+        self.options, self.work = options, work
+        self.random = random.Random(options.seed)
+        self.disk = Disk(os.path.join(options.folder, "disk.img"), work, options.journal_program)
+        self.disk.set_options("--demo --language en")
+        self.counts = Counts()
+        self.paid = None  # how the words look that say how was paid
+        self.records = []
+        self.media = options.update or []
+        self.started = {}  # how often each slot was started
+        self.tried = self.confirmed = 0
+
+    def seen(self, board, condition):
+        """Whether the place of the words fulfils a condition before long."""
+        end = time.monotonic() + ANSWERS_WITHIN
+        while time.monotonic() < end:
+            if condition(region(board.picture(), PAID)):
+                return True
+            time.sleep(0.2)
+        return False
+
+    def sell(self, board, seconds):
+        """Sells one ticket after the other; a cut comes between any two of these steps."""
+        end = time.monotonic() + seconds
+        board.tap(*CASH)  # what the last cut left in the basket
+        self.tried += 1
+        time.sleep(1)
+        while time.monotonic() < end:
+            before = region(board.picture(), PAID)
+            board.tap(*TILE)
+            if not self.seen(board, lambda now, was=before: now != was) or time.monotonic() > end:
+                continue
+            ready = region(board.picture(), PAID)
+            self.tried += 1
+            board.tap(*CASH)
+            if self.paid is None:
+                self.seen(board, lambda now, was=ready: now != was)
+                time.sleep(3)
+                self.paid = region(board.picture(), PAID)
+            if self.seen(board, lambda now: now == self.paid):
+                self.confirmed += 1
+
+    def start(self, medium=None):
+        return Board(self.options.folder, self.disk.file, self.work, medium)
+
+    def wait_for_start(self, board):
+        is_up = board.wait_for_frame(STARTS_WITHIN)
+        if not is_up:
+            self.counts.failed += 1
+            print(board.log()[-2000:], file=sys.stderr)
+        return is_up
+
+    def cut(self, mode):
+        """Runs the board until a random moment, and checks what is there then."""
+        self.tried = self.confirmed = 0
+        medium = self.random.choice(self.media) if mode == "updating" and self.media else None
+        board = self.start(medium)
+        try:
+            if mode == "starting":
+                time.sleep(self.random.uniform(2, self.options.start_time))
+            elif self.wait_for_start(board):
+                seconds = self.random.uniform(5, 40)
+                if mode == "updating":
+                    time.sleep(seconds)
+                else:
+                    self.sell(board, seconds)
+        finally:
+            ran = board.uptime()
+            board.cut_power()
+        for slot in re.findall(r"starting slot (\w)", board.log()):
+            self.started[slot] = self.started.get(slot, 0) + 1
+        self.check()
+        print(f"{mode} for {ran:.0f} s: {self.confirmed} sales confirmed, {len(self.records)} records",
+              flush=True)
 
     def check(self):
-        """Compares the journal with what the screen confirmed and with what was tried."""
-        journal = self.journal()
-        if journal is None:
-            self.lost += self.confirmed
-            return
-        root = os.path.join(self.folder, "root")
-        verified = subprocess.run(
-            ["qemu-arm", "-L", root, os.path.join(root, "usr/bin/rivo-journal"), "verify", journal],
-            capture_output=True, text=True, check=False)
-        if verified.returncode != 0:
-            self.broken += 1
-            print(verified.stdout, verified.stderr, file=sys.stderr)
-        database = sqlite3.connect(journal)
-        sales = database.execute("SELECT COUNT(*) FROM sale").fetchone()[0]
-        database.close()
-        self.lost += max(0, self.confirmed - sales)
-        self.doubled += max(0, sales - self.tried)
-        # A sale between payment and picture may be there or not: what is there now stays.
-        self.confirmed = self.tried = sales
+        records, wrong = self.disk.records()
+        if wrong:
+            self.counts.broken += 1
+            print("\n".join(wrong), file=sys.stderr)
+        kept = records[:len(self.records)]
+        gone = [record for record in self.records if record not in kept]
+        new = sum(kind == "sale" for _, kind, _, _ in records[len(self.records):])
+        self.counts.lost += sum(kind == "sale" for _, kind, _, _ in gone)
+        self.counts.lost += max(0, self.confirmed - new)
+        self.counts.doubled += max(0, new - self.tried)
+        tickets = " ".join(tickets for _, kind, tickets, _ in records if kind == "sale").split()
+        self.counts.doubled += len(tickets) - len(set(tickets))
+        self.records = records
 
-    def sell(self, board, empty, seconds):
-        end = time.monotonic() + seconds
-        while time.monotonic() < end:
-            board.tap(*TILE)
-            time.sleep(0.5)
-            board.tap(*PAY)
-            time.sleep(0.5)
-            self.tried += 1
-            board.tap(*EXACT)
-            while time.monotonic() < end:
-                if region(board.picture(), BASKET) == empty:
-                    self.confirmed += 1
-                    break
-                time.sleep(0.2)
 
-    def cut(self, number):
-        selling = number % 2 == 0
-        medium = os.path.join(self.folder, "update.img") if not selling else None
-        board = Board(self.folder, self.disk, self.work, medium)
-        try:
-            if selling:
-                if board.wait_for_frame(STARTS_WITHIN):
-                    self.sell(board, region(board.picture(), BASKET), self.random.uniform(5, 30))
-                else:
-                    self.failed += 1
-            else:
-                time.sleep(self.random.uniform(1, 60))
-        finally:
-            board.cut_power()
-        self.check()
+def judge(trial, cuts):
+    counts, sales = trial.counts, sum(kind == "sale" for _, kind, _, _ in trial.records)
+    slots = ", ".join(f"{number} starts of slot {slot}" for slot, number in sorted(trial.started.items()))
+    print(f"{sales} sales, {counts.broken} times a file system or journal that is not whole; {slots}")
+    print(f"{cuts} power cuts, {counts.lost} sales lost, {counts.doubled} doubled, "
+          f"{counts.failed} failed boots")
+    return 1 if counts.lost or counts.doubled or counts.failed or counts.broken else 0
 
 
 def main():
     parser = argparse.ArgumentParser()
-    parser.add_argument("folder")
+    parser.add_argument("folder", help="of the image")
+    parser.add_argument("journal_program", help="rivo-journal of this machine")
+    parser.add_argument("--update", action="append", metavar="FILE", help="a medium with a version")
     parser.add_argument("--cuts", type=int, default=100)
     parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--start-time", type=float, default=120, help="seconds until the first frame")
     options = parser.parse_args()
     with tempfile.TemporaryDirectory() as work:
-        trial = Trial(options.folder, work, options.seed)
+        trial = Trial(options, work)
         for number in range(options.cuts):
-            trial.cut(number)
-        board = Board(options.folder, trial.disk, work)
+            trial.cut(MODES[number % len(MODES)])
+            if number == 0 and not trial.records:
+                print("No sale was made: the result says nothing.", file=sys.stderr)
+                return 1
+        board = trial.start()
         try:
-            if board.wait_for_frame(STARTS_WITHIN):
+            if trial.wait_for_start(board):
                 print(f"first frame after {board.uptime():.0f} s")
-            else:
-                trial.failed += 1
         finally:
             board.cut_power()
-        if not trial.confirmed:
-            print("No sale was made: the result says nothing.", file=sys.stderr)
-            return 1
-        print(f"{trial.broken} journals not whole, {trial.confirmed} sales")
-        print(f"{options.cuts} power cuts, {trial.lost} sales lost, {trial.doubled} doubled, "
-              f"{trial.failed} failed boots")
-        return 1 if trial.lost or trial.doubled or trial.failed or trial.broken else 0
+        return judge(trial, options.cuts)
 
 
-sys.exit(main())
+if __name__ == "__main__":
+    sys.exit(main())
