@@ -69,6 +69,7 @@ chmod 1777 "$root/tmp" "$root/var/tmp"
 cp "$from/fstab" "$root/etc/fstab"
 units="$root/etc/systemd/system"
 install -D -m 644 "$from/terminal.conf" "$units/rivo-terminal.service.d/image.conf"
+install -D -m 644 "$from/emergency.conf" "$units/emergency.service.d/image.conf"
 install -m 644 "$from/rivo-slot-good.service" "$from/rivo-update.service" "$units"
 install -m 755 "$from/rivo-slot" "$root/usr/bin"
 install -D -m 755 "$from/take-update" "$root/usr/lib/rivo-image/take-update"
@@ -136,12 +137,6 @@ TABLE
 dd if="$folder/root.img" of="$disk" bs=1M seek=6 conv=notrunc,sparse status=none
 dd if="$folder/data.img" of="$disk" bs=1M seek=$((6 + slot * 2)) conv=notrunc,sparse status=none
 
-# The medium for updates.
-rm -rf "$folder/medium"
-mkdir "$folder/medium"
-cp --sparse=always "$folder/root.img" "$folder/medium/root.img"
-(cd "$folder/medium" && sha256sum root.img > root.img.sha256)
-echo "$version" > "$folder/medium/version"
-make_filesystem "$folder/update.img" $((slot + 48))M RIVO_UPDATE "$folder/medium" -O ^has_journal
-rm -rf "$folder/medium" "$folder/data" "$folder/data.img" "$start" "$folder/modules"
+quietly "Making the medium for updates" "$from/medium.sh" "$folder/root.img" "$version" "$folder/update.img"
+rm -rf "$folder/data" "$folder/data.img" "$start" "$folder/modules"
 echo "$disk, version $version: $(du -m "$disk" | cut -f1) MB of $(($(stat -c %s "$disk") / 1000000)) MB used"

@@ -8,7 +8,21 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 
 # shellcheck disable=SC2086 # a list of names
 need_packages $packages_to_test_image
-for name in disk.img update.img vmlinuz initrd.img; do
+for name in disk.img root.img update.img vmlinuz initrd.img; do
     [ -e "build/image/$name" ] || { ./make-image.sh; break; }
 done
-exec python3 tests/image/power_cuts.py build/image "$@"
+build_variant release release --target rivo-journal
+
+# Two media, so that there is always one whose version is not the one that runs.
+folder="$(mktemp -d)"
+trap 'rm -rf "$folder"' EXIT
+cp --sparse=always build/image/root.img "$folder/root.img"
+echo next > "$folder/version"
+debugfs -w -f - "$folder/root.img" > "$folder/log" 2>&1 << EOF
+rm /usr/lib/rivo-image/version
+write $folder/version /usr/lib/rivo-image/version
+EOF
+packaging/image/medium.sh "$folder/root.img" next "$folder/next.img"
+rm "$folder/root.img"
+python3 tests/image/power_cuts.py build/image build/release/bin/rivo-journal \
+    --update build/image/update.img --update "$folder/next.img" "$@"
