@@ -145,7 +145,7 @@ struct Fields<config::VehiclesConfig>
 };
 
 constexpr FieldRule topicRule =
-    optional.satisfying(config::isTopicName, "1 to 64 letters, digits, \".\", \"_\" or \"-\"");
+    optional.satisfying(config::isTopicName, R"(1 to 64 letters, digits, ".", "_" or "-")");
 
 template <>
 struct Fields<config::OfficeConfig>

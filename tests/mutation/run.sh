@@ -47,8 +47,8 @@ mutate="$place/mutate"
 [ -n "$(find "$mutate" -newer $here/mutate.cpp -newer $here/Mutations.cpp -newer $here/Source.cpp \
     -newer $here/Source.h 2> /dev/null)" ] || g++ -std=c++17 -O1 $here/*.cpp -o "$mutate"
 
-# What the tests were compiled with stays as it was in a header: declarations are not mutated there,
-# and headers are at most a twentieth of a sample, for each makes many files be built again.
+# What the tests were compiled with stays as it was in a header: declarations and what inline functions
+# return are not mutated there, and headers are at most a twentieth of a sample, for each makes many files be built again.
 chosen="$(mktemp)"
 trap 'rm -f "$chosen"' EXIT
 if [ "$sample" -eq 0 ]; then
@@ -58,7 +58,7 @@ elif [ -z "$seed" ]; then
     seed=$((16#${commit:0:7}))
 fi
 "$mutate" list "$seed" "${files[@]}" | awk -F '\t' -v sample="$sample" -v part="$part" -v parts="$parts" '
-    $2 ~ /\.h$/ && ($4 == "swapped argument" || $4 == "removed statement") { next }
+    $2 ~ /\.h$/ && ($4 == "swapped argument" || $4 == "removed statement" || $4 == "return value") { next }
     $2 ~ /\.h$/ && sample && ++headers > sample / 40 { next }
     (++count <= sample || !sample) && count % parts == part % parts' > "$chosen"
 if $list; then
