@@ -114,9 +114,12 @@ class Trial:
     def sell(self, board, seconds):
         """Sells one ticket after the other; a cut comes between any two of these steps."""
         end = time.monotonic() + seconds
-        board.tap(*CASH)  # what the last cut left in the basket
+        # What the last cut left: a basket, or the question whether a ticket is out. The first tap may
+        # come before the page is ready.
         self.tried += 1
-        time.sleep(1)
+        for _ in range(2):
+            board.tap(*CASH)
+            time.sleep(2)
         while time.monotonic() < end:
             before = region(board.picture(), PAID)
             board.tap(*TILE)
