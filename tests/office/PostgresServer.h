@@ -3,6 +3,7 @@
 #include <Database.h>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QSqlDatabase>
@@ -59,8 +60,15 @@ public:
         return false;
     }
 
-    /// Without a word to its clients, and without order on its disk.
-    void kill() { end(SIGKILL); }
+    /// Without a word to its clients, and without order on its disk; at once, with its processes
+    /// for the connections, which would go on for a moment.
+    void kill()
+    {
+        const QStringList children = childrenOfServer();
+        end(SIGKILL);
+        for (const QString& child : children)
+            ::kill(pid_t(child.toInt()), SIGKILL);
+    }
 
     rivo::backoffice::DatabaseSettings
     settings(const QString& database = QStringLiteral("postgres")) const
@@ -79,6 +87,14 @@ public:
     }
 
 private:
+    QStringList childrenOfServer() const
+    {
+        QFile file(QStringLiteral("/proc/%1/task/%1/children").arg(m_server.processId()));
+        return file.open(QIODevice::ReadOnly)
+                   ? QString::fromLatin1(file.readAll()).split(' ', Qt::SkipEmptyParts)
+                   : QStringList();
+    }
+
     void end(int signal)
     {
         if (m_server.state() == QProcess::NotRunning)
