@@ -182,7 +182,7 @@ if(TARGET rivo-terminal)
             "libqt5qml5 (>= 5.15.1)" "libqt5quick5 (>= 5.15.1)"
             "libqt5quickcontrols2-5 (>= 5.15.1)" "libqt5sql5 (>= 5.15.1)"
             "libsqlite3-0 (>= 3.6.18)" "libssl3 (>= 3.0.0)"
-            "libqrencode4 (>= 4.0.0)"
+            "libqrencode4 (>= 4.0.0)" "libmosquitto1 (>= 1.4)"
             "libprotobuf-lite32 (>= 3.21.12)" "zlib1g (>= 1:1.2.0)"
         # Loaded at run time: the database of the journal, icons, fonts, sound devices, and what the
         # QML imports.
