@@ -13,6 +13,7 @@ step "Missing packages" install_all_packages
 report "Format" scripts/format-check.sh
 report "Tests of an ordinary user" scripts/newcomer.sh ./test.sh
 [ "$(id -u)" -ne 0 ] || report "Tests of root in another user's folder" tests_of_root
+report "A fleet and its office" scripts/newcomer.sh ./test-office.sh --vehicles 100
 report "Coverage" scripts/newcomer.sh scripts/coverage.sh
 report "Linters" scripts/lint.sh
 settings_and_memory

@@ -63,6 +63,6 @@ sanitizers_and_mutants() {
 }
 
 packages_and_fuzzers() {
-    report "Packages" ./test-packages.sh
+    check "Packages" ./test-packages.sh
     report "Fuzzers" tests/fuzz/run.sh 15
 }
