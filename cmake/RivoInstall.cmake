@@ -2,7 +2,7 @@
 # relative to the prefix, so that an installed tree may be moved.
 #
 # Components: runtime (both libraries), dev (headers, CMake package, pkg-config), qml, terminal,
-# simulators, tools.
+# simulators, office, tools.
 
 # Debian's folders in a cross build too, where GNUInstallDirs does not take them.
 if(CMAKE_CROSSCOMPILING AND CMAKE_LIBRARY_ARCHITECTURE AND CMAKE_INSTALL_PREFIX STREQUAL "/usr")

@@ -86,6 +86,15 @@ function(rivo_install_kiosk)
         RENAME rivo-terminal COMPONENT terminal)
 endfunction()
 
+# Installs what starts the office with its machine.
+function(rivo_install_office_service)
+    set(unit "${CMAKE_CURRENT_BINARY_DIR}/packaging/office/rivo-office@.service")
+    configure_file("${CMAKE_SOURCE_DIR}/packaging/office/rivo-office@.service.in" "${unit}" @ONLY)
+    install(FILES "${unit}" DESTINATION lib/systemd/system COMPONENT office)
+    install(FILES "${CMAKE_SOURCE_DIR}/packaging/office/default"
+        DESTINATION "${CMAKE_INSTALL_FULL_SYSCONFDIR}/default" RENAME rivo-office COMPONENT office)
+endfunction()
+
 # dpkg-shlibdeps finds the packages of needed libraries.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 if(CMAKE_CROSSCOMPILING AND CMAKE_SYSROOT)
@@ -209,6 +218,27 @@ if(TARGET rivo-terminal)
             "libqt5network5 (>= 5.15.1)" "libqrencode4 (>= 4.0.0)"
         DEPENDS "fonts-dejavu-core | fonts-dejavu" "python3 (>= 3.9)"
         RECOMMENDS rivo-terminal)
+endif()
+if(TARGET rivo-office)
+    rivo_debian_package(office rivo-office
+        SECTION misc
+        DESCRIPTION
+            "office of a fleet of ticketing terminals"
+            "Takes the sales of all vehicles from a broker of MQTT, checks their seals, keeps"
+            "them in PostgreSQL, and reports what was sold and what is missing. More than one"
+            "program may run at a time."
+            "."
+            "A template of a systemd service, which is not enabled by default, is included."
+        NEEDS runtime
+        LIBRARIES ${compiler_libraries} ${qt_core} "libqt5sql5 (>= 5.15.1)"
+            "libssl3 (>= 3.0.0)" "libmosquitto1 (>= 1.4)"
+        DEPENDS adduser libqt5sql5-psql
+        RECOMMENDS mosquitto postgresql
+        EXTRA ${CMAKE_SOURCE_DIR}/packaging/debian/office/conffiles
+            ${CMAKE_SOURCE_DIR}/packaging/debian/office/postinst
+            ${CMAKE_SOURCE_DIR}/packaging/debian/office/prerm
+            ${CMAKE_SOURCE_DIR}/packaging/debian/office/postrm)
+    rivo_install_office_service()
 endif()
 if(TARGET rivo-grid)
     rivo_debian_package(tools rivo-guicore-tools

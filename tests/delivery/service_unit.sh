@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The units of the package: systemd rates how much of the machine they can reach, and the terminal
+# The units of the packages: systemd rates how much of the machine they can reach, and the terminal
 # starts with each system call refused that its unit refuses.
 # usage: service_unit.sh SOURCE_DIR [TERMINAL]
 set -u
@@ -16,6 +16,8 @@ mkdir "$units"
 sed "s#@CMAKE_INSTALL_FULL_BINDIR@/rivo-terminal#/usr/bin/true#" \
     "$kiosk/rivo-terminal.service.in" > "$units/rivo-terminal.service"
 cp "$kiosk/rivo-terminal-stopped.service" "$units"
+sed "s#@CMAKE_INSTALL_FULL_BINDIR@/rivo-office#/usr/bin/true#" \
+    "$source_dir/packaging/office/rivo-office@.service.in" > "$units/rivo-office@1.service"
 
 # exposure UNIT: what systemd rates it, from 0 to 10; 2.5 is the most that is accepted.
 exposure() {
@@ -29,7 +31,7 @@ if [ -z "$(exposure "$units/rivo-terminal.service")" ]; then
         --offline=true "$units/rivo-terminal.service" 2>&1 | head -1)"
     exit 0
 fi
-for unit in rivo-terminal rivo-terminal-stopped; do
+for unit in rivo-terminal rivo-terminal-stopped rivo-office@1; do
     rating="$(exposure "$units/$unit.service")"
     echo "$unit.service: exposure $rating"
     expect "$unit.service is rated 2.5 or better" yes "$(accepted "$rating")"
