@@ -2,17 +2,20 @@
 # Makes a bootable image of Debian 12 for 32-bit ARM with the terminal alone on the screen, in
 # build/image: disk.img, vmlinuz, initrd.img, and update.img, a medium that brings the same version to
 # a vehicle. docs/image.md describes it. Needs root, for the owners of the files.
-# usage: ./make-image.sh [--version TEXT] [--packages FOLDER]
+# usage: ./make-image.sh [--version TEXT] [--packages FOLDER] [--key FILE]
 # --packages: packages that packaging/make-packages.sh armhf has made before
+# --key: the private key, of Ed25519 in PEM, that signs updates; without it build/image/update.key, which
+# is made if it is not there
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 # shellcheck source=scripts/setup.sh
 . scripts/setup.sh
-packages="" version=""
+packages="" version="" key=build/image/update.key
 while [ $# -gt 0 ]; do
     case "$1" in
         --version) version="$2" ;;
         --packages) packages="$2" ;;
+        --key) key="$2" ;;
         *) sed -n 's/^# usage: /usage: /p' "$0" >&2; exit 2 ;;
     esac
     shift 2
@@ -30,6 +33,7 @@ from=packaging/image
 folder=build/image
 root="$folder/root"
 version="${version:-$(dpkg-deb -f "$packages"/rivo-terminal_*.deb Version)}"
+[ -e "$key" ] || (umask 077; openssl genpkey -algorithm ed25519 -out "$key")
 umask 022
 
 # The files of the root slots, without those that no program here reads.
@@ -74,6 +78,7 @@ install -m 644 "$from/rivo-slot-good.service" "$from/rivo-update.service" "$unit
 install -m 755 "$from/rivo-slot" "$root/usr/bin"
 install -D -m 755 "$from/take-update" "$root/usr/lib/rivo-image/take-update"
 install -m 644 "$from/slot-state" "$root/usr/lib/rivo-image"
+openssl pkey -in "$key" -pubout -out "$root/usr/lib/rivo-image/update.pem"
 echo "$version" > "$root/usr/lib/rivo-image/version"
 mkdir -p "$units/multi-user.target.wants"
 for unit in rivo-slot-good rivo-update; do
@@ -114,12 +119,12 @@ done < "$folder/modules" > "$start/modules/order"
 (cd "$start" && find . -print0 | LC_ALL=C sort -z | cpio --quiet --null -o -H newc -R 0:0) | gzip -1 > "$folder/initrd.img"
 
 # The disk. Slot b begins empty; the first update fills it.
-slot=512 data=512
+slot=256 data=512
 make_filesystem() { # FILE SIZE LABEL FOLDER OPTION...
     rm -f "$1"
     quietly "Making $1" mke2fs -q -t ext4 -m 0 -L "$3" -d "$4" "${@:5}" "$1" "$2"
 }
-make_filesystem "$folder/root.img" ${slot}M rivo-root "$root" -O ^has_journal
+quietly "Making root.img" packaging/image/root.sh "$folder/root.img"
 rm -rf "$folder/data"
 mkdir -p "$folder/data/settings"
 install -d -m 700 -o 900 -g 900 "$folder/data/rivo-terminal"
@@ -137,6 +142,6 @@ TABLE
 dd if="$folder/root.img" of="$disk" bs=1M seek=6 conv=notrunc,sparse status=none
 dd if="$folder/data.img" of="$disk" bs=1M seek=$((6 + slot * 2)) conv=notrunc,sparse status=none
 
-quietly "Making the medium for updates" "$from/medium.sh" "$folder/root.img" "$version" "$folder/update.img"
+quietly "Making the medium for updates" "$from/medium.sh" "$folder/root.img" "$version" "$key" "$folder/update.img"
 rm -rf "$folder/data" "$folder/data.img" "$start" "$folder/modules"
 echo "$disk, version $version: $(du -m "$disk" | cut -f1) MB of $(($(stat -c %s "$disk") / 1000000)) MB used"

@@ -16,13 +16,8 @@ build_variant release release --target rivo-journal
 # Two media, so that there is always one whose version is not the one that runs.
 folder="$(mktemp -d)"
 trap 'rm -rf "$folder"' EXIT
-cp --sparse=always build/image/root.img "$folder/root.img"
-echo next > "$folder/version"
-debugfs -w -f - "$folder/root.img" > "$folder/log" 2>&1 << EOF
-rm /usr/lib/rivo-image/version
-write $folder/version /usr/lib/rivo-image/version
-EOF
-packaging/image/medium.sh "$folder/root.img" next "$folder/next.img"
+quietly "Making another version" packaging/image/root.sh "$folder/root.img" next
+packaging/image/medium.sh "$folder/root.img" next build/image/update.key "$folder/next.img"
 rm "$folder/root.img"
 python3 tests/image/power_cuts.py build/image build/release/bin/rivo-journal \
     --update build/image/update.img --update "$folder/next.img" "$@"

@@ -10,7 +10,7 @@ packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarat
     qml-module-qtquick-templates2 qml-module-qtlocation qml-module-qtpositioning
     xvfb xauth x11-utils libgl1-mesa-dri fonts-dejavu-core"
 packages_to_test="$packages_to_run binutils libbenchmark-dev python3-jsonschema libqt5svg5-dev
-    qml-module-qttest qml-module-org-kde-kitemmodels pkg-config openssl gpsd gpsd-clients mosquitto postgresql systemd strace"
+    qml-module-qttest qml-module-org-kde-kitemmodels pkg-config openssl e2fsprogs gpsd gpsd-clients mosquitto postgresql systemd strace"
 packages_for_qt6="g++ cmake ninja-build qt6-base-dev qt6-positioning-dev qt6-declarative-dev
     qt6-declarative-dev-tools libeasyloggingpp-dev libcsv-dev libzip-dev binutils python3-jsonschema
     pkg-config qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
@@ -20,8 +20,8 @@ packages_to_build_armhf="crossbuild-essential-armhf qemu-user cmake ninja-build 
 packages_to_test_armhf="python3-jsonschema"
 packages_to_package="$packages_to_run dpkg-dev file binutils"
 packages_to_test_packages="$packages_to_package mmdebstrap lintian"
-packages_to_make_image="$packages_for_armhf_sysroot kmod cpio fdisk e2fsprogs"
-packages_to_test_image="qemu-system-arm qemu-user python3 e2fsprogs"
+packages_to_make_image="$packages_for_armhf_sysroot kmod cpio fdisk e2fsprogs squashfs-tools openssl"
+packages_to_test_image="qemu-system-arm qemu-user python3 e2fsprogs squashfs-tools openssl"
 packages_for_abi="$packages_to_run binutils dpkg-dev python3"
 packages_for_api="doxygen"
 packages_for_images="$packages_to_test pngquant"

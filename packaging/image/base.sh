@@ -13,7 +13,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 packages=systemd-sysv,udev,kmod,busybox-static,e2fsprogs,util-linux,mount,procps
 packages+=,libcsv3,libzip4,libqt5gui5,libqt5multimedia5,libqt5multimedia5-plugins,libqt5network5
 packages+=,libqt5serialport5,libqt5qml5,libqt5quick5,libqt5quickcontrols2-5,libqt5sql5-sqlite,libqt5svg5
-packages+=,libssl3,libqrencode4,libmosquitto1,libprotobuf-lite32,fonts-dejavu-core,fontconfig-config,qml-module-qtqml
+packages+=,libssl3,openssl,libqrencode4,libmosquitto1,libprotobuf-lite32,fonts-dejavu-core,fontconfig-config,qml-module-qtqml
 packages+=,qml-module-qtquick2,qml-module-qtquick-window2,qml-module-qtquick-controls2
 packages+=,qml-module-qtquick-templates2,qml-module-qtlocation,qml-module-qtpositioning
 kernel=linux-image-armmp-lpae

@@ -24,6 +24,7 @@ TILE = (0.16, 0.27)
 CASH = (0.84, 0.955)
 PAID = (0.781, 0.86, 0.885, 0.895)
 STARTS_WITHIN = 400  # seconds
+WRITES_WITHIN = 400
 ANSWERS_WITHIN = 15
 SECTOR = 512
 MODES = ("selling", "starting", "selling", "updating")
@@ -100,6 +101,8 @@ class Trial:
         self.records = []
         self.media = options.update or []
         self.started = {}  # how often each slot was started
+        self.versions = []  # that counted as good, one after the other
+        self.start_time = 60  # seconds until the first frame; then what the last start took
         self.tried = self.confirmed = 0
 
     def seen(self, board, condition):
@@ -143,7 +146,15 @@ class Trial:
         if not is_up:
             self.counts.failed += 1
             print(board.log()[-2000:], file=sys.stderr)
+        self.start_time = board.uptime()
         return is_up
+
+    def update(self, board):
+        """Every second time until a random moment, otherwise until the next start will try the update."""
+        if self.random.random() < 0.5:
+            time.sleep(self.random.uniform(1, 30))
+        elif not board.wait_for_line("is tried at the next start", WRITES_WITHIN):
+            print(f"no update was written in {WRITES_WITHIN} s", file=sys.stderr)
 
     def cut(self, mode):
         """Runs the board until a random moment, and checks what is there then."""
@@ -152,21 +163,49 @@ class Trial:
         board = self.start(medium)
         try:
             if mode == "starting":
-                time.sleep(self.random.uniform(2, self.options.start_time))
+                time.sleep(self.random.uniform(2, 1.2 * self.start_time))
             elif self.wait_for_start(board):
-                seconds = self.random.uniform(5, 40)
                 if mode == "updating":
-                    time.sleep(seconds)
+                    self.update(board)
                 else:
-                    self.sell(board, seconds)
+                    self.sell(board, self.random.uniform(5, 40))
         finally:
             ran = board.uptime()
             board.cut_power()
-        for slot in re.findall(r"starting slot (\w)", board.log()):
-            self.started[slot] = self.started.get(slot, 0) + 1
+        self.note_slots(board)
         self.check()
         print(f"{mode} for {ran:.0f} s: {self.confirmed} sales confirmed, {len(self.records)} records",
               flush=True)
+
+    def note_slots(self, board):
+        for slot in re.findall(r"starting slot (\w)", board.log()):
+            self.started[slot] = self.started.get(slot, 0) + 1
+        for version in re.findall(r"slot \w is good, version (\S+)", board.log()):
+            if self.versions[-1:] != [version]:
+                self.versions.append(version)
+
+    def put_back(self):
+        """Takes an update over, cuts its three starts short, and expects the version before to come back."""
+        before = self.versions[-1]
+        for medium in self.media:  # one of them has another version
+            board = self.start(medium)
+            is_written = self.wait_for_start(board) and board.wait_for_line(
+                "is tried at the next start", 60 if medium != self.media[-1] else WRITES_WITHIN)
+            board.cut_power()
+            if is_written:
+                break
+        tried = []
+        for _ in range(4):
+            board = self.start()
+            board.wait_for_line("starting slot", STARTS_WITHIN)
+            tried += re.findall(r"starting slot (\w) \((\w+), (\d)", board.log())
+            board.cut_power()
+        board = self.start()
+        is_up = self.wait_for_start(board) and board.wait_for_line(f"is good, version {before}", STARTS_WITHIN)
+        board.cut_power()
+        self.note_slots(board)
+        print(f"starts after an update: {tried}; then version {self.versions[-1]}, before it {before}")
+        self.counts.failed += not (is_up and [left for _, mark, left in tried if mark == "try"] == ["2", "1", "0"])
 
     def check(self):
         records, wrong = self.disk.records()
@@ -187,7 +226,8 @@ class Trial:
 def judge(trial, cuts):
     counts, sales = trial.counts, sum(kind == "sale" for _, kind, _, _ in trial.records)
     slots = ", ".join(f"{number} starts of slot {slot}" for slot, number in sorted(trial.started.items()))
-    print(f"{sales} sales, {counts.broken} times a file system or journal that is not whole; {slots}")
+    print(f"{sales} sales, {counts.broken} times a file system or journal that is not whole; {slots}; "
+          f"{max(0, len(trial.versions) - 1)} times another version started")
     print(f"{cuts} power cuts, {counts.lost} sales lost, {counts.doubled} doubled, "
           f"{counts.failed} failed boots")
     return 1 if counts.lost or counts.doubled or counts.failed or counts.broken else 0
@@ -200,7 +240,6 @@ def main():
     parser.add_argument("--update", action="append", metavar="FILE", help="a medium with a version")
     parser.add_argument("--cuts", type=int, default=100)
     parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--start-time", type=float, default=120, help="seconds until the first frame")
     options = parser.parse_args()
     with tempfile.TemporaryDirectory() as work:
         trial = Trial(options, work)
@@ -215,6 +254,8 @@ def main():
                 print(f"first frame after {board.uptime():.0f} s")
         finally:
             board.cut_power()
+        if options.update:
+            trial.put_back()
         return judge(trial, options.cuts)
 
 
