@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
 # Proves that nothing is lost or doubled between the vehicles and the office: simulated vehicles with
 # real journals and outboxes, a Mosquitto and a PostgreSQL of their own in a temporary folder, and two
-# programs of the office. All of them are killed at random. At the end every record and every sum of
-# the journals is compared with the database.
+# programs of the office. All of them are killed at random, and the network of the vehicles delays
+# packets and cuts connections. At the end every record and every sum of the journals is compared with
+# the database.
 # usage: ./test-office.sh [--vehicles N] [--records N] [--seconds S] [--seed N] [--no-kills] [--release]
 #
 #   --vehicles  how many (20)
 #   --records   of each vehicle, about (150)
 #   --seconds   how long they sell, and things are killed (40); 0: they sell first, then all is sent
 #   --seed      of what is sold and killed (1)
-#   --no-kills  for measurements
+#   --no-kills  nothing is killed, delayed or cut: for measurements
 #   --release   programs as shipped, in build/office
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -48,6 +49,11 @@ mkdir "$folder/database" "$folder/journals" "$folder/log"
 # A port that is free now; the range of ports that the system gives to connections begins above it.
 port=$((20000 + RANDOM % 10000))
 while (exec 3<> "/dev/tcp/127.0.0.1/$port") 2> /dev/null; do port=$((port + 1)); done
+vehicle_port="$port"
+if "$kills"; then
+    vehicle_port=$((port + 1))
+    while (exec 3<> "/dev/tcp/127.0.0.1/$vehicle_port") 2> /dev/null; do vehicle_port=$((vehicle_port + 1)); done
+fi
 cat > "$folder/mosquitto.conf" << EOF
 user $(id -un)
 listener $port 127.0.0.1
@@ -88,10 +94,11 @@ start_one() {
             start "$1" "$bin/rivo-office" serve --broker 127.0.0.1 --port "$port" --database postgres \
                 --database-host "$folder/database" --database-user rivo
             ;;
+        network) start network tests/office/bad_network.py "$vehicle_port" "$port" "$seconds" "$seed" ;;
         fleet-*)
             first=$((vehicles * ${1#fleet-} / fleets))
             start "$1" "$bin/fleet_trial" run "$folder/journals" "$first" \
-                $((vehicles * (${1#fleet-} + 1) / fleets - first)) "$records" "$seconds" "$seed" "$port"
+                $((vehicles * (${1#fleet-} + 1) / fleets - first)) "$records" "$seconds" "$seed" "$vehicle_port"
             ;;
     esac
 }
@@ -124,7 +131,9 @@ quietly "initdb" "${as_server[@]}" "${postgres%/*}/initdb" -D "$folder/database/
 fleets=$(((vehicles + 99) / 100))
 fleets=$((fleets < 4 ? 4 : fleets))
 fleets=$((fleets < vehicles ? fleets : vehicles))
-all=(broker database office-0 office-1)
+servers=(broker database office-0 office-1)
+! "$kills" || servers+=(network)
+all=("${servers[@]}")
 for ((fleet = 0; fleet < fleets; ++fleet)); do all+=("fleet-$fleet"); done
 for name in "${all[@]}"; do start_one "$name"; done
 
@@ -140,7 +149,7 @@ fleets_run() {
 # not start while a process of the one before is left.
 keep_all() {
     local name
-    for name in broker database office-0 office-1; do
+    for name in "${servers[@]}"; do
         is_running "$name" || start_one "$name"
     done
 }
@@ -181,6 +190,11 @@ for ((fleet = 0; fleet < fleets; ++fleet)); do
     wait "${pids[fleet-$fleet]}" || fail "vehicles of fleet-$fleet failed"
 done
 
+if "$kills"; then
+    kill -TERM "${pids[network]}"
+    wait "${pids[network]}" || true
+    cat "$folder/log/network"
+fi
 status=0
 result="$("$bin/fleet_trial" compare "$folder/journals" "$vehicles" "$folder/database" postgres rivo)" || status=$?
 count="$(sed -n 's/.* vehicles, \([0-9]*\) records.*/\1/p' <<< "$result")"
