@@ -59,6 +59,7 @@ user $(id -un)
 listener $port 127.0.0.1
 allow_anonymous true
 message_size_limit 1048576
+max_packet_size 1050000
 max_queued_messages 10000
 persistence true
 persistence_location $folder/

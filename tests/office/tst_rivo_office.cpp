@@ -7,6 +7,7 @@
 #include <Outbox.h>
 
 #include <QSignalSpy>
+#include <QTcpSocket>
 #include <QTest>
 
 #include <csignal>
@@ -204,6 +205,39 @@ private slots:
                  vehicle.journal.publicKey().toHex());
     }
 
+    /// The limits of docs/fleet.md: what is too long for them is neither kept nor passed on.
+    void aHugeMessageEndsItsConnection_data()
+    {
+        const Table<QByteArray> row("length");
+        row("of 256 MiB, the most that can be said", QByteArray("\xFF\xFF\xFF\x7F", 4));
+        row("of 1 GiB, which cannot be said", QByteArray("\x80\x80\x80\x80\x04", 5));
+        row("of 2 MiB", QByteArray("\x80\x80\x80\x01", 4));
+    }
+
+    void aHugeMessageEndsItsConnection()
+    {
+        QFETCH(QByteArray, length);
+        const DatabaseSettings database = m_server.newDatabase();
+        Broker broker;
+        QVERIFY(broker.start("allow_anonymous true\n" + documentedLimits()));
+        Serving office(broker, database);
+        QTRY_VERIFY_WITH_TIMEOUT(office.says("takes records"), patience);
+        QTcpSocket flood;
+        flood.connectToHost(QHostAddress::LocalHost, quint16(broker.port()));
+        QVERIFY(flood.waitForConnected(patience));
+        flood.write(QByteArray("\x10\x11\0\x04MQTT\x04\x02\0\0\0\x05"
+                               "flood",
+                               19));
+        QTRY_COMPARE_WITH_TIMEOUT(flood.bytesAvailable(), 4, patience);
+        QCOMPARE(flood.readAll(), QByteArray("\x20\x02\0\0", 4));
+        flood.write("\x32" + length + QByteArray("\0\x1Arivo/lakeside/4711/records\0\x01", 30));
+        QTRY_COMPARE_WITH_TIMEOUT(flood.state(), QAbstractSocket::UnconnectedState, patience);
+        Vehicle vehicle(broker.settings("4711"));
+        QVERIFY(vehicle.link.start() && sellSome(vehicle));
+        QTRY_COMPARE_WITH_TIMEOUT(vehicle.outbox.acknowledged(), 4, patience);
+        QCOMPARE(valueIn(database, "SELECT count(*) FROM fault WHERE kind = 'message'"), "0");
+    }
+
     void reportsAndGapsArePrinted()
     {
         const DatabaseSettings database = m_server.newDatabase();
@@ -286,6 +320,16 @@ private:
             block += text + '\n';
         }
         return block;
+    }
+
+    static QByteArray documentedLimits()
+    {
+        QByteArray limits;
+        for (const QByteArray& line : documented("listener 8883").split('\n')) {
+            if (line.startsWith("max") || line.startsWith("message_size"))
+                limits += line + '\n';
+        }
+        return limits;
     }
 
     static bool makeCertificates(const QString& folder)
