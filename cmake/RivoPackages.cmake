@@ -231,7 +231,7 @@ if(TARGET rivo-office)
             "A template of a systemd service, which is not enabled by default, is included."
         NEEDS runtime
         LIBRARIES ${compiler_libraries} ${qt_core} "libqt5sql5 (>= 5.15.1)"
-            "libssl3 (>= 3.0.0)" "libmosquitto1 (>= 1.4)"
+            "libsqlite3-0 (>= 3.6.18)" "libssl3 (>= 3.0.0)" "libmosquitto1 (>= 1.4)"
         DEPENDS adduser libqt5sql5-psql
         RECOMMENDS mosquitto postgresql
         EXTRA ${CMAKE_SOURCE_DIR}/packaging/debian/office/conffiles
