@@ -78,6 +78,7 @@ install -m 644 "$from/rivo-slot-good.service" "$from/rivo-update.service" "$unit
 install -m 755 "$from/rivo-slot" "$root/usr/bin"
 install -D -m 755 "$from/take-update" "$root/usr/lib/rivo-image/take-update"
 install -m 644 "$from/slot-state" "$root/usr/lib/rivo-image"
+install -m 644 "$from/drivers.txt" "$root/usr/lib/rivo-image/drivers"
 openssl pkey -in "$key" -pubout -out "$root/usr/lib/rivo-image/update.pem"
 echo "$version" > "$root/usr/lib/rivo-image/version"
 mkdir -p "$units/multi-user.target.wants"
@@ -93,18 +94,23 @@ for unit in getty@tty1.service serial-getty@ttyAMA0.service getty.target systemd
     systemd-journal-flush.service systemd-binfmt.service systemd-random-seed.service \
     systemd-sysusers.service systemd-firstboot.service systemd-machine-id-commit.service \
     systemd-update-utmp.service systemd-update-utmp-runlevel.service sys-kernel-debug.mount \
-    sys-kernel-tracing.mount dev-hugepages.mount dev-mqueue.mount systemd-pcrphase.service \
+    sys-kernel-tracing.mount sys-kernel-config.mount sys-fs-fuse-connections.mount dev-hugepages.mount \
+    dev-mqueue.mount proc-sys-fs-binfmt_misc.automount modprobe@configfs.service modprobe@fuse.service \
+    systemd-pcrphase.service systemd-remount-fs.service systemd-journald-audit.socket \
+    systemd-ask-password-wall.path systemd-ask-password-console.path cryptsetup.target \
+    remote-fs.target swap.target systemd-tmpfiles-clean.timer systemd-modules-load.service \
     apt-daily.timer apt-daily-upgrade.timer dpkg-db-backup.timer e2scrub_all.timer fstrim.timer; do
     ln -sf /dev/null "$units/$unit"
 done
+find "$root/usr/lib/systemd/system-generators" -type f ! -name systemd-fstab-generator -delete
 mkdir -p "$root/etc/systemd/journald.conf.d"
 printf '[Journal]\nStorage=volatile\nRuntimeMaxUse=16M\n' > "$root/etc/systemd/journald.conf.d/image.conf"
 
-# The initial file system: a shell, the drivers of disk and screen, and the choice of the slot.
+# The initial file system: a shell, the drivers of the disk, and the choice of the slot.
 start="$folder/start"
 mkdir -p "$start"/{bin,dev,proc,sys,root,modules}
 cp "$root/bin/busybox" "$start/bin/busybox"
-for name in sh mount umount insmod dd head tr cut sha256sum cat echo switch_root usleep; do
+for name in sh mount umount chroot insmod dd head tr cut sha256sum cat echo switch_root usleep; do
     ln -s busybox "$start/bin/$name"
 done
 install -m 755 "$from/init" "$start/init"
