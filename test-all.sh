@@ -21,5 +21,6 @@ sanitizers_and_mutants
 report "Tests with Qt 6" scripts/qt6.sh
 report "Tests on 32-bit ARM" ./test-armhf.sh
 packages_and_fuzzers
+report "Power cuts of an emulated board" ./test-image.sh --cuts 3
 report "Instructions on 32-bit ARM" tests/budget/instructions.sh armhf
 [ "$((failures + reported))" -eq 0 ]

@@ -41,7 +41,7 @@ install_all_packages() {
     need_packages $packages_to_test $packages_for_valgrind $packages_for_determinism \
         $packages_for_coverage $packages_to_fuzz $packages_to_lint $packages_for_armhf_sysroot \
         $packages_to_build_armhf $packages_to_test_armhf $packages_to_test_packages $packages_for_api \
-        $packages_for_qt6
+        $packages_for_qt6 $packages_to_make_image $packages_to_test_image
 }
 
 tests_of_root() {
