@@ -122,11 +122,11 @@ run_tests() {
 }
 # The tests that know the file best, then their neighbours, then all, one regular expression a line.
 stages() {
-    local name
-    name="$(basename "$1")"
+    local name file="${1/_p.h/.h}" # a private header, as its class
+    name="$(basename "$file")"
     name="${name%.*}"
     name="${name,,}"
-    case "$1" in
+    case "$file" in
     */ConfigManager.*) echo '^tst_core_(config|lifecycle)$' ;;
     */FileFollower.*) echo '^tst_core_(follow|config)$' ;;
     */Logger*) echo '^tst_core_(logging|library)$' ;;
@@ -134,7 +134,7 @@ stages() {
     */JsonObjectFactory.*) echo '^tst_core_registry$' ;;
     */SettingsConfig*) echo '^tst_core_config$' ;;
     */ListModel/*) echo '^tst_(listitem|listmodel.*|role_value_order)$' ;;
-    */PassengerTypesModel*.* | */*Layout.* | */ZoneIndex.* | */ProductSort_p.* | */ProductDump_p.* | \
+    */PassengerTypesModel*.* | */*Layout.* | */ZoneIndex.* | */ProductSort.* | */ProductDump.* | \
         */sProduct.* | */addProduct.*)
         echo '^tst_(product_catalogue|product_record|passengertypesmodel|grid_cases)$'
         echo '^tst_(grid_logging|layout_reentrancy|layout_property)$' ;;
