@@ -1,6 +1,7 @@
 """A board in an emulator: starts it, takes pictures, taps, and cuts its power."""
 import json
 import os
+import re
 import socket
 import subprocess
 import time
@@ -52,14 +53,14 @@ class Board:
         except FileNotFoundError:
             return ""
 
-    def wait_for_line(self, text, seconds):
-        """Whether the serial console shows the text in that time."""
+    def wait_for(self, pattern, seconds):
+        """What matches on the serial console in that time; None if nothing does."""
         end = time.monotonic() + seconds
-        while time.monotonic() < end and self.process.poll() is None:
-            if text in self.log():
-                return True
+        found = None
+        while found is None and time.monotonic() < end and self.process.poll() is None:
             time.sleep(0.2)
-        return False
+            found = re.search(pattern, self.log())
+        return found
 
     def ask(self, name, **arguments):
         if not self.connection:
