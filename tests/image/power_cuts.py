@@ -18,10 +18,11 @@ import time
 
 from board import Board
 
-# Shares of the screen of 1024 x 600: the first tile, the button for cash, and the place of the words
-# that say how was paid. Other things are there until then.
+# Shares of the screen of 1024 x 600: the first tile, the button for cash, that of a question, and the
+# place of the words that say how was paid. Other things are there until then.
 TILE = (0.16, 0.27)
-CASH = (0.84, 0.955)
+CASH = (0.84, 0.955)  # or, after a cut, the question whether a ticket is out
+IS_OUT = (0.66, 0.565)
 PAID = (0.781, 0.86, 0.885, 0.895)
 STARTS_WITHIN = 400  # seconds
 WRITES_WITHIN = 400
@@ -117,12 +118,12 @@ class Trial:
     def sell(self, board, seconds):
         """Sells one ticket after the other; a cut comes between any two of these steps."""
         end = time.monotonic() + seconds
-        # What the last cut left: a basket, or the question whether a ticket is out. The first tap may
-        # come before the page is ready.
+        # What the last cut left: a basket, which is paid, or the question whether a ticket is out. The
+        # first tap may come before the page is ready.
         self.tried += 1
-        for _ in range(2):
-            board.tap(*CASH)
-            time.sleep(2)
+        for place in (CASH, IS_OUT, CASH, IS_OUT):
+            board.tap(*place)
+            time.sleep(1.5)
         while time.monotonic() < end:
             before = region(board.picture(), PAID)
             board.tap(*TILE)
