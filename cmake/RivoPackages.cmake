@@ -88,9 +88,11 @@ endfunction()
 
 # Installs what starts the office with its machine.
 function(rivo_install_office_service)
-    set(unit "${CMAKE_CURRENT_BINARY_DIR}/packaging/office/rivo-office@.service")
-    configure_file("${CMAKE_SOURCE_DIR}/packaging/office/rivo-office@.service.in" "${unit}" @ONLY)
-    install(FILES "${unit}" DESTINATION lib/systemd/system COMPONENT office)
+    set(generated "${CMAKE_CURRENT_BINARY_DIR}/packaging/office")
+    foreach(unit IN ITEMS rivo-office@.service rivo-office-web.service)
+        configure_file("${CMAKE_SOURCE_DIR}/packaging/office/${unit}.in" "${generated}/${unit}" @ONLY)
+        install(FILES "${generated}/${unit}" DESTINATION lib/systemd/system COMPONENT office)
+    endforeach()
     install(FILES "${CMAKE_SOURCE_DIR}/packaging/office/default"
         DESTINATION "${CMAKE_INSTALL_FULL_SYSCONFDIR}/default" RENAME rivo-office COMPONENT office)
 endfunction()
@@ -232,6 +234,7 @@ if(TARGET rivo-office)
         NEEDS runtime
         LIBRARIES ${compiler_libraries} ${qt_core} "libqt5sql5 (>= 5.15.1)"
             "libsqlite3-0 (>= 3.6.18)" "libssl3 (>= 3.0.0)" "libmosquitto1 (>= 1.4)"
+            "libmicrohttpd12 (>= 0.9.50)"
         DEPENDS adduser libqt5sql5-psql
         RECOMMENDS mosquitto postgresql
         EXTRA ${CMAKE_SOURCE_DIR}/packaging/debian/office/conffiles

@@ -11,6 +11,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 packages=libc6-dev,qtbase5-dev,qtpositioning5-dev,libeasyloggingpp-dev,libcsv-dev,libzip-dev
 packages+=,qtdeclarative5-dev,qtquickcontrols2-5-dev,libsqlite3-dev,libssl-dev,libqrencode-dev # the QML module and the terminal
 packages+=,libqt5serialport5-dev,qtmultimedia5-dev,libprotobuf-dev,zlib1g-dev,libmosquitto-dev # the parts of a vehicle
+packages+=,libmicrohttpd-dev # the office
 sysroot="$PWD/build/armhf-sysroot"
 stamp="$sysroot/made-by"
 

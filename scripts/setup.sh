@@ -5,12 +5,12 @@
 packages_to_run="g++ cmake ninja-build qtbase5-dev qtpositioning5-dev qtdeclarative5-dev
     qtdeclarative5-dev-tools qtquickcontrols2-5-dev qttools5-dev qttools5-dev-tools
     libeasyloggingpp-dev libcsv-dev libzip-dev libqt5sql5-sqlite libqt5sql5-psql libsqlite3-dev libssl-dev libqrencode-dev
-    libqt5serialport5-dev qtmultimedia5-dev libqt5multimedia5-plugins libmosquitto-dev libprotobuf-dev protobuf-compiler zlib1g-dev
+    libqt5serialport5-dev qtmultimedia5-dev libqt5multimedia5-plugins libmosquitto-dev libmicrohttpd-dev libprotobuf-dev protobuf-compiler zlib1g-dev
     libqt5svg5 qml-module-qtqml qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-controls2
     qml-module-qtquick-templates2 qml-module-qtlocation qml-module-qtpositioning
     xvfb xauth x11-utils libgl1-mesa-dri fonts-dejavu-core"
 packages_to_test="$packages_to_run binutils libbenchmark-dev python3-jsonschema libqt5svg5-dev
-    qml-module-qttest qml-module-org-kde-kitemmodels pkg-config openssl e2fsprogs gpsd gpsd-clients mosquitto postgresql systemd strace"
+    qml-module-qttest qml-module-org-kde-kitemmodels pkg-config openssl e2fsprogs gpsd gpsd-clients mosquitto postgresql chromium chromium-driver systemd strace"
 packages_for_qt6="g++ cmake ninja-build qt6-base-dev qt6-positioning-dev qt6-declarative-dev
     qt6-declarative-dev-tools libeasyloggingpp-dev libcsv-dev libzip-dev binutils python3-jsonschema
     pkg-config qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript

@@ -27,6 +27,7 @@ void describe(QCommandLineParser& parser)
         "serve: takes records until it is stopped; several may run at a time. "
         "report: prints what was sold. "
         "gaps: prints what is missing or wrong; the exit code is 1 if there is something. "
+        "web: shows all of that in a browser until it is stopped, without a sign-in. "
         "A password of the database is read from the file that PGPASSFILE names, or ~/.pgpass."));
     parser.addHelpOption();
     parser.addVersionOption();
@@ -47,9 +48,10 @@ void describe(QCommandLineParser& parser)
          option("to", "report: the last day.", "day"),
          option("by", "report: driver, route, vehicle or product.", "what", "vehicle"),
          option("format", "report: text, csv or json.", "format", "text"),
+         option("listen", "web: address and port.", "address", "127.0.0.1:8080"),
          {QStringLiteral("all"), QStringLiteral("gaps: those that are closed, too.")}});
     parser.addPositionalArgument(QStringLiteral("command"),
-                                 QStringLiteral("serve, report or gaps."));
+                                 QStringLiteral("serve, report, gaps or web."));
 }
 
 /// 0 for anything but a port.
@@ -89,10 +91,11 @@ Options optionsOf(const QCoreApplication& application)
     options.share = value("share");
     options.from = QDate::fromString(value("from"), Qt::ISODate);
     options.to = QDate::fromString(value("to"), Qt::ISODate);
+    options.listen = value("listen");
     options.all = parser.isSet(QStringLiteral("all"));
     const bool isReport = options.command == QLatin1String("report");
     const bool isUnderstood = arguments.size() == 1 &&
-                              placeOf(options.command, "serve report gaps") >= 0 && by >= 0 &&
+                              placeOf(options.command, "serve report gaps web") >= 0 && by >= 0 &&
                               format >= 0 && options.database.port > 0 && options.broker.port > 0 &&
                               office::isTopicName(options.share) &&
                               (!isReport || (options.from.isValid() && options.to.isValid()));

@@ -14,7 +14,7 @@ namespace rivo::backoffice
 /// What the user wants; `command` is empty if the command line is not understood.
 struct Options
 {
-    QString command; ///< serve, report or gaps
+    QString command; ///< serve, report, gaps or web
     DatabaseSettings database;
     office::BrokerSettings broker;
     QString share; ///< of the subscription
@@ -23,6 +23,7 @@ struct Options
     QDate from;
     QDate to;
     bool all = false;
+    QString listen; ///< of the web page: address and port
 };
 
 /// Reads the command line. Ends the program for --help and --version.

@@ -1,6 +1,7 @@
 #include "Options.h"
 #include "Server.h"
 
+#include <FleetPage.h>
 #include <ProgramStart.h>
 #include <StandardOutput.h>
 
@@ -27,10 +28,15 @@ int print(const QByteArray& text, int code = Done)
     return writeToStandardOutput(text) ? code : int(Failed);
 }
 
-int serve(const Options& options)
+void onEnd(void (*stop)(int))
 {
     for (const int signal : {SIGINT, SIGTERM})
-        static_cast<void>(std::signal(signal, [](int) { Server::stop(); }));
+        static_cast<void>(std::signal(signal, stop));
+}
+
+int serve(const Options& options)
+{
+    onEnd([](int) { Server::stop(); });
     Server server(options.broker, options.share, options.database);
     const QString problem = server.configure();
     if (!problem.isEmpty())
@@ -56,6 +62,19 @@ int gaps(const Options& options)
     return print(textOf(*faults), faults->isEmpty() ? Done : Found);
 }
 
+int showPage(const Options& options)
+{
+    onEnd([](int) { HttpServer::stop(); });
+    FleetPage page(options.database);
+    HttpServer server([&page](const QByteArray& path) { return page.answer(path); });
+    const QString problem = server.listen(options.listen);
+    if (!problem.isEmpty())
+        return failed(problem);
+    reportFailure(QStringLiteral("shows the fleet on port %1").arg(server.port()));
+    server.run();
+    return Done;
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -70,5 +89,7 @@ int main(int argc, char* argv[])
         return report(options);
     if (options.command == QLatin1String("gaps"))
         return gaps(options);
+    if (options.command == QLatin1String("web"))
+        return showPage(options);
     return failed(QStringLiteral("this command line is not understood; --help shows what is"));
 }

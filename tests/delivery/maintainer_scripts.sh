@@ -76,11 +76,11 @@ $reload
 exit code 0" "$(calls running postinst configure)"
 expect "an upgrade restarts the programs of the office that run" "$user
 $reload
-deb-systemd-invoke try-restart rivo-office@*.service
+deb-systemd-invoke try-restart rivo-office@*.service rivo-office-web.service
 exit code 0" "$(calls running postinst configure 1.0.0)"
 expect "an upgrade of the office that was broken off" "exit code 0" "$(calls running postinst abort-upgrade 1.0.1)"
 expect "before an upgrade of the office nothing stops" "exit code 0" "$(calls running prerm upgrade 1.0.1)"
-expect "a removal stops the office" "deb-systemd-invoke stop rivo-office@*.service
+expect "a removal stops the office" "deb-systemd-invoke stop rivo-office@*.service rivo-office-web.service
 exit code 0" "$(calls running prerm remove)"
 expect "after a removal of the office" "$reload
 exit code 0" "$(calls running postrm remove)"

@@ -16,8 +16,11 @@ mkdir "$units"
 sed "s#@CMAKE_INSTALL_FULL_BINDIR@/rivo-terminal#/usr/bin/true#" \
     "$kiosk/rivo-terminal.service.in" > "$units/rivo-terminal.service"
 cp "$kiosk/rivo-terminal-stopped.service" "$units"
-sed "s#@CMAKE_INSTALL_FULL_BINDIR@/rivo-office#/usr/bin/true#" \
-    "$source_dir/packaging/office/rivo-office@.service.in" > "$units/rivo-office@1.service"
+for unit in @ -web; do
+    sed "s#@CMAKE_INSTALL_FULL_BINDIR@/rivo-office#/usr/bin/true#" \
+        "$source_dir/packaging/office/rivo-office$unit.service.in" > "$units/rivo-office$unit.service"
+done
+mv "$units/rivo-office@.service" "$units/rivo-office@1.service"
 
 # exposure UNIT: what systemd rates it, from 0 to 10; 2.5 is the most that is accepted.
 exposure() {
@@ -31,7 +34,7 @@ if [ -z "$(exposure "$units/rivo-terminal.service")" ]; then
         --offline=true "$units/rivo-terminal.service" 2>&1 | head -1)"
     exit 0
 fi
-for unit in rivo-terminal rivo-terminal-stopped rivo-office@1; do
+for unit in rivo-terminal rivo-terminal-stopped rivo-office@1 rivo-office-web; do
     rating="$(exposure "$units/$unit.service")"
     echo "$unit.service: exposure $rating"
     expect "$unit.service is rated 2.5 or better" yes "$(accepted "$rating")"

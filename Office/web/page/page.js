@@ -1,0 +1,141 @@
+"use strict";
+
+// Everything from the office is text: it becomes content of text nodes and attributes, never markup.
+
+const pause = 5000; // milliseconds between two questions
+const kinds = ["product", "route", "vehicle", "driver"];
+const svgNames = "http://www.w3.org/2000/svg";
+let shown = kinds[0];
+let fleet = null;
+
+const element = id => document.getElementById(id);
+
+// "2026-03-29 14:05:09", in the time of the browser.
+function timeText(time) {
+    if (time === null)
+        return "";
+    const at = new Date(time);
+    const local = new Date(at.getTime() - at.getTimezoneOffset() * 60000);
+    return local.toISOString().slice(0, 19).replace("T", " ");
+}
+
+// A row of cells: texts, or {text, name} with the name of a class.
+function row(cells) {
+    const line = document.createElement("tr");
+    for (const cell of cells) {
+        const field = document.createElement("td");
+        field.textContent = cell.text ?? cell;
+        field.className = cell.name ?? "";
+        line.append(field);
+    }
+    return line;
+}
+
+const number = text => ({text: String(text), name: "number"});
+
+function showVehicles() {
+    element("vehicle-count").textContent = fleet.vehicleCount;
+    element("vehicles").replaceChildren(...fleet.vehicles.map(vehicle => row([
+        vehicle.name, timeText(vehicle.last), number(vehicle.records),
+        {text: String(vehicle.faults), name: vehicle.faults > 0 ? "number bad" : "number"}])));
+}
+
+function showSums() {
+    element("key").textContent = shown[0].toUpperCase() + shown.slice(1);
+    for (const button of element("tabs").children)
+        button.setAttribute("aria-pressed", button.dataset.kind === shown);
+    element("lines").replaceChildren(...fleet.sums[shown].map(line => row([
+        line.key, number(line.tickets), number(line.sold), number(line.card), number(line.reversed),
+        number(line.total), line.currency])));
+}
+
+function showFaults() {
+    element("fault-count").textContent = fleet.faultCount;
+    element("faults").replaceChildren(...fleet.faults.map(fault => row([
+        timeText(fault.last), fault.topic, fault.kind, number(fault.number < 0 ? "" : fault.number),
+        number(fault.times), fault.reason])));
+}
+
+function shape(name, attributes, text = "") {
+    const made = document.createElementNS(svgNames, name);
+    for (const [key, value] of Object.entries(attributes))
+        made.setAttribute(key, value);
+    made.textContent = text;
+    return made;
+}
+
+// From degrees to the view box of the map, with all places in it; one place is in the middle.
+function projection(places) {
+    const {width, height} = element("map").viewBox.baseVal;
+    const margin = 60;
+    const middle = places.reduce((sum, place) => sum + place.latitude, 0) / places.length;
+    const narrow = Math.max(0.01, Math.cos(middle * Math.PI / 180));
+    const xs = places.map(place => place.longitude * narrow);
+    const ys = places.map(place => -place.latitude);
+    const [left, right, top, bottom] = [Math.min(...xs), Math.max(...xs), Math.min(...ys), Math.max(...ys)];
+    const scale = Math.min((width - 2 * margin) / Math.max(right - left, 0.002),
+        (height - 2 * margin) / Math.max(bottom - top, 0.002));
+    return place => ({
+        x: width / 2 + (place.longitude * narrow - (left + right) / 2) * scale,
+        y: height / 2 + (-place.latitude - (top + bottom) / 2) * scale});
+}
+
+// An arrow to the direction of travel, a circle without one.
+function vehicleShape(vehicle, at) {
+    const name = vehicle.alive ? "vehicle" : "vehicle away";
+    const group = shape("g", {transform: `translate(${at.x} ${at.y})`});
+    group.append(vehicle.position.direction === null ? shape("circle", {class: name, r: 10})
+        : shape("path", {class: name, d: "M0 -16 L11 12 L0 6 L-11 12 Z",
+            transform: `rotate(${vehicle.position.direction})`}));
+    group.append(shape("text", {x: 16, y: 8}, vehicle.name.split("/")[1]));
+    return group;
+}
+
+function showMap() {
+    const placed = fleet.vehicles.filter(vehicle => vehicle.position);
+    element("map").toggleAttribute("hidden", placed.length === 0);
+    element("nowhere").hidden = placed.length > 0;
+    const at = projection(placed.map(vehicle => vehicle.position));
+    element("map").replaceChildren(...placed.map(vehicle => vehicleShape(vehicle, at(vehicle.position))));
+}
+
+function show() {
+    element("day").textContent = fleet.day;
+    showVehicles();
+    showSums();
+    showFaults();
+    showMap();
+}
+
+function report(text, isBad) {
+    element("state").textContent = text;
+    element("state").className = isBad ? "bad" : "";
+}
+
+async function ask() {
+    try {
+        const answer = await fetch("fleet.json");
+        const found = await answer.json();
+        if (!answer.ok)
+            throw new Error(found.problem);
+        fleet = found;
+        show();
+        report(`As of ${timeText(fleet.at)}`, false);
+    } catch (problem) {
+        report(`Not up to date: ${problem.message}`, true);
+    }
+    setTimeout(ask, pause);
+}
+
+for (const kind of kinds) {
+    const button = document.createElement("button");
+    button.textContent = `By ${kind}`;
+    button.dataset.kind = kind;
+    button.addEventListener("click", () => {
+        shown = kind;
+        if (fleet !== null)
+            showSums();
+    });
+    element("tabs").append(button);
+}
+ask();
