@@ -1,6 +1,7 @@
 #pragma once
 
 #include <BrokerLink.h>
+#include <Publisher.h>
 #include <ReportText.h>
 
 #include <QDate>
@@ -14,7 +15,7 @@ namespace rivo::backoffice
 /// What the user wants; `command` is empty if the command line is not understood.
 struct Options
 {
-    QString command; ///< serve, report or gaps
+    QString command; ///< serve, report, gaps, publish or publications
     DatabaseSettings database;
     office::BrokerSettings broker;
     QString share; ///< of the subscription
@@ -23,6 +24,7 @@ struct Options
     QDate from;
     QDate to;
     bool all = false;
+    ToPublish publication;
 };
 
 /// Reads the command line. Ends the program for --help and --version.
