@@ -28,6 +28,10 @@ void describe(QCommandLineParser& parser)
         "report: prints what was sold. "
         "gaps: prints what is missing or wrong; the exit code is 1 if there is something. "
         "web: shows all of that in a browser until it is stopped, without a sign-in. "
+        "publish FILE: signs a file for the vehicles of an operator; the exit code is 1 if it is"
+        " not taken. "
+        "publications: prints what is published, and which vehicles lack it or refuse it; the exit"
+        " code is 1 if one refuses something. "
         "A password of the database is read from the file that PGPASSFILE names, or ~/.pgpass."));
     parser.addHelpOption();
     parser.addVersionOption();
@@ -41,7 +45,7 @@ void describe(QCommandLineParser& parser)
          option("port", "serve: its port.", "port", "8883"),
          option("authority", "serve: certificate of the authority, for TLS, in PEM.", "file"),
          option("certificate", "serve: own certificate.", "file"),
-         option("key", "serve: own private key.", "file"),
+         option("key", "serve: own private key. publish: that of the publisher, Ed25519.", "file"),
          option("share", "serve: the same for all programs, and known to no vehicle.", "name",
                 "office"),
          option("from", "report: the first day, such as 2026-03-29.", "day"),
@@ -49,9 +53,18 @@ void describe(QCommandLineParser& parser)
          option("by", "report: driver, route, vehicle or product.", "what", "vehicle"),
          option("format", "report: text, csv or json.", "format", "text"),
          option("listen", "web: address and port.", "address", "127.0.0.1:8080"),
+         option("kind", "publish: feed, drivers, limits or paid.", "what", "feed"),
+         option("operator", "publish: whose vehicles get it, as in their topics.", "name"),
+         option("valid-from", "publish: such as 2026-04-01T03:00:00+02:00.", "time"),
+         option("number",
+                "publish: its version, a number larger than the last. Default: the next one.",
+                "number"),
          {QStringLiteral("all"), QStringLiteral("gaps: those that are closed, too.")}});
-    parser.addPositionalArgument(QStringLiteral("command"),
-                                 QStringLiteral("serve, report, gaps or web."));
+    parser.addPositionalArgument(
+        QStringLiteral("command"),
+        QStringLiteral("serve, report, gaps, web, publish or publications."));
+    parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("publish: what."),
+                                 QStringLiteral("[file]"));
 }
 
 /// 0 for anything but a port.
@@ -66,6 +79,35 @@ int portOf(const QString& text)
 int placeOf(const QString& name, const char* names)
 {
     return QString::fromLatin1(names).split(QLatin1Char(' ')).indexOf(name);
+}
+
+/// A time with its zone, or UTC; invalid for anything else.
+QDateTime momentOf(const QString& text)
+{
+    QDateTime moment = QDateTime::fromString(text, Qt::ISODate);
+    if (moment.timeSpec() == Qt::LocalTime) // none was given
+        moment.setTimeSpec(Qt::UTC);
+    return moment.isValid() && moment.toSecsSinceEpoch() >= 0 ? moment.toUTC() : QDateTime();
+}
+
+bool readPublication(const QStringList& arguments, const QCommandLineParser& parser,
+                     ToPublish& publication)
+{
+    const auto value = [&](const char* name) { return parser.value(QLatin1String(name)); };
+    const auto kind = office::publicationKindOf(value("kind"));
+    bool isNumber = true;
+    publication.file = arguments.value(1);
+    publication.operatorName = value("operator");
+    publication.kind = kind.value_or(office::PublicationKind::Feed);
+    publication.validFrom = momentOf(value("valid-from"));
+    if (parser.isSet(QStringLiteral("number")))
+        publication.version = value("number").toLongLong(&isNumber);
+    publication.keyFile = value("key");
+    constexpr qint64 largest = Q_INT64_C(1) << 40;
+    const bool isVersion = !parser.isSet(QStringLiteral("number")) ||
+                           (isNumber && publication.version > 0 && publication.version <= largest);
+    return arguments.size() == 2 && kind && isVersion && publication.validFrom.isValid() &&
+           office::isTopicName(publication.operatorName) && !publication.keyFile.isEmpty();
 }
 
 } // namespace
@@ -94,9 +136,12 @@ Options optionsOf(const QCoreApplication& application)
     options.listen = value("listen");
     options.all = parser.isSet(QStringLiteral("all"));
     const bool isReport = options.command == QLatin1String("report");
-    const bool isUnderstood = arguments.size() == 1 &&
-                              placeOf(options.command, "serve report gaps web") >= 0 && by >= 0 &&
-                              format >= 0 && options.database.port > 0 && options.broker.port > 0 &&
+    const bool isPublication = options.command == QLatin1String("publish") &&
+                               readPublication(arguments, parser, options.publication);
+    const bool isOther = arguments.size() == 1 &&
+                         placeOf(options.command, "serve report gaps web publications") >= 0;
+    const bool isUnderstood = (isOther || isPublication) && by >= 0 && format >= 0 &&
+                              options.database.port > 0 && options.broker.port > 0 &&
                               office::isTopicName(options.share) &&
                               (!isReport || (options.from.isValid() && options.to.isValid()));
     if (!isUnderstood)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <BrokerLink.h>
+#include <Publisher.h>
 #include <ReportText.h>
 
 #include <QDate>
@@ -14,7 +15,7 @@ namespace rivo::backoffice
 /// What the user wants; `command` is empty if the command line is not understood.
 struct Options
 {
-    QString command; ///< serve, report, gaps or web
+    QString command; ///< serve, report, gaps, web, publish or publications
     DatabaseSettings database;
     office::BrokerSettings broker;
     QString share; ///< of the subscription
@@ -24,6 +25,7 @@ struct Options
     QDate to;
     bool all = false;
     QString listen; ///< of the web page: address and port
+    ToPublish publication;
 };
 
 /// Reads the command line. Ends the program for --help and --version.

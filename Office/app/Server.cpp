@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QThread>
 
+#include <array>
 #include <csignal>
 #include <mosquitto.h>
 
@@ -17,6 +18,10 @@ namespace
 
 constexpr int qualityOfService = 1;
 
+/// The topics of vehicles that are for the office.
+constexpr std::array subscriptions{"/rivo/+/+/records", "/rivo/+/+/wanted",
+                                   "/rivo/+/+/publications"};
+
 volatile std::sig_atomic_t isStopping = 0;
 
 QString textOf(int code) { return QString::fromUtf8(mosquitto_strerror(code)); }
@@ -27,8 +32,8 @@ void log(const QString& line) { reportFailure(line); }
 
 Server::Server(const office::BrokerSettings& broker, const QString& share,
                const DatabaseSettings& database)
-    : m_broker(broker), m_topic(("$share/" + share.toUtf8()) + "/rivo/+/+/records"),
-      m_store(database), m_intake(m_store)
+    : m_broker(broker), m_share("$share/" + share.toUtf8()), m_store(database), m_intake(m_store),
+      m_publisher(m_store)
 {
     mosquitto_lib_init();
     // Without a name and a session of its own.
@@ -46,7 +51,8 @@ Server::Server(const office::BrokerSettings& broker, const QString& share,
             if (count != 1 || *granted > qualityOfService)
                 return server->loseBroker(QStringLiteral("the broker refuses the subscription"));
             server->m_pause = 1;
-            log(QStringLiteral("takes records"));
+            if (++server->m_subscribed == subscriptions.size())
+                log(QStringLiteral("takes records"));
         });
     mosquitto_message_callback_set(m_client,
                                    [](mosquitto*, void* object, const mosquitto_message* message) {
@@ -82,6 +88,7 @@ void Server::run()
             pause();
             continue;
         }
+        announce();
         const int result = mosquitto_loop(m_client, patience, 1);
         if (result != MOSQ_ERR_SUCCESS && m_hasBroker)
             loseBroker(textOf(result));
@@ -111,7 +118,11 @@ bool Server::connectBroker()
 
 void Server::subscribe()
 {
-    mosquitto_subscribe(m_client, nullptr, m_topic.constData(), qualityOfService);
+    m_subscribed = 0;
+    for (const char* topic : subscriptions)
+        mosquitto_subscribe(m_client, nullptr, (m_share + topic).constData(), qualityOfService);
+    m_publisher.announceAgain();
+    m_announced.invalidate();
 }
 
 /// The broker gives what comes from now on to other programs.
@@ -120,6 +131,7 @@ void Server::loseBroker(const QString& problem)
     log(QStringLiteral("no broker: %1").arg(problem));
     mosquitto_disconnect(m_client);
     m_hasBroker = false;
+    m_subscribed = 0;
     pause();
 }
 
@@ -135,19 +147,45 @@ void Server::take(const mosquitto_message& message)
 {
     if (!m_hasDatabase)
         return;
+    const QString topic = QString::fromUtf8(message.topic);
     const QByteArray bytes(static_cast<const char*>(message.payload), message.payloadlen);
     std::optional<Reply> reply;
-    if (!m_intake.take(QString::fromUtf8(message.topic), bytes, QDateTime::currentDateTimeUtc(),
-                       reply)) {
-        m_hasDatabase = false;
-        log(QStringLiteral("no database: %1").arg(m_store.problem()));
-        mosquitto_disconnect(m_client);
-        m_hasBroker = false;
-    } else if (reply) {
-        mosquitto_publish(m_client, nullptr, reply->topic.toUtf8().constData(),
-                          reply->message.size(), reply->message.constData(), qualityOfService,
-                          false);
-    }
+    const bool isTaken = Publisher::isFor(topic)
+                             ? m_publisher.take(topic, bytes, reply) || m_store.isAlive()
+                             : m_intake.take(topic, bytes, QDateTime::currentDateTimeUtc(), reply);
+    if (!isTaken)
+        loseDatabase();
+    else if (reply)
+        publish(reply->topic, reply->message, false);
+}
+
+/// The broker keeps what was announced; all programs announce the same.
+void Server::announce()
+{
+    constexpr int pause = 3000; // milliseconds
+    if (!m_hasDatabase || m_subscribed < subscriptions.size() ||
+        (m_announced.isValid() && !m_announced.hasExpired(pause)))
+        return;
+    m_announced.start();
+    const auto fresh = m_publisher.fresh();
+    if (!fresh && !m_store.isAlive())
+        return loseDatabase();
+    for (const auto& each : fresh.value_or(QVector<PublicationRows::ToAnnounce>()))
+        publish(each.topic, each.message, true);
+}
+
+void Server::loseDatabase()
+{
+    m_hasDatabase = false;
+    log(QStringLiteral("no database: %1").arg(m_store.database().problem()));
+    mosquitto_disconnect(m_client);
+    m_hasBroker = false;
+}
+
+void Server::publish(const QString& topic, const QByteArray& message, bool isRetained)
+{
+    mosquitto_publish(m_client, nullptr, topic.toUtf8().constData(), message.size(),
+                      message.constData(), qualityOfService, isRetained);
 }
 
 } // namespace rivo::backoffice

@@ -3,7 +3,9 @@
 #include <BrokerLink.h>
 #include <Database.h>
 #include <Intake.h>
+#include <Publisher.h>
 
+#include <QElapsedTimer>
 #include <QString>
 
 struct mosquitto;
@@ -44,15 +46,21 @@ private:
     void pause();
     void subscribe();
     void take(const mosquitto_message& message);
+    void announce();
+    void loseDatabase();
+    void publish(const QString& topic, const QByteArray& message, bool isRetained);
 
     office::BrokerSettings m_broker;
-    QByteArray m_topic;
+    QByteArray m_share;
     OfficeStore m_store;
     Intake m_intake;
+    Publisher m_publisher;
+    QElapsedTimer m_announced;
     mosquitto* m_client = nullptr;
     bool m_hasDatabase = false;
     bool m_hasBroker = false;
-    int m_pause = 1; ///< seconds until the next attempt
+    size_t m_subscribed = 0; ///< topics, of this connection
+    int m_pause = 1;         ///< seconds until the next attempt
 };
 
 } // namespace rivo::backoffice

@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <clocale>
 #include <csignal>
 
@@ -75,6 +76,38 @@ int showPage(const Options& options)
     return Done;
 }
 
+int publish(const Options& options)
+{
+    OfficeStore store(options.database);
+    if (!store.open())
+        return failed(store.problem());
+    rivo::office::Announcement published;
+    const QStringList problems = publish(store, options.publication, published);
+    complain(problems);
+    if (!problems.isEmpty())
+        return Found;
+    return print(QStringLiteral("%1 %2 %3\n")
+                     .arg(published.operatorName, nameOf(published.kind))
+                     .arg(published.version)
+                     .toUtf8());
+}
+
+int publications(const Options& options)
+{
+    OfficeStore store(options.database);
+    if (!store.openToRead())
+        return failed(store.problem());
+    PublicationRows rows(store);
+    const auto all = rows.publications();
+    const auto states = all ? rows.states() : std::nullopt;
+    if (!states)
+        return failed(store.database().problem());
+    const bool isRefused = std::any_of(states->begin(), states->end(), [](const ListedState& each) {
+        return !each.state.refusal.isEmpty();
+    });
+    return print(textOf(*all, *states), isRefused ? Found : Done);
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -91,5 +124,9 @@ int main(int argc, char* argv[])
         return gaps(options);
     if (options.command == QLatin1String("web"))
         return showPage(options);
+    if (options.command == QLatin1String("publish"))
+        return publish(options);
+    if (options.command == QLatin1String("publications"))
+        return publications(options);
     return failed(QStringLiteral("this command line is not understood; --help shows what is"));
 }

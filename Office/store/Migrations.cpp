@@ -128,7 +128,34 @@ QStringList firstStep()
                            " WHERE kind = 'gap' AND closed_at IS NULL")};
 }
 
-QVector<QStringList> steps() { return {firstStep()}; }
+/// What the office publishes. Pieces are read of content that is not compressed.
+QStringList publicationStep()
+{
+    return {QStringLiteral(R"(CREATE TABLE publication (
+            id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY,
+            operator text NOT NULL,
+            kind text NOT NULL,
+            version bigint NOT NULL,
+            valid_from timestamptz NOT NULL,
+            name text NOT NULL,
+            size bigint NOT NULL,
+            announcement bytea NOT NULL,
+            content bytea NOT NULL,
+            published timestamptz NOT NULL DEFAULT now(),
+            UNIQUE (operator, kind, version)))"),
+            QStringLiteral("ALTER TABLE publication ALTER content SET STORAGE EXTERNAL"),
+            QStringLiteral(R"(CREATE TABLE publication_state (
+            vehicle bigint NOT NULL REFERENCES vehicle,
+            kind text NOT NULL,
+            taken bigint NOT NULL,
+            in_use bigint NOT NULL,
+            refused bigint NOT NULL,
+            refusal text NOT NULL,
+            at timestamptz NOT NULL,
+            PRIMARY KEY (vehicle, kind)))")};
+}
+
+QVector<QStringList> steps() { return {firstStep(), publicationStep()}; }
 
 /// Programs that start together take turns.
 constexpr char lock[] = "SELECT pg_advisory_xact_lock(1383692108)";

@@ -165,7 +165,7 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     m_parts = std::make_unique<VehicleParts>(
         VehicleParts::Settings{settings.config.position, settings.config.vehicles,
                                settings.config.office, settings.watchesHealth, settings.journalFile,
-                               QString()},
+                               QString(), m_settings.takeOver, m_feed.currency},
         VehicleParts::Terminal{m_feed.network, m_vehicles, m_peripherals, *m_fleet, m_trip,
                                m_journal});
     m_devices.setReal([this](const PeripheralItem& device) {
@@ -335,6 +335,11 @@ bool Terminal::mayRestart(qint64 quietTime) const
     const sales::CardDesk& card = *m_desk.card();
     return m_desk.state() == sales::SalesDesk::Selling && m_desk.tickets().isEmpty() &&
            !card.isBusy() && !card.isReturnOpen() && m_drivers.untouchedFor() >= quietTime;
+}
+
+bool Terminal::mayTakeOver(qint64 quietTime) const
+{
+    return mayRestart(quietTime) && !m_trip.isUnderWay(m_fleet->time());
 }
 
 void Terminal::setNight(bool night)

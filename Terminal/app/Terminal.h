@@ -35,6 +35,8 @@
 namespace rivo::terminal
 {
 
+class TakeOver;
+
 /// One terminal behind its screen: the six models filled from a feed, and the desks that act on
 /// them. The window gets it as a whole; pages get what they need of it.
 class Terminal : public QObject
@@ -82,6 +84,7 @@ public:
         std::shared_ptr<sound::SoundPlayer> soundPlayer = {}; ///< none = silent
         bool isSilent = false;                                ///< at the start
         int idleTime = 300000; ///< milliseconds without a press until it is locked; 0 = never
+        TakeOver* takeOver = nullptr; ///< outlives the terminal; none = nothing is taken over
     };
 
     Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent = nullptr);
@@ -115,6 +118,10 @@ public:
     /// Whether a restart interrupts nothing: the basket is empty, nothing is printed, charged or
     /// given back, and the screen was not touched for `quietTime` milliseconds.
     bool mayRestart(qint64 quietTime = 300000) const;
+
+    /// Whether a newer feed or file of drivers may be taken over by a restart now: between trips,
+    /// and as mayRestart() says.
+    bool mayTakeOver(qint64 quietTime = 300000) const;
 
     QString journalFile() const { return m_settings.journalFile; }
     bool isDemo() const { return m_settings.isDemo; } ///< what is sold is not valid

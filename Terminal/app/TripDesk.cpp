@@ -233,6 +233,17 @@ QString TripDesk::stopName() const
     return m_context.currentStopId() < 0 ? QString() : QString::number(m_context.currentStopId());
 }
 
+/// A trip that began yesterday has times after 24:00.
+bool TripDesk::isUnderWay(int now) const
+{
+    constexpr int day = 86400;
+    constexpr int lateness = 3600;
+    const auto runsAt = [this](int time) {
+        return time >= m_trip->start() && time <= m_trip->end() + lateness;
+    };
+    return m_trip != nullptr && !isAtEnd() && (runsAt(now) || runsAt(now + day));
+}
+
 QVector<int> TripDesk::zonesAhead() const
 {
     QVector<int> zones;

@@ -69,6 +69,9 @@ public:
     int stop() const { return m_stop; }
     /// Whether a trip of the timetable is at its last stop.
     bool isAtEnd() const { return m_trip != nullptr && m_stop == m_stops.size() - 1; }
+    /// Whether a trip of the timetable runs at a second of the service day: it is not at its last
+    /// stop, and ended less than an hour ago.
+    bool isUnderWay(int now) const;
     /// Ignored if there is no such stop.
     void setStop(int stop);
     /// Zones of the current stop and of those behind it, the next one first; a zone may come again.

@@ -1,5 +1,6 @@
 #include "VehicleParts.h"
 
+#include "TakeOver.h"
 #include "TripDesk.h"
 
 #include <AssetsModel.h>
@@ -10,6 +11,7 @@
 #include <OfficeLink.h>
 #include <PeripheralItem.h>
 #include <PeripheralsModel.h>
+#include <PublicationLink.h>
 #include <VehiclePosition.h>
 
 #include <QDateTime>
@@ -95,7 +97,7 @@ VehicleParts::VehicleParts(const Settings& settings, const Terminal& terminal, Q
     if (settings.vehicles.isThere())
         followVehicles(settings.vehicles);
     if (settings.office.isThere())
-        reachOffice(settings.office);
+        reachOffice(settings);
     if (settings.watchesHealth)
         watchHealth(settings);
 }
@@ -211,8 +213,9 @@ void VehicleParts::showVehicles()
     show(m_liveRow, {m_live->isConnected() ? Level::Ready : Level::Warning, m_live->stateText()});
 }
 
-void VehicleParts::reachOffice(const config::OfficeConfig& config)
+void VehicleParts::reachOffice(const Settings& settings)
 {
+    const config::OfficeConfig& config = settings.office;
     m_officeRow = addRow(tr("Office"), QStringLiteral("device"));
     office::BrokerSettings broker;
     broker.host = config.host;
@@ -220,10 +223,25 @@ void VehicleParts::reachOffice(const config::OfficeConfig& config)
     broker.authority = config.caFile;
     broker.certificate = config.certificate;
     broker.key = config.key;
-    m_office = std::make_unique<office::OfficeLink>(
-        broker, office::Topics{config.operatorName, config.vehicle}, m_terminal.journal);
+    const office::Topics topics{config.operatorName, config.vehicle};
+    m_office = std::make_unique<office::OfficeLink>(broker, topics, m_terminal.journal);
     connect(m_office.get(), &office::OfficeLink::stateChanged, this, &VehicleParts::showOffice);
+    if (settings.takeOver != nullptr && settings.takeOver->isThere())
+        takePublications(topics, *settings.takeOver, settings.currency);
     showOffice();
+}
+
+void VehicleParts::takePublications(const office::Topics& topics, TakeOver& takeOver,
+                                    const QString& currency)
+{
+    using office::PublicationKind;
+    using office::PublicationLink;
+    m_publications = std::make_unique<PublicationLink>(*m_office, topics, takeOver.store(),
+                                                       takeOver.check(currency));
+    for (const PublicationKind kind : {PublicationKind::Feed, PublicationKind::Drivers})
+        m_publications->setInUse(kind, takeOver.inUse(kind));
+    connect(m_publications.get(), &PublicationLink::problemChanged, this,
+            &VehicleParts::showOffice);
 }
 
 /// A vehicle without a network is no fault: nothing is lost.
@@ -231,13 +249,17 @@ void VehicleParts::showOffice()
 {
     using office::OfficeLink;
     const OfficeLink::State state = m_office->state();
-    const bool isWrong =
-        state == OfficeLink::State::Unusable || state == OfficeLink::State::Refused;
+    const QString refused = m_publications == nullptr ? QString() : m_publications->problem();
+    const bool isWrong = state == OfficeLink::State::Unusable ||
+                         state == OfficeLink::State::Refused || !refused.isEmpty();
     const bool isAway = state == OfficeLink::State::Away;
+    QStringList texts{m_office->stateText()};
+    if (!refused.isEmpty())
+        texts.append(refused);
     show(m_officeRow, {isWrong  ? Level::Warning
                        : isAway ? Level::Notice
                                 : Level::Ready,
-                       m_office->stateText()});
+                       texts.join(QStringLiteral("; "))});
 }
 
 void VehicleParts::watchHealth(const Settings& settings)

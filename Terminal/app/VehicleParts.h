@@ -36,7 +36,9 @@ class LiveVehicles;
 namespace rivo::office
 {
 class OfficeLink;
-}
+struct Topics;
+class PublicationLink;
+} // namespace rivo::office
 
 namespace rivo::sales
 {
@@ -51,6 +53,7 @@ class VehiclePosition;
 namespace rivo::terminal
 {
 
+class TakeOver;
 class TripDesk;
 
 /// What the vehicle has besides printer and card terminal: the receiver of its position, the server
@@ -68,7 +71,9 @@ public:
         config::OfficeConfig office;
         bool watchesHealth = false;
         QString journalFile;
-        QString systemRoot; ///< where /sys is; empty on a real system
+        QString systemRoot;           ///< where /sys is; empty on a real system
+        TakeOver* takeOver = nullptr; ///< for what the office publishes; none = it is not taken
+        QString currency = {};        ///< of what is published
     };
 
     /// What the parts act on; all outlive this.
@@ -106,7 +111,9 @@ private:
 
     void followPosition(const config::PositionConfig& config);
     void followVehicles(const config::VehiclesConfig& config);
-    void reachOffice(const config::OfficeConfig& config);
+    void reachOffice(const Settings& settings);
+    void takePublications(const office::Topics& topics, TakeOver& takeOver,
+                          const QString& currency);
     void watchHealth(const Settings& settings);
     Row addRow(const QString& name, const QString& icon);
     void showPosition();
@@ -121,6 +128,7 @@ private:
     std::unique_ptr<position::VehiclePosition> m_position;
     std::unique_ptr<live::LiveVehicles> m_live;
     std::unique_ptr<office::OfficeLink> m_office;
+    std::unique_ptr<office::PublicationLink> m_publications;
     std::unique_ptr<health::HealthWatch> m_health;
     QVector<Row> m_rows; ///< all that were added
     Row m_positionRow;

@@ -3,6 +3,7 @@
 #include "Options.h"
 #include "Renderer.h"
 #include "Screen.h"
+#include "TakeOver.h"
 #include "Terminal.h"
 
 #include <Config.h>
@@ -27,6 +28,7 @@
 #include <QQuickWindow>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QTranslator>
 
 #include <functional>
@@ -39,6 +41,7 @@ namespace
 using namespace rivo;
 using terminal::Options;
 using terminal::Screen;
+using terminal::TakeOver;
 using terminal::Terminal;
 
 /// A feed may take half of the memory; the timetable and the screen need the other one. One that is
@@ -173,14 +176,66 @@ std::optional<Options> readCommandLine(int argc, char* argv[])
     return terminal::parseCommandLine(QCoreApplication::arguments());
 }
 
-bool always() { return true; }
+/// The feed that was taken over from the office, or that of the command line.
+feed::FeedResult loadFeed(const Options& options, TakeOver& takeOver)
+{
+    using office::PublicationKind;
+    while (const auto file = takeOver.begin(PublicationKind::Feed)) {
+        feed::FeedResult result = feed::loadFeed(*file, readingOf(options));
+        if (result.feed)
+            return result;
+        complain(result.problemLines());
+        takeOver.refuse(PublicationKind::Feed, result.problemLines().value(0));
+    }
+    return feed::loadFeed(options.feed, readingOf(options));
+}
 
-/// `mayRestart` says whether a new version of the package may take over.
+/// Likewise. Without any file there is no sign-in.
+drivers::DriversResult readDrivers(const Options& options, TakeOver& takeOver)
+{
+    using office::PublicationKind;
+    while (const auto file = takeOver.begin(PublicationKind::Drivers)) {
+        drivers::DriversResult result = drivers::readDrivers(*file);
+        if (result.drivers)
+            return result;
+        complain(result.problems);
+        takeOver.refuse(PublicationKind::Drivers, result.problems.value(0));
+    }
+    return options.drivers.isEmpty() ? drivers::DriversResult{QVector<drivers::Driver>(), {}}
+                                     : drivers::readDrivers(options.drivers);
+}
+
+/// What the program may end for, as systemd starts it again.
+struct Restarts
+{
+    std::function<bool()> mayUpgrade = [] { return true; };
+    std::function<bool()> isTakeOverDue = [] { return false; }; ///< and possible now
+    std::function<void()> screenIsThere = [] {};                ///< the first frames are shown
+};
+
+void restartForTakeOver(QGuiApplication& application, const Restarts& restarts)
+{
+    auto* const looks = new QTimer(&application);
+    QObject::connect(looks, &QTimer::timeout, &application, [&application, restarts] {
+        if (restarts.isTakeOverDue())
+            QCoreApplication::quit();
+    });
+    looks->start(health::UpgradeWatch::usualInterval);
+}
+
 int show(QGuiApplication& application, Screen& screen, const Options& options, ExitCode otherwise,
-         const std::function<bool()>& mayRestart = always)
+         const Restarts& restarts = {})
 {
     if (screen.window() == nullptr)
         return Failed;
+    auto* const firstFrame = new QObject(screen.window());
+    QObject::connect(
+        screen.window(), &QQuickWindow::frameSwapped, firstFrame,
+        [firstFrame, window = screen.window(), isThere = restarts.screenIsThere] {
+            isThere();
+            QObject::disconnect(window, nullptr, firstFrame, nullptr);
+        },
+        Qt::QueuedConnection);
     if (options.fullscreen)
         screen.window()->showFullScreen();
     else
@@ -189,15 +244,19 @@ int show(QGuiApplication& application, Screen& screen, const Options& options, E
         const auto manager = health::ServiceManager::fromEnvironment();
         const health::Watchdog watchdog(manager, reportFailure);
         const health::UpgradeWatch upgrades(QStringLiteral("/run/rivo-terminal.upgraded"),
-                                            mayRestart);
-        if (manager.isThere()) // it starts the new version
+                                            restarts.mayUpgrade);
+        if (manager.isThere()) { // it starts the new version
             QObject::connect(&upgrades, &health::UpgradeWatch::restartDue, &application,
                              &QCoreApplication::quit);
+            restartForTakeOver(application, restarts);
+        }
         return application.exec() == 0 ? otherwise : Failed;
     }
     const QString problem = screen.savePicture(options.screenshot);
-    if (problem.isEmpty())
+    if (problem.isEmpty()) {
+        restarts.screenIsThere();
         return otherwise;
+    }
     reportFailure(QStringLiteral("cannot write %1: %2").arg(options.screenshot, problem));
     return Failed;
 }
@@ -226,8 +285,15 @@ int main(int argc, char* argv[])
                    ? Done
                    : Failed;
 
+    const config::ConfigResult config = options->config.isEmpty()
+                                            ? config::readConfigIfThere(config::defaultFile())
+                                            : config::readConfig(options->config);
+    const bool isTakenOver = config.config && !options->benchmark;
+    TakeOver takeOver(isTakenOver ? config.config->office : config::OfficeConfig(),
+                      readingOf(*options));
+
     QVector<double> marks{terminal::benchmark::processAge()};
-    const feed::FeedResult result = feed::loadFeed(options->feed, readingOf(*options));
+    const feed::FeedResult result = loadFeed(*options, takeOver);
     marks.append(terminal::benchmark::processAge());
     complain(result.noticeLines());
     complain(result.problemLines());
@@ -238,18 +304,13 @@ int main(int argc, char* argv[])
         return show(application, screen, *options, BadInput);
     }
 
-    const drivers::DriversResult drivers =
-        options->drivers.isEmpty() ? drivers::DriversResult{QVector<drivers::Driver>(), {}}
-                                   : drivers::readDrivers(options->drivers);
+    const drivers::DriversResult drivers = readDrivers(*options, takeOver);
     complain(drivers.problems);
     if (!drivers.drivers) {
         Screen screen(drivers.problems, options->size, Screen::Unusable::Drivers, options->glass);
         return show(application, screen, *options, BadInput);
     }
 
-    const config::ConfigResult config = options->config.isEmpty()
-                                            ? config::readConfigIfThere(config::defaultFile())
-                                            : config::readConfig(options->config);
     complain(config.problems);
     if (!config.config) {
         Screen screen(config.problems, options->size, Screen::Unusable::Config, options->glass);
@@ -277,7 +338,14 @@ int main(int argc, char* argv[])
     if (settings.journalFile.isEmpty())
         settings.journalFile = ownJournal(result.feed->currency);
     makePrivateFolder(QFileInfo(settings.journalFile).absolutePath());
+    settings.takeOver = &takeOver;
     Terminal terminal(*result.feed, settings);
     Screen screen(terminal, options->page, options->size, options->glass);
-    return show(application, screen, *options, Done, [&] { return terminal.mayRestart(); });
+    Restarts restarts;
+    restarts.mayUpgrade = [&] { return terminal.mayRestart(); };
+    restarts.isTakeOverDue = [&] {
+        return takeOver.isDue(QDateTime::currentDateTimeUtc()) && terminal.mayTakeOver();
+    };
+    restarts.screenIsThere = [&] { takeOver.confirmStart(); };
+    return show(application, screen, *options, Done, restarts);
 }

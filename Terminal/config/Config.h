@@ -99,6 +99,9 @@ struct OfficeConfig
     QString caFile;
     QString certificate;
     QString key;
+    QString
+        publisher; ///< PEM file with the key of what the office publishes; empty = none is taken
+    QString store; ///< folder for it; empty = one beside the journal's usual place
 
     bool isThere() const { return type != QLatin1String("none"); }
 };

@@ -160,6 +160,8 @@ struct Fields<config::OfficeConfig>
         Field{"caFile", &R::caFile, fileRule},
         Field{"certificate", &R::certificate, fileRule},
         Field{"key", &R::key, fileRule},
+        Field{"publisher", &R::publisher, fileRule},
+        Field{"store", &R::store, fileRule},
     };
 };
 

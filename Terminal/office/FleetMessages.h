@@ -24,6 +24,9 @@ struct Topics
     QString acknowledged() const { return of("acknowledged"); }
     QString alive() const { return of("alive"); }
     QString position() const { return of("position"); }
+    QString wanted() const { return of("wanted"); }
+    QString piece() const { return of("piece"); }
+    QString publications() const { return of("publications"); }
 
     /// The vehicle of a topic; empty if it is none of these.
     static QString vehicleOf(const QString& topic);

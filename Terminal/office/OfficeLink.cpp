@@ -29,10 +29,12 @@ OfficeLink::OfficeLink(BrokerSettings broker, const Topics& topics, sales::Journ
         show(State::Connected);
         m_outbox.setConnected(true);
         sendPosition();
+        emit connected();
     });
     connect(&m_link, &BrokerLink::disconnected, this, [this] {
         m_outbox.setConnected(false);
         show(State::Away);
+        emit disconnected();
     });
     connect(&m_link, &BrokerLink::received, this, &OfficeLink::take);
     connect(&m_outbox, &Outbox::ready, this,
@@ -67,6 +69,8 @@ void OfficeLink::take(const QString& topic, const QByteArray& message)
 {
     if (topic == m_topics.acknowledged())
         m_outbox.take(message);
+    else
+        emit received(topic, message);
 }
 
 void OfficeLink::show(State state)

@@ -33,11 +33,25 @@ public:
     /// broker keeps it.
     void report(const PositionReport& report);
 
+    // For what else goes between this vehicle and the office.
+
+    /// Subscribes at each connection. Before start().
+    void subscribe(const QString& topic) { m_link.subscribe(topic); }
+
+    /// False, and nothing is published, without a connection.
+    bool publish(const QString& topic, const QByteArray& message)
+    {
+        return m_link.publish(topic, message);
+    }
+
     State state() const { return m_state; }
     QString stateText() const; ///< for people
 
 signals:
     void stateChanged(); ///< or its text
+    void connected();
+    void disconnected();
+    void received(const QString& topic, const QByteArray& message);
 
 private:
     void take(const QString& topic, const QByteArray& message);

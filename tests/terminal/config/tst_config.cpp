@@ -56,7 +56,9 @@ QString textOf(const Config& config)
                   office.vehicle,
                   office.caFile,
                   office.certificate,
-                  office.key});
+                  office.key,
+                  office.publisher,
+                  office.store});
     return parts.join('|');
 }
 
@@ -92,7 +94,8 @@ private slots:
                 "PC858|sensor|13|48|576|1|0|0|3000|22000|60000|2948|30|1883|logo.png|zvt|192.0.2.7|"
                 "123456|none|/dev/gps0|/dev/ttyUSB1 4800 odd software|gpsd.local|none|"
                 "https://example.org/vehicles.pb|vehicles.pb|ca.pem|terminal.pem|terminal.key|"
-                "mqtt|broker.example.org|lakeside|4711|fleet.pem|4711.pem|4711.key"));
+                "mqtt|broker.example.org|lakeside|4711|fleet.pem|4711.pem|4711.key|publisher.pem|"
+                "/var/lib/publications"));
         QVERIFY(result.config->cardTerminal.isThere());
     }
 
