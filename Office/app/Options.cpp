@@ -28,6 +28,7 @@ void describe(QCommandLineParser& parser)
         "report: prints what was sold. "
         "gaps: prints what is missing or wrong; the exit code is 1 if there is something. "
         "web: shows all of that in a browser until it is stopped, without a sign-in. "
+        "positions: writes where the vehicles are into a file, as GTFS-Realtime. "
         "publish FILE: signs a file for the vehicles of an operator; the exit code is 1 if it is"
         " not taken. "
         "publications: prints what is published, and which vehicles lack it or refuse it; the exit"
@@ -53,6 +54,8 @@ void describe(QCommandLineParser& parser)
          option("by", "report: driver, route, vehicle or product.", "what", "vehicle"),
          option("format", "report: text, csv or json.", "format", "text"),
          option("listen", "web: address and port.", "address", "127.0.0.1:8080"),
+         option("output", "positions: the file, which is replaced as a whole.", "file"),
+         option("every", "positions: write again after so many seconds, until stopped.", "seconds"),
          option("kind", "publish: feed, drivers, limits or paid.", "what", "feed"),
          option("operator", "publish: whose vehicles get it, as in their topics.", "name"),
          option("valid-from", "publish: such as 2026-04-01T03:00:00+02:00.", "time"),
@@ -62,7 +65,7 @@ void describe(QCommandLineParser& parser)
          {QStringLiteral("all"), QStringLiteral("gaps: those that are closed, too.")}});
     parser.addPositionalArgument(
         QStringLiteral("command"),
-        QStringLiteral("serve, report, gaps, web, publish or publications."));
+        QStringLiteral("serve, report, gaps, web, positions, publish or publications."));
     parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("publish: what."),
                                  QStringLiteral("[file]"));
 }
@@ -73,6 +76,14 @@ int portOf(const QString& text)
     bool isNumber = false;
     const int port = text.toInt(&isNumber);
     return isNumber && port > 0 && port <= std::numeric_limits<quint16>::max() ? port : 0;
+}
+
+/// A second to a day, or nothing.
+bool readPause(const QString& text, int& seconds)
+{
+    constexpr int most = 86400;
+    seconds = text.toInt();
+    return text.isEmpty() || (seconds > 0 && seconds <= most);
 }
 
 /// The place of a name in a list; -1 if it is not there.
@@ -134,16 +145,20 @@ Options optionsOf(const QCoreApplication& application)
     options.from = QDate::fromString(value("from"), Qt::ISODate);
     options.to = QDate::fromString(value("to"), Qt::ISODate);
     options.listen = value("listen");
+    options.output = value("output");
+    const bool isPause = readPause(value("every"), options.every);
     options.all = parser.isSet(QStringLiteral("all"));
     const bool isReport = options.command == QLatin1String("report");
     const bool isPublication = options.command == QLatin1String("publish") &&
                                readPublication(arguments, parser, options.publication);
-    const bool isOther = arguments.size() == 1 &&
-                         placeOf(options.command, "serve report gaps web publications") >= 0;
-    const bool isUnderstood = (isOther || isPublication) && by >= 0 && format >= 0 &&
-                              options.database.port > 0 && options.broker.port > 0 &&
-                              office::isTopicName(options.share) &&
-                              (!isReport || (options.from.isValid() && options.to.isValid()));
+    const bool isOther =
+        arguments.size() == 1 &&
+        placeOf(options.command, "serve report gaps web positions publications") >= 0;
+    const bool isUnderstood =
+        (isOther || isPublication) && by >= 0 && format >= 0 && options.database.port > 0 &&
+        options.broker.port > 0 && office::isTopicName(options.share) &&
+        (!isReport || (options.from.isValid() && options.to.isValid())) && isPause &&
+        (options.command != QLatin1String("positions") || !options.output.isEmpty());
     if (!isUnderstood)
         return {};
     options.by = static_cast<ReportBy>(by);

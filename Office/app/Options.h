@@ -15,7 +15,7 @@ namespace rivo::backoffice
 /// What the user wants; `command` is empty if the command line is not understood.
 struct Options
 {
-    QString command; ///< serve, report, gaps, web, publish or publications
+    QString command; ///< serve, report, gaps, web, positions, publish or publications
     DatabaseSettings database;
     office::BrokerSettings broker;
     QString share; ///< of the subscription
@@ -25,6 +25,8 @@ struct Options
     QDate to;
     bool all = false;
     QString listen; ///< of the web page: address and port
+    QString output; ///< file of the positions
+    int every = 0;  ///< seconds between two of them; 0 = once
     ToPublish publication;
 };
 

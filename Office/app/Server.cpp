@@ -18,9 +18,14 @@ namespace
 
 constexpr int qualityOfService = 1;
 
-/// The topics of vehicles that are for the office.
-constexpr std::array subscriptions{"/rivo/+/+/records", "/rivo/+/+/wanted",
-                                   "/rivo/+/+/publications"};
+/// What vehicles send to the office: each message is for one of its programs.
+constexpr std::array sharedTopics{"/rivo/+/+/records", "/rivo/+/+/wanted",
+                                  "/rivo/+/+/publications"};
+
+/// What vehicles say of themselves. The broker keeps it, but not for those who share.
+constexpr std::array keptTopics{"rivo/+/+/alive", "rivo/+/+/position"};
+
+constexpr size_t subscriptionCount = sharedTopics.size() + keptTopics.size();
 
 volatile std::sig_atomic_t isStopping = 0;
 
@@ -33,7 +38,7 @@ void log(const QString& line) { reportFailure(line); }
 Server::Server(const office::BrokerSettings& broker, const QString& share,
                const DatabaseSettings& database)
     : m_broker(broker), m_share("$share/" + share.toUtf8()), m_store(database), m_intake(m_store),
-      m_publisher(m_store)
+      m_publisher(m_store), m_states(m_store)
 {
     mosquitto_lib_init();
     // Without a name and a session of its own.
@@ -51,7 +56,7 @@ Server::Server(const office::BrokerSettings& broker, const QString& share,
             if (count != 1 || *granted > qualityOfService)
                 return server->loseBroker(QStringLiteral("the broker refuses the subscription"));
             server->m_pause = 1;
-            if (++server->m_subscribed == subscriptions.size())
+            if (++server->m_subscribed == subscriptionCount)
                 log(QStringLiteral("takes records"));
         });
     mosquitto_message_callback_set(m_client,
@@ -89,6 +94,8 @@ void Server::run()
             continue;
         }
         announce();
+        if (!m_states.store() && !m_store.isAlive())
+            loseDatabase();
         const int result = mosquitto_loop(m_client, patience, 1);
         if (result != MOSQ_ERR_SUCCESS && m_hasBroker)
             loseBroker(textOf(result));
@@ -119,8 +126,10 @@ bool Server::connectBroker()
 void Server::subscribe()
 {
     m_subscribed = 0;
-    for (const char* topic : subscriptions)
+    for (const char* topic : sharedTopics)
         mosquitto_subscribe(m_client, nullptr, (m_share + topic).constData(), qualityOfService);
+    for (const char* topic : keptTopics)
+        mosquitto_subscribe(m_client, nullptr, topic, qualityOfService);
     m_publisher.announceAgain();
     m_announced.invalidate();
 }
@@ -149,10 +158,13 @@ void Server::take(const mosquitto_message& message)
         return;
     const QString topic = QString::fromUtf8(message.topic);
     const QByteArray bytes(static_cast<const char*>(message.payload), message.payloadlen);
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    if (m_states.note(topic, bytes, now))
+        return;
     std::optional<Reply> reply;
     const bool isTaken = Publisher::isFor(topic)
                              ? m_publisher.take(topic, bytes, reply) || m_store.isAlive()
-                             : m_intake.take(topic, bytes, QDateTime::currentDateTimeUtc(), reply);
+                             : m_intake.take(topic, bytes, now, reply);
     if (!isTaken)
         loseDatabase();
     else if (reply)
@@ -163,7 +175,7 @@ void Server::take(const mosquitto_message& message)
 void Server::announce()
 {
     constexpr int pause = 3000; // milliseconds
-    if (!m_hasDatabase || m_subscribed < subscriptions.size() ||
+    if (!m_hasDatabase || m_subscribed < subscriptionCount ||
         (m_announced.isValid() && !m_announced.hasExpired(pause)))
         return;
     m_announced.start();

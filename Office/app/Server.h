@@ -6,6 +6,8 @@
 #include <Publisher.h>
 
 #include <QElapsedTimer>
+#include <VehicleStates.h>
+
 #include <QString>
 
 struct mosquitto;
@@ -55,6 +57,7 @@ private:
     OfficeStore m_store;
     Intake m_intake;
     Publisher m_publisher;
+    VehicleStates m_states;
     QElapsedTimer m_announced;
     mosquitto* m_client = nullptr;
     bool m_hasDatabase = false;

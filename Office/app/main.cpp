@@ -4,8 +4,12 @@
 #include <FleetPage.h>
 #include <ProgramStart.h>
 #include <StandardOutput.h>
+#include <VehiclePositions.h>
 
 #include <QCoreApplication>
+#include <QDateTime>
+#include <QSaveFile>
+#include <QThread>
 
 #include <algorithm>
 #include <clocale>
@@ -76,6 +80,42 @@ int showPage(const Options& options)
     return Done;
 }
 
+bool writePositions(Database& database, const QString& name)
+{
+    QSaveFile file(name);
+    const auto overview = database.isAlive() || database.open()
+                              ? rivo::backoffice::fleetOverview(database)
+                              : std::nullopt;
+    if (!overview) {
+        reportFailure(database.problem());
+        return false;
+    }
+    const bool isWritten =
+        file.open(QIODevice::WriteOnly) &&
+        file.write(vehiclePositions(overview->vehicles, QDateTime::currentDateTime())) >= 0 &&
+        file.commit();
+    if (!isWritten)
+        reportFailure(QStringLiteral("%1: %2").arg(name, file.errorString()));
+    return isWritten;
+}
+
+volatile std::sig_atomic_t isEnding = 0;
+
+/// A database or a folder that is away for a while is tried again.
+int keepPositions(const Options& options)
+{
+    Database database(options.database);
+    if (options.every == 0)
+        return writePositions(database, options.output) ? Done : Failed;
+    onEnd([](int) { isEnding = 1; });
+    while (isEnding == 0) {
+        writePositions(database, options.output);
+        for (int second = 0; second < options.every && isEnding == 0; ++second)
+            QThread::sleep(1);
+    }
+    return Done;
+}
+
 int publish(const Options& options)
 {
     OfficeStore store(options.database);
@@ -124,6 +164,8 @@ int main(int argc, char* argv[])
         return gaps(options);
     if (options.command == QLatin1String("web"))
         return showPage(options);
+    if (options.command == QLatin1String("positions"))
+        return keepPositions(options);
     if (options.command == QLatin1String("publish"))
         return publish(options);
     if (options.command == QLatin1String("publications"))

@@ -15,13 +15,6 @@ QDateTime timeOf(const QVariant& seconds)
     return QDateTime::fromSecsSinceEpoch(seconds.toLongLong(), Qt::UTC);
 }
 
-/// PostgreSQL's texts have no zero byte. Never null, which would be another value.
-QString storable(const QString& text)
-{
-    return QLatin1String("") +
-           QString(text).replace(QChar(QChar::Null), QChar(QChar::ReplacementCharacter));
-}
-
 } // namespace
 
 QSqlQuery* PublicationRows::run(const char* statement, const QVariantList& values)

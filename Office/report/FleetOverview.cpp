@@ -13,13 +13,30 @@ QDateTime timeOf(const QVariant& value)
                           : QDateTime::fromMSecsSinceEpoch(value.toLongLong(), Qt::UTC);
 }
 
+double numberOf(const QVariant& value) { return value.isNull() ? qQNaN() : value.toDouble(); }
+
+/// From the sixth column on.
+std::optional<office::PositionReport> positionOf(const QSqlQuery& found)
+{
+    constexpr int first = 6;
+    if (found.value(first).isNull())
+        return std::nullopt;
+    return office::PositionReport{
+        timeOf(found.value(first)),       numberOf(found.value(first + 1)),
+        numberOf(found.value(first + 2)), numberOf(found.value(first + 3)),
+        numberOf(found.value(first + 4)), found.value(first + 5).toString()};
+}
+
 bool addVehicles(Database& database, FleetOverview& overview)
 {
     QSqlQuery* found = database.run(QStringLiteral(R"(
             SELECT vehicle.operator || '/' || vehicle.name, COALESCE(sent.records, 0),
                 CAST(extract(epoch FROM sent.last_at) * 1000 AS bigint),
-                COALESCE(wrong.faults, 0), COUNT(*) OVER ()
+                COALESCE(wrong.faults, 0), COUNT(*) OVER (), COALESCE(state.alive, false),
+                CAST(extract(epoch FROM state.position_at) * 1000 AS bigint), state.latitude,
+                state.longitude, state.direction, state.speed, COALESCE(state.trip, '')
             FROM vehicle
+            LEFT JOIN vehicle_state AS state ON state.vehicle = vehicle.id
             LEFT JOIN (SELECT vehicle, CAST(SUM(last_number - base) AS bigint) AS records,
                     MAX(last_at) AS last_at FROM journal GROUP BY vehicle) AS sent
                 ON sent.vehicle = vehicle.id
@@ -32,7 +49,8 @@ bool addVehicles(Database& database, FleetOverview& overview)
         return false;
     while (found->next()) {
         overview.vehicles.append({found->value(0).toString(), found->value(1).toLongLong(),
-                                  timeOf(found->value(2)), found->value(3).toLongLong()});
+                                  timeOf(found->value(2)), found->value(3).toLongLong(),
+                                  found->value(5).toBool(), positionOf(*found)});
         overview.vehicleCount = found->value(4).toLongLong();
     }
     return true;

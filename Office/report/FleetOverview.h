@@ -1,5 +1,6 @@
 #pragma once
 
+#include <FleetMessages.h>
 #include <OfficeStore.h>
 
 #include <QDateTime>
@@ -14,10 +15,12 @@ namespace rivo::backoffice
 /// A vehicle as the office knows it.
 struct VehicleOverview
 {
-    QString name;       ///< "lakeside/4711"
-    qint64 records = 0; ///< of all its journals
-    QDateTime lastAt;   ///< of its last record; invalid without one
-    qint64 faults = 0;  ///< that are not closed
+    QString name;                                   ///< "lakeside/4711"
+    qint64 records = 0;                             ///< of all its journals
+    QDateTime lastAt;                               ///< of its last record; invalid without one
+    qint64 faults = 0;                              ///< that are not closed
+    bool isAlive = false;                           ///< connected to the broker
+    std::optional<office::PositionReport> position; ///< the last one
 };
 
 struct FleetOverview

@@ -18,6 +18,12 @@ QString newName()
 
 } // namespace
 
+QString storable(const QString& text)
+{
+    return QLatin1String("") +
+           QString(text).replace(QChar(QChar::Null), QChar(QChar::ReplacementCharacter));
+}
+
 Database::Database(const DatabaseSettings& settings)
     : m_connection(QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), newName()))
 {

@@ -22,6 +22,9 @@ struct DatabaseSettings
     QString options; ///< more settings of a connection, such as "sslmode=verify-full"
 };
 
+/// A text as PostgreSQL can have it: never null, and without zero bytes.
+QString storable(const QString& text);
+
 /// A connection to PostgreSQL. The first error of a transaction rolls it back; none is thrown. All
 /// values are bound, and no statement is made of them.
 class Database

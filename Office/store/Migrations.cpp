@@ -155,7 +155,23 @@ QStringList publicationStep()
             PRIMARY KEY (vehicle, kind)))")};
 }
 
-QVector<QStringList> steps() { return {firstStep(), publicationStep()}; }
+/// What vehicles last reported besides records. Coordinates are degrees of WGS 84, directions
+/// clockwise from north, speeds metres per second.
+QStringList stateStep()
+{
+    return {QStringLiteral(R"(CREATE TABLE vehicle_state (
+            vehicle bigint PRIMARY KEY REFERENCES vehicle,
+            alive boolean NOT NULL,
+            alive_since timestamptz NOT NULL DEFAULT now(),
+            position_at timestamptz,
+            latitude double precision,
+            longitude double precision,
+            direction double precision,
+            speed double precision,
+            trip text NOT NULL DEFAULT ''))")};
+}
+
+QVector<QStringList> steps() { return {firstStep(), publicationStep(), stateStep()}; }
 
 /// Programs that start together take turns.
 constexpr char lock[] = "SELECT pg_advisory_xact_lock(1383692108)";

@@ -12,13 +12,6 @@ namespace rivo::backoffice
 namespace
 {
 
-/// PostgreSQL's texts have no zero byte. Never null, which would be another value.
-QString storable(const QString& text)
-{
-    return QLatin1String("") +
-           QString(text).replace(QChar(QChar::Null), QChar(QChar::ReplacementCharacter));
-}
-
 /// Never null.
 QByteArray storable(const QByteArray& bytes) { return bytes.isNull() ? QByteArray("") : bytes; }
 

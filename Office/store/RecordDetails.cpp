@@ -1,5 +1,6 @@
 #include "RecordDetails_p.h"
 
+#include "Database.h"
 #include "RecordRows.h"
 
 #include <QJsonObject>
@@ -90,12 +91,6 @@ bool isWhole(const QVariant& value) { return value.type() == QVariant::LongLong;
 
 /// Amounts, and what else a vehicle counts. So sums of them stay within what a number holds.
 constexpr qint64 mostOfNumber = 10'000'000'000'000;
-
-/// PostgreSQL's texts have no zero byte.
-QString storable(QString text)
-{
-    return text.replace(QChar(QChar::Null), QChar(QChar::ReplacementCharacter));
-}
 
 /// The value as its column has it; undefined if it is of another type.
 QJsonValue jsonOf(const QVariant& value, const Column& column)

@@ -2,6 +2,7 @@
 
 #include <FleetOverview.h>
 #include <ReportText.h>
+#include <VehiclePositions.h>
 
 #include <QDateTime>
 #include <QFile>
@@ -43,12 +44,27 @@ QJsonValue timeValue(const QDateTime& time)
     return time.isValid() ? QJsonValue(time.toUTC().toString(Qt::ISODate)) : QJsonValue();
 }
 
+QJsonValue numberValue(double number) { return qIsNaN(number) ? QJsonValue() : QJsonValue(number); }
+
+QJsonValue placeValue(const std::optional<office::PositionReport>& place)
+{
+    if (!place)
+        return {};
+    return QJsonObject{{QStringLiteral("at"), timeValue(place->at)},
+                       {QStringLiteral("latitude"), place->latitude},
+                       {QStringLiteral("longitude"), place->longitude},
+                       {QStringLiteral("direction"), numberValue(place->direction)},
+                       {QStringLiteral("trip"), place->trip}};
+}
+
 QJsonObject objectOf(const VehicleOverview& vehicle)
 {
     return {{QStringLiteral("name"), vehicle.name},
             {QStringLiteral("records"), vehicle.records},
             {QStringLiteral("last"), timeValue(vehicle.lastAt)},
-            {QStringLiteral("faults"), vehicle.faults}};
+            {QStringLiteral("faults"), vehicle.faults},
+            {QStringLiteral("alive"), vehicle.isAlive},
+            {QStringLiteral("position"), placeValue(vehicle.position)}};
 }
 
 QJsonObject objectOf(const KeptFault& fault)
@@ -112,6 +128,12 @@ std::optional<QByteArray> fleetOf(Database& database, const QDateTime& now)
         .toJson(QJsonDocument::Compact);
 }
 
+std::optional<QByteArray> positionsOf(Database& database, const QDateTime& now)
+{
+    const auto overview = fleetOverview(database);
+    return overview ? std::make_optional(vehiclePositions(overview->vehicles, now)) : std::nullopt;
+}
+
 } // namespace
 
 FleetPage::FleetPage(const DatabaseSettings& database) : m_database(database) { registerFiles(); }
@@ -119,24 +141,24 @@ FleetPage::FleetPage(const DatabaseSettings& database) : m_database(database) { 
 HttpAnswer FleetPage::answer(const QByteArray& path)
 {
     if (path == "/fleet.json")
-        return fleet();
+        return answered(m_fleet, "application/json", fleetOf);
+    if (path == "/vehicle-positions.pb")
+        return answered(m_positions, "application/x-protobuf", positionsOf);
     const auto file = files().find(path);
     return file != files().end() ? fileAnswer(file->second)
                                  : HttpAnswer{404, "text/plain", "There is no such page\n"};
 }
 
-HttpAnswer FleetPage::fleet()
+HttpAnswer FleetPage::answered(Kept& kept, const QByteArray& type, Maker make)
 {
-    if (m_fleet.isEmpty() || m_since.hasExpired(pause)) {
-        const auto made =
-            connect() ? fleetOf(m_database, QDateTime::currentDateTime()) : std::nullopt;
-        m_isConnected = made.has_value();
-        m_fleet = made.value_or(QByteArray());
-        m_since.start();
+    if (!kept.content || kept.since.hasExpired(pause)) {
+        kept.content = connect() ? make(m_database, QDateTime::currentDateTime()) : std::nullopt;
+        m_isConnected = kept.content.has_value();
+        kept.since.start();
     }
-    if (m_fleet.isEmpty())
+    if (!kept.content)
         return {503, "application/json", R"({"problem":"the database cannot be reached"})"};
-    return {200, "application/json", m_fleet};
+    return {200, type, *kept.content};
 }
 
 bool FleetPage::connect()

@@ -4,7 +4,10 @@
 
 #include <Database.h>
 
+#include <QDateTime>
 #include <QElapsedTimer>
+
+#include <optional>
 
 namespace rivo::backoffice
 {
@@ -18,17 +21,26 @@ public:
 
     explicit FleetPage(const DatabaseSettings& database);
 
-    /// "/", the files of the page, and "/fleet.json"; 503 for that while the database is away.
+    /// "/", the files of the page, "/fleet.json", and "/vehicle-positions.pb" for public apps; 503
+    /// for these while the database is away.
     HttpAnswer answer(const QByteArray& path);
 
 private:
-    HttpAnswer fleet();
+    /// The last answer.
+    struct Kept
+    {
+        std::optional<QByteArray> content;
+        QElapsedTimer since;
+    };
+    using Maker = std::optional<QByteArray> (*)(Database& database, const QDateTime& now);
+
+    HttpAnswer answered(Kept& kept, const QByteArray& type, Maker make);
     bool connect();
 
     Database m_database;
     bool m_isConnected = false;
-    QByteArray m_fleet; ///< the last answer
-    QElapsedTimer m_since;
+    Kept m_fleet;
+    Kept m_positions;
 };
 
 } // namespace rivo::backoffice

@@ -29,7 +29,7 @@ private slots:
             OfficeStore store(settings);
             QVERIFY2(store.open(), qPrintable(store.problem()));
         }
-        QCOMPARE(valueIn(settings, "SELECT max(version) FROM schema_version"), "2");
+        QCOMPARE(valueIn(settings, "SELECT max(version) FROM schema_version"), "3");
         QCOMPARE(valueIn(settings, "SELECT count(*) FROM vehicle"), "0");
     }
 
@@ -46,7 +46,7 @@ private slots:
         for (std::thread& program : programs)
             program.join();
         QCOMPARE(opened.load(), 4);
-        QCOMPARE(valueIn(settings, "SELECT max(version) FROM schema_version"), "2");
+        QCOMPARE(valueIn(settings, "SELECT max(version) FROM schema_version"), "3");
     }
 
     void aDatabaseOfANewerProgramIsRefused()
@@ -56,7 +56,7 @@ private slots:
         valueIn(settings, "INSERT INTO schema_version VALUES (7, now())");
         OfficeStore store(settings);
         QVERIFY(!store.open());
-        QCOMPARE(store.problem(), "the database has version 7, this program knows 2");
+        QCOMPARE(store.problem(), "the database has version 7, this program knows 3");
     }
 
     void aDatabaseThatIsMissingIsReported()

@@ -1,6 +1,9 @@
 #include "OfficeUnderTest.h"
 #include "Table.h"
 
+#include <LiveMessage.h>
+#include <VehicleStates.h>
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -123,6 +126,14 @@ private slots:
         QCOMPARE(vehicles[1].toObject()["name"].toString(), "lakeside/4712");
         QVERIFY(vehicles[1].toObject()["last"].isNull());
         QCOMPARE(vehicles[1].toObject()["faults"].toInt(), 1);
+        QVERIFY(!vehicles[0].toObject()["alive"].toBool());
+        QVERIFY(vehicles[0].toObject()["position"].isNull());
+        const QJsonObject place = vehicles[1].toObject()["position"].toObject();
+        QVERIFY(vehicles[1].toObject()["alive"].toBool());
+        QCOMPARE(place["latitude"].toDouble(), 54.1);
+        QCOMPARE(place["longitude"].toDouble(), -2.9);
+        QCOMPARE(place["direction"].toDouble(), 270.0);
+        QCOMPARE(place["trip"].toString(), "7-1");
         const QJsonObject sums = fleet["sums"].toObject();
         QCOMPARE(sums.keys(), QStringList({"driver", "product", "route", "vehicle"}));
         QCOMPARE(sums["vehicle"].toArray(), QJsonArray({QJsonObject{{"key", "lakeside/4711"},
@@ -134,6 +145,52 @@ private slots:
                                                                     {"total", "7.95"}}}));
         QCOMPARE(fleet["faultCount"].toInt(), 1);
         QCOMPARE(fleet["faults"].toArray()[0].toObject()["kind"].toString(), "message");
+    }
+
+    void placesArePublishedForApps()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        fill(database);
+        const Page page(database);
+        const QByteArray answer = page.ask("GET", "/vehicle-positions.pb");
+        QVERIFY2(answer.startsWith("HTTP/1.1 200 "), answer);
+        QVERIFY(answer.contains("\r\nContent-Type: application/x-protobuf\r\n"));
+        const auto read = rivo::live::readMessage(Page::bodyOf(answer));
+        QCOMPARE(read.problem, "");
+        QCOMPARE(read.message->vehicles.size(), 1);
+        QCOMPARE(read.message->vehicles.first().id, "lakeside/4712");
+    }
+
+    void placesAreWrittenIntoAFile()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        fill(database);
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("positions.pb");
+        const QStringList where{"--database",  database.name,     "--database-host",
+                                database.host, "--database-user", database.user};
+        QCOMPARE(QProcess::execute(RIVO_OFFICE, QStringList{"positions", "--output", file} + where),
+                 0);
+        const auto content = [&file] {
+            QFile read(file);
+            return read.open(QIODevice::ReadOnly) ? read.readAll() : QByteArray();
+        };
+        QCOMPARE(rivo::live::readMessage(content()).message->vehicles.size(), 1);
+        QCOMPARE(QProcess::execute(RIVO_OFFICE,
+                                   QStringList{"positions", "--output", "/nowhere/file"} + where),
+                 2);
+        QCOMPARE(QProcess::execute(RIVO_OFFICE, QStringList{"positions"} + where), 2);
+        QProcess again;
+        again.start(RIVO_OFFICE,
+                    QStringList{"positions", "--output", file, "--every", "1"} + where);
+        QVERIFY(again.waitForStarted(patience));
+        for (int time = 0; time < 2; ++time) {
+            QVERIFY(QFile::remove(file));
+            QTRY_COMPARE_WITH_TIMEOUT(content().isEmpty(), false, patience);
+        }
+        again.terminate();
+        QVERIFY(again.waitForFinished(patience));
+        QCOMPARE(again.exitCode(), 0);
     }
 
     void onlyWhatIsThereIsShown_data()
@@ -241,6 +298,7 @@ private slots:
                  QJsonArray({QJsonArray({hostile, "1", "2.95", "0.00", "0.00", "2.95", "EUR"}),
                              QJsonArray({"Single", "1", "5.00", "0.00", "0.00", "5.00", "EUR"})}));
         QCOMPARE(seen["drivers"].toArray().size(), 1);
+        QCOMPARE(seen["onMap"].toArray(), QJsonArray({"4712"}));
         const QJsonArray vehicle = seen["vehicles"].toArray()[1].toArray();
         QCOMPARE(vehicle[0].toString(), "lakeside/4712");
         QCOMPARE(vehicle[3].toString(), "1");
@@ -278,6 +336,13 @@ private:
         QVERIFY(vehicle.journal.confirmSale({ticket(295, hostile)}, {}, office.now));
         QCOMPARE(office.take(vehicle.batch()), "2");
         QCOMPARE(office.take("hello", "rivo/lakeside/4712/records"), "none");
+        VehicleStates states(office.store);
+        QVERIFY(states.note("rivo/lakeside/4712/alive", "1", office.now));
+        QVERIFY(states.note(
+            "rivo/lakeside/4712/position",
+            encode(rivo::office::PositionReport{office.now, 54.1, -2.9, 270.0, 5.0, "7-1"}),
+            office.now));
+        QVERIFY(states.store());
     }
 
     PostgresServer m_server;

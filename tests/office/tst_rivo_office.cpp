@@ -4,6 +4,7 @@
 #include "TestCertificates.h"
 #include "ToolRunner.h"
 
+#include <OfficeLink.h>
 #include <Outbox.h>
 
 #include <QSignalSpy>
@@ -148,6 +149,33 @@ private slots:
         QVERIFY(sellSome(vehicle));
         QTRY_COMPARE_WITH_TIMEOUT(vehicle.outbox.acknowledged(), 8, patience);
         QCOMPARE(valueIn(database, "SELECT count(*) FROM record"), "9");
+    }
+
+    /// The broker keeps it: a program that starts later has it, too.
+    void theOfficeKnowsWhereVehiclesAre()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        Broker broker;
+        QVERIFY(broker.start());
+        OpenJournal journal(fileIn(m_folder.path()));
+        auto link =
+            std::make_unique<OfficeLink>(broker.settings({}), Topics{"lakeside", "4711"}, journal);
+        link->report({QDateTime::currentDateTimeUtc(), 54.1, -2.9, 90.0, 10.0, "7-1"});
+        link->start();
+        QTRY_VERIFY_WITH_TIMEOUT(link->state() == OfficeLink::State::Connected, patience);
+        const auto seen = [&database] {
+            return valueIn(database, "SELECT concat(name, ' ', alive, ' ', latitude, ' ', trip)"
+                                     " FROM vehicle JOIN vehicle_state ON vehicle = id");
+        };
+        for (int program = 0; program < 2; ++program) {
+            const Serving office(broker, database);
+            QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 t 54.1 7-1", patience);
+            QCOMPARE(valueIn(database, "TRUNCATE vehicle_state"), "");
+        }
+        const Serving office(broker, database);
+        QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 t 54.1 7-1", patience);
+        link.reset();
+        QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 f 54.1 7-1", patience);
     }
 
     /// With the certificates, the configuration and the access list of docs/fleet.md.
@@ -351,6 +379,7 @@ private:
     }
 
     PostgresServer m_server;
+    QTemporaryDir m_folder;
 };
 
 QTEST_GUILESS_MAIN(TestRivoOffice)
