@@ -131,7 +131,7 @@ private slots:
         QVERIFY(!publications().output.contains("4711"));
     }
 
-    void driversArrive()
+    void otherKindsArrive()
     {
         Broker broker;
         QVERIFY(broker.start());
@@ -140,6 +140,16 @@ private slots:
         QCOMPARE(publish(drivers(42), {"--kind", "drivers"}).output, "lakeside drivers 1\n");
         QTRY_COMPARE_WITH_TIMEOUT(vehicle->taken(PublicationKind::Drivers), "1", patience);
         QCOMPARE(vehicle->taken(), "none");
+        QCOMPARE(publish(R"({"format": "rivo-limits", "version": 1, "maxDebt": 150})",
+                         {"--kind", "limits"})
+                     .output,
+                 "lakeside limits 1\n");
+        QTRY_COMPARE_WITH_TIMEOUT(vehicle->taken(PublicationKind::Limits), "1", patience);
+        QCOMPARE(
+            publish(R"({"format": "rivo-paid", "version": 1, "shifts": []})", {"--kind", "paid"})
+                .output,
+            "lakeside paid 1\n");
+        QTRY_COMPARE_WITH_TIMEOUT(vehicle->taken(PublicationKind::Paid), "1", patience);
     }
 
     void whatIsWrongIsRefusedAndReported_data()
