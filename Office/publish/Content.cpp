@@ -2,6 +2,7 @@
 
 #include <DriversFile.h>
 #include <FeedLoader.h>
+#include <Instructions.h>
 #include <QFileInfo>
 
 namespace rivo::backoffice
@@ -27,10 +28,11 @@ QStringList problemsOf(office::PublicationKind kind, const QString& file)
     case office::PublicationKind::Drivers:
         return drivers::readDrivers(file).problems;
     case office::PublicationKind::Limits:
+        return office::readLimits(file).problems;
     case office::PublicationKind::Paid:
         break;
     }
-    return {QStringLiteral("%1: nothing can be published as this kind").arg(file)};
+    return office::readPaidShifts(file).problems;
 }
 
 } // namespace rivo::backoffice

@@ -26,7 +26,8 @@ bool PublicationRows::add(Announcement& announcement, const QByteArray& content,
                           const std::function<void(Announcement&)>& sign, bool& isNewer)
 {
     return m_store.inTransaction([&] {
-        if (run("LOCK TABLE publication IN SHARE ROW EXCLUSIVE MODE") == nullptr)
+        if (!m_store.database().runAll(
+                {QStringLiteral("LOCK TABLE publication IN SHARE ROW EXCLUSIVE MODE")}))
             return false;
         QSqlQuery* last = run("SELECT COALESCE(MAX(version), 0) FROM publication"
                               " WHERE operator = ? AND kind = ?",

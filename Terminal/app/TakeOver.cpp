@@ -2,6 +2,7 @@
 
 #include <DriversFile.h>
 #include <FeedLoader.h>
+#include <Instructions.h>
 #include <JournalKey_p.h>
 #include <QCoreApplication>
 #include <QStandardPaths>
@@ -46,10 +47,11 @@ QString faultOf(PublicationKind kind, const QString& file, const feed::FeedOptio
     case PublicationKind::Drivers:
         return drivers::readDrivers(file).problems.value(0);
     case PublicationKind::Limits:
+        return office::readLimits(file).problems.value(0);
     case PublicationKind::Paid:
         break;
     }
-    return Texts::tr("is not understood");
+    return office::readPaidShifts(file).problems.value(0);
 }
 
 } // namespace

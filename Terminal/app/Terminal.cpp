@@ -1,6 +1,8 @@
 #include "Terminal.h"
 
 #include "DirectionControls.h"
+#include "OfficeOrders.h"
+#include "TakeOver.h"
 
 #include <EscPosPrinter.h>
 #include <FeedToModels.h>
@@ -188,6 +190,8 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     showReports(m_closedShifts, m_zReports, true);
     followTrip();
     makeHeard();
+    if (m_settings.takeOver != nullptr && m_settings.takeOver->isThere())
+        obeyOffice(maxDebt(feed));
     m_parts->start();
 
     // The log is written while tiles are put in order, which is over when a client turns it on.
@@ -197,6 +201,16 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
         layOutGrid();
         m_desk.showBadges();
     });
+}
+
+Terminal::~Terminal() = default;
+
+void Terminal::obeyOffice(double maxDebt)
+{
+    m_orders = std::make_unique<OfficeOrders>(*m_settings.takeOver, m_desk, m_journal, maxDebt);
+    connect(m_orders.get(), &OfficeOrders::inUse, m_parts.get(), &VehicleParts::setInUse);
+    connect(m_parts.get(), &VehicleParts::publicationTaken, m_orders.get(), &OfficeOrders::look);
+    m_orders->look();
 }
 
 void Terminal::startFleet()

@@ -35,6 +35,7 @@
 namespace rivo::terminal
 {
 
+class OfficeOrders;
 class TakeOver;
 
 /// One terminal behind its screen: the six models filled from a feed, and the desks that act on
@@ -88,6 +89,7 @@ public:
     };
 
     Terminal(const feed::Feed& feed, const Settings& settings, QObject* parent = nullptr);
+    ~Terminal() override;
 
     QString operatorName() const { return m_offers.operatorName(); }
     PassengerTypesModel* grid() { return &m_grid; }
@@ -136,6 +138,7 @@ private:
     void keepTime();
     void noteClock();
     void showOwnTrip();
+    void obeyOffice(double maxDebt);
     void startFleet();
     int findOwnVehicle();
     void followTrip();
@@ -176,6 +179,7 @@ private:
     PaperDesk m_papers;
     sound::Sounds m_sounds;
     std::unique_ptr<VehicleParts> m_parts;
+    std::unique_ptr<OfficeOrders> m_orders;
     int m_ownVehicle = -1;
     bool m_hasOwnTime; ///< not that of the system
     bool m_night;

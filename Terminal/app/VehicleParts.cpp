@@ -242,6 +242,13 @@ void VehicleParts::takePublications(const office::Topics& topics, TakeOver& take
         m_publications->setInUse(kind, takeOver.inUse(kind));
     connect(m_publications.get(), &PublicationLink::problemChanged, this,
             &VehicleParts::showOffice);
+    connect(m_publications.get(), &PublicationLink::taken, this, &VehicleParts::publicationTaken);
+}
+
+void VehicleParts::setInUse(office::PublicationKind kind, qint64 version)
+{
+    if (m_publications != nullptr)
+        m_publications->setInUse(kind, version);
 }
 
 /// A vehicle without a network is no fault: nothing is lost.

@@ -2,6 +2,7 @@
 
 #include <Config.h>
 #include <Health.h>
+#include <PublicationMessages.h>
 
 #include <QObject>
 #include <QPointer>
@@ -97,6 +98,9 @@ public:
     /// Whether a device is a part of the vehicle.
     bool has(const PeripheralItem& device) const;
 
+    /// A publication came into effect. Ignored without an office.
+    void setInUse(office::PublicationKind kind, qint64 version);
+
     /// Without a receiver it knows the steps of the clock alone.
     const position::VehiclePosition& position() const { return *m_position; }
 
@@ -105,6 +109,7 @@ signals:
     void clockOffsetChanged(qint64 milliseconds);
     /// The system's clock was set by `milliseconds`, backwards if negative.
     void clockStepped(qint64 milliseconds);
+    void publicationTaken(); ///< by the store, from the office
 
 private:
     using Row = QPointer<PeripheralItem>; ///< null if the row was removed, or there is none

@@ -22,7 +22,7 @@ enum class PublicationKind {
 };
 
 inline constexpr std::array allPublicationKinds{PublicationKind::Feed, PublicationKind::Drivers,
-                                         PublicationKind::Limits, PublicationKind::Paid};
+                                                PublicationKind::Limits, PublicationKind::Paid};
 
 /// "feed" and so on, in topics, messages and names of files.
 QString nameOf(PublicationKind kind);

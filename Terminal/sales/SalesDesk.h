@@ -115,6 +115,14 @@ public:
     /// `maxDebt`: most cash that a driver should carry, in currency units; 0 = no limit.
     void restore(double maxDebt);
 
+    /// Another limit, as restore() has it; after restore().
+    void setMaxDebt(double maxDebt);
+
+    /// Records that the office has the cash of closed shifts, as a hand-over without a driver of
+    /// what is due. What is paid already, or no closed shift, is left alone. False, with nothing or
+    /// a part recorded, while a sale is not finished or if the journal fails: call again.
+    bool takePaidInOffice(const QVector<qint64>& shifts);
+
     /// The clock that sales and all other records have their time of; at first that of the system.
     void setClock(const std::function<QDateTime()>& clock);
 

@@ -41,6 +41,15 @@ void ShiftBook::show(double maxDebt)
         addReport(report);
 }
 
+void ShiftBook::setMaxDebt(double maxDebt)
+{
+    m_maxDebt = maxDebt;
+    for (int row = 0; row < m_reports.rowCount(); ++row) {
+        if (keeps(reportAt(row)->zNumber()))
+            reportAt(row)->setMaxAllowedDebt(maxDebt);
+    }
+}
+
 /// What the driver carries: of the running shift, the cash of the unpaid shifts before it too.
 Minor ShiftBook::debtOf(const ShiftReport& report) const
 {

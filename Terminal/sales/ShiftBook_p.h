@@ -28,6 +28,9 @@ public:
     /// SalesDesk::restore().
     void show(double maxDebt);
 
+    /// Shows another limit with all shifts.
+    void setMaxDebt(double maxDebt);
+
     /// Brings the row of the running shift up to date. False if the journal failed.
     bool update();
 

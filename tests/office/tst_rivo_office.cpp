@@ -1,5 +1,6 @@
 #include "Broker.h"
 #include "OfficeUnderTest.h"
+#include "Serving.h"
 #include "Table.h"
 #include "TestCertificates.h"
 #include "ToolRunner.h"
@@ -45,44 +46,6 @@ struct Vehicle : VehicleJournal
     Topics topics;
     Outbox outbox;
     BrokerLink link;
-};
-
-/// The program, which serves until it is destroyed.
-struct Serving
-{
-    Serving(const Broker& broker, const DatabaseSettings& database, const QStringList& more = {})
-    {
-        process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(RIVO_OFFICE, QStringList{"serve", "--broker", "127.0.0.1", "--port",
-                                               QString::number(broker.port()), "--database",
-                                               database.name, "--database-host", database.host,
-                                               "--database-user", database.user} +
-                                       more);
-    }
-
-    ~Serving()
-    {
-        process.kill();
-        process.waitForFinished();
-    }
-
-    /// Its exit code when it is asked to end.
-    int stop()
-    {
-        process.terminate();
-        return process.waitForFinished() && process.exitStatus() == QProcess::NormalExit
-                   ? process.exitCode()
-                   : -1;
-    }
-
-    bool says(const QByteArray& text)
-    {
-        messages += process.readAll();
-        return messages.contains(text);
-    }
-
-    QProcess process;
-    QByteArray messages;
 };
 
 } // namespace

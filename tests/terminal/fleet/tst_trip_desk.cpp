@@ -52,6 +52,8 @@ private slots:
     void theNextTripIsOfferedAtTheEnd_data();
     void theNextTripIsOfferedAtTheEnd();
     void theNextTripOfAnUnknownOne();
+    void aTripIsUnderWay_data();
+    void aTripIsUnderWay();
     void aTripIsChosen();
     void stopsWithoutTrips();
 };
@@ -298,6 +300,38 @@ void TripDeskTest::theNextTripOfAnUnknownOne()
     };
     QCOMPARE(next("10:40:00"), 55);
     QCOMPARE(next("10:55:00"), -1);
+}
+
+void TripDeskTest::aTripIsUnderWay_data()
+{
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<int>("stop");
+    QTest::addColumn<QString>("time");
+    QTest::addColumn<bool>("isUnderWay");
+    const QStringList calls{"1 10:00:00", "2 10:05:00", "4 10:30:00"};
+    const QStringList night{"1 23:50:00", "4 24:20:00"};
+    QTest::newRow("before it starts") << calls << 1 << "09:59:59" << false;
+    QTest::newRow("as it starts") << calls << 1 << "10:00:00" << true;
+    QTest::newRow("at a stop") << calls << 2 << "10:05:00" << true;
+    QTest::newRow("at its last stop") << calls << 4 << "10:25:00" << false;
+    QTest::newRow("it is late") << calls << 2 << "11:30:00" << true;
+    QTest::newRow("an hour after its end") << calls << 2 << "11:30:01" << false;
+    QTest::newRow("before midnight") << night << 1 << "23:55:00" << true;
+    QTest::newRow("after midnight") << night << 1 << "00:10:00" << true;
+    QTest::newRow("long after midnight") << night << 1 << "01:20:01" << false;
+}
+
+void TripDeskTest::aTripIsUnderWay()
+{
+    QFETCH(QStringList, calls);
+    QFETCH(int, stop);
+    QFETCH(QString, time);
+    const feed::Feed feed = feedWith(TestNetwork().trip("51", "5", calls),
+                                     feed::FeedTripContext{5, 1, 4, stop, 5, 51, "X"});
+    const TripDesk desk(feed, fleet::Timetable(feed.network));
+    QVERIFY(desk.trip() != nullptr);
+    QTEST(desk.isUnderWay(QTime(0, 0).secsTo(QTime::fromString(time))), "isUnderWay");
+    QVERIFY(!TripDesk(feed::Feed(), fleet::Timetable()).isUnderWay(36000));
 }
 
 void TripDeskTest::aTripIsChosen()

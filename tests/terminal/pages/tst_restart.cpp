@@ -56,6 +56,24 @@ private slots:
         QVERIFY(!terminal.mayRestart(10000));
     }
 
+    /// What the office published is taken over between trips; an upgrade may come on the way.
+    void aTripIsNotInterrupted()
+    {
+        const QTemporaryDir folder;
+        Terminal terminal(*rivo::feed::loadFeed(EXAMPLE_FEEDS "/hill-valley.json").feed,
+                          settingsIn(folder));
+        rivo::terminal::TripDesk& trip = *terminal.trip();
+        const int noon = 12 * 3600;
+        QVERIFY(trip.isUnderWay(noon));
+        QVERIFY(terminal.mayRestart(0) && !terminal.mayTakeOver(0));
+        trip.setStop(trip.stopCount() - 1);
+        QVERIFY(trip.isAtEnd());
+        QVERIFY(terminal.mayTakeOver(0));
+        QVERIFY(!terminal.mayTakeOver());
+        QVERIFY(terminal.desk()->add(0));
+        QVERIFY(!terminal.mayTakeOver(0));
+    }
+
 private:
     static Terminal::Settings settingsIn(const QTemporaryDir& folder)
     {
