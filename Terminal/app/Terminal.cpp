@@ -205,6 +205,15 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
 
 Terminal::~Terminal() = default;
 
+void Terminal::setFleetShown(bool isShown)
+{
+    if (isShown == m_isFleetShown)
+        return;
+    m_isFleetShown = isShown;
+    m_parts->setFleetShown(isShown);
+    emit fleetShownChanged();
+}
+
 void Terminal::obeyOffice(double maxDebt)
 {
     m_orders = std::make_unique<OfficeOrders>(*m_settings.takeOver, m_desk, m_journal, maxDebt);

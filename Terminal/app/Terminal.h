@@ -66,6 +66,7 @@ class Terminal : public QObject
     Q_PROPERTY(QString journalFile READ journalFile CONSTANT)
     Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
     Q_PROPERTY(bool night READ night WRITE setNight NOTIFY nightChanged)
+    Q_PROPERTY(bool fleetShown READ isFleetShown WRITE setFleetShown NOTIFY fleetShownChanged)
 
 public:
     struct Settings
@@ -129,9 +130,12 @@ public:
     bool isDemo() const { return m_settings.isDemo; } ///< what is sold is not valid
     bool night() const { return m_night; }            ///< dark colours for driving at night
     void setNight(bool night);
+    bool isFleetShown() const { return m_isFleetShown; } ///< on the screen; false at the start
+    void setFleetShown(bool isShown);
 
 signals:
     void nightChanged();
+    void fleetShownChanged();
 
 private:
     QDateTime timeOfSale() const;
@@ -182,6 +186,7 @@ private:
     std::unique_ptr<OfficeOrders> m_orders;
     int m_ownVehicle = -1;
     bool m_hasOwnTime; ///< not that of the system
+    bool m_isFleetShown = false;
     bool m_night;
 };
 

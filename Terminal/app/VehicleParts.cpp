@@ -1,5 +1,6 @@
 #include "VehicleParts.h"
 
+#include "OtherVehicles.h"
 #include "TakeOver.h"
 #include "TripDesk.h"
 
@@ -190,18 +191,20 @@ void VehicleParts::showClock()
     show(m_clockRow, {m_position->isClockWrong() ? Level::SeriousWarning : Level::Ready, text});
 }
 
+/// Reports are compared with the time of the satellites where the system's clock is wrong.
+qint64 VehicleParts::now() const
+{
+    const bool isWrong = m_position->isClockWrong();
+    const qint64 offset = isWrong ? m_position->clockOffset().value_or(0) : 0;
+    return QDateTime::currentSecsSinceEpoch() + offset / millisecondsPerSecond;
+}
+
 void VehicleParts::followVehicles(const config::VehiclesConfig& config)
 {
     m_liveRow = addRow(tr("Other vehicles"), QStringLiteral("fleet"));
-    // Reports are compared with the time of the satellites where the system's clock is wrong.
-    const auto now = [this] {
-        const bool isWrong = m_position->isClockWrong();
-        const qint64 offset = isWrong ? m_position->clockOffset().value_or(0) : 0;
-        return QDateTime::currentSecsSinceEpoch() + offset / millisecondsPerSecond;
-    };
     m_live = std::make_unique<live::LiveVehicles>(liveOf(config), m_terminal.network,
                                                   fleet::Timetable(m_terminal.network),
-                                                  m_terminal.vehicles, now);
+                                                  m_terminal.vehicles, [this] { return now(); });
     connect(m_live.get(), &live::LiveVehicles::stateChanged, this, &VehicleParts::showVehicles);
     connect(m_live.get(), &live::LiveVehicles::reported, this,
             [this] { m_terminal.fleet.setReportedByOthers(m_live->silences()); });
@@ -228,7 +231,23 @@ void VehicleParts::reachOffice(const Settings& settings)
     connect(m_office.get(), &office::OfficeLink::stateChanged, this, &VehicleParts::showOffice);
     if (settings.takeOver != nullptr && settings.takeOver->isThere())
         takePublications(topics, *settings.takeOver, settings.currency);
+    if (!settings.vehicles.isThere())
+        followOthers(topics);
     showOffice();
+}
+
+void VehicleParts::followOthers(const office::Topics& topics)
+{
+    m_others = std::make_unique<OtherVehicles>(*m_office, topics, m_terminal.network,
+                                               m_terminal.vehicles, [this] { return now(); });
+    connect(m_others.get(), &OtherVehicles::reported, this,
+            [this] { m_terminal.fleet.setReportedByOthers(m_others->silences()); });
+}
+
+void VehicleParts::setFleetShown(bool isShown)
+{
+    if (m_others != nullptr)
+        m_others->setShown(isShown);
 }
 
 void VehicleParts::takePublications(const office::Topics& topics, TakeOver& takeOver,

@@ -54,6 +54,7 @@ class VehiclePosition;
 namespace rivo::terminal
 {
 
+class OtherVehicles;
 class TakeOver;
 class TripDesk;
 
@@ -98,6 +99,10 @@ public:
     /// Whether a device is a part of the vehicle.
     bool has(const PeripheralItem& device) const;
 
+    /// Whether the fleet is on the screen: other vehicles are asked for then alone, if the office
+    /// is connected and no server reports them.
+    void setFleetShown(bool isShown);
+
     /// A publication came into effect. Ignored without an office.
     void setInUse(office::PublicationKind kind, qint64 version);
 
@@ -119,6 +124,8 @@ private:
     void reachOffice(const Settings& settings);
     void takePublications(const office::Topics& topics, TakeOver& takeOver,
                           const QString& currency);
+    void followOthers(const office::Topics& topics);
+    qint64 now() const;
     void watchHealth(const Settings& settings);
     Row addRow(const QString& name, const QString& icon);
     void showPosition();
@@ -134,6 +141,7 @@ private:
     std::unique_ptr<live::LiveVehicles> m_live;
     std::unique_ptr<office::OfficeLink> m_office;
     std::unique_ptr<office::PublicationLink> m_publications;
+    std::unique_ptr<OtherVehicles> m_others;
     std::unique_ptr<health::HealthWatch> m_health;
     QVector<Row> m_rows; ///< all that were added
     Row m_positionRow;

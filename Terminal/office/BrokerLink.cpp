@@ -86,9 +86,14 @@ public:
                                  payload.constData(), qualityOfService, isRetained);
     }
 
-    void subscribe(const QString& topic)
+    void subscribe(const QString& topic, int quality = qualityOfService)
     {
-        mosquitto_subscribe(m_client, nullptr, topic.toUtf8().constData(), qualityOfService);
+        mosquitto_subscribe(m_client, nullptr, topic.toUtf8().constData(), quality);
+    }
+
+    void unsubscribe(const QString& topic)
+    {
+        mosquitto_unsubscribe(m_client, nullptr, topic.toUtf8().constData());
     }
 
 private:
@@ -174,6 +179,17 @@ BrokerLink::~BrokerLink() = default;
 
 void BrokerLink::subscribe(const QString& topic) { m_topics.append(topic); }
 
+void BrokerLink::follow(const QString& topic, bool isFollowed)
+{
+    m_followed.removeAll(topic);
+    if (isFollowed)
+        m_followed.append(topic);
+    if (m_isConnected && isFollowed)
+        m_loop->subscribe(topic, 0);
+    else if (m_isConnected)
+        m_loop->unsubscribe(topic);
+}
+
 bool BrokerLink::start()
 {
     m_loop = std::make_unique<Loop>(this, m_settings);
@@ -194,6 +210,8 @@ void BrokerLink::onConnected()
     m_isConnected = true;
     for (const QString& topic : qAsConst(m_topics))
         m_loop->subscribe(topic);
+    for (const QString& topic : qAsConst(m_followed))
+        m_loop->subscribe(topic, 0);
     if (!m_settings.willTopic.isEmpty())
         publish(m_settings.willTopic, "1", true);
     emit connected();

@@ -41,6 +41,10 @@ public:
     /// Subscribes at each connection. Before start().
     void subscribe(const QString& topic);
 
+    /// Gets messages of a topic from now on, or no longer. Those of a time without a connection are
+    /// not kept by the broker.
+    void follow(const QString& topic, bool isFollowed);
+
     /// Begins to connect. False if a file for TLS cannot be used, see problem().
     bool start();
 
@@ -64,6 +68,7 @@ private:
 
     BrokerSettings m_settings;
     QStringList m_topics;
+    QStringList m_followed;
     QString m_problem;
     bool m_isConnected = false;
     std::unique_ptr<Loop> m_loop;

@@ -44,6 +44,9 @@ public:
         return m_link.publish(topic, message);
     }
 
+    /// See BrokerLink::follow(); what comes is received().
+    void follow(const QString& topic, bool isFollowed) { m_link.follow(topic, isFollowed); }
+
     State state() const { return m_state; }
     QString stateText() const; ///< for people
 

@@ -21,6 +21,11 @@ T.ApplicationWindow {
         property: "night"
         value: root.terminal.night
     }
+    Binding {
+        target: root.terminal
+        property: "fleetShown"
+        value: root.page === "fleet"
+    }
     Connections {
         target: root.terminal.desk
         function onRefused(reason) {

@@ -1,7 +1,10 @@
+#include "Broker.h"
+#include "OtherVehicles.h"
 #include "Terminal.h"
 #include "TestNetwork.h"
 
 #include <AssetItem.h>
+#include <FleetMessages.h>
 #include <HealthWatch.h>
 #include <PeripheralItem.h>
 #include <VehiclePosition.h>
@@ -106,6 +109,7 @@ private slots:
     void vehiclesFromAFile();
     void healthOfTheSystem();
     void theOfficeHasARow();
+    void theBrokerKnowsOtherVehicles();
     void rowsThatWereRemoved();
 };
 
@@ -370,6 +374,63 @@ void VehiclePartsTest::theOfficeHasARow()
     Terminal terminal(testFeed(), settings);
     QStringList shown = texts(*terminal.peripherals());
     QVERIFY2(shown.value(0).startsWith("Office: cannot be used: "), qPrintable(shown.join('|')));
+}
+
+/// Only while somebody looks at the fleet.
+void VehiclePartsTest::theBrokerKnowsOtherVehicles()
+{
+    constexpr int patience = 30000;
+    if (!Broker::isInstalled())
+        QSKIP("mosquitto is not installed");
+    Broker broker;
+    QVERIFY(broker.start());
+    office::BrokerLink others(broker.settings("others"));
+    QVERIFY(others.start());
+    QTRY_VERIFY_WITH_TIMEOUT(others.isConnected(), patience);
+    const auto report = [&others](const QString& vehicle, double east) {
+        const office::Topics topics{"lakeside", vehicle};
+        return others.publish(topics.position(),
+                              encode(office::PositionReport{QDateTime::currentDateTimeUtc(), 0.0,
+                                                            east, 90.0, 8.0, "50"}),
+                              true);
+    };
+    const QTemporaryDir folder;
+    Terminal::Settings settings;
+    settings.journalFile = folder.filePath("journal");
+    settings.config.office.type = "mqtt";
+    settings.config.office.host = "127.0.0.1";
+    settings.config.office.port = broker.port();
+    settings.config.office.operatorName = "lakeside";
+    settings.config.office.vehicle = "4711";
+    Terminal terminal(testFeed(), settings);
+    const int before = terminal.vehicles()->rowCount();
+    QVERIFY(report("4711", 0.001) && report("4712", 0.002));
+    QVERIFY(others.publish("rivo/lakeside/4713/position", "nonsense", true));
+    QVERIFY(others.publish("rivo/other/4714/position", "nonsense", true));
+
+    terminal.setFleetShown(true);
+    QTRY_COMPARE_WITH_TIMEOUT(terminal.vehicles()->rowCount(), before + 1, patience);
+    const auto* bus = qobject_cast<AssetItem*>(terminal.vehicles()->findById(4712));
+    QVERIFY(bus != nullptr);
+    QCOMPARE(bus->registrationNumber(), QString("4712"));
+    QCOMPARE(bus->drivingStatus(), QString("driving"));
+    QCOMPARE(bus->assetCoordinate(), QGeoCoordinate(0.0, 0.002));
+    QCOMPARE(terminal.fleet()->reportingOf(4712), fleet::FleetSimulator::Live);
+    QVERIFY(report("4712", 0.003));
+    QTRY_COMPARE_WITH_TIMEOUT(bus->assetCoordinate(), QGeoCoordinate(0.0, 0.003), patience);
+
+    terminal.setFleetShown(false);
+    QVERIFY(report("4712", 0.004));
+    QVERIFY(report("4715", 0.001));
+    QTest::qWait(3 * terminal::OtherVehicles::pause);
+    QCOMPARE(bus->assetCoordinate(), QGeoCoordinate(0.0, 0.003));
+    terminal.setFleetShown(true);
+    QTRY_COMPARE_WITH_TIMEOUT(bus->assetCoordinate(), QGeoCoordinate(0.0, 0.004), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(terminal.vehicles()->rowCount(), before + 2, patience);
+    broker.kill();
+    QVERIFY(broker.start());
+    QTRY_VERIFY_WITH_TIMEOUT(report("4712", 0.005), 2 * patience);
+    QTRY_COMPARE_WITH_TIMEOUT(bus->assetCoordinate(), QGeoCoordinate(0.0, 0.005), 2 * patience);
 }
 
 void VehiclePartsTest::rowsThatWereRemoved()
