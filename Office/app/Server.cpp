@@ -23,7 +23,7 @@ constexpr std::array sharedTopics{"/rivo/+/+/records", "/rivo/+/+/wanted",
                                   "/rivo/+/+/publications"};
 
 /// What vehicles say of themselves. The broker keeps it, but not for those who share.
-constexpr std::array keptTopics{"rivo/+/+/alive", "rivo/+/+/position"};
+constexpr std::array keptTopics{"rivo/+/+/alive", "rivo/+/+/position", "rivo/+/+/devices"};
 
 constexpr size_t subscriptionCount = sharedTopics.size() + keptTopics.size();
 

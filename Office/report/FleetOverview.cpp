@@ -1,5 +1,9 @@
 #include "FleetOverview.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonValue>
+
 namespace rivo::backoffice
 {
 
@@ -27,6 +31,16 @@ std::optional<office::PositionReport> positionOf(const QSqlQuery& found)
         numberOf(found.value(first + 4)), found.value(first + 5).toString()};
 }
 
+QVector<office::DeviceReport> devicesOf(const QVariant& value)
+{
+    QVector<office::DeviceReport> devices;
+    for (const QJsonValue& each : QJsonDocument::fromJson(value.toString().toUtf8()).array())
+        devices.append({each[QStringLiteral("name")].toString(),
+                        each[QStringLiteral("level")].toInt(),
+                        each[QStringLiteral("text")].toString()});
+    return devices;
+}
+
 bool addVehicles(Database& database, FleetOverview& overview)
 {
     QSqlQuery* found = database.run(QStringLiteral(R"(
@@ -34,7 +48,8 @@ bool addVehicles(Database& database, FleetOverview& overview)
                 CAST(extract(epoch FROM sent.last_at) * 1000 AS bigint),
                 COALESCE(wrong.faults, 0), COUNT(*) OVER (), COALESCE(state.alive, false),
                 CAST(extract(epoch FROM state.position_at) * 1000 AS bigint), state.latitude,
-                state.longitude, state.direction, state.speed, COALESCE(state.trip, '')
+                state.longitude, state.direction, state.speed, COALESCE(state.trip, ''),
+                COALESCE(state.devices, '[]')
             FROM vehicle
             LEFT JOIN vehicle_state AS state ON state.vehicle = vehicle.id
             LEFT JOIN (SELECT vehicle, CAST(SUM(last_number - base) AS bigint) AS records,
@@ -50,7 +65,8 @@ bool addVehicles(Database& database, FleetOverview& overview)
     while (found->next()) {
         overview.vehicles.append({found->value(0).toString(), found->value(1).toLongLong(),
                                   timeOf(found->value(2)), found->value(3).toLongLong(),
-                                  found->value(5).toBool(), positionOf(*found)});
+                                  found->value(5).toBool(), positionOf(*found),
+                                  devicesOf(found->value(12))});
         overview.vehicleCount = found->value(4).toLongLong();
     }
     return true;

@@ -21,6 +21,7 @@ struct VehicleOverview
     qint64 faults = 0;                              ///< that are not closed
     bool isAlive = false;                           ///< connected to the broker
     std::optional<office::PositionReport> position; ///< the last one
+    QVector<office::DeviceReport> devices;          ///< the last states
 };
 
 struct FleetOverview

@@ -168,7 +168,9 @@ QStringList stateStep()
             longitude double precision,
             direction double precision,
             speed double precision,
-            trip text NOT NULL DEFAULT ''))")};
+            trip text NOT NULL DEFAULT '',
+            devices jsonb NOT NULL DEFAULT '[]',
+            devices_at timestamptz NOT NULL DEFAULT now()))")};
 }
 
 QVector<QStringList> steps() { return {firstStep(), publicationStep(), stateStep()}; }

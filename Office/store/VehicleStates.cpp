@@ -1,5 +1,9 @@
 #include "VehicleStates.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 namespace rivo::backoffice
 {
 
@@ -30,6 +34,10 @@ bool VehicleStates::readState(State& state, const QString& what, const QByteArra
         state.isAlive = message == "1";
         return message == "1" || message == "0";
     }
+    if (what == QLatin1String("devices")) {
+        state.devices = office::devicesOf(message);
+        return state.devices.has_value();
+    }
     const auto position = office::positionOf(message);
     if (position && position->at <= now.addSecs(mostAhead))
         state.position = position;
@@ -40,7 +48,8 @@ bool VehicleStates::note(const QString& topic, const QByteArray& message, const 
 {
     const QStringList parts = topic.split(QLatin1Char('/'));
     const QString what = parts.value(3);
-    if (what != QLatin1String("alive") && what != QLatin1String("position"))
+    if (what != QLatin1String("alive") && what != QLatin1String("position") &&
+        what != QLatin1String("devices"))
         return false;
     // Without content the broker forgets what it kept.
     if (parts.size() != 4 || !office::isTopicName(parts.at(1)) ||
@@ -94,35 +103,54 @@ bool VehicleStates::storeState(const Name& name, const State& state)
     const auto vehicle = vehicleOf(name);
     if (!vehicle)
         return false;
-    Database& database = m_store.database();
     if (state.isAlive &&
-        database.run(QStringLiteral("INSERT INTO vehicle_state (vehicle, alive) VALUES (?, ?)"
-                                    " ON CONFLICT (vehicle) DO UPDATE SET alive = excluded.alive,"
-                                    " alive_since = now()"
-                                    " WHERE vehicle_state.alive <> excluded.alive"),
-                     {*vehicle, *state.isAlive}) == nullptr)
+        m_store.database().run(
+            QStringLiteral("INSERT INTO vehicle_state (vehicle, alive) VALUES (?, ?)"
+                           " ON CONFLICT (vehicle) DO UPDATE SET alive = excluded.alive,"
+                           " alive_since = now()"
+                           " WHERE vehicle_state.alive <> excluded.alive"),
+            {*vehicle, *state.isAlive}) == nullptr)
         return false;
-    if (state.position) {
-        const office::PositionReport& position = *state.position;
-        if (database.run(
-                QStringLiteral(
-                    "INSERT INTO vehicle_state (vehicle, alive, position_at, latitude, longitude,"
-                    " direction, speed, trip) VALUES (?, false, to_timestamp(?), ?, ?, ?, ?, ?)"
-                    " ON CONFLICT (vehicle) DO UPDATE SET position_at = excluded.position_at,"
-                    " latitude = excluded.latitude, longitude = excluded.longitude,"
-                    " direction = excluded.direction, speed = excluded.speed, trip = excluded.trip"
-                    " WHERE vehicle_state.position_at IS NULL"
-                    " OR vehicle_state.position_at < excluded.position_at"),
-                {*vehicle, position.at.toSecsSinceEpoch(), position.latitude, position.longitude,
-                 numberOrNull(position.direction), numberOrNull(position.speed),
-                 storable(position.trip)}) == nullptr)
-            return false;
-    }
+    if ((state.position && !storePosition(*vehicle, *state.position)) ||
+        (state.devices && !storeDevices(*vehicle, *state.devices)))
+        return false;
     if (!state.fault)
         return true;
     Fault fault = *state.fault;
     fault.vehicle = *vehicle;
     return m_store.keep(fault);
+}
+
+bool VehicleStates::storePosition(qint64 vehicle, const office::PositionReport& position)
+{
+    return m_store.database().run(
+               QStringLiteral(
+                   "INSERT INTO vehicle_state (vehicle, alive, position_at, latitude, longitude,"
+                   " direction, speed, trip) VALUES (?, false, to_timestamp(?), ?, ?, ?, ?, ?)"
+                   " ON CONFLICT (vehicle) DO UPDATE SET position_at = excluded.position_at,"
+                   " latitude = excluded.latitude, longitude = excluded.longitude,"
+                   " direction = excluded.direction, speed = excluded.speed, trip = excluded.trip"
+                   " WHERE vehicle_state.position_at IS NULL"
+                   " OR vehicle_state.position_at < excluded.position_at"),
+               {vehicle, position.at.toSecsSinceEpoch(), position.latitude, position.longitude,
+                numberOrNull(position.direction), numberOrNull(position.speed),
+                storable(position.trip)}) != nullptr;
+}
+
+bool VehicleStates::storeDevices(qint64 vehicle, const QVector<office::DeviceReport>& devices)
+{
+    QJsonArray array;
+    for (const office::DeviceReport& each : devices)
+        array.append(QJsonObject{{QStringLiteral("name"), storable(each.name)},
+                                 {QStringLiteral("level"), each.level},
+                                 {QStringLiteral("text"), storable(each.text)}});
+    return m_store.database().run(
+               QStringLiteral("INSERT INTO vehicle_state (vehicle, alive, devices) VALUES"
+                              " (?, false, CAST(? AS jsonb)) ON CONFLICT (vehicle) DO UPDATE SET"
+                              " devices = excluded.devices, devices_at = now()"
+                              " WHERE vehicle_state.devices <> excluded.devices"),
+               {vehicle, QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact))}) !=
+           nullptr;
 }
 
 } // namespace rivo::backoffice

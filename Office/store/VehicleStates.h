@@ -13,9 +13,9 @@
 namespace rivo::backoffice
 {
 
-/// Where vehicles are, and whether they are connected: what they last reported besides records. The
-/// broker keeps these messages, so each program of the office gets all of them, and what one of
-/// them writes again changes nothing.
+/// Where vehicles are, how their devices are, and whether they are connected: what they last
+/// reported besides records. The broker keeps these messages, so each program of the office gets
+/// all of them, and what one of them writes again changes nothing.
 ///
 /// The last word of each vehicle is stored, once in `pause`: a fleet that moves writes no more than
 /// one transaction a second.
@@ -42,6 +42,7 @@ private:
     {
         std::optional<bool> isAlive;
         std::optional<office::PositionReport> position;
+        std::optional<QVector<office::DeviceReport>> devices;
         std::optional<Fault> fault;
     };
     using Name = std::pair<QString, QString>; ///< operator, vehicle
@@ -50,6 +51,8 @@ private:
                           const QDateTime& now);
     std::optional<qint64> vehicleOf(const Name& name);
     bool storeState(const Name& name, const State& state);
+    bool storePosition(qint64 vehicle, const office::PositionReport& position);
+    bool storeDevices(qint64 vehicle, const QVector<office::DeviceReport>& devices);
 
     OfficeStore& m_store;
     std::map<Name, State> m_noted; ///< in the order in which all programs lock rows

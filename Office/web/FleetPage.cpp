@@ -57,6 +57,26 @@ QJsonValue placeValue(const std::optional<office::PositionReport>& place)
                        {QStringLiteral("trip"), place->trip}};
 }
 
+QJsonObject objectOf(const office::DeviceReport& device)
+{
+    return {{QStringLiteral("name"), device.name},
+            {QStringLiteral("level"), device.level},
+            {QStringLiteral("text"), device.text}};
+}
+
+QJsonObject objectOf(const VehicleOverview& vehicle);
+QJsonObject objectOf(const KeptFault& fault);
+QJsonObject objectOf(const ReportLine& line);
+
+template <typename Row>
+QJsonArray arrayOf(const QVector<Row>& rows)
+{
+    QJsonArray array;
+    for (const Row& row : rows)
+        array.append(objectOf(row));
+    return array;
+}
+
 QJsonObject objectOf(const VehicleOverview& vehicle)
 {
     return {{QStringLiteral("name"), vehicle.name},
@@ -64,7 +84,8 @@ QJsonObject objectOf(const VehicleOverview& vehicle)
             {QStringLiteral("last"), timeValue(vehicle.lastAt)},
             {QStringLiteral("faults"), vehicle.faults},
             {QStringLiteral("alive"), vehicle.isAlive},
-            {QStringLiteral("position"), placeValue(vehicle.position)}};
+            {QStringLiteral("position"), placeValue(vehicle.position)},
+            {QStringLiteral("devices"), arrayOf(vehicle.devices)}};
 }
 
 QJsonObject objectOf(const KeptFault& fault)
@@ -87,15 +108,6 @@ QJsonObject objectOf(const ReportLine& line)
             {QStringLiteral("card"), amountText(line.card, line.decimals)},
             {QStringLiteral("reversed"), amountText(line.reversed, line.decimals)},
             {QStringLiteral("total"), amountText(line.total(), line.decimals)}};
-}
-
-template <typename Row>
-QJsonArray arrayOf(const QVector<Row>& rows)
-{
-    QJsonArray array;
-    for (const Row& row : rows)
-        array.append(objectOf(row));
-    return array;
 }
 
 std::optional<QJsonObject> sumsOf(Database& database, const QDate& day)

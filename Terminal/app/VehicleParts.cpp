@@ -73,6 +73,16 @@ void show(PeripheralItem* row, const State& state)
     row->setError(state.level == Level::Fault);
 }
 
+int reportedLevel(const PeripheralItem& device)
+{
+    constexpr int fault = office::DeviceReport::worst;
+    return device.error()           ? fault
+           : device.warning()       ? fault - 1
+           : device.yellowWarning() ? 2
+           : device.blueWarning()   ? 1
+                                    : 0;
+}
+
 Level levelOf(Knowledge knowledge)
 {
     switch (knowledge) {
@@ -110,8 +120,10 @@ void VehicleParts::start()
     m_position->start();
     if (m_live != nullptr)
         m_live->start();
-    if (m_office != nullptr)
+    if (m_office != nullptr) {
         m_office->start();
+        m_deviceReports.start();
+    }
     if (m_health != nullptr)
         m_health->start();
 }
@@ -233,7 +245,21 @@ void VehicleParts::reachOffice(const Settings& settings)
         takePublications(topics, *settings.takeOver, settings.currency);
     if (!settings.vehicles.isThere())
         followOthers(topics);
+    constexpr int pause = 5000;
+    m_deviceReports.setInterval(pause);
+    connect(&m_deviceReports, &QTimer::timeout, this, &VehicleParts::reportDevices);
     showOffice();
+}
+
+/// As the Devices page shows them, those of the feed too.
+void VehicleParts::reportDevices()
+{
+    QVector<office::DeviceReport> reports;
+    for (int row = 0; row < m_terminal.devices.rowCount(); ++row) {
+        const auto* device = qobject_cast<PeripheralItem*>(m_terminal.devices.itemFromRow(row));
+        reports.append({device->name(), reportedLevel(*device), device->stateStr()});
+    }
+    m_office->report(reports);
 }
 
 void VehicleParts::followOthers(const office::Topics& topics)

@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <QVector>
 
 #include <memory>
@@ -126,6 +127,7 @@ private:
                           const QString& currency);
     void followOthers(const office::Topics& topics);
     qint64 now() const;
+    void reportDevices();
     void watchHealth(const Settings& settings);
     Row addRow(const QString& name, const QString& icon);
     void showPosition();
@@ -142,6 +144,7 @@ private:
     std::unique_ptr<office::OfficeLink> m_office;
     std::unique_ptr<office::PublicationLink> m_publications;
     std::unique_ptr<OtherVehicles> m_others;
+    QTimer m_deviceReports;
     std::unique_ptr<health::HealthWatch> m_health;
     QVector<Row> m_rows; ///< all that were added
     Row m_positionRow;

@@ -17,6 +17,7 @@ constexpr int formatVersion = 1;
 constexpr int keySize = 32;
 constexpr int hashSize = 32;
 constexpr int signatureSize = 64;
+constexpr int mostLetters = 200;
 
 /// The items of a message of this version, from the one after the version on.
 std::optional<QCborArray> itemsOf(const QByteArray& message, int count)
@@ -61,6 +62,18 @@ std::optional<sales::SealedRecord> recordOf(const QCborValue& value)
     return isRecord ? std::make_optional(record) : std::nullopt;
 }
 
+std::optional<DeviceReport> deviceOf(const QCborValue& value)
+{
+    const QCborArray items = value.toArray();
+    const qint64 level = items.at(1).toInteger(-1);
+    const bool isDevice = items.size() == 3 && items.at(0).isString() && level >= 0 &&
+                          level <= DeviceReport::worst && items.at(2).isString();
+    const DeviceReport device{items.at(0).toString(), int(level), items.at(2).toString()};
+    return isDevice && device.name.size() <= mostLetters && device.text.size() <= mostLetters
+               ? std::make_optional(device)
+               : std::nullopt;
+}
+
 } // namespace
 
 QString Topics::of(const char* what) const
@@ -103,6 +116,15 @@ QByteArray encode(const PositionReport& report)
         .toCbor();
 }
 
+QByteArray encode(const QVector<DeviceReport>& devices)
+{
+    QCborArray items;
+    for (const DeviceReport& each : devices.mid(0, mostDevices))
+        items.append(
+            QCborArray{each.name.left(mostLetters), each.level, each.text.left(mostLetters)});
+    return QCborValue(QCborArray{formatVersion, items}).toCbor();
+}
+
 std::optional<Batch> batchOf(const QByteArray& message)
 {
     const auto items = journalItemsOf(message, 3);
@@ -131,7 +153,6 @@ std::optional<Acknowledgement> acknowledgementOf(const QByteArray& message)
 
 std::optional<PositionReport> positionOf(const QByteArray& message)
 {
-    constexpr int mostLetters = 200;
     constexpr qint64 latest = Q_INT64_C(1) << 40; // the year 36812
     const auto items = itemsOf(message, 7);
     if (!items || !items->at(1).isInteger() || items->at(1).toInteger() < 0 ||
@@ -146,6 +167,22 @@ std::optional<PositionReport> positionOf(const QByteArray& message)
     const bool isPlace = std::isfinite(report.latitude) && std::isfinite(report.longitude) &&
                          items->at(6).isString() && report.trip.size() <= mostLetters;
     return isPlace ? std::make_optional(report) : std::nullopt;
+}
+
+std::optional<QVector<DeviceReport>> devicesOf(const QByteArray& message)
+{
+    const auto items = itemsOf(message, 2);
+    if (!items || !items->at(1).isArray() || items->at(1).toArray().size() > mostDevices)
+        return std::nullopt;
+    QVector<DeviceReport> devices;
+    const QCborArray listed = items->at(1).toArray();
+    for (const auto& each : listed) { // of a type that becomes a QCborValue
+        const auto device = deviceOf(each);
+        if (!device)
+            return std::nullopt;
+        devices.append(*device);
+    }
+    return devices;
 }
 
 } // namespace rivo::office

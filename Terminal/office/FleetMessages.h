@@ -24,6 +24,7 @@ struct Topics
     QString acknowledged() const { return of("acknowledged"); }
     QString alive() const { return of("alive"); }
     QString position() const { return of("position"); }
+    QString devices() const { return of("devices"); }
     QString wanted() const { return of("wanted"); }
     QString piece() const { return of("piece"); }
     QString publications() const { return of("publications"); }
@@ -65,6 +66,22 @@ struct PositionReport
     QString trip;           ///< the timetable's id of it, at most 200 letters; empty = none
 };
 
+/// A device of a vehicle, as its Devices page shows it.
+struct DeviceReport
+{
+    static constexpr int worst = 4;
+
+    QString name;  ///< at most 200 letters
+    int level = 0; ///< 0 = ready, 1 = notice, 2 = warning, 3 = serious warning, 4 = fault
+    QString text;  ///< the state in the language of the terminal, at most 200 letters
+
+    bool operator==(const DeviceReport& other) const
+    {
+        return name == other.name && level == other.level && text == other.text;
+    }
+};
+
+constexpr int mostDevices = 50;
 constexpr int mostBytesOfMessage = 1024 * 1024;
 constexpr int mostRecordsOfBatch = 200;
 
@@ -73,9 +90,13 @@ QByteArray encode(const Acknowledgement& answer);
 
 QByteArray encode(const PositionReport& report);
 
+/// What is more than a message may have is left out.
+QByteArray encode(const QVector<DeviceReport>& devices);
+
 // Nothing for anything but a message of this version, and for one that is too large.
 std::optional<Batch> batchOf(const QByteArray& message);
 std::optional<Acknowledgement> acknowledgementOf(const QByteArray& message);
 std::optional<PositionReport> positionOf(const QByteArray& message);
+std::optional<QVector<DeviceReport>> devicesOf(const QByteArray& message);
 
 } // namespace rivo::office

@@ -21,14 +21,19 @@ OfficeLink::OfficeLink(BrokerSettings broker, const Topics& topics, sales::Journ
       m_link(completed(std::move(broker), topics))
 {
     constexpr int pause = 5000;
-    m_positionPause.setInterval(pause);
-    m_positionPause.setSingleShot(true);
+    for (QTimer* each : {&m_positionPause, &m_devicesPause}) {
+        each->setInterval(pause);
+        each->setSingleShot(true);
+    }
     connect(&m_positionPause, &QTimer::timeout, this, &OfficeLink::sendPosition);
+    connect(&m_devicesPause, &QTimer::timeout, this, &OfficeLink::sendDevices);
     m_link.subscribe(m_topics.acknowledged());
     connect(&m_link, &BrokerLink::connected, this, [this] {
         show(State::Connected);
         m_outbox.setConnected(true);
         sendPosition();
+        m_sentDevices.clear();
+        sendDevices();
         emit connected();
     });
     connect(&m_link, &BrokerLink::disconnected, this, [this] {
@@ -63,6 +68,22 @@ void OfficeLink::sendPosition()
         return;
     m_position.reset();
     m_positionPause.start();
+}
+
+void OfficeLink::report(const QVector<DeviceReport>& devices)
+{
+    m_devices = devices;
+    sendDevices();
+}
+
+void OfficeLink::sendDevices()
+{
+    const QByteArray message = encode(m_devices);
+    if (m_devices.isEmpty() || message == m_sentDevices || m_devicesPause.isActive() ||
+        !m_link.publish(m_topics.devices(), message, true))
+        return;
+    m_sentDevices = message;
+    m_devicesPause.start();
 }
 
 void OfficeLink::take(const QString& topic, const QByteArray& message)

@@ -33,6 +33,10 @@ public:
     /// broker keeps it.
     void report(const PositionReport& report);
 
+    /// Says how the devices are, at once with each connection, then at most every 5 seconds and if
+    /// something has changed. The broker keeps it.
+    void report(const QVector<DeviceReport>& devices);
+
     // For what else goes between this vehicle and the office.
 
     /// Subscribes at each connection. Before start().
@@ -60,6 +64,7 @@ private:
     void take(const QString& topic, const QByteArray& message);
     void show(State state);
     void sendPosition();
+    void sendDevices();
 
     const Topics m_topics;
     Outbox m_outbox;
@@ -67,6 +72,9 @@ private:
     State m_state = State::Away;
     std::optional<PositionReport> m_position; ///< that was not sent yet
     QTimer m_positionPause;
+    QVector<DeviceReport> m_devices; ///< the last ones
+    QByteArray m_sentDevices;        ///< of this connection
+    QTimer m_devicesPause;
 };
 
 } // namespace rivo::office

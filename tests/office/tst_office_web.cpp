@@ -302,6 +302,7 @@ private slots:
         const QJsonArray vehicle = seen["vehicles"].toArray()[1].toArray();
         QCOMPARE(vehicle[0].toString(), "lakeside/4712");
         QCOMPARE(vehicle[3].toString(), "1");
+        QCOMPARE(vehicle[4].toString(), "Printer: " + hostile);
         QCOMPARE(seen["faults"].toArray()[0].toArray()[1].toString(), "rivo/lakeside/4712/records");
     }
 
@@ -342,6 +343,10 @@ private:
             "rivo/lakeside/4712/position",
             encode(rivo::office::PositionReport{office.now, 54.1, -2.9, 270.0, 5.0, "7-1"}),
             office.now));
+        QVERIFY(states.note("rivo/lakeside/4712/devices",
+                            encode(QVector<rivo::office::DeviceReport>{{"Position", 2, "no fix"},
+                                                                       {"Printer", 4, hostile}}),
+                            office.now));
         QVERIFY(states.store());
     }
 

@@ -124,21 +124,24 @@ private slots:
         auto link =
             std::make_unique<OfficeLink>(broker.settings({}), Topics{"lakeside", "4711"}, journal);
         link->report({QDateTime::currentDateTimeUtc(), 54.1, -2.9, 90.0, 10.0, "7-1"});
+        link->report({{"Printer", 4, "no paper"}});
         link->start();
         QTRY_VERIFY_WITH_TIMEOUT(link->state() == OfficeLink::State::Connected, patience);
         const auto seen = [&database] {
-            return valueIn(database, "SELECT concat(name, ' ', alive, ' ', latitude, ' ', trip)"
-                                     " FROM vehicle JOIN vehicle_state ON vehicle = id");
+            return valueIn(
+                database,
+                "SELECT concat(name, ' ', alive, ' ', latitude, ' ', trip,"
+                " ' ', devices -> 0 ->> 'text') FROM vehicle JOIN vehicle_state ON vehicle = id");
         };
         for (int program = 0; program < 2; ++program) {
             const Serving office(broker, database);
-            QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 t 54.1 7-1", patience);
-            QCOMPARE(valueIn(database, "TRUNCATE vehicle_state"), "");
+            QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 t 54.1 7-1 no paper", patience);
+            QCOMPARE(valueIn(database, "DELETE FROM vehicle_state"), "");
         }
         const Serving office(broker, database);
-        QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 t 54.1 7-1", patience);
+        QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 t 54.1 7-1 no paper", patience);
         link.reset();
-        QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 f 54.1 7-1", patience);
+        QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 f 54.1 7-1 no paper", patience);
     }
 
     /// With the certificates, the configuration and the access list of docs/fleet.md.

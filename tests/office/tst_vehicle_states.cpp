@@ -158,6 +158,7 @@ private slots:
         row("no place", "position", "here", 1);
         row("a place that is none", "position", encode(place(0, 91.0, 0.0)), 1);
         row("a place and more", "position", encode(place(0, 1.0, 0.0)) + 'x', 1);
+        row("no devices", "devices", "printer", 1);
         row("many bytes", "position", QByteArray(2000000, 'x'), 1);
         row("neither here nor away", "alive", "maybe", 1);
         row("nothing: the broker forgets what it kept", "alive", "", 0);
@@ -174,6 +175,26 @@ private slots:
         QCOMPARE(office.office.faults(), QStringList("message -1").mid(0, faults));
         if (faults > 0)
             QVERIFY(office.office.value("SELECT length(bytes) FROM fault").toInt() <= 1024);
+    }
+
+    void devicesAreStored()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        const QVector<DeviceReport> before{{"Printer", 0, "ready"}};
+        const QVector<DeviceReport> after{{"Printer", 4, "no paper"},
+                                          {QString("G") + QChar(0), 2, "'; DROP TABLE vehicle"}};
+        for (const auto& devices : {before, after}) {
+            States office(database);
+            QVERIFY(office.note("rivo/lakeside/4711/devices", encode(devices)));
+            QCOMPARE(office.stored(), QStringList("4711"));
+        }
+        const States office(database);
+        const auto overview = fleetOverview(const_cast<Database&>(office.database));
+        const QVector<DeviceReport> stored = overview->vehicles.first().devices;
+        QCOMPARE(stored.size(), 2);
+        QCOMPARE(stored.first(), after.first());
+        QCOMPARE(stored.last().name, QString("G") + QChar(0xFFFD));
+        QCOMPARE(stored.last().text, after.last().text);
     }
 
     void aTextWithAZeroByteIsStored()
@@ -198,11 +219,13 @@ private slots:
 
     void placesArePublishedForApps()
     {
-        const VehicleOverview known{"lakeside/4711", 0, {}, 0, true, place(30, 54.1, -2.9, "7-1")};
+        const VehicleOverview known{
+            "lakeside/4711", 0, {}, 0, true, place(30, 54.1, -2.9, "7-1"), {}};
         VehicleOverview silent = known;
         silent.position->at = now.addSecs(-longestSilence - 1);
-        const VehicleOverview unknown{"lakeside/4713", 0, {}, 0, true, {}};
-        VehicleOverview bare{"lakeside/4714", 0, {}, 0, false, place(longestSilence, -1.5, 2.5)};
+        const VehicleOverview unknown{"lakeside/4713", 0, {}, 0, true, {}, {}};
+        VehicleOverview bare{
+            "lakeside/4714", 0, {}, 0, false, place(longestSilence, -1.5, 2.5), {}};
         bare.position->direction = qQNaN();
         bare.position->speed = qQNaN();
         const auto read =

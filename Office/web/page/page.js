@@ -19,13 +19,14 @@ function timeText(time) {
     return local.toISOString().slice(0, 19).replace("T", " ");
 }
 
-// A row of cells: texts, or {text, name} with the name of a class.
+// A row of cells: texts, or {text, name, title} with the name of a class.
 function row(cells) {
     const line = document.createElement("tr");
     for (const cell of cells) {
         const field = document.createElement("td");
         field.textContent = cell.text ?? cell;
         field.className = cell.name ?? "";
+        field.title = cell.title ?? "";
         line.append(field);
     }
     return line;
@@ -33,11 +34,21 @@ function row(cells) {
 
 const number = text => ({text: String(text), name: "number"});
 
+// What the worst of the devices says; the others in words that the pointer shows.
+function deviceCell(devices) {
+    const worst = devices.reduce((found, device) => device.level > found.level ? device : found, {level: 0});
+    return {
+        text: worst.level === 0 ? (devices.length > 0 ? "ready" : "") : `${worst.name}: ${worst.text}`,
+        name: worst.level >= 3 ? "bad" : "",
+        title: devices.map(device => `${device.name}: ${device.text}`).join("\n")};
+}
+
 function showVehicles() {
     element("vehicle-count").textContent = fleet.vehicleCount;
     element("vehicles").replaceChildren(...fleet.vehicles.map(vehicle => row([
         vehicle.name, timeText(vehicle.last), number(vehicle.records),
-        {text: String(vehicle.faults), name: vehicle.faults > 0 ? "number bad" : "number"}])));
+        {text: String(vehicle.faults), name: vehicle.faults > 0 ? "number bad" : "number"},
+        deviceCell(vehicle.devices)])));
 }
 
 function showSums() {

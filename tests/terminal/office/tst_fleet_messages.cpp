@@ -133,6 +133,50 @@ private slots:
         QCOMPARE(read->trip, sent.trip);
     }
 
+    void devicesComeBack()
+    {
+        QVector<DeviceReport> devices{{"Printer", 4, "no paper"}, {"", 0, ""}};
+        const auto read = devicesOf(encode(devices));
+        QVERIFY(read.has_value());
+        QCOMPARE(*read, devices);
+        QCOMPARE(devicesOf(encode(QVector<DeviceReport>()))->size(), 0);
+        devices.fill({QString(300, 'n'), 1, QString(300, 't')}, 2 * mostDevices);
+        const auto shortened = devicesOf(encode(devices));
+        QVERIFY(shortened.has_value());
+        QCOMPARE(shortened->size(), mostDevices);
+        QCOMPARE(shortened->last().name.size(), 200);
+        QCOMPARE(shortened->last().text.size(), 200);
+    }
+
+    void devicesAreRefused_data()
+    {
+        const Table<QCborArray, bool> row("items", "isDevices");
+        const QCborArray printer{"Printer", 4, "no paper"};
+        row("devices", {1, QCborArray{printer}}, true);
+        row("another version", {2, QCborArray{printer}}, false);
+        row("no array", {1, 5}, false);
+        row("an item more", {1, QCborArray{printer}, 5}, false);
+        row("a name that is none", {1, QCborArray{QCborArray{5, 4, "no paper"}}}, false);
+        row("a level that is none", {1, QCborArray{QCborArray{"Printer", "bad", ""}}}, false);
+        row("a level that is too low", {1, QCborArray{QCborArray{"Printer", -1, ""}}}, false);
+        row("a level that is too high", {1, QCborArray{QCborArray{"Printer", 5, ""}}}, false);
+        row("a level of another number",
+            {1, QCborArray{QCborArray{"Printer", qint64(4294967296), ""}}}, false);
+        row("no text", {1, QCborArray{QCborArray{"Printer", 4}}}, false);
+        row("a text that is too long", {1, QCborArray{QCborArray{"Printer", 4, QString(201, 'x')}}},
+            false);
+        QCborArray many;
+        for (int device = 0; device <= mostDevices; ++device)
+            many.append(printer);
+        row("too many devices", {1, many}, false);
+    }
+
+    void devicesAreRefused()
+    {
+        QFETCH(QCborArray, items);
+        QTEST(devicesOf(QCborValue(items).toCbor()).has_value(), "isDevices");
+    }
+
     void positionIsRefused_data()
     {
         const Table<QByteArray, bool> row("bytes", "isPosition");

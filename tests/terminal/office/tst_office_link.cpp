@@ -38,6 +38,7 @@ private slots:
         m_refusal.clear();
         m_alive.clear();
         m_latitudes.clear();
+        m_devices.clear();
     }
     void cleanup()
     {
@@ -116,6 +117,30 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(m_latitudes, QVector<double>({43.0, 43.3}), patience);
     }
 
+    /// When they change, and again with each connection.
+    void devicesAreReportedNowAndThen()
+    {
+        OpenJournal journal(fileIn(m_folder->path()));
+        OfficeLink link(m_broker->settings("ignored"), topics, journal, quick);
+        const auto states = [](const QString& text) {
+            return QVector<DeviceReport>{{"Printer", 2, text}};
+        };
+        link.report(QVector<DeviceReport>()); // nothing is known yet
+        link.report(states("starting"));      // kept until there is a connection
+        QVERIFY(m_broker->start());
+        startOffice();
+        link.start();
+        QTRY_COMPARE_WITH_TIMEOUT(m_devices, QStringList("starting"), patience);
+        for (const char* text : {"starting", "no paper", "paper low", "paper low"})
+            link.report(states(text));
+        QTRY_COMPARE_WITH_TIMEOUT(m_devices, QStringList({"starting", "paper low"}), patience);
+        m_broker->kill();
+        QTRY_COMPARE_WITH_TIMEOUT(link.state(), State::Away, patience);
+        m_devices.clear();
+        QVERIFY(m_broker->start());
+        QTRY_COMPARE_WITH_TIMEOUT(m_devices, QStringList("paper low"), patience);
+    }
+
     void aRefusalIsShown()
     {
         OpenJournal journal(fileIn(m_folder->path()));
@@ -176,6 +201,10 @@ private:
                     m_latitudes.append(positionOf(message)->latitude);
                     return;
                 }
+                if (topic == topics.devices()) {
+                    m_devices.append(devicesOf(message)->first().text);
+                    return;
+                }
                 const auto batch = batchOf(message);
                 QVERIFY(batch);
                 for (const SealedRecord& each : batch->records)
@@ -187,6 +216,7 @@ private:
         m_office->subscribe(topics.records());
         m_office->subscribe(topics.alive());
         m_office->subscribe(topics.position());
+        m_office->subscribe(topics.devices());
         QVERIFY(m_office->start());
         QTRY_VERIFY_WITH_TIMEOUT(m_office->isConnected(), patience);
         QTest::qWait(100); // the broker subscribes
@@ -197,6 +227,7 @@ private:
     std::optional<BrokerLink> m_office;
     qint64 m_stored = 0;
     QString m_refusal;
+    QStringList m_devices;
     QByteArray m_alive;
     QVector<double> m_latitudes;
 };
