@@ -292,6 +292,9 @@ int main(int argc, char* argv[])
     TakeOver takeOver(isTakenOver ? config.config->office : config::OfficeConfig(),
                       readingOf(*options));
 
+    Restarts restarts;
+    restarts.screenIsThere = [&] { takeOver.confirmStart(); };
+
     QVector<double> marks{terminal::benchmark::processAge()};
     const feed::FeedResult result = loadFeed(*options, takeOver);
     marks.append(terminal::benchmark::processAge());
@@ -301,20 +304,20 @@ int main(int argc, char* argv[])
         return BadInput;
     if (!result.feed) {
         Screen screen(result.problemLines(), options->size, Screen::Unusable::Feed, options->glass);
-        return show(application, screen, *options, BadInput);
+        return show(application, screen, *options, BadInput, restarts);
     }
 
     const drivers::DriversResult drivers = readDrivers(*options, takeOver);
     complain(drivers.problems);
     if (!drivers.drivers) {
         Screen screen(drivers.problems, options->size, Screen::Unusable::Drivers, options->glass);
-        return show(application, screen, *options, BadInput);
+        return show(application, screen, *options, BadInput, restarts);
     }
 
     complain(config.problems);
     if (!config.config) {
         Screen screen(config.problems, options->size, Screen::Unusable::Config, options->glass);
-        return show(application, screen, *options, BadInput);
+        return show(application, screen, *options, BadInput, restarts);
     }
 
     std::optional<LibraryDiagnostics> diagnostics(options->verbose);
@@ -341,11 +344,9 @@ int main(int argc, char* argv[])
     settings.takeOver = &takeOver;
     Terminal terminal(*result.feed, settings);
     Screen screen(terminal, options->page, options->size, options->glass);
-    Restarts restarts;
     restarts.mayUpgrade = [&] { return terminal.mayRestart(); };
     restarts.isTakeOverDue = [&] {
         return takeOver.isDue(QDateTime::currentDateTimeUtc()) && terminal.mayTakeOver();
     };
-    restarts.screenIsThere = [&] { takeOver.confirmStart(); };
     return show(application, screen, *options, Done, restarts);
 }

@@ -1503,6 +1503,68 @@
     </message>
 </context>
 <context>
+    <name>rivo::office::PublicationLink</name>
+    <message>
+        <source>feed</source>
+        <translation>Fahrplandaten</translation>
+    </message>
+    <message>
+        <source>drivers</source>
+        <translation>Fahrer</translation>
+    </message>
+    <message>
+        <source>limits</source>
+        <translation>Grenzen</translation>
+    </message>
+    <message>
+        <source>paid shifts</source>
+        <translation>bezahlte Schichten</translation>
+    </message>
+    <message>
+        <source>%1 refused: %2</source>
+        <translation>%1 abgelehnt: %2</translation>
+    </message>
+    <message>
+        <source>%1, version %2, refused: %3</source>
+        <translation>%1, Version %2, abgelehnt: %3</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::office::PublicationStore</name>
+    <message>
+        <source>cannot be stored: %1</source>
+        <translation>nicht zu speichern: %1</translation>
+    </message>
+    <message>
+        <source>is not understood</source>
+        <translation>nicht zu verstehen</translation>
+    </message>
+    <message>
+        <source>is not signed by the publisher</source>
+        <translation>nicht vom Herausgeber unterschrieben</translation>
+    </message>
+    <message>
+        <source>is older than version %1</source>
+        <translation>älter als Version %1</translation>
+    </message>
+    <message>
+        <source>has another content than before</source>
+        <translation>anderer Inhalt als vorher</translation>
+    </message>
+    <message>
+        <source>is larger than announced</source>
+        <translation>größer als angekündigt</translation>
+    </message>
+    <message>
+        <source>is damaged</source>
+        <translation>beschädigt</translation>
+    </message>
+    <message>
+        <source>the terminal did not start with it</source>
+        <translation>das Terminal startete damit nicht</translation>
+    </message>
+</context>
+<context>
     <name>rivo::payment::SimulatedPaymentTerminal</name>
     <message>
         <source>Simulated card terminal</source>
@@ -2028,6 +2090,13 @@
         <source>%1 −%2%</source>
         <comment>passenger, discount</comment>
         <translation>%1 −%2%</translation>
+    </message>
+</context>
+<context>
+    <name>rivo::terminal::TakeOver</name>
+    <message>
+        <source>its currency is %1</source>
+        <translation>andere Währung: %1</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,7 @@
 
 #include <OfficeLink.h>
 #include <Outbox.h>
+#include <PublicationMessages.h>
 
 #include <QSignalSpy>
 #include <QTcpSocket>
@@ -180,6 +181,11 @@ private slots:
         for (const char* topic : {"#", "rivo/+/+/records", "$share/office/rivo/+/+/records",
                                   "rivo/lakeside/4711/acknowledged"})
             listener.subscribe(topic);
+        BrokerLink reader(settings("4711", "reader"));
+        BrokerLink publisher(settings("office", "publisher"));
+        QSignalSpy published(&reader, &BrokerLink::received);
+        reader.subscribe(publicationTopic("lakeside", "+"));
+        QVERIFY(reader.start() && publisher.start());
         BrokerSettings unknown = settings("4712", "unknown");
         unknown.certificate.clear();
         unknown.key.clear();
@@ -194,6 +200,13 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(vehicle.outbox.acknowledged(), 8, patience);
         QCOMPARE(thief.outbox.acknowledged(), -1);
         QCOMPARE(heard.size(), 0);
+        const QString topic = publicationTopic("lakeside", "feed");
+        QTRY_VERIFY_WITH_TIMEOUT(reader.isConnected() && publisher.isConnected(), patience);
+        QVERIFY(thief.link.publish(topic, "forged", true));
+        QTest::qWait(500); // what is forged would be there first
+        QVERIFY(publisher.publish(topic, "announced", true));
+        QTRY_COMPARE_WITH_TIMEOUT(published.size(), 1, patience);
+        QCOMPARE(published.first().at(1).toByteArray(), "announced");
         QVERIFY(!stranger.isConnected());
         QCOMPARE(valueIn(database, "SELECT encode(public_key, 'hex') FROM journal"),
                  vehicle.journal.publicKey().toHex());

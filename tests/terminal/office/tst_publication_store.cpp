@@ -168,7 +168,7 @@ private slots:
         const Table<QByteArray, QString> row("arrived", "fault");
         row("as it was signed", "seven", "unusable: seven");
         row("a byte differs", "sevem", "is damaged");
-        row("a byte is missing", "seve", "is damaged");
+        row("a byte is missing", "even", "is damaged");
         row("nothing is there", "", "is damaged");
     }
 

@@ -70,6 +70,15 @@ private slots:
         QVERIFY(content("store/feed-2.refused").contains("did not start"));
     }
 
+    /// What is wrong with another file is not the fault of the feed.
+    void feedIsNotBlamedForTheDriversOfTheCommandLine()
+    {
+        put(1, feed("hill-valley"));
+        QVERIFY(shown("terminal.conf", "coast-line", {"--drivers", "/nowhere"}).isNull());
+        QVERIFY2(m_messages.contains("/nowhere"), m_messages);
+        QCOMPARE(content("store/feed-1.start"), "proven");
+    }
+
     void feedThatWasHarmedIsNotSold()
     {
         put(1, feed("hill-valley"));
@@ -139,13 +148,14 @@ private:
 
     /// The Sell page, with the feed of the Coast Line on the command line.
     QImage shown(const QString& configurationFile = "terminal.conf",
-                 const QString& name = "coast-line")
+                 const QString& name = "coast-line", const QStringList& more = {})
     {
         const QString picture = file("page.png");
         QFile::remove(picture);
         QProcess program;
         const QTemporaryDir journals;
-        program.start(TERMINAL_PROGRAM, {"--feed", EXAMPLE_FEEDS "/" + name + ".json", "--journal",
+        program.start(TERMINAL_PROGRAM,
+                      more + QStringList{"--feed", EXAMPLE_FEEDS "/" + name + ".json", "--journal",
                                          journals.filePath("page.journal"), "--screenshot", picture,
                                          "--size", "800x480", "--time-scale", "0", "--time",
                                          "08:00", "--config", file(configurationFile)});
