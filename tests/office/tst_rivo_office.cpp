@@ -122,17 +122,16 @@ private slots:
         Broker broker;
         QVERIFY(broker.start());
         OpenJournal journal(fileIn(m_folder.path()));
-        auto link =
-            std::make_unique<OfficeLink>(broker.settings({}), Topics{"lakeside", "4711"}, journal);
-        link->report({QDateTime::currentDateTimeUtc(), 54.1, -2.9, 90.0, 10.0, "7-1"});
-        link->report({{"Printer", 4, "no paper"}});
-        link->start();
-        QTRY_VERIFY_WITH_TIMEOUT(link->state() == OfficeLink::State::Connected, patience);
+        OfficeLink link(broker.settings({}), Topics{"lakeside", "4711"}, journal);
+        link.report({QDateTime::currentDateTimeUtc(), 54.1, -2.9, 90.0, 10.0, "7-1"});
+        link.report({{"Printer", 4, "no paper"}});
+        link.start();
+        QTRY_VERIFY_WITH_TIMEOUT(link.state() == OfficeLink::State::Connected, patience);
         const auto seen = [&database] {
-            return valueIn(
-                database,
-                "SELECT concat(name, ' ', alive, ' ', latitude, ' ', trip,"
-                " ' ', devices -> 0 ->> 'text') FROM vehicle JOIN vehicle_state ON vehicle = id");
+            return valueIn(database,
+                           "SELECT concat(name, ' ', alive, ' ', latitude, ' ', trip,"
+                           " ' ', devices -> 0 ->> 'text') FROM vehicle JOIN vehicle_state"
+                           " ON vehicle = id ORDER BY name");
         };
         for (int program = 0; program < 2; ++program) {
             const Serving office(broker, database);
@@ -141,8 +140,15 @@ private slots:
         }
         const Serving office(broker, database);
         QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 t 54.1 7-1 no paper", patience);
-        link.reset();
-        QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 f 54.1 7-1 no paper", patience);
+        {
+            // Connected after the program was started, which would have its socket otherwise.
+            BrokerSettings settings = broker.settings("4712");
+            settings.willTopic = Topics{"lakeside", "4712"}.alive();
+            BrokerLink other(settings);
+            QVERIFY(other.start());
+            QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 t 54.1 7-1 no paper 4712 t   ", patience);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(seen(), "4711 t 54.1 7-1 no paper 4712 f   ", patience);
     }
 
     /// With the certificates, the configuration and the access list of docs/fleet.md.
