@@ -15,7 +15,7 @@ chmod 755 "$work"/bin/*
 PATH="$work/bin:$PATH:/usr/sbin:/sbin"
 cp packaging/image/slot-state "$work/lib"
 echo 1.0 > "$work/lib/version"
-sed "s#/usr/lib/rivo-image#$work/lib#; s#/proc/sys/vm/drop_caches#$work/caches#" packaging/image/rivo-slot \
+sed "s#/usr/lib/rivo-image\$#'$work/lib'#; s#/proc/sys/vm/drop_caches#'$work/caches'#" packaging/image/rivo-slot \
     > "$work/rivo-slot"
 for name in operator other; do
     openssl genpkey -algorithm ed25519 -out "$work/$name.key"
@@ -28,7 +28,7 @@ make_medium() {
     rm -rf "$work/medium"
     mkdir "$work/medium"
     packaging/image/medium.sh "$work/root.img" "$1" "$work/$2.key" "$work/medium.img" > "$work/log"
-    debugfs -R "rdump / $work/medium" "$work/medium.img" 2> /dev/null
+    (cd "$work" && debugfs -R "rdump / medium" medium.img 2> /dev/null)
 }
 
 # after VERSION KEY CHANGE...: what rivo-slot says of such a medium after a change to its files, and
