@@ -234,6 +234,7 @@ if(TARGET rivo-office)
         NEEDS runtime
         LIBRARIES ${compiler_libraries} ${qt_core} "libqt5sql5 (>= 5.15.1)"
             "libsqlite3-0 (>= 3.6.18)" "libssl3 (>= 3.0.0)" "libmosquitto1 (>= 1.4)"
+            "libcsv3 (>= 3.0.3)" "libzip4 (>= 1.0)" "libprotobuf-lite32 (>= 3.21.12)"
             "libmicrohttpd12 (>= 0.9.50)"
         DEPENDS adduser libqt5sql5-psql
         RECOMMENDS mosquitto postgresql
