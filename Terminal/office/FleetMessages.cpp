@@ -119,7 +119,8 @@ QByteArray encode(const PositionReport& report)
 QByteArray encode(const QVector<DeviceReport>& devices)
 {
     QCborArray items;
-    for (const DeviceReport& each : devices.mid(0, mostDevices))
+    const QVector<DeviceReport> sent = devices.mid(0, mostDevices);
+    for (const DeviceReport& each : sent)
         items.append(
             QCborArray{each.name.left(mostLetters), each.level, each.text.left(mostLetters)});
     return QCborValue(QCborArray{formatVersion, items}).toCbor();

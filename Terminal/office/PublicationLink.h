@@ -38,7 +38,7 @@ public:
     QString problem() const;
 
 signals:
-    void taken(PublicationKind kind); ///< a new version is stored
+    void taken(rivo::office::PublicationKind kind); ///< a new version is stored
     void problemChanged();
 
 private:

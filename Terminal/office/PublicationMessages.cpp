@@ -21,7 +21,7 @@ constexpr int mostLetters = 200;
 constexpr qint64 latest = Q_INT64_C(1) << 40; // the year 36812
 
 /// What else is signed with a key begins with other bytes.
-const QByteArray signedPrefix("rivo publication\n");
+constexpr char signedPrefix[] = "rivo publication\n";
 
 constexpr std::array kindNames{"feed", "drivers", "limits", "paid"};
 

@@ -24,7 +24,7 @@ namespace
 constexpr int mostStarts = 3;
 constexpr int mostKept = 4; ///< publications of a kind
 constexpr qint64 mostOfNote = 4096;
-const QByteArray proven("proven");
+constexpr char proven[] = "proven";
 
 struct Texts
 {
@@ -148,8 +148,8 @@ void PublicationStore::read(PublicationKind kind)
                                            QString::fromUtf8(note.mid(end + 1))});
         }
     }
-    for (const qint64 version : found.refused.keys())
-        found.stored.remove(version);
+    for (auto refused = found.refused.cbegin(); refused != found.refused.cend(); ++refused)
+        found.stored.remove(refused.key());
 }
 
 std::optional<StoredPublication> PublicationStore::stored(PublicationKind kind,
@@ -269,7 +269,8 @@ std::optional<StoredPublication> PublicationStore::due(PublicationKind kind,
                                                        const QDateTime& now) const
 {
     std::optional<StoredPublication> found;
-    for (const StoredPublication& each : publications(kind)) {
+    const QVector<StoredPublication> all = publications(kind);
+    for (const StoredPublication& each : all) {
         if (each.announcement.validFrom <= now)
             found = each;
     }
@@ -278,7 +279,11 @@ std::optional<StoredPublication> PublicationStore::due(PublicationKind kind,
 
 QVector<StoredPublication> PublicationStore::publications(PublicationKind kind) const
 {
-    return m_kinds.value(kind).stored.values().toVector();
+    QVector<StoredPublication> all;
+    const auto stored = m_kinds.value(kind).stored;
+    for (const StoredPublication& each : stored)
+        all.append(each);
+    return all;
 }
 
 PublicationState PublicationStore::refusal(PublicationKind kind) const
