@@ -110,7 +110,7 @@ printf '[Journal]\nStorage=volatile\nRuntimeMaxUse=16M\n' > "$root/etc/systemd/j
 start="$folder/start"
 mkdir -p "$start"/{bin,dev,proc,sys,root,modules}
 cp "$root/bin/busybox" "$start/bin/busybox"
-for name in sh mount umount chroot insmod dd head tr cut sha256sum cat echo switch_root usleep; do
+for name in sh mount umount mknod chroot insmod dd head tr cut sha256sum cat echo switch_root usleep; do
     ln -s busybox "$start/bin/$name"
 done
 install -m 755 "$from/init" "$start/init"

@@ -182,7 +182,8 @@ void Server::announce()
     const auto fresh = m_publisher.fresh();
     if (!fresh && !m_store.isAlive())
         return loseDatabase();
-    for (const auto& each : fresh.value_or(QVector<PublicationRows::ToAnnounce>()))
+    const auto announcements = fresh.value_or(QVector<PublicationRows::ToAnnounce>());
+    for (const auto& each : announcements)
         publish(each.topic, each.message, true);
 }
 

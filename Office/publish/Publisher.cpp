@@ -70,7 +70,7 @@ QStringList publish(OfficeStore& store, const ToPublish& wanted, Announcement& p
         return {QStringLiteral("%1: no file of 1 byte to %2 MiB")
                     .arg(wanted.file)
                     .arg(office::mostBytesOfPublication / 1024 / 1024)};
-    const QStringList problems = problemsOf(wanted.kind, wanted.file);
+    QStringList problems = problemsOf(wanted.kind, wanted.file);
     if (!problems.isEmpty())
         return problems;
     published = {wanted.operatorName,

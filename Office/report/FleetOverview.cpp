@@ -2,7 +2,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonValue>
+#include <QJsonObject>
 
 namespace rivo::backoffice
 {
@@ -34,10 +34,13 @@ std::optional<office::PositionReport> positionOf(const QSqlQuery& found)
 QVector<office::DeviceReport> devicesOf(const QVariant& value)
 {
     QVector<office::DeviceReport> devices;
-    for (const QJsonValue& each : QJsonDocument::fromJson(value.toString().toUtf8()).array())
-        devices.append({each[QStringLiteral("name")].toString(),
-                        each[QStringLiteral("level")].toInt(),
-                        each[QStringLiteral("text")].toString()});
+    const QJsonArray listed = QJsonDocument::fromJson(value.toString().toUtf8()).array();
+    for (const auto& each : listed) { // of a type that becomes a QJsonValue
+        const QJsonObject device = each.toObject();
+        devices.append({device[QLatin1String("name")].toString(),
+                        device[QLatin1String("level")].toInt(),
+                        device[QLatin1String("text")].toString()});
+    }
     return devices;
 }
 

@@ -236,7 +236,6 @@ QString TripDesk::stopName() const
 /// A trip that began yesterday has times after 24:00.
 bool TripDesk::isUnderWay(int now) const
 {
-    constexpr int day = 86400;
     constexpr int lateness = 3600;
     const auto runsAt = [this](int time) {
         return time >= m_trip->start() && time <= m_trip->end() + lateness;

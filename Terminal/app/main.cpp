@@ -216,7 +216,7 @@ struct Restarts
 void restartForTakeOver(QGuiApplication& application, const Restarts& restarts)
 {
     auto* const looks = new QTimer(&application);
-    QObject::connect(looks, &QTimer::timeout, &application, [&application, restarts] {
+    QObject::connect(looks, &QTimer::timeout, &application, [restarts] {
         if (restarts.isTakeOverDue())
             QCoreApplication::quit();
     });

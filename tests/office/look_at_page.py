@@ -39,7 +39,8 @@ class Browser:
         browser = shutil.which("chromium")
         if not driver or not browser:
             sys.exit(77)
-        self.process = subprocess.Popen([driver, "--port=0"], stdout=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen([driver, "--port=0"], stdout=subprocess.PIPE, text=True,
+                                        env={**os.environ, "TMPDIR": folder, "HOME": folder})
         found = None
         while not found:
             line = self.process.stdout.readline()
@@ -96,7 +97,8 @@ def wait_until_shown(browser):
 
 def main():
     url, folder, sizes = sys.argv[1], sys.argv[2], sys.argv[3:]
-    with tempfile.TemporaryDirectory() as profile:
+    # Chromium makes a socket there, whose path has to be short.
+    with tempfile.TemporaryDirectory(dir="/tmp") as profile:
         browser = Browser(profile)
         try:
             browser.open(url)
