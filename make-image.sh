@@ -108,7 +108,7 @@ printf '[Journal]\nStorage=volatile\nRuntimeMaxUse=16M\n' > "$root/etc/systemd/j
 
 # The initial file system: a shell, the drivers of the disk, and the choice of the slot.
 start="$folder/start"
-mkdir -p "$start"/{bin,dev,proc,sys,root,modules}
+mkdir -p "$start"/{bin,dev,proc,sys,slot,modules}
 cp "$root/bin/busybox" "$start/bin/busybox"
 for name in sh mount umount mknod chroot insmod dd head tr cut sha256sum cat echo switch_root usleep; do
     ln -s busybox "$start/bin/$name"

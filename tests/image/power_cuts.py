@@ -183,8 +183,10 @@ class Trial:
             board.cut_power()
         self.note_slots(board)
         self.check()
-        print(f"{mode} for {ran:.0f} s: {self.confirmed} sales confirmed, {len(self.records)} records",
-              flush=True)
+        counts = self.counts
+        print(f"{mode} for {ran:.0f} s: {self.confirmed} sales confirmed, {len(self.records)} records; so far "
+              f"{counts.lost} lost, {counts.doubled} doubled, {counts.failed} failed, "
+              f"{counts.broken} not whole", flush=True)
 
     def note_slots(self, board):
         for slot in re.findall(r"starting slot (\w)", board.log()):
