@@ -168,10 +168,15 @@ bool Intake::takeRecords(const Sender& sender, StoredJournal& journal, const Bat
     }
     if (fresh.isEmpty() || !answer.refusal.isEmpty())
         return true;
-    if (fresh.first().number > journal.last.number + 1)
-        // The answer makes the vehicle send what is missing.
-        return keep(sender, FaultKind::Gap, fresh.first(),
-                    numbered("the records after %1 are missing", journal.last.number));
+    if (fresh.first().number > journal.last.number + 1) {
+        // The answer makes the vehicle send what is missing, or the start of what it has left.
+        if (!isStart(fresh.first(), batch.publicKey) ||
+            !sales::isSigned(fresh.first(), batch.publicKey))
+            return keep(sender, FaultKind::Gap, fresh.first(),
+                        numbered("the records after %1 are missing", journal.last.number));
+        if (!goOnAfterPruned(sender, journal, fresh.takeFirst()))
+            return false;
+    }
     const int count = countOfChain(fresh, journal.last, batch.publicKey);
     if (count > 0 && (!append(sender, journal, fresh.mid(0, count), now) ||
                       !m_store.closeGaps(batch.publicKey, journal.last.number + 1)))
@@ -185,6 +190,15 @@ bool Intake::takeRecords(const Sender& sender, StoredJournal& journal, const Bat
                         numbered("it does not follow record %1", wrong.number - 1), answer)
                : refuse(sender, FaultKind::Signature, wrong,
                         QStringLiteral("it is not signed with the key"), answer);
+}
+
+bool Intake::goOnAfterPruned(const Sender& sender, StoredJournal& journal,
+                             const SealedRecord& start)
+{
+    Appended ignored;
+    return keep(sender, FaultKind::Journal, start,
+                numbered("the vehicle pruned the records after %1", journal.last.number)) &&
+           m_store.append(journal, {start}, ignored);
 }
 
 bool Intake::compareStored(const Sender& sender, const StoredJournal& journal,

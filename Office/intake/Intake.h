@@ -50,6 +50,8 @@ private:
                std::optional<StoredJournal>& journal, office::Acknowledgement& answer);
     bool takeRecords(const Sender& sender, StoredJournal& journal, const office::Batch& batch,
                      const QDateTime& now, office::Acknowledgement& answer);
+    bool goOnAfterPruned(const Sender& sender, StoredJournal& journal,
+                         const sales::SealedRecord& start);
     bool compareStored(const Sender& sender, const StoredJournal& journal,
                        const sales::SealedRecord& record, office::Acknowledgement& answer);
     bool append(const Sender& sender, StoredJournal& journal,

@@ -26,7 +26,7 @@ struct StoredJournal
 enum class FaultKind {
     Message,   ///< it is no message, or its topic is not that of a vehicle
     Key,       ///< the key is that of another vehicle
-    Journal,   ///< the vehicle has another journal than before
+    Journal,   ///< the vehicle has another journal than before, or pruned records of this one
     Start,     ///< the journal does not begin with its start
     Signature, ///< a record is not signed by the owner of the key
     Chain,     ///< a record does not follow the one before

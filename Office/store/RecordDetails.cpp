@@ -126,7 +126,7 @@ bool addRow(RecordDetails& details, const RecordRow& row, const Part& part, qint
 std::optional<RecordDetails> headOf(const RecordRow& row, qint64 number)
 {
     enum Place { Id, Kind, Shift, At, Driver, Count };
-    constexpr int kinds = 10;
+    constexpr int kinds = 11;
     const bool isRow = row.table == "record" && row.values.size() == Count &&
                        isWhole(row.values.at(Id)) && isWhole(row.values.at(Kind)) &&
                        isWhole(row.values.at(Shift)) && isWhole(row.values.at(Driver)) &&

@@ -2,6 +2,7 @@
 
 #include "DirectionControls.h"
 #include "OfficeOrders.h"
+#include "Pruning.h"
 #include "TakeOver.h"
 
 #include <EscPosPrinter.h>
@@ -192,6 +193,9 @@ Terminal::Terminal(const feed::Feed& feed, const Settings& settings, QObject* pa
     makeHeard();
     if (m_settings.takeOver != nullptr && m_settings.takeOver->isThere())
         obeyOffice(maxDebt(feed));
+    if (const int days = m_settings.config.office.keepDays; days > 0)
+        m_pruning = std::make_unique<Pruning>(
+            m_desk, [this] { return m_parts->acknowledgedByOffice(); }, days);
     m_parts->start();
 
     // The log is written while tiles are put in order, which is over when a client turns it on.

@@ -36,6 +36,7 @@ namespace rivo::terminal
 {
 
 class OfficeOrders;
+class Pruning;
 class TakeOver;
 
 /// One terminal behind its screen: the six models filled from a feed, and the desks that act on
@@ -184,6 +185,7 @@ private:
     sound::Sounds m_sounds;
     std::unique_ptr<VehicleParts> m_parts;
     std::unique_ptr<OfficeOrders> m_orders;
+    std::unique_ptr<Pruning> m_pruning; ///< nothing if all records are kept
     int m_ownVehicle = -1;
     bool m_hasOwnTime; ///< not that of the system
     bool m_isFleetShown = false;

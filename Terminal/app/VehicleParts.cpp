@@ -296,6 +296,11 @@ void VehicleParts::setInUse(office::PublicationKind kind, qint64 version)
         m_publications->setInUse(kind, version);
 }
 
+qint64 VehicleParts::acknowledgedByOffice() const
+{
+    return m_office == nullptr ? -1 : m_office->acknowledged();
+}
+
 /// A vehicle without a network is no fault: nothing is lost.
 void VehicleParts::showOffice()
 {

@@ -107,6 +107,9 @@ public:
     /// A publication came into effect. Ignored without an office.
     void setInUse(office::PublicationKind kind, qint64 version);
 
+    /// The last record that the office has; -1 = that is not known, or there is no office.
+    qint64 acknowledgedByOffice() const;
+
     /// Without a receiver it knows the steps of the clock alone.
     const position::VehiclePosition& position() const { return *m_position; }
 

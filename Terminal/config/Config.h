@@ -102,6 +102,9 @@ struct OfficeConfig
     QString
         publisher; ///< PEM file with the key of what the office publishes; empty = none is taken
     QString store; ///< folder for it; empty = one beside the journal's usual place
+    /// Records of shifts that were closed more days ago are removed from the journal when the
+    /// office has them, 7 to 3650. 0, without the key: all are kept.
+    int keepDays = 0;
 
     bool isThere() const { return type != QLatin1String("none"); }
 };

@@ -30,6 +30,7 @@ namespace rivo::feed::json
 constexpr FieldRule portRule = required.within(1, 65535);
 constexpr FieldRule ownPortRule = optional.within(1, 65535);
 constexpr FieldRule timeoutRule = optional.within(100, 600000);
+constexpr FieldRule keepDaysRule = optional.within(7, 3650);
 constexpr FieldRule fileRule = optional.satisfying(config::isFileName, "a file");
 
 template <>
@@ -162,6 +163,7 @@ struct Fields<config::OfficeConfig>
         Field{"key", &R::key, fileRule},
         Field{"publisher", &R::publisher, fileRule},
         Field{"store", &R::store, fileRule},
+        Field{"keepDays", &R::keepDays, keepDaysRule},
     };
 };
 

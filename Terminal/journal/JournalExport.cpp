@@ -22,7 +22,8 @@ constexpr Kind kinds[] = {{"opening", "opening", "amount"},  {"sale", "sale", "t
                           {"printout", "printout", ""},      {"reversal", "reversal", "paid_out"},
                           {"closing", "closing", ""},        {"hand-over", "hand_over", "counted"},
                           {"payment", "payment", "amount"},  {"outcome", "outcome", ""},
-                          {"card day", "card_day", "total"}, {"clock", "clock", ""}};
+                          {"card day", "card_day", "total"}, {"clock", "clock", ""},
+                          {"pruning", "pruning", ""}};
 
 const Kind* kindOf(const QJsonObject& record)
 {

@@ -92,3 +92,14 @@ bool sellForTrial(Journal& journal, qint64 sales, quint32 seed, qint64 perShift)
     }
     return true;
 }
+
+bool pruneForTrial(Journal& journal, int keptShifts)
+{
+    const QVector<ShiftReport> shifts = journal.closedShifts();
+    if (shifts.size() <= keptShifts)
+        return !journal.fault();
+    const QDateTime firstKept = shifts.at(shifts.size() - keptShifts).closedAt;
+    while (journal.prune(std::numeric_limits<qint64>::max(), firstKept, shifts.last().closedAt) > 0)
+        ;
+    return !journal.fault();
+}

@@ -37,18 +37,25 @@ int failed(const QString& file, const JournalFault& fault)
 
 int print(const QString& text) { return writeToStandardOutput(text.toUtf8()) ? Done : BadInput; }
 
+QString prunedText(const JournalAudit& audit)
+{
+    return audit.pruned > 0 ? QStringLiteral(" %1 more pruned,").arg(audit.pruned) : QString();
+}
+
 int verify(const QString& file, const QString& head, const QString& key)
 {
     const JournalAudit audit = auditJournal(file, head, key);
     switch (audit.verdict) {
     case JournalAudit::Verdict::Whole:
-        return print(QStringLiteral(
-                         "%1: whole, %2 records, %3 of them from before the seals, head %4 (%5)\n")
-                         .arg(file)
-                         .arg(audit.records)
-                         .arg(audit.unsealed)
-                         .arg(audit.head, audit.isHeadCompared ? QStringLiteral("compared")
-                                                               : QStringLiteral("not compared")));
+        return print(
+            QStringLiteral(
+                "%1: whole, %2 records, %3 of them from before the seals,%4 head %5 (%6)\n")
+                .arg(file)
+                .arg(audit.records)
+                .arg(audit.unsealed)
+                .arg(prunedText(audit), audit.head,
+                     audit.isHeadCompared ? QStringLiteral("compared")
+                                          : QStringLiteral("not compared")));
     case JournalAudit::Verdict::NotWhole:
         print(audit.record > 0 ? QStringLiteral("%1: not whole: record %2: %3\n")
                                      .arg(file)
@@ -87,20 +94,6 @@ int withJournal(const QString& file, const std::function<int(Journal&)>& use)
     return journal.fault() ? failed(file, *journal.fault()) : code;
 }
 
-/// Appends to a journal, or makes one in euros whose first shift is 1.
-int simulate(const QString& file, qint64 sales, quint32 seed, qint64 perShift)
-{
-    Currency currency(QStringLiteral("EUR"), 2);
-    Journal journal;
-    if (!journal.openToRead(file))
-        currency = journal.currency().value_or(currency);
-    if (const auto fault = journal.open(file, currency, 1))
-        return failed(file, *fault);
-    if (journal.recordForTrials() && sellForTrial(journal, sales, seed, perShift))
-        return print(journal.head() + QLatin1Char('\n'));
-    return failed(file, journal.fault().value_or(JournalFault()));
-}
-
 /// What the user wants; `command` is empty if the command line is not understood.
 struct Wanted
 {
@@ -113,7 +106,25 @@ struct Wanted
     qint64 sales = 0;
     quint32 seed = 0;
     qint64 perShift = 0;
+    int keptShifts = 0; ///< 0 = all
 };
+
+/// Appends to a journal, or makes one in euros whose first shift is 1.
+int simulate(const Wanted& wanted)
+{
+    const QString& file = wanted.file;
+    Currency currency(QStringLiteral("EUR"), 2);
+    Journal journal;
+    if (!journal.openToRead(file))
+        currency = journal.currency().value_or(currency);
+    if (const auto fault = journal.open(file, currency, 1))
+        return failed(file, *fault);
+    if (journal.recordForTrials() &&
+        sellForTrial(journal, wanted.sales, wanted.seed, wanted.perShift) &&
+        (wanted.keptShifts == 0 || pruneForTrial(journal, wanted.keptShifts)))
+        return print(journal.head() + QLatin1Char('\n'));
+    return failed(file, journal.fault().value_or(JournalFault()));
+}
 
 /// A whole number that is at least 1; 0 for anything else.
 qint64 countOf(const QString& text)
@@ -150,7 +161,11 @@ void describe(QCommandLineParser& parser)
           QStringLiteral("simulate: a number; the same gives the same sales."),
           QStringLiteral("number"), QStringLiteral("1")},
          {QStringLiteral("per-shift"), QStringLiteral("simulate: sales in each shift."),
-          QStringLiteral("count"), QStringLiteral("300")}});
+          QStringLiteral("count"), QStringLiteral("300")},
+         {QStringLiteral("keep-shifts"),
+          QStringLiteral("simulate: removes the records of all closed shifts but the last ones, as "
+                         "a terminal does that keeps some days; 0 = none are removed."),
+          QStringLiteral("count"), QStringLiteral("0")}});
     parser.addPositionalArgument(QStringLiteral("command"),
                                  QStringLiteral("verify, head, export, report or simulate."));
     parser.addPositionalArgument(QStringLiteral("journal"), QStringLiteral("The file."));
@@ -163,6 +178,7 @@ Wanted wantedOf(const QCommandLineParser& parser)
     const QStringList arguments = parser.positionalArguments();
     const auto value = [&](const char* option) { return parser.value(QLatin1String(option)); };
     bool isSeed = false;
+    bool isKeptShifts = false;
     Wanted wanted{arguments.value(0),
                   arguments.value(1),
                   countOf(arguments.value(2)),
@@ -171,11 +187,13 @@ Wanted wantedOf(const QCommandLineParser& parser)
                   value("format"),
                   countOf(value("sales")),
                   value("seed").toUInt(&isSeed),
-                  countOf(value("per-shift"))};
+                  countOf(value("per-shift")),
+                  value("keep-shifts").toInt(&isKeptShifts)};
     const bool isReport = wanted.command == QLatin1String("report");
     const bool isUnderstood =
         arguments.size() == (isReport ? 3 : 2) && (!isReport || wanted.zNumber > 0) &&
-        wanted.sales > 0 && isSeed && wanted.perShift > 0 &&
+        wanted.sales > 0 && isSeed && wanted.perShift > 0 && isKeptShifts &&
+        wanted.keptShifts >= 0 &&
         (wanted.format == QLatin1String("json") || wanted.format == QLatin1String("csv"));
     return isUnderstood ? wanted : Wanted();
 }
@@ -185,7 +203,7 @@ int run(const Wanted& wanted)
     if (wanted.command == QLatin1String("verify"))
         return verify(wanted.file, wanted.head, wanted.key);
     if (wanted.command == QLatin1String("simulate"))
-        return simulate(wanted.file, wanted.sales, wanted.seed, wanted.perShift);
+        return simulate(wanted);
     if (wanted.command == QLatin1String("head"))
         return withJournal(wanted.file, [](Journal& journal) {
             return print(journal.head() + QLatin1Char('\n'));

@@ -51,6 +51,9 @@ public:
     /// See BrokerLink::follow(); what comes is received().
     void follow(const QString& topic, bool isFollowed) { m_link.follow(topic, isFollowed); }
 
+    /// The last record that the office said it has; -1 = none, or not known yet.
+    qint64 acknowledged() const { return m_outbox.acknowledged(); }
+
     State state() const { return m_state; }
     QString stateText() const; ///< for people
 

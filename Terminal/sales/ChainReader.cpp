@@ -26,11 +26,26 @@ bool ChainReader::read()
 {
     bool isFound = false;
     QSqlQuery chain = m_file.prepared(QStringLiteral("SELECT base, public_key FROM chain"));
-    return m_file.forEachRow(chain, [&] {
-        m_base = chain.value(0).toLongLong();
-        m_publicKey = chain.value(1).toByteArray();
-        isFound = true;
-    }) && isFound;
+    return m_file.forEachRow(chain,
+                             [&] {
+                                 m_base = chain.value(0).toLongLong();
+                                 m_publicKey = chain.value(1).toByteArray();
+                                 isFound = true;
+                             }) &&
+           isFound && readPruning();
+}
+
+bool ChainReader::readPruning()
+{
+    // The version before has no such table, and is read before it is taken over.
+    const auto tables =
+        m_file.value(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE name = 'pruning'"));
+    m_prunedStart.clear();
+    if (!tables || tables->toInt() == 0)
+        return tables.has_value();
+    QSqlQuery pruning =
+        m_file.prepared(QStringLiteral("SELECT start FROM pruning ORDER BY record DESC LIMIT 1"));
+    return m_file.forEachRow(pruning, [&] { m_prunedStart = pruning.value(0).toByteArray(); });
 }
 
 std::optional<Seal> ChainReader::readSeal(const QString& condition)
@@ -53,6 +68,13 @@ std::optional<Seal> ChainReader::sealOf(qint64 record)
 std::optional<Seal> ChainReader::lastSeal()
 {
     return readSeal(QStringLiteral("record = (SELECT MAX(record) FROM seal)"));
+}
+
+std::optional<QByteArray> ChainReader::hashOfStart()
+{
+    const auto journal = m_content.ofTable("journal");
+    const auto chain = m_content.ofTable("chain");
+    return journal && chain ? std::make_optional(sha256(*journal + *chain)) : std::nullopt;
 }
 
 std::optional<QByteArray> ChainReader::hashOfBase()
@@ -84,6 +106,11 @@ bool ChainReader::isSigned(const Seal& seal) const
     return isSignedBy(m_publicKey, messageOf(seal), seal.signature);
 }
 
+bool ChainReader::isStartAsSealed(const Seal& first)
+{
+    return isPruned() ? hashOfStart() == m_prunedStart : hashOfBase() == first.hash;
+}
+
 std::optional<ChainBreak> ChainReader::firstBreak(qint64 from)
 {
     const auto first = sealOf(from);
@@ -91,7 +118,7 @@ std::optional<ChainBreak> ChainReader::firstBreak(qint64 from)
         return ChainBreak{from, QStringLiteral("it has no seal")};
     if (!isSigned(*first))
         return ChainBreak{from, QStringLiteral("its signature is not that of the key")};
-    if (from == m_base && hashOfBase() != first->hash)
+    if (from == m_base && !isStartAsSealed(*first))
         return ChainBreak{from, QStringLiteral("what the journal began with was changed")};
     Seal last = *first;
     if (auto broken = breakOfHashes(last))

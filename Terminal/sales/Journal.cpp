@@ -78,7 +78,7 @@ bool Journal::forEachRecord(const std::function<bool(const QJsonObject&)>& use)
     const auto last = m_file->fault()
                           ? std::nullopt
                           : m_file->value(QStringLiteral("SELECT IFNULL(MAX(id), 0) FROM record"));
-    for (qint64 number = 1; last && number <= last->toLongLong(); ++number) {
+    for (qint64 number = lastPruned() + 1; last && number <= last->toLongLong(); ++number) {
         QJsonObject record = m_file->chain().reader().content().json(number);
         const auto seal = m_file->chain().reader().sealOf(number);
         if (seal && number > m_file->chain().reader().base())

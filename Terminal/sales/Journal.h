@@ -17,6 +17,7 @@ namespace rivo::sales
 
 class JournalFile;
 enum class RecordKind;
+struct PruningCut;
 
 /// Why the journal cannot be used.
 struct JournalFault
@@ -41,7 +42,7 @@ struct JournalFault
 ///
 /// What happens is a record with its time and the driver: a sale, a ticket on paper or a copy of
 /// it, tickets taken back, a float, a closed shift, cash handed over. Records are added, never
-/// changed.
+/// changed; old ones may be removed, see prune().
 ///
 /// Every write is one transaction: after a power cut it is there as a whole or not at all. The
 /// first fault ends all writing until open() succeeds again: what is on the disk at that moment,
@@ -78,9 +79,9 @@ public:
     std::optional<Currency> currency();
     QString head(); ///< "1234-9f86d081884c7d659a2feaa0c55ad015": the last seal
 
-    /// Calls `use` with each record in its order, until it returns false. A record has the columns
-    /// of its row, its "seal" in hexadecimal digits if it has one of its own, and a list for each
-    /// table that has more about it.
+    /// Calls `use` with each record that was not pruned in its order, until it returns false. A
+    /// record has the columns of its row, its "seal" in hexadecimal digits if it has one of its
+    /// own, and a list for each table that has more about it.
     bool forEachRecord(const std::function<bool(const QJsonObject&)>& use);
 
     /// The records after number `after` with their seals, in order and without holes, at most
@@ -178,6 +179,16 @@ public:
     bool beginCardDay(qint64 shift, const QDateTime& at);
     std::optional<Minor> recordCardDay(qint64 shift, Minor total, const QDateTime& at);
 
+    /// Removes the records of shifts that were closed before `closedBefore`, the oldest first, and
+    /// records that, with the number of the last one. All is kept from the first shift on that has
+    /// records after number `acknowledged`, or cash that is not handed over; and what the terminal
+    /// goes on with: tickets to be printed, payments with cards that are not booked or not in a
+    /// closed day of the card terminal, the last payment, and what newer records are about. Removes
+    /// at most `mostPrunedAtOnce` records, or one shift. Returns how many; 0 is no failure.
+    qint64 prune(qint64 acknowledged, const QDateTime& closedBefore, const QDateTime& at);
+    static constexpr int mostPrunedAtOnce = 5000;
+    qint64 lastPruned(); ///< the number of the last record that was pruned; 0 if there is none
+
     /// Records a remark about the clock, in the running shift.
     bool recordClock(ClockRemark remark, qint64 milliseconds, const QDateTime& at);
 
@@ -189,12 +200,12 @@ public:
 
     std::optional<ShiftReport> runningShift();
 
-    /// Closed shifts, the oldest first.
+    /// Closed shifts that were not pruned, the oldest first.
     QVector<ShiftReport> closedShifts();
 
     /// The newest `count` of them, and all whose cash is not handed over.
     QVector<ShiftReport> recentShifts(int count);
-    qint64 firstZNumber(); ///< of all shifts; 0 when stopped
+    qint64 firstZNumber(); ///< of all shifts that were not pruned; 0 when stopped
 
     /// One closed shift; nothing, and no fault, if there is none.
     std::optional<ShiftReport> closedShift(qint64 zNumber);
@@ -220,6 +231,9 @@ private:
     std::optional<CardPayment> readPayment(const QString& condition);
     std::optional<CardPayment> begin(CardPayment payment, const QDateTime& at);
     std::optional<Minor> cardTotalSince(qint64 record);
+    QVector<PruningCut> cutsFor(qint64 acknowledged, const QDateTime& closedBefore);
+    bool isNeeded(const PruningCut& cut);
+    bool removeUpTo(const PruningCut& cut, const QDateTime& at);
     QVector<ShiftReport> readClosedShifts(const QString& condition);
 
     std::unique_ptr<JournalFile> m_file;

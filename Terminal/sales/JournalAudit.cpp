@@ -65,7 +65,7 @@ public:
         if (!records || !last)
             return notRead();
         m_audit.records = records->toLongLong();
-        m_audit.unsealed = reader().base();
+        (reader().isPruned() ? m_audit.pruned : m_audit.unsealed) = reader().base();
         m_audit.head = headText(last->record, last->hash);
         return true;
     }
@@ -99,10 +99,14 @@ public:
             return given.isEmpty()
                        ? notWhole(0, QStringLiteral("the head beside it is not whole"))
                        : end(Verdict::Unreadable, 0, QStringLiteral("%1 is no head").arg(file));
+        if (head->record < m_audit.pruned)
+            return end(Verdict::Unreadable, 0,
+                       QStringLiteral("the record of that head was pruned, as all up to %1")
+                           .arg(m_audit.pruned));
         m_audit.isHeadCompared = true;
         const auto seal = reader().sealOf(head->record);
         if (!seal)
-            return notWhole(m_audit.records + 1,
+            return notWhole(m_audit.pruned + m_audit.records + 1,
                             QStringLiteral("the journal ends before its head"));
         const bool isSame = seal->hash.toHex().startsWith(head->digits) &&
                             (head->publicKey.isEmpty() || head->publicKey == reader().publicKey());

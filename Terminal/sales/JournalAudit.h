@@ -18,6 +18,7 @@ struct JournalAudit
     QString reason;    ///< empty if it is whole
     qint64 records = 0;
     qint64 unsealed = 0;         ///< of them, before the first seal: kept by an earlier version
+    qint64 pruned = 0;           ///< that it had besides
     QString head;                ///< of the journal
     bool isHeadCompared = false; ///< with one that was given, or the file beside
 };

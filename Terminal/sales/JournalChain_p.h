@@ -54,7 +54,8 @@ QByteArray messageOf(const Seal& seal);
 /// The seals of a journal. Each record has one: the SHA-256 of the seal before it, hash and
 /// signature, and of the record's content, signed with Ed25519. The first seal is not of a record
 /// alone: it covers what the journal has at its start, and all records of the versions before
-/// seals.
+/// seals. That of a pruned journal is the seal of the last pruned record; what such a journal has
+/// at its start is covered by its last record about pruning.
 class ChainReader
 {
 public:
@@ -63,7 +64,11 @@ public:
     /// Reads what the first seal says. False if there is none.
     bool read();
     const QByteArray& publicKey() const { return m_publicKey; }
-    qint64 base() const { return m_base; } ///< the last record without a seal of its own
+    qint64 base() const { return m_base; } ///< the first seal is of it, and of all before
+    bool isPruned() const
+    {
+        return !m_prunedStart.isEmpty();
+    } ///< the records up to base() are gone
 
     std::optional<Seal> sealOf(qint64 record);
     std::optional<Seal> lastSeal();
@@ -75,18 +80,22 @@ public:
     RecordContent& content() { return m_content; }
 
     // Hashes over what the journal has now; nothing if it cannot be read.
-    std::optional<QByteArray> hashOfBase();
+    std::optional<QByteArray> hashOfStart(); ///< tables "journal" and "chain"
+    std::optional<QByteArray> hashOfBase();  ///< the start, and records up to the base
     std::optional<QByteArray> hashAfter(const Seal& before, qint64 record);
 
 private:
     std::optional<ChainBreak> breakOfHashes(Seal& seal);
     std::optional<ChainBreak> breakOfSignatures(qint64 from, qint64 to);
     bool isSigned(const Seal& seal) const;
+    bool isStartAsSealed(const Seal& first);
+    bool readPruning();
     std::optional<Seal> readSeal(const QString& condition);
 
     JournalFile& m_file;
     RecordContent m_content;
     QByteArray m_publicKey;
+    QByteArray m_prunedStart; ///< the sealed hashOfStart() of a journal that was pruned
     qint64 m_base = 0;
 };
 

@@ -14,12 +14,13 @@ namespace rivo::sales
 namespace
 {
 
-constexpr int schemaVersion = 6;
+constexpr int schemaVersion = 7;
 constexpr int oldestVersion = 2;
 constexpr int firstWithRecords = 3;
 constexpr int firstWithPayments = 4;
 constexpr int firstWithClock = 5;
 constexpr int firstWithSeals = 6;
+constexpr int firstWithPruning = 7;
 
 /// What an amount of the journal means: "EUR 2".
 QString moneyText(const Currency& currency)
@@ -35,7 +36,7 @@ struct RecordTable
     int since;
 };
 
-constexpr std::array<RecordTable, 10> recordTables{
+constexpr std::array<RecordTable, 11> recordTables{
     {{"opening", RecordKind::Opening, firstWithRecords},
      {"sale", RecordKind::Sale, firstWithRecords},
      {"printout", RecordKind::Printout, firstWithRecords},
@@ -45,7 +46,8 @@ constexpr std::array<RecordTable, 10> recordTables{
      {"payment", RecordKind::Payment, firstWithPayments},
      {"outcome", RecordKind::Outcome, firstWithPayments},
      {"card_day", RecordKind::CardDay, firstWithPayments},
-     {"clock", RecordKind::Clock, firstWithClock}}};
+     {"clock", RecordKind::Clock, firstWithClock},
+     {"pruning", RecordKind::Pruning, firstWithPruning}}};
 
 /// All rows of these tables: the number of the record, and its kind by the table.
 QString rowsOfRecordTables(int version)
@@ -60,23 +62,35 @@ QString rowsOfRecordTables(int version)
     return parts.join(QLatin1String(" UNION ALL "));
 }
 
+/// The number before the first shift.
+QString noShift() { return QStringLiteral("(SELECT MIN(z_number) - 1 FROM shift)"); }
+
 /// What holds in every journal that has records.
 QVector<Check> checksOfRecords(int version)
 {
     const auto none = [](const QString& rows) {
         return Check{QStringLiteral("SELECT COUNT(*) FROM %1").arg(rows)};
     };
+    const bool hasPruning = version >= firstWithPruning;
+    const QString prunedRecord = hasPruning ? lastPrunedRecord() : QStringLiteral("0");
+    const QString prunedShift = hasPruning ? lastPrunedShift() : noShift();
     return {
         {QStringLiteral("PRAGMA integrity_check(1)"), "ok"},
-        none(QStringLiteral("pragma_foreign_key_check")),
-        // Records are numbered from 1 without holes, and each is in the table of its kind.
+        // A hand-over may follow the pruning of its shift.
+        none(QStringLiteral("pragma_foreign_key_check WHERE \"table\" <> 'hand_over' OR"
+                            " parent <> 'closing' OR rowid > %1")
+                 .arg(prunedShift)),
+        // Records are numbered without holes, and each is in the table of its kind.
         {QStringLiteral("SELECT IFNULL((SELECT seq FROM sqlite_sequence WHERE name = 'record'), 0)"
-                        " - COUNT(*) FROM record")},
+                        " - %1 - COUNT(*) FROM record")
+             .arg(prunedRecord)},
         none(QStringLiteral("record LEFT JOIN (%1) AS part ON part.record = record.id"
                             " WHERE part.kind IS NOT record.kind")
                  .arg(rowsOfRecordTables(version))),
         // The last shift runs, all others are closed.
-        {QStringLiteral("SELECT (SELECT COUNT(*) FROM shift) - (SELECT COUNT(*) FROM closing)"),
+        {QStringLiteral("SELECT (SELECT COUNT(*) FROM shift WHERE z_number > %1) -"
+                        " (SELECT COUNT(*) FROM closing)")
+             .arg(prunedShift),
          "1"},
         none(QStringLiteral("closing WHERE shift = (SELECT MAX(z_number) FROM shift)")),
         none(QStringLiteral("record JOIN closing ON closing.record = record.id"
@@ -129,6 +143,13 @@ QVector<Check> checksOf(int version)
 }
 
 } // namespace
+
+QString lastPrunedRecord() { return QStringLiteral("(SELECT IFNULL(MAX(last), 0) FROM pruning)"); }
+
+QString lastPrunedShift()
+{
+    return QStringLiteral("(SELECT IFNULL(MAX(shift), %1) FROM pruning)").arg(noShift());
+}
 
 bool passes(JournalFile& file, const QVector<Check>& checks)
 {
@@ -212,6 +233,8 @@ QStringList schemaOf(int version)
         statements += clockTables();
     if (version >= firstWithSeals)
         statements += chainTables();
+    if (version >= firstWithPruning)
+        statements += pruningTables();
     return statements;
 }
 
@@ -251,7 +274,8 @@ QStringList chainTables()
 bool createTables(JournalFile& file)
 {
     return file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
-           file.runAll(tablesOfRecords() + paymentTables() + clockTables() + chainTables());
+           file.runAll(tablesOfRecords() + paymentTables() + clockTables() + chainTables() +
+                       pruningTables());
 }
 
 namespace
@@ -340,8 +364,10 @@ bool takeOver(JournalFile& file, int version)
                 : file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
                       (version >= firstWithPayments || file.runAll(paymentTables())) &&
                       (version >= firstWithClock || file.runAll(clockTables())) &&
-                      file.runAll(chainTables());
-        return isMade && hasSchemaOf(file, schemaVersion) && file.chain().sealBase() &&
+                      (version >= firstWithSeals || file.runAll(chainTables())) &&
+                      file.runAll(pruningTables());
+        return isMade && hasSchemaOf(file, schemaVersion) &&
+               (version >= firstWithSeals || file.chain().sealBase()) &&
                passes(file, checksOf(schemaVersion));
     });
 }

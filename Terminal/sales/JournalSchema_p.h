@@ -24,7 +24,8 @@ enum class RecordKind {
     Payment = 7,  ///< with a card, before the terminal is asked
     Outcome = 8,  ///< of such a payment
     CardDay = 9,  ///< of the card terminal, after the shift
-    Clock = 10    ///< a remark about the clock
+    Clock = 10,   ///< a remark about the clock
+    Pruning = 11  ///< of the records of old shifts
 };
 
 /// Makes the tables of a new journal, and its first shift.
@@ -37,6 +38,7 @@ bool createTables(JournalFile& file);
 QStringList paymentTables(); ///< of payments with cards
 QStringList clockTables();   ///< of remarks about the clock
 QStringList chainTables();   ///< of seals
+QStringList pruningTables(); ///< of what was pruned
 
 /// The version of `file`, if it has the tables of that version and nothing else, figures that
 /// agree, and amounts in `currency`; a fault otherwise.
@@ -70,6 +72,12 @@ bool passes(JournalFile& file, const QVector<Check>& checks);
 
 /// What holds for the payments with cards of every journal.
 QVector<Check> checksOfPayments();
+
+/// The last record that was pruned, 0 if there is none, as an expression.
+QString lastPrunedRecord();
+
+/// The last shift that was pruned, or the number before the first one, as an expression.
+QString lastPrunedShift();
 
 /// What holds in every journal of version 2, and "type name" of all that it has.
 QVector<Check> checksOfVersion2();

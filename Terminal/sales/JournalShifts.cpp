@@ -82,7 +82,7 @@ qint64 Journal::firstZNumber()
 {
     const auto number = m_file->fault()
                             ? std::nullopt
-                            : m_file->value(QStringLiteral("SELECT MIN(z_number) FROM shift"));
+                            : m_file->value(QStringLiteral("SELECT %1 + 1").arg(lastPrunedShift()));
     return number ? number->toLongLong() : 0;
 }
 

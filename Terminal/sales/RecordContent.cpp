@@ -35,7 +35,8 @@ constexpr Part parts[] = {{RecordKind::Opening, "opening", "record", "record"},
                           {RecordKind::Payment, "payment_ticket", "payment", "ticket"},
                           {RecordKind::Outcome, "outcome", "record", "record"},
                           {RecordKind::CardDay, "card_day", "record", "record"},
-                          {RecordKind::Clock, "clock", "record", "record"}};
+                          {RecordKind::Clock, "clock", "record", "record"},
+                          {RecordKind::Pruning, "pruning", "record", "record"}};
 
 QByteArray withLength(char type, const void* bytes, int size)
 {

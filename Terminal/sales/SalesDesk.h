@@ -123,6 +123,11 @@ public:
     /// a part recorded, while a sale is not finished or if the journal fails: call again.
     bool takePaidInOffice(const QVector<qint64>& shifts);
 
+    /// Lets the journal remove records of shifts that were closed more than `keepDays` days ago,
+    /// and their rows of the Z reports, see Journal::prune(). Returns how many; nothing while
+    /// something is being sold or printed, or if the journal fails: call again.
+    std::optional<qint64> pruneJournal(qint64 acknowledged, int keepDays);
+
     /// The clock that sales and all other records have their time of; at first that of the system.
     void setClock(const std::function<QDateTime()>& clock);
 

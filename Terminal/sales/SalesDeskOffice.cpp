@@ -1,4 +1,4 @@
-// What the office says about the cash of drivers.
+// What the office says about the cash of drivers, and about records that it has.
 
 #include "SalesDesk.h"
 
@@ -28,6 +28,23 @@ bool SalesDesk::takePaidInOffice(const QVector<qint64>& shifts)
     if (isChanged)
         updateRunningShift();
     return !m_journal.fault();
+}
+
+std::optional<qint64> SalesDesk::pruneJournal(qint64 acknowledged, int keepDays)
+{
+    if (m_state != Selling || !m_tickets.isEmpty() || m_journal.fault())
+        return std::nullopt;
+    const QDateTime now = m_clock();
+    m_journal.setDriver(0);
+    const qint64 pruned = m_journal.prune(acknowledged, now.addDays(-keepDays), now);
+    m_journal.setDriver(m_driver);
+    if (m_journal.fault()) {
+        refuseByJournal();
+        return std::nullopt;
+    }
+    if (pruned > 0)
+        m_shifts->removePruned();
+    return pruned;
 }
 
 } // namespace rivo::sales

@@ -110,6 +110,17 @@ std::optional<qint64> ShiftBook::close(const QDateTime& at)
     return report->zNumber;
 }
 
+void ShiftBook::removePruned()
+{
+    const qint64 first = m_journal.firstZNumber();
+    for (int row = m_reports.rowCount() - 1; row > 0; --row) {
+        const double zNumber = reportAt(row)->zNumber();
+        if (keeps(zNumber) && zNumber < static_cast<double>(first))
+            m_reports.removeRow(row);
+    }
+    m_firstZ = first;
+}
+
 bool ShiftBook::keeps(double zNumber) const
 {
     return m_firstZ > 0 && zNumber >= static_cast<double>(m_firstZ);

@@ -42,6 +42,9 @@ public:
     /// to update(). False if there is none to hand over, or the journal failed.
     bool handOver(double zNumber, const QDateTime& at, std::optional<Minor> counted);
 
+    /// Removes the rows of shifts that the journal pruned.
+    void removePruned();
+
     /// Whether the shift is one of the journal's.
     bool keeps(double zNumber) const;
 

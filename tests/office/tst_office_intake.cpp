@@ -235,6 +235,51 @@ private slots:
                  "2026-03-30 29");
     }
 
+    /// An office with an older backup goes on with what the vehicle has left, and says so.
+    void recordsThatTheVehiclePrunedAreListed()
+    {
+        Office office(m_server.newDatabase());
+        VehicleJournal vehicle;
+        QVERIFY(vehicle.journal.recordOpeningFloat(0, noon));
+        QCOMPARE(office.take(vehicle.batch()), "1");
+        QVERIFY(vehicle.journal.closeShift(noon) && vehicle.journal.closeShift(noon));
+        QCOMPARE(vehicle.journal.prune(3, noon.addDays(1), noon), 3);
+        QVERIFY(sell(vehicle.journal, {5}));
+        QCOMPARE(office.take(vehicle.batch(1)), "5");
+        QCOMPARE(office.faults(), QStringList("journal 3"));
+        QVERIFY(sell(vehicle.journal, {5}));
+        QCOMPARE(office.take(vehicle.batch(5)), "6");
+        QCOMPARE(office.faults(), QStringList("journal 3")); // it stays open
+        QCOMPARE(office.value("SELECT string_agg(number || ' ' || kind, ', ' ORDER BY number)"
+                              " FROM record WHERE kind IS NOT NULL"),
+                 "1 1, 4 11, 5 2, 6 2");
+    }
+
+    void aNewOfficeBeginsWithWhatTheVehicleHasLeft()
+    {
+        Office office(m_server.newDatabase());
+        VehicleJournal vehicle;
+        QVERIFY(vehicle.journal.closeShift(noon) && vehicle.journal.closeShift(noon));
+        QCOMPARE(vehicle.journal.prune(2, noon.addDays(1), noon), 2);
+        QCOMPARE(office.take(vehicle.batch()), "3");
+        QCOMPARE(office.faults(), QStringList());
+    }
+
+    /// Only its owner can say that a journal was pruned.
+    void aStartOfAnotherIsNoReasonToGoOn()
+    {
+        Office office(m_server.newDatabase());
+        VehicleJournal vehicle;
+        QVERIFY(vehicle.journal.recordOpeningFloat(0, noon));
+        QCOMPARE(office.take(vehicle.batch()), "1");
+        QVERIFY(vehicle.journal.closeShift(noon) && vehicle.journal.closeShift(noon));
+        QCOMPARE(vehicle.journal.prune(3, noon.addDays(1), noon), 3);
+        Batch batch = vehicle.batch(1);
+        batch.records.first().signature[0] = char(batch.records.first().signature.at(0) ^ 1);
+        QCOMPARE(office.take(batch), "1");
+        QCOMPARE(office.faults(), QStringList("gap 3"));
+    }
+
     void severalProgramsShareTheWork()
     {
         const DatabaseSettings settings = m_server.newDatabase();

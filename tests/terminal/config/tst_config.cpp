@@ -34,7 +34,7 @@ QString textOf(const Config& config)
     for (const int number :
          {printer.codePageNumber, printer.columns, printer.dotsPerLine, int(printer.openDrawer),
           int(printer.cut), int(printer.nativeCode), printer.timeout, card.port, card.timeout,
-          position.port, vehicles.interval, office.port})
+          position.port, vehicles.interval, office.port, office.keepDays})
         parts.append(QString::number(number));
     parts.append({printer.logo,
                   card.type,
@@ -91,7 +91,8 @@ private slots:
             textOf(*result.config),
             QStringLiteral(
                 "4711|off|none|/dev/usb/lp0|/dev/ttyS0 38400 even hardware|printer.local 9100|"
-                "PC858|sensor|13|48|576|1|0|0|3000|22000|60000|2948|30|1883|logo.png|zvt|192.0.2.7|"
+                "PC858|sensor|13|48|576|1|0|0|3000|22000|60000|2948|30|1883|400|logo.png|zvt|192.0."
+                "2.7|"
                 "123456|none|/dev/gps0|/dev/ttyUSB1 4800 odd software|gpsd.local|none|"
                 "https://example.org/vehicles.pb|vehicles.pb|ca.pem|terminal.pem|terminal.key|"
                 "mqtt|broker.example.org|lakeside|4711|fleet.pem|4711.pem|4711.key|publisher.pem|"
@@ -143,6 +144,8 @@ private slots:
             R"("office": {"type": "mqtt", "host": "a", "operator": "b", "vehicle": "c",)"
             R"( "certificate": "terminal.pem", "key": "terminal.key"})",
             "2: /office/caFile: missing, expected a file");
+        row("office that keeps too few days", R"("office": {"type": "none", "keepDays": 6})",
+            "2: /office/keepDays: 6, expected an integer from 7 to 3650");
         row("key given twice", R"("vehicle": "1", "vehicle": "2")",
             "2: /vehicle: given twice, expected each key of an object once");
     }

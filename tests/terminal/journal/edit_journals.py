@@ -21,7 +21,7 @@ KEYS = {"opening": "record", "sale": "record", "ticket": "sale", "card_sale": "s
         "printout": "record", "reversal": "record", "reversed_ticket": "reversal",
         "card_reversal": "reversal", "closing": "record", "hand_over": "record",
         "payment": "record", "payment_ticket": "payment", "outcome": "record",
-        "card_day": "record", "clock": "record"}
+        "card_day": "record", "clock": "record", "pruning": "record"}
 # The tables of each kind of record, each with the column that its rows are in the order of.
 KINDS = {1: [("opening", "record")],
          2: [("sale", "record"), ("ticket", "number"), ("card_sale", "sale")],
@@ -29,7 +29,8 @@ KINDS = {1: [("opening", "record")],
          4: [("reversal", "record"), ("reversed_ticket", "ticket"), ("card_reversal", "reversal")],
          5: [("closing", "shift")], 6: [("hand_over", "shift")],
          7: [("payment", "record"), ("payment_ticket", "ticket")],
-         8: [("outcome", "record")], 9: [("card_day", "record")], 10: [("clock", "record")]}
+         8: [("outcome", "record")], 9: [("card_day", "record")], 10: [("clock", "record")],
+         11: [("pruning", "record")]}
 # Of the moment; what they say follows from the records.
 UNSEALED = {"basket", "unprinted"}
 failures = []
@@ -84,10 +85,17 @@ def content(database, record):
 def chain(database):
     """Numbers and hashes of all seals, from the content and the signatures."""
     base = database.execute("SELECT base FROM chain").fetchone()[0]
-    first = hashlib.sha256(rows_bytes(database, "journal") + rows_bytes(database, "chain"))
-    for record in range(1, base + 1):
-        first.update(content(database, record))
-    made = [(base, first.digest())]
+    start = hashlib.sha256(rows_bytes(database, "journal") + rows_bytes(database, "chain"))
+    pruned = database.execute("SELECT start FROM pruning ORDER BY record DESC LIMIT 1").fetchone()
+    if pruned is None:
+        for record in range(1, base + 1):
+            start.update(content(database, record))
+        made = [(base, start.digest())]
+    else:
+        if pruned[0] != start.digest():
+            raise KeyError("the start is not the one of the last pruning")
+        made = [(base, database.execute("SELECT hash FROM seal WHERE record = ?", (base,)
+                                        ).fetchone()[0])]
     for record, signature in database.execute("SELECT record, signature FROM seal ORDER BY record"
                                               ).fetchall()[:-1]:
         made.append((record + 1, hashlib.sha256(made[-1][1] + signature
@@ -97,6 +105,9 @@ def chain(database):
 
 def seal_again(database):
     """What a forger can do without the key."""
+    start = hashlib.sha256(rows_bytes(database, "journal") + rows_bytes(database, "chain"))
+    database.execute("UPDATE pruning SET start = ? WHERE record = (SELECT MAX(record) FROM pruning)",
+                     (start.digest(),))
     for record, digest in chain(database):
         database.execute("UPDATE seal SET hash = ? WHERE record = ?", (digest, record))
 
@@ -146,20 +157,21 @@ def edits(journal):
                             (other(value), rowid)))
 
 
-def main(folder):
-    original = os.path.join(folder, "original")
-    edited = os.path.join(folder, "edited")
-    subprocess.run([program, "simulate", original, "--sales", "120", "--per-shift", "40",
-                    "--seed", "5"], check=True, capture_output=True)
-    head = subprocess.run([program, "head", original], check=True, capture_output=True,
+def simulate(journal, *options):
+    subprocess.run([program, "simulate", journal, "--sales", "120", "--per-shift", "40",
+                    "--seed", "5", *options], check=True, capture_output=True)
+    head = subprocess.run([program, "head", journal], check=True, capture_output=True,
                           text=True).stdout.strip()
-    expect("the journal as it is", 0, original, "--head", head, "--key", original + ".pub")
-    check_signatures(original)
-    with sqlite3.connect(original) as database:
+    expect("the journal as it is", 0, journal, "--head", head, "--key", journal + ".pub")
+    check_signatures(journal)
+    with sqlite3.connect(journal) as database:
         stored = database.execute("SELECT record, hash FROM seal ORDER BY record").fetchall()
         if chain(database) != stored:
             failures.append("the chain is not the one that is documented")
 
+
+def edit(original, edited):
+    """Returns how many edits there were."""
     count = 0
     for forged in (False, True):
         for what, (statement, values) in edits(original):
@@ -181,6 +193,17 @@ def main(folder):
                 database.close()
             expect(what + (", sealed again without the key" if forged else ""), 1, edited)
             count += 1
+    return count
+
+
+def main(folder):
+    original = os.path.join(folder, "original")
+    pruned = os.path.join(folder, "pruned")
+    edited = os.path.join(folder, "edited")
+    simulate(original)
+    simulate(pruned, "--keep-shifts", "1")
+    count = edit(original, edited)
+    pruned_count = edit(pruned, edited)
 
     source = random.Random(5)
     with open(original, "rb") as file:
@@ -207,10 +230,10 @@ def main(folder):
         if code not in (1, 2):
             failures.append(f"bit of byte {place}: exit code {code}: {text.strip()}")
 
-    print(f"{count} edits, {flips} flipped bits, {len(failures)} not noticed")
+    print(f"{count} edits, {pruned_count} of a pruned journal, {flips} flipped bits, {len(failures)} not noticed")
     for failure in failures[:20]:
         print(failure)
-    return 1 if failures or count < 300 else 0
+    return 1 if failures or count < 300 or pruned_count < 150 else 0
 
 
 with tempfile.TemporaryDirectory() as place:

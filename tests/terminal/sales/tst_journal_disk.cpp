@@ -38,7 +38,9 @@ const std::vector<Step>& steps()
         {"a removed line", [](Journal& j) { return j.removeFromBasket(0); }},
         {"an emptied basket", [](Journal& j) { return j.clearBasket(); }},
         {"a closed shift", [](Journal& j) { return j.closeShift(noon).has_value(); }},
-        {"cash handed over", [](Journal& j) { return j.handOver(16, noon).has_value(); }}};
+        {"cash handed over", [](Journal& j) { return j.handOver(16, noon).has_value(); }},
+        {"a pruned shift",
+         [](Journal& j) { return j.prune(1000, noon.addDays(1), noon.addDays(1)) > 0; }}};
     return all;
 }
 
@@ -119,7 +121,7 @@ private slots:
                                 " WHEN NEW.price = 95 BEGIN SELECT RAISE(FAIL, 'jam'); END";
         for (const auto& [harm, fault] :
              {std::pair(jam, "unreachable"),
-              {"INSERT INTO closing SELECT 17, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0",
+              {"INSERT INTO closing SELECT 17, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0",
                "damaged"}}) {
             removeJournal(file());
             prepareDay();
@@ -201,10 +203,12 @@ private slots:
 private:
     QString file() const { return fileIn(m_folder->path()); }
 
-    /// A closed shift, a sale, of which one ticket is printed, and an unfinished basket.
+    /// A shift without a sale, one with cash, a sale of which one ticket is printed, and an
+    /// unfinished basket.
     void prepareDay()
     {
-        OpenJournal journal(file(), 16);
+        OpenJournal journal(file(), 15);
+        journal.closeShift(noon);
         sell(journal, {100});
         journal.markPrinted(1);
         journal.closeShift(noon);

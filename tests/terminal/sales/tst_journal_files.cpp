@@ -187,12 +187,12 @@ private slots:
         add("another program's identifier",
             database({"PRAGMA application_id=77", "CREATE TABLE journal (currency)"}), "foreign");
         const QString ours = QStringLiteral("PRAGMA application_id=%1").arg(0x5269764a);
-        add("newer version", database({ours, "PRAGMA user_version=7", "CREATE TABLE journal (a)"}),
+        add("newer version", database({ours, "PRAGMA user_version=8", "CREATE TABLE journal (a)"}),
             "other version");
         add("older version", database({ours, "PRAGMA user_version=1", "CREATE TABLE journal (a)"}),
             "other version");
         add("our identifier, other tables",
-            database({ours, "PRAGMA user_version=6", "CREATE TABLE journal (a)"}), "damaged");
+            database({ours, "PRAGMA user_version=7", "CREATE TABLE journal (a)"}), "damaged");
         for (const char* before : {"PRAGMA user_version=5", "PRAGMA user_version=4",
                                    "PRAGMA user_version=3", "PRAGMA user_version=2"})
             add(qPrintable(QStringLiteral("our identifier, other tables: %1").arg(before)),
@@ -203,7 +203,7 @@ private slots:
             "other currency");
         add("another currency, found through links",
             linked(powerCut("SELECT 1", Currency("PLN", 2))), "other currency");
-        add("another version in the log", powerCut("PRAGMA user_version=7"), "other version");
+        add("another version in the log", powerCut("PRAGMA user_version=8"), "other version");
         add("sums in the log that do not agree", powerCut("UPDATE sale SET total = 7"), "damaged");
         add("table is missing in the log", powerCut("DROP TABLE basket"), "damaged");
 

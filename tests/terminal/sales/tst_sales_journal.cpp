@@ -33,7 +33,7 @@ private slots:
         add("damaged", "text", "The sales journal is damaged.");
         add("foreign", "PRAGMA application_id=7",
             "The file given as sales journal is not one of this terminal.");
-        add("other version", "PRAGMA user_version=7",
+        add("other version", "PRAGMA user_version=8",
             "The sales journal was kept by another version of this terminal.");
         add("other currency", "UPDATE journal SET currency = 'PLN'",
             "The sales journal is kept in another currency.");
