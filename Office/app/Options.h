@@ -25,6 +25,7 @@ struct Options
     QDate to;
     bool all = false;
     QString listen; ///< of the web page: address and port
+    QString feed;   ///< whose routes the page's map has; empty = none
     QString output; ///< file of the positions
     int every = 0;  ///< seconds between two of them; 0 = once
     ToPublish publication;

@@ -1,6 +1,8 @@
 #include "Options.h"
 #include "Server.h"
 
+#include <FeedLoader.h>
+#include <FleetOverview.h>
 #include <FleetPage.h>
 #include <ProgramStart.h>
 #include <StandardOutput.h>
@@ -53,8 +55,9 @@ int serve(const Options& options)
 int report(const Options& options)
 {
     Database database(options.database);
-    const auto lines = database.open() ? salesReport(database, options.by, options.from, options.to)
-                                       : std::nullopt;
+    const auto lines = database.openToRead()
+                           ? salesReport(database, options.by, options.from, options.to)
+                           : std::nullopt;
     return lines ? print(textOf(*lines, options.by, options.format)) : failed(database.problem());
 }
 
@@ -69,8 +72,16 @@ int gaps(const Options& options)
 
 int showPage(const Options& options)
 {
+    rivo::feed::Network network;
+    if (!options.feed.isEmpty()) {
+        const auto loaded = rivo::feed::loadFeed(options.feed);
+        complain(loaded.problemLines());
+        if (!loaded.feed)
+            return Failed;
+        network = loaded.feed->network;
+    }
     onEnd([](int) { HttpServer::stop(); });
-    FleetPage page(options.database);
+    FleetPage page(options.database, network);
     HttpServer server([&page](const QByteArray& path) { return page.answer(path); });
     const QString problem = server.listen(options.listen);
     if (!problem.isEmpty())
@@ -83,17 +94,16 @@ int showPage(const Options& options)
 bool writePositions(Database& database, const QString& name)
 {
     QSaveFile file(name);
-    const auto overview = database.isAlive() || database.open()
-                              ? rivo::backoffice::fleetOverview(database)
-                              : std::nullopt;
-    if (!overview) {
+    const QDateTime now = QDateTime::currentDateTime();
+    const auto placed = database.isAlive() || database.openToRead()
+                            ? placedVehicles(database, now.addSecs(-longestSilence))
+                            : std::nullopt;
+    if (!placed) {
         reportFailure(database.problem());
         return false;
     }
-    const bool isWritten =
-        file.open(QIODevice::WriteOnly) &&
-        file.write(vehiclePositions(overview->vehicles, QDateTime::currentDateTime())) >= 0 &&
-        file.commit();
+    const bool isWritten = file.open(QIODevice::WriteOnly) &&
+                           file.write(vehiclePositions(*placed, now)) >= 0 && file.commit();
     if (!isWritten)
         reportFailure(QStringLiteral("%1: %2").arg(name, file.errorString()));
     return isWritten;

@@ -19,10 +19,9 @@ QDateTime timeOf(const QVariant& value)
 
 double numberOf(const QVariant& value) { return value.isNull() ? qQNaN() : value.toDouble(); }
 
-/// From the sixth column on.
-std::optional<office::PositionReport> positionOf(const QSqlQuery& found)
+/// From the column `first` on.
+std::optional<office::PositionReport> positionOf(const QSqlQuery& found, int first)
 {
-    constexpr int first = 6;
     if (found.value(first).isNull())
         return std::nullopt;
     return office::PositionReport{
@@ -44,15 +43,18 @@ QVector<office::DeviceReport> devicesOf(const QVariant& value)
     return devices;
 }
 
+/// Of table vehicle_state as `state`, for positionOf().
+constexpr char positionColumns[] =
+    "CAST(extract(epoch FROM state.position_at) * 1000 AS bigint), state.latitude,"
+    " state.longitude, state.direction, state.speed, COALESCE(state.trip, '')";
+
 bool addVehicles(Database& database, FleetOverview& overview)
 {
     QSqlQuery* found = database.run(QStringLiteral(R"(
             SELECT vehicle.operator || '/' || vehicle.name, COALESCE(sent.records, 0),
                 CAST(extract(epoch FROM sent.last_at) * 1000 AS bigint),
                 COALESCE(wrong.faults, 0), COUNT(*) OVER (), COALESCE(state.alive, false),
-                CAST(extract(epoch FROM state.position_at) * 1000 AS bigint), state.latitude,
-                state.longitude, state.direction, state.speed, COALESCE(state.trip, ''),
-                COALESCE(state.devices, '[]')
+                %1, COALESCE(state.devices, '[]')
             FROM vehicle
             LEFT JOIN vehicle_state AS state ON state.vehicle = vehicle.id
             LEFT JOIN (SELECT vehicle, CAST(SUM(last_number - base) AS bigint) AS records,
@@ -61,14 +63,15 @@ bool addVehicles(Database& database, FleetOverview& overview)
             LEFT JOIN (SELECT vehicle, COUNT(*) AS faults FROM fault WHERE closed_at IS NULL
                     GROUP BY vehicle) AS wrong
                 ON wrong.vehicle = vehicle.id
-            ORDER BY vehicle.operator, vehicle.name LIMIT ?)"),
+            ORDER BY vehicle.operator, vehicle.name LIMIT ?)")
+                                        .arg(QLatin1String(positionColumns)),
                                     {FleetOverview::mostVehicles});
     if (found == nullptr)
         return false;
     while (found->next()) {
         overview.vehicles.append({found->value(0).toString(), found->value(1).toLongLong(),
                                   timeOf(found->value(2)), found->value(3).toLongLong(),
-                                  found->value(5).toBool(), positionOf(*found),
+                                  found->value(5).toBool(), positionOf(*found, 6),
                                   devicesOf(found->value(12))});
         overview.vehicleCount = found->value(4).toLongLong();
     }
@@ -108,6 +111,27 @@ std::optional<FleetOverview> fleetOverview(Database& database)
     if (!addVehicles(database, overview) || !addFaults(database, overview))
         return std::nullopt;
     return overview;
+}
+
+std::optional<QVector<VehicleOverview>> placedVehicles(Database& database, const QDateTime& since)
+{
+    QSqlQuery* found = database.run(
+        QStringLiteral("SELECT vehicle.operator || '/' || vehicle.name, %1 FROM vehicle"
+                       " JOIN vehicle_state AS state ON state.vehicle = vehicle.id"
+                       " WHERE state.position_at >= CAST(? AS timestamptz)"
+                       " ORDER BY vehicle.operator, vehicle.name")
+            .arg(QLatin1String(positionColumns)),
+        {since.toUTC().toString(Qt::ISODateWithMs)});
+    if (found == nullptr)
+        return std::nullopt;
+    QVector<VehicleOverview> vehicles;
+    while (found->next()) {
+        VehicleOverview vehicle;
+        vehicle.name = found->value(0).toString();
+        vehicle.position = positionOf(*found, 1);
+        vehicles.append(vehicle);
+    }
+    return vehicles;
 }
 
 } // namespace rivo::backoffice

@@ -53,6 +53,12 @@ bool Database::open()
                    QStringLiteral("SET client_min_messages TO warning")});
 }
 
+bool Database::openToRead()
+{
+    return open() &&
+           runAll({QStringLiteral("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY")});
+}
+
 void Database::close()
 {
     m_prepared.clear();

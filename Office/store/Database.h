@@ -37,6 +37,8 @@ public:
 
     /// Connects; false with a problem(). An open one is closed before.
     bool open();
+    /// Likewise, for a session that cannot write.
+    bool openToRead();
     void close();
 
     /// Whether the server still answers.

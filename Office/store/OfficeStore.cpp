@@ -82,7 +82,7 @@ bool OfficeStore::open()
     return false;
 }
 
-bool OfficeStore::openToRead() { return !failed(m_database.open()); }
+bool OfficeStore::openToRead() { return !failed(m_database.openToRead()); }
 
 bool OfficeStore::failed(bool isDone)
 {

@@ -94,7 +94,7 @@ public:
     bool isAlive() { return m_database.isAlive(); }
     const QString& problem() const { return m_problem; }
 
-    /// For reports. Nothing is made or changed by connecting.
+    /// For reports: nothing can be written.
     bool openToRead();
     Database& database() { return m_database; }
 

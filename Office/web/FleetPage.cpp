@@ -1,5 +1,7 @@
 #include "FleetPage.h"
 
+#include "RouteLines.h"
+
 #include <FleetOverview.h>
 #include <ReportText.h>
 #include <VehiclePositions.h>
@@ -142,13 +144,17 @@ std::optional<QByteArray> fleetOf(Database& database, const QDateTime& now)
 
 std::optional<QByteArray> positionsOf(Database& database, const QDateTime& now)
 {
-    const auto overview = fleetOverview(database);
-    return overview ? std::make_optional(vehiclePositions(overview->vehicles, now)) : std::nullopt;
+    const auto placed = placedVehicles(database, now.addSecs(-longestSilence));
+    return placed ? std::make_optional(vehiclePositions(*placed, now)) : std::nullopt;
 }
 
 } // namespace
 
-FleetPage::FleetPage(const DatabaseSettings& database) : m_database(database) { registerFiles(); }
+FleetPage::FleetPage(const DatabaseSettings& database, const feed::Network& network)
+    : m_database(database), m_routes(routeLines(network))
+{
+    registerFiles();
+}
 
 HttpAnswer FleetPage::answer(const QByteArray& path)
 {
@@ -156,6 +162,8 @@ HttpAnswer FleetPage::answer(const QByteArray& path)
         return answered(m_fleet, "application/json", fleetOf);
     if (path == "/vehicle-positions.pb")
         return answered(m_positions, "application/x-protobuf", positionsOf);
+    if (path == "/routes.json")
+        return {200, "application/json", m_routes};
     const auto file = files().find(path);
     return file != files().end() ? fileAnswer(file->second)
                                  : HttpAnswer{404, "text/plain", "There is no such page\n"};
@@ -175,11 +183,8 @@ HttpAnswer FleetPage::answered(Kept& kept, const QByteArray& type, Maker make)
 
 bool FleetPage::connect()
 {
-    return m_isConnected ||
-           (m_database.open() &&
-            m_database.runAll(
-                {QStringLiteral("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY"),
-                 QStringLiteral("SET statement_timeout = 10000")}));
+    return m_isConnected || (m_database.openToRead() &&
+                             m_database.runAll({QStringLiteral("SET statement_timeout = 10000")}));
 }
 
 } // namespace rivo::backoffice

@@ -3,6 +3,7 @@
 #include "HttpServer.h"
 
 #include <Database.h>
+#include <Feed.h>
 
 #include <QDateTime>
 #include <QElapsedTimer>
@@ -19,10 +20,11 @@ class FleetPage
 public:
     static constexpr int pause = 2000; ///< milliseconds until the database is asked again
 
-    explicit FleetPage(const DatabaseSettings& database);
+    /// `network`: whose routes the map has.
+    explicit FleetPage(const DatabaseSettings& database, const feed::Network& network = {});
 
-    /// "/", the files of the page, "/fleet.json", and "/vehicle-positions.pb" for public apps; 503
-    /// for these while the database is away.
+    /// "/", the files of the page, "/routes.json", and "/fleet.json" and "/vehicle-positions.pb",
+    /// which is for public apps; 503 for these two while the database is away.
     HttpAnswer answer(const QByteArray& path);
 
 private:
@@ -38,6 +40,7 @@ private:
     bool connect();
 
     Database m_database;
+    const QByteArray m_routes;
     bool m_isConnected = false;
     Kept m_fleet;
     Kept m_positions;

@@ -27,6 +27,8 @@ const texts = id => [...document.getElementById(id).rows].map(row => [...row.cel
 return {
     day: document.getElementById("day").innerText, state: document.getElementById("state").className,
     vehicles: texts("vehicles"), lines: texts("lines"), faults: texts("faults"),
+    marks: [...document.querySelectorAll("#map .vehicle")].map(mark => mark.getAttribute("class").trim().replace(/ +/g, " ")),
+    ways: document.querySelectorAll("#map .way").length,
     onMap: [...document.querySelectorAll("#map text")].map(text => text.textContent),
     strange: document.querySelectorAll("main img, main b, main script, main iframe").length,
     wide: document.documentElement.scrollWidth > window.innerWidth};

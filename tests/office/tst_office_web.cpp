@@ -1,6 +1,7 @@
 #include "OfficeUnderTest.h"
 #include "Table.h"
 
+#include <FleetOverview.h>
 #include <LiveMessage.h>
 #include <VehicleStates.h>
 
@@ -27,12 +28,15 @@ constexpr int patience = 60000;
 class Page
 {
 public:
-    explicit Page(const DatabaseSettings& database)
+    explicit Page(const DatabaseSettings& database, const QString& feed = {})
     {
+        QStringList arguments{"web",         "--listen",        "127.0.0.1:0",
+                              "--database",  database.name,     "--database-host",
+                              database.host, "--database-user", database.user};
+        if (!feed.isEmpty())
+            arguments << "--feed" << feed;
         m_process.setReadChannel(QProcess::StandardError);
-        m_process.start(RIVO_OFFICE,
-                        {"web", "--listen", "127.0.0.1:0", "--database", database.name,
-                         "--database-host", database.host, "--database-user", database.user});
+        m_process.start(RIVO_OFFICE, arguments);
         QByteArray said;
         while (!said.contains('\n') && m_process.waitForReadyRead(patience) &&
                m_process.state() == QProcess::Running)
@@ -118,7 +122,7 @@ private slots:
         QVERIFY2(answer.startsWith("HTTP/1.1 200 "), answer);
         const QJsonObject fleet = QJsonDocument::fromJson(Page::bodyOf(answer)).object();
         QCOMPARE(fleet["day"].toString(), QDate::currentDate().toString(Qt::ISODate));
-        QCOMPARE(fleet["vehicleCount"].toInt(), 2);
+        QCOMPARE(fleet["vehicleCount"].toInt(), 3);
         const QJsonArray vehicles = fleet["vehicles"].toArray();
         QCOMPARE(vehicles[0].toObject()["name"].toString(), "lakeside/4711");
         QCOMPARE(vehicles[0].toObject()["records"].toInt(), 2);
@@ -130,8 +134,8 @@ private slots:
         QVERIFY(vehicles[0].toObject()["position"].isNull());
         const QJsonObject place = vehicles[1].toObject()["position"].toObject();
         QVERIFY(vehicles[1].toObject()["alive"].toBool());
-        QCOMPARE(place["latitude"].toDouble(), 54.1);
-        QCOMPARE(place["longitude"].toDouble(), -2.9);
+        QCOMPARE(place["latitude"].toDouble(), 54.5);
+        QCOMPARE(place["longitude"].toDouble(), 11.25);
         QCOMPARE(place["direction"].toDouble(), 270.0);
         QCOMPARE(place["trip"].toString(), "7-1");
         const QJsonObject sums = fleet["sums"].toObject();
@@ -191,6 +195,77 @@ private slots:
         again.terminate();
         QVERIFY(again.waitForFinished(patience));
         QCOMPARE(again.exitCode(), 0);
+    }
+
+    /// As a program sees it that has the definition of messages alone.
+    void placesAreReadByOthers()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        fill(database);
+        const Page page(database);
+        const QByteArray message = Page::bodyOf(page.ask("GET", "/vehicle-positions.pb"));
+        QProcess reader;
+        reader.start("protoc", {"--decode", "rivo.live.wire.FeedMessage", "--proto_path",
+                                LIVE_DEFINITION, "vehicle_positions.proto"});
+        reader.write(message);
+        reader.closeWriteChannel();
+        QVERIFY(reader.waitForFinished(patience));
+        QCOMPARE(reader.exitCode(), 0);
+        const QByteArray read = reader.readAllStandardOutput();
+        for (const char* line : {"gtfs_realtime_version: \"2.0\"", "incrementality: FULL_DATASET",
+                                 "latitude: 54.5", "longitude: 11.25", "bearing: 270", "speed: 5",
+                                 "trip_id: \"7-1\"", "id: \"lakeside/4712\"", "label: \"4712\""})
+            QVERIFY2(read.contains(line), read + line);
+        QCOMPARE(read.count("entity {"), 1);
+    }
+
+    void placesOfAllVehiclesArePublished()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        Office office(database);
+        constexpr int vehicles = FleetOverview::mostVehicles + 1;
+        QVERIFY(
+            office.change(QStringLiteral("INSERT INTO vehicle (operator, name) SELECT 'lakeside',"
+                                         " number FROM generate_series(1, %1) AS number")
+                              .arg(vehicles)));
+        QVERIFY(office.change("INSERT INTO vehicle_state (vehicle, alive, position_at, latitude,"
+                              " longitude) SELECT id, true, now(), 54, -2 FROM vehicle"));
+        const Page page(database);
+        const auto read =
+            rivo::live::readMessage(Page::bodyOf(page.ask("GET", "/vehicle-positions.pb")));
+        QCOMPARE(read.message->vehicles.size(), vehicles);
+    }
+
+    void routesAreLinesOfTheMap()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        const auto lines = [](const Page& page) {
+            return QJsonDocument::fromJson(Page::bodyOf(page.ask("GET", "/routes.json")))
+                .object()["lines"]
+                .toArray();
+        };
+        QCOMPARE(lines(Page(database)).size(), 0);
+        QVERIFY(!lines(Page(database, EXAMPLE_FEEDS "/coast-line.json")).isEmpty());
+    }
+
+    void aFeedThatCannotBeReadIsReported()
+    {
+        QProcess program;
+        program.start(RIVO_OFFICE, {"web", "--listen", "127.0.0.1:0", "--feed", "/nowhere.json"});
+        QVERIFY(program.waitForFinished(patience));
+        QCOMPARE(program.exitCode(), 2);
+        QVERIFY(program.readAllStandardError().contains("/nowhere.json"));
+    }
+
+    void whatOnlyReadsCannotWrite()
+    {
+        const DatabaseSettings settings = m_server.newDatabase();
+        const Office office(settings);
+        Database database(settings);
+        QVERIFY(database.openToRead());
+        QVERIFY(database.run("SELECT COUNT(*) FROM vehicle") != nullptr);
+        QVERIFY(database.run("INSERT INTO vehicle (operator, name) VALUES ('a', 'b')") == nullptr);
+        QVERIFY2(database.problem().contains("read-only"), qPrintable(database.problem()));
     }
 
     void onlyWhatIsThereIsShown_data()
@@ -282,7 +357,7 @@ private slots:
     {
         const DatabaseSettings database = m_server.newDatabase();
         fill(database);
-        const Page page(database);
+        const Page page(database, EXAMPLE_FEEDS "/coast-line.json");
         QDir(PICTURES).mkpath(".");
         QProcess browser;
         browser.start(LOOK_AT_PAGE, {page.url(), PICTURES, "1280x800", "800x480"});
@@ -298,7 +373,9 @@ private slots:
                  QJsonArray({QJsonArray({hostile, "1", "2.95", "0.00", "0.00", "2.95", "EUR"}),
                              QJsonArray({"Single", "1", "5.00", "0.00", "0.00", "5.00", "EUR"})}));
         QCOMPARE(seen["drivers"].toArray().size(), 1);
-        QCOMPARE(seen["onMap"].toArray(), QJsonArray({"4712"}));
+        QCOMPARE(seen["onMap"].toArray(), QJsonArray({"4712", "4713"}));
+        QCOMPARE(seen["marks"].toArray(), QJsonArray({"vehicle", "vehicle away stale"}));
+        QVERIFY(seen["ways"].toInt() > 0);
         const QJsonArray vehicle = seen["vehicles"].toArray()[1].toArray();
         QCOMPARE(vehicle[0].toString(), "lakeside/4712");
         QCOMPARE(vehicle[3].toString(), "1");
@@ -327,7 +404,8 @@ private slots:
     }
 
 private:
-    /// Two vehicles of today: one that sold, and one that sent nonsense.
+    /// Three vehicles of today: one that sold, one that sent nonsense, and one that was last seen
+    /// too long ago for the public.
     static void fill(const DatabaseSettings& database)
     {
         Office office(database);
@@ -341,11 +419,15 @@ private:
         QVERIFY(states.note("rivo/lakeside/4712/alive", "1", office.now));
         QVERIFY(states.note(
             "rivo/lakeside/4712/position",
-            encode(rivo::office::PositionReport{office.now, 54.1, -2.9, 270.0, 5.0, "7-1"}),
+            encode(rivo::office::PositionReport{office.now, 54.5, 11.25, 270.0, 5.0, "7-1"}),
             office.now));
         QVERIFY(states.note("rivo/lakeside/4712/devices",
                             encode(QVector<rivo::office::DeviceReport>{{"Position", 2, "no fix"},
                                                                        {"Printer", 4, hostile}}),
+                            office.now));
+        QVERIFY(states.note("rivo/lakeside/4713/position",
+                            encode(rivo::office::PositionReport{office.now.addSecs(-660), 54.5193,
+                                                                11.2658, 90.0, 5.0, "7-2"}),
                             office.now));
         QVERIFY(states.store());
     }

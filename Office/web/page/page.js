@@ -3,10 +3,12 @@
 // Everything from the office is text: it becomes content of text nodes and attributes, never markup.
 
 const pause = 5000; // milliseconds between two questions
+const longestSilence = 300000; // milliseconds until a place is stale
 const kinds = ["product", "route", "vehicle", "driver"];
 const svgNames = "http://www.w3.org/2000/svg";
 let shown = kinds[0];
 let fleet = null;
+let ways = []; // of routes, lists of places
 
 const element = id => document.getElementById(id);
 
@@ -81,19 +83,32 @@ function projection(places) {
     const margin = 60;
     const middle = places.reduce((sum, place) => sum + place.latitude, 0) / places.length;
     const narrow = Math.max(0.01, Math.cos(middle * Math.PI / 180));
-    const xs = places.map(place => place.longitude * narrow);
-    const ys = places.map(place => -place.latitude);
-    const [left, right, top, bottom] = [Math.min(...xs), Math.max(...xs), Math.min(...ys), Math.max(...ys)];
+    const least = of => places.reduce((found, place) => Math.min(found, of(place)), Infinity);
+    const most = of => places.reduce((found, place) => Math.max(found, of(place)), -Infinity);
+    const x = place => place.longitude * narrow;
+    const y = place => -place.latitude;
+    const [left, right, top, bottom] = [least(x), most(x), least(y), most(y)];
     const scale = Math.min((width - 2 * margin) / Math.max(right - left, 0.002),
         (height - 2 * margin) / Math.max(bottom - top, 0.002));
     return place => ({
-        x: width / 2 + (place.longitude * narrow - (left + right) / 2) * scale,
-        y: height / 2 + (-place.latitude - (top + bottom) / 2) * scale});
+        x: width / 2 + (x(place) - (left + right) / 2) * scale,
+        y: height / 2 + (y(place) - (top + bottom) / 2) * scale});
+}
+
+function withinMap(point) {
+    const {width, height} = element("map").viewBox.baseVal;
+    const edge = 20;
+    const within = (value, most) => Math.min(Math.max(value, edge), most - edge);
+    return {x: within(point.x, width), y: within(point.y, height)};
+}
+
+function isStale(vehicle) {
+    return new Date(fleet.at) - new Date(vehicle.position.at) > longestSilence;
 }
 
 // An arrow to the direction of travel, a circle without one.
 function vehicleShape(vehicle, at) {
-    const name = vehicle.alive ? "vehicle" : "vehicle away";
+    const name = ["vehicle", vehicle.alive ? "" : "away", isStale(vehicle) ? "stale" : ""].join(" ");
     const group = shape("g", {transform: `translate(${at.x} ${at.y})`});
     group.append(vehicle.position.direction === null ? shape("circle", {class: name, r: 10})
         : shape("path", {class: name, d: "M0 -16 L11 12 L0 6 L-11 12 Z",
@@ -102,12 +117,21 @@ function vehicleShape(vehicle, at) {
     return group;
 }
 
+function wayShape(way, at) {
+    const points = way.map(at).map(point => `${point.x.toFixed(1)},${point.y.toFixed(1)}`);
+    return shape("polyline", {class: "way", points: points.join(" ")});
+}
+
 function showMap() {
     const placed = fleet.vehicles.filter(vehicle => vehicle.position);
-    element("map").toggleAttribute("hidden", placed.length === 0);
+    const isEmpty = placed.length === 0 && ways.length === 0;
+    element("map").toggleAttribute("hidden", isEmpty);
+    element("legend").hidden = placed.length === 0;
     element("nowhere").hidden = placed.length > 0;
-    const at = projection(placed.map(vehicle => vehicle.position));
-    element("map").replaceChildren(...placed.map(vehicle => vehicleShape(vehicle, at(vehicle.position))));
+    // A vehicle beyond the routes is at the edge: one wrong place does not make all others small.
+    const at = projection(ways.length > 0 ? ways.flat() : placed.map(vehicle => vehicle.position));
+    element("map").replaceChildren(...ways.map(way => wayShape(way, at)),
+        ...placed.map(vehicle => vehicleShape(vehicle, withinMap(at(vehicle.position)))));
 }
 
 function show() {
@@ -121,6 +145,15 @@ function show() {
 function report(text, isBad) {
     element("state").textContent = text;
     element("state").className = isBad ? "bad" : "";
+}
+
+async function askForWays() {
+    try {
+        const answer = await (await fetch("routes.json")).json();
+        ways = answer.lines.map(line => line.map(([latitude, longitude]) => ({latitude, longitude})));
+    } catch {
+        setTimeout(askForWays, pause);
+    }
 }
 
 async function ask() {
@@ -149,4 +182,4 @@ for (const kind of kinds) {
     });
     element("tabs").append(button);
 }
-ask();
+askForWays().then(ask);
