@@ -209,6 +209,34 @@ private slots:
         QCOMPARE(faults, QStringList());
     }
 
+    /// Zones are laid out in ascending order, each with the products of that moment.
+    void aProductAddedBetweenTwoZonesBelongsToTheLaterOne_data()
+    {
+        const Table<QString, bool> row("product", "isLaidOut");
+        row("one of a zone that is still to come", "3c>2", true);
+        row("one of a zone that is done", "3c>1", false);
+    }
+
+    void aProductAddedBetweenTwoZonesBelongsToTheLaterOne()
+    {
+        QFETCH(QString, product);
+        QString grid;
+        bool hasFired = false;
+        stdoutOf([&] {
+            const auto model = newModel("1a>1 2b>2", false);
+            Trigger trigger(
+                *model, [&product](Model& busy) { addProducts(busy, product); }, 1);
+            const auto context = follow(
+                {"numberOfRowsChanged", connectTo<&Model::numberOfRowsChanged>}, *model, trigger);
+            model->sortAndRegroup(layoutTypes, 2);
+            hasFired = trigger.hasFired();
+            grid = gridText(*model);
+        });
+        QVERIFY(hasFired);
+        QVERIFY2(grid.contains("1a") && grid.contains("2b"), qPrintable(grid));
+        QTEST(grid.contains("3c"), "isLaidOut");
+    }
+
     void modelMayBeCalledInTheMiddleOfClearing()
     {
         for (const Occasion& occasion : rowsRemoved) {

@@ -81,7 +81,7 @@ private slots:
         const Table<QByteArray> row("rows");
         row("no rows", "nonsense");
         row("a record of another number", recordRow(9, 3));
-        row("a kind that is not known", recordRow(1, 11));
+        row("a kind that is not known", recordRow(1, 12));
         row("no time", recordRow(1, 3, "yesterday"));
         row("a year that no calendar has", recordRow(1, 3, "99999-01-01T12:00:00.000Z"));
         row("a sale of another record", recordRow(1, 2) + "sale;i9;i1;i5;i0;i5;i0;\n");
