@@ -37,7 +37,7 @@ bool ChainReader::read()
 
 bool ChainReader::readPruning()
 {
-    // The version before has no such table, and is read before it is taken over.
+    // The first pruning makes the table.
     const auto tables =
         m_file.value(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE name = 'pruning'"));
     m_prunedStart.clear();

@@ -29,7 +29,7 @@ bool prepare(JournalFile& file, const Currency& currency, qint64 firstZNumber)
     const std::optional<int> version = isNew ? newestVersion() : validVersion(file, currency);
     if (!version || !file.setPragma("journal_mode", "wal"))
         return false;
-    return *version == newestVersion() ? file.inTransaction([] { return true; }) // may write
+    return *version >= newestVersion() ? file.inTransaction([] { return true; }) // may write
                                        : takeOver(file, *version);
 }
 

@@ -92,10 +92,10 @@ QStringList pruningTables()
 
 qint64 Journal::lastPruned()
 {
-    const auto last = m_file->fault()
-                          ? std::nullopt
-                          : m_file->value(QStringLiteral("SELECT %1").arg(lastPrunedRecord()));
-    return last ? last->toLongLong() : 0;
+    if (m_file->fault())
+        return 0;
+    const ChainReader& reader = m_file->chain().reader();
+    return reader.isPruned() ? reader.base() : 0;
 }
 
 /// The ends of shifts that are old, handed over and known to others, the oldest first.
@@ -157,7 +157,7 @@ bool Journal::removeUpTo(const PruningCut& cut, const QDateTime& at)
                       .arg(cut.ticket);
     return m_file->inTransaction([&] {
         const auto running = runningZNumber();
-        if (!running || !m_file->runAll(statements))
+        if (!running || !admitPruning(*m_file) || !m_file->runAll(statements))
             return false;
         const auto start = m_file->chain().reader().hashOfStart();
         const auto record = start ? addRecord(RecordKind::Pruning, *running, at) : std::nullopt;

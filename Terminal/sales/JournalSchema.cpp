@@ -14,13 +14,13 @@ namespace rivo::sales
 namespace
 {
 
-constexpr int schemaVersion = 7;
+constexpr int schemaVersion = 6; // of a new journal
 constexpr int oldestVersion = 2;
 constexpr int firstWithRecords = 3;
 constexpr int firstWithPayments = 4;
 constexpr int firstWithClock = 5;
 constexpr int firstWithSeals = 6;
-constexpr int firstWithPruning = 7;
+constexpr int firstWithPruning = 7; // made by the first pruning
 
 /// What an amount of the journal means: "EUR 2".
 QString moneyText(const Currency& currency)
@@ -274,8 +274,7 @@ QStringList chainTables()
 bool createTables(JournalFile& file)
 {
     return file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
-           file.runAll(tablesOfRecords() + paymentTables() + clockTables() + chainTables() +
-                       pruningTables());
+           file.runAll(tablesOfRecords() + paymentTables() + clockTables() + chainTables());
 }
 
 namespace
@@ -296,7 +295,7 @@ std::optional<int> validVersion(JournalFile& file, const Currency& currency)
     if (!version)
         return std::nullopt;
     const int number = version->toInt();
-    if (number > schemaVersion || number < oldestVersion) {
+    if (number > firstWithPruning || number < oldestVersion) {
         file.fail({JournalFault::Kind::OtherVersion, version->toString()});
         return std::nullopt;
     }
@@ -321,12 +320,23 @@ std::optional<int> validVersion(JournalFile& file, const Currency& currency)
 bool hasNewestSchema(JournalFile& file)
 {
     const auto version = file.value(QStringLiteral("PRAGMA user_version"));
-    if (version && version->toInt() != schemaVersion)
+    if (version && version->toInt() != schemaVersion && version->toInt() != firstWithPruning)
         return file.fail({JournalFault::Kind::OtherVersion, version->toString()});
-    return version && hasSchemaOf(file, schemaVersion);
+    return version && hasSchemaOf(file, version->toInt());
 }
 
-bool passesAll(JournalFile& file) { return passes(file, checksOf(schemaVersion)); }
+bool passesAll(JournalFile& file)
+{
+    const auto version = file.value(QStringLiteral("PRAGMA user_version"));
+    return version && passes(file, checksOf(version->toInt()));
+}
+
+bool admitPruning(JournalFile& file)
+{
+    return file.chain().reader().isPruned() ||
+           (file.runAll(pruningTables()) &&
+            file.run(QStringLiteral("PRAGMA user_version=%1").arg(firstWithPruning)));
+}
 
 std::optional<Currency> currencyOf(JournalFile& file)
 {
@@ -364,10 +374,8 @@ bool takeOver(JournalFile& file, int version)
                 : file.run(QStringLiteral("PRAGMA user_version=%1").arg(schemaVersion)) &&
                       (version >= firstWithPayments || file.runAll(paymentTables())) &&
                       (version >= firstWithClock || file.runAll(clockTables())) &&
-                      (version >= firstWithSeals || file.runAll(chainTables())) &&
-                      file.runAll(pruningTables());
-        return isMade && hasSchemaOf(file, schemaVersion) &&
-               (version >= firstWithSeals || file.chain().sealBase()) &&
+                      file.runAll(chainTables());
+        return isMade && hasSchemaOf(file, schemaVersion) && file.chain().sealBase() &&
                passes(file, checksOf(schemaVersion));
     });
 }

@@ -44,14 +44,19 @@ QStringList pruningTables(); ///< of what was pruned
 /// agree, and amounts in `currency`; a fault otherwise.
 std::optional<int> validVersion(JournalFile& file, const Currency& currency);
 
+/// That of a new journal. The first pruning makes the next one of it: a program of the version
+/// before, which an update may put back, goes on with a journal that was never pruned.
 int newestVersion();
 
-/// Whether `file` has the tables and indexes of the newest version and nothing else; a fault
-/// otherwise.
+/// Whether `file` has the tables and indexes of the newest version, or of a pruned journal, and
+/// nothing else; a fault otherwise.
 bool hasNewestSchema(JournalFile& file);
 
-/// Whether the figures of a journal of the newest version agree; a fault otherwise.
+/// Whether the figures of such a journal agree; a fault otherwise.
 bool passesAll(JournalFile& file);
+
+/// Makes the journal one that may be pruned, in the transaction that runs.
+bool admitPruning(JournalFile& file);
 
 /// The money that it is kept in.
 std::optional<Currency> currencyOf(JournalFile& file);

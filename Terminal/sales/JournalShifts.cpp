@@ -1,5 +1,6 @@
 // The journal's shifts: floats, figures, closing and hand-over.
 
+#include "JournalChain_p.h"
 #include "JournalFigures_p.h"
 #include "JournalHead_p.h"
 #include "JournalRecords_p.h"
@@ -80,9 +81,11 @@ QVector<ShiftReport> Journal::recentShifts(int count)
 
 qint64 Journal::firstZNumber()
 {
-    const auto number = m_file->fault()
-                            ? std::nullopt
-                            : m_file->value(QStringLiteral("SELECT %1 + 1").arg(lastPrunedShift()));
+    if (m_file->fault())
+        return 0;
+    const auto number = m_file->value(m_file->chain().reader().isPruned()
+                                          ? QStringLiteral("SELECT %1 + 1").arg(lastPrunedShift())
+                                          : QStringLiteral("SELECT MIN(z_number) FROM shift"));
     return number ? number->toLongLong() : 0;
 }
 

@@ -82,18 +82,22 @@ def content(database, record):
     return made
 
 
+def is_pruned(database):
+    return database.execute("SELECT COUNT(*) FROM sqlite_master WHERE name = 'pruning'").fetchone()[0]
+
+
 def chain(database):
     """Numbers and hashes of all seals, from the content and the signatures."""
     base = database.execute("SELECT base FROM chain").fetchone()[0]
     start = hashlib.sha256(rows_bytes(database, "journal") + rows_bytes(database, "chain"))
-    pruned = database.execute("SELECT start FROM pruning ORDER BY record DESC LIMIT 1").fetchone()
-    if pruned is None:
+    if not is_pruned(database):
         for record in range(1, base + 1):
             start.update(content(database, record))
         made = [(base, start.digest())]
     else:
+        pruned = database.execute("SELECT start FROM pruning ORDER BY record DESC LIMIT 1").fetchone()
         if pruned[0] != start.digest():
-            raise KeyError("the start is not the one of the last pruning")
+            failures.append("the start is not the one of the last pruning")
         made = [(base, database.execute("SELECT hash FROM seal WHERE record = ?", (base,)
                                         ).fetchone()[0])]
     for record, signature in database.execute("SELECT record, signature FROM seal ORDER BY record"
@@ -106,8 +110,9 @@ def chain(database):
 def seal_again(database):
     """What a forger can do without the key."""
     start = hashlib.sha256(rows_bytes(database, "journal") + rows_bytes(database, "chain"))
-    database.execute("UPDATE pruning SET start = ? WHERE record = (SELECT MAX(record) FROM pruning)",
-                     (start.digest(),))
+    if is_pruned(database):
+        database.execute("UPDATE pruning SET start = ? WHERE record = (SELECT MAX(record) FROM pruning)",
+                         (start.digest(),))
     for record, digest in chain(database):
         database.execute("UPDATE seal SET hash = ? WHERE record = ?", (digest, record))
 

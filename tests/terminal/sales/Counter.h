@@ -77,10 +77,9 @@ inline QStringList journalContent()
 {
     QStringList content;
     for (const char* table :
-         {"shift",     "record",        "opening",         "sale",           "ticket",
-          "printout",  "reversal",      "reversed_ticket", "closing",        "hand_over",
-          "unprinted", "basket",        "payment",         "payment_ticket", "outcome",
-          "card_sale", "card_reversal", "card_day",        "clock",          "pruning"})
+         {"shift", "record", "opening", "sale", "ticket", "printout", "reversal", "reversed_ticket",
+          "closing", "hand_over", "unprinted", "basket", "payment", "payment_ticket", "outcome",
+          "card_sale", "card_reversal", "card_day", "clock"})
         content.append(
             rowsOf(onlyConnection(), QStringLiteral("SELECT '%1', * FROM %1").arg(table)));
     return content;

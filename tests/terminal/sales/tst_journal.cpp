@@ -101,7 +101,7 @@ private slots:
         OpenJournal(file()).clearBasket();
         const QByteArray header = contentOf(file()).left(72);
         QCOMPARE(header.mid(68, 4), QByteArray("RivJ"));
-        QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\7", 4));
+        QCOMPARE(header.mid(60, 4), QByteArray("\0\0\0\6", 4));
     }
 
     /// The terminal stays locked out by its twin even if nothing was ever sold.

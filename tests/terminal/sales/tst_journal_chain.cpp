@@ -169,14 +169,11 @@ private slots:
             "journal is empty", [](const QString& file) { write(file, {}); }, "replaced");
         add("journal is another's", foreign({}), "replaced");
         add("journal without seals",
-            edit({"DROP TABLE pruning", "DROP TABLE seal", "DROP TABLE chain",
-                  "PRAGMA user_version=5"}),
-            "replaced");
+            edit({"DROP TABLE seal", "DROP TABLE chain", "PRAGMA user_version=5"}), "replaced");
         add(
             "journal without seals, head removed",
             [](const QString& file) {
-                executeIn(file, {"DROP TABLE pruning", "DROP TABLE seal", "DROP TABLE chain",
-                                 "PRAGMA user_version=5"});
+                executeIn(file, {"DROP TABLE seal", "DROP TABLE chain", "PRAGMA user_version=5"});
                 QFile::remove(file + ".head");
             },
             "replaced");

@@ -192,7 +192,7 @@ private slots:
         add("older version", database({ours, "PRAGMA user_version=1", "CREATE TABLE journal (a)"}),
             "other version");
         add("our identifier, other tables",
-            database({ours, "PRAGMA user_version=7", "CREATE TABLE journal (a)"}), "damaged");
+            database({ours, "PRAGMA user_version=6", "CREATE TABLE journal (a)"}), "damaged");
         for (const char* before : {"PRAGMA user_version=5", "PRAGMA user_version=4",
                                    "PRAGMA user_version=3", "PRAGMA user_version=2"})
             add(qPrintable(QStringLiteral("our identifier, other tables: %1").arg(before)),

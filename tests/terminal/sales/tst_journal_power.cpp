@@ -166,6 +166,10 @@ private slots:
             }
             return true;
         })) << false;
+        QTest::newRow("after a shift was pruned") << Work(after([](Journal& journal) {
+            return journal.handOver(17, noon) &&
+                   journal.prune(1000, noon.addDays(1), noon.addDays(1)) > 0 && sell(journal, {5});
+        })) << false;
         QTest::newRow("with a basket of several pages: all is checked")
             << Work(after([](Journal& journal) { return fillBasket(journal, 100); })) << true;
     }

@@ -49,22 +49,18 @@ const char* const allRecords = "SELECT id, kind, shift, substr(at, 12, 8), drive
                                " ORDER BY id";
 
 /// What makes a journal of version 5 of one with seals.
-const QStringList asVersion5{"DROP TABLE pruning", "DROP TABLE seal", "DROP TABLE chain",
-                             "PRAGMA user_version=5"};
-
-/// What makes a journal of version 6 of one that was never pruned; its seals stay.
-const QStringList asVersion6{"DROP TABLE pruning", "PRAGMA user_version=6"};
+const QStringList asVersion5{"DROP TABLE seal", "DROP TABLE chain", "PRAGMA user_version=5"};
 
 /// What makes a journal of version 3 of one without payments by card.
-const QStringList asVersion3{
-    "DROP TABLE seal",           "DROP TABLE chain",     "DROP TABLE card_day",
-    "DROP TABLE card_reversal",  "DROP TABLE card_sale", "DROP TABLE outcome",
-    "DROP TABLE payment_ticket", "DROP TABLE payment",   "DROP TABLE clock",
-    "DROP TABLE pruning",        "PRAGMA user_version=3"};
+const QStringList asVersion3{"DROP TABLE seal",           "DROP TABLE chain",
+                             "DROP TABLE card_day",       "DROP TABLE card_reversal",
+                             "DROP TABLE card_sale",      "DROP TABLE outcome",
+                             "DROP TABLE payment_ticket", "DROP TABLE payment",
+                             "DROP TABLE clock",          "PRAGMA user_version=3"};
 
 /// What makes a journal of version 4 of one without remarks about the clock.
-const QStringList asVersion4{"DROP TABLE pruning", "DROP TABLE seal", "DROP TABLE chain",
-                             "DROP TABLE clock", "PRAGMA user_version=4"};
+const QStringList asVersion4{"DROP TABLE seal", "DROP TABLE chain", "DROP TABLE clock",
+                             "PRAGMA user_version=4"};
 
 /// Makes a journal of an earlier version of one that is closed.
 void makeOlder(const QString& file, const QStringList& statements)
@@ -109,7 +105,7 @@ private slots:
             QVERIFY(unprinted.at(1).isDaily);
             QCOMPARE(unprinted.at(1).validity, "");
         }
-        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\7", 4));
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\6", 4));
         QVERIFY(!QFile::exists(file() + "-wal"));
     }
 
@@ -175,7 +171,7 @@ private slots:
             QVERIFY(!journal.chargeOf(2));
             QCOMPARE(journal.shiftOfOpenCardDay(), 0);
         }
-        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\7", 4));
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\6", 4));
         OpenJournal journal(file());
         QVERIFY(journal.beginCharge(5, noon));
     }
@@ -202,32 +198,9 @@ private slots:
             QCOMPARE(rowsOf(onlyConnection(), allTables), tables);
             QCOMPARE(journalContent(), content);
         }
-        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\7", 4));
+        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\6", 4));
         OpenJournal journal(file());
         QVERIFY(journal.recordClock(ClockRemark::Step, -5000, noon));
-    }
-
-    /// The seals are those that it had.
-    void version6GetsTheTableOfPruning()
-    {
-        QStringList seals;
-        {
-            OpenJournal journal(file());
-            QVERIFY(sell(journal, {190, 95}));
-            QVERIFY(journal.closeShift(noon));
-            seals = rowsOf(onlyConnection(), "SELECT * FROM seal");
-        }
-        executeIn(file(), asVersion6);
-        for (int attempt = 0; attempt < 2; ++attempt) {
-            OpenJournal journal(file());
-            QCOMPARE(kindOf(journal.fault()), "none");
-            QCOMPARE(rowsOf(onlyConnection(), "SELECT * FROM seal"), seals);
-        }
-        QCOMPARE(contentOf(file()).mid(60, 4), QByteArray("\0\0\0\7", 4));
-        executeIn(file(), asVersion6 + QStringList("UPDATE record SET driver = 5 WHERE id = 1"));
-        OpenJournal journal(file());
-        QCOMPARE(kindOf(journal.fault()), "damaged");
-        QCOMPARE(journal.fault()->detail, "record 1: it is not what was sealed");
     }
 
     /// Signed from here on: what came before is covered by the first seal as a whole.
