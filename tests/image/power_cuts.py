@@ -197,13 +197,14 @@ class Trial:
 
     def put_back(self):
         """Takes an update over, cuts its three starts short, and expects the version before to come back."""
-        before = self.versions[-1]
         for medium in self.media:  # one of them has another version
             board = self.start(medium)
             is_written = self.wait_for_start(board) and self.wait_until_written(board)
             board.cut_power()
+            self.note_slots(board)
             if is_written:
                 break
+        before = self.versions[-1]
         tried = []
         for _ in range(4):
             board = self.start()
