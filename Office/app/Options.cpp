@@ -54,7 +54,7 @@ void describe(QCommandLineParser& parser)
          option("by", "report: driver, route, vehicle or product.", "what", "vehicle"),
          option("format", "report: text, csv or json.", "format", "text"),
          option("listen", "web: address and port.", "address", "127.0.0.1:8080"),
-         option("feed", "web: the feed whose routes are on the map.", "file"),
+         option("feed", "web: rivo-feed JSON or GTFS, whose routes are on the map.", "feed"),
          option("output", "positions: the file, which is replaced as a whole.", "file"),
          option("every", "positions: write again after so many seconds, until stopped.", "seconds"),
          option("kind", "publish: feed, drivers, limits or paid.", "what", "feed"),

@@ -2,9 +2,9 @@
 #include "Server.h"
 
 #include <FeedLoader.h>
-#include <FleetOverview.h>
 #include <FleetPage.h>
 #include <ProgramStart.h>
+#include <RouteLines.h>
 #include <StandardOutput.h>
 #include <VehiclePositions.h>
 
@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <clocale>
 #include <csignal>
+#include <optional>
 
 namespace
 {
@@ -70,18 +71,32 @@ int gaps(const Options& options)
     return print(textOf(*faults), faults->isEmpty() ? Done : Found);
 }
 
+/// Nothing, with the problems on standard error, if the feed cannot be read.
+std::optional<RouteLines> linesOf(const QString& feed)
+{
+    if (feed.isEmpty())
+        return RouteLines();
+    const rivo::feed::FeedResult read = rivo::feed::loadFeed(feed);
+    complain(read.problemLines());
+    if (!read.feed)
+        return std::nullopt;
+    const RouteLines lines = routeLines(read.feed->network);
+    if (lines.count == 0)
+        reportFailure(QStringLiteral("%1: no route of it has a line").arg(feed));
+    if (lines.leftOut > 0)
+        reportFailure(QStringLiteral("%1: %2 lines of routes are left out: there are too many")
+                          .arg(feed)
+                          .arg(lines.leftOut));
+    return lines;
+}
+
 int showPage(const Options& options)
 {
-    rivo::feed::Network network;
-    if (!options.feed.isEmpty()) {
-        const auto loaded = rivo::feed::loadFeed(options.feed);
-        complain(loaded.problemLines());
-        if (!loaded.feed)
-            return Failed;
-        network = loaded.feed->network;
-    }
+    const auto lines = linesOf(options.feed);
+    if (!lines)
+        return Failed;
     onEnd([](int) { HttpServer::stop(); });
-    FleetPage page(options.database, network);
+    FleetPage page(options.database, lines->json);
     HttpServer server([&page](const QByteArray& path) { return page.answer(path); });
     const QString problem = server.listen(options.listen);
     if (!problem.isEmpty())
@@ -91,19 +106,18 @@ int showPage(const Options& options)
     return Done;
 }
 
-bool writePositions(Database& database, const QString& name)
+bool writePositions(PublicPositions& positions, Database& database, const QString& name)
 {
     QSaveFile file(name);
-    const QDateTime now = QDateTime::currentDateTime();
-    const auto placed = database.isAlive() || database.openToRead()
-                            ? placedVehicles(database, now.addSecs(-longestSilence))
-                            : std::nullopt;
-    if (!placed) {
+    const auto message = database.isAlive() || database.openToRead(FleetPage::mostSeconds)
+                             ? positions.message(database, QDateTime::currentDateTime())
+                             : std::nullopt;
+    if (!message) {
         reportFailure(database.problem());
         return false;
     }
-    const bool isWritten = file.open(QIODevice::WriteOnly) &&
-                           file.write(vehiclePositions(*placed, now)) >= 0 && file.commit();
+    const bool isWritten =
+        file.open(QIODevice::WriteOnly) && file.write(*message) >= 0 && file.commit();
     if (!isWritten)
         reportFailure(QStringLiteral("%1: %2").arg(name, file.errorString()));
     return isWritten;
@@ -115,11 +129,12 @@ volatile std::sig_atomic_t isEnding = 0;
 int keepPositions(const Options& options)
 {
     Database database(options.database);
+    PublicPositions positions;
     if (options.every == 0)
-        return writePositions(database, options.output) ? Done : Failed;
+        return writePositions(positions, database, options.output) ? Done : Failed;
     onEnd([](int) { isEnding = 1; });
     while (isEnding == 0) {
-        writePositions(database, options.output);
+        writePositions(positions, database, options.output);
         for (int second = 0; second < options.every && isEnding == 0; ++second)
             QThread::sleep(1);
     }

@@ -1,5 +1,7 @@
 #include "FleetOverview.h"
 
+#include "PositionColumns_p.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -10,24 +12,13 @@ namespace rivo::backoffice
 namespace
 {
 
-/// Milliseconds since 1970, or null.
-QDateTime timeOf(const QVariant& value)
+/// From the sixth column on.
+std::optional<office::PositionReport> positionOf(const QSqlQuery& found)
 {
-    return value.isNull() ? QDateTime()
-                          : QDateTime::fromMSecsSinceEpoch(value.toLongLong(), Qt::UTC);
-}
-
-double numberOf(const QVariant& value) { return value.isNull() ? qQNaN() : value.toDouble(); }
-
-/// From the column `first` on.
-std::optional<office::PositionReport> positionOf(const QSqlQuery& found, int first)
-{
+    constexpr int first = 6;
     if (found.value(first).isNull())
         return std::nullopt;
-    return office::PositionReport{
-        timeOf(found.value(first)),       numberOf(found.value(first + 1)),
-        numberOf(found.value(first + 2)), numberOf(found.value(first + 3)),
-        numberOf(found.value(first + 4)), found.value(first + 5).toString()};
+    return positionIn(found, first);
 }
 
 QVector<office::DeviceReport> devicesOf(const QVariant& value)
@@ -42,11 +33,6 @@ QVector<office::DeviceReport> devicesOf(const QVariant& value)
     }
     return devices;
 }
-
-/// Of table vehicle_state as `state`, for positionOf().
-constexpr char positionColumns[] =
-    "CAST(extract(epoch FROM state.position_at) * 1000 AS bigint), state.latitude,"
-    " state.longitude, state.direction, state.speed, COALESCE(state.trip, '')";
 
 bool addVehicles(Database& database, FleetOverview& overview)
 {
@@ -71,7 +57,7 @@ bool addVehicles(Database& database, FleetOverview& overview)
     while (found->next()) {
         overview.vehicles.append({found->value(0).toString(), found->value(1).toLongLong(),
                                   timeOf(found->value(2)), found->value(3).toLongLong(),
-                                  found->value(5).toBool(), positionOf(*found, 6),
+                                  found->value(5).toBool(), positionOf(*found),
                                   devicesOf(found->value(12))});
         overview.vehicleCount = found->value(4).toLongLong();
     }
@@ -111,27 +97,6 @@ std::optional<FleetOverview> fleetOverview(Database& database)
     if (!addVehicles(database, overview) || !addFaults(database, overview))
         return std::nullopt;
     return overview;
-}
-
-std::optional<QVector<VehicleOverview>> placedVehicles(Database& database, const QDateTime& since)
-{
-    QSqlQuery* found = database.run(
-        QStringLiteral("SELECT vehicle.operator || '/' || vehicle.name, %1 FROM vehicle"
-                       " JOIN vehicle_state AS state ON state.vehicle = vehicle.id"
-                       " WHERE state.position_at >= CAST(? AS timestamptz)"
-                       " ORDER BY vehicle.operator, vehicle.name")
-            .arg(QLatin1String(positionColumns)),
-        {since.toUTC().toString(Qt::ISODateWithMs)});
-    if (found == nullptr)
-        return std::nullopt;
-    QVector<VehicleOverview> vehicles;
-    while (found->next()) {
-        VehicleOverview vehicle;
-        vehicle.name = found->value(0).toString();
-        vehicle.position = positionOf(*found, 1);
-        vehicles.append(vehicle);
-    }
-    return vehicles;
 }
 
 } // namespace rivo::backoffice

@@ -38,8 +38,4 @@ struct FleetOverview
 /// Nothing if the database fails.
 std::optional<FleetOverview> fleetOverview(Database& database);
 
-/// All vehicles that reported a place since then, with name and position alone. There are no more
-/// than the broker knows, whatever they send. Nothing if the database fails.
-std::optional<QVector<VehicleOverview>> placedVehicles(Database& database, const QDateTime& since);
-
 } // namespace rivo::backoffice

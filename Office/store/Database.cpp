@@ -53,10 +53,14 @@ bool Database::open()
                    QStringLiteral("SET client_min_messages TO warning")});
 }
 
-bool Database::openToRead()
+bool Database::openToRead(int mostSeconds)
 {
-    return open() &&
-           runAll({QStringLiteral("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY")});
+    const bool isSet =
+        open() && runAll({QStringLiteral("SET SESSION CHARACTERISTICS AS TRANSACTION READ ONLY"),
+                          QStringLiteral("SET statement_timeout = '%1s'").arg(mostSeconds)});
+    if (!isSet)
+        close();
+    return isSet;
 }
 
 void Database::close()
@@ -65,7 +69,10 @@ void Database::close()
     m_connection.close();
 }
 
-bool Database::isAlive() { return run(QStringLiteral("SELECT 1")) != nullptr; }
+bool Database::isAlive()
+{
+    return m_connection.isOpen() && run(QStringLiteral("SELECT 1")) != nullptr;
+}
 
 bool Database::begin()
 {

@@ -37,8 +37,9 @@ public:
 
     /// Connects; false with a problem(). An open one is closed before.
     bool open();
-    /// Likewise, for a session that cannot write.
-    bool openToRead();
+    /// Likewise, for a session that cannot write, and whose statements end after so many seconds;
+    /// 0 = as long as they take.
+    bool openToRead(int mostSeconds = 0);
     void close();
 
     /// Whether the server still answers.

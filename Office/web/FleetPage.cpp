@@ -1,10 +1,7 @@
 #include "FleetPage.h"
 
-#include "RouteLines.h"
-
 #include <FleetOverview.h>
 #include <ReportText.h>
-#include <VehiclePositions.h>
 
 #include <QDateTime>
 #include <QFile>
@@ -142,16 +139,10 @@ std::optional<QByteArray> fleetOf(Database& database, const QDateTime& now)
         .toJson(QJsonDocument::Compact);
 }
 
-std::optional<QByteArray> positionsOf(Database& database, const QDateTime& now)
-{
-    const auto placed = placedVehicles(database, now.addSecs(-longestSilence));
-    return placed ? std::make_optional(vehiclePositions(*placed, now)) : std::nullopt;
-}
-
 } // namespace
 
-FleetPage::FleetPage(const DatabaseSettings& database, const feed::Network& network)
-    : m_database(database), m_routes(routeLines(network))
+FleetPage::FleetPage(const DatabaseSettings& database, const QByteArray& routes)
+    : m_routes(routes), m_database(database)
 {
     registerFiles();
 }
@@ -161,7 +152,10 @@ HttpAnswer FleetPage::answer(const QByteArray& path)
     if (path == "/fleet.json")
         return answered(m_fleet, "application/json", fleetOf);
     if (path == "/vehicle-positions.pb")
-        return answered(m_positions, "application/x-protobuf", positionsOf);
+        return answered(m_positions, "application/x-protobuf",
+                        [this](Database& database, const QDateTime& now) {
+                            return m_publicPositions.message(database, now);
+                        });
     if (path == "/routes.json")
         return {200, "application/json", m_routes};
     const auto file = files().find(path);
@@ -169,22 +163,18 @@ HttpAnswer FleetPage::answer(const QByteArray& path)
                                  : HttpAnswer{404, "text/plain", "There is no such page\n"};
 }
 
-HttpAnswer FleetPage::answered(Kept& kept, const QByteArray& type, Maker make)
+HttpAnswer FleetPage::answered(Kept& kept, const QByteArray& type, const Maker& make)
 {
     if (!kept.content || kept.since.hasExpired(pause)) {
-        kept.content = connect() ? make(m_database, QDateTime::currentDateTime()) : std::nullopt;
+        kept.content = m_isConnected || m_database.openToRead(mostSeconds)
+                           ? make(m_database, QDateTime::currentDateTime())
+                           : std::nullopt;
         m_isConnected = kept.content.has_value();
         kept.since.start();
     }
     if (!kept.content)
         return {503, "application/json", R"({"problem":"the database cannot be reached"})"};
     return {200, type, *kept.content};
-}
-
-bool FleetPage::connect()
-{
-    return m_isConnected || (m_database.openToRead() &&
-                             m_database.runAll({QStringLiteral("SET statement_timeout = 10000")}));
 }
 
 } // namespace rivo::backoffice

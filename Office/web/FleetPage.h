@@ -3,11 +3,12 @@
 #include "HttpServer.h"
 
 #include <Database.h>
-#include <Feed.h>
+#include <VehiclePositions.h>
 
 #include <QDateTime>
 #include <QElapsedTimer>
 
+#include <functional>
 #include <optional>
 
 namespace rivo::backoffice
@@ -18,13 +19,14 @@ namespace rivo::backoffice
 class FleetPage
 {
 public:
-    static constexpr int pause = 2000; ///< milliseconds until the database is asked again
+    static constexpr int pause = 2000;     ///< milliseconds until the database is asked again
+    static constexpr int mostSeconds = 10; ///< that a statement may take
 
-    /// `network`: whose routes the map has.
-    explicit FleetPage(const DatabaseSettings& database, const feed::Network& network = {});
+    /// `routes`: the JSON of routeLines().
+    FleetPage(const DatabaseSettings& database, const QByteArray& routes);
 
-    /// "/", the files of the page, "/routes.json", and "/fleet.json" and "/vehicle-positions.pb",
-    /// which is for public apps; 503 for these two while the database is away.
+    /// "/", the files of the page, "/routes.json", "/fleet.json", and "/vehicle-positions.pb" for
+    /// public apps; 503 for the last two while the database is away.
     HttpAnswer answer(const QByteArray& path);
 
 private:
@@ -34,16 +36,17 @@ private:
         std::optional<QByteArray> content;
         QElapsedTimer since;
     };
-    using Maker = std::optional<QByteArray> (*)(Database& database, const QDateTime& now);
+    using Maker =
+        std::function<std::optional<QByteArray>(Database& database, const QDateTime& now)>;
 
-    HttpAnswer answered(Kept& kept, const QByteArray& type, Maker make);
-    bool connect();
+    HttpAnswer answered(Kept& kept, const QByteArray& type, const Maker& make);
 
-    Database m_database;
     const QByteArray m_routes;
+    Database m_database;
     bool m_isConnected = false;
     Kept m_fleet;
     Kept m_positions;
+    PublicPositions m_publicPositions;
 };
 
 } // namespace rivo::backoffice

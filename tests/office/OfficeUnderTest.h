@@ -91,6 +91,19 @@ struct Office
         return database.open() && database.runAll({statement});
     }
 
+    /// 100001, 100002 and so on, each with a place; false if that fails.
+    bool addVehicles(int count, const QDateTime& at) const
+    {
+        return change(QStringLiteral("INSERT INTO vehicle (operator, name) SELECT 'lakeside',"
+                                     " CAST(100000 + number AS text)"
+                                     " FROM generate_series(1, %1) AS number")
+                          .arg(count)) &&
+               change(QStringLiteral("INSERT INTO vehicle_state"
+                                     " (vehicle, alive, position_at, latitude, longitude)"
+                                     " SELECT id, true, to_timestamp(%1), 54.1, -2.9 FROM vehicle")
+                          .arg(at.toSecsSinceEpoch()));
+    }
+
     QString value(const QString& statement) const { return valueIn(settings, statement); }
 
     rivo::backoffice::DatabaseSettings settings;

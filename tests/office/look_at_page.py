@@ -24,12 +24,22 @@ PATIENCE = 60  # seconds
 # Texts of rows, as people see them; and what no text of the office may bring into the page.
 SEEN = """
 const texts = id => [...document.getElementById(id).rows].map(row => [...row.cells].map(cell => cell.innerText));
+const isShown = element => element.getClientRects().length > 0;
+const look = mark => {
+    const style = getComputedStyle(mark);
+    return [mark.getAttribute("class"), style.fill, style.stroke].join(" ");
+};
 return {
     day: document.getElementById("day").innerText, state: document.getElementById("state").className,
     vehicles: texts("vehicles"), lines: texts("lines"), faults: texts("faults"),
-    marks: [...document.querySelectorAll("#map .vehicle")].map(mark => mark.getAttribute("class").trim().replace(/ +/g, " ")),
-    ways: document.querySelectorAll("#map .way").length,
     onMap: [...document.querySelectorAll("#map text")].map(text => text.textContent),
+    marks: [...document.querySelectorAll("#map .vehicle")].map(look),
+    ways: [...document.querySelectorAll("#map .way")].map(way =>
+        [way.textContent, way.points.numberOfItems, getComputedStyle(way).fill]),
+    waysBelow: [...document.querySelectorAll("#map .way ~ g")].length,
+    shown: ["map", "legend", "nowhere"].filter(id => isShown(document.getElementById(id))),
+    legend: [...document.querySelectorAll("#legend li")].filter(isShown).map(line =>
+        [line.innerText.trim(), look(line.querySelector(".vehicle, .way"))]),
     strange: document.querySelectorAll("main img, main b, main script, main iframe").length,
     wide: document.documentElement.scrollWidth > window.innerWidth};
 """

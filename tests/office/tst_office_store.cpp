@@ -66,6 +66,29 @@ private slots:
         QVERIFY2(store.problem().contains("nowhere"), qPrintable(store.problem()));
     }
 
+    void aSessionThatReadsCannotWrite()
+    {
+        const DatabaseSettings settings = m_server.newDatabase();
+        QVERIFY(OfficeStore(settings).open());
+        Database database(settings);
+        for (const int mostSeconds : {0, 10, 0}) {
+            QVERIFY2(database.openToRead(mostSeconds), qPrintable(database.problem()));
+            for (const char* statement :
+                 {"INSERT INTO vehicle (operator, name) VALUES ('lakeside', '4711')",
+                  "DELETE FROM schema_version", "CREATE TABLE kept ()"}) {
+                QVERIFY(!database.runAll({statement}));
+                QVERIFY2(database.problem().contains("read-only"), qPrintable(database.problem()));
+            }
+            QSqlQuery* limit = database.run("SELECT current_setting('statement_timeout')");
+            QVERIFY(limit != nullptr && limit->next());
+            QCOMPARE(limit->value(0).toString(), mostSeconds > 0 ? "10s" : "0");
+        }
+        QCOMPARE(valueIn(settings, "SELECT count(*) FROM vehicle"), "0");
+        QCOMPARE(valueIn(settings, "SELECT max(version) FROM schema_version"), "3");
+        QVERIFY(database.open() &&
+                database.run("INSERT INTO vehicle (operator, name) VALUES ('lakeside', '4711')"));
+    }
+
     void aTransactionThatFailsHasNoEffect()
     {
         const DatabaseSettings settings = m_server.newDatabase();

@@ -1,7 +1,7 @@
+#include "OfficePage.h"
 #include "OfficeUnderTest.h"
 #include "Table.h"
 
-#include <FleetOverview.h>
 #include <LiveMessage.h>
 #include <VehicleStates.h>
 
@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QSet>
 #include <QStandardPaths>
 #include <QTcpSocket>
 #include <QTest>
@@ -22,79 +23,24 @@ using namespace rivo::sales;
 namespace
 {
 
-constexpr int patience = 60000;
+constexpr int patience = Page::patience;
 
-/// The program, which shows the page until it is destroyed.
-class Page
+QStringList textsOf(const QJsonArray& array)
 {
-public:
-    explicit Page(const DatabaseSettings& database, const QString& feed = {})
-    {
-        QStringList arguments{"web",         "--listen",        "127.0.0.1:0",
-                              "--database",  database.name,     "--database-host",
-                              database.host, "--database-user", database.user};
-        if (!feed.isEmpty())
-            arguments << "--feed" << feed;
-        m_process.setReadChannel(QProcess::StandardError);
-        m_process.start(RIVO_OFFICE, arguments);
-        QByteArray said;
-        while (!said.contains('\n') && m_process.waitForReadyRead(patience) &&
-               m_process.state() == QProcess::Running)
-            said += m_process.readAll();
-        m_port = said.trimmed().split(' ').last().toUShort();
-    }
+    QStringList texts;
+    for (const auto& each : array)
+        texts.append(each.toString());
+    return texts;
+}
 
-    ~Page()
-    {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-
-    int port() const { return m_port; }
-    QString url() const { return QStringLiteral("http://127.0.0.1:%1/").arg(m_port); }
-
-    std::unique_ptr<QTcpSocket> connection() const
-    {
-        auto socket = std::make_unique<QTcpSocket>();
-        socket->connectToHost(QHostAddress::LocalHost, quint16(m_port));
-        socket->waitForConnected(patience);
-        return socket;
-    }
-
-    /// All bytes of the answer to a request, until the connection ends.
-    QByteArray send(const QByteArray& request) const
-    {
-        const auto socket = connection();
-        socket->write(request);
-        QByteArray answer;
-        while (socket->state() == QAbstractSocket::ConnectedState &&
-               socket->waitForReadyRead(patience))
-            answer += socket->readAll();
-        return answer + socket->readAll();
-    }
-
-    QByteArray ask(const QByteArray& method, const QByteArray& path) const
-    {
-        return send(method + ' ' + path + " HTTP/1.1\r\nHost: office\r\nConnection: close\r\n\r\n");
-    }
-
-    static QByteArray bodyOf(const QByteArray& answer)
-    {
-        return answer.mid(answer.indexOf("\r\n\r\n") + 4);
-    }
-
-    int stop()
-    {
-        m_process.terminate();
-        return m_process.waitForFinished() && m_process.exitStatus() == QProcess::NormalExit
-                   ? m_process.exitCode()
-                   : -1;
-    }
-
-private:
-    QProcess m_process;
-    quint16 m_port = 0;
-};
+/// Of looks, such as "vehicle away rgb(1, 2, 3) rgb(4, 5, 6)".
+QStringList classesOf(const QStringList& looks)
+{
+    QStringList classes;
+    for (const QString& look : looks)
+        classes.append(look.section(" rgb", 0, 0));
+    return classes;
+}
 
 const QString hostile = QStringLiteral("<img src=x onerror=alert(1)><b>Single</b>");
 
@@ -122,7 +68,7 @@ private slots:
         QVERIFY2(answer.startsWith("HTTP/1.1 200 "), answer);
         const QJsonObject fleet = QJsonDocument::fromJson(Page::bodyOf(answer)).object();
         QCOMPARE(fleet["day"].toString(), QDate::currentDate().toString(Qt::ISODate));
-        QCOMPARE(fleet["vehicleCount"].toInt(), 3);
+        QCOMPARE(fleet["vehicleCount"].toInt(), 2);
         const QJsonArray vehicles = fleet["vehicles"].toArray();
         QCOMPARE(vehicles[0].toObject()["name"].toString(), "lakeside/4711");
         QCOMPARE(vehicles[0].toObject()["records"].toInt(), 2);
@@ -134,8 +80,8 @@ private slots:
         QVERIFY(vehicles[0].toObject()["position"].isNull());
         const QJsonObject place = vehicles[1].toObject()["position"].toObject();
         QVERIFY(vehicles[1].toObject()["alive"].toBool());
-        QCOMPARE(place["latitude"].toDouble(), 54.5);
-        QCOMPARE(place["longitude"].toDouble(), 11.25);
+        QCOMPARE(place["latitude"].toDouble(), 54.1);
+        QCOMPARE(place["longitude"].toDouble(), -2.9);
         QCOMPARE(place["direction"].toDouble(), 270.0);
         QCOMPARE(place["trip"].toString(), "7-1");
         const QJsonObject sums = fleet["sums"].toObject();
@@ -165,114 +111,12 @@ private slots:
         QCOMPARE(read.message->vehicles.first().id, "lakeside/4712");
     }
 
-    void placesAreWrittenIntoAFile()
-    {
-        const DatabaseSettings database = m_server.newDatabase();
-        fill(database);
-        const QTemporaryDir folder;
-        const QString file = folder.filePath("positions.pb");
-        const QStringList where{"--database",  database.name,     "--database-host",
-                                database.host, "--database-user", database.user};
-        QCOMPARE(QProcess::execute(RIVO_OFFICE, QStringList{"positions", "--output", file} + where),
-                 0);
-        const auto content = [&file] {
-            QFile read(file);
-            return read.open(QIODevice::ReadOnly) ? read.readAll() : QByteArray();
-        };
-        QCOMPARE(rivo::live::readMessage(content()).message->vehicles.size(), 1);
-        QCOMPARE(QProcess::execute(RIVO_OFFICE,
-                                   QStringList{"positions", "--output", "/nowhere/file"} + where),
-                 2);
-        QCOMPARE(QProcess::execute(RIVO_OFFICE, QStringList{"positions"} + where), 2);
-        QProcess again;
-        again.start(RIVO_OFFICE,
-                    QStringList{"positions", "--output", file, "--every", "1"} + where);
-        QVERIFY(again.waitForStarted(patience));
-        for (int time = 0; time < 2; ++time) {
-            QVERIFY(QFile::remove(file));
-            QTRY_COMPARE_WITH_TIMEOUT(content().isEmpty(), false, patience);
-        }
-        again.terminate();
-        QVERIFY(again.waitForFinished(patience));
-        QCOMPARE(again.exitCode(), 0);
-    }
-
-    /// As a program sees it that has the definition of messages alone.
-    void placesAreReadByOthers()
-    {
-        const DatabaseSettings database = m_server.newDatabase();
-        fill(database);
-        const Page page(database);
-        const QByteArray message = Page::bodyOf(page.ask("GET", "/vehicle-positions.pb"));
-        QProcess reader;
-        reader.start("protoc", {"--decode", "rivo.live.wire.FeedMessage", "--proto_path",
-                                LIVE_DEFINITION, "vehicle_positions.proto"});
-        reader.write(message);
-        reader.closeWriteChannel();
-        QVERIFY(reader.waitForFinished(patience));
-        QCOMPARE(reader.exitCode(), 0);
-        const QByteArray read = reader.readAllStandardOutput();
-        for (const char* line : {"gtfs_realtime_version: \"2.0\"", "incrementality: FULL_DATASET",
-                                 "latitude: 54.5", "longitude: 11.25", "bearing: 270", "speed: 5",
-                                 "trip_id: \"7-1\"", "id: \"lakeside/4712\"", "label: \"4712\""})
-            QVERIFY2(read.contains(line), read + line);
-        QCOMPARE(read.count("entity {"), 1);
-    }
-
-    void placesOfAllVehiclesArePublished()
-    {
-        const DatabaseSettings database = m_server.newDatabase();
-        Office office(database);
-        constexpr int vehicles = FleetOverview::mostVehicles + 1;
-        QVERIFY(
-            office.change(QStringLiteral("INSERT INTO vehicle (operator, name) SELECT 'lakeside',"
-                                         " number FROM generate_series(1, %1) AS number")
-                              .arg(vehicles)));
-        QVERIFY(office.change("INSERT INTO vehicle_state (vehicle, alive, position_at, latitude,"
-                              " longitude) SELECT id, true, now(), 54, -2 FROM vehicle"));
-        const Page page(database);
-        const auto read =
-            rivo::live::readMessage(Page::bodyOf(page.ask("GET", "/vehicle-positions.pb")));
-        QCOMPARE(read.message->vehicles.size(), vehicles);
-    }
-
-    void routesAreLinesOfTheMap()
-    {
-        const DatabaseSettings database = m_server.newDatabase();
-        const auto lines = [](const Page& page) {
-            return QJsonDocument::fromJson(Page::bodyOf(page.ask("GET", "/routes.json")))
-                .object()["lines"]
-                .toArray();
-        };
-        QCOMPARE(lines(Page(database)).size(), 0);
-        QVERIFY(!lines(Page(database, EXAMPLE_FEEDS "/coast-line.json")).isEmpty());
-    }
-
-    void aFeedThatCannotBeReadIsReported()
-    {
-        QProcess program;
-        program.start(RIVO_OFFICE, {"web", "--listen", "127.0.0.1:0", "--feed", "/nowhere.json"});
-        QVERIFY(program.waitForFinished(patience));
-        QCOMPARE(program.exitCode(), 2);
-        QVERIFY(program.readAllStandardError().contains("/nowhere.json"));
-    }
-
-    void whatOnlyReadsCannotWrite()
-    {
-        const DatabaseSettings settings = m_server.newDatabase();
-        const Office office(settings);
-        Database database(settings);
-        QVERIFY(database.openToRead());
-        QVERIFY(database.run("SELECT COUNT(*) FROM vehicle") != nullptr);
-        QVERIFY(database.run("INSERT INTO vehicle (operator, name) VALUES ('a', 'b')") == nullptr);
-        QVERIFY2(database.problem().contains("read-only"), qPrintable(database.problem()));
-    }
-
     void onlyWhatIsThereIsShown_data()
     {
         const Table<QByteArray, QByteArray, QByteArray> row("method", "path", "status");
         row("the page", "GET", "/", "200 OK");
         row("its style", "GET", "/page.css", "200 OK");
+        row("routes", "GET", "/routes.json", "200 OK");
         row("its script", "GET", "/page.js?1", "200 OK");
         row("the page without its content", "HEAD", "/", "200 OK");
         row("no such page", "GET", "/admin", "404 Not Found");
@@ -357,30 +201,125 @@ private slots:
     {
         const DatabaseSettings database = m_server.newDatabase();
         fill(database);
-        const Page page(database, EXAMPLE_FEEDS "/coast-line.json");
-        QDir(PICTURES).mkpath(".");
-        QProcess browser;
-        browser.start(LOOK_AT_PAGE, {page.url(), PICTURES, "1280x800", "800x480"});
-        QVERIFY(browser.waitForFinished(4 * patience));
-        if (browser.exitCode() == 77)
+        addPlaces(database);
+        const QTemporaryDir folder;
+        const QString feed = folder.filePath("feed.json");
+        QVERIFY(writeFeed(feed));
+        const Page page(database, {"--feed", feed});
+        QJsonObject seen;
+        if (!look(page, {"1280x800", "800x480"}, seen))
             QSKIP("chromium and its driver are not installed");
-        QVERIFY2(browser.exitCode() == 0, browser.readAllStandardError());
-        const QJsonObject seen = QJsonDocument::fromJson(browser.readAllStandardOutput()).object();
-        QCOMPARE(seen["state"].toString(), "");
+        QCOMPARE(seen["state"], QJsonValue(""));
         QCOMPARE(seen["strange"].toInt(), 0);
         QCOMPARE(seen["wide"].toBool(), false);
         QCOMPARE(seen["lines"].toArray(),
                  QJsonArray({QJsonArray({hostile, "1", "2.95", "0.00", "0.00", "2.95", "EUR"}),
                              QJsonArray({"Single", "1", "5.00", "0.00", "0.00", "5.00", "EUR"})}));
         QCOMPARE(seen["drivers"].toArray().size(), 1);
-        QCOMPARE(seen["onMap"].toArray(), QJsonArray({"4712", "4713"}));
-        QCOMPARE(seen["marks"].toArray(), QJsonArray({"vehicle", "vehicle away stale"}));
-        QVERIFY(seen["ways"].toInt() > 0);
+        QCOMPARE(seen["onMap"].toArray(), QJsonArray({"4712", "4713", "4714", "4715", "4716"}));
+        const QStringList marks = textsOf(seen["marks"].toArray());
+        QCOMPARE(classesOf(marks), QStringList({"vehicle", "vehicle", "vehicle stale",
+                                                "vehicle away stale", "vehicle away"}));
+        QCOMPARE(QSet<QString>(marks.begin(), marks.end()).size(), 4);
+        const QJsonArray legend = seen["legend"].toArray();
+        QStringList names;
+        QStringList looks;
+        for (const auto& line : legend) {
+            names.append(line.toArray()[0].toString());
+            looks.append(line.toArray()[1].toString());
+        }
+        QCOMPARE(names, QStringList(
+                            {"connected", "not connected", "place older than 5 minutes", "route"}));
+        QCOMPARE(looks.mid(0, 3), QStringList({marks[0], marks[4], marks[2]}));
+        QCOMPARE(seen["ways"].toArray(),
+                 QJsonArray({QJsonArray({hostile, 3, "none"}), QJsonArray({"9", 2, "none"})}));
+        QCOMPARE(seen["waysBelow"].toInt(), 5);
         const QJsonArray vehicle = seen["vehicles"].toArray()[1].toArray();
         QCOMPARE(vehicle[0].toString(), "lakeside/4712");
         QCOMPARE(vehicle[3].toString(), "1");
         QCOMPARE(vehicle[4].toString(), "Printer: " + hostile);
         QCOMPARE(seen["faults"].toArray()[0].toArray()[1].toString(), "rivo/lakeside/4712/records");
+    }
+
+    void withoutPlacesAndRoutesThereIsNoMap()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        const Office office(database);
+        const Page page(database);
+        QJsonObject seen;
+        if (!look(page, {}, seen))
+            QSKIP("chromium and its driver are not installed");
+        QCOMPARE(seen["state"], QJsonValue(""));
+        QCOMPARE(seen["shown"].toArray(), QJsonArray({"nowhere"}));
+        QCOMPARE(seen["ways"].toArray(), QJsonArray());
+    }
+
+    void placesWithoutRoutesAreAMap()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        addPlaces(database);
+        const Page page(database);
+        QJsonObject seen;
+        if (!look(page, {}, seen))
+            QSKIP("chromium and its driver are not installed");
+        QCOMPARE(seen["shown"].toArray(), QJsonArray({"map", "legend"}));
+        QCOMPARE(seen["legend"].toArray().size(), 3);
+        QCOMPARE(seen["marks"].toArray().size(), 4);
+        QCOMPARE(seen["ways"].toArray(), QJsonArray());
+    }
+
+    void routesWithoutPlacesAreAMap()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        const Office office(database);
+        const Page page(database, {"--feed", EXAMPLE_FEEDS "/coast-line.json"});
+        QJsonObject seen;
+        if (!look(page, {}, seen))
+            QSKIP("chromium and its driver are not installed");
+        QCOMPARE(seen["shown"].toArray(), QJsonArray({"map", "legend", "nowhere"}));
+        QCOMPARE(seen["ways"].toArray().size(), 4);
+    }
+
+    void routesOfAFeedAreLines()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        const auto linesOf = [&](const QStringList& more) {
+            const QByteArray answer = Page(database, more).ask("GET", "/routes.json");
+            return QJsonDocument::fromJson(Page::bodyOf(answer)).array();
+        };
+        QCOMPARE(linesOf({}), QJsonArray());
+        const QJsonArray lines = linesOf({"--feed", EXAMPLE_FEEDS "/coast-line.json"});
+        QCOMPARE(lines.size(), 4);
+        QCOMPARE(lines[0].toObject()["route"].toString(), "12");
+        const QJsonArray points = lines[0].toObject()["points"].toArray();
+        QCOMPARE(points[0].toDouble(), 54.4905);
+        QCOMPARE(points[1].toDouble(), 11.1902);
+    }
+
+    void aFeedThatCannotBeReadIsReported_data()
+    {
+        const Table<QByteArray, QByteArray> row("content", "problem");
+        row("no feed", "hello", "expected an object");
+        row("a feed without its version", R"({"format": "rivo-feed"})", "version");
+        row("no file", "", "expected a readable file");
+    }
+
+    void aFeedThatCannotBeReadIsReported()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QByteArray, problem);
+        const QTemporaryDir folder;
+        const QString name = folder.filePath("feed.json");
+        QFile file(name);
+        if (!content.isEmpty())
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) > 0);
+        file.close();
+        QProcess program;
+        program.start(RIVO_OFFICE, {"web", "--listen", "127.0.0.1:0", "--feed", name});
+        QVERIFY(program.waitForFinished(patience));
+        QCOMPARE(program.exitCode(), 2);
+        const QByteArray said = program.readAllStandardError();
+        QVERIFY2(said.startsWith(name.toUtf8()) && said.contains(problem), said);
     }
 
     void whatCannotBeListenedOnIsReported_data()
@@ -404,8 +343,22 @@ private slots:
     }
 
 private:
-    /// Three vehicles of today: one that sold, one that sent nonsense, and one that was last seen
-    /// too long ago for the public.
+    /// What a browser shows, with pictures of these sizes. False if there is no browser.
+    static bool look(const Page& page, const QStringList& sizes, QJsonObject& seen)
+    {
+        QDir(PICTURES).mkpath(".");
+        QProcess browser;
+        browser.start(LOOK_AT_PAGE, QStringList{page.url(), PICTURES} + sizes);
+        constexpr int isMissing = 77;
+        if (browser.waitForFinished(4 * patience) && browser.exitCode() == isMissing)
+            return false;
+        if (browser.exitCode() != 0)
+            qWarning("%s", browser.readAllStandardError().constData());
+        seen = QJsonDocument::fromJson(browser.readAllStandardOutput()).object();
+        return true;
+    }
+
+    /// Two vehicles of today: one that sold, and one that sent nonsense.
     static void fill(const DatabaseSettings& database)
     {
         Office office(database);
@@ -419,16 +372,62 @@ private:
         QVERIFY(states.note("rivo/lakeside/4712/alive", "1", office.now));
         QVERIFY(states.note(
             "rivo/lakeside/4712/position",
-            encode(rivo::office::PositionReport{office.now, 54.5, 11.25, 270.0, 5.0, "7-1"}),
+            encode(rivo::office::PositionReport{office.now, 54.1, -2.9, 270.0, 5.0, "7-1"}),
             office.now));
         QVERIFY(states.note("rivo/lakeside/4712/devices",
                             encode(QVector<rivo::office::DeviceReport>{{"Position", 2, "no fix"},
                                                                        {"Printer", 4, hostile}}),
                             office.now));
-        QVERIFY(states.note("rivo/lakeside/4713/position",
-                            encode(rivo::office::PositionReport{office.now.addSecs(-660), 54.5193,
-                                                                11.2658, 90.0, 5.0, "7-2"}),
-                            office.now));
+        QVERIFY(states.store());
+    }
+
+    /// A route with a hostile name and a shape, and one from stop to stop.
+    static bool writeFeed(const QString& name)
+    {
+        QFile example(EXAMPLE_FEEDS "/coast-line.json");
+        QFile file(name);
+        if (!example.open(QIODevice::ReadOnly) || !file.open(QIODevice::WriteOnly))
+            return false;
+        QJsonObject feed = QJsonDocument::fromJson(example.readAll()).object();
+        const auto array = [](const char* json) { return QJsonDocument::fromJson(json).array(); };
+        QJsonArray routes = array(R"([{"id": 12}, {"id": 9, "shortName": "9"}])");
+        routes[0] = QJsonObject{{"id", 12}, {"shortName", hostile}};
+        QJsonObject network = feed["network"].toObject();
+        network["routes"] = routes;
+        network["shapes"] =
+            array(R"([{"id": "s", "points": [[54.09, -2.92], [54.12, -2.8], [54.15, -2.79]]}])");
+        network["stops"] = array(R"([{"id": 1, "name": "A", "latitude": 54.09, "longitude": -2.75},
+                                     {"id": 2, "name": "B", "latitude": 54.14, "longitude": -2.9}])");
+        network["trips"] = array(R"([
+            {"id": 1, "routeId": 12, "shapeId": "s", "stopTimes": [{"stopId": 1, "departure": "04:00:00"},
+                                                                    {"stopId": 2, "arrival": "04:10:00"}]},
+            {"id": 2, "routeId": 9, "stopTimes": [{"stopId": 1, "departure": "04:00:00"},
+                                                  {"stopId": 2, "arrival": "04:10:00"}]}])");
+        feed["network"] = network;
+        feed.remove("trip");
+        return file.write(QJsonDocument(feed).toJson()) > 0;
+    }
+
+    /// More vehicles with a place: on time, late, late and away, away.
+    static void addPlaces(const DatabaseSettings& database)
+    {
+        Office office(database);
+        VehicleStates states(office.store);
+        const QDateTime now = QDateTime::currentDateTime();
+        const auto add = [&](const QString& name, bool isAlive, int secondsAgo, double latitude,
+                             double direction) {
+            const QString topic = "rivo/lakeside/" + name;
+            QVERIFY(states.note(topic + "/alive", isAlive ? "1" : "0", now));
+            QVERIFY(states.note(
+                topic + "/position",
+                encode(rivo::office::PositionReport{now.addSecs(-secondsAgo), latitude,
+                                                    -2.9 + latitude / 700, direction, 5.0, "7-1"}),
+                now));
+        };
+        add("4713", true, 120, 54.11, 45.0);
+        add("4714", true, 301, 54.12, 90.0);
+        add("4715", false, 301, 54.13, qQNaN());
+        add("4716", false, 120, 54.14, qQNaN());
         QVERIFY(states.store());
     }
 

@@ -58,9 +58,15 @@ struct States
         return lines;
     }
 
+    rivo::live::LiveResult published()
+    {
+        return rivo::live::readMessage(positions.message(database, now).value());
+    }
+
     Database database;
     Office office;
     VehicleStates states;
+    PublicPositions positions;
 };
 
 } // namespace
@@ -219,17 +225,16 @@ private slots:
 
     void placesArePublishedForApps()
     {
-        const VehicleOverview known{
-            "lakeside/4711", 0, {}, 0, true, place(30, 54.1, -2.9, "7-1"), {}};
-        VehicleOverview silent = known;
-        silent.position->at = now.addSecs(-longestSilence - 1);
-        const VehicleOverview unknown{"lakeside/4713", 0, {}, 0, true, {}, {}};
-        VehicleOverview bare{
-            "lakeside/4714", 0, {}, 0, false, place(longestSilence, -1.5, 2.5), {}};
-        bare.position->direction = qQNaN();
-        bare.position->speed = qQNaN();
-        const auto read =
-            rivo::live::readMessage(vehiclePositions({known, silent, unknown, bare}, now));
+        States office(m_server.newDatabase());
+        PositionReport bare = place(longestSilence, -1.5, 2.5);
+        bare.direction = qQNaN();
+        bare.speed = qQNaN();
+        QVERIFY(office.note("4711", place(30, 54.1, -2.9, "7-1")));
+        QVERIFY(office.note("silent", place(longestSilence + 1, 54.1, -2.9)));
+        QVERIFY(office.note("rivo/lakeside/unknown/alive", "1"));
+        QVERIFY(office.note("4714", bare));
+        QCOMPARE(office.stored().size(), 4);
+        const auto read = office.published();
         QVERIFY2(read.message.has_value(), qPrintable(read.problem));
         QCOMPARE(read.message->time, now.toSecsSinceEpoch());
         QCOMPARE(read.message->vehicles.size(), 2);
@@ -247,9 +252,22 @@ private slots:
 
     void aFleetWithoutPlacesIsAMessage()
     {
-        const auto read = rivo::live::readMessage(vehiclePositions({}, now));
+        States office(m_server.newDatabase());
+        const auto read = office.published();
         QVERIFY(read.message.has_value());
         QCOMPARE(read.message->vehicles.size(), 0);
+    }
+
+    void vehiclesThatThePageDoesNotListArePublished()
+    {
+        States office(m_server.newDatabase());
+        QVERIFY(office.office.addVehicles(FleetOverview::mostVehicles + 10, now));
+        const auto overview = fleetOverview(office.database);
+        QCOMPARE(overview->vehicles.size(), FleetOverview::mostVehicles);
+        const auto read = office.published();
+        QCOMPARE(read.problem, "");
+        QCOMPARE(read.message->vehicles.size(), FleetOverview::mostVehicles + 10);
+        QCOMPARE(read.message->vehicles.last().id, "lakeside/105010");
     }
 
 private:

@@ -8,7 +8,7 @@ const kinds = ["product", "route", "vehicle", "driver"];
 const svgNames = "http://www.w3.org/2000/svg";
 let shown = kinds[0];
 let fleet = null;
-let ways = []; // of routes, lists of places
+let ways = []; // {route, places}
 
 const element = id => document.getElementById(id);
 
@@ -108,28 +108,33 @@ function isStale(vehicle) {
 
 // An arrow to the direction of travel, a circle without one.
 function vehicleShape(vehicle, at) {
-    const name = ["vehicle", vehicle.alive ? "" : "away", isStale(vehicle) ? "stale" : ""].join(" ");
+    const name = `vehicle${vehicle.alive ? "" : " away"}${isStale(vehicle) ? " stale" : ""}`;
     const group = shape("g", {transform: `translate(${at.x} ${at.y})`});
+    group.append(shape("title", {}, `${vehicle.name}, ${timeText(vehicle.position.at)}`));
     group.append(vehicle.position.direction === null ? shape("circle", {class: name, r: 10})
         : shape("path", {class: name, d: "M0 -16 L11 12 L0 6 L-11 12 Z",
             transform: `rotate(${vehicle.position.direction})`}));
-    group.append(shape("text", {x: 16, y: 8}, vehicle.name.split("/")[1]));
+    group.append(shape("text", {x: 21, y: 10}, vehicle.name.split("/")[1]));
     return group;
 }
 
+// The pointer shows the name of the route.
 function wayShape(way, at) {
-    const points = way.map(at).map(point => `${point.x.toFixed(1)},${point.y.toFixed(1)}`);
-    return shape("polyline", {class: "way", points: points.join(" ")});
+    const points = way.places.map(at).map(point => `${point.x.toFixed(1)},${point.y.toFixed(1)}`);
+    const line = shape("polyline", {class: "way", points: points.join(" ")});
+    line.append(shape("title", {}, way.route));
+    return line;
 }
 
 function showMap() {
     const placed = fleet.vehicles.filter(vehicle => vehicle.position);
     const isEmpty = placed.length === 0 && ways.length === 0;
     element("map").toggleAttribute("hidden", isEmpty);
-    element("legend").hidden = placed.length === 0;
+    element("legend").hidden = isEmpty;
+    element("way-key").hidden = ways.length === 0;
     element("nowhere").hidden = placed.length > 0;
     // A vehicle beyond the routes is at the edge: one wrong place does not make all others small.
-    const at = projection(ways.length > 0 ? ways.flat() : placed.map(vehicle => vehicle.position));
+    const at = projection(ways.length > 0 ? ways.flatMap(way => way.places) : placed.map(vehicle => vehicle.position));
     element("map").replaceChildren(...ways.map(way => wayShape(way, at)),
         ...placed.map(vehicle => vehicleShape(vehicle, withinMap(at(vehicle.position)))));
 }
@@ -149,8 +154,10 @@ function report(text, isBad) {
 
 async function askForWays() {
     try {
-        const answer = await (await fetch("routes.json")).json();
-        ways = answer.lines.map(line => line.map(([latitude, longitude]) => ({latitude, longitude})));
+        const lines = await (await fetch("routes.json")).json();
+        ways = lines.map(({route, points}) => ({
+            route,
+            places: points.flatMap((latitude, at) => at % 2 === 0 ? [{latitude, longitude: points[at + 1]}] : [])}));
     } catch {
         setTimeout(askForWays, pause);
     }
