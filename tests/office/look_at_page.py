@@ -36,6 +36,11 @@ return {
     marks: [...document.querySelectorAll("#map .vehicle")].map(look),
     ways: [...document.querySelectorAll("#map .way")].map(way =>
         [way.textContent, way.points.numberOfItems, getComputedStyle(way).fill]),
+    widest: Math.max(0, ...[...document.querySelectorAll("#map .way")].map(way => way.getBBox().width)),
+    outside: [...document.querySelectorAll("#map > g")].map(group => group.getCTM()).filter(({e, f}) => {
+        const map = document.getElementById("map").getBoundingClientRect();
+        return e < 0 || e > map.width || f < 0 || f > map.height;
+    }).length,
     waysBelow: [...document.querySelectorAll("#map .way ~ g")].length,
     shown: ["map", "legend", "nowhere"].filter(id => isShown(document.getElementById(id))),
     legend: [...document.querySelectorAll("#legend li")].filter(isShown).map(line =>

@@ -10,8 +10,6 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QSet>
-#include <QStandardPaths>
-#include <QTcpSocket>
 #include <QTest>
 
 #include <memory>
@@ -278,6 +276,20 @@ private slots:
             QSKIP("chromium and its driver are not installed");
         QCOMPARE(seen["shown"].toArray(), QJsonArray({"map", "legend", "nowhere"}));
         QCOMPARE(seen["ways"].toArray().size(), 4);
+    }
+
+    /// One wrong place does not make all lines small.
+    void vehiclesBeyondTheRoutesAreAtTheEdge()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        addPlaces(database);
+        const Page page(database, {"--feed", EXAMPLE_FEEDS "/coast-line.json"});
+        QJsonObject seen;
+        if (!look(page, {}, seen))
+            QSKIP("chromium and its driver are not installed");
+        QCOMPARE(seen["marks"].toArray().size(), 4);
+        QCOMPARE(seen["outside"], QJsonValue(0));
+        QVERIFY(seen["widest"].toDouble() > 500);
     }
 
     void routesOfAFeedAreLines()

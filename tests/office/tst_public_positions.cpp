@@ -2,6 +2,7 @@
 #include "OfficeUnderTest.h"
 #include "Table.h"
 
+#include <FleetOverview.h>
 #include <LiveMessage.h>
 #include <VehiclePositions.h>
 #include <VehicleStates.h>
@@ -130,6 +131,18 @@ private slots:
         text.replace("FIRST", seconds(first));
         text.replace("SECOND", seconds(second));
         QCOMPARE(found, text);
+    }
+
+    void thePageHasThePlacesOfAllVehicles()
+    {
+        const DatabaseSettings database = m_server.newDatabase();
+        const Office office(database);
+        constexpr int vehicles = FleetOverview::mostVehicles + 1;
+        QVERIFY(office.addVehicles(vehicles, QDateTime::currentDateTime()));
+        const QByteArray answer = Page(database).ask("GET", "/vehicle-positions.pb");
+        const auto read = rivo::live::readMessage(Page::bodyOf(answer));
+        QCOMPARE(read.problem, "");
+        QCOMPARE(read.message->vehicles.size(), vehicles);
     }
 
     void vehiclesThatAreLeftOutAreReportedOnce()
