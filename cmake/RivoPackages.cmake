@@ -226,9 +226,9 @@ if(TARGET rivo-office)
         SECTION misc
         DESCRIPTION
             "office of a fleet of ticketing terminals"
-            "Takes the sales of all vehicles from a broker of MQTT, checks their seals, keeps"
-            "them in PostgreSQL, and reports what was sold and what is missing. More than one"
-            "program may run at a time."
+            "Takes the sales of all vehicles from a broker of MQTT, checks their seals,"
+            "keeps them in PostgreSQL, and reports what was sold and what is missing. More"
+            "than one program may run at a time."
             "."
             "A template of a systemd service, which is not enabled by default, is included."
         NEEDS runtime
